@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+# The libraries that the project takes from the distribution.
+find_package(Threads REQUIRED)
+find_package(fmt REQUIRED)
+find_package(CLI11 REQUIRED)
+find_package(nlohmann_json REQUIRED)
+
+# libzip through pkg-config: the CMake files that Debian 12 ships for it name a program of another package and fail.
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(LibZip REQUIRED IMPORTED_TARGET libzip)
+
+# tl::expected is one header; its package brings no CMake target on every distribution.
+find_path(QUILLON_EXPECTED_INCLUDE tl/expected.hpp REQUIRED)
+
+# Names of computers on the network. Without the library the hosts database alone is asked.
+pkg_check_modules(AvahiClient IMPORTED_TARGET avahi-client)
+
+if(NOT QUILLON_GUI STREQUAL "OFF")
+    if(QUILLON_GUI STREQUAL "AUTO")
+        find_package(Qt6 COMPONENTS Widgets QUIET)
+    else()
+        find_package(Qt6 COMPONENTS Widgets REQUIRED)
+    endif()
+    if(Qt6Widgets_FOUND)
+        find_package(Qt6 COMPONENTS Svg QUIET)
+        set(QUILLON_GUI ON)
+    else()
+        message(STATUS "Qt 6 Widgets not found: the window program is left out")
+        set(QUILLON_GUI OFF)
+    endif()
+endif()

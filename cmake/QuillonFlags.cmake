@@ -1,0 +1,21 @@
+# SPDX-License-Identifier: MIT
+# The one place for language standard and warnings: every target of the project links quillon_flags.
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Kind of build" FORCE)
+endif()
+
+find_program(QUILLON_CCACHE ccache)
+if(QUILLON_CCACHE AND NOT DEFINED CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${QUILLON_CCACHE}")
+endif()
+
+add_library(quillon_flags INTERFACE)
+target_compile_features(quillon_flags INTERFACE cxx_std_20)
+set(CMAKE_CXX_EXTENSIONS OFF)
+target_compile_options(quillon_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual)
+if(QUILLON_WERROR)
+    # Off by default, so that a newer compiler with new warnings never breaks a user's build.
+    target_compile_options(quillon_flags INTERFACE -Werror)
+endif()
