@@ -38,7 +38,7 @@ TempFolder::~TempFolder() {
 }
 
 fs::path TempFolder::write(std::string_view name, std::string_view bytes) const {
-    const fs::path target = path_ / name;
+    fs::path target = path_ / name;
     fs::create_directories(target.parent_path());
     std::ofstream stream(target, std::ios::binary | std::ios::trunc);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
