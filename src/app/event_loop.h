@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace quillon {
+
+/// The one door of the core to the front end's event loop. Long passes turn it once per row; an implementation is cheap
+/// by construction and really runs the loop only when some milliseconds have passed. During a turn any handler of the
+/// front end may run: Stop, timers, socket events.
+class EventLoop {
+public:
+    virtual ~EventLoop() = default;
+    virtual void turn() = 0;
+};
+
+}  // namespace quillon

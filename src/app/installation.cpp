@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "app/installation.h"
+
+#include <utility>
+
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+NativePath below(const NativePath& root, const char* name) {
+    return root.empty() ? NativePath() : root / name;
+}
+
+}  // namespace
+
+NativePath pathFromPage(const PageText& text) {
+    return NativePath(toUtf8(text));
+}
+
+PageText pageFromPath(const NativePath& path) {
+    return toPage(std::string_view(path.native()));
+}
+
+Installation::Installation(NativePath appFolder) : appFolder_(std::move(appFolder)) {
+    paths_.settingsFile = appFolder_ / kSettingsFileName;
+}
+
+Result<void> Installation::loadSettingsRecord() {
+    const auto bytes = readWholeFile(paths_.settingsFile);
+    if (!bytes)
+        return failure(bytes.error());
+    settings = decodeSettings(*bytes);
+    refreshPathVariables();
+    return {};
+}
+
+Result<void> Installation::saveSettingsRecord() const {
+    return saveWholeFile(paths_.settingsFile, encodeSettings(settings));
+}
+
+void Installation::refreshPathVariables() {
+    if (settings.alertSourcePort == 0)
+        settings.alertSourcePort = kDefaultAlertSourcePort;
+    if (settings.alertListenPort == 0)
+        settings.alertListenPort = kDefaultAlertListenPort;
+    paths_.localPath = pathFromPage(settings.localPath.trimmed());
+    paths_.sharedPath = pathFromPage(settings.sharedPath.trimmed());
+    paths_.zipPath = pathFromPage(settings.zipPath.trimmed());
+    paths_.localSettings = below(paths_.localPath, "Settings");
+    paths_.sharedSettings = below(paths_.sharedPath, "Settings");
+    paths_.localDatabase = below(paths_.localPath, "Database");
+    paths_.sharedDatabase = below(paths_.sharedPath, "Database");
+    paths_.useSharedDb = settings.useSharedDb == 1;
+    const std::string separator = toUtf8(settings.fileListSeparator.trimmed());
+    paths_.fileListSeparator = separator.empty() ? "-" : separator;
+}
+
+}  // namespace quillon

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// One installation: the application folder, the settings record in memory and the paths that follow from it. Made in
+// main and handed to everything that needs a path.
+
+#include <string>
+
+#include "app/settings.h"
+#include "platform/file.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+inline constexpr const char* kSettingsFileName = "settings.dat";
+inline constexpr const char* kRawListName = "tFile.csv";
+inline constexpr const char* kErrorsFileName = "Errors.dat";
+inline constexpr const char* kSkipListFileName = "SkipList.dat";
+inline constexpr const char* kCommonHeadersFileName = "CommonHeaders.dat";
+inline constexpr const char* kDefaultDatabaseName = "db.zip";
+
+/// The path variables. Empty where the settings name no root: an empty path neither exists nor can be created.
+struct Paths {
+    NativePath settingsFile;
+    NativePath localPath;  ///< also the folder of the final lists
+    NativePath sharedPath;
+    NativePath zipPath;
+    NativePath localSettings;
+    NativePath sharedSettings;
+    NativePath localDatabase;
+    NativePath sharedDatabase;
+    bool useSharedDb = false;
+    std::string fileListSeparator = "-";  ///< one character, UTF-8
+
+    friend bool operator==(const Paths&, const Paths&) = default;
+};
+
+class Installation {
+public:
+    /// `settings` start empty; `load` or `refreshPathVariables` derives the paths.
+    explicit Installation(NativePath appFolder);
+
+    [[nodiscard]] const NativePath& appFolder() const { return appFolder_; }
+    [[nodiscard]] const Paths& paths() const { return paths_; }
+    [[nodiscard]] NativePath rawListPath() const { return appFolder_ / kRawListName; }
+    [[nodiscard]] NativePath defaultDatabasePath() const { return appFolder_ / kDefaultDatabaseName; }
+
+    /// The record in memory. Whoever changes a path field calls `refreshPathVariables` afterwards.
+    AppSettings settings;
+
+    /// Reads the record whole and derives the paths; a stored port of 0 becomes its default, in memory only. On failure
+    /// the record in memory stays as it was.
+    [[nodiscard]] Result<void> loadSettingsRecord();
+
+    /// Writes the record whole. On failure the old file is whole and the record in memory stays.
+    [[nodiscard]] Result<void> saveSettingsRecord() const;
+
+    /// The load steps without reading the file.
+    void refreshPathVariables();
+
+private:
+    NativePath appFolder_;
+    Paths paths_;
+};
+
+/// A path from a settings field: the field's characters as UTF-8.
+[[nodiscard]] NativePath pathFromPage(const PageText& text);
+
+/// A path as it goes into a settings field. A character outside the page becomes "?".
+[[nodiscard]] PageText pageFromPath(const NativePath& path);
+
+}  // namespace quillon

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Keeps the old bytes of data that the system removes or overwrites by its rules, under
+// `<local root>/Kept/<date and time>/`. What is seen in the data folders is the same; nothing is gone for good. The
+// program never empties that folder.
+
+#include <optional>
+
+#include "app/installation.h"
+#include "platform/dates.h"
+
+namespace quillon {
+
+class KeptFiles {
+public:
+    /// Both must outlive this.
+    KeptFiles(const Installation& installation, const Clock& clock) : installation_(installation), clock_(clock) {}
+
+    /// Moves a file under Kept, byte for byte. A file of the local root keeps its place below it
+    /// (`Database/jpg.dat`); any other goes by its name. Without a local root the file's own folder takes its place. On
+    /// failure the file is where it was. Gives the place it went to.
+    [[nodiscard]] Result<NativePath> moveAway(const NativePath& file);
+
+    /// Puts a copy under Kept and leaves the file alone. A missing file is a success without a place.
+    [[nodiscard]] Result<std::optional<NativePath>> copyAway(const NativePath& file);
+
+private:
+    [[nodiscard]] Result<NativePath> placeFor(const NativePath& file) const;
+
+    const Installation& installation_;
+    const Clock& clock_;
+};
+
+}  // namespace quillon

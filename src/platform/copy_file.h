@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Copies one file so that the target is complete or absent: into a temporary name in the target's folder, times and
+// mode set, then renamed. Holes stay holes. A target that exists survives a failed copy.
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "platform/directory.h"
+#include "platform/file.h"
+#include "platform/result.h"
+#include "platform/source_files.h"
+
+namespace quillon {
+
+/// Which side of a copy failed.
+enum class CopySide { Source, Target, Cancelled };
+
+struct CopyError {
+    CopySide side = CopySide::Source;
+    FileError error;
+
+    /// "source: <text>", "target: <text>" or "cancelled".
+    [[nodiscard]] std::string text() const;
+};
+
+/// Called at the start of a copy (`done` 0) and behind every finished chunk, in bytes. False cancels the copy.
+using CopyProgress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
+
+/// Copies many files one after the other; consecutive sources of one folder share a folder handle, and so do
+/// consecutive targets. Paths may be of any length.
+class FileCopier {
+public:
+    /// Copies `source` (a regular file, opened as SourceFiles does) to `target`, whose folder must exist.
+    [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, const NativePath& target,
+                                                     const CopyProgress& progress);
+
+private:
+    [[nodiscard]] Result<void> enterTarget(const NativePath& folder);
+    [[nodiscard]] tl::expected<void, CopyError> fillTemporary(const File& from, std::string_view source,
+                                                              const std::string& temporary, const NativePath& target,
+                                                              const CopyProgress& progress);
+
+    SourceFiles sources_;
+    Directory targetFolder_;
+    NativePath targetFolderPath_;
+};
+
+/// Copies a data file of the program's own. The copy has the source's modification time as the target's file system
+/// keeps it; an existing target is replaced as a whole. For small files: the bytes are held in memory.
+[[nodiscard]] Result<void> copyDataFile(const NativePath& source, const NativePath& target);
+
+}  // namespace quillon

@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "platform/file.h"
+
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/system_error.h"
+
+namespace quillon {
+
+File::File(int descriptor, NativePath path) : descriptor_(descriptor), path_(std::move(path)) {
+}
+
+File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_)) {
+}
+
+File& File::operator=(File&& other) noexcept {
+    if (this != &other) {
+        if (descriptor_ >= 0)
+            ::close(descriptor_);
+        descriptor_ = std::exchange(other.descriptor_, -1);
+        path_ = std::move(other.path_);
+    }
+    return *this;
+}
+
+File::~File() {
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+}
+
+Result<File> File::open(const NativePath& path, int flags, unsigned mode) {
+    // A name with a zero byte would be cut by the system and name another file.
+    if (path.empty() || path.native().find('\0') != std::string::npos)
+        return failure(systemError(path.native(), EINVAL));
+    const int descriptor =
+        retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, static_cast<mode_t>(mode)); });
+    if (descriptor < 0)
+        return failure(systemError(path.native()));
+    return File(descriptor, path);
+}
+
+Result<File> File::openForReading(const NativePath& path) {
+    auto file = open(path, O_RDONLY | O_NONBLOCK, 0);
+    if (!file)
+        return file;
+    struct stat info {};
+    if (::fstat(file->descriptor_, &info) != 0)
+        return failure(systemError(path.native()));
+    if (S_ISDIR(info.st_mode))
+        return failure(systemError(path.native(), EISDIR));
+    return file;
+}
+
+Result<File> File::create(const NativePath& path) {
+    return open(path, O_RDWR | O_CREAT | O_TRUNC, 0666);
+}
+
+Result<File> File::createNew(const NativePath& path, unsigned mode) {
+    return open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+}
+
+Result<File> File::openForAppending(const NativePath& path) {
+    return open(path, O_WRONLY | O_CREAT | O_APPEND, 0666);
+}
+
+Result<std::size_t> File::read(std::span<std::byte> buffer) {
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+        const auto count = retried([&] { return ::read(descriptor_, buffer.data() + done, buffer.size() - done); });
+        if (count < 0)
+            return failure(systemError(path_.native()));
+        if (count == 0)
+            break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+Result<void> File::write(std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        const auto count = retried([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
+        if (count < 0)
+            return failure(systemError(path_.native()));
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+Result<void> File::write(std::string_view bytes) {
+    return write(std::as_bytes(std::span(bytes.data(), bytes.size())));
+}
+
+Result<std::uint64_t> File::size() const {
+    struct stat info {};
+    if (::fstat(descriptor_, &info) != 0)
+        return failure(systemError(path_.native()));
+    return static_cast<std::uint64_t>(info.st_size);
+}
+
+Result<void> File::seek(std::uint64_t offset) {
+    if (::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0)
+        return failure(systemError(path_.native()));
+    return {};
+}
+
+Result<void> File::sync() {
+    // A medium that has no such call keeps the bytes as well as it can; that is no failure of the save.
+    if (retried([&] { return ::fsync(descriptor_); }) != 0 && errno != EINVAL && errno != EROFS)
+        return failure(systemError(path_.native()));
+    return {};
+}
+
+Result<void> File::close() {
+    if (descriptor_ < 0)
+        return {};
+    const int descriptor = std::exchange(descriptor_, -1);
+    // The descriptor is gone whatever close says; only the report is of interest.
+    if (::close(descriptor) != 0 && errno != EINTR)
+        return failure(systemError(path_.native()));
+    return {};
+}
+
+}  // namespace quillon

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#include "platform/folder_lock.h"
+
+#include <sys/file.h>
+
+#include "platform/system_error.h"
+
+namespace quillon {
+
+Result<FolderLock> FolderLock::take(const NativePath& folder) {
+    auto opened = Directory::open(folder);
+    if (!opened)
+        return failure(opened.error());
+    if (retried([&] { return ::flock(opened->handle(), LOCK_EX | LOCK_NB); }) != 0 && errno == EWOULDBLOCK) {
+        return failure(systemError(folder.native(), EACCES));
+    }
+    return FolderLock(std::move(*opened));
+}
+
+}  // namespace quillon

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+#include "platform/folders.h"
+
+#include <algorithm>
+#include <memory>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/system_error.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+bool statPath(const NativePath& path, struct stat& info) {
+    if (path.empty() || path.native().find('\0') != std::string::npos) {
+        errno = path.empty() ? ENOENT : EINVAL;
+        return false;
+    }
+    return retried([&] { return ::stat(path.c_str(), &info); }) == 0;
+}
+
+FileTime timeOf(const struct timespec& time) {
+    return {time.tv_sec, static_cast<std::uint32_t>(time.tv_nsec)};
+}
+
+bool isRegular(int folder, const dirent& entry) {
+    if (entry.d_type == DT_REG)
+        return true;
+    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
+        return false;
+    struct stat info {};
+    return ::fstatat(folder, entry.d_name, &info, 0) == 0 && S_ISREG(info.st_mode);
+}
+
+// Calls `take` for every entry but "." and "..".
+template <typename Take>
+Result<void> forEachEntry(const NativePath& folder, Take take) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(folder.c_str()), &::closedir);
+    if (!stream)
+        return failure(systemError(folder.native()));
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (entry == nullptr)
+            break;
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != "..")
+            take(::dirfd(stream.get()), *entry);
+    }
+    if (errno != 0)
+        return failure(systemError(folder.native()));
+    return {};
+}
+
+}  // namespace
+
+bool pathExists(const NativePath& path) {
+    struct stat info {};
+    return statPath(path, info);
+}
+
+bool isFolder(const NativePath& path) {
+    struct stat info {};
+    return statPath(path, info) && S_ISDIR(info.st_mode);
+}
+
+Result<FileStamp> fileStamp(const NativePath& path) {
+    struct stat info {};
+    if (!statPath(path, info))
+        return failure(systemError(path.native()));
+    return FileStamp{timeOf(info.st_mtim), timeOf(info.st_ctim), static_cast<std::uint64_t>(info.st_size), info.st_ino};
+}
+
+Result<std::uint64_t> fileSize(const NativePath& path) {
+    return fileStamp(path).map([](const FileStamp& stamp) { return stamp.size; });
+}
+
+Result<FileTime> modificationTime(const NativePath& path) {
+    return fileStamp(path).map([](const FileStamp& stamp) { return stamp.modified; });
+}
+
+Result<void> setModificationTime(const NativePath& path, FileTime time) {
+    const struct timespec times[2] = {{0, UTIME_OMIT}, {time.seconds, time.nanoseconds}};
+    if (::utimensat(AT_FDCWD, path.c_str(), times, 0) != 0)
+        return failure(systemError(path.native()));
+    return {};
+}
+
+Result<void> createFolder(const NativePath& path) {
+    if (::mkdir(path.c_str(), 0777) == 0 || (errno == EEXIST && isFolder(path)))
+        return {};
+    return failure(systemError(path.native()));
+}
+
+Result<std::vector<std::string>> listFiles(const NativePath& folder) {
+    std::vector<std::string> names;
+    const auto listed = forEachEntry(folder, [&names](int handle, const dirent& entry) {
+        if (!isTemporaryName(entry.d_name) && isRegular(handle, entry))
+            names.emplace_back(entry.d_name);
+    });
+    if (!listed)
+        return failure(listed.error());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+Result<std::vector<std::string>> listEntries(const NativePath& folder) {
+    std::vector<std::string> names;
+    const auto listed = forEachEntry(folder, [&names](int, const dirent& entry) { names.emplace_back(entry.d_name); });
+    if (!listed)
+        return failure(listed.error());
+    return names;
+}
+
+Result<void> removeFile(const NativePath& path) {
+    if (::unlink(path.c_str()) != 0)
+        return failure(systemError(path.native()));
+    return {};
+}
+
+Result<void> renameFile(const NativePath& from, const NativePath& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0)
+        return failure(systemError(to.native()));
+    return {};
+}
+
+bool isFileName(std::string_view name) {
+    constexpr std::string_view forbidden("/\\\0", 3);
+    return !name.empty() && name.size() <= 255 && name != "." && name != ".." &&
+           name.find_first_of(forbidden) == name.npos;
+}
+
+Result<NativePath> childPath(const NativePath& folder, std::string_view name) {
+    if (!isFileName(name))
+        return failure(systemError(name, EINVAL));
+    return folder / name;
+}
+
+NativePath programFolder() {
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return error ? std::filesystem::current_path(error) : program.parent_path();
+}
+
+void raiseOpenFileLimit() {
+    struct rlimit limit {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+}  // namespace quillon

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Questions and small actions on paths: exists, create, list, remove, move. Whole-path calls for the program's own data
+// folders; the walk over a source uses Directory instead.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/file.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+/// True for a file or a folder; links are followed. An empty path does not exist.
+[[nodiscard]] bool pathExists(const NativePath& path);
+[[nodiscard]] bool isFolder(const NativePath& path);
+
+/// Seconds and nanoseconds of a modification time, as the file system holds it.
+struct FileTime {
+    std::int64_t seconds = 0;
+    std::uint32_t nanoseconds = 0;
+
+    friend auto operator<=>(const FileTime&, const FileTime&) = default;
+};
+
+/// What tells one state of a file from another.
+struct FileStamp {
+    FileTime modified;
+    FileTime changed;
+    std::uint64_t size = 0;
+    std::uint64_t inode = 0;
+
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+[[nodiscard]] Result<FileStamp> fileStamp(const NativePath& path);
+[[nodiscard]] Result<std::uint64_t> fileSize(const NativePath& path);
+[[nodiscard]] Result<FileTime> modificationTime(const NativePath& path);
+[[nodiscard]] Result<void> setModificationTime(const NativePath& path, FileTime time);
+
+/// Creates one folder; a folder that exists already is a success.
+[[nodiscard]] Result<void> createFolder(const NativePath& path);
+
+/// The names of the regular files directly in a folder (links to files count), sorted by bytes. Temporary files of a
+/// save in progress are left out.
+[[nodiscard]] Result<std::vector<std::string>> listFiles(const NativePath& folder);
+
+/// All names directly in a folder but "." and "..", in no order.
+[[nodiscard]] Result<std::vector<std::string>> listEntries(const NativePath& folder);
+
+/// Removes a file. A file that is not there is a NotFound failure.
+[[nodiscard]] Result<void> removeFile(const NativePath& path);
+
+/// Moves a file by rename, within one volume; an existing target is replaced.
+[[nodiscard]] Result<void> renameFile(const NativePath& from, const NativePath& to);
+
+/// True when `name` can be the name of one file: not empty, not "." or "..", no separator ("/" or "\"), no zero byte,
+/// at most 255 bytes. Text that a user types into a path has to pass here, so that it never leads out of its folder.
+[[nodiscard]] bool isFileName(std::string_view name);
+
+/// `folder`/`name`, or a BadName failure when `name` is no file name.
+[[nodiscard]] Result<NativePath> childPath(const NativePath& folder, std::string_view name);
+
+/// The folder of the running program.
+[[nodiscard]] NativePath programFolder();
+
+/// Raises the number of files that may be open at once to what the system allows the process.
+void raiseOpenFileLimit();
+
+}  // namespace quillon

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "platform/whole_file.h"
+
+#include <array>
+#include <atomic>
+#include <cstdio>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fmt/format.h>
+
+#include "platform/folders.h"
+#include "platform/system_error.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::string_view kTemporaryPrefix = ".quillon-save-";
+constexpr int kRenameTries = 3;
+
+struct Target {
+    NativePath path;  // behind all links
+    NativePath folder;
+    unsigned mode = 0666;  // of an existing target; else what the process's mask leaves
+    bool exists = false;
+};
+
+Target describeTarget(const NativePath& path) {
+    Target target;
+    std::error_code error;
+    target.path = std::filesystem::is_symlink(path, error) ? std::filesystem::weakly_canonical(path, error) : path;
+    if (error)
+        target.path = path;
+    target.folder = target.path.parent_path().empty() ? NativePath(".") : target.path.parent_path();
+    struct stat info {};
+    if (::stat(target.path.c_str(), &info) == 0) {
+        target.exists = true;
+        target.mode = info.st_mode & 07777U;
+    }
+    return target;
+}
+
+bool sameVolume(const NativePath& a, const NativePath& b) {
+    struct stat first {};
+    struct stat second {};
+    return ::stat(a.c_str(), &first) == 0 && ::stat(b.c_str(), &second) == 0 && first.st_dev == second.st_dev;
+}
+
+Result<File> createTemporary(const Target& target, TemporaryPlace place) {
+    const NativePath above = target.folder / "..";
+    if (place == TemporaryPlace::AboveFolder && sameVolume(above, target.folder)) {
+        auto file = File::createNew(above / temporaryName());
+        if (file)
+            return file;
+        // Only a folder that does not let us write sends the temporary file elsewhere; a full disk is full there too.
+        if (file.error().kind != ErrorKind::PermissionDenied)
+            return file;
+    }
+    return File::createNew(target.folder / temporaryName());
+}
+
+Result<void> fill(File& file, std::string_view bytes, const Target& target) {
+    if (target.exists && ::chmod(file.path().c_str(), static_cast<mode_t>(target.mode)) != 0 && errno != EPERM &&
+        errno != ENOTSUP) {
+        return failure(systemError(file.path().native()));
+    }
+    return file.write(bytes).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
+}
+
+// A share may hold the target open for another computer; the bytes then go into the file that is there.
+Result<void> writeInPlace(const Target& target, std::string_view bytes) {
+    const auto old = readWholeFile(target.path);
+    const auto put = [&target](std::string_view content) {
+        return File::create(target.path).and_then([&](File file) {
+            return file.write(content).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
+        });
+    };
+    auto written = put(bytes);
+    if (!written && old)
+        passOver(put(*old), "the failure of the save itself is what is reported");
+    return written;
+}
+
+Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
+    Result<void> renamed;
+    for (int i = 0; i < kRenameTries; ++i) {
+        renamed = renameFile(temporary, target.path);
+        if (renamed) {
+            syncFolder(target.folder);
+            return {};
+        }
+    }
+    if (!target.exists || isFolder(target.path))
+        return renamed;
+    return writeInPlace(target, bytes);
+}
+
+}  // namespace
+
+bool isTemporaryName(std::string_view name) {
+    return name.substr(0, kTemporaryPrefix.size()) == kTemporaryPrefix;
+}
+
+std::string temporaryName() {
+    static std::atomic<unsigned> counter{0};
+    std::array<char, 256> host{};
+    ::gethostname(host.data(), host.size() - 1);
+    std::string name = host.data();
+    name.resize(std::min<std::size_t>(name.size(), 64));
+    return fmt::format("{}{}-{}-{}", kTemporaryPrefix, name, ::getpid(), counter++);
+}
+
+void syncFolder(const NativePath& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+Result<std::string> readWholeFile(const NativePath& path, std::size_t limit) {
+    auto file = File::openForReading(path);
+    if (!file)
+        return failure(file.error());
+    std::string bytes;
+    std::array<std::byte, 16384> buffer;
+    while (true) {
+        const auto count = file->read(buffer);
+        if (!count)
+            return failure(count.error());
+        bytes.append(reinterpret_cast<const char*>(buffer.data()), *count);
+        if (bytes.size() > limit)
+            return failure(systemError(path.native(), EFBIG));
+        if (*count < buffer.size())
+            return bytes;
+    }
+}
+
+Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, TemporaryPlace place) {
+    if (path.empty() || path.native().find('\0') != std::string::npos)
+        return failure(systemError(path.native(), EINVAL));
+    const Target target = describeTarget(path);
+    auto temporary = createTemporary(target, place);
+    if (!temporary)
+        return failure(temporary.error().kind, readable(path.native()) + " cannot be saved: " + temporary.error().text);
+    const NativePath name = temporary->path();
+    auto saved = fill(*temporary, bytes, target).and_then([&] { return replaceTarget(name, target, bytes); });
+    ::unlink(name.c_str());  // still there only when the rename did not happen
+    return saved;
+}
+
+Result<void> appendToFile(const NativePath& path, std::string_view bytes) {
+    return File::openForAppending(path).and_then(
+        [bytes](File file) { return file.write(bytes).and_then([&file] { return file.close(); }); });
+}
+
+}  // namespace quillon

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Reading and saving small files as a whole. Every whole-file write of the program goes through `saveWholeFile`.
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/file.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+/// The largest file that is read as a whole; beyond it the read fails. Far above any rule list or term file.
+inline constexpr std::size_t kWholeFileLimit = 64U * 1024 * 1024;
+
+/// All bytes of a file. A missing file is a NotFound failure.
+[[nodiscard]] Result<std::string> readWholeFile(const NativePath& path, std::size_t limit = kWholeFileLimit);
+
+/// Where a save keeps its temporary file.
+enum class TemporaryPlace {
+    Beside,       ///< in the target's own folder
+    AboveFolder,  ///< in the folder above, when that is the same volume and can be written: other computers list and
+                  ///< copy all that lies in a database or settings folder
+};
+
+/// Replaces a file's content, so that a reader and a machine that dies see the old bytes or the new ones and nothing
+/// between: temporary file on the same volume, write, fsync, close, rename, fsync of the folder.
+///
+/// The temporary file stands where `place` says, and never under a name that `listFiles` gives. A target that exists
+/// keeps its mode. A link is followed. Where a share refuses the rename, it is tried again and then the bytes are
+/// written in place; if that fails too, the old bytes are written back. On failure the old file is whole.
+[[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
+                                         TemporaryPlace place = TemporaryPlace::Beside);
+
+/// Appends bytes and closes, saying whether all went well. Makes the file when it is missing.
+[[nodiscard]] Result<void> appendToFile(const NativePath& path, std::string_view bytes);
+
+/// True for the name of a save in progress.
+[[nodiscard]] bool isTemporaryName(std::string_view name);
+
+/// A name for a temporary file that no other process or computer uses at this moment.
+[[nodiscard]] std::string temporaryName();
+
+/// Brings a folder's entries to the medium after a rename. Not every medium can; that is no failure of the save.
+void syncFolder(const NativePath& folder);
+
+}  // namespace quillon
