@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The judgement on one recovered file: its row, its extension and at most its first 512 bytes give its grade.
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/source_files.h"
+#include "testing/common_list.h"
+#include "testing/report_messages.h"
+#include "testing/term_file.h"
+
+namespace quillon {
+
+/// The counters that a test raises.
+enum class TestCount { ZeroBytes, Small, Encrypted, Unknown, AccessError, Tested, Good, Common, Corrupt };
+
+/// What the header test asks of its front end.
+class HeaderTestHost {
+public:
+    virtual ~HeaderTestHost() = default;
+    /// `chkCommon`, asked at the moment of each test.
+    [[nodiscard]] virtual bool useCommonHeaders() = 0;
+    /// Raises a counter by one and shows it.
+    virtual void raise(TestCount count) = 0;
+    /// A light red row of the job log: "Access Error : " and the path, readable.
+    virtual void logAccessError(const std::string& text) = 0;
+};
+
+class HeaderTest {
+public:
+    /// All must outlive this. The messages and the common list are read anew at each test.
+    HeaderTest(TermFiles& termFiles, const ReportMessages& messages, const CommonList& commonList, HeadReader& heads,
+               HeaderTestHost& host)
+        : termFiles_(termFiles), messages_(messages), commonList_(commonList), heads_(heads), host_(host) {}
+
+    /// Grades one row. `fields`: path (list form, ">" read as a comma), date, size, attributes with the list token; a
+    /// fifth is ignored. `extension`: as it stands in the name. The result is a report text, good until the next call;
+    /// it is empty only for a common record that lacks its description and for a common list that was never loaded.
+    /// Size and attributes are those of the row: the file system is not asked for them again, and a file that they
+    /// decide on, or whose type nothing is known of, is not opened. A Subscript failure: the row has too few fields.
+    [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
+                                                        std::u16string_view extension);
+
+private:
+    [[nodiscard]] std::u16string_view grade(TestCount count, Message message);
+    [[nodiscard]] std::u16string_view testContent(const std::vector<CompiledTerm>* terms);
+    [[nodiscard]] MatchResult matchTerms(const std::vector<CompiledTerm>& terms) const;
+
+    struct CommonMatch {
+        MatchResult result = MatchResult::No;
+        std::u16string_view text;
+    };
+    [[nodiscard]] CommonMatch matchCommon(bool termFileExists);
+    [[nodiscard]] std::u16string_view composite(const CommonRecord& record, bool termFileExists);
+
+    TermFiles& termFiles_;
+    const ReportMessages& messages_;
+    const CommonList& commonList_;
+    HeadReader& heads_;
+    HeaderTestHost& host_;
+    HeaderBytes head_{};
+    std::string nativePath_;
+    std::u16string composite_;
+};
+
+}  // namespace quillon

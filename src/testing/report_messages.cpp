@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "testing/report_messages.h"
+
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "testing/shared_copy.h"
+#include "text/fields.h"
+#include "text/page_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kNowhere =
+    "The report messages list can not be loaded. You will be unable to use this to test files. Please either copy the "
+    "file back to the "
+    "network share or application folders or contact tech support.";
+
+Result<ReportMessages> readMessages(const NativePath& file) {
+    const auto bytes = readWholeFile(file);
+    if (!bytes)
+        return failure(bytes.error());
+    const auto lines = splitLines(*bytes);
+    if (lines.size() < kMessageCount)
+        return failure(ErrorKind::PathAccess, "fewer than ten messages");
+    ReportMessages messages;
+    for (std::size_t i = 0; i < kMessageCount; ++i) messages[static_cast<Message>(i)] = pageBytesToUtf16(lines[i]);
+    return messages;
+}
+
+}  // namespace
+
+ReportMessages ReportMessages::fallback() {
+    ReportMessages messages;
+    messages.texts_ = {u"Header OK",
+                       u"Header Corrupt",
+                       u"No Extension",
+                       u"Unknown or ambiguous file type",
+                       u"File encrypted",
+                       u"Access error",
+                       u"File too small to test (<512 bytes)",
+                       u"File is zero bytes",
+                       u"Invalid File Name",
+                       u"Appears to be of file type: "};
+    return messages;
+}
+
+void loadReportMessages(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages) {
+    const Paths& paths = installation.paths();
+    const NativePath local = paths.localSettings / kErrorsFileName;
+    Result<void> shared;
+    if (paths.useSharedDb) {
+        const NativePath onShare = paths.sharedSettings / kErrorsFileName;
+        const bool shareHasIt = pathExists(onShare);
+        if (!shareHasIt && !pathExists(local)) {
+            dialogs.tell("Error", kNowhere, BoxStyle::Critical);
+            return;
+        }
+        if (shareHasIt)
+            shared = takeSharedCopy(onShare, local, kept);
+        // A shared copy that was just taken holds the same bytes already; only a missing one has to be written.
+        if (shared && !shareHasIt)
+            shared = copyDataFile(local, onShare);
+    }
+    auto loaded = shared.and_then([&local] { return readMessages(local); });
+    messages = loaded ? std::move(*loaded) : ReportMessages::fallback();
+}
+
+}  // namespace quillon

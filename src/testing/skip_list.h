@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The skip list: patterns of files that the walk leaves out. docs/formats/rule-lists.md.
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/installation.h"
+#include "app/kept_files.h"
+#include "text/wildcard.h"
+
+namespace quillon {
+
+class SkipList {
+public:
+    /// Takes the lines of a file in order. A pattern that does not begin or end with "*" gets one there; so an empty
+    /// line becomes a single "*" and matches everything. Case does not count, and "\" and "/" are the same.
+    void assign(const std::vector<std::u16string>& lines);
+
+    [[nodiscard]] bool empty() const { return patterns_.empty(); }
+    /// The patterns as normalised, in order.
+    [[nodiscard]] const std::vector<std::u16string>& patterns() const { return patterns_; }
+
+    /// True when a pattern fits the path in its list form. A pattern that is not one (a "[" without its "]") ends
+    /// the comparison, and the file is kept unless an earlier pattern fits.
+    [[nodiscard]] bool matches(std::u16string_view listPath) const;
+
+private:
+    [[nodiscard]] bool containsPlainText() const;
+    void addPlain(std::u16string text);
+
+    std::vector<std::u16string> patterns_;
+    // Terms without wildcards of their own are looked for all at once, by the hash of their first two characters.
+    std::array<std::vector<std::u16string>, 256> plainByStart_;
+    std::vector<std::u16string> shortPlain_;
+    std::vector<WildcardPattern> wild_;
+    mutable std::u16string folded_;  // room for the path in work
+};
+
+/// What `loadSkipList` found, besides the list itself.
+enum class SkipListState { Available, Missing };
+
+/// Loads the list for a job. With sharing on, the shared file first replaces the local one; when neither is there, the
+/// answer is Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted`
+/// (`chkUseSkip` is ticked) and it exists; otherwise, and for a file without lines, the list stays as it was.
+[[nodiscard]] SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFiles& kept,
+                                         SkipList& list);
+
+/// What `chkUseSkip` becomes when settings are applied.
+struct SkipAvailability {
+    bool result = false;           ///< with sharing on: the list exists on the share or here; without: always false
+    bool appliesToBox = false;     ///< false leaves the check box as it is
+    bool enabled = false;          ///< for the box, and
+    bool ticked = false;           ///< its value
+    const char* status = nullptr;  ///< a text for `Label8`, or null
+};
+[[nodiscard]] SkipAvailability checkSkipAvailable(const Installation& installation);
+
+}  // namespace quillon

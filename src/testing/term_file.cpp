@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "testing/term_file.h"
+
+#include <chrono>
+#include <utility>
+
+#include "platform/whole_file.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+// A folder that changed this short a time ago may change again within the same tick of its clock, unseen.
+constexpr std::int64_t kTickNanoseconds = 50'000'000;
+
+std::string foldedFileName(std::u16string_view extension) {
+    return toNative(lowered(std::u16string(extension))) + ".dat";
+}
+
+std::string foldedName(std::string_view name) {
+    return toNative(lowered(toListText(name)));
+}
+
+bool changedJustNow(const FileTime& changed) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+    return nanoseconds - (changed.seconds * 1'000'000'000 + changed.nanoseconds) < kTickNanoseconds;
+}
+
+}  // namespace
+
+Result<NativePath> termFilePath(const NativePath& databaseFolder, std::string_view extension) {
+    const std::string name = foldedName(extension) + ".dat";
+    auto path = childPath(databaseFolder, name);
+    if (!path || pathExists(*path))
+        return path;
+    if (const auto names = listFiles(databaseFolder)) {
+        for (const auto& other : *names) {
+            if (foldedName(other) == name)
+                return databaseFolder / other;
+        }
+    }
+    return path;
+}
+
+std::vector<HeaderTerm> parseTermFile(std::string_view bytes) {
+    std::vector<HeaderTerm> rows;
+    for (const auto line : splitLines(bytes)) {
+        const auto fields = splitFields(line);
+        if (fields.size() < 2)
+            continue;
+        const auto field = [&fields](std::size_t i) {
+            return PageText{i < fields.size() ? std::string(fields[i]) : std::string()};
+        };
+        rows.push_back({field(0), field(1), field(2)});
+    }
+    return rows;
+}
+
+Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path) {
+    return readWholeFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
+}
+
+Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>& rows) {
+    std::string bytes;
+    for (const auto& row : rows) bytes += row.offset.bytes + "," + row.term.bytes + "," + row.type.bytes + "\r\n";
+    return saveWholeFile(path, bytes, TemporaryPlace::AboveFolder);
+}
+
+const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {
+    auto found = entries_.find(extension);
+    if (found == entries_.end())
+        found = entries_.emplace(extension, Entry{}).first;
+    Entry& entry = found->second;
+    if (entry.exists && refresh(entry))
+        return &entry.terms;
+    locate(entry, foldedFileName(extension));
+    return entry.exists ? &entry.terms : nullptr;
+}
+
+// True when the file is there; its terms are then those of this moment.
+bool TermFiles::refresh(Entry& entry) {
+    const auto stamp = fileStamp(entry.path);
+    if (!stamp) {
+        entry.exists = false;
+        return false;
+    }
+    if (entry.exists && *stamp == entry.stamp)
+        return true;
+    entry.exists = true;
+    entry.stamp = *stamp;
+    entry.terms.clear();
+    // A file that vanished or cannot be opened by now has no terms, and so none that match.
+    const auto bytes = readWholeFile(entry.path);
+    if (!bytes)
+        return true;
+    for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
+    return true;
+}
+
+// An extension whose file is not known to exist costs one look at the folder, not one at the file.
+void TermFiles::locate(Entry& entry, const std::string& foldedName) {
+    const auto stamp = fileStamp(folder_);
+    if (!stamp) {
+        names_.clear();
+        folderStamp_.reset();
+    } else if (listingMayBeStale_ || !folderStamp_ || *folderStamp_ != *stamp) {
+        folderStamp_ = *stamp;
+        listFolder();
+    }
+    const auto name = names_.find(foldedName);
+    if (name == names_.end())
+        return;
+    entry.path = folder_ / name->second;
+    static_cast<void>(refresh(entry));
+}
+
+void TermFiles::listFolder() {
+    names_.clear();
+    listingMayBeStale_ = changedJustNow(folderStamp_->modified);
+    const auto names = listEntries(folder_);
+    if (!names)
+        return;
+    for (const auto& name : *names) {
+        std::string folded = foldedName(name);
+        if (isTemporaryName(name))
+            continue;
+        // Of two files that differ in case alone, the one in lower case is the extension's.
+        const bool exact = folded == name;
+        auto& kept = names_[std::move(folded)];
+        if (kept.empty() || exact || (kept > name && foldedName(kept) != kept))
+            kept = name;
+    }
+}
+
+}  // namespace quillon

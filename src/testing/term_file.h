@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Term files as the editors read and write them, and as the header test holds them. docs/formats/term-file.md.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/folders.h"
+#include "testing/header_term.h"
+#include "text/page_text.h"
+
+namespace quillon {
+
+/// One record as it stands in the file.
+struct HeaderTerm {
+    PageText offset;
+    PageText term;
+    PageText type;
+
+    friend bool operator==(const HeaderTerm&, const HeaderTerm&) = default;
+};
+
+/// The place of an extension's term file: the extension is folded to lower case; a file that stands in the folder under
+/// another case is the one meant. BadName when the extension cannot be part of a file name in that folder.
+[[nodiscard]] Result<NativePath> termFilePath(const NativePath& databaseFolder, std::string_view extension);
+
+/// The editors' reading: fields 0, 1 and 2 of every line; lines of fewer than two fields are left out, a missing third
+/// field is empty.
+[[nodiscard]] Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path);
+[[nodiscard]] std::vector<HeaderTerm> parseTermFile(std::string_view bytes);
+
+/// The editors' writing: the whole file, "offset,term,type" a line, CR LF behind each. No rows give an empty file,
+/// which still marks the extension as known.
+[[nodiscard]] Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>& rows);
+
+/// The term files of one database folder, compiled and kept. Each look-up asks the file system once whether the file is
+/// still the same, so that an edit takes effect at the next file tested.
+class TermFiles {
+public:
+    explicit TermFiles(NativePath databaseFolder) : folder_(std::move(databaseFolder)) {}
+
+    /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
+    /// cannot be read has no terms. The result is good until the next call.
+    [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
+
+private:
+    struct Entry {
+        NativePath path;
+        bool exists = false;
+        FileStamp stamp;
+        std::vector<CompiledTerm> terms;
+    };
+
+    [[nodiscard]] bool refresh(Entry& entry);
+    void locate(Entry& entry, const std::string& foldedName);
+    void listFolder();
+
+    struct Hash {
+        using is_transparent = void;
+        std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
+    };
+
+    NativePath folder_;
+    std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
+    // What the folder held when its time was last seen to change: names by their lower-case form.
+    std::unordered_map<std::string, std::string> names_;
+    std::optional<FileStamp> folderStamp_;
+    bool listingMayBeStale_ = true;
+};
+
+}  // namespace quillon
