@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: MIT
+# Which packages each step needs, and how a missing one is installed. Sourced by the other scripts.
+
+# To build the core and the programs without a window.
+BUILD_PACKAGES="g++ cmake ninja-build pkg-config libfmt-dev libzip-dev libexpected-dev libcli11-dev nlohmann-json3-dev
+    libavahi-client-dev"
+# To build the window program on top.
+WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
+# To build and run every test on top. strace injects faults; unzip reads the archives that we write.
+TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev python3 strace unzip"
+# For the formatting check.
+FORMAT_PACKAGES="clang-format"
+
+# install_missing <package>...: asks dpkg first, so that a machine that has everything is not touched and needs no network.
+install_missing() {
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This is not a Debian system; taking for granted: $*" >&2
+        return 0
+    fi
+    # shellcheck disable=SC2016  # ${...} is dpkg's own
+    present=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "$@" 2>/dev/null | sed -n 's/^installed //p')
+    missing=
+    for package; do
+        echo "$present" | grep -qxF "$package" || missing="$missing $package"
+    done
+    [ -n "$missing" ] || return 0
+
+    echo "Installing:$missing"
+    as_root=
+    if [ "$(id -u)" != 0 ]; then
+        command -v sudo >/dev/null || { echo "Run as root, or install first:$missing" >&2; exit 2; }
+        as_root=sudo
+    fi
+    $as_root apt-get -q update
+    # shellcheck disable=SC2086  # a list of words
+    $as_root env DEBIAN_FRONTEND=noninteractive apt-get -q install -y --no-install-recommends $missing
+    configure_again=yes
+}
+
+# configure <preset> [option]...: only when there is something to do. A build sees by itself that a CMakeLists.txt changed, but
+# not that a package came which the last configuration had to do without.
+configure_again=no
+configure() {
+    preset=$1
+    shift
+    if [ $# -gt 0 ] || [ $configure_again = yes ] || ! [ "build/$preset/build.ninja" -nt CMakePresets.json ]; then
+        echo "Configuring build/$preset"
+        cmake --preset "$preset" "$@" >"build/$preset.log" 2>&1 || { cat "build/$preset.log" >&2; exit 2; }
+    fi
+}
