@@ -110,7 +110,7 @@ std::uint64_t pickSize(const Kind& kind, Random& random) {
         return 0;
     }
     if (draw < 70) {
-        return static_cast<std::uint64_t>(1 + random.below(511));
+        return 1 + random.next() % 511;
     }
     const double size = kind.typicalSize * std::exp(random.normal() * 1.2);
     return size < 512 ? 512 : static_cast<std::uint64_t>(size);
