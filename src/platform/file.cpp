@@ -107,6 +107,12 @@ Result<void> File::seek(std::uint64_t offset) {
     return {};
 }
 
+Result<void> File::truncate(std::uint64_t length) {
+    if (::ftruncate(descriptor_, static_cast<off_t>(length)) != 0)
+        return failure(systemError(path_.native()));
+    return seek(length);
+}
+
 Result<void> File::sync() {
     // A medium that has no such call keeps the bytes as well as it can; that is no failure of the save.
     if (retried([&] { return ::fsync(descriptor_); }) != 0 && errno != EINVAL && errno != EROFS)

@@ -43,6 +43,8 @@ public:
     [[nodiscard]] Result<void> write(std::string_view bytes);
     [[nodiscard]] Result<std::uint64_t> size() const;
     [[nodiscard]] Result<void> seek(std::uint64_t offset);
+    /// Cuts the file to a length and goes on writing there.
+    [[nodiscard]] Result<void> truncate(std::uint64_t length);
     /// Brings the bytes to the medium.
     [[nodiscard]] Result<void> sync();
     /// Closes and says whether the close went well: a full or remote disk may tell only here. A second close is a

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "job/file_list.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "text/page_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kReadBytes = 64 * 1024;
+constexpr std::size_t kLongestLine = 1'000'000;
+constexpr std::string_view kMark = "\xFF\xFE";
+
+static_assert(std::endian::native == std::endian::little, "rows are handed to the file as they lie in memory");
+
+}  // namespace
+
+Result<ListReader> ListReader::open(const NativePath& path) {
+    auto file = File::openForReading(path);
+    if (!file)
+        return failure(file.error());
+    ListReader reader(std::move(*file));
+    reader.raw_.resize(kReadBytes);
+    reader.detectEncoding();
+    if (reader.error_)
+        return failure(*reader.error_);
+    return reader;
+}
+
+// 8-bit text holds no zero byte; the second byte of nearly every 16-bit character of a path, a date or a number is one.
+void ListReader::detectEncoding() {
+    const auto count = file_.read(std::as_writable_bytes(std::span(raw_)));
+    if (!count) {
+        error_ = count.error();
+        return;
+    }
+    ended_ = *count < raw_.size();
+    std::size_t start = 0;
+    if (std::string_view(raw_.data(), *count).substr(0, kMark.size()) == kMark) {
+        encoding_ = ListEncoding::Utf16WithMark;
+        start = kMark.size();
+    } else {
+        encoding_ = ListEncoding::Page;
+        for (std::size_t i = 1; i < *count; i += 2) {
+            if (raw_[i] == '\0')
+                encoding_ = ListEncoding::Utf16;
+        }
+    }
+    std::memmove(raw_.data(), raw_.data() + start, *count - start);
+    decode(*count - start);
+}
+
+// Appends what the first `bytes` of raw_ hold to the text; half a character waits for its other half.
+void ListReader::decode(std::size_t bytes) {
+    if (encoding_ == ListEncoding::Page) {
+        for (std::size_t i = 0; i < bytes; ++i) text_.push_back(pageToUnicode(static_cast<unsigned char>(raw_[i])));
+        return;
+    }
+    const std::size_t old = text_.size();
+    text_.resize(old + bytes / 2);
+    std::memcpy(text_.data() + old, raw_.data(), bytes / 2 * 2);
+    rawKept_ = bytes % 2;
+    if (rawKept_ != 0)
+        raw_[0] = raw_[bytes - 1];
+}
+
+bool ListReader::fill() {
+    if (ended_)
+        return false;
+    text_.erase(0, at_);
+    at_ = 0;
+    const auto count = file_.read(std::as_writable_bytes(std::span(raw_)).subspan(rawKept_));
+    if (!count) {
+        error_ = count.error();
+        ended_ = true;
+        return false;
+    }
+    ended_ = *count < raw_.size() - rawKept_;
+    decode(rawKept_ + *count);
+    return true;
+}
+
+std::optional<std::u16string_view> ListReader::next() {
+    std::size_t searched = 0;
+    while (true) {
+        const std::u16string_view rest = std::u16string_view(text_).substr(at_);
+        const auto end = rest.find(u'\n', searched);
+        if (end != rest.npos) {
+            at_ += end + 1;
+            const bool pair = end > 0 && rest[end - 1] == u'\r';
+            return rest.substr(0, pair ? end - 1 : end);
+        }
+        searched = rest.size();
+        if (searched >= kLongestLine || !fill())
+            break;
+    }
+    const std::u16string_view rest = std::u16string_view(text_).substr(at_);
+    if (rest.empty())
+        return std::nullopt;
+    at_ = text_.size();
+    return rest;
+}
+
+Result<ListWriter> ListWriter::create(const NativePath& path, ListEncoding encoding) {
+    auto file = File::create(path);
+    if (!file)
+        return failure(file.error());
+    ListWriter writer(std::move(*file), encoding);
+    if (encoding == ListEncoding::Utf16WithMark) {
+        if (auto marked = writer.file_.write(kMark); !marked)
+            return failure(marked.error());
+        writer.length_ = kMark.size();
+    }
+    return writer;
+}
+
+Result<void> ListWriter::write(std::u16string_view row) {
+    PageText page;
+    auto bytes = std::as_bytes(std::span(row.data(), row.size()));
+    if (encoding_ == ListEncoding::Page) {
+        page = toPage(row);
+        bytes = std::as_bytes(std::span(page.bytes.data(), page.bytes.size()));
+    }
+    auto written = file_.write(bytes);
+    if (written) {
+        length_ += bytes.size();
+    } else {
+        passOver(file_.truncate(length_), "the failed write is what is reported");
+    }
+    return written;
+}
+
+}  // namespace quillon

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "job/folder_walk.h"
+
+#include <algorithm>
+
+#include "job/statistics.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::int64_t kQuarterHour = 900;
+
+class FolderTest final : public FolderVisitor {
+public:
+    explicit FolderTest(Job& job) : job_(job) {}
+
+    void subfolder(std::string_view path, bool canBeEntered) override {
+        ++job_.state.counters.folders;
+        if (!canBeEntered) {
+            ++job_.state.counters.folderErrors;
+            path.remove_suffix(1);
+            job_.log("Folder access error : " + readable(path), kLightRed);
+        }
+        job_.turn();
+    }
+
+private:
+    Job& job_;
+};
+
+}  // namespace
+
+void ListFolders(Job& job, const NativePath& folder) {
+    FolderTest test(job);
+    passOver(visitFolders(folder, test), "a source that cannot be opened has no folders to count");
+}
+
+std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
+    std::string key = std::to_string(attributes) + toNative(date);
+    key.erase(std::remove(key.begin(), key.end(), '/'), key.end());
+    std::reverse(key.begin(), key.end());
+    std::uint32_t hash = 2166136261U;
+    for (const char c : key) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+    constexpr std::u16string_view letters = u"0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    std::u16string token;
+    for (int i = 0; i < 4; ++i) {
+        token.push_back(letters[hash % letters.size()]);
+        hash /= static_cast<std::uint32_t>(letters.size());
+    }
+    return token;
+}
+
+RowDates::RowDates(const DateTexts& texts) : texts_(texts) {
+    LocalTime morning{2026, 11, 15, 1, 2, 3, 0, 318};
+    LocalTime evening = morning;
+    evening.hour = 23;
+    dependsOnTime_ = texts.firstTen(morning) != texts.firstTen(evening);
+}
+
+std::u16string_view RowDates::of(const FileTime& time) {
+    if (dependsOnTime_) {
+        scratch_ = texts_.firstTen(toLocalTime(time.seconds));
+        return scratch_;
+    }
+    // All time zones change at quarters of an hour, so two moments of one quarter have the same date.
+    const std::int64_t quarter = time.seconds / kQuarterHour - (time.seconds % kQuarterHour < 0 ? 1 : 0);
+    Kept& kept = kept_[static_cast<std::size_t>(quarter) % kept_.size()];
+    if (kept.quarter != quarter) {
+        kept.quarter = quarter;
+        kept.text = texts_.firstTen(toLocalTime(time.seconds));
+    }
+    return kept.text;
+}
+
+FolderWalk::FolderWalk(Job& job, ListWriter& rawList) : job_(job), rawList_(rawList), dates_(job.surroundings().dates) {
+}
+
+void FolderWalk::run(const NativePath& source) {
+    if (!visitFolders(source, *this))
+        notListed(source.native());
+}
+
+void FolderWalk::notListed(std::string_view /*path*/) {
+    ++job_.state.counters.unlistedFolders;
+}
+
+bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
+    folderText_ = toListText(path);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (job_.state.stopRequested)
+            return false;
+        found(folder, names[i]);
+    }
+    return true;
+}
+
+void FolderWalk::found(const Directory& folder, std::string_view name) {
+    const auto info = folder.describe(name);
+    if (!info || !info->regular)
+        return;  // it vanished or changed its kind since its folder was listed
+    row_ = folderText_;
+    appendListText(row_, name);
+    if (skipped())
+        return;
+    job_.state.counters.totalBytes += info->size;
+    ++job_.state.counters.files;
+    appendColumns(name, folder, *info);
+    if (!rawList_.write(row_))
+        ++job_.state.counters.lostRows;
+    job_.turn();
+}
+
+bool FolderWalk::skipped() {
+    if (!job_.state.options.useSkipList || job_.skipList.empty() || !job_.skipList.matches(row_))
+        return false;
+    ++job_.state.counters.skipped;
+    job_.turn();  // a tree of skipped files must not leave the window standing still
+    return true;
+}
+
+void FolderWalk::appendColumns(std::string_view name, const Directory& folder, const EntryInfo& info) {
+    const auto date = dates_.of(info.modified);
+    const auto bits = attributes_.attributesOf(folder, name, info);
+    if (!haveToken_) {
+        token_ = listToken(bits, date);
+        haveToken_ = true;
+    }
+    row_.push_back(u',');
+    row_.append(date);
+    row_.push_back(u',');
+    appendPlainNumber(row_, info.size);
+    row_.push_back(u',');
+    appendPlainNumber(row_, bits);
+    row_.push_back(u';');
+    row_.append(token_);
+    row_.append(u"\r\n");
+}
+
+}  // namespace quillon

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The two walks that open a job: the folder test, which proves that every folder below the source can be entered, and
+// the walk that writes the raw list.
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "job/file_list.h"
+#include "job/folder_tree.h"
+#include "job/job.h"
+#include "platform/attributes.h"
+
+namespace quillon {
+
+/// Visits every folder below `folder`, counts it and logs, in light red, one that cannot be entered. The start folder
+/// itself is not counted. Stop is not looked at. A folder that cannot be listed ends only its own level.
+void ListFolders(Job& job, const NativePath& folder);
+
+/// Four printable characters that mark the rows of one run, made from the first accepted file's attributes and date. No
+/// reader looks at them.
+[[nodiscard]] std::u16string listToken(std::uint32_t attributes, std::u16string_view date);
+
+/// Dates of rows: the first ten characters of the general form, kept for files of the same quarter of an hour.
+class RowDates {
+public:
+    explicit RowDates(const DateTexts& texts);
+    [[nodiscard]] std::u16string_view of(const FileTime& time);
+
+private:
+    struct Kept {
+        std::int64_t quarter = INT64_MIN;
+        std::u16string text;
+    };
+    const DateTexts& texts_;
+    bool dependsOnTime_;  // the locale's date is so short that the row's text runs into the time
+    std::array<Kept, 1024> kept_;
+    std::u16string scratch_;
+};
+
+/// The walk that writes the raw list. One found file is one row, written with one write.
+class FolderWalk : private FolderVisitor {
+public:
+    FolderWalk(Job& job, ListWriter& rawList);
+
+    /// Walks the source until its end or until Stop. A source that cannot be opened gives no rows.
+    void run(const NativePath& source);
+
+private:
+    bool cancelled() override { return job_.state.stopRequested; }
+    bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
+    void notListed(std::string_view path) override;
+    void found(const Directory& folder, std::string_view name);
+    [[nodiscard]] bool skipped();
+    void appendColumns(std::string_view name, const Directory& folder, const EntryInfo& info);
+
+    Job& job_;
+    ListWriter& rawList_;
+    RowDates dates_;
+    AttributeReader attributes_;
+    std::u16string token_;
+    bool haveToken_ = false;
+    std::u16string folderText_;
+    std::u16string row_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "job/job.h"
+
+#include "platform/folders.h"
+
+namespace quillon {
+
+Job::Job(Installation& installation, const Surroundings& surroundings)
+    : installation_(installation), surroundings_(surroundings), kept_(installation, surroundings.clock) {
+}
+
+Result<std::u16string_view> Job::checkFile(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+    const std::string& folder = installation_.paths().localDatabase.native();
+    if (!test_ || folder != databaseFolder_) {
+        databaseFolder_ = folder;
+        termFiles_.emplace(NativePath(folder));
+        test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderTestHost&>(*this));
+    }
+    return test_->checkFile(fields, extension);
+}
+
+void Job::raise(TestCount count) {
+    JobCounters& counters = state.counters;
+    switch (count) {
+        case TestCount::ZeroBytes:
+            ++counters.zeroBytes;
+            break;
+        case TestCount::Small:
+            ++counters.small;
+            break;
+        case TestCount::Encrypted:
+            ++counters.encrypted;
+            break;
+        case TestCount::Unknown:
+            ++counters.unknown;
+            break;
+        case TestCount::AccessError:
+            ++counters.accessErrors;
+            break;
+        case TestCount::Tested:
+            ++counters.tested;
+            break;
+        case TestCount::Good:
+            ++counters.good;
+            break;
+        case TestCount::Common:
+            ++counters.common;
+            break;
+        case TestCount::Corrupt:
+            ++counters.corrupt;
+            break;
+    }
+}
+
+void Job::log(const std::string& text, std::optional<std::uint32_t> colour) {
+    state.log.add({surroundings_.clock.now(), text, colour});
+}
+
+Result<NativePath> Job::finalListPath() const {
+    const NativePath& folder = installation_.paths().localPath;
+    if (folder.empty())
+        return failure(ErrorKind::BadName, "no local path is set");
+    return childPath(folder, state.options.jobId + ".csv");
+}
+
+}  // namespace quillon

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The job that a front end owns: its state, the loaded lists, and the few operations that screens share.
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/installation.h"
+#include "app/kept_files.h"
+#include "app/surroundings.h"
+#include "job/job_state.h"
+#include "testing/header_test.h"
+#include "testing/skip_list.h"
+
+namespace quillon {
+
+class Job : private HeaderTestHost {
+public:
+    /// Both must outlive the job.
+    Job(Installation& installation, const Surroundings& surroundings);
+    Job(const Job&) = delete;
+    Job& operator=(const Job&) = delete;
+
+    JobState state;
+    ReportMessages messages;
+    SkipList skipList;
+    CommonList commonList;
+
+    [[nodiscard]] Installation& installation() { return installation_; }
+    [[nodiscard]] const Surroundings& surroundings() const { return surroundings_; }
+    [[nodiscard]] KeptFiles& kept() { return kept_; }
+
+    /// The header test over the local database: one row's fields and its extension give the report text. It raises the
+    /// counters of `state` and logs access errors. See HeaderTest::checkFile.
+    [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
+                                                        std::u16string_view extension);
+
+    /// A row in the job log with the time of this moment.
+    void log(const std::string& text, std::optional<std::uint32_t> colour = std::nullopt);
+
+    /// One turn of the front end's event loop.
+    void turn() { surroundings_.loop.turn(); }
+
+    /// `<local root>/<job ID>.csv`; BadName for a job ID that cannot be a file name there.
+    [[nodiscard]] Result<NativePath> finalListPath() const;
+
+    /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
+    void releaseSource() { heads_.closeFolder(); }
+
+private:
+    bool useCommonHeaders() override { return state.options.useCommonHeaders; }
+    void raise(TestCount count) override;
+    void logAccessError(const std::string& text) override { log(text, kLightRed); }
+
+    Installation& installation_;
+    Surroundings surroundings_;
+    KeptFiles kept_;
+    SourceFiles heads_;
+    std::string databaseFolder_;
+    std::optional<TermFiles> termFiles_;
+    std::optional<HeaderTest> test_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// One press of Run: the whole job, from the first check to the last notification. The driver calls the phases in a fixed order and
+// does none of their work itself.
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "job/job.h"
+#include "messaging/alert_sender.h"
+#include "platform/folder_lock.h"
+
+namespace quillon {
+
+/// What the driver asks of its screen besides dialogs.
+class JobHost {
+public:
+    virtual ~JobHost() = default;
+    /// Runs the source picker.
+    virtual void pickSource() = 0;
+    /// Puts the focus on the target picker's button.
+    virtual void focusTargetPicker() = 0;
+    /// Copies the state of the commands to the toolbar.
+    virtual void updateToolbar() = 0;
+};
+
+/// How a job ended, for a front end that has to say so.
+enum class JobEnd {
+    Complete,    ///< all phases ran and there is a final list
+    NotStarted,  ///< a check or a question ended it before the walk
+    Stopped,     ///< Stop ended the walk
+    NoList,      ///< all phases ran, but there is no final list
+};
+
+/// Milliseconds that each phase took.
+struct PhaseTimes {
+    std::int64_t folderTests = 0;
+    std::int64_t fileCount = 0;
+    std::int64_t testing = 0;
+    std::int64_t copying = 0;
+};
+
+class JobDriver {
+public:
+    /// All must outlive this. `alerts` null: nothing is sent.
+    JobDriver(Job& job, JobHost& host, AlertSender* alerts) : job_(job), host_(host), alerts_(alerts) {}
+
+    JobEnd run();
+
+    [[nodiscard]] const PhaseTimes& phaseTimes() const { return times_; }
+
+private:
+    enum class Next { GoOn, End };
+
+    void begin();
+    [[nodiscard]] Next checkTarget();
+    [[nodiscard]] Next refreshDatabases();
+    [[nodiscard]] Next refreshTermFiles();
+    [[nodiscard]] Next askWithoutDatabase(std::size_t& count);
+    void refreshRuleLists();
+    [[nodiscard]] Next confirmOverwrite();
+    void testFolders();
+    void lockScreen();
+    void unlockScreen();
+    [[nodiscard]] Next walkSource();
+    void tellPermissionDenied();
+    void loadCommonList();
+    void testFiles();
+    void copyRawList();
+    void copyFiles();
+    void finish();
+    [[nodiscard]] JobEnd endEarly();
+
+    void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end, const std::function<void()>& phase);
+    void report(const FileError& error);
+    [[nodiscard]] std::string elapsedSince(const LocalTime& start) const;
+
+    Job& job_;
+    JobHost& host_;
+    AlertSender* alerts_;
+    std::optional<FolderLock> lock_;
+    std::string step_;
+    bool stopped_ = false;
+    PhaseTimes times_;
+};
+
+/// The Stop button: asks, and on Yes stops the job.
+void askToStop(Job& job);
+
+/// Stop itself: the flags that the phases read, and the row in the log.
+void stopJob(Job& job);
+
+}  // namespace quillon

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The score board: resetting and recounting it, the recovery quality, throughput and size displays.
+
+#include "job/job.h"
+
+namespace quillon {
+
+/// Sets every counter and the total size to 0 and the board's texts to "0". The quality therefore reads "0", not
+/// "0.00%", until a first computation.
+void resetCounters(JobState& state);
+
+/// Recovery quality: (good + common) / (good + corrupt + common), shown with two decimals. Without a good file the
+/// label stays as it was.
+void updateQuality(JobState& state);
+
+/// Fills the size label from the total size.
+void showSize(JobState& state);
+
+/// The handler of the timer that ticks every second while a job runs: elapsed time in the status panel, files per
+/// minute in the throughput label. The count is rows read if above 0, and files otherwise.
+void timerTick(Job& job);
+
+/// Recounts the board from the list of the job ID. It restores only what a list can tell; rows that have not exactly
+/// five fields count nothing.
+///
+/// Kept: the quality is recomputed only at rows of an access error, a common header or no known text, so a list of
+/// nothing but good and corrupt rows leaves it at "0" (test ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero).
+void upDateAllLabels(Job& job);
+
+}  // namespace quillon

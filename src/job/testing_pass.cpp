@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: MIT
+#include "job/testing_pass.h"
+
+#include "job/statistics.h"
+#include "platform/folders.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+Result<ListWriter> createFinalList(Job& job) {
+    const auto path = job.finalListPath();
+    if (!path)
+        return failure(path.error());
+    NativePath keptAt;
+    if (pathExists(*path)) {
+        const auto kept = job.kept().moveAway(*path);
+        if (!kept)
+            return failure(kept.error());
+        keptAt = *kept;
+    }
+    auto list = ListWriter::create(*path);
+    if (!list && !keptAt.empty())
+        passOver(renameFile(keptAt, *path), "the old list is safe under Kept as well");
+    return list;
+}
+
+void TestingPass::run() {
+    const NativePath rawPath = job_.installation().rawListPath();
+    auto finalList = createFinalList(job_);
+    if (!finalList) {
+        const std::string folder = readable(job_.installation().paths().localPath.native());
+        job_.surroundings().dialogs.tell(
+            kProgramTitle, "Unable to create output file. Please check access rights on folder " + folder);
+        return;
+    }
+    if (!pathExists(rawPath)) {
+        job_.surroundings().dialogs.tell(
+            "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
+            BoxStyle::Critical);
+        return;
+    }
+    if (auto rawList = ListReader::open(rawPath)) {
+        gradeAll(*rawList, *finalList);
+    } else {
+        static_cast<void>(handle(rawList.error(), {}));
+    }
+    if (!finalList->close())
+        ++job_.state.counters.lostRows;
+    job_.releaseSource();
+    if (job_.state.stopRequested) {
+        if (const auto path = job_.finalListPath())
+            offerDeletion(*path);
+    }
+    // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
+    // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
+    job_.state.stopRequested = false;
+}
+
+void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
+    while (const auto line = rawList.next()) {
+        ++job_.state.counters.rowsRead;
+        if (gradeRow(*line)) {
+            writeRow(finalList, *line);
+            if (job_.state.counters.tested > 0)
+                updateQuality(job_.state);
+        }
+        job_.turn();
+    }
+    if (rawList.error())
+        static_cast<void>(handle(*rawList.error(), {}));
+}
+
+// False when the row in work is not to be written.
+bool TestingPass::gradeRow(std::u16string_view line) {
+    splitInto(fields_, line, u',');
+    // Kept: a line without a comma is tested for nothing and takes the result of the row before it (test
+    // ABlankLineTakesTheResultOfTheRowBefore).
+    if (fields_.size() < 2)
+        return true;
+    if (const auto graded = grade(fields_[kPathColumn]); !graded)
+        return handle(graded.error(), fields_[kPathColumn]);
+    if (job_.state.options.showProgress)
+        showProgress();
+    return true;
+}
+
+Result<void> TestingPass::grade(std::u16string_view path) {
+    // ">" stands for "," in a list and can be in an extension too.
+    std::u16string restored;
+    std::u16string_view extension = extensionOf(path);
+    if (extension.find(u'>') != extension.npos) {
+        restored = withCommas(extension);
+        extension = restored;
+    }
+    if (extension.empty()) {
+        ++job_.state.counters.noExtension;
+        result_ = job_.messages[Message::NoExtension];
+        return {};
+    }
+    const auto result = check(extension);
+    if (!result)
+        return failure(result.error());
+    result_ = *result;
+    return {};
+}
+
+Result<std::u16string_view> TestingPass::check(std::u16string_view extension) {
+    return checker_ != nullptr ? checker_->check(fields_, extension) : job_.checkFile(fields_, extension);
+}
+
+// What becomes of a failure that reached the pass. True: the row is written all the same.
+bool TestingPass::handle(const FileError& error, std::u16string_view path) {
+    if (ignoringErrors_)
+        return true;
+    if (error.kind == ErrorKind::PermissionDenied || error.kind == ErrorKind::BadName) {
+        // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
+        ++job_.state.counters.accessErrors;
+        result_ = job_.messages[Message::AccessError];
+        return false;
+    }
+    ignoringErrors_ = true;
+    reportError(error);
+    if (path.empty())
+        return true;
+    // The failing step runs once more; a second failure passes without a word.
+    passOver(grade(path), "errors are ignored from the first one on");
+    return true;
+}
+
+void TestingPass::reportError(const FileError& error) {
+    job_.surroundings().dialogs.tell("Error", error.text + " : occurred processing file :");
+    if (alerts_ == nullptr)
+        return;
+    std::string subject = "Process error";
+    const std::string body = "The error message (" + error.text + ") occurred during processing a file ";
+    static_cast<void>(alerts_->sendAlert(job_.state.options.recipient, kAskForAcknowledgement, subject, body, 1));
+}
+
+void TestingPass::showProgress() {
+    job_.state.controls.progress.value = job_.state.counters.rowsRead;
+    job_.state.texts.currentFile = readable(fields_[kPathColumn]);
+}
+
+void TestingPass::writeRow(ListWriter& finalList, std::u16string_view line) {
+    row_ = line;
+    row_.push_back(u',');
+    row_.append(result_);
+    row_.append(u"\r\n");
+    if (!finalList.write(row_))
+        ++job_.state.counters.lostRows;
+}
+
+void TestingPass::offerDeletion(const NativePath& finalList) {
+    if (!job_.surroundings().dialogs.ask("Delete partial file list?",
+                                         "Process stopped, do you want to delete the current file list ?")) {
+        return;
+    }
+    passOver(removeFile(finalList), "a list that stays is no harm");
+}
+
+}  // namespace quillon

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Turns the raw list into the final list: reads it row by row, has each file graded and writes the row with the verdict
+// behind it.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "job/file_list.h"
+#include "job/job.h"
+#include "messaging/alert_sender.h"
+
+namespace quillon {
+
+/// Grades one row, as Job::checkFile does. An interface of its own, so that a test can let the failures through that
+/// the header test normally catches.
+class RowChecker {
+public:
+    virtual ~RowChecker() = default;
+    [[nodiscard]] virtual Result<std::u16string_view> check(std::span<const std::u16string_view> fields,
+                                                            std::u16string_view extension) = 0;
+};
+
+class TestingPass {
+public:
+    /// All must outlive this. `checker` null: the job's own header test. `alerts` null: process errors are not sent.
+    TestingPass(Job& job, AlertSender* alerts, RowChecker* checker = nullptr)
+        : job_(job), alerts_(alerts), checker_(checker) {}
+
+    /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
+    void run();
+
+private:
+    void gradeAll(ListReader& rawList, ListWriter& finalList);
+    [[nodiscard]] bool gradeRow(std::u16string_view line);
+    [[nodiscard]] Result<void> grade(std::u16string_view path);
+    [[nodiscard]] Result<std::u16string_view> check(std::u16string_view extension);
+    [[nodiscard]] bool handle(const FileError& error, std::u16string_view path);
+    void reportError(const FileError& error);
+    void showProgress();
+    void writeRow(ListWriter& finalList, std::u16string_view line);
+    void offerDeletion(const NativePath& finalList);
+
+    Job& job_;
+    AlertSender* alerts_;
+    RowChecker* checker_;
+    std::vector<std::u16string_view> fields_;
+    std::u16string result_;  // not cleared between rows
+    std::u16string row_;
+    bool ignoringErrors_ = false;
+};
+
+/// Opens the final list for writing. A list that a new job replaces goes under Kept first; when the new one cannot be
+/// made the old one comes back.
+[[nodiscard]] Result<ListWriter> createFinalList(Job& job);
+
+}  // namespace quillon
