@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: MIT
+#include "setup/default_installation.h"
+
+#include "app/folder_structure.h"
+#include "archive/zip_reader.h"
+#include "platform/folders.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+AppSettings defaultSettings(const NativePath& localPath, const NativePath& zipPath) {
+    AppSettings settings;
+    settings.runHeaderTest = 1;
+    settings.useSkipList = 1;
+    settings.useCommonHeaders = 1;
+    settings.localPath.assign(pageFromPath(localPath));
+    settings.zipPath.assign(pageFromPath(zipPath));
+    settings.alertRecipient.assign(PageText{"Query"});
+    settings.zipRecipient.assign(PageText{"Query"});
+    return settings;
+}
+
+Result<void> createFolders(const Paths& paths) {
+    for (const NativePath* folder : {&paths.localSettings, &paths.localDatabase, &paths.zipPath}) {
+        if (!CreateFolderPath(*folder))
+            return failure(ErrorKind::PathAccess, readable(folder->native()) + " cannot be created");
+    }
+    return {};
+}
+
+Result<DefaultSetup> fillAndSave(Installation& installation) {
+    const Paths& paths = installation.paths();
+    ExtractOptions options;
+    options.existing = ExistingFiles::Keep;
+    return createFolders(paths)
+        .and_then([&] { return extractArchive(installation.defaultDatabasePath(), paths.localPath, options); })
+        .and_then([&](const Extracted& extracted) -> Result<DefaultSetup> {
+            if (auto saved = installation.saveSettingsRecord(); !saved)
+                return failure(saved.error());
+            return DefaultSetup{paths.localPath, paths.zipPath, extracted.files.size(), extracted.alreadyThere};
+        });
+}
+
+}  // namespace
+
+Result<DefaultSetup> setUpDefaultInstallation(Installation& installation) {
+    std::error_code error;
+    const NativePath appFolder = std::filesystem::absolute(installation.appFolder(), error);
+    const NativePath localPath = (appFolder / "Data").lexically_normal();
+    const AppSettings before = installation.settings;
+    installation.settings = defaultSettings(localPath, localPath / "Archives");
+    installation.refreshPathVariables();
+    Result<DefaultSetup> result;
+    if (error || installation.paths().zipPath != localPath / "Archives")
+        result =
+            failure(ErrorKind::BadName, readable(localPath.native()) + " has a name that the settings cannot hold");
+    else
+        result = fillAndSave(installation);
+    if (!result) {
+        installation.settings = before;
+        installation.refreshPathVariables();
+    }
+    return result;
+}
+
+}  // namespace quillon

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// How the local copy of the database follows the shared one at the start of a job. The share wins: a local term file
+// without a shared counterpart goes, and a shared file with another modification time is copied over the local one.
+// Local bytes that go or are replaced are moved under Kept first. Names are compared without case, as the systems that
+// share the folder do.
+//
+// A folder that cannot be reached counts as empty, whatever the reason: nothing here tests the share.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "app/installation.h"
+#include "app/kept_files.h"
+#include "app/progress_host.h"
+
+namespace quillon {
+
+/// The names of all files of a database folder, sorted; empty when the folder cannot be listed. Their number is what
+/// the questions of the job's start go by.
+[[nodiscard]] std::vector<std::string> databaseFiles(const NativePath& folder);
+
+struct OrphanCounts {
+    std::size_t looked = 0;   ///< local files
+    std::size_t removed = 0;  ///< moved away under Kept
+    std::size_t failed = 0;   ///< could not be kept and so stand where they were
+};
+
+/// Removes local term files that have no shared counterpart. Shows "Comparing databases....", the number of local files
+/// as the bar's maximum and the number of each file as its value. Kept: with the share gone every local term file
+/// counts as having no counterpart (test WithTheShareGoneEveryLocalFileIsMovedUnderKept).
+OrphanCounts deleteOrphanTermFiles(const Paths& paths, KeptFiles& kept, ProgressHost& host);
+
+struct RefreshCounts {
+    std::size_t copied = 0;     ///< the time differed, or there was no local file
+    std::size_t unchanged = 0;  ///< the time was the same
+    std::size_t missing = 0;    ///< names that the shared folder does not have, or not any more
+    std::size_t failed = 0;     ///< could not be read, kept or written; the local file is as it was
+};
+
+/// Goes through `names` (as `databaseFiles` gave them for the folder that is in use) and copies every shared file
+/// whose modification time differs from that of the local file of the same name, whichever is newer, and every shared
+/// file that the local folder lacks. The bar runs from 0 to the number of names when there is one.
+///
+/// Afterwards the local file has the shared file's time as its volume stores it, and such a time counts as equal at the
+/// next job: an unchanged database is copied once and never again. A name that the shared folder does not have is
+/// passed over.
+RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
+                                   ProgressHost& host);
+
+/// Copies the shared CommonHeaders.dat over the local one when there is one; a failure is passed over. True when the
+/// local settings folder has the file afterwards. Kept: sharing need not be on, a stored shared path is enough (test
+/// CommonHeadersAreFetchedWithSharingOff).
+bool fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
+
+/// Replaces `target` by the bytes of `source`, with its modification time; other old bytes go under Kept first. For
+/// small data files.
+[[nodiscard]] Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept);
+
+}  // namespace quillon
