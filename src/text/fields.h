@@ -92,8 +92,10 @@ template <typename Char>
     return lines;
 }
 
-/// `text` with every `from` replaced by `to`.
+/// `text` with every `from` replaced by `to`. An empty `from` occurs nowhere.
 [[nodiscard]] inline std::string replacedAll(std::string text, std::string_view from, std::string_view to) {
+    if (from.empty())
+        return text;
     for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
         text.replace(at, from.size(), to);
     return text;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -19,6 +20,27 @@ std::string withSeparators(std::string digits) {
         digits.insert(i, 1, ',');
     }
     return digits;
+}
+
+// The number with this many decimals, a half going away from zero. What is rounded are the fifteen digits that stand
+// for the number in a decimal world, so that 0.285 is a half and not a little less.
+std::string withDecimals(double number, int decimals) {
+    const double size = std::isfinite(number) ? std::abs(number) : 0;
+    const int whole = size >= 10 ? static_cast<int>(std::log10(size)) + 1 : 1;
+    std::string text = fmt::format("{:.{}f}", size, std::max(decimals + 1, 15 - whole));
+    const std::size_t cut = text.find('.') + 1 + static_cast<std::size_t>(decimals);
+    bool carry = text[cut] >= '5';
+    text.resize(cut);
+    for (std::size_t i = cut; carry && i-- > 0;) {
+        if (text[i] == '.')
+            continue;
+        carry = text[i] == '9';
+        text[i] = carry ? '0' : static_cast<char>(text[i] + 1);
+    }
+    if (carry)
+        text.insert(0, 1, '1');
+    const bool zero = text.find_first_not_of("0.") == std::string::npos;
+    return number < 0 && !zero ? "-" + text : text;
 }
 
 template <typename Char>
@@ -58,10 +80,17 @@ public:
             ++begin;
         double number = 0;
         const auto result = std::from_chars(begin, end, number);
+        if (result.ec == std::errc::result_out_of_range)
+            return tooSmall(begin) ? 0 : std::copysign(std::numeric_limits<double>::infinity(), *begin == '-' ? -1 : 1);
         return result.ec == std::errc() ? number : 0;
     }
 
 private:
+    // Of a number that no double holds: whether it lies next to zero and not beyond all range.
+    [[nodiscard]] bool tooSmall(const char* begin) const {
+        const char first = *begin == '-' ? begin[1] : *begin;
+        return first == '0' || first == '.' || text_.find("e-") != std::string::npos;
+    }
     bool takeDigit(char c) {
         digits_ = true;
         return put(c);
@@ -118,13 +147,13 @@ std::string grouped(std::int64_t number) {
 }
 
 std::string groupedOneDecimal(double number) {
-    const std::string text = fmt::format("{:.1f}", number);
+    const std::string text = withDecimals(number, 1);
     const auto point = text.find('.');
     return withSeparators(text.substr(0, point)) + text.substr(point);
 }
 
 std::string percent(double fraction) {
-    return fmt::format("{:.2f}%", fraction * 100.0);
+    return withDecimals(fraction * 100.0, 2) + "%";
 }
 
 std::string sizeText(std::uint64_t bytes) {

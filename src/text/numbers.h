@@ -16,10 +16,11 @@ void appendPlainNumber(std::u16string& out, std::uint64_t number);
 /// The pattern "#,0": 1234567 -> "1,234,567".
 [[nodiscard]] std::string grouped(std::int64_t number);
 
-/// The pattern "#,0.0": 1234.56 -> "1,234.6".
+/// The pattern "#,0.0": 1234.56 -> "1,234.6". A number pattern rounds the decimal number that a person would write
+/// (fifteen digits), and a half goes away from zero: 1.25 -> "1.3". What is not finite shows as 0.
 [[nodiscard]] std::string groupedOneDecimal(double number);
 
-/// The pattern "0.00%" (the same as "#0.00%"), which multiplies by 100: 0.75 -> "75.00%".
+/// The pattern "0.00%" (the same as "#0.00%"), which multiplies by 100: 0.75 -> "75.00%". Rounds as above.
 [[nodiscard]] std::string percent(double fraction);
 
 /// Size display with strict comparisons, first match wins: above 1024^4 "Tb", above 1024^3 "Gb", above 1024^2 "Mb",
@@ -27,8 +28,8 @@ void appendPlainNumber(std::u16string& out, std::uint64_t number);
 [[nodiscard]] std::string sizeText(std::uint64_t bytes);
 
 /// The lenient reading of a number in a field: blanks are skipped, reading stops at the first character that cannot
-/// continue a number (sign, digits, one point, an exponent), and no number gives 0. " 12;x" -> 12, "abc" -> 0, "-3" ->
-/// -3.
+/// continue a number (sign, digits, one point, an exponent), and no number gives 0. One beyond all range is infinite. "
+/// 12;x" -> 12, "abc" -> 0, "-3" -> -3.
 [[nodiscard]] double numericPrefix(std::u16string_view text);
 [[nodiscard]] double numericPrefix(std::string_view text);
 
