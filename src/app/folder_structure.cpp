@@ -60,6 +60,8 @@ bool CreateFolderPath(const NativePath& path) {
 }
 
 void createFolderChain(const NativePath& path) {
+    if (path.native().find('\0') != std::string::npos)
+        return;
     auto folder = Directory::openToLookUp(path.is_absolute() ? "/" : ".");
     for (const auto& element : path.parent_path().relative_path()) {
         if (!folder)

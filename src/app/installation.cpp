@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/installation.h"
 
+#include <array>
+#include <span>
 #include <utility>
 
 #include "platform/whole_file.h"
@@ -28,10 +30,14 @@ Installation::Installation(NativePath appFolder) : appFolder_(std::move(appFolde
 }
 
 Result<void> Installation::loadSettingsRecord() {
-    const auto bytes = readWholeFile(paths_.settingsFile);
-    if (!bytes)
-        return failure(bytes.error());
-    settings = decodeSettings(*bytes);
+    // The record alone, however much may follow it.
+    std::array<char, kSettingsBytes> bytes;
+    const auto count = File::openForReading(paths_.settingsFile).and_then([&bytes](File file) {
+        return file.read(std::as_writable_bytes(std::span(bytes)));
+    });
+    if (!count)
+        return failure(count.error());
+    settings = decodeSettings({bytes.data(), *count});
     refreshPathVariables();
     return {};
 }

@@ -8,6 +8,7 @@
 #include "app/folder_structure.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -57,7 +58,7 @@ Result<NativePath> KeptFiles::placeFor(const NativePath& file) const {
     const NativePath wanted = root / "Kept" / moment / relativePlace(file, root);
     createFolderChain(wanted);
     if (!isFolder(wanted.parent_path()))
-        return failure(ErrorKind::PathAccess, wanted.parent_path().native() + " cannot be created");
+        return failure(ErrorKind::PathAccess, readable(wanted.parent_path().native()) + " cannot be created");
     NativePath place = wanted;
     for (int i = 2; pathExists(place); ++i) {  // two files of one name within one second
         place = wanted;

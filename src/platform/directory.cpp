@@ -120,6 +120,8 @@ void Directory::close() {
 }
 
 Result<Directory> Directory::openWith(const NativePath& path, int flags) {
+    if (path.native().find('\0') != std::string::npos)
+        return failure(systemError(path.native(), EINVAL));
     int descriptor = retried([&] { return ::open(path.c_str(), flags); });
     if (descriptor < 0 && errno == ENAMETOOLONG)
         descriptor = openByPieces(path, flags);
