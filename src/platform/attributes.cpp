@@ -77,9 +77,10 @@ std::optional<std::uint32_t> parseSambaAttributes(std::string_view value) {
             return std::nullopt;
         return bits;
     }
-    // Packed: empty text, version twice, valid fields, then the bits.
+    // Packed: empty text, version twice, which fields are valid (bit 0: the bits), then the bits.
+    constexpr std::size_t validAt = 8;
     constexpr std::size_t bitsAt = 12;
-    if (value.size() < bitsAt + 4 || value[0] != 0)
+    if (value.size() < bitsAt + 4 || value[0] != 0 || (littleEndian(value.substr(validAt)) & 1U) == 0)
         return std::nullopt;
     return littleEndian(value.substr(bitsAt));
 }

@@ -54,7 +54,11 @@ public:
                 return finish();
             at = hole;
         }
-        end_ = std::max(end_, static_cast<off_t>(total_));
+        // No more data: what is left, if anything, is a hole. A file that was cut meanwhile ends where it ends now.
+        struct stat now {};
+        if (::fstat(source_, &now) != 0)
+            return failed(CopySide::Source, systemError(sourcePath_));
+        end_ = std::max(end_, now.st_size);
         return finish();
     }
 
@@ -153,6 +157,10 @@ std::string CopyError::text() const {
 }
 
 Result<void> FileCopier::enterTarget(const NativePath& folder) {
+    struct stat info {};
+    const bool gone = targetFolder_.isOpen() && (::fstat(targetFolder_.handle(), &info) != 0 || info.st_nlink == 0);
+    if (gone)  // removed, and perhaps made anew, since the last copy
+        targetFolder_.close();
     if (targetFolder_.isOpen() && folder == targetFolderPath_)
         return {};
     targetFolder_.close();
@@ -184,6 +192,8 @@ CopyResult FileCopier::fillTemporary(const File& from, std::string_view source, 
 }
 
 CopyResult FileCopier::copy(std::string_view source, const NativePath& target, const CopyProgress& progress) {
+    if (target.native().find('\0') != std::string::npos)
+        return failed(CopySide::Target, systemError(target.native(), EINVAL));
     const auto from = sources_.open(source);
     if (!from)
         return failed(CopySide::Source, from.error());

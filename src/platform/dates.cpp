@@ -44,6 +44,14 @@ bool isPlainLocale(std::string_view name) {
     return name == "C" || name == "POSIX" || name.substr(0, 2) == "C.";
 }
 
+bool isUtf8(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        if (!nextUtf8(text, i))
+            return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 LocalTime toLocalTime(std::int64_t seconds) {
@@ -81,9 +89,13 @@ DateTexts::~DateTexts() {
 std::string DateTexts::format(const char* pattern, const char* plainPattern, const LocalTime& time) const {
     const std::tm parts = toTm(time);
     std::array<char, 256> buffer;
-    const auto length =
-        locale_ != nullptr ? ::strftime_l(buffer.data(), buffer.size(), pattern, &parts, static_cast<locale_t>(locale_))
-                           : std::strftime(buffer.data(), buffer.size(), plainPattern, &parts);
+    if (locale_ != nullptr) {
+        auto* const locale = static_cast<locale_t>(locale_);
+        const auto length = ::strftime_l(buffer.data(), buffer.size(), pattern, &parts, locale);
+        if (const std::string_view text(buffer.data(), length); isUtf8(text))
+            return std::string(text);
+    }
+    const auto length = std::strftime(buffer.data(), buffer.size(), plainPattern, &parts);
     return {buffer.data(), length};
 }
 

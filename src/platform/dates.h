@@ -43,7 +43,8 @@ public:
     [[nodiscard]] std::int64_t milliseconds() const override;
 };
 
-/// Texts in the locale's own form (`%x` and `%X`), UTF-8; in the C and POSIX locales dd/mm/yyyy and hh:mm:ss.
+/// Texts in the locale's own form (`%x` and `%X`), UTF-8; in the C and POSIX locales, and where a
+/// locale of an older code page gives no UTF-8, dd/mm/yyyy and hh:mm:ss.
 class DateTexts {
 public:
     /// The locale that the environment names; one that the system does not have counts as C.

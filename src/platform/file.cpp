@@ -36,15 +36,16 @@ Result<File> File::open(const NativePath& path, int flags, unsigned mode) {
     // A name with a zero byte would be cut by the system and name another file.
     if (path.empty() || path.native().find('\0') != std::string::npos)
         return failure(systemError(path.native(), EINVAL));
-    const int descriptor =
-        retried([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, static_cast<mode_t>(mode)); });
+    // Without waiting: a FIFO in the place of a data file must not stop the program.
+    const int always = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    const int descriptor = retried([&] { return ::open(path.c_str(), flags | always, static_cast<mode_t>(mode)); });
     if (descriptor < 0)
         return failure(systemError(path.native()));
     return File(descriptor, path);
 }
 
 Result<File> File::openForReading(const NativePath& path) {
-    auto file = open(path, O_RDONLY | O_NONBLOCK, 0);
+    auto file = open(path, O_RDONLY, 0);
     if (!file)
         return file;
     struct stat info {};
@@ -61,6 +62,10 @@ Result<File> File::create(const NativePath& path) {
 
 Result<File> File::createNew(const NativePath& path, unsigned mode) {
     return open(path, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+}
+
+Result<File> File::openForChanging(const NativePath& path) {
+    return open(path, O_RDWR, 0);
 }
 
 Result<File> File::openForAppending(const NativePath& path) {
@@ -108,7 +113,7 @@ Result<void> File::seek(std::uint64_t offset) {
 }
 
 Result<void> File::truncate(std::uint64_t length) {
-    if (::ftruncate(descriptor_, static_cast<off_t>(length)) != 0)
+    if (retried([&] { return ::ftruncate(descriptor_, static_cast<off_t>(length)); }) != 0)
         return failure(systemError(path_.native()));
     return seek(length);
 }

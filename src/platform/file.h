@@ -32,6 +32,8 @@ public:
     [[nodiscard]] static Result<File> create(const NativePath& path);
     /// Makes a file that must not exist yet.
     [[nodiscard]] static Result<File> createNew(const NativePath& path, unsigned mode = 0666);
+    /// Opens an existing file for reading and writing at its start, keeping its bytes.
+    [[nodiscard]] static Result<File> openForChanging(const NativePath& path);
     /// Opens for writing at the end, making the file when it is missing.
     [[nodiscard]] static Result<File> openForAppending(const NativePath& path);
 

@@ -47,18 +47,21 @@ Result<int> SourceFiles::openRegular(std::string_view nativePath) {
     };
     int descriptor = openWith(leaveAccessTimes_ ? O_NOATIME : 0);
     if (descriptor < 0 && errno == EPERM && leaveAccessTimes_) {
-        // Only the owner may leave access times alone; one who is not owns none of the tree as a rule.
+        // Only the owner may leave access times alone. One who met a file of another owner meets more of them: from
+        // now on the files of this user alone are asked to.
         descriptor = openWith(0);
         if (descriptor >= 0)
             leaveAccessTimes_ = false;
     }
-    if (descriptor < 0)
-        return failure(systemError(nativePath));
+    if (descriptor < 0)  // a link gives ELOOP and a socket ENXIO: no regular file
+        return failure(systemError(nativePath, errno == ELOOP || errno == ENXIO ? EACCES : errno));
     struct stat info {};
     if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
         ::close(descriptor);
         return failure(systemError(nativePath, EACCES));
     }
+    if (!leaveAccessTimes_ && info.st_uid == ::geteuid())
+        ::fcntl(descriptor, F_SETFL, O_RDONLY | O_NONBLOCK | O_NOATIME);
     return descriptor;
 }
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/whole_file.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
-#include <cstdio>
-#include <optional>
+#include <ctime>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -72,17 +73,26 @@ Result<void> fill(File& file, std::string_view bytes, const Target& target) {
     return file.write(bytes).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
 }
 
-// A share may hold the target open for another computer; the bytes then go into the file that is there.
-Result<void> writeInPlace(const Target& target, std::string_view bytes) {
+// Over the old bytes and not into an emptied file: the room that they take is not given away to others meanwhile, so
+// that on a full disk they can always be put back.
+Result<void> putInto(const NativePath& path, std::string_view bytes) {
+    return File::openForChanging(path).and_then([bytes](File file) {
+        return file.write(bytes)
+            .and_then([&] { return file.truncate(bytes.size()); })
+            .and_then([&] { return file.sync(); })
+            .and_then([&] { return file.close(); });
+    });
+}
+
+// A share may hold the target open for another computer; the bytes then go into the file that is there. Only where its
+// old bytes are at hand, since a failure on the way has to put them back.
+Result<void> writeInPlace(const Target& target, std::string_view bytes, Result<void> renamed) {
     const auto old = readWholeFile(target.path);
-    const auto put = [&target](std::string_view content) {
-        return File::create(target.path).and_then([&](File file) {
-            return file.write(content).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
-        });
-    };
-    auto written = put(bytes);
-    if (!written && old)
-        passOver(put(*old), "the failure of the save itself is what is reported");
+    if (!old)
+        return renamed;
+    auto written = putInto(target.path, bytes);
+    if (!written)
+        passOver(putInto(target.path, *old), "the failure of the save itself is what is reported");
     return written;
 }
 
@@ -97,7 +107,7 @@ Result<void> replaceTarget(const NativePath& temporary, const Target& target, st
     }
     if (!target.exists || isFolder(target.path))
         return renamed;
-    return writeInPlace(target, bytes);
+    return writeInPlace(target, bytes, std::move(renamed));
 }
 
 }  // namespace
@@ -112,7 +122,11 @@ std::string temporaryName() {
     ::gethostname(host.data(), host.size() - 1);
     std::string name = host.data();
     name.resize(std::min<std::size_t>(name.size(), 64));
-    return fmt::format("{}{}-{}-{}", kTemporaryPrefix, name, ::getpid(), counter++);
+    std::replace(name.begin(), name.end(), '/', '_');
+    // The time of day tells this name from those that died with a process of the same number.
+    struct timespec now {};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return fmt::format("{}{}-{}-{:x}{:08x}-{}", kTemporaryPrefix, name, ::getpid(), now.tv_sec, now.tv_nsec, counter++);
 }
 
 void syncFolder(const NativePath& folder) {
@@ -155,8 +169,15 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
 }
 
 Result<void> appendToFile(const NativePath& path, std::string_view bytes) {
-    return File::openForAppending(path).and_then(
-        [bytes](File file) { return file.write(bytes).and_then([&file] { return file.close(); }); });
+    return File::openForAppending(path).and_then([bytes](File file) -> Result<void> {
+        const auto before = file.size();
+        auto written = file.write(bytes);
+        if (written)
+            return file.close();
+        if (before)
+            passOver(file.truncate(*before), "the failed write is what is reported; a cut row would join the next one");
+        return written;
+    });
 }
 
 }  // namespace quillon

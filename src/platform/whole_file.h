@@ -30,11 +30,13 @@ enum class TemporaryPlace {
 ///
 /// The temporary file stands where `place` says, and never under a name that `listFiles` gives. A target that exists
 /// keeps its mode. A link is followed. Where a share refuses the rename, it is tried again and then the bytes are
-/// written in place; if that fails too, the old bytes are written back. On failure the old file is whole.
+/// written in place, while the temporary file still holds them all; if that fails too, the old bytes are written back.
+/// On failure the old file is whole.
 [[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
                                          TemporaryPlace place = TemporaryPlace::Beside);
 
-/// Appends bytes and closes, saying whether all went well. Makes the file when it is missing.
+/// Appends bytes and closes, saying whether all went well. Makes the file when it is missing. When not all of them fit,
+/// none of them stay.
 [[nodiscard]] Result<void> appendToFile(const NativePath& path, std::string_view bytes);
 
 /// True for the name of a save in progress.
