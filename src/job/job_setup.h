@@ -64,8 +64,8 @@ public:
     /// Asks for the source. Kept: the last row of the log goes first, whatever it says, so that choosing twice leaves
     /// one "Source : " row (test ChoosingASourceTwiceLeavesOneRow).
     FocusAfter pickSource();
-    /// A source chosen in another way, as by dropping a folder on the window; the rest as after the folder picker.
-    FocusAfter takeSource(std::optional<NativePath> folder);
+    /// The same with a folder that was dropped on the window instead of the question.
+    FocusAfter dropSource(const NativePath& folder);
     void pickTarget();
 
     /// Puts the settings into the recipient box and the three switches.
@@ -98,6 +98,8 @@ public:
     [[nodiscard]] NativePath listPath(const std::string& name) const;
 
 private:
+    void forgetLastSource();
+    FocusAfter takeSource(const std::optional<NativePath>& folder);
     void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
     void checkSkip();
     [[nodiscard]] bool confirmOverwrite();
