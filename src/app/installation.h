@@ -5,6 +5,7 @@
 // main and handed to everything that needs a path.
 
 #include <string>
+#include <utility>
 
 #include "app/settings.h"
 #include "platform/file.h"
@@ -57,6 +58,9 @@ public:
 
     /// The load steps without reading the file.
     void refreshPathVariables();
+
+    /// Another archive folder until the path variables are derived anew. The settings field stays as it is.
+    void useZipPath(NativePath folder) { paths_.zipPath = std::move(folder); }
 
 private:
     NativePath appFolder_;

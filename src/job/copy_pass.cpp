@@ -85,7 +85,8 @@ void CopyPass::copyRow(std::u16string_view line, const std::string& targetFolder
         return;
     ++job_.state.counters.copyErrors;
     job_.log("Error copying : " + readable(source_));
-    if (copied.error().side != CopySide::Cancelled) job_.log(copied.error().text());
+    if (copied.error().side != CopySide::Cancelled)
+        job_.log(copied.error().text());
 }
 
 void CopyPass::showJobProgress(const std::string& source) {

@@ -78,7 +78,6 @@ private:
         path_.append(name).push_back('/');
         visitor_.subfolder(path_, opened && opened->canBeEntered());
         if (!opened) {
-            visitor_.notListed(path_);
             return true;
         }
         return enter(std::move(*opened));

@@ -23,7 +23,7 @@ public:
     virtual bool files(const Directory& /*folder*/, std::string_view /*path*/, const EntryNames& /*names*/) {
         return true;
     }
-    /// A folder whose entries could not all be read. Those that could are delivered.
+    /// A folder that was opened and whose entries could not all be read. Those that could are delivered.
     virtual void notListed(std::string_view /*path*/) {}
 };
 

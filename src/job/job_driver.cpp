@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include "job/board_progress.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
 #include "job/file_list.h"
+#include "job/final_list.h"
 #include "job/folder_walk.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
@@ -11,29 +13,37 @@
 #include "setup/shared_database.h"
 #include "testing/shared_copy.h"
 #include "text/list_text.h"
+#include "text/numbers.h"
 
 namespace quillon {
 
 JobEnd JobDriver::run() {
     begin();
-    if (!job_.state.options.source) host_.pickSource();
-    if (checkTarget() == Next::End) return endEarly();
+    if (!job_.state.options.source)
+        host_.pickSource();
+    if (checkTarget() == Next::End)
+        return endEarly();
     resetCounters(job_.state);
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
-    if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End) return endEarly();
-    if (!job_.state.options.showProgress) job_.state.controls.progress.visible = false;
-    if (confirmOverwrite() == Next::End) return endEarly();
+    if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
+        return endEarly();
+    if (!job_.state.options.showProgress)
+        job_.state.controls.progress.visible = false;
+    if (confirmOverwrite() == Next::End)
+        return endEarly();
     testFolders();
     lockScreen();
-    if (walkSource() == Next::End) return JobEnd::Stopped;
+    if (walkSource() == Next::End)
+        return JobEnd::Stopped;
     loadCommonList();
     testFiles();
     copyRawList();
     copyFiles();
     finish();
     const auto list = job_.finalListPath();
-    if (stopped_) return JobEnd::Stopped;
+    if (stopped_)
+        return JobEnd::Stopped;
     return list && pathExists(*list) ? JobEnd::Complete : JobEnd::NoList;
 }
 
@@ -50,49 +60,57 @@ void JobDriver::begin() {
 
 JobDriver::Next JobDriver::checkTarget() {
     const JobOptions& options = job_.state.options;
-    if (!options.copy || options.target) return Next::GoOn;
-    job_.surroundings().dialogs.tell("Error",
-                                     "You have selected to copy the files to another location, but not selected a location.");
+    if (!options.copy || options.target)
+        return Next::GoOn;
+    job_.surroundings().dialogs.tell(
+        "Error", "You have selected to copy the files to another location, but not selected a location.");
     host_.focusTargetPicker();
     return Next::End;
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
     const bool shared = job_.installation().paths().useSharedDb;
-    if (job_.state.options.checkFileQuality && shared && refreshTermFiles() == Next::End) return Next::End;
+    if (job_.state.options.checkFileQuality && shared && refreshTermFiles() == Next::End)
+        return Next::End;
     refreshRuleLists();
     return Next::GoOn;
 }
 
 JobDriver::Next JobDriver::refreshTermFiles() {
     JobOptions& options = job_.state.options;
+    const Paths& paths = job_.installation().paths();
     BoardProgress progress(job_.state);
-    if (auto done = deleteOrphanTermFiles(job_.installation(), job_.kept(), progress); !done) report(done.error());
+    const auto orphans = deleteOrphanTermFiles(paths, job_.kept(), progress);
+    if (orphans.failed > 0)
+        report({ErrorKind::PermissionDenied,
+                grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
     job_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
-    std::size_t count = countDatabaseFiles(job_.installation().paths().sharedDatabase);
-    if (count == 0 && askWithoutDatabase(count) == Next::End) return Next::End;
-    if (!options.checkFileQuality) return Next::GoOn;
-    if (count > 0) {
-        job_.state.controls.progress = {true, static_cast<std::int64_t>(count), 0};
-    }
-    copyChangedTermFiles(job_.installation(), job_.kept(), progress);
+    auto names = databaseFiles(paths.sharedDatabase);
+    if (names.empty() && askWithoutDatabase(names) == Next::End)
+        return Next::End;
+    if (options.checkFileQuality)
+        copyChangedTermFiles(names, paths, job_.kept(), progress);
     return Next::GoOn;
 }
 
 // The shared database is not to be found: with the local one, without any, or not at all.
-JobDriver::Next JobDriver::askWithoutDatabase(std::size_t& count) {
+JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     Dialogs& dialogs = job_.surroundings().dialogs;
-    if (!dialogs.ask("No Database", "Unable to find shared database. Do you want to continue the check with the local copy?")) {
+    if (!dialogs.ask("No Database",
+                     "Unable to find shared database. Do you want to continue the check with the local copy?")) {
         return Next::End;
     }
-    count = countDatabaseFiles(job_.installation().paths().localDatabase);
-    if (count > 0) return Next::GoOn;
-    const auto answer = dialogs.show({"No Database",
-                                      "Unable to find local database. Do you want to disable the file quality testing?",
-                                      BoxStyle::Question, BoxButtons::YesNoCancel});
-    if (answer == BoxAnswer::Cancel) return Next::End;
-    if (answer == BoxAnswer::Yes) job_.state.options.checkFileQuality = false;
+    names = databaseFiles(job_.installation().paths().localDatabase);
+    if (!names.empty())
+        return Next::GoOn;
+    const auto answer =
+        dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
+                      BoxStyle::Question, BoxButtons::YesNoCancel});
+    if (answer == BoxAnswer::Cancel)
+        return Next::End;
+    if (answer == BoxAnswer::Yes)
+        job_.state.options.checkFileQuality = false;
     return Next::GoOn;
 }
 
@@ -108,7 +126,8 @@ void JobDriver::refreshRuleLists() {
     const NativePath shared = paths.sharedSettings / kCommonHeadersFileName;
     const NativePath local = paths.localSettings / kCommonHeadersFileName;
     if (!paths.sharedSettings.empty() && pathExists(shared)) {
-        if (auto taken = takeSharedCopy(shared, local, job_.kept()); !taken) report(taken.error());
+        if (auto taken = takeSharedCopy(shared, local, job_.kept()); !taken)
+            report(taken.error());
     }
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
@@ -120,9 +139,10 @@ JobDriver::Next JobDriver::confirmOverwrite() {
     JobOptions& options = job_.state.options;
     const auto list = job_.finalListPath();
     if (list && pathExists(*list) && !options.overwriteConfirmed) {
-        const std::string text =
-            "You are about to overwrite the existing file (" + readable(list->native()) + "), are you sure you want to do this";
-        if (!job_.surroundings().dialogs.ask("Overwrite file", text)) return Next::End;
+        const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
+                                 "), are you sure you want to do this";
+        if (!job_.surroundings().dialogs.ask("Overwrite file", text))
+            return Next::End;
     }
     options.overwriteConfirmed = false;
     job_.state.stopRequested = false;
@@ -135,7 +155,8 @@ JobDriver::Next JobDriver::confirmOverwrite() {
 void JobDriver::testFolders() {
     job_.state.texts.status = "Checking folders and access rights";
     runTimed(times_.folderTests, "Starting Folder tests ", "Folder tests completed in (HH:MM:SS) : ", [this] {
-        if (job_.state.options.source) ListFolders(job_, *job_.state.options.source);
+        if (job_.state.options.source)
+            ListFolders(job_, *job_.state.options.source);
     });
 }
 
@@ -169,7 +190,8 @@ JobDriver::Next JobDriver::walkSource() {
     // One job at a time in one application folder: a second one may not take the raw list away from the first.
     const NativePath rawPath = job_.installation().rawListPath();
     auto lock = FolderLock::take(job_.installation().appFolder());
-    if (lock) passOver(removeFile(rawPath), "creating it anew tells what matters");
+    if (lock)
+        passOver(removeFile(rawPath), "creating it anew tells what matters");
     auto rawList = lock.and_then([&](FolderLock& taken) {
         lock_ = std::move(taken);
         return ListWriter::create(rawPath);
@@ -178,8 +200,10 @@ JobDriver::Next JobDriver::walkSource() {
         tellPermissionDenied();
         state.stopRequested = true;
     } else {
-        if (state.options.source) FolderWalk(job_, *rawList).run(*state.options.source);
-        if (!rawList->close()) ++state.counters.lostRows;
+        if (state.options.source)
+            FolderWalk(job_, *rawList).run(*state.options.source);
+        if (!rawList->close())
+            ++state.counters.lostRows;
     }
     if (state.stopRequested) {
         state.timerRunning = false;
@@ -202,16 +226,19 @@ void JobDriver::tellPermissionDenied() {
 
 void JobDriver::loadCommonList() {
     const NativePath list = job_.installation().paths().localSettings / kCommonHeadersFileName;
-    if (!job_.state.options.useCommonHeaders || !pathExists(list)) return;
+    if (!job_.state.options.useCommonHeaders || !pathExists(list))
+        return;
     passOver(job_.commonList.load(list), "the list of the last job then serves");
 }
 
 void JobDriver::testFiles() {
     JobState& state = job_.state;
-    if (!state.options.checkFileQuality) return;
+    if (!state.options.checkFileQuality)
+        return;
     state.texts.status = "Testing files";
     state.startTick = job_.surroundings().clock.milliseconds();
-    if (state.counters.files > 0) state.controls.progress.maximum = state.counters.files;
+    if (state.counters.files > 0)
+        state.controls.progress.maximum = state.counters.files;
     runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this] {
         TestingPass pass(job_, alerts_);
         pass.run();
@@ -221,7 +248,8 @@ void JobDriver::testFiles() {
 
 // Without testing the raw list is the final one.
 void JobDriver::copyRawList() {
-    if (job_.state.options.checkFileQuality) return;
+    if (job_.state.options.checkFileQuality)
+        return;
     if (auto copied = copyToFinalList(job_); !copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
         job_.state.stopRequested = true;
@@ -231,11 +259,13 @@ void JobDriver::copyRawList() {
 
 void JobDriver::copyFiles() {
     JobState& state = job_.state;
-    if (!state.options.copy) return;
+    if (!state.options.copy)
+        return;
     state.controls.throughputVisible = false;
     state.controls.progress.visible = true;
     state.controls.currentFileVisible = true;
-    runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(job_).run(); });
+    runTimed(times_.copying, "Started copying Files",
+             "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(job_).run(); });
     state.controls.progress.visible = false;
     state.controls.currentFileVisible = false;
     state.controls.throughputVisible = true;
@@ -247,9 +277,11 @@ void JobDriver::finish() {
     lock_.reset();
     timerTick(job_);
     state.timerRunning = false;
-    if (state.options.checkFileQuality) state.controls.viewEnabled = true;
+    if (state.options.checkFileQuality)
+        state.controls.viewEnabled = true;
     state.controls.progress.visible = false;
-    if (alerts_ != nullptr) sendCompletionReport(job_, *alerts_);
+    if (alerts_ != nullptr)
+        sendCompletionReport(job_, *alerts_);
     unlockScreen();
 }
 
@@ -282,12 +314,14 @@ std::string JobDriver::elapsedSince(const LocalTime& start) const {
 
 void JobDriver::report(const FileError& error) {
     job_.surroundings().dialogs.tell(
-        "Error", "The following error has occurred : " + error.text + " while " + step_ + ".\r\n" +
-                     " Please ensure you have the correct permissions on the drive under test and the database locations.");
+        "Error",
+        "The following error has occurred : " + error.text + " while " + step_ + ".\r\n" +
+            " Please ensure you have the correct permissions on the drive under test and the database locations.");
 }
 
 void askToStop(Job& job) {
-    if (job.surroundings().dialogs.ask("Stop process?", "Do you want to stop the process?")) stopJob(job);
+    if (job.surroundings().dialogs.ask("Stop process?", "Do you want to stop the process?"))
+        stopJob(job);
 }
 
 void stopJob(Job& job) {

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// One press of Run: the whole job, from the first check to the last notification. The driver calls the phases in a fixed order and
-// does none of their work itself.
+// One press of Run: the whole job, from the first check to the last notification. The driver calls the phases in a
+// fixed order and does none of their work itself.
 
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "job/job.h"
 #include "messaging/alert_sender.h"
@@ -59,7 +60,7 @@ private:
     [[nodiscard]] Next checkTarget();
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles();
-    [[nodiscard]] Next askWithoutDatabase(std::size_t& count);
+    [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists();
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
@@ -74,7 +75,8 @@ private:
     void finish();
     [[nodiscard]] JobEnd endEarly();
 
-    void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end, const std::function<void()>& phase);
+    void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
+                  const std::function<void()>& phase);
     void report(const FileError& error);
     [[nodiscard]] std::string elapsedSince(const LocalTime& start) const;
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/testing_pass.h"
 
+#include "job/final_list.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "text/fields.h"
@@ -8,23 +9,6 @@
 #include "text/unicode.h"
 
 namespace quillon {
-
-Result<ListWriter> createFinalList(Job& job) {
-    const auto path = job.finalListPath();
-    if (!path)
-        return failure(path.error());
-    NativePath keptAt;
-    if (pathExists(*path)) {
-        const auto kept = job.kept().moveAway(*path);
-        if (!kept)
-            return failure(kept.error());
-        keptAt = *kept;
-    }
-    auto list = ListWriter::create(*path);
-    if (!list && !keptAt.empty())
-        passOver(renameFile(keptAt, *path), "the old list is safe under Kept as well");
-    return list;
-}
 
 void TestingPass::run() {
     const NativePath rawPath = job_.installation().rawListPath();
@@ -49,7 +33,8 @@ void TestingPass::run() {
     if (!finalList->close())
         ++job_.state.counters.lostRows;
     job_.releaseSource();
-    if (job_.state.stopRequested) {
+    stopped_ = job_.state.stopRequested;
+    if (stopped_) {
         if (const auto path = job_.finalListPath())
             offerDeletion(*path);
     }

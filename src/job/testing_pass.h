@@ -32,6 +32,9 @@ public:
     /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
     void run();
 
+    /// True when Stop was pressed during the run.
+    [[nodiscard]] bool wasStopped() const { return stopped_; }
+
 private:
     void gradeAll(ListReader& rawList, ListWriter& finalList);
     [[nodiscard]] bool gradeRow(std::u16string_view line);
@@ -50,10 +53,7 @@ private:
     std::u16string result_;  // not cleared between rows
     std::u16string row_;
     bool ignoringErrors_ = false;
+    bool stopped_ = false;
 };
-
-/// Opens the final list for writing. A list that a new job replaces goes under Kept first; when the new one cannot be
-/// made the old one comes back.
-[[nodiscard]] Result<ListWriter> createFinalList(Job& job);
 
 }  // namespace quillon

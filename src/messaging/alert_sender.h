@@ -25,9 +25,9 @@ public:
 
     /// Sends one datagram to the computer `target` and turns the event loop until something arrives or ten seconds have
     /// passed. True when an acknowledgement counted, that is when `ackState` is not None afterwards; a state of Pending
-    /// that survived the wait counts too. Shows no box of its own. All texts are UTF-8; `body` may hold many lines ended
-    /// by CR LF. `alertFlag` is 1 for a problem, else 0. On screens whose alerts carry a date `subject` comes back with
-    /// the date in front.
+    /// that survived the wait counts too. Shows no box of its own. All texts are UTF-8; `body` may hold many lines
+    /// ended by CR LF. `alertFlag` is 1 for a problem, else 0. On screens whose alerts carry a date `subject` comes
+    /// back with the date in front.
     [[nodiscard]] virtual bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                                          const std::string& body, std::int16_t alertFlag) = 0;
 

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+// The rules of the job's controls. Every step stands in the order in which the person sees its effects.
+#include "job/job_setup.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/copy_file.h"
+#include "platform/folders.h"
+#include "testing/skip_list.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+#include "text/page_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+namespace {
+
+constexpr std::string_view kForbidden = "\":\\/@*?<>|";
+constexpr const char* kQuery = "Query";
+constexpr const char* kSkipListFolderMissing = "System path not set!!";
+
+std::string lowerText(std::string_view text) {
+    return utf16ToUtf8(lowered(utf8ToUtf16(text)));
+}
+
+}  // namespace
+
+std::string withoutForbidden(std::string_view text) {
+    std::string kept(text);
+    std::erase_if(kept, [](char c) { return kForbidden.find(c) != std::string_view::npos; });
+    return kept;
+}
+
+std::string cleanJobId(std::string_view text) {
+    std::string id = withoutForbidden(trim(text));
+    // Taking a character away may bare a blank, which the next change of the box would cut.
+    while (trim(id).size() != id.size())
+        id = std::string(trim(id));
+    return id;
+}
+
+std::string cleanSeparator(std::string_view text) {
+    const std::string kept = withoutForbidden(text);
+    std::size_t end = 0;
+    if (!kept.empty())
+        static_cast<void>(nextUtf8(kept, end));
+    return kept.substr(0, end);
+}
+
+std::string listNameOf(const NativePath& file) {
+    const std::string name = file.filename().native();
+    return name.substr(0, name.find('.'));
+}
+
+bool countsAsContent(std::string_view entryName) {
+    if (entryName.starts_with('.'))
+        return false;
+    const std::string name = lowerText(entryName);
+    return name != "recycler" && name != "system volume information";
+}
+
+bool RecipientBox::holds(std::string_view item) const {
+    return std::find(items.begin(), items.end(), item) != items.end();
+}
+
+void RecipientBox::addQuery() {
+    if (!holds(kQuery))
+        items.emplace_back(kQuery);
+}
+
+void RecipientBox::select(int item) {
+    if (item >= 0 && item < static_cast<int>(items.size()))
+        index = item;
+}
+
+std::string RecipientBox::text() const {
+    return index < 0 ? std::string{} : items[static_cast<std::size_t>(index)];
+}
+
+void JobSetup::log(std::string text, std::optional<std::uint32_t> colour) {
+    state_.log.add({surroundings_.clock.now(), std::move(text), colour});
+}
+
+NativePath JobSetup::listPath(const std::string& name) const {
+    const NativePath& folder = installation_.paths().localPath;
+    return folder.empty() ? NativePath{} : childPath(folder, name + ".csv").value_or(NativePath{});
+}
+
+void JobSetup::jobIdChanged(std::string_view text) {
+    const std::string id = cleanJobId(text);
+    sourceEnabled = !id.empty();
+    if (id.empty())
+        state_.controls.runEnabled = false;
+    state_.controls.stopEnabled = false;
+    state_.controls.viewEnabled = true;
+    state_.options.jobId = id;
+}
+
+void JobSetup::forgetLastSource() {
+    state_.options.overwriteConfirmed = false;
+    state_.log.removeLast();
+}
+
+FocusAfter JobSetup::pickSource() {
+    forgetLastSource();
+    return takeSource(surroundings_.dialogs.pickFolder("Select source", state_.options.source.value_or(NativePath{})));
+}
+
+FocusAfter JobSetup::dropSource(const NativePath& folder) {
+    forgetLastSource();
+    return takeSource(folder);
+}
+
+FocusAfter JobSetup::takeSource(const std::optional<NativePath>& folder) {
+    state_.options.source = folder;
+    if (folder) {
+        log("Source : " + readable(folder->native()));
+        state_.controls.runEnabled = true;
+        state_.controls.viewEnabled = false;
+    } else {
+        state_.controls.runEnabled = false;
+    }
+    if (!confirmOverwrite())
+        return FocusAfter::JobId;
+    state_.texts.status = "Ready >";
+    return FocusAfter::Stays;
+}
+
+// True when there is nothing to overwrite, or the person wants it.
+bool JobSetup::confirmOverwrite() {
+    const NativePath list = listPath(state_.options.jobId);
+    if (!pathExists(list))
+        return true;
+    state_.options.overwriteConfirmed = surroundings_.dialogs.ask(
+        "Overwrite File List?",
+        "The file (" + readable(list.native()) + ") already exists. Do you want to overwrite it?");
+    return state_.options.overwriteConfirmed;
+}
+
+void JobSetup::pickTarget() {
+    const auto folder =
+        surroundings_.dialogs.pickFolder("Select Target", state_.options.target.value_or(NativePath{}));
+    if (!folder)
+        return;
+    const auto entries = listEntries(*folder);
+    const bool filled = entries && std::any_of(entries->begin(), entries->end(), countsAsContent);
+    if (filled && !surroundings_.dialogs.ask("Warning !",
+                                             "There are aleady files stored on this drive or folder. Any existing "
+                                             "files or folders may be overwritten, do you still want to copy?"))
+        return;
+    const std::string shown = "Copy to : " + readable(folder->native());
+    if (filled)
+        log(shown + " (Overwrite existing files )", kLightOrange);
+    else
+        log(shown);
+    state_.options.target = folder;
+}
+
+void JobSetup::applySettingDefaults() {
+    const AppSettings& settings = installation_.settings;
+    recipients.select(0);
+    const std::string recipient = toUtf8(settings.alertRecipient.trimmed());
+    if (!recipient.empty()) {
+        if (recipients.holds(recipient)) {
+            recipients.select(1);
+        } else if (lowerText(recipient) != lowerText(surroundings_.hostName)) {
+            // A recipient that is this computer is not offered: the program would send alerts to itself.
+            recipients.items.push_back(recipient);
+            recipients.select(static_cast<int>(recipients.items.size()) - 1);
+        }
+    }
+    skipListTicked(settings.useSkipList == 1);
+    JobOptions& options = state_.options;
+    options.useCommonHeadersEnabled = pathExists(installation_.paths().localSettings.empty()
+                                                     ? NativePath{}
+                                                     : installation_.paths().localSettings / kCommonHeadersFileName);
+    options.useCommonHeaders = options.useCommonHeadersEnabled && settings.useCommonHeaders == 1;
+    options.checkFileQuality = settings.runHeaderTest == 1;
+}
+
+void JobSetup::loadSeparator() {
+    const std::string stored = toUtf8(installation_.settings.fileListSeparator.trimmed());
+    separator = stored.empty() ? "-" : stored;
+}
+
+void JobSetup::loadSettings() {
+    recipients.addQuery();
+    state_.texts.status.clear();
+    applySettingDefaults();
+    if (installation_.paths().localSettings.empty()) {
+        state_.texts.status = kSkipListFolderMissing;
+        state_.options.checkFileQuality = false;
+    }
+    checkSkip();
+}
+
+void JobSetup::checkSkip() {
+    const SkipAvailability skip = checkSkipAvailable(installation_);
+    if (skip.appliesToBox) {
+        state_.options.useSkipListEnabled = skip.enabled;
+        state_.options.useSkipList = skip.ticked;
+    }
+    if (skip.status != nullptr)
+        state_.texts.status = skip.status;
+}
+
+void JobSetup::skipListTicked(bool ticked) {
+    state_.options.useSkipList = ticked;
+    if (ticked)
+        checkSkip();
+}
+
+void JobSetup::copyTicked(bool ticked) {
+    state_.options.copy = ticked;
+    targetEnabled = ticked;
+}
+
+void JobSetup::defaultsTicked(bool ticked) {
+    useDefaults = ticked;
+    if (ticked)
+        applySettingDefaults();
+}
+
+void JobSetup::askSeparator() {
+    Dialogs& dialogs = surroundings_.dialogs;
+    const auto answer = dialogs.input("File list separator", "Enter a file list separator : ", separator);
+    if (!answer || answer->empty()) {
+        dialogs.tell("Unchanged", "File list separator remains unchanged", BoxStyle::Information);
+        return;
+    }
+    const std::string before = std::exchange(separator, cleanSeparator(*answer));
+    keepSeparator(*answer, before);
+}
+
+void JobSetup::keepSeparator(const std::string& answer, const std::string& before) {
+    const PageText page = toPage(std::string_view(separator));
+    // A character that the settings cannot hold would come back as another one, and is refused like a forbidden one.
+    if (separator.empty() || toUtf8(page) != separator) {
+        surroundings_.dialogs.warn("File Separator Error", "You may not use the character " + answer +
+                                                               " as a separator as this character is reserved by the "
+                                                               "system and can not be used in a filename");
+        separator = before;
+        return;
+    }
+    installation_.settings.fileListSeparator.assign(page);
+    installation_.refreshPathVariables();
+    passOver(installation_.saveSettingsRecord());
+}
+
+std::optional<std::string> JobSetup::openExisting() {
+    FilePick pick;
+    pick.title = "Open existing file list";
+    pick.filter = "File Lists (*.csv)|*.csv|All Files(*.*)";
+    pick.startFolder = installation_.paths().localPath;
+    pick.defaultSuffix = ".csv";
+    const auto files = surroundings_.dialogs.pickFiles(pick);
+    if (files.empty())
+        return std::nullopt;
+    const std::string name = listNameOf(files.front());
+    jobIdChanged(name);
+    const NativePath list = listPath(name);
+    if (!list.empty() && !pathExists(list)) {
+        state_.texts.status = "Copying file, please wait ...";
+        state_.controls.busyPointer = true;
+        surroundings_.loop.turn();
+        FileCopier copier;
+        const auto turning = [this](std::uint64_t, std::uint64_t) {
+            surroundings_.loop.turn();
+            return true;
+        };
+        static_cast<void>(copier.copy(files.front().native(), list, turning));
+        state_.controls.busyPointer = false;
+        state_.texts.status.clear();
+    }
+    return name;
+}
+
+void JobSetup::askStop() {
+    if (!surroundings_.dialogs.ask("Stop process?", "Do you want to stop the process?"))
+        return;
+    state_.stopRequested = true;
+    state_.copyCancelled = true;
+    log("Process stopped by user");
+}
+
+bool JobSetup::askClearLog() {
+    if (state_.log.rows().empty() || !surroundings_.dialogs.ask("Clear log?", "Clear the log?"))
+        return state_.log.rows().empty();
+    state_.log.clear();
+    return true;
+}
+
+}  // namespace quillon

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What a person sets up before a job: job ID, source, target, switches, recipient, separator. The rules behind the
+// controls of the main window, without the window: it hands each change in and shows the state that comes out.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/installation.h"
+#include "app/surroundings.h"
+#include "job/job_state.h"
+
+namespace quillon {
+
+/// The text without the characters that a file name of a list may not hold: : \ / @ * ? < > | and the double quotation
+/// mark. Every occurrence goes.
+[[nodiscard]] std::string withoutForbidden(std::string_view text);
+
+/// A job ID as its box keeps it: without blanks at both ends, without forbidden characters.
+[[nodiscard]] std::string cleanJobId(std::string_view text);
+
+/// The separator box keeps one character that is not forbidden: "ab" -> "a", "?" -> "".
+[[nodiscard]] std::string cleanSeparator(std::string_view text);
+
+/// A file's name without folders and without everything from the first "." on: "/x/1234.old.csv" -> "1234".
+[[nodiscard]] std::string listNameOf(const NativePath& file);
+
+/// True for an entry of a target folder that counts as existing content. Entries whose name starts with "." and the
+/// system's own "recycler" and "system volume information", in any case, do not.
+[[nodiscard]] bool countsAsContent(std::string_view entryName);
+
+/// The recipient box: at least the item "Query" once the settings were applied.
+struct RecipientBox {
+    std::vector<std::string> items;
+    int index = -1;
+
+    [[nodiscard]] bool holds(std::string_view item) const;
+    void addQuery();  ///< adds "Query" unless an item is exactly that
+    void select(int item);
+    [[nodiscard]] std::string text() const;  ///< of the chosen item; empty for none
+};
+
+/// Where the keyboard goes after a picker.
+enum class FocusAfter { Stays, JobId };
+
+class JobSetup {
+public:
+    /// All must outlive this.
+    JobSetup(Installation& installation, const Surroundings& surroundings, JobState& state)
+        : installation_(installation), surroundings_(surroundings), state_(state) {}
+
+    RecipientBox recipients;
+    std::string separator = "-";  ///< of the separator box; empty when the person emptied it
+    bool sourceEnabled = false;   ///< CommandButton1
+    bool targetEnabled = false;   ///< Command1
+    bool useDefaults = false;     ///< chkDefaults
+
+    /// The person or the program changed the job ID. What is kept stands in the options.
+    void jobIdChanged(std::string_view text);
+    void separatorChanged(std::string_view text) { separator = cleanSeparator(text); }
+
+    /// Asks for the source. Kept: the last row of the log goes first, whatever it says, so that choosing twice leaves
+    /// one "Source : " row (test ChoosingASourceTwiceLeavesOneRow).
+    FocusAfter pickSource();
+    /// The same with a folder that was dropped on the window instead of the question.
+    FocusAfter dropSource(const NativePath& folder);
+    void pickTarget();
+
+    /// Puts the settings into the recipient box and the three switches.
+    /// Kept: a stored recipient that the box holds already selects the second item, whichever matched (test
+    /// AKnownRecipientSelectsTheSecondItem).
+    void applySettingDefaults();
+    /// The separator of the settings, "-" when they hold none.
+    void loadSeparator();
+    /// Applies the settings to everything here; the counters are reset as at the start of a job.
+    void loadSettings();
+
+    void copyTicked(bool ticked);
+    void defaultsTicked(bool ticked);
+    /// Kept: without sharing a tick puts the box back to what the settings say, so that settings without a skip list
+    /// never let it be ticked (test ATickedSkipListGoesBackToTheSettings).
+    void skipListTicked(bool ticked);
+
+    /// The menu entry: asks for a separator and saves it with the settings.
+    void askSeparator();
+    /// Asks for an existing list. No value when the person cancelled. Otherwise its name is the job ID, and the list
+    /// has been copied into the list folder if that had none; the counts are up to the caller.
+    [[nodiscard]] std::optional<std::string> openExisting();
+
+    /// Asks whether to stop; on Yes sets the stop flags and logs it.
+    void askStop();
+    /// Asks whether to clear the log, if it has rows; true when it is empty now.
+    bool askClearLog();
+
+    /// The path of the list of this name, empty when there can be none.
+    [[nodiscard]] NativePath listPath(const std::string& name) const;
+
+private:
+    void forgetLastSource();
+    FocusAfter takeSource(const std::optional<NativePath>& folder);
+    void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
+    void checkSkip();
+    [[nodiscard]] bool confirmOverwrite();
+    void keepSeparator(const std::string& answer, const std::string& before);
+
+    Installation& installation_;
+    const Surroundings& surroundings_;
+    JobState& state_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: MIT
+#include "messaging/alert_exchange.h"
+
+#include <array>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "messaging/alert_datagram.h"
+#include "messaging/message_log.h"
+#include "text/fields.h"
+#include "text/numbers.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+// How long a poll may sleep while nothing happens: short enough for a lively screen, long enough to spare the
+// processor.
+constexpr std::chrono::milliseconds kPollPatience{2};
+constexpr int kPendingTurns = 1001;
+
+constexpr AlertScreenRules kMainRules{
+    .datePrefix = true,
+    .clientPeerIsTarget = true,
+    .setsClientRemotePort = true,
+    .remembersPortConflict = false,
+    .lateAnswerCounts = false,
+    .writesLog = true,
+    .testRefusesThisComputer = false,
+    .testDisablesButton = true,
+    .testShowsStatus = false,
+    .testTellsOddState = false,
+};
+constexpr AlertScreenRules kZipRules{
+    .datePrefix = true,
+    .clientPeerIsTarget = false,
+    .setsClientRemotePort = false,
+    .remembersPortConflict = false,
+    .lateAnswerCounts = false,
+    .writesLog = true,
+    .testRefusesThisComputer = true,
+    .testDisablesButton = false,
+    .testShowsStatus = false,
+    .testTellsOddState = true,
+};
+constexpr AlertScreenRules kWizardRules{
+    .datePrefix = false,
+    .clientPeerIsTarget = false,
+    .setsClientRemotePort = false,
+    .remembersPortConflict = true,
+    .lateAnswerCounts = true,
+    .writesLog = false,
+    .testRefusesThisComputer = true,
+    .testDisablesButton = true,
+    .testShowsStatus = true,
+    .testTellsOddState = true,
+};
+
+void closeIfOpen(DatagramSocket& socket) {
+    if (socket.isOpen())
+        socket.close();
+}
+
+std::u16string comparable(std::string_view name) {
+    return lowered(utf8ToUtf16(name));
+}
+
+// Field 2 of a datagram of three or more fields. A datagram of two fields has none: the handler that wanted it ends.
+Result<bool> saysAcknowledged(const std::vector<std::string_view>& fields) {
+    if (fields.size() < 3)
+        return failure(ErrorKind::Subscript, "Subscript out of range");
+    return fields[2] == kAcknowledgedWord;
+}
+
+}  // namespace
+
+const AlertScreenRules& alertScreenRules(AlertScreen screen) {
+    switch (screen) {
+        case AlertScreen::Zip:
+            return kZipRules;
+        case AlertScreen::SetupWizard:
+            return kWizardRules;
+        case AlertScreen::Main:
+            break;
+    }
+    return kMainRules;
+}
+
+AlertExchange::AlertExchange(AlertScreen screen, DatagramSocket& server, DatagramSocket& client,
+                             const Installation& installation, const Surroundings& surroundings, LogName logName)
+    : rules_(alertScreenRules(screen)),
+      server_(server),
+      client_(client),
+      installation_(installation),
+      surroundings_(surroundings),
+      logName_(std::move(logName)) {
+}
+
+bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
+                              const std::string& body, std::int16_t alertFlag) {
+    const std::string plainSubject = subject;
+    std::string sentBody = body;
+    if (rules_.datePrefix) {
+        errorText_ = "0";
+        const std::string now = surroundings_.dates.general(surroundings_.clock.now());
+        sentBody = now + "\r\n" + body;
+        subject = now + "\r\n " + subject;
+    }
+    const std::string payload = encodeAlert({surroundings_.hostName, ackRequest, subject, sentBody, alertFlag});
+    configureSockets(target);
+    trap(server_.sendData(payload));
+    if (portConflict_) {
+        surroundings_.dialogs.tell("Warning",
+                                   "The return message may have been intercepted by ZOV - Messenger or another "
+                                   "application set to use the same port.",
+                                   BoxStyle::Information);
+        waitElapsed_ = 9999;
+        ackState_ = AckState::Acknowledged;
+    } else {
+        wait();
+    }
+    if (rules_.writesLog)
+        writeLog(target, plainSubject, body);
+    return ackState_ != AckState::None;
+}
+
+void AlertExchange::configureSockets(const std::string& target) {
+    const AppSettings& settings = installation_.settings;
+    closeSockets();
+    server_.setRemoteHost(target);
+    server_.setRemotePort(settings.alertListenPort);
+    server_.setLocalPort(settings.alertSourcePort);
+    client_.setRemoteHost(rules_.clientPeerIsTarget ? target : surroundings_.hostName);
+    if (rules_.setsClientRemotePort)
+        client_.setRemotePort(settings.alertSourcePort);
+    // Kept: the local port is set to the source port and at once overridden by the bind to the listen port (test
+    // TheClientIsBoundToTheListenPortWhateverItsLocalPortSays).
+    client_.setLocalPort(settings.alertSourcePort);
+    trap(client_.bind(settings.alertListenPort));
+}
+
+void AlertExchange::wait() {
+    // What arrived during an earlier wait says nothing about this one.
+    messageArrived_ = false;
+    const std::int64_t start = surroundings_.clock.milliseconds();
+    do {
+        waitElapsed_ = surroundings_.clock.milliseconds() - start;
+        turnAndPoll();
+        // A turn can take its time: what counts is when the datagram is seen.
+        if (messageArrived_)
+            waitElapsed_ = surroundings_.clock.milliseconds() - start;
+    } while (!messageArrived_ && waitElapsed_ <= kAlertWait);
+    if (waitElapsed_ >= kAlertWait && !rules_.lateAnswerCounts)
+        ackState_ = AckState::None;
+}
+
+void AlertExchange::writeLog(const std::string& target, const std::string& subject, const std::string& body) const {
+    const LocalTime now = surroundings_.clock.now();
+    const DateTexts& dates = surroundings_.dates;
+    std::string text =
+        fmt::format("Logs:\\{}\\{}\\{}\\{},{},{},{},{},{}", logName_(), replacedAll(dates.date(now), "/", "-"),
+                    trimRight(surroundings_.hostName), target, subject, dates.time(now), errorText_,
+                    plainNumber(static_cast<std::int16_t>(ackState_)), withoutLineBreaks(body));
+    passOver(writeMessageLog(text, installation_, surroundings_), "messaging never fails because of its log");
+}
+
+void AlertExchange::trap(const Result<void>& result) {
+    if (!result)
+        trap(result.error());
+}
+
+void AlertExchange::trap(const FileError& error) {
+    errorText_ = error.text;
+    if (rules_.remembersPortConflict && error.kind == ErrorKind::AddressInUse)
+        portConflict_ = true;
+}
+
+void AlertExchange::turnAndPoll() {
+    surroundings_.loop.turn();
+    if (client_.poll(kPollPatience).arrived) {
+        passOver(clientArrival(), "a datagram of two fields ends its handler and nothing else");
+        return;
+    }
+    const SocketEvents events = server_.poll(std::chrono::milliseconds{0});
+    if (events.sendError)
+        trap(*events.sendError);
+    if (events.arrived)
+        passOver(serverArrival(), "a datagram of two fields ends its handler and nothing else");
+}
+
+void AlertExchange::turnWhilePending() {
+    for (int turn = 0; turn < kPendingTurns && ackState_ == AckState::Pending; ++turn) turnAndPoll();
+}
+
+bool AlertExchange::isThisComputer(const std::string& target) const {
+    return comparable(target) == comparable(trimRight(surroundings_.hostName));
+}
+
+void AlertExchange::clearState() {
+    messageArrived_ = false;
+    ackState_ = AckState::None;
+}
+
+void AlertExchange::closeSockets() {
+    closeIfOpen(server_);
+    closeIfOpen(client_);
+}
+
+// A datagram has reached the listen port: the normal road of an acknowledgement.
+Result<void> AlertExchange::clientArrival() {
+    closeIfOpen(server_);
+    const std::string datagram = client_.getData();
+    messageArrived_ = true;
+    const auto fields = alertFields(datagram);
+    ackState_ = AckState::None;
+    if (fields.size() >= 2) {
+        const auto acknowledged = saysAcknowledged(fields);
+        if (!acknowledged)
+            return failure(acknowledged.error());
+        if (*acknowledged)
+            ackState_ = AckState::Acknowledged;
+    }
+    if (ackState_ == AckState::Acknowledged)
+        closeIfOpen(client_);
+    return {};
+}
+
+// A datagram has reached the source port.
+//
+// Kept: it is read from the other socket, so that what reached this one is never seen (test
+// AnArrivalOnTheSourcePortIsReadFromTheOtherSocket).
+Result<void> AlertExchange::serverArrival() {
+    messageArrived_ = true;
+    const std::string datagram = client_.getData();
+    const auto fields = alertFields(datagram);
+    if (fields.empty()) {
+        ackState_ = AckState::None;
+        closeIfOpen(server_);
+        return {};
+    }
+    turnAndPoll();
+    if (fields.size() < 2)
+        return {};
+    closeIfOpen(server_);
+    if (asksForAcknowledgement(fields[1]))
+        acknowledge(toUtf8(PageText{std::string(fields[0])}));
+    closeIfOpen(server_);
+    const auto acknowledged = saysAcknowledged(fields);
+    if (!acknowledged)
+        return failure(acknowledged.error());
+    ackState_ = *acknowledged ? AckState::Acknowledged : AckState::None;
+    closeIfOpen(client_);
+    return {};
+}
+
+// The answer goes to the name inside the datagram, not to the address that it came from.
+void AlertExchange::acknowledge(const std::string& asker) {
+    const AppSettings& settings = installation_.settings;
+    server_.setRemoteHost(asker);
+    server_.setRemotePort(settings.alertListenPort);
+    server_.setLocalPort(settings.alertSourcePort);
+    trap(server_.bind(settings.alertSourcePort));
+    trap(server_.sendData(encodeAcknowledgement(surroundings_.hostName)));
+    // The handler closes the socket at once, and that would drop an answer whose receiver is still being looked up.
+    const std::int64_t start = surroundings_.clock.milliseconds();
+    while (server_.isSending() && surroundings_.clock.milliseconds() - start <= kAlertWait) {
+        surroundings_.loop.turn();
+        if (const auto events = server_.poll(kPollPatience); events.sendError)
+            trap(*events.sendError);
+    }
+}
+
+}  // namespace quillon

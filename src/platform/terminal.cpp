@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#include "platform/terminal.h"
+
+#include <csignal>
+
+#include <unistd.h>
+
+namespace quillon {
+
+namespace {
+
+volatile std::sig_atomic_t interrupts = 0;
+
+extern "C" void onInterrupt(int /*signal*/) {
+    interrupts = interrupts + 1;
+}
+
+}  // namespace
+
+bool isTerminal(int stream) {
+    return ::isatty(stream) == 1;
+}
+
+void countInterrupts() {
+    struct sigaction action {};
+    action.sa_handler = onInterrupt;
+    action.sa_flags = SA_RESTART;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, nullptr);
+    ::sigaction(SIGTERM, &action, nullptr);
+}
+
+int interruptCount() {
+    return interrupts;
+}
+
+}  // namespace quillon

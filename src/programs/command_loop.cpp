@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#include "programs/command_loop.h"
+
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "job/job_driver.h"
+#include "job/statistics.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+namespace {
+
+// The clock is looked at once in so many turns, as a turn may come every few microseconds.
+constexpr unsigned kTurnsPerLook = 32;
+constexpr std::int64_t kTickMilliseconds = 1000;
+constexpr std::int64_t kLineMilliseconds = 200;
+
+}  // namespace
+
+void CommandLoop::turn() {
+    if (job_ == nullptr)
+        return;
+    if (interrupts_() > stopsSeen_) {
+        ++stopsSeen_;
+        stopJob(*job_);
+    }
+    if (++turns_ % kTurnsPerLook == 0)
+        look();
+}
+
+void CommandLoop::look() {
+    const auto now = clock_.milliseconds();
+    if (now >= nextTick_) {
+        nextTick_ = now + kTickMilliseconds;
+        if (job_->state.timerRunning)
+            timerTick(*job_);
+    }
+    if (showLine_ && now >= nextLine_) {
+        nextLine_ = now + kLineMilliseconds;
+        showLine();
+    }
+}
+
+void CommandLoop::showLine() {
+    const JobCounters& counters = job_->state.counters;
+    const bool counting = counters.rowsRead == 0;
+    const std::int32_t done = counting ? counters.files : counters.rowsRead;
+    const double seconds = static_cast<double>(clock_.milliseconds() - job_->state.startTick) / 1000.0;
+    const double rate = seconds > 0 ? done / seconds : 0;
+    std::string line = job_->state.texts.status + "  " + grouped(done);
+    if (!counting)
+        line += "/" + grouped(counters.files);
+    line += fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(rate)));
+    if (!counting && rate > 0)
+        line += "  " + clockText(static_cast<std::int64_t>((counters.files - done) / rate)) + " left";
+    err_ << "\r\033[K" << line << std::flush;
+    lineShown_ = true;
+}
+
+void CommandLoop::clearLine() {
+    if (lineShown_)
+        err_ << "\r\033[K" << std::flush;
+    lineShown_ = false;
+}
+
+}  // namespace quillon

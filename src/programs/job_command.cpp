@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "programs/job_command.h"
+
+#include <istream>
+#include <ostream>
+
+#include "app/folder_structure.h"
+#include "job/completion_report.h"
+#include "job/job_driver.h"
+#include "platform/folders.h"
+#include "platform/host.h"
+#include "programs/command_dialogs.h"
+#include "programs/command_loop.h"
+#include "programs/job_options.h"
+#include "programs/job_result.h"
+#include "setup/default_installation.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kJsonLogRows = 10000;
+
+// Prints each row of the job log as it comes.
+class LogPrinter final : public JobLogListener {
+public:
+    LogPrinter(std::ostream& err, CommandLoop& loop, const DateTexts& dates, bool quiet)
+        : err_(err), loop_(loop), dates_(dates), quiet_(quiet) {}
+
+    void logRowAdded(const LogRow& row) override {
+        if (quiet_)
+            return;
+        loop_.clearLine();
+        err_ << dates_.time(row.time) << "  " << row.text << '\n' << std::flush;
+    }
+
+private:
+    std::ostream& err_;
+    CommandLoop& loop_;
+    const DateTexts& dates_;
+    bool quiet_;
+};
+
+// A command has no source picker and no toolbar.
+class CommandHost final : public JobHost {
+public:
+    void pickSource() override {}
+    void focusTargetPicker() override {}
+    void updateToolbar() override {}
+};
+
+// Loads the settings, or sets up the default on a first run. False: it cannot be done, and `err` says why.
+bool prepareInstallation(Installation& installation, std::ostream& err, bool quiet) {
+    if (!pathExists(installation.paths().settingsFile)) {
+        const auto done = setUpDefaultInstallation(installation);
+        if (!done) {
+            err << "quillon-job: cannot set up " << readable(installation.appFolder().native()) << ": "
+                << done.error().text << '\n';
+            return false;
+        }
+        if (!quiet)
+            err << "First run: set up " << readable(done->localPath.native()) << " with the default database\n";
+        return true;
+    }
+    const auto size = fileSize(installation.paths().settingsFile);
+    auto loaded = installation.loadSettingsRecord();
+    if (!loaded || !size || *size == 0) {
+        err << "quillon-job: " << readable(installation.paths().settingsFile.native())
+            << (loaded ? " is empty: set the installation up first" : " cannot be read: " + loaded.error().text)
+            << '\n';
+        return false;
+    }
+    // A failed check repairs what it can; the second one tells whether that was enough.
+    if (checkFolderStructure(installation) || checkFolderStructure(installation))
+        return true;
+    err << "quillon-job: the folders of the installation are not whole and cannot be created: "
+        << readable(installation.paths().localPath.native()) << ", " << readable(installation.paths().zipPath.native())
+        << '\n';
+    return false;
+}
+
+void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
+    const AppSettings& settings = job.installation().settings;
+    JobOptions& options = job.state.options;
+    options.jobId = chosen.jobId;
+    options.source = chosen.source;
+    options.target = chosen.target;
+    options.copy = chosen.target.has_value();
+    options.checkFileQuality = settings.runHeaderTest == 1 && chosen.test;
+    const NativePath& folder = job.installation().paths().localSettings;
+    options.useSkipList = settings.useSkipList == 1 && chosen.skipList && pathExists(folder / kSkipListFileName);
+    options.useCommonHeaders =
+        settings.useCommonHeaders == 1 && chosen.commonHeaders && pathExists(folder / kCommonHeadersFileName);
+    options.showProgress = showProgress;
+    if (!chosen.alertComputer.empty()) {
+        options.recipientIndex = 1;
+        options.recipient = chosen.alertComputer;
+    }
+}
+
+int exitStatus(JobEnd end, const JobCounters& counters) {
+    if (end == JobEnd::Stopped)
+        return kExitStopped;
+    if (end != JobEnd::Complete)
+        return kExitNoList;
+    const bool losses = counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
+    return losses ? kExitLosses : kExitComplete;
+}
+
+// Says on the error stream what a script cannot see in the report.
+void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ostream& err) {
+    const JobCounters& counters = job.state.counters;
+    if (end == JobEnd::NotStarted || end == JobEnd::NoList) {
+        err << "quillon-job: the job ended without a list";
+        if (!dialogs.unasked().empty())
+            err << "; give --yes to answer Yes to: " << dialogs.unasked();
+        err << '\n';
+    }
+    if (end == JobEnd::Stopped)
+        err << "quillon-job: stopped\n";
+    const auto tell = [&err](std::int32_t count, const char* what) {
+        if (count > 0)
+            err << "quillon-job: " << grouped(count) << what << '\n';
+    };
+    tell(counters.lostRows, " rows of a list could not be written");
+    tell(counters.copyErrors, " files could not be copied");
+    tell(counters.unlistedFolders, " folders could not be read to their end");
+}
+
+int runJob(const JobCommandOptions& chosen, Installation& installation, const CommandStreams& streams) {
+    const SystemClock clock;
+    const DateTexts dates;
+    CommandDialogs dialogs(streams.in, streams.err, chosen.yes, streams.canAsk);
+    const bool showLine = streams.errIsTerminal && !chosen.quiet;
+    CommandLoop loop(clock, streams.err, showLine, streams.interrupts);
+    Job job(installation, {clock, dates, dialogs, loop, hostName()});
+    LogPrinter printer(streams.err, loop, dates, chosen.quiet);
+    job.state.log.setListener(&printer);
+    job.state.log.setLimit(chosen.json ? kJsonLogRows : 1);
+    loop.attach(job);
+    applyOptions(chosen, job, showLine);
+    loadReportMessages(installation, dialogs, job.kept(), job.messages);
+
+    CommandHost host;
+    JobDriver driver(job, host, nullptr);
+    const JobEnd end = driver.run();
+    loop.clearLine();
+    tellEnd(end, job, dialogs, streams.err);
+    if (chosen.json) {
+        streams.out << jobResultAsJson(job, driver.phaseTimes(), end, dates) << '\n';
+    } else if (end == JobEnd::Complete) {
+        streams.out << withPlainLineEnds(completionReport(job.state, job.surroundings().hostName));
+        if (const auto list = job.finalListPath())
+            streams.out << list->native() << '\n';
+    }
+    streams.out.flush();
+    return exitStatus(end, job.state.counters);
+}
+
+}  // namespace
+
+int runJobCommand(const std::vector<std::string>& arguments, const CommandStreams& streams) {
+    const ParsedJobCommand parsed = parseJobCommand(arguments, streams.out, streams.err);
+    if (!parsed.options)
+        return parsed.exitStatus;
+    raiseOpenFileLimit();
+    const JobCommandOptions& options = *parsed.options;
+    Installation installation(options.appFolder.value_or(programFolder()));
+    if (!options.alertComputer.empty()) {
+        streams.err << "quillon-job: --alert is not available yet; no report will be sent\n";
+    }
+    if (!prepareInstallation(installation, streams.err, options.quiet))
+        return kExitNoList;
+    return runJob(options, installation, streams);
+}
+
+}  // namespace quillon

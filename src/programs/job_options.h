@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The options of `quillon-job`.
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/file.h"
+
+namespace quillon {
+
+struct JobCommandOptions {
+    std::string jobId;
+    NativePath source;                 ///< absolute, an existing folder
+    std::optional<NativePath> target;  ///< absolute; the folder to copy to
+    bool test = true;
+    bool skipList = true;
+    bool commonHeaders = true;
+    std::string alertComputer;
+    std::optional<NativePath> appFolder;
+    bool json = false;
+    bool yes = false;
+    bool quiet = false;
+};
+
+/// Options, or the exit status of a command that has nothing more to do.
+struct ParsedJobCommand {
+    std::optional<JobCommandOptions> options;
+    int exitStatus = 0;
+};
+
+/// Parses and checks. Help goes to `out`; wrong usage is one line on `err` that says how, and status 2.
+[[nodiscard]] ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std::ostream& out,
+                                               std::ostream& err);
+
+}  // namespace quillon

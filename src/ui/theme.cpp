@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+// One style on every desktop, so that the screens are laid out as they were designed, with a palette of its own for
+// light and for dark.
+#include "ui/theme.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmap>
+#include <QPushButton>
+#include <QStyle>
+#include <QStyleFactory>
+#ifdef QUILLON_HAVE_SVG
+#include <QSvgRenderer>
+#endif
+
+// The icons stand in a static library, whose resources a program has to ask for; outside of any namespace.
+static void loadIconResources() {
+    Q_INIT_RESOURCE(icons);
+}
+
+namespace quillon {
+namespace {
+
+struct Colours {
+    QColor window, base, alternate, text, quiet, button, line, accent, onAccent, toolTip;
+};
+
+Colours coloursOf(Look look) {
+    if (look == Look::Dark)
+        return {0x1f2328, 0x16191d, 0x1b1f24, 0xe3e6ea, 0x7d8590, 0x2b3036, 0x3d444d, 0x4c8dd8, 0xffffff, 0x2b3036};
+    return {0xf4f5f7, 0xffffff, 0xf7f9fb, 0x1d2126, 0x8a929c, 0xfbfbfc, 0xcfd5dc, 0x2367b1, 0xffffff, 0xffffff};
+}
+
+QPalette paletteOf(const Colours& colours) {
+    QPalette palette;
+    palette.setColor(QPalette::Window, colours.window);
+    palette.setColor(QPalette::WindowText, colours.text);
+    palette.setColor(QPalette::Base, colours.base);
+    palette.setColor(QPalette::AlternateBase, colours.alternate);
+    palette.setColor(QPalette::Text, colours.text);
+    palette.setColor(QPalette::Button, colours.button);
+    palette.setColor(QPalette::ButtonText, colours.text);
+    palette.setColor(QPalette::BrightText, Qt::white);
+    palette.setColor(QPalette::PlaceholderText, colours.quiet);
+    palette.setColor(QPalette::Highlight, colours.accent);
+    palette.setColor(QPalette::HighlightedText, colours.onAccent);
+    palette.setColor(QPalette::Link, colours.accent);
+    palette.setColor(QPalette::LinkVisited, colours.accent);
+    palette.setColor(QPalette::ToolTipBase, colours.toolTip);
+    palette.setColor(QPalette::ToolTipText, colours.text);
+    palette.setColor(QPalette::Light, colours.button.lighter(110));
+    palette.setColor(QPalette::Midlight, colours.line);
+    palette.setColor(QPalette::Mid, colours.line);
+    palette.setColor(QPalette::Dark, colours.line.darker(130));
+    palette.setColor(QPalette::Shadow, colours.line.darker(180));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, colours.quiet);
+    palette.setColor(QPalette::Disabled, QPalette::Base, colours.window);
+    palette.setColor(QPalette::Disabled, QPalette::Highlight, colours.line);
+    return palette;
+}
+
+QString styleSheetOf(const Colours& colours) {
+    QString sheet = QStringLiteral(R"(
+QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 0.7em; padding-top: 0.5em; }
+QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 10px; padding: 0 4px; color: @text; }
+QToolBar { border: 0; border-bottom: 1px solid @line; padding: 4px 8px; spacing: 4px; }
+QStatusBar { border-top: 1px solid @line; }
+QStatusBar::item { border: 0; }
+QToolTip { border: 1px solid @line; padding: 4px; color: @text; background: @tip; }
+QHeaderView::section { background: @window; color: @text; border: 0; border-right: 1px solid @line;
+    border-bottom: 1px solid @line; padding: 4px 6px; }
+QTableView { border: 1px solid @line; border-radius: 4px; }
+QLabel[remark="true"] { color: @quiet; }
+QPushButton[primary="true"]:enabled { background: @accent; color: @onAccent; border: 1px solid @accent;
+    border-radius: 4px; padding: 5px 14px; font-weight: 600; }
+QPushButton[primary="true"]:enabled:hover { background: @hover; }
+QPushButton[primary="true"]:enabled:pressed { background: @pressed; }
+QPushButton[primary="true"]:enabled:focus { border: 1px solid @text; }
+QPushButton[primary="true"]:disabled { border: 1px solid @line; border-radius: 4px; padding: 5px 14px; color: @quiet;
+    font-weight: 600; }
+)");
+    const std::pair<const char*, QColor> names[] = {{"@onAccent", colours.onAccent},
+                                                    {"@window", colours.window},
+                                                    {"@line", colours.line},
+                                                    {"@text", colours.text},
+                                                    {"@quiet", colours.quiet},
+                                                    {"@tip", colours.toolTip},
+                                                    {"@hover", colours.accent.lighter(112)},
+                                                    {"@pressed", colours.accent.darker(115)},
+                                                    {"@accent", colours.accent}};
+    for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), colour.name());
+    return sheet;
+}
+
+#ifdef QUILLON_HAVE_SVG
+QPixmap drawIcon(const QByteArray& svg, int size, const QColor& colour) {
+    QByteArray coloured = svg;
+    coloured.replace("currentColor", colour.name().toLatin1());
+    QPixmap picture(size, size);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    QSvgRenderer(coloured).render(&painter);
+    return picture;
+}
+#endif
+
+}  // namespace
+
+Look lookOfDesktop() {
+    return QApplication::palette().color(QPalette::Window).lightness() < 128 ? Look::Dark : Look::Light;
+}
+
+void applyLook(QApplication& application, Look look) {
+    loadIconResources();
+    const Colours colours = coloursOf(look);
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(paletteOf(colours));
+    application.setStyleSheet(styleSheetOf(colours));
+    QApplication::setWindowIcon(icon(QStringLiteral("quillon")));
+}
+
+QIcon icon(const QString& name) {
+    QIcon made;
+#ifdef QUILLON_HAVE_SVG
+    QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return made;
+    const QByteArray svg = file.readAll();
+    const QPalette palette = QApplication::palette();
+    for (const int size : {16, 20, 24, 32, 48, 64, 128}) {
+        made.addPixmap(drawIcon(svg, size, palette.color(QPalette::Active, QPalette::ButtonText)));
+        made.addPixmap(drawIcon(svg, size, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
+    }
+#else
+    // Without the SVG library the buttons keep their tool tips and a plain sign.
+    made = QApplication::style()->standardIcon(name == QStringLiteral("stop") ? QStyle::SP_BrowserStop
+                                                                              : QStyle::SP_FileIcon);
+#endif
+    return made;
+}
+
+void makePrimary(QPushButton& button) {
+    button.setProperty("primary", true);
+}
+
+void makeRemark(QLabel& label) {
+    label.setProperty("remark", true);
+    QFont font = label.font();
+    font.setPointSizeF(font.pointSizeF() * 0.9);
+    label.setFont(font);
+}
+
+void makePlain(QLabel& label) {
+    label.setTextFormat(Qt::PlainText);
+    label.setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+QFont countFont(const QFont& base) {
+    QFont font = base;
+    font.setStyleHint(QFont::SansSerif);
+    return font;
+}
+
+}  // namespace quillon
