@@ -26,6 +26,7 @@ fi
 # A first job over nothing sets the application folder up, which is no part of what is measured.
 rm -rf "$app"
 cp -r $release/Quillon "$app"
+rm -rf "$app/settings.dat" "$app/Data" # of jobs that were run there
 mkdir -p "$work/nothing"
 "$app/quillon-job" --app "$app" --job first --source "$work/nothing" --yes --quiet >/dev/null 2>&1 || true
 

@@ -11,7 +11,8 @@ namespace quillon {
 
 namespace {
 
-constexpr std::int64_t kQuarterHour = 900;
+// More days than ten years have.
+constexpr std::size_t kKeptDays = 4096;
 
 class FolderTest final : public FolderVisitor {
 public:
@@ -53,7 +54,7 @@ std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
     return token;
 }
 
-RowDates::RowDates(const DateTexts& texts) : texts_(texts) {
+RowDates::RowDates(const DateTexts& texts) : texts_(texts), kept_(kKeptDays) {
     LocalTime morning{2026, 11, 15, 1, 2, 3, 0, 318};
     LocalTime evening = morning;
     evening.hour = 23;
@@ -61,16 +62,14 @@ RowDates::RowDates(const DateTexts& texts) : texts_(texts) {
 }
 
 std::u16string_view RowDates::of(const FileTime& time) {
+    const LocalTime local = toLocalTime(time.seconds);
     if (dependsOnTime_) {
-        scratch_ = texts_.firstTen(toLocalTime(time.seconds));
+        scratch_ = texts_.firstTen(local);
         return scratch_;
     }
-    // All time zones change at quarters of an hour, so two moments of one quarter have the same date.
-    const std::int64_t quarter = time.seconds / kQuarterHour - (time.seconds % kQuarterHour < 0 ? 1 : 0);
-    Kept& kept = kept_[static_cast<std::size_t>(quarter) % kept_.size()];
-    if (kept.quarter != quarter) {
-        kept.quarter = quarter;
-        kept.text = texts_.firstTen(toLocalTime(time.seconds));
+    Kept& kept = kept_[static_cast<std::size_t>(local.year * 366 + local.yearDay) % kept_.size()];
+    if (kept.year != local.year || kept.yearDay != local.yearDay) {
+        kept = {local.year, local.yearDay, texts_.firstTen(local)};
     }
     return kept.text;
 }

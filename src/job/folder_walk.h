@@ -4,9 +4,9 @@
 // The two walks that open a job: the folder test, which proves that every folder below the source can be entered, and
 // the walk that writes the raw list.
 
-#include <array>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "job/file_list.h"
 #include "job/folder_tree.h"
@@ -23,7 +23,7 @@ void ListFolders(Job& job, const NativePath& folder);
 /// reader looks at them.
 [[nodiscard]] std::u16string listToken(std::uint32_t attributes, std::u16string_view date);
 
-/// Dates of rows: the first ten characters of the general form, kept for files of the same quarter of an hour.
+/// Dates of rows: the first ten characters of the general form, kept for files of the same day.
 class RowDates {
 public:
     explicit RowDates(const DateTexts& texts);
@@ -31,12 +31,13 @@ public:
 
 private:
     struct Kept {
-        std::int64_t quarter = INT64_MIN;
+        int year = -1;
+        int yearDay = -1;
         std::u16string text;
     };
     const DateTexts& texts_;
     bool dependsOnTime_;  // the locale's date is so short that the row's text runs into the time
-    std::array<Kept, 1024> kept_;
+    std::vector<Kept> kept_;
     std::u16string scratch_;
 };
 

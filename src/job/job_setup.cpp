@@ -35,8 +35,7 @@ std::string withoutForbidden(std::string_view text) {
 std::string cleanJobId(std::string_view text) {
     std::string id = withoutForbidden(trim(text));
     // Taking a character away may bare a blank, which the next change of the box would cut.
-    while (trim(id).size() != id.size())
-        id = std::string(trim(id));
+    while (trim(id).size() != id.size()) id = std::string(trim(id));
     return id;
 }
 
@@ -132,15 +131,14 @@ bool JobSetup::confirmOverwrite() {
     const NativePath list = listPath(state_.options.jobId);
     if (!pathExists(list))
         return true;
-    state_.options.overwriteConfirmed = surroundings_.dialogs.ask(
-        "Overwrite File List?",
-        "The file (" + readable(list.native()) + ") already exists. Do you want to overwrite it?");
+    state_.options.overwriteConfirmed =
+        surroundings_.dialogs.ask("Overwrite File List?", "The file (" + readable(list.native()) +
+                                                              ") already exists. Do you want to overwrite it?");
     return state_.options.overwriteConfirmed;
 }
 
 void JobSetup::pickTarget() {
-    const auto folder =
-        surroundings_.dialogs.pickFolder("Select Target", state_.options.target.value_or(NativePath{}));
+    const auto folder = surroundings_.dialogs.pickFolder("Select Target", state_.options.target.value_or(NativePath{}));
     if (!folder)
         return;
     const auto entries = listEntries(*folder);

@@ -148,11 +148,12 @@ struct JobState {
     JobControls controls;
     JobLog log;
 
-    bool stopRequested = false;  ///< set by Stop, read by the phases
-    bool copyCancelled = false;  ///< set by Stop, read by the copy in progress
-    bool timerRunning = false;   ///< Timer1
-    std::int64_t startTick = 0;  ///< milliseconds, for the throughput
-    LocalTime startTime;         ///< for the elapsed-time display
+    std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none
+    bool stopRequested = false;      ///< set by Stop, read by the phases
+    bool copyCancelled = false;      ///< set by Stop, read by the copy in progress
+    bool timerRunning = false;       ///< Timer1
+    std::int64_t startTick = 0;      ///< milliseconds, for the throughput
+    LocalTime startTime;             ///< for the elapsed-time display
 };
 
 }  // namespace quillon

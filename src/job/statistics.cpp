@@ -81,6 +81,7 @@ Result<void> recount(Job& job, const NativePath& list) {
 void resetCounters(JobState& state) {
     state.counters = JobCounters{};
     state.texts.quality = "0";
+    state.shownQuality = -1;
     state.texts.size = "0";
     state.texts.copied = "0";
 }
@@ -90,7 +91,13 @@ void updateQuality(JobState& state) {
     if (counters.good <= 0)
         return;
     const double recovered = static_cast<double>(counters.good) + counters.common;
-    state.texts.quality = percent(recovered / (recovered + counters.corrupt));
+    const double quality = recovered / (recovered + counters.corrupt);
+    // The text is made anew only when it changes: this runs for every row.
+    const auto shown = std::llround(quality * 10000);
+    if (shown == state.shownQuality)
+        return;
+    state.shownQuality = shown;
+    state.texts.quality = percent(quality);
 }
 
 void showSize(JobState& state) {

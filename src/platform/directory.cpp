@@ -15,6 +15,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include "platform/file_stamp.h"
 #include "platform/system_error.h"
 
 namespace quillon {
@@ -198,6 +199,23 @@ Result<void> Directory::createFolder(std::string_view name) const {
     if (::mkdirat(descriptor_, terminated.get(), 0777) == 0 || errno == EEXIST)
         return {};
     return failure(systemError(name));
+}
+
+Result<FileStamp> Directory::stampOf(std::string_view name) const {
+    const TerminatedName terminated(name);
+    struct stat info {};
+    if (retried([&] { return ::fstatat(descriptor_, terminated.get(), &info, 0); }) != 0) {
+        return failure(systemError(name));
+    }
+    return stampFrom(info);
+}
+
+Result<FileStamp> Directory::stamp() const {
+    struct stat info {};
+    if (::fstat(descriptor_, &info) != 0) {
+        return failure(systemError("."));
+    }
+    return stampFrom(info);
 }
 
 Result<EntryInfo> Directory::describe(std::string_view name) const {

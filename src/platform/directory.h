@@ -83,6 +83,11 @@ public:
     /// Creates a subfolder; one that exists already is a success.
     [[nodiscard]] Result<void> createFolder(std::string_view name) const;
 
+    /// The state of a file in here; a link is followed.
+    [[nodiscard]] Result<FileStamp> stampOf(std::string_view name) const;
+    /// The state of the folder itself, wherever it has gone since it was opened.
+    [[nodiscard]] Result<FileStamp> stamp() const;
+
     /// Describes an entry without following a link.
     [[nodiscard]] Result<EntryInfo> describe(std::string_view name) const;
 

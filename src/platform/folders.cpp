@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/file_stamp.h"
 #include "platform/system_error.h"
 #include "platform/whole_file.h"
 
@@ -23,10 +24,6 @@ bool statPath(const NativePath& path, struct stat& info) {
         return false;
     }
     return retried([&] { return ::stat(path.c_str(), &info); }) == 0;
-}
-
-FileTime timeOf(const struct timespec& time) {
-    return {time.tv_sec, static_cast<std::uint32_t>(time.tv_nsec)};
 }
 
 bool isRegular(int folder, const dirent& entry) {
@@ -74,7 +71,7 @@ Result<FileStamp> fileStamp(const NativePath& path) {
     struct stat info {};
     if (!statPath(path, info))
         return failure(systemError(path.native()));
-    return FileStamp{timeOf(info.st_mtim), timeOf(info.st_ctim), static_cast<std::uint64_t>(info.st_size), info.st_ino};
+    return stampFrom(info);
 }
 
 Result<std::uint64_t> fileSize(const NativePath& path) {

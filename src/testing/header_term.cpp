@@ -51,7 +51,7 @@ std::string hexToText(std::string_view hex) {
 }
 
 void foldHeader(HeaderBytes& head) {
-    for (char& c : head) c = static_cast<char>(pageLower(static_cast<unsigned char>(c)));
+    lowerPageInPlace(head);
 }
 
 CompiledTerm CompiledTerm::fromParts(double position, std::string_view term, bool hexadecimal) {

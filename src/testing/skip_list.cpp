@@ -24,10 +24,6 @@ std::size_t startHash(char16_t first, char16_t second) {
     return (first * 31U + second) & 0xFFU;
 }
 
-bool hasWildcards(std::u16string_view text) {
-    return text.find_first_of(u"*?#[") != text.npos;
-}
-
 }  // namespace
 
 void SkipList::assign(const std::vector<std::u16string>& lines) {
@@ -44,43 +40,35 @@ void SkipList::assign(const std::vector<std::u16string>& lines) {
         if (!valid)
             continue;
         std::transform(pattern.begin(), pattern.end(), pattern.begin(), foldUnit);
-        const auto inner = std::u16string_view(pattern).substr(1, pattern.size() < 2 ? 0 : pattern.size() - 2);
-        if (!hasWildcards(inner)) {
-            addPlain(std::u16string(inner));
-        } else if (auto compiled = WildcardPattern::compile(pattern)) {
-            wild_.push_back(std::move(*compiled));
-        } else {
+        auto compiled = WildcardPattern::compile(pattern);
+        if (!compiled) {
             valid = false;
+            continue;
         }
+        Clue clue{compiled->longestLiteral(), std::nullopt};
+        if (clue.text.size() + 2 != pattern.size())
+            clue.pattern = std::move(compiled);
+        auto& clues = clue.text.size() < 2 ? shortClues_ : cluesByStart_[startHash(clue.text[0], clue.text[1])];
+        clues.push_back(std::move(clue));
     }
 }
 
-void SkipList::addPlain(std::u16string text) {
-    if (text.size() < 2) {
-        shortPlain_.push_back(std::move(text));
-    } else {
-        plainByStart_[startHash(text[0], text[1])].push_back(std::move(text));
-    }
-}
-
-bool SkipList::containsPlainText() const {
-    const std::u16string_view path = folded_;
-    for (std::size_t i = 0; i + 1 < path.size(); ++i) {
-        for (const auto& text : plainByStart_[startHash(path[i], path[i + 1])]) {
-            if (path.substr(i, text.size()) == text)
-                return true;
-        }
-    }
-    return std::any_of(shortPlain_.begin(), shortPlain_.end(),
-                       [path](const auto& text) { return path.find(text) != path.npos; });
+bool SkipList::fits(const Clue& clue, std::u16string_view path) {
+    return !clue.pattern || clue.pattern->matches(path);
 }
 
 bool SkipList::matches(std::u16string_view listPath) const {
     folded_.resize(listPath.size());
     std::transform(listPath.begin(), listPath.end(), folded_.begin(), foldUnit);
-    if (containsPlainText())
-        return true;
-    return std::any_of(wild_.begin(), wild_.end(), [this](const auto& pattern) { return pattern.matches(folded_); });
+    const std::u16string_view path = folded_;
+    for (std::size_t i = 0; i + 1 < path.size(); ++i) {
+        for (const auto& clue : cluesByStart_[startHash(path[i], path[i + 1])]) {
+            if (path.substr(i, clue.text.size()) == clue.text && fits(clue, path))
+                return true;
+        }
+    }
+    return std::any_of(shortClues_.begin(), shortClues_.end(),
+                       [path](const Clue& clue) { return path.find(clue.text) != path.npos && fits(clue, path); });
 }
 
 SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFiles& kept, SkipList& list) {

@@ -4,6 +4,7 @@
 // The skip list: patterns of files that the walk leaves out. docs/formats/rule-lists.md.
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,14 +30,18 @@ public:
     [[nodiscard]] bool matches(std::u16string_view listPath) const;
 
 private:
-    [[nodiscard]] bool containsPlainText() const;
-    void addPlain(std::u16string text);
+    // A piece of text that a path must hold to fit a pattern. A pattern without wildcards of its own is that text
+    // alone.
+    struct Clue {
+        std::u16string text;
+        std::optional<WildcardPattern> pattern;
+    };
+    [[nodiscard]] static bool fits(const Clue& clue, std::u16string_view path);
 
     std::vector<std::u16string> patterns_;
-    // Terms without wildcards of their own are looked for all at once, by the hash of their first two characters.
-    std::array<std::vector<std::u16string>, 256> plainByStart_;
-    std::vector<std::u16string> shortPlain_;
-    std::vector<WildcardPattern> wild_;
+    // Clues are looked for all at once, by the hash of their first two characters; shorter ones one by one.
+    std::array<std::vector<Clue>, 256> cluesByStart_;
+    std::vector<Clue> shortClues_;
     mutable std::u16string folded_;  // room for the path in work
 };
 

@@ -16,6 +16,8 @@ namespace {
 // A folder that changed this short a time ago may change again within the same tick of its clock, unseen.
 constexpr std::int64_t kTickNanoseconds = 50'000'000;
 
+constexpr unsigned kLookUpsPerFolderCheck = 64;
+
 std::string foldedFileName(std::u16string_view extension) {
     return toNative(lowered(std::u16string(extension))) + ".dat";
 }
@@ -71,30 +73,47 @@ Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>&
 }
 
 const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {
+    if (lookUps_++ % kLookUpsPerFolderCheck == 0)
+        checkFolder();
     auto found = entries_.find(extension);
-    if (found == entries_.end())
+    if (found == entries_.end()) {
         found = entries_.emplace(extension, Entry{}).first;
+        found->second.foldedName = foldedFileName(extension);
+    }
     Entry& entry = found->second;
-    if (entry.exists && refresh(entry))
-        return &entry.terms;
-    locate(entry, foldedFileName(extension));
+    if (!entry.exists || !refresh(entry))
+        locate(entry);
     return entry.exists ? &entry.terms : nullptr;
+}
+
+// The folder may have been put aside and another one put in its place.
+void TermFiles::checkFolder() {
+    const auto there = fileStamp(folder_);
+    const auto held = handle_.isOpen() ? handle_.stamp() : Result<FileStamp>(FileStamp{});
+    if (there && held && there->inode == held->inode)
+        return;
+    handle_.close();
+    entries_.clear();
+    listedAt_.reset();
+    if (auto opened = Directory::openToLookUp(folder_))
+        handle_ = std::move(*opened);
 }
 
 // True when the file is there; its terms are then those of this moment.
 bool TermFiles::refresh(Entry& entry) {
-    const auto stamp = fileStamp(entry.path);
+    const auto stamp = handle_.stampOf(entry.name);
     if (!stamp) {
         entry.exists = false;
         return false;
     }
-    if (entry.exists && *stamp == entry.stamp)
+    if (entry.exists && !entry.mayBeStale && *stamp == entry.stamp)
         return true;
     entry.exists = true;
     entry.stamp = *stamp;
+    entry.mayBeStale = changedJustNow(stamp->changed);
     entry.terms.clear();
     // A file that vanished or cannot be opened by now has no terms, and so none that match.
-    const auto bytes = readWholeFile(entry.path);
+    const auto bytes = readWholeFile(folder_ / entry.name);
     if (!bytes)
         return true;
     for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
@@ -102,32 +121,34 @@ bool TermFiles::refresh(Entry& entry) {
 }
 
 // An extension whose file is not known to exist costs one look at the folder, not one at the file.
-void TermFiles::locate(Entry& entry, const std::string& foldedName) {
-    const auto stamp = fileStamp(folder_);
+void TermFiles::locate(Entry& entry) {
+    const auto stamp = handle_.stamp();
     if (!stamp) {
+        checkFolder();
         names_.clear();
-        folderStamp_.reset();
-    } else if (listingMayBeStale_ || !folderStamp_ || *folderStamp_ != *stamp) {
-        folderStamp_ = *stamp;
+        return;
+    }
+    if (listingMayBeStale_ || !listedAt_ || *listedAt_ != *stamp) {
+        listedAt_ = *stamp;
         listFolder();
     }
-    const auto name = names_.find(foldedName);
+    const auto name = names_.find(entry.foldedName);
     if (name == names_.end())
         return;
-    entry.path = folder_ / name->second;
+    entry.name = name->second;
     static_cast<void>(refresh(entry));
 }
 
 void TermFiles::listFolder() {
     names_.clear();
-    listingMayBeStale_ = changedJustNow(folderStamp_->modified);
+    listingMayBeStale_ = changedJustNow(listedAt_->modified);
     const auto names = listEntries(folder_);
     if (!names)
         return;
     for (const auto& name : *names) {
-        std::string folded = foldedName(name);
         if (isTemporaryName(name))
             continue;
+        std::string folded = foldedName(name);
         // Of two files that differ in case alone, the one in lower case is the extension's.
         const bool exact = folded == name;
         auto& kept = names_[std::move(folded)];

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/directory.h"
 #include "platform/folders.h"
 #include "testing/header_term.h"
 #include "text/page_text.h"
@@ -49,14 +50,17 @@ public:
 
 private:
     struct Entry {
-        NativePath path;
+        std::string foldedName;  // of the term file: the extension in lower case and ".dat"
+        std::string name;        // as it stands in the folder
         bool exists = false;
+        bool mayBeStale = true;  // it changed so shortly before it was read that it may have changed again unseen
         FileStamp stamp;
         std::vector<CompiledTerm> terms;
     };
 
+    void checkFolder();
     [[nodiscard]] bool refresh(Entry& entry);
-    void locate(Entry& entry, const std::string& foldedName);
+    void locate(Entry& entry);
     void listFolder();
 
     struct Hash {
@@ -65,10 +69,12 @@ private:
     };
 
     NativePath folder_;
+    Directory handle_;  // looking up in a handle is quicker than along a path
+    unsigned lookUps_ = 0;
     std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
     // What the folder held when its time was last seen to change: names by their lower-case form.
     std::unordered_map<std::string, std::string> names_;
-    std::optional<FileStamp> folderStamp_;
+    std::optional<FileStamp> listedAt_;
     bool listingMayBeStale_ = true;
 };
 

@@ -20,6 +20,21 @@ constexpr bool isPlain(unsigned char byte) {
     return byte >= 0x20 && byte < 0x80 && byte != '>' && byte != '\\' && byte != ',';
 }
 
+// One character that is not plain; `i` moves behind it.
+void appendSpecial(std::u16string& out, std::string_view nativePath, std::size_t& i) {
+    const auto byte = static_cast<unsigned char>(nativePath[i]);
+    if (byte == ',') {
+        out.push_back(u'>');
+        ++i;
+    } else if (mustEscape(byte)) {
+        out.push_back(static_cast<char16_t>(kEscape + byte));
+        ++i;
+    } else {
+        const auto character = nextUtf8(nativePath, i);
+        appendUtf16(out, character ? *character : static_cast<char32_t>(kEscape + byte));
+    }
+}
+
 constexpr bool isEscaped(char32_t character) {
     return character >= kEscape && character <= kEscape + 0xFFU;
 }
@@ -30,20 +45,18 @@ constexpr std::u16string_view kSeparators = u"/\\";
 
 void appendListText(std::u16string& out, std::string_view nativePath) {
     for (std::size_t i = 0; i < nativePath.size();) {
-        const auto byte = static_cast<unsigned char>(nativePath[i]);
-        if (isPlain(byte)) {
-            out.push_back(byte);
-            ++i;
-        } else if (byte == ',') {
-            out.push_back(u'>');
-            ++i;
-        } else if (mustEscape(byte)) {
-            out.push_back(static_cast<char16_t>(kEscape + byte));
-            ++i;
-        } else {
-            const auto character = nextUtf8(nativePath, i);
-            appendUtf16(out, character ? *character : static_cast<char32_t>(kEscape + byte));
+        // Nearly all of nearly every path is a run of plain characters.
+        std::size_t end = i;
+        while (end < nativePath.size() && isPlain(static_cast<unsigned char>(nativePath[end]))) {
+            ++end;
         }
+        out.append(nativePath.begin() + static_cast<std::ptrdiff_t>(i),
+                   nativePath.begin() + static_cast<std::ptrdiff_t>(end));
+        if (end == nativePath.size()) {
+            return;
+        }
+        i = end;
+        appendSpecial(out, nativePath, i);
     }
 }
 
@@ -57,11 +70,17 @@ std::u16string toListText(std::string_view nativePath) {
 void toNative(std::u16string_view listPath, std::string& out) {
     out.clear();
     for (std::size_t i = 0; i < listPath.size();) {
+        const char16_t unit = listPath[i];
+        if (unit < 0x80) {
+            out.push_back(unit == u'>' ? ',' : static_cast<char>(unit));
+            ++i;
+            continue;
+        }
         const char32_t character = nextUtf16(listPath, i);
         if (isEscaped(character)) {
             out.push_back(static_cast<char>(static_cast<unsigned char>(character - kEscape)));
         } else {
-            appendUtf8(out, character == U'>' ? U',' : character);
+            appendUtf8(out, character);
         }
     }
 }

@@ -95,7 +95,7 @@ unsigned char pageLower(unsigned char byte) {
     return kLower[byte];
 }
 
-void lowerPageInPlace(std::string& bytes) {
+void lowerPageInPlace(std::span<char> bytes) {
     for (char& c : bytes) c = static_cast<char>(kLower[static_cast<unsigned char>(c)]);
 }
 

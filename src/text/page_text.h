@@ -6,6 +6,7 @@
 // same number, so that every byte has a character and every text survives a round trip.
 
 #include <compare>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -38,7 +39,7 @@ struct PageText {
 [[nodiscard]] unsigned char pageLower(unsigned char byte);
 
 /// Lower-cases page bytes in place.
-void lowerPageInPlace(std::string& bytes);
+void lowerPageInPlace(std::span<char> bytes);
 
 [[nodiscard]] PageText lowered(PageText text);
 

@@ -120,9 +120,7 @@ std::string utf16ToUtf8(std::u16string_view text) {
     return out;
 }
 
-char16_t lowerUnit(char16_t unit) {
-    if (unit < 0x80)
-        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+char16_t lowerHighUnit(char16_t unit) {
     static const std::vector<char16_t> table = makeLowerTable();
     return table[unit];
 }

@@ -34,8 +34,16 @@ void appendUtf16(std::u16string& out, char32_t character);
 [[nodiscard]] std::u16string utf8ToUtf16(std::string_view text);  ///< invalid bytes become U+FFFD
 [[nodiscard]] std::string utf16ToUtf8(std::u16string_view text);  ///< lone surrogates become U+FFFD
 
+/// One code unit above ASCII in lower case.
+[[nodiscard]] char16_t lowerHighUnit(char16_t unit);
+
 /// One code unit in lower case; characters outside the basic plane are left alone.
-[[nodiscard]] char16_t lowerUnit(char16_t unit);
+[[nodiscard]] inline char16_t lowerUnit(char16_t unit) {
+    if (unit >= 0x80) {
+        return lowerHighUnit(unit);
+    }
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
+}
 
 [[nodiscard]] std::u16string lowered(std::u16string text);
 

@@ -81,25 +81,26 @@ std::optional<WildcardPattern> WildcardPattern::compile(std::u16string_view patt
         }
         compiled.tokens_.push_back(std::move(token));
     }
-    compiled.findRequiredText();
     return compiled;
 }
 
-void WildcardPattern::findRequiredText() {
-    if (tokens_.size() < 2 || tokens_.front().kind != Kind::AnyRun || tokens_.back().kind != Kind::AnyRun)
-        return;
-    for (std::size_t i = 1; i + 1 < tokens_.size(); ++i) {
-        if (tokens_[i].kind != Kind::Literal)
-            return;
-        contained_.push_back(tokens_[i].literal);
+std::u16string WildcardPattern::longestLiteral() const {
+    std::u16string longest;
+    std::u16string run;
+    for (const auto& token : tokens_) {
+        if (token.kind == Kind::Literal) {
+            run.push_back(token.literal);
+        } else {
+            run.clear();
+        }
+        if (run.size() > longest.size()) {
+            longest = run;
+        }
     }
-    plainContains_ = true;
+    return longest;
 }
 
 bool WildcardPattern::matches(std::u16string_view text) const {
-    if (plainContains_)
-        return text.find(contained_) != text.npos;
-
     // Only the last run of any length has to be tried again: what an earlier one could give, the later one can too.
     constexpr auto none = static_cast<std::size_t>(-1);
     std::size_t token = 0;

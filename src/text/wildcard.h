@@ -21,6 +21,9 @@ public:
     /// True when the whole of `text` fits the whole pattern. "[]" fits the empty text.
     [[nodiscard]] bool matches(std::u16string_view text) const;
 
+    /// The longest run of plain characters in the pattern: a text that does not hold it cannot fit.
+    [[nodiscard]] std::u16string longestLiteral() const;
+
 private:
     struct Range {
         char16_t first;
@@ -37,11 +40,8 @@ private:
     };
 
     [[nodiscard]] static bool compileSet(std::u16string_view body, Token& token);
-    void findRequiredText();
 
     std::vector<Token> tokens_;
-    std::u16string contained_;  // for "*text*": the text, so that the common skip term is one substring search
-    bool plainContains_ = false;
 };
 
 }  // namespace quillon
