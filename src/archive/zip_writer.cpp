@@ -159,6 +159,8 @@ Result<void> ZipWriter::writeTemporary() {
     if (zip_close(zip) != 0)
         return failure(zipError(archive_, zip_get_error(zip)));
     passOver(Result<zip_t*>(open_->handle.release()), "the close has released it");
+    if (options_.progress)
+        options_.progress(100);  // libzip leaves out a last step that is below its precision
     return File::openForAppending(temporary_).and_then([](File file) {
         return file.sync().and_then([&file] { return file.close(); });
     });
