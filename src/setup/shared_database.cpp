@@ -1,59 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "setup/shared_database.h"
 
-#include <algorithm>
-#include <unordered_map>
-#include <unordered_set>
-
-#include "archive/file_mask.h"
 #include "platform/folders.h"
-#include "platform/whole_file.h"
 #include "setup/stored_time.h"
+#include "testing/shared_copy.h"
 
 namespace quillon {
 
 namespace {
-
-using NamesByFolded = std::unordered_map<std::string, std::string>;
-
-// One name for each folded form: the one in lower case when there is one, else the first.
-NamesByFolded byFolded(const std::vector<std::string>& names) {
-    NamesByFolded map;
-    for (const auto& name : names) {
-        const std::string folded = foldedName(name);
-        const auto [at, added] = map.emplace(folded, name);
-        if (!added && name == folded)
-            at->second = name;
-    }
-    return map;
-}
 
 class Refresh {
 public:
     Refresh(const Paths& paths, KeptFiles& kept, const std::vector<std::string>& names)
         : paths_(paths),
           kept_(kept),
-          chosen_(byFolded(names)),
-          local_(byFolded(databaseFiles(paths.localDatabase))),
+          chosen_(paths.sharedDatabase, names),
+          local_(paths.localDatabase),
           probe_(paths.localDatabase) {}
 
     void one(const std::string& name) {
-        const std::string folded = foldedName(name);
-        if (chosen_[folded] != name)
+        const NativePath source = paths_.sharedDatabase / name;
+        if (chosen_.pathOf(name) != source)
             return;  // the same file in another case has been chosen
-        const auto shared = modificationTime(paths_.sharedDatabase / name);
+        const auto shared = modificationTime(source);
         if (!shared) {
             ++counts.missing;
             return;
         }
-        const auto at = local_.find(folded);
-        const NativePath target = paths_.localDatabase / (at == local_.end() ? folded : at->second);
+        const NativePath target = local_.pathOf(name);
         const auto time = modificationTime(target);
         if (time && isSameStoredTime(*time, *shared, [this](FileTime wanted) { return probe_.store(wanted); })) {
             ++counts.unchanged;
             return;
         }
-        replace(paths_.sharedDatabase / name, target);
+        replace(source, target);
     }
 
     RefreshCounts counts;
@@ -68,27 +48,23 @@ private:
 
     const Paths& paths_;
     KeptFiles& kept_;
-    NamesByFolded chosen_;
-    NamesByFolded local_;
+    DatabaseFolder chosen_;
+    DatabaseFolder local_;
     TimeProbe probe_;
 };
 
 }  // namespace
-
-std::vector<std::string> databaseFiles(const NativePath& folder) {
-    return listByMask(folder, "*.*");
-}
 
 OrphanCounts deleteOrphanTermFiles(const Paths& paths, KeptFiles& kept, ProgressHost& host) {
     OrphanCounts counts;
     const auto local = databaseFiles(paths.localDatabase);
     host.currentFile("Comparing databases....");
     host.progressRange(static_cast<std::int64_t>(local.size()));
-    const auto shared = byFolded(databaseFiles(paths.sharedDatabase));
+    const DatabaseFolder shared(paths.sharedDatabase);
     for (const auto& name : local) {
         host.progressValue(static_cast<std::int64_t>(++counts.looked));
         // The listing may have missed what can still be looked up, as in a folder that may not be listed.
-        if (shared.contains(foldedName(name)) || pathExists(paths.sharedDatabase / name))
+        if (shared.contains(name) || pathExists(paths.sharedDatabase / name))
             continue;
         const NativePath file = paths.localDatabase / name;
         if (!pathExists(file))
@@ -128,16 +104,10 @@ Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, 
     const auto time = modificationTime(source);
     if (!time)
         return failure(time.error());
-    const auto bytes = readWholeFile(source);
-    if (!bytes)
-        return failure(bytes.error());
-    const auto old = readWholeFile(target);
-    if (!old || *old != *bytes) {
-        if (const auto copy = kept.copyAway(target); !copy)
-            return failure(copy.error());
-        if (auto saved = saveWholeFile(target, *bytes, TemporaryPlace::AboveFolder); !saved)
-            return saved;
-    }
+    if (auto taken = takeSharedCopy(source, target, kept); !taken)
+        return taken;
+    // Told again for equal bytes, and because the source may have changed while it was read: an older time is looked
+    // at again by the next job.
     return setModificationTime(target, *time);
 }
 

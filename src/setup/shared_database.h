@@ -15,12 +15,9 @@
 #include "app/installation.h"
 #include "app/kept_files.h"
 #include "app/progress_host.h"
+#include "setup/database_folder.h"
 
 namespace quillon {
-
-/// The names of all files of a database folder, sorted; empty when the folder cannot be listed. Their number is what
-/// the questions of the job's start go by.
-[[nodiscard]] std::vector<std::string> databaseFiles(const NativePath& folder);
 
 struct OrphanCounts {
     std::size_t looked = 0;   ///< local files

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "archive/zip_file_lists.h"
+
+#include <algorithm>
+
+#include "app/folder_structure.h"
+#include "archive/file_mask.h"
+#include "archive/list_selection.h"
+#include "platform/folders.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kFirstRecipient = "Query";
+
+bool samePath(const NativePath& a, const NativePath& b) {
+    return foldedName(a.native()) == foldedName(b.native());
+}
+
+NativePath defaultArchives(const Paths& paths) {
+    return paths.localPath / "Archives";
+}
+
+}  // namespace
+
+std::string ZipState::recipient() const {
+    const auto index = static_cast<std::size_t>(recipientIndex);
+    return recipientIndex >= 0 && index < recipients.size() ? recipients[index] : std::string();
+}
+
+ZipFileLists::ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts,
+                           ZipHost& host)
+    : installation_(installation),
+      surroundings_(surroundings),
+      alerts_(alerts),
+      host_(host),
+      kept_(installation, surroundings.clock) {
+}
+
+void ZipFileLists::load() {
+    fillGrid();
+    fillRecipients();
+    state.showCompany = false;
+    state.testEnabled = state.recipientIndex != 0;
+    host_.showState();
+}
+
+void ZipFileLists::reload() {
+    state.rows.clear();
+    load();
+}
+
+void ZipFileLists::fillGrid() {
+    state.rows =
+        findLists(installation_.paths().localPath, host_.mainJobId(), host_.mainSeparator(), state.ignoreSeparator);
+    state.selectedRow.reset();
+}
+
+void ZipFileLists::fillRecipients() {
+    const std::string stored = toUtf8(installation_.settings.zipRecipient.trimmed());
+    state.recipients = {kFirstRecipient};
+    state.recipientsEnabled = true;
+    if (stored != kFirstRecipient)
+        state.recipients.push_back(stored);
+    state.recipientIndex = static_cast<int>(state.recipients.size()) - 1;
+}
+
+void ZipFileLists::setIgnoreSeparator(bool ignore) {
+    state.ignoreSeparator = ignore;
+    if (!state.rows.empty())
+        fillGrid();
+    host_.showState();
+}
+
+void ZipFileLists::setPassword(const std::string& password) {
+    state.password = password;
+    if (!password.empty())
+        state.retainLists = true;
+    host_.showState();
+}
+
+void ZipFileLists::addRow(const NativePath& file) {
+    const auto same =
+        std::find_if(state.rows.begin(), state.rows.end(), [&](const NativePath& row) { return samePath(row, file); });
+    if (same == state.rows.end()) {
+        state.rows.push_back(file);
+        return;
+    }
+    state.selectedRow = static_cast<std::size_t>(same - state.rows.begin());
+    host_.beep();
+}
+
+void ZipFileLists::addFiles() {
+    FilePick pick;
+    pick.title = "Add files to zip";
+    pick.startFolder = installation_.paths().localPath;
+    pick.multiple = true;
+    for (const auto& file : surroundings_.dialogs.pickFiles(pick)) addRow(file);
+    host_.showState();
+}
+
+void ZipFileLists::removeRow(std::size_t row) {
+    if (row >= state.rows.size())
+        return;
+    const NativePath file = state.rows[row];
+    if (!surroundings_.dialogs.ask("Remove file", "Remove file " + readable(file.native()) + "? "))
+        return;
+    // The rows may have changed while the question stood open.
+    const auto at = std::find(state.rows.begin(), state.rows.end(), file);
+    if (at != state.rows.end())
+        state.rows.erase(at);
+    state.selectedRow.reset();
+    host_.showState();
+}
+
+void ZipFileLists::changeDestination() {
+    const auto chosen = surroundings_.dialogs.pickFolder("Change zip path", installation_.paths().zipPath);
+    const NativePath folder = chosen && !chosen->empty() ? *chosen : defaultArchives(installation_.paths());
+    installation_.useZipPath(folder);
+    if (!pathExists(folder))
+        CreateFolderPath(folder);
+    if (!surroundings_.dialogs.ask("Change archive location", "Do you want to make these changes permanent ?"))
+        return;
+    installation_.settings.zipPath.assign(pageFromPath(folder));
+    passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
+}
+
+NativePath ZipFileLists::workingFolder() const {
+    const Paths& paths = installation_.paths();
+    if (pathExists(paths.zipPath))
+        return paths.zipPath;
+    CreateFolderPath(defaultArchives(paths));
+    return defaultArchives(paths);
+}
+
+void ZipFileLists::showBusy(bool busy) {
+    state.busyPointer = busy;
+    host_.showState();
+}
+
+void ZipFileLists::showProgress(bool visible, double percent) {
+    state.progressVisible = visible;
+    state.progress = percent;
+    host_.showState();
+}
+
+}  // namespace quillon

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The work behind "Zip File Lists": the lists of a finished job go into one archive in the archive folder, and another
+// computer can be told. The screen shows `ZipState` and calls the operations; it holds no logic of its own.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/installation.h"
+#include "app/kept_files.h"
+#include "app/surroundings.h"
+#include "archive/zip_writer.h"
+#include "messaging/alert_sender.h"
+
+namespace quillon {
+
+/// All that the screen shows. Texts are UTF-8. The screen writes the fields of its plain inputs back before it calls an
+/// operation; the fields marked "set by" an operation change only there.
+struct ZipState {
+    std::vector<NativePath> rows;            ///< iGrid1, column "Files to ZIP": shown by `readable`
+    std::optional<std::size_t> selectedRow;  ///< iGrid1, from 0
+    std::string jobId;                       ///< Text1
+    std::string separator;                   ///< Text2
+    std::string password;                    ///< Text3, set by `setPassword`
+    bool maskPassword = false;               ///< Check1: Text3 shows "*"
+    bool retainLists = false;                ///< Check2
+    bool ignoreSeparator = false;            ///< Check3, set by `setIgnoreSeparator`
+    bool showCompany = false;                ///< Check4; no output depends on it
+    bool showComputer = false;               ///< Check5; no output depends on it
+    std::vector<std::string> recipients;     ///< Combo1
+    int recipientIndex = -1;                 ///< Combo1: the chosen item, from 0
+    bool recipientsEnabled = true;           ///< Combo1
+    bool testEnabled = false;                ///< Command8
+    bool progressVisible = false;            ///< ProgressBar1
+    double progress = 0;                     ///< ProgressBar1, 0 to 100
+    bool busyPointer = false;                ///< hourglass
+
+    /// The text that Combo1 shows; empty without a choice.
+    [[nodiscard]] std::string recipient() const;
+};
+
+/// What the work needs of its screen.
+class ZipHost {
+public:
+    virtual ~ZipHost() = default;
+    /// The state has changed. Called before every box and every turn of the event loop that follows a change.
+    virtual void showState() = 0;
+    virtual void beep() = 0;
+    /// The main window's job ID and separator as they stand now: the lists are looked for by these.
+    [[nodiscard]] virtual std::string mainJobId() const = 0;
+    [[nodiscard]] virtual std::string mainSeparator() const = 0;
+};
+
+class ZipFileLists {
+public:
+    /// All must outlive this.
+    ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts, ZipHost& host);
+
+    ZipState state;
+
+    /// The screen comes up: the grid gets the job's lists, Combo1 "Query" and the stored recipient.
+    ///
+    /// Kept: an empty stored recipient, and this computer's own name, are added and chosen like any other (test
+    /// AnEmptyRecipientStandsOnASecondItem).
+    void load();
+    /// Command5 "Reload".
+    void reload();
+    /// Check3: a grid with rows is emptied and loaded anew.
+    void setIgnoreSeparator(bool ignore);
+    /// Text3: any text ticks "Retain raw file lists".
+    void setPassword(const std::string& password);
+    /// Command1 "Add File". A path that stands in the grid in any case is selected instead, with a beep.
+    void addFiles();
+    /// Double-click on a row, from 0.
+    void removeRow(std::size_t row);
+    /// Command2 "Change destination".
+    void changeDestination();
+    /// Command4 "Zip": the whole run. Lists that are removed by its rule are gone only when the finished archive was
+    /// read back and held the same bytes; otherwise they stand under Kept. An archive of the name that is overwritten
+    /// stands under Kept, too.
+    ///
+    /// Kept: nothing guards against a second press while the event loop is turned (test
+    /// ASecondZipMayRunWithinTheFirst).
+    void zip();
+
+private:
+    struct Run;
+
+    void fillGrid();
+    void fillRecipients();
+    void addRow(const NativePath& file);
+    [[nodiscard]] NativePath workingFolder() const;
+    void runSteps();
+    [[nodiscard]] bool confirmPassword();
+    [[nodiscard]] bool collectNames(Run& run);
+    [[nodiscard]] bool clearTheWay(const Run& run);
+    void writeArchive(Run& run);
+    void zipError(const FileError& error);
+    [[nodiscard]] bool removeLists(const Run& run);
+    void notify(Run& run);
+    void finish(Run& run);
+    void showBusy(bool busy);
+    void showProgress(bool visible, double percent);
+
+    Installation& installation_;
+    const Surroundings& surroundings_;
+    AlertSender& alerts_;
+    ZipHost& host_;
+    KeptFiles kept_;
+    bool zipFailed_ = false;  // stays set once an error was shown
+};
+
+}  // namespace quillon

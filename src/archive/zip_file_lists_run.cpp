@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+// One press of "Zip", from the first check to the last box.
+#include <unordered_map>
+#include <utility>
+
+#include "archive/file_mask.h"
+#include "archive/list_selection.h"
+#include "archive/zip_file_lists.h"
+#include "messaging/message_log.h"
+#include "platform/folders.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+// The number that the zip component has for a name that is none; it is told in words of its own.
+std::string errorWords(const FileError& error) {
+    const bool badName = error.kind == ErrorKind::NotFound || error.kind == ErrorKind::BadName;
+    return badName ? "Invalid file name" : error.text;
+}
+
+bool containsWithoutCase(const NativePath& path, const NativePath& part) {
+    return !part.empty() && foldedName(path.native()).find(foldedName(part.native())) != std::string::npos;
+}
+
+}  // namespace
+
+/// What one run knows.
+struct ZipFileLists::Run {
+    Result<NativePath> archive;
+    std::optional<std::string> password;
+    std::string names;
+    std::optional<NativePath> conflict;
+    std::unordered_map<std::string, bool> inArchive;  // files that the finished archive holds byte for byte
+    std::string result = "Zip Processing complete";
+    std::string log;
+
+    [[nodiscard]] NativePath archivePath() const { return archive.value_or(NativePath()); }
+};
+
+void ZipFileLists::zip() {
+    showBusy(true);
+    if (state.rows.empty()) {
+        showBusy(false);
+        surroundings_.dialogs.warn("Error", "Nothing to zip, please select some files.");
+        return;
+    }
+    runSteps();
+    showBusy(false);
+}
+
+void ZipFileLists::runSteps() {
+    if (state.jobId.empty())
+        state.jobId = "FileList";
+    Run run;
+    const std::string name = archiveBaseName(state.jobId, state.separator) + ".zip";
+    run.archive = childPath(workingFolder(), name);
+    if (confirmPassword())
+        run.password = state.password;
+    if (!collectNames(run) || !clearTheWay(run))
+        return;
+    writeArchive(run);
+    if (run.conflict) {
+        surroundings_.dialogs.tell("File Confict",
+                                   "Potential file conflict removed (" + readable(run.conflict->native()) + ")");
+    }
+    if (!state.retainLists && !removeLists(run))
+        return;
+    state.rows.clear();
+    state.selectedRow.reset();
+    run.log = "Zip notification message Sent to :; " + state.recipient() + "; Files in zip : ;" + run.names +
+              ";Send message = ;";
+    if (state.recipientIndex >= 1)
+        notify(run);
+    finish(run);
+}
+
+bool ZipFileLists::confirmPassword() {
+    return !state.password.empty() &&
+           surroundings_.dialogs.ask(kProgramTitle,
+                                     "Are you sure you want to password protect the zip file. If you forget the "
+                                     "password, you will not be able to open it.");
+}
+
+// False ends the run. Kept: the number of rows is taken before the walk and does not go down with a row that is
+// removed, so that a conflict ahead of the last row ends the run without a word; the row is gone and the next press
+// runs through (test AConflictAheadOfTheLastRowEndsTheRun).
+bool ZipFileLists::collectNames(Run& run) {
+    const std::size_t count = state.rows.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i >= state.rows.size())
+            return false;
+        const NativePath row = state.rows[i];
+        run.names += readable(row.native()) + (i + 1 < state.rows.size() ? "," : "");
+        if (run.archive && foldedName(row.native()) == foldedName(run.archive->native())) {
+            state.rows.erase(state.rows.begin() + static_cast<std::ptrdiff_t>(i));
+            run.conflict = row;
+        }
+    }
+    return true;
+}
+
+// An archive that exists goes after a Yes, and its bytes stand under Kept. False ends the run.
+bool ZipFileLists::clearTheWay(const Run& run) {
+    if (!run.archive || !pathExists(*run.archive))
+        return true;
+    const std::string path = readable(run.archive->native());
+    if (!surroundings_.dialogs.ask("Overwrite file",
+                                   "The file " + path +
+                                       " already exists! Overwriting this zip-file may result with no history of the "
+                                       "job. Are you sure you want to overwrite the file " +
+                                       path + " ?"))
+        return false;
+    const auto kept = kept_.moveAway(*run.archive);
+    if (!kept)
+        zipError(kept.error());
+    return kept.has_value();
+}
+
+void ZipFileLists::zipError(const FileError& error) {
+    zipFailed_ = true;
+    surroundings_.dialogs.tell("Error", "An error occured : " + errorWords(error), BoxStyle::Information);
+}
+
+void ZipFileLists::writeArchive(Run& run) {
+    ZipOptions options;
+    options.password = run.password;
+    options.loop = &surroundings_.loop;
+    options.kept = &kept_;
+    options.progress = [this](double percent) { showProgress(true, percent); };
+    ZipWriter writer(run.archivePath(), options);
+    const std::vector<NativePath> rows = state.rows;  // a second press may empty the grid meanwhile
+    for (const auto& row : rows) {
+        const auto added =
+            run.archive.and_then([&](const NativePath&) { return writer.add(row, row.filename().native()); });
+        if (!added)
+            zipError(added.error());
+        if (zipFailed_)
+            break;
+    }
+    showProgress(true, 0);
+    const auto written = writer.finish();
+    showProgress(false, state.progress);
+    if (!written) {
+        zipError(written.error());
+        return;
+    }
+    if (state.retainLists)
+        return;
+    const auto equal = equalToFiles(run.archivePath(), writer.inputs(), options);
+    for (std::size_t i = 0; i < equal.size(); ++i) run.inArchive[writer.inputs()[i].file.native()] = equal[i];
+}
+
+// False when a list could not be removed, which ends the run without a word.
+bool ZipFileLists::removeLists(const Run& run) {
+    const std::vector<NativePath> rows = state.rows;
+    for (const auto& row : rows) {
+        if (!containsWithoutCase(row, installation_.paths().localPath) || !pathExists(row))
+            continue;
+        const auto inArchive = run.inArchive.find(row.native());
+        const bool safe = inArchive != run.inArchive.end() && inArchive->second;
+        if (safe ? !removeFile(row).has_value() : !kept_.moveAway(row).has_value())
+            return false;
+    }
+    return true;
+}
+
+void ZipFileLists::notify(Run& run) {
+    showBusy(true);
+    alerts_.setAckState(AckState::Pending);
+    const std::string recipient(trimRight(state.recipient()));
+    if (alerts_.isThisComputer(recipient)) {
+        surroundings_.dialogs.warn("Error", "Recipent and receiver are the same computer.");
+        run.log += " No - unable to send to same computer.";
+        return;
+    }
+    std::string subject = "File list " + state.jobId + " complete and zipped.";
+    const std::string body = "File list is complete. Location " + readable(run.archivePath().native());
+    if (alerts_.sendAlert(recipient, kAskForAcknowledgement, subject, body, 0)) {
+        alerts_.turnWhilePending();
+        run.result = "Zip process completed and notifications sent without any errors";
+        run.log += " Yes and acknowledgment received";
+    } else {
+        run.result =
+            "Zip process completed without errors. However, notifications were not acknowledged by " + recipient;
+        run.log += " Yes but no acknowledgment received";
+    }
+}
+
+void ZipFileLists::finish(Run& run) {
+    passOver(writeMessageLog(run.log, installation_, surroundings_), "messaging never fails because of its log");
+    showBusy(false);
+    surroundings_.dialogs.warn("Process complete", run.result);
+}
+
+}  // namespace quillon

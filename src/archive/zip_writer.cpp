@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "archive/zip_writer.h"
+
+#include <array>
+#include <cstring>
+
+#include <fmt/format.h>
+
+#include "archive/zip_handle.h"
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "text/list_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+bool isUtf8(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        if (!nextUtf8(text, i))
+            return false;
+    }
+    return true;
+}
+
+void onProgress(zip_t* /*archive*/, double fraction, void* state) {
+    const auto& options = *static_cast<const ZipOptions*>(state);
+    if (options.progress)
+        options.progress(fraction * 100);
+    if (options.loop != nullptr)
+        options.loop->turn();
+}
+
+// libzip asks for a cancel every few kilobytes that it writes: a place for turns of the event loop. Nothing cancels a
+// zip.
+int onPoll(zip_t* /*archive*/, void* state) {
+    const auto& options = *static_cast<const ZipOptions*>(state);
+    if (options.loop != nullptr)
+        options.loop->turn();
+    return 0;
+}
+
+Result<void> checkReadable(const NativePath& file) {
+    std::error_code error;
+    if (!pathExists(file))
+        return failure(ErrorKind::NotFound, readable(file.native()) + ": no such file");
+    if (!std::filesystem::is_regular_file(file, error))
+        return failure(ErrorKind::PermissionDenied, readable(file.native()) + ": not a regular file");
+    return File::openForReading(file).and_then([](File opened) { return opened.close(); });
+}
+
+// True when the rest of the entry and the rest of the file are the same bytes.
+bool sameBytes(zip_file_t* entry, File& file, const ZipOptions& options) {
+    std::array<char, 65536> packed;
+    std::array<char, 65536> plain;
+    while (true) {
+        const zip_int64_t count = zip_fread(entry, packed.data(), packed.size());
+        if (count < 0)
+            return false;
+        const auto wanted = static_cast<std::size_t>(count);
+        const auto got = file.read(std::as_writable_bytes(std::span(plain.data(), wanted == 0 ? 1 : wanted)));
+        if (!got || *got != wanted || std::memcmp(packed.data(), plain.data(), wanted) != 0)
+            return false;
+        if (wanted == 0)
+            return true;
+        if (options.loop != nullptr)
+            options.loop->turn();
+    }
+}
+
+// The entries of a finished archive stand in the order in which they were added.
+bool isEqual(zip_t* archive, zip_uint64_t index, const ZipInput& input, const ZipOptions& options) {
+    const char* name = zip_get_name(archive, index, ZIP_FL_ENC_RAW);
+    if (name == nullptr || input.name != name)
+        return false;
+    const char* password = options.password ? options.password->c_str() : nullptr;
+    const ZipFileHandle entry(zip_fopen_index_encrypted(archive, index, 0, password));
+    if (!entry)
+        return false;
+    auto file = File::openForReading(input.file);
+    return file && sameBytes(entry.get(), *file, options);
+}
+
+}  // namespace
+
+struct ZipWriter::Open {
+    ZipHandle handle;
+};
+
+ZipWriter::ZipWriter(NativePath archive, ZipOptions options)
+    : archive_(std::move(archive)), options_(std::move(options)) {
+}
+
+ZipWriter::~ZipWriter() {
+    open_.reset();
+    if (!temporary_.empty() && pathExists(temporary_))
+        passOver(removeFile(temporary_), "a name of a save in progress, which no listing gives");
+}
+
+Result<void> ZipWriter::openTemporary() {
+    if (open_)
+        return {};
+    temporary_ = archive_.parent_path() / temporaryName();
+    int code = 0;
+    ZipHandle handle(zip_open(temporary_.c_str(), ZIP_CREATE | ZIP_EXCL, &code));
+    if (!handle) {
+        zip_error_t error;
+        zip_error_init_with_code(&error, code);
+        auto failed = zipError(archive_, &error);
+        zip_error_fini(&error);
+        return failure(std::move(failed));
+    }
+    open_ = std::make_unique<Open>();
+    open_->handle = std::move(handle);
+    return {};
+}
+
+std::string ZipWriter::freeName(const std::string& name) const {
+    std::string free = name;
+    for (int i = 2; names_.contains(free); ++i) {
+        const NativePath path(name);
+        free = name.substr(0, name.size() - path.extension().native().size()) + fmt::format(" ({})", i) +
+               path.extension().native();
+    }
+    return free;
+}
+
+Result<void> ZipWriter::add(const NativePath& file, const std::string& name) {
+    if (auto checked = checkReadable(file); !checked)
+        return checked;
+    if (auto opened = openTemporary(); !opened)
+        return opened;
+    zip_t* zip = open_->handle.get();
+    zip_source_t* source = zip_source_file(zip, file.c_str(), 0, -1);
+    if (source == nullptr)
+        return failure(zipError(file, zip_get_error(zip)));
+    const std::string free = freeName(name);
+    const zip_int64_t index = zip_file_add(zip, free.c_str(), source, isUtf8(free) ? ZIP_FL_ENC_UTF_8 : ZIP_FL_ENC_RAW);
+    if (index < 0) {
+        zip_source_free(source);
+        return failure(zipError(file, zip_get_error(zip)));
+    }
+    if (options_.password && zip_file_set_encryption(zip, static_cast<zip_uint64_t>(index), ZIP_EM_AES_256,
+                                                     options_.password->c_str()) != 0) {
+        auto failed = zipError(file, zip_get_error(zip));
+        zip_delete(zip, static_cast<zip_uint64_t>(index));
+        return failure(std::move(failed));
+    }
+    names_.insert(free);
+    inputs_.push_back({file, free});
+    return {};
+}
+
+Result<void> ZipWriter::writeTemporary() {
+    zip_t* zip = open_->handle.get();
+    zip_register_progress_callback_with_state(zip, 0.001, &onProgress, nullptr, &options_);
+    zip_register_cancel_callback_with_state(zip, &onPoll, nullptr, &options_);
+    if (zip_close(zip) != 0)
+        return failure(zipError(archive_, zip_get_error(zip)));
+    passOver(Result<zip_t*>(open_->handle.release()), "the close has released it");
+    if (options_.progress)
+        options_.progress(100);  // libzip leaves out a last step that is below its precision
+    return File::openForAppending(temporary_).and_then([](File file) {
+        return file.sync().and_then([&file] { return file.close(); });
+    });
+}
+
+Result<void> ZipWriter::putInPlace() {
+    if (options_.kept != nullptr && pathExists(archive_)) {
+        if (const auto kept = options_.kept->copyAway(archive_); !kept)
+            return failure(kept.error());
+    }
+    auto renamed = renameFile(temporary_, archive_);
+    if (renamed)
+        syncFolder(archive_.parent_path());
+    return renamed;
+}
+
+Result<void> ZipWriter::finish() {
+    if (!open_ || inputs_.empty())
+        return {};
+    auto written = writeTemporary();
+    open_.reset();
+    return written.and_then([this] { return putInPlace(); });
+}
+
+std::vector<bool> equalToFiles(const NativePath& archive, const std::vector<ZipInput>& inputs,
+                               const ZipOptions& options) {
+    std::vector<bool> equal(inputs.size(), false);
+    const auto handle = openZip(archive);
+    if (!handle)
+        return equal;
+    for (std::size_t i = 0; i < inputs.size(); ++i) equal[i] = isEqual(handle->get(), i, inputs[i], options);
+    return equal;
+}
+
+}  // namespace quillon

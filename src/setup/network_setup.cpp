@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+#include "setup/network_setup.h"
+
+#include <fmt/format.h>
+
+#include "app/folder_structure.h"
+#include "archive/file_mask.h"
+#include "archive/zip_reader.h"
+#include "platform/folders.h"
+#include "setup/database_folder.h"
+#include "setup/folder_repair.h"
+#include "setup/shared_database.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+namespace {
+
+// The name that an exported or shared settings file has; the import looks for names that end in it.
+constexpr const char* kSharedSettingsName = "Settings.dat";
+// Looked for in the archive in any case.
+constexpr const char* kArchivedSkipList = "skiplist.dat";
+
+enum class SourceFolder { LocalSettings, Application };
+
+// The boxes that copy one file.
+struct SingleFile {
+    NetworkBoxIndex index;
+    SourceFolder from;
+    const char* sourceName;
+    const char* targetName;
+    const char* name;         // in the question
+    const char* missingText;  // no source
+    const char* failedText;
+};
+
+constexpr SingleFile kSingleFiles[] = {
+    {kCommonHeadersBox, SourceFolder::LocalSettings, kCommonHeadersFileName, kCommonHeadersFileName, "Common Headers",
+     "Unable to find common headers file", "Error copying Common Headers file."},
+    {kSettingsBox, SourceFolder::Application, kSettingsFileName, kSharedSettingsName, "Shared Settings Info",
+     "Unable to find Settings file", "Error copying settings file."},
+    {kSystemMessagesBox, SourceFolder::Application, kErrorsFileName, kErrorsFileName, "Report Messages",
+     "Unable to find report messages file", "Error copying report messages file."},
+};
+
+const SingleFile& singleFile(NetworkBoxIndex index) {
+    return kSingleFiles[index - kCommonHeadersBox];
+}
+
+}  // namespace
+
+NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, NetworkSetupHost& host)
+    : installation_(installation), surroundings_(surroundings), host_(host), kept_(installation, surroundings.clock) {
+}
+
+void NetworkSetup::setAll(bool ticked) {
+    for (std::size_t i = kMainDatabaseBox; i < kSystemMessagesBox; ++i) state.boxes[i].ticked = ticked;
+    host_.showState();
+}
+
+void NetworkSetup::copy() {
+    if (!checkFolderStructure(installation_))
+        repairFolders(installation_, surroundings_.dialogs);
+    for (std::size_t i = 0; i < kNetworkBoxCount; ++i) {
+        const auto index = static_cast<NetworkBoxIndex>(i);
+        if (!state.boxes[i].ticked)
+            continue;
+        if (index == kMainDatabaseBox)
+            copyDatabase();
+        else if (index == kSkipListBox)
+            copySkipList();
+        else
+            copySingle(index);
+    }
+}
+
+void NetworkSetup::tick(NetworkBoxIndex index, bool ticked, bool enabled) {
+    state.boxes[index].ticked = ticked;
+    state.boxes[index].enabled = enabled;
+    host_.showState();
+}
+
+bool NetworkSetup::mayReplace(const NativePath& target, const std::string& name) {
+    return !pathExists(target) ||
+           surroundings_.dialogs.ask("Overwrite file", "Do you want to overwrite the existing " + name + " file ?");
+}
+
+Result<void> NetworkSetup::copyOver(const NativePath& source, const NativePath& target) {
+    return copyKeepingOld(source, target, kept_).and_then([&target]() -> Result<void> {
+        if (!pathExists(target))
+            return failure(ErrorKind::NotFound, target.native());
+        return {};
+    });
+}
+
+void NetworkSetup::copySingle(NetworkBoxIndex index) {
+    const SingleFile& file = singleFile(index);
+    const Paths& paths = installation_.paths();
+    const NativePath from = file.from == SourceFolder::Application ? installation_.appFolder() : paths.localSettings;
+    const NativePath target = paths.sharedSettings / file.targetName;
+    if (!mayReplace(target, file.name)) {
+        tick(index, false);
+        return;
+    }
+    if (!pathExists(from / file.sourceName))
+        warn(file.missingText);
+    else if (copyOver(from / file.sourceName, target))
+        tick(index, false);
+    else
+        warn(file.failedText);
+}
+
+void NetworkSetup::copySkipList() {
+    const Paths& paths = installation_.paths();
+    const NativePath source = paths.localSettings / kSkipListFileName;
+    const NativePath target = paths.sharedSettings / kSkipListFileName;
+    if (!mayReplace(target, "Skiplist")) {
+        tick(kSkipListBox, false);
+        return;
+    }
+    if (!pathExists(source))
+        extractSkipList(target);
+    else if (copyOver(source, target))
+        tick(kSkipListBox, false);
+    else
+        warn("Error copying settings file.");  // the same words as for the settings
+}
+
+void NetworkSetup::extractSkipList(const NativePath& target) {
+    const NativePath archive = installation_.defaultDatabasePath();
+    if (!pathExists(archive)) {
+        warn("Unable to find the skip list.");
+        tick(kSkipListBox, false, false);
+        return;
+    }
+    std::string names;
+    if (const auto listed = listArchive(archive)) {
+        for (const auto& name : *listed) names += foldedName(name) + "\r\n";
+    }
+    if (names.find(kArchivedSkipList) == std::string::npos) {
+        warn("Unable to find skiplist in default database zip file");
+        tick(kSkipListBox, false, false);
+        return;
+    }
+    ExtractOptions options;
+    options.mask = kArchivedSkipList;
+    options.useFolders = false;
+    options.kept = &kept_;
+    if (extractArchive(archive, installation_.paths().sharedSettings, options) && pathExists(target))
+        tick(kSkipListBox, false);
+    else
+        warn("Error decompressing default skiplist");
+}
+
+void NetworkSetup::copyDatabase() {
+    const Paths& paths = installation_.paths();
+    const DatabaseFolder shared(paths.sharedDatabase);
+    if (!databaseFiles(paths.sharedDatabase).empty() &&
+        !surroundings_.dialogs.ask("Overwrite shared DB?",
+                                   "A database aready exists in the target folder. Do you want to overwrite the "
+                                   "existing database?")) {
+        tick(kMainDatabaseBox, false);
+        return;
+    }
+    const auto names = databaseFiles(paths.localDatabase);
+    const auto total = static_cast<std::int64_t>(names.size());
+    std::int64_t number = 0;
+    Result<void> trapped;
+    for (const auto& name : names) {
+        state.progress = "Copying file " + plainNumber(++number) + " of " + plainNumber(total);
+        host_.showState();
+        if (auto copied = copyKeepingOld(paths.localDatabase / name, shared.pathOf(name), kept_); !copied)
+            trapped = copied;
+        surroundings_.loop.turn();
+    }
+    tick(kMainDatabaseBox, false);
+    if (!trapped)
+        surroundings_.dialogs.tell(kProgramTitle, fmt::format("{} {}", trapped.error().number(), trapped.error().text));
+}
+
+}  // namespace quillon

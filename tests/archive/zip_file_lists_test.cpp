@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+// The screen's grid, boxes and buttons ahead of a run.
+#include "archive/zip_file_lists.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "archive/zip_screen.h"
+
+namespace quillon::test {
+namespace {
+
+using testing::ElementsAre;
+
+class ZipFileListsTest : public testing::Test, public ZipScreen {};
+
+TEST_F(ZipFileListsTest, LoadFillsTheGridWithTheListsOfTheJob) {
+    lists.state.showCompany = true;
+    open();
+    EXPECT_THAT(lists.state.rows,
+                ElementsAre(folder / "local/1234-Partition 1.csv", folder / "local/1234-Partition 2.csv"));
+    EXPECT_FALSE(lists.state.showCompany);
+    EXPECT_FALSE(lists.state.retainLists);
+    EXPECT_FALSE(lists.state.progressVisible);
+}
+
+TEST_F(ZipFileListsTest, AStoredRecipientIsAddedAndChosen) {
+    installation.settings.zipRecipient.assign(PageText{"DESK2"});
+    open();
+    EXPECT_THAT(lists.state.recipients, ElementsAre("Query", "DESK2"));
+    EXPECT_EQ(lists.state.recipientIndex, 1);
+    EXPECT_EQ(lists.state.recipient(), "DESK2");
+    EXPECT_TRUE(lists.state.testEnabled);
+}
+
+TEST_F(ZipFileListsTest, QueryAsStoredRecipientStandsOnTheFirstItem) {
+    open();
+    EXPECT_THAT(lists.state.recipients, ElementsAre("Query"));
+    EXPECT_EQ(lists.state.recipientIndex, 0);
+    EXPECT_FALSE(lists.state.testEnabled);
+}
+
+TEST_F(ZipFileListsTest, AnEmptyRecipientStandsOnASecondItem) {
+    installation.settings.zipRecipient.assign(PageText{""});
+    open();
+    EXPECT_THAT(lists.state.recipients, ElementsAre("Query", ""));
+    EXPECT_EQ(lists.state.recipientIndex, 1);
+    EXPECT_TRUE(lists.state.testEnabled);
+    installation.settings.zipRecipient.assign(PageText{"LAB7"});
+    lists.reload();
+    EXPECT_EQ(lists.state.recipient(), "LAB7");
+}
+
+TEST_F(ZipFileListsTest, ReloadBringsTheListsBack) {
+    open();
+    lists.state.rows.clear();
+    lists.reload();
+    EXPECT_EQ(lists.state.rows.size(), 2U);
+}
+
+TEST_F(ZipFileListsTest, IgnoreSeparatorLoadsAFilledGridAnew) {
+    folder.write("local/12345.csv", "");
+    open();
+    lists.setIgnoreSeparator(true);
+    EXPECT_EQ(lists.state.rows.size(), 3U);
+    lists.state.rows.clear();
+    lists.setIgnoreSeparator(false);
+    EXPECT_TRUE(lists.state.rows.empty());
+    EXPECT_FALSE(lists.state.ignoreSeparator);
+}
+
+TEST_F(ZipFileListsTest, APasswordTicksRetainAndNoTextLeavesIt) {
+    open();
+    lists.setPassword("x");
+    EXPECT_TRUE(lists.state.retainLists);
+    lists.setPassword("");
+    EXPECT_TRUE(lists.state.retainLists);
+}
+
+TEST_F(ZipFileListsTest, FilesAreAddedOnceWithoutRegardToCase) {
+    open();
+    fake.dialogs.expectFiles("Add files to zip", {folder / "notes.txt", folder / "local/1234-PARTITION 2.CSV"});
+    lists.addFiles();
+    EXPECT_EQ(lists.state.rows.size(), 3U);
+    EXPECT_EQ(lists.state.rows.back(), folder / "notes.txt");
+    EXPECT_EQ(lists.state.selectedRow, 1U);
+    EXPECT_EQ(screen.beeps, 1);
+    EXPECT_EQ(fake.dialogs.lastPick().startFolder, folder / "local");
+    EXPECT_TRUE(fake.dialogs.lastPick().multiple);
+}
+
+TEST_F(ZipFileListsTest, ACancelledPickChangesNothing) {
+    open();
+    fake.dialogs.expectFiles("Add files to zip", {});
+    lists.addFiles();
+    EXPECT_EQ(lists.state.rows.size(), 2U);
+}
+
+TEST_F(ZipFileListsTest, ADoubleClickRemovesARowAfterYes) {
+    open();
+    const std::string text = "Remove file " + path("local/1234-Partition 1.csv") + "? ";
+    fake.dialogs.expectBox("Remove file", text, BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
+    lists.removeRow(0);
+    EXPECT_EQ(lists.state.rows.size(), 2U);
+    fake.dialogs.expectBox("Remove file", text, BoxAnswer::Yes);
+    lists.removeRow(0);
+    EXPECT_THAT(lists.state.rows, ElementsAre(folder / "local/1234-Partition 2.csv"));
+    lists.removeRow(7);
+    EXPECT_TRUE(exists("local/1234-Partition 1.csv"));
+}
+
+TEST_F(ZipFileListsTest, AnotherDestinationLastsForThisRunOfTheProgram) {
+    fake.dialogs.expectFolder("Change zip path", folder / "other/deep");
+    fake.dialogs.expectBox("Change archive location", "Do you want to make these changes permanent ?", BoxAnswer::No,
+                           BoxStyle::Question, BoxButtons::YesNo);
+    lists.changeDestination();
+    EXPECT_EQ(fake.dialogs.lastStart(), folder / "zips");
+    EXPECT_EQ(installation.paths().zipPath, folder / "other/deep");
+    EXPECT_TRUE(exists("other/deep"));
+    EXPECT_EQ(installation.settings.zipPath.trimmed().bytes, path("zips"));
+    EXPECT_FALSE(exists("app/settings.dat"));
+}
+
+TEST_F(ZipFileListsTest, APermanentDestinationIsSaved) {
+    fake.dialogs.expectFolder("Change zip path", folder / "other");
+    fake.dialogs.expectBox("Change archive location", "Do you want to make these changes permanent ?", BoxAnswer::Yes);
+    lists.changeDestination();
+    Installation loaded(folder / "app");
+    ASSERT_TRUE(loaded.loadSettingsRecord().has_value());
+    EXPECT_EQ(loaded.paths().zipPath, folder / "other");
+}
+
+TEST_F(ZipFileListsTest, AnEmptyChoiceGivesArchivesBelowTheLocalPath) {
+    fake.dialogs.expectFolder("Change zip path", std::nullopt);
+    fake.dialogs.expectBox("Change archive location", "Do you want to make these changes permanent ?", BoxAnswer::No);
+    lists.changeDestination();
+    EXPECT_EQ(installation.paths().zipPath, folder / "local/Archives");
+    EXPECT_TRUE(exists("local/Archives"));
+}
+
+}  // namespace
+}  // namespace quillon::test
