@@ -69,7 +69,7 @@ public:
                 leave();
             }
         }
-        events.arrived = open_ && !told_ && !arrived_.empty();
+        events.arrived = announces && open_ && !told_ && !arrived_.empty();
         told_ = told_ || events.arrived;
         return events;
     }
@@ -81,6 +81,7 @@ public:
     }
     void open() { open_ = true; }
 
+    bool announces = true;  ///< false: what arrives is never told, but can be taken
     std::string remoteHost;
     std::int32_t remotePort = 0;
     std::int32_t localPort = 0;

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "messaging/recipient_query.h"
+
+#include <gmock/gmock.h>
+
+#include "support/fake_surroundings.h"
+
+namespace quillon {
+namespace {
+
+using testing::ElementsAre;
+
+class FixedNetwork final : public NetworkProvider {
+public:
+    Result<std::vector<NetworkResource>> enumerate(const NetworkResource* container, std::uint32_t,
+                                                   std::chrono::steady_clock::time_point) override {
+        if (container != nullptr)
+            return servers;
+        return std::vector{NetworkResource{DisplayType::Network, kUsageContainer, "net"}};
+    }
+    std::vector<NetworkResource> servers;
+};
+
+class RecordingQueryHost final : public RecipientQueryHost {
+public:
+    void enableQueryButton(bool enabled) override { steps.emplace_back(enabled ? "enable" : "disable"); }
+    void setQueryButtonCaption(const std::string& caption) override { steps.push_back("caption " + caption); }
+    void showBusyPointer(bool busy) override { steps.emplace_back(busy ? "hourglass" : "pointer"); }
+    void showQueryStatus(const std::string& text) override { steps.push_back("status \"" + text + "\""); }
+    void setRecipients(const std::vector<std::string>& newItems, bool enabled) override {
+        steps.emplace_back(enabled ? "items" : "items, box disabled");
+        items = newItems;
+    }
+
+    std::vector<std::string> steps;
+    std::vector<std::string> items;
+};
+
+class RecipientQuery : public testing::Test {
+protected:
+    void run(AlertScreen screen) {
+        CNetworkEnum network(provider, loop);
+        queryRecipients(screen, network, host);
+    }
+    void twoComputers() {
+        provider->servers = {{DisplayType::Server, 0, "\\\\LAB7"}, {DisplayType::Server, 0, "\\\\DESK2"}};
+    }
+
+    test::CountingLoop loop;
+    std::shared_ptr<FixedNetwork> provider = std::make_shared<FixedNetwork>();
+    RecordingQueryHost host;
+};
+
+TEST_F(RecipientQuery, TheItemsArePleaseSelectAndTheNamesThisComputersOwnIncluded) {
+    twoComputers();
+    run(AlertScreen::Main);
+    EXPECT_THAT(host.items, ElementsAre("Please Select", "LAB7", "DESK2"));
+}
+
+TEST_F(RecipientQuery, WithoutServersTheBoxIsDisabledAndSaysSo) {
+    run(AlertScreen::Main);
+    EXPECT_THAT(host.items, ElementsAre("No Computers Found"));
+    EXPECT_THAT(host.steps, ElementsAre("disable", "hourglass", "items, box disabled", "pointer", "enable"));
+}
+
+TEST_F(RecipientQuery, TheMainWindowDisablesItsButtonMeanwhile) {
+    twoComputers();
+    run(AlertScreen::Main);
+    EXPECT_THAT(host.steps, ElementsAre("disable", "hourglass", "items", "pointer", "enable"));
+}
+
+TEST_F(RecipientQuery, TheZipScreenLeavesItsButton) {
+    twoComputers();
+    run(AlertScreen::Zip);
+    EXPECT_THAT(host.steps, ElementsAre("hourglass", "items", "pointer"));
+}
+
+TEST_F(RecipientQuery, TheWizardShowsAStatusAndItsButtonWaitsForAChoice) {
+    twoComputers();
+    run(AlertScreen::SetupWizard);
+    EXPECT_THAT(host.steps,
+                ElementsAre("disable", "hourglass", "status \"Querying computers on the network, please wait ...\"",
+                            "items", "pointer", "caption Test", "status \"\"", "disable"));
+}
+
+TEST_F(RecipientQuery, WithoutServersTheWizardsButtonQueriesAgain) {
+    run(AlertScreen::SetupWizard);
+    EXPECT_THAT(host.steps,
+                ElementsAre("disable", "hourglass", "status \"Querying computers on the network, please wait ...\"",
+                            "items, box disabled", "pointer", "caption Query", "status \"\"", "enable"));
+}
+
+TEST_F(RecipientQuery, TheWizardsButtonFollowsTheSelectedItem) {
+    EXPECT_EQ(recipientButtonFor("Query"), (RecipientButton{"Query", true}));
+    EXPECT_EQ(recipientButtonFor("Please Select"), (RecipientButton{"Test", false}));
+    EXPECT_EQ(recipientButtonFor("DESK2"), (RecipientButton{"Test", true}));
+    EXPECT_EQ(recipientButtonFor("query"), (RecipientButton{"Test", true}));
+}
+
+TEST(RecipientItems, TheEmptyElementBehindTheLastCommaFallsAway) {
+    EXPECT_THAT(recipientItems("\\\\A,\\\\B,"), ElementsAre("Please Select", "A", "B"));
+}
+
+TEST(RecipientItems, BlankElementsAreLeftOutAndOthersStandAsTheyAre) {
+    EXPECT_THAT(recipientItems("\\\\A ,  ,,\\\\ B,"), ElementsAre("Please Select", "A ", " B"));
+}
+
+TEST(RecipientItems, ACommaInANameSplitsIt) {
+    EXPECT_THAT(recipientItems("\\\\A,B,"), ElementsAre("Please Select", "A", "B"));
+}
+
+TEST(RecipientItems, NoTextGivesNoComputers) {
+    EXPECT_THAT(recipientItems(""), ElementsAre("No Computers Found"));
+}
+
+}  // namespace
+}  // namespace quillon

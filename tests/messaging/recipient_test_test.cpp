@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: MIT
+#include "messaging/recipient_test.h"
+
+#include <gmock/gmock.h>
+
+#include "messaging/exchange_fixture.h"
+#include "platform/folders.h"
+
+namespace quillon {
+namespace {
+
+using testing::ElementsAre;
+
+class RecordingTestHost final : public RecipientTestHost {
+public:
+    void enableTestButton(bool enabled) override { steps.emplace_back(enabled ? "enable" : "disable"); }
+    void showBusyPointer(bool busy) override { steps.emplace_back(busy ? "hourglass" : "pointer"); }
+    void showTestStatus(const std::string& text) override { steps.push_back("status \"" + text + "\""); }
+
+    std::vector<std::string> steps;
+};
+
+class RecipientTest : public test::ExchangeFixture {
+protected:
+    RecipientTest() {
+        std::filesystem::create_directories(folder.path() / "app");
+        installation.settings.alertRecipient.assign(toPage("OLD1"));
+        installation.settings.zipRecipient.assign(toPage("OLD2"));
+    }
+    void run(const std::string& name, RecipientField field = RecipientField::None) {
+        testRecipient(name, field, *exchange, installation, around.surroundings, host);
+    }
+    void answer() { arriveInTurn(1, client, test::kAck); }
+    void expectNoConnection(const std::string& name) {
+        around.dialogs.expectBox(
+            "Communication error",
+            "Unable to connect to computer " + name +
+                "\r\nThe problem is one of the following\r\n\r\n1 The computer is turned off.\r\n2 "
+                "The ZOV Messaging software is not installed on the remote computer.\r\n3 The "
+                "Remote computer is listening on the wrong port.\r\n4 The Remote computer's "
+                "firewall is blocking communication.\r\n5 This computer's firewall is not "
+                "allowing messages to be sent.\r\n",
+            BoxAnswer::Ok, BoxStyle::Warning);
+    }
+    void expectSaveQuestion(BoxAnswer reply) {
+        around.dialogs.expectBox("Save as default?",
+                                 "Message sent and acknowledgement received. Do you want to save DESK2 to receive all "
+                                 "future messages from this computer ?",
+                                 reply, BoxStyle::Question, BoxButtons::YesNo);
+    }
+    std::string stored(const FixedText<kSettingsTextBytes>& field) const { return field.trimmed().bytes; }
+    AppSettings saved() const { return decodeSettings(folder.read("app/settings.dat")); }
+    bool isSaved() const { return pathExists(folder.path() / "app/settings.dat"); }
+
+    RecordingTestHost host;
+};
+
+TEST_F(RecipientTest, SendsTheTestTexts) {
+    use(AlertScreen::SetupWizard);
+    answer();
+    expectSaveQuestion(BoxAnswer::No);
+    run("DESK2", RecipientField::Alert);
+    ASSERT_EQ(server.sent.size(), 1U);
+    EXPECT_EQ(server.sent[0],
+              "LAB7\xFF 1\xFFTest from quillon system\xFF"
+              "Future messages can be viewed here.\xFF"
+              "0");
+}
+
+TEST_F(RecipientTest, TheMainWindowDisablesItsButtonAndShowsTheHourglass) {
+    answer();
+    expectSaveQuestion(BoxAnswer::No);
+    run("DESK2");
+    EXPECT_THAT(host.steps, ElementsAre("disable", "hourglass", "pointer", "enable"));
+}
+
+TEST_F(RecipientTest, TheZipScreenLeavesItsButtonUsableMeanwhile) {
+    use(AlertScreen::Zip);
+    answer();
+    expectSaveQuestion(BoxAnswer::No);
+    run("DESK2", kZipScreenRecipient);
+    EXPECT_THAT(host.steps, ElementsAre("hourglass", "pointer", "enable"));
+}
+
+TEST_F(RecipientTest, TheWizardClosesItsSocketsAndShowsAStatus) {
+    use(AlertScreen::SetupWizard);
+    client.open();
+    server.open();
+    answer();
+    expectSaveQuestion(BoxAnswer::No);
+    run("DESK2", RecipientField::Alert);
+    EXPECT_THAT(host.steps, ElementsAre("status \"Testing network messaging, please wait ... \"", "disable",
+                                        "hourglass", "pointer", "enable", "status \"\""));
+    EXPECT_EQ(journal[0], "server.Close");
+    EXPECT_EQ(journal[1], "client.Close");
+}
+
+TEST_F(RecipientTest, SilenceIsToldWithTheFiveReasons) {
+    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(screen);
+        tickPerTurn(1000);
+        expectNoConnection("DESK2");
+        run("DESK2");
+    }
+    EXPECT_FALSE(isSaved());
+}
+
+TEST_F(RecipientTest, AnOlderStateIsClearedFirst) {
+    use(AlertScreen::SetupWizard);
+    exchange->setAckState(AckState::Pending);
+    tickPerTurn(1000);
+    expectNoConnection("DESK2");
+    run("DESK2");
+}
+
+TEST_F(RecipientTest, ThisComputerIsRefusedOnTheZipScreenAndTheWizard) {
+    for (const AlertScreen screen : {AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(screen);
+        around.dialogs.expectBox("UDP Conflict", "Unable to send messages to computer with same name.", BoxAnswer::Ok,
+                                 BoxStyle::Plain);
+        run("lab7");
+    }
+    EXPECT_TRUE(server.sent.empty());
+    EXPECT_EQ(host.steps.back(), "status \"\"");
+    EXPECT_EQ(*(host.steps.end() - 2), "enable");
+}
+
+TEST_F(RecipientTest, TheMainWindowSendsToThisComputerAndHearsItselfInVain) {
+    around.loop.onTurn = [this](int turn) {
+        if (turn == 1)
+            client.arrive(server.sent.at(0));
+    };
+    expectNoConnection("LAB7");
+    run("LAB7");
+    EXPECT_EQ(around.loop.turns, 1) << "its own datagram ends the wait at once";
+}
+
+TEST_F(RecipientTest, NoKeepsEverything) {
+    answer();
+    expectSaveQuestion(BoxAnswer::No);
+    run("DESK2", RecipientField::Alert);
+    EXPECT_EQ(stored(installation.settings.alertRecipient), "OLD1");
+    EXPECT_FALSE(isSaved());
+}
+
+TEST_F(RecipientTest, TheMainWindowSavesWithoutAChange) {
+    answer();
+    expectSaveQuestion(BoxAnswer::Yes);
+    run("DESK2", RecipientField::None);
+    EXPECT_EQ(stored(saved().alertRecipient), "OLD1");
+    EXPECT_EQ(stored(saved().zipRecipient), "OLD2");
+}
+
+TEST_F(RecipientTest, TheZipScreenStoresTheRecipientOfTheMainWindow) {
+    use(AlertScreen::Zip);
+    answer();
+    expectSaveQuestion(BoxAnswer::Yes);
+    run("DESK2", kZipScreenRecipient);
+    EXPECT_EQ(stored(saved().alertRecipient), "DESK2");
+    EXPECT_EQ(stored(saved().zipRecipient), "OLD2");
+}
+
+TEST_F(RecipientTest, TheWizardsSecondBoxStoresTheZipRecipient) {
+    use(AlertScreen::SetupWizard);
+    answer();
+    expectSaveQuestion(BoxAnswer::Yes);
+    run("DESK2", RecipientField::Zip);
+    EXPECT_EQ(stored(saved().alertRecipient), "OLD1");
+    EXPECT_EQ(stored(saved().zipRecipient), "DESK2");
+}
+
+TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheWizardWarnsAndAsksToSave) {
+    use(AlertScreen::SetupWizard);
+    client.bindError = FileError{ErrorKind::AddressInUse, "Address in use"};
+    around.dialogs.expectBox("Warning",
+                             "The return message may have been intercepted by ZOV - Messenger or another application "
+                             "set to use the same port.",
+                             BoxAnswer::Ok, BoxStyle::Information);
+    around.dialogs.expectBox("Save as default?",
+                             "Do you want to save DESK2 to receive all future messages from this computer ?",
+                             BoxAnswer::Yes, BoxStyle::Question);
+    run("DESK2", RecipientField::Alert);
+    EXPECT_EQ(stored(saved().alertRecipient), "DESK2");
+}
+
+TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheOtherScreensTellACommunicationError) {
+    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip}) {
+        use(screen);
+        client.bindError = FileError{ErrorKind::AddressInUse, "Address in use"};
+        tickPerTurn(1000);
+        expectNoConnection("DESK2");
+        run("DESK2");
+    }
+}
+
+// Something on the source port ended the wait and left the state as it was.
+TEST_F(RecipientTest, ATestThatWasSentButNotAnsweredTellsTheErrorOnTheZipScreenAndTheWizard) {
+    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(screen);
+        client.announces = false;
+        around.loop.turns = 0;
+        around.loop.onTurn = [this](int turn) {
+            if (turn != 1)
+                return;
+            exchange->setAckState(AckState::Pending);
+            client.arrive("text");
+            server.arrive("never read");
+        };
+        if (screen != AlertScreen::Main) {
+            around.dialogs.expectBox(
+                "Error",
+                "Unable to send test message. The system returned the following error code : " +
+                    std::string(screen == AlertScreen::Zip ? "0" : "") +
+                    "\r\nIf this system is running the ZOV-Messenger, then this machine will be unable to send "
+                    "messages "
+                    "as the ports it needs to send data are listening for data coming from other machines.",
+                BoxAnswer::Ok, BoxStyle::Warning);
+        }
+        run("DESK2");
+    }
+}
+
+}  // namespace
+}  // namespace quillon
