@@ -34,7 +34,7 @@ public:
     /// Takes the first N bytes of the text and fills up with blanks.
     void assign(const PageText& text) {
         bytes_.fill(' ');
-        std::copy_n(text.bytes.begin(), std::min(text.bytes.size(), N), bytes_.begin());
+        text.bytes.copy(bytes_.data(), N);
     }
     [[nodiscard]] std::string_view raw() const { return {bytes_.data(), N}; }
     void setRaw(std::string_view bytes) { std::copy_n(bytes.begin(), N, bytes_.begin()); }
