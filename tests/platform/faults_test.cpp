@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: MIT
+// Saves, copies and moves that are killed or fail at every single system call that changes something: what is left is
+// the old bytes or the new ones, and a failure is reported. The calls are made to fail by strace; without it, or where
+// it may not trace, this program says so and counts as skipped.
+#include <array>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
+
+#include "app/settings.h"
+#include "platform/folders.h"
+#include "platform/posix_files.h"
+#include "platform/whole_file.h"
+#include "support/temp_folder.h"
+
+namespace quillon {
+namespace {
+
+using test::TempFolder;
+
+constexpr int kKilled = 128 + 9;
+
+std::string probe;  // the path of quillon_fault_probe, from the command line
+
+// Every call that changes a file system, as far as the program may use it.
+const char* const kChanging =
+    "write,pwrite64,writev,fsync,fdatasync,rename,renameat,renameat2,ftruncate,chmod,fchmod,fchmodat,unlink,unlinkat,"
+    "utimensat,copy_file_range,sendfile,mkdir,mkdirat";
+
+// What a shell would say: the exit status, or 128 and the signal.
+int run(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+// A leak check cannot run in a traced process.
+std::string traced(const std::string& options, const std::string& arguments) {
+    return "exec env ASAN_OPTIONS=detect_leaks=0 strace -qq -o /dev/null " + options + " " + probe + " " + arguments;
+}
+
+// How often an undisturbed run makes each of these calls.
+std::map<std::string, int> callsOf(const TempFolder& temp, const std::string& calls, const std::string& arguments) {
+    const std::string log = (temp / "strace.log").native();
+    EXPECT_EQ(run("exec env ASAN_OPTIONS=detect_leaks=0 strace -qq -o '" + log + "' -e signal=none -e trace=" + calls +
+                  " " + probe + " " + arguments),
+              0);
+    std::map<std::string, int> counts;
+    const std::string text = readWholeFile(log).value_or("");
+    for (std::size_t at = 0; at < text.size();) {
+        ++counts[text.substr(at, text.find('(', at) - at)];
+        at = text.find('\n', at);
+        at = at == text.npos ? text.size() : at + 1;
+    }
+    passOver(removeFile(log), "it lies in a temporary folder");
+    return counts;
+}
+
+// One kind of work with its expectations.
+struct Work {
+    std::string arguments;
+    std::function<void()> prepare;
+    std::function<bool()> oldStands;
+    std::function<bool()> newStands;
+};
+
+void expectOldOrNew(const Work& work, int status, const std::string& fault) {
+    const bool isOld = work.oldStands();
+    const bool isNew = work.newStands();
+    if (status == 0)
+        EXPECT_TRUE(isNew) << fault << ": said to be done, but it is not";
+    else if (status == kKilled)
+        EXPECT_TRUE(isOld || isNew) << fault << ": neither the old bytes nor the new ones";
+    else
+        EXPECT_TRUE(isOld) << fault << ": reported with status " << status << ", but the old bytes are gone";
+}
+
+void disturb(const TempFolder& temp, const Work& work, const std::string& always = "") {
+    work.prepare();
+    const auto counts = callsOf(temp, kChanging, work.arguments);
+    int runs = 0;
+    for (const auto& [call, count] : counts) {
+        for (int i = 1; i <= count + (always.empty() ? 0 : 3); ++i) {
+            if (always.find(call) != std::string::npos)
+                continue;
+            const std::string at = ":when=" + std::to_string(i);
+            for (const auto& how : {":signal=KILL" + at, ":error=ENOSPC" + at, ":error=EIO" + at + "+"}) {
+                const std::string fault = always + " -e inject=" + call + how;
+                work.prepare();
+                expectOldOrNew(work, run(traced(fault, work.arguments)), fault);
+                ++runs;
+            }
+        }
+    }
+    EXPECT_GE(runs, 3) << "no call was disturbed";
+}
+
+class Faults : public testing::Test {
+protected:
+    // Work that turns the file `name` from old bytes into new ones.
+    [[nodiscard]] Work changing(const std::string& what, const std::string& name, const std::string& oldBytes,
+                                const std::string& newBytes) {
+        Work work;
+        work.arguments = what;
+        work.prepare = [this, name, oldBytes] { temp.write(name, oldBytes); };
+        work.oldStands = [this, name, oldBytes] { return temp.read(name) == oldBytes; };
+        work.newStands = [this, name, newBytes] { return temp.read(name) == newBytes; };
+        return work;
+    }
+    [[nodiscard]] std::string path(const std::string& name) const { return "'" + (temp / name).native() + "'"; }
+
+    TempFolder temp;
+};
+
+TEST_F(Faults, ASettingsSaveLeavesTheOldOrTheNewRecord) {
+    AppSettings old;
+    old.alertSourcePort = 12020;
+    old.alertListenPort = 12021;
+    old.localPath.assign(PageText{"/data"});
+    AppSettings changed = old;
+    changed.alertRecipient.assign(PageText{"LAB8"});
+    disturb(temp, changing("settings " + path("."), "settings.dat", encodeSettings(old), encodeSettings(changed)));
+}
+
+TEST_F(Faults, ATermFileSaveLeavesTheOldOrTheNewTerms) {
+    const auto work = changing("term " + path("root/Database/jpg.dat"), "root/Database/jpg.dat", "1,4A464946,H\r\n",
+                               "1,FFD8FF,H\r\n0,JFIF,T\r\n");
+    disturb(temp, work);
+    EXPECT_EQ(listFiles(temp / "root/Database").value(), std::vector<std::string>{"jpg.dat"})
+        << "no save that died is listed among the data files";
+}
+
+TEST_F(Faults, ASaveOfAListLeavesTheOldOrTheNewRows) {
+    disturb(temp, changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes"));
+}
+
+// A share that refuses every rename: the bytes go into the file that is there. A machine that dies in the middle of it
+// leaves the new bytes in the temporary file.
+TEST_F(Faults, ASaveInPlaceLosesNothing) {
+    Work work = changing("save " + path("data/7.csv"), "data/7.csv", "old bytes, and more of them", "new bytes");
+    const auto targetIsNew = work.newStands;
+    work.newStands = [this, targetIsNew] {
+        bool found = targetIsNew();
+        const auto names = listEntries(temp / "data").value_or(std::vector<std::string>());
+        for (const auto& name : names)
+            found = found || (isTemporaryName(name) && temp.read("data/" + name) == "new bytes");
+        return found;
+    };
+    work.prepare = [this] {
+        std::filesystem::remove_all(temp / "data");
+        temp.write("data/7.csv", "old bytes, and more of them");
+    };
+    disturb(temp, work, "-e inject=rename:error=EACCES");
+}
+
+TEST_F(Faults, ARefusedRenameStillSaves) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
+    work.prepare();
+    EXPECT_EQ(run(traced("-e inject=rename:error=EACCES", work.arguments)), 0);
+    EXPECT_TRUE(work.newStands());
+    EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
+}
+
+TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old", "new bytes");
+    for (const char* call : {"write", "fsync", "close:when=20+", "chmod"}) {
+        work.prepare();
+        run(traced(std::string("-e inject=") + call + ":error=EIO", work.arguments));
+        EXPECT_EQ(test::namesIn(temp.path()), "7.csv") << call;
+    }
+}
+
+// Descriptors that cannot be had and closes that fail, also those of the start of the program.
+TEST_F(Faults, AFailedOpenOrCloseIsReported) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes", "new bytes");
+    work.prepare();
+    for (const auto& [call, count] : callsOf(temp, "openat,close", work.arguments)) {
+        for (int i = 1; i <= count; ++i) {
+            const std::string fault = "-e inject=" + call + ":error=EIO:when=" + std::to_string(i);
+            work.prepare();
+            expectOldOrNew(work, run(traced(fault, work.arguments) + " 2>/dev/null"), fault);
+        }
+    }
+}
+
+TEST_F(Faults, AnAppendIsThereWholeOrNotAtAll) {
+    disturb(temp, changing("append " + path("log.dat"), "log.dat", "old row\r\n", "old row\r\nnew row\r\n"));
+}
+
+TEST_F(Faults, ACopyLeavesTheOlderTargetOrTheWholeNewOne) {
+    std::string bytes;
+    for (int i = 0; bytes.size() < 300000; ++i) bytes += std::to_string(i) + ",";
+    temp.write("source", bytes);
+    const auto work = changing("copy " + path("source") + " " + path("to/a"), "to/a", "older target", bytes);
+    disturb(temp, work);
+    disturb(temp, work, "-e inject=copy_file_range:error=EXDEV");
+}
+
+TEST_F(Faults, AReadErrorOfTheSourceLeavesTheOlderTarget) {
+    temp.write("source", std::string(700000, 's'));
+    const Work work =
+        changing("copy " + path("source") + " " + path("to/a"), "to/a", "older target", std::string(700000, 's'));
+    work.prepare();
+    EXPECT_EQ(run(traced("-P " + path("source") + " -e inject=copy_file_range,read:error=EIO", work.arguments)), 3);
+    EXPECT_TRUE(work.oldStands());
+    EXPECT_EQ(test::namesIn(temp / "to"), "a");
+}
+
+// Moved by a rename, and where that is another volume, copied first: the bytes stand at one of the two places.
+TEST_F(Faults, AMoveUnderKeptNeverLosesTheBytes) {
+    Work work;
+    work.arguments = "keep " + path("root") + " " + path("root/7.csv");
+    work.prepare = [this] {
+        std::filesystem::remove_all(temp / "root");
+        temp.write("root/7.csv", "the only bytes");
+    };
+    work.oldStands = [this] { return pathExists(temp / "root/7.csv") && temp.read("root/7.csv") == "the only bytes"; };
+    work.newStands = [this] {
+        if (!pathExists(temp / "root/Kept"))
+            return false;
+        for (const auto& moment : std::filesystem::directory_iterator(temp / "root/Kept")) {
+            if (readWholeFile(moment.path() / "7.csv").value_or("") == "the only bytes")
+                return true;
+        }
+        return false;
+    };
+    disturb(temp, work);
+    disturb(temp, work, "-e inject=rename:error=EXDEV");
+}
+
+}  // namespace
+}  // namespace quillon
+
+int main(int count, char* arguments[]) {
+    testing::InitGoogleTest(&count, arguments);
+    if (count != 2) {
+        std::cerr << "Usage: " << arguments[0] << " PROBE\n";
+        return 2;
+    }
+    quillon::probe = "'" + std::string(arguments[1]) + "'";
+    constexpr int skipped = 77;
+    if (quillon::run("strace -qq -o /dev/null -e inject=getcwd:error=EIO true >/dev/null 2>&1") != 0) {
+        std::cout << "Skipped: strace is missing or may not trace here\n";
+        return skipped;
+    }
+    return RUN_ALL_TESTS();
+}
