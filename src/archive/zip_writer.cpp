@@ -158,7 +158,7 @@ Result<void> ZipWriter::writeTemporary() {
     zip_register_cancel_callback_with_state(zip, &onPoll, nullptr, &options_);
     if (zip_close(zip) != 0)
         return failure(zipError(archive_, zip_get_error(zip)));
-    passOver(Result<zip_t*>(open_->handle.release()), "the close has released it");
+    [[maybe_unused]] const zip_t* freed = open_->handle.release();  // by the close
     if (options_.progress)
         options_.progress(100);  // libzip leaves out a last step that is below its precision
     return File::openForAppending(temporary_).and_then([](File file) {

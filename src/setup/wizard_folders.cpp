@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: MIT
+// The wizard's steps that create folders and unpack the default database: local paths and shared path.
+#include "app/folder_structure.h"
+#include "platform/folders.h"
+#include "setup/database_backup.h"
+#include "setup/database_folder.h"
+#include "setup/wizard.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kNoDefaultDatabase = "Unable to find default Databases, please re-install the application.";
+
+// Runs a step unless one is running: the event loop is turned meanwhile, and a press on a button may come in.
+template <typename Step>
+void runOnce(bool& running, Step step) {
+    if (running)
+        return;
+    running = true;
+    step();
+    running = false;
+}
+
+// A path that is not absolute, as an imported record may hold, has no place of its own.
+bool existsOrCreated(const NativePath& folder) {
+    return folder.is_absolute() && (pathExists(folder) || CreateFolderPath(folder));
+}
+
+}  // namespace
+
+void SetupWizard::nextLocalPaths() {
+    runOnce(stepRunning_, [this] { runLocalPaths(); });
+}
+
+void SetupWizard::runLocalPaths() {
+    installation_.settings.localPath.assign(pageFromPath(state.localPath));
+    installation_.settings.zipPath.assign(pageFromPath(state.archivePath));
+    saveAndRefresh();
+    if (!createLocalFolders())
+        return;
+    const bool filled = !databaseFiles(installation_.paths().localDatabase).empty();
+    const bool extract =
+        !filled || surroundings_.dialogs.ask(
+                       "Overwrite DB?", "There are files in the local database folders, do you want to replace them?");
+    if (extract && !extractLocally())
+        return;
+    saveAndRefresh();
+    goTo(kSharedPathTab);
+}
+
+bool SetupWizard::createLocalFolders() {
+    struct Wanted {
+        NativePath folder;
+        const char* text;
+    };
+    const Wanted wanted[] = {
+        {state.localPath / "Database", "Unable to create directory for the Database Folder"},
+        {state.localPath / "Settings", "Unable to create directory for the Settings Folder"},
+        {state.archivePath, "Unable to create directory for the Archived Lists"},
+    };
+    for (const auto& [folder, text] : wanted) {
+        if (!existsOrCreated(folder)) {
+            errorBox("Create Folder Structure Error", text);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SetupWizard::extractLocally() {
+    if (!pathExists(installation_.defaultDatabasePath())) {
+        errorBox("Setup Error", kNoDefaultDatabase);
+        return false;
+    }
+    const auto extracted = extractTo(state.localPath);
+    if (!extracted)
+        errorBox("Setup Error", std::string(kNoDefaultDatabase) + "\r\n" + extracted.error().text);
+    return extracted.has_value();
+}
+
+Result<Extracted> SetupWizard::extractTo(const NativePath& folder) {
+    ExtractOptions options;
+    options.kept = &kept_;
+    options.progress = [this](double percent) {
+        state.progress = percent;
+        host_.showState();
+        surroundings_.loop.turn();
+    };
+    state.progressVisible = true;
+    state.progress = 0;
+    host_.showState();
+    auto extracted = extractArchive(installation_.defaultDatabasePath(), folder, options);
+    state.progressVisible = false;
+    host_.showState();
+    return extracted;
+}
+
+void SetupWizard::nextSharedPath() {
+    runOnce(stepRunning_, [this] { runSharedPath(); });
+}
+
+void SetupWizard::runSharedPath() {
+    const NativePath shared = chosenSharedPath_.empty() ? state.sharedPath : chosenSharedPath_;
+    Result<void> trapped;
+    if (state.useSharedDb) {
+        if (shared.empty()) {
+            state.sharedHintVisible = true;
+            host_.showState();
+            return;
+        }
+        chosenSharedPath_ = shared;
+        if (!fillShare(trapped))
+            return;
+    }
+    storeSharedPath(shared);
+    if (!trapped)
+        surroundings_.dialogs.warn("Error", trapped.error().text);
+}
+
+// False ends the step. A failure that is trapped does not: the settings are saved, and it is told afterwards.
+bool SetupWizard::fillShare(Result<void>& trapped) {
+    const NativePath shared = chosenSharedPath_;
+    if (!createSharedFolders(shared))
+        return false;
+    Dialogs& dialogs = surroundings_.dialogs;
+    if (!databaseFiles(shared / "Database").empty()) {
+        if (!dialogs.ask(
+                "Overwrite Existing Files?",
+                "There are already files in this folder. Do you want to overwrite any existing header database "
+                "and settings file ?"))
+            return true;
+        if (dialogs.ask("Backup Old DB?", "Would you like to make a backup of the current shared DB?"))
+            trapped = backUpShare(shared);
+        if (!trapped)
+            return true;  // nothing is overwritten without the backup that was asked for
+    }
+    state.copyStatus = "Copying databases to shared folders..";
+    host_.showState();
+    if (!pathExists(installation_.defaultDatabasePath())) {
+        errorBox("DB Error",
+                 "The Default database does not exist. Please re-install the application to extract the database.");
+        return false;
+    }
+    if (const auto extracted = extractTo(shared); !extracted)
+        trapped = failure(extracted.error());
+    return true;
+}
+
+bool SetupWizard::createSharedFolders(const NativePath& shared) {
+    for (int pass = 1; pass <= 2; ++pass) {
+        int count = 0;
+        if (!existsOrCreated(shared))
+            count = 1;
+        if (!pathExists(shared / "Database") && CreateFolderPath(shared / "Database"))
+            count += 2;
+        if (!pathExists(shared / "Settings") && CreateFolderPath(shared / "Settings"))
+            count += 4;
+        if (count < 1)
+            return true;
+    }
+    errorBox("Error", "Unable to create the shared databases");
+    return false;
+}
+
+Result<void> SetupWizard::backUpShare(const NativePath& shared) {
+    state.copyStatus = "Backing up old Database files";
+    host_.showState();
+    surroundings_.loop.turn();
+    ZipOptions options;
+    options.kept = &kept_;
+    options.loop = &surroundings_.loop;
+    options.progress = [this](double percent) {
+        state.progressVisible = percent < 100;
+        state.progress = percent;
+        host_.showState();
+    };
+    Paths paths = installation_.paths();
+    paths.sharedPath = shared;  // not stored yet
+    showBusy(true);
+    auto saved = backUpSharedDatabase(paths, surroundings_, options);
+    state.progressVisible = false;
+    showBusy(false);
+    return saved;
+}
+
+void SetupWizard::storeSharedPath(const NativePath& shared) {
+    installation_.settings.sharedPath.assign(pageFromPath(shared));
+    installation_.settings.useSharedDb = state.useSharedDb ? 1 : 0;
+    saveAndRefresh();
+    goTo(kDefaultsTab);
+}
+
+}  // namespace quillon
