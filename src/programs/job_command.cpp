@@ -7,6 +7,7 @@
 #include "app/folder_structure.h"
 #include "job/completion_report.h"
 #include "job/job_driver.h"
+#include "messaging/alert_exchange.h"
 #include "platform/folders.h"
 #include "platform/host.h"
 #include "programs/command_dialogs.h"
@@ -144,7 +145,12 @@ int runJob(const JobCommandOptions& chosen, Installation& installation, const Co
     loadReportMessages(installation, dialogs, job.kept(), job.messages);
 
     CommandHost host;
-    JobDriver driver(job, host, nullptr);
+    UdpSocket server;
+    UdpSocket client;
+    AlertExchange alerts(AlertScreen::Main, server, client, installation, job.surroundings(),
+                         [&job] { return job.state.options.jobId; });
+    // Without a recipient nobody is told of a process error either, and no ten seconds are spent on an empty name.
+    JobDriver driver(job, host, chosen.alertComputer.empty() ? nullptr : &alerts);
     const JobEnd end = driver.run();
     loop.clearLine();
     tellEnd(end, job, dialogs, streams.err);
@@ -168,9 +174,6 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     raiseOpenFileLimit();
     const JobCommandOptions& options = *parsed.options;
     Installation installation(options.appFolder.value_or(programFolder()));
-    if (!options.alertComputer.empty()) {
-        streams.err << "quillon-job: --alert is not available yet; no report will be sent\n";
-    }
     if (!prepareInstallation(installation, streams.err, options.quiet))
         return kExitNoList;
     return runJob(options, installation, streams);

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "programs/messenger_command.h"
+
+#include <optional>
+#include <ostream>
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include "app/settings.h"
+#include "app/version.h"
+#include "messaging/messenger.h"
+#include "platform/datagram_socket.h"
+#include "platform/dates.h"
+#include "platform/host.h"
+#include "platform/start_program.h"
+#include "platform/whole_file.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+// How soon the command sees that it is interrupted.
+constexpr std::chrono::milliseconds kPollPatience{200};
+// How long the end of the command waits for answers on their way.
+constexpr std::chrono::milliseconds kEndPatience{2000};
+// More notifications at once than this are of no use to anybody.
+constexpr std::size_t kMostNotifications = 4;
+
+struct MessengerOptions {
+    std::int32_t port = kDefaultAlertListenPort;
+    std::string address;
+    std::string logFile;
+    bool notify = false;
+};
+
+struct Parsed {
+    std::optional<MessengerOptions> options;
+    int exitStatus = kMessengerEnded;
+};
+
+Parsed parse(const std::vector<std::string>& arguments, const MessengerProcess& process) {
+    MessengerOptions options;
+    CLI::App command(
+        "Receives alerts of Quillon, prints and stores them and acknowledges. While it runs, programs on this computer "
+        "cannot collect acknowledgements on the same port.",
+        "quillon-messenger");
+    command.add_option("--port", options.port, "UDP port to listen on (default: 12021)")
+        ->check(CLI::Range(1, 65535))
+        ->type_name("PORT");
+    command.add_option("--address", options.address, "Listen on this address of the computer alone")
+        ->type_name("ADDRESS");
+    command.add_option("--log", options.logFile, "Append a line for each alert to this file")->type_name("FILE");
+    command.add_flag("--notify", options.notify, "Show each alert as a desktop notification too");
+    const Version version = programVersion();
+    command.set_version_flag("--version",
+                             fmt::format("quillon-messenger {}.{}.{}", version.major, version.minor, version.revision));
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+        command.parse(reversed);
+    } catch (const CLI::Success& done) {
+        return {std::nullopt, command.exit(done, process.out, process.err)};
+    } catch (const CLI::ParseError& wrong) {
+        process.err << "quillon-messenger: " << wrong.what() << " (usage: quillon-messenger [--port PORT] [--log FILE] "
+                    << "[--notify]; see --help)\n";
+        return {std::nullopt, kMessengerUsage};
+    }
+    if (!options.address.empty() && !numericAddress(options.address)) {
+        process.err << "quillon-messenger: --address \"" << readable(std::string_view(options.address))
+                    << "\" is not an address in numbers\n";
+        return {std::nullopt, kMessengerUsage};
+    }
+    return {options, kMessengerEnded};
+}
+
+UdpSocket makeSocket(const MessengerOptions& options, const HostResolver& resolver) {
+    if (options.address.empty())
+        return UdpSocket(resolver);
+    return UdpSocket(resolver, *numericAddress(options.address));
+}
+
+// The bubble of the desktop. Its text is mark-up, so what could be read as such is written as a character.
+class Notifier {
+public:
+    explicit Notifier(std::ostream& err) : err_(err) {}
+
+    void show(const ReceivedAlert& alert) {
+        if (broken_ || programs_.running() >= kMostNotifications)
+            return;
+        std::string text;
+        for (const std::string& line : harmlessLines(alert.body)) text += line + "\n";
+        for (const auto& [plain, escaped] : {std::pair{"&", "&amp;"}, std::pair{"<", "&lt;"}, std::pair{">", "&gt;"}})
+            text = replacedAll(std::move(text), plain, escaped);
+        const auto started = programs_.start({"notify-send", "--app-name=Quillon",
+                                              alert.problem ? "--urgency=critical" : "--urgency=normal", "--",
+                                              harmlessLine(alert.sender) + ": " + harmlessLine(alert.subject), text});
+        if (!started) {
+            broken_ = true;
+            err_ << "quillon-messenger: no desktop notifications: " << started.error().text << '\n' << std::flush;
+        }
+    }
+
+private:
+    std::ostream& err_;
+    BackgroundPrograms programs_;
+    bool broken_ = false;
+};
+
+// One run: the socket, the answers, and the three places where an alert shows.
+class MessengerRun {
+public:
+    MessengerRun(const MessengerOptions& options, const MessengerProcess& process)
+        : options_(options),
+          process_(process),
+          socket_(makeSocket(options, process.resolver)),
+          answerSocket_(makeSocket(options, process.resolver)),
+          notifier_(process.err) {}
+
+    int run() {
+        if (const auto bound = socket_.bind(options_.port); !bound)
+            return fail(bound.error());
+        if (!options_.logFile.empty()) {
+            if (const auto opened = appendToFile(options_.logFile, ""); !opened)
+                return fail(opened.error());
+        }
+        answerSocket_.setRemotePort(options_.port);
+        AnswerQueue answers(encodeAcknowledgement(hostName()), process_.resolver,
+                            [this](const HostAddress& address, std::string_view bytes) {
+                                return answerSocket_.sendTo(address, bytes);
+                            });
+        Messenger messenger([&answers](const std::string& name) { answers.answer(name); },
+                            [this](const ReceivedAlert& alert) { show(alert); });
+        process_.err << fmt::format("quillon-messenger: listening on UDP port {}; Ctrl-C ends\n", options_.port)
+                     << std::flush;
+        while (process_.interrupts() == 0) {
+            if (socket_.poll(kPollPatience).arrived)
+                noteKind(messenger.take(socket_.getData()));
+        }
+        static_cast<void>(answers.finish(kEndPatience));
+        summary(messenger.counts(), answers.counts());
+        return kMessengerEnded;
+    }
+
+private:
+    int fail(const FileError& error) {
+        process_.err << "quillon-messenger: " << error.text;
+        if (error.kind == ErrorKind::AddressInUse)
+            process_.err << " (another program of this computer has it)";
+        process_.err << '\n';
+        return kMessengerFailed;
+    }
+
+    void show(const ReceivedAlert& alert) {
+        const std::string time = dates_.general(clock_.now());
+        process_.out << alertText(time, alert) << std::flush;
+        if (!options_.logFile.empty())
+            log(alertRecord(time, alert));
+        if (options_.notify)
+            notifier_.show(alert);
+    }
+
+    void log(const std::string& record) {
+        const auto written = appendToFile(options_.logFile, record);
+        if (written)
+            return;
+        if (lostRecords_++ == 0)
+            process_.err << "quillon-messenger: an alert could not be stored: " << written.error().text << '\n'
+                         << std::flush;
+    }
+
+    // Tells once what an acknowledgement on this port means.
+    void noteKind(DatagramKind kind) {
+        if (kind != DatagramKind::Acknowledgement || acknowledgementTold_)
+            return;
+        acknowledgementTold_ = true;
+        process_.err << "quillon-messenger: an acknowledgement for a program on this computer has arrived here: while "
+                        "the messenger runs, alerts sent from this computer count as not acknowledged\n"
+                     << std::flush;
+    }
+
+    void summary(const MessengerCounts& counts, const AnswerQueue::Counts& answers) {
+        process_.err << fmt::format(
+            "\nquillon-messenger: {} alerts ({} problems), {} acknowledged, {} could not be acknowledged, {} bad "
+            "datagrams\n",
+            counts.alerts, counts.problems, answers.sent, answers.failed + answers.dropped, counts.bad);
+        if (counts.acknowledgements > 0)
+            process_.err << fmt::format("quillon-messenger: {} acknowledgements for programs on this computer\n",
+                                        counts.acknowledgements);
+        if (lostRecords_ > 0)
+            process_.err << fmt::format("quillon-messenger: {} alerts could not be stored\n", lostRecords_);
+        process_.err.flush();
+    }
+
+    const MessengerOptions& options_;
+    const MessengerProcess& process_;
+    SystemClock clock_;
+    DateTexts dates_;
+    UdpSocket socket_;
+    UdpSocket answerSocket_;
+    Notifier notifier_;
+    std::uint64_t lostRecords_ = 0;
+    bool acknowledgementTold_ = false;
+};
+
+}  // namespace
+
+int runMessengerCommand(const std::vector<std::string>& arguments, const MessengerProcess& process) {
+    const Parsed parsed = parse(arguments, process);
+    if (!parsed.options)
+        return parsed.exitStatus;
+    return MessengerRun(*parsed.options, process).run();
+}
+
+}  // namespace quillon
