@@ -28,6 +28,7 @@ namespace quillon {
 struct RecipientBox {
     std::vector<std::string> items;
     int index = -1;
+    bool enabled = true;
 
     [[nodiscard]] bool holds(std::string_view item) const;
     void addQuery();  ///< adds "Query" unless an item is exactly that

@@ -29,10 +29,10 @@ constexpr std::int64_t kLeavePatience = 2000;
 
 }  // namespace
 
-frmMain::frmMain(const ScreenContext& context, AlertSender* alerts)
+frmMain::frmMain(const ScreenContext& context, MainWindowAlerts alerts)
     : context_(context),
       job_(context.job),
-      alerts_(alerts),
+      alerts_(std::move(alerts)),
       setup_(context.installation, context.surroundings, job_.state),
       logRows_(job_.state.log, context.surroundings.dates),
       timer_(new QTimer(this)) {

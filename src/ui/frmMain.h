@@ -52,6 +52,8 @@
 
 #include "job/job_driver.h"
 #include "job/job_setup.h"
+#include "messaging/recipient_query.h"
+#include "messaging/recipient_test.h"
 #include "ui/frmMain_controls.h"
 #include "ui/grid_model.h"
 #include "ui/navigator.h"
@@ -74,12 +76,23 @@ private:
     const DateTexts& dates_;
 };
 
-class frmMain final : public QMainWindow, public MainWindowDoor, private JobHost, private frmMainControls {
+/// How the window reaches other computers. Without an exchange nothing is sent; without a network nothing is found.
+struct MainWindowAlerts {
+    AlertExchange* exchange = nullptr;
+    std::shared_ptr<NetworkProvider> network;
+};
+
+class frmMain final : public QMainWindow,
+                      public MainWindowDoor,
+                      private JobHost,
+                      private RecipientQueryHost,
+                      private RecipientTestHost,
+                      private frmMainControls {
     Q_OBJECT
 
 public:
-    /// The context must outlive the window. `alerts` null: nothing is sent. Not shown before `reloadForm`.
-    frmMain(const ScreenContext& context, AlertSender* alerts);
+    /// Context and exchange must outlive the window. Not shown before `reloadForm`.
+    frmMain(const ScreenContext& context, MainWindowAlerts alerts);
     ~frmMain() override;
 
     /// The start sequence, which ends with showing the window; also run again by the setup.
@@ -125,6 +138,8 @@ private:
     void CommandButton1_Click();
     void Command1_Click();
     void Text1_Change();
+    void Command2_Click();
+    void Command3_Click();
     void CommandButton3_Click();
     void CommandButton4_Click();
     void CommandButton5_Click();
@@ -144,6 +159,15 @@ private:
     void focusTargetPicker() override;
     void updateToolbar() override { showState(); }
 
+    // RecipientQueryHost and RecipientTestHost; status lines and captions are the wizard's alone
+    void enableQueryButton(bool enabled) override;
+    void setQueryButtonCaption(const std::string& /*caption*/) override {}
+    void showBusyPointer(bool busy) override;
+    void showQueryStatus(const std::string& /*text*/) override {}
+    void setRecipients(const std::vector<std::string>& items, bool enabled) override;
+    void enableTestButton(bool enabled) override;
+    void showTestStatus(const std::string& /*text*/) override {}
+
     void afterSource(FocusAfter focus);
     void logChangedFromTheGround();
     void showCounts();
@@ -156,7 +180,7 @@ private:
 
     ScreenContext context_;
     Job& job_;
-    AlertSender* alerts_;
+    MainWindowAlerts alerts_;
     JobSetup setup_;
     JobLogRows logRows_;
     QTimer* timer_;

@@ -45,6 +45,8 @@ void frmMain::connectControls() {
         setup_.recipients.index = index;
         showState();
     });
+    connect(Command2, &QPushButton::clicked, this, &frmMain::Command2_Click);
+    connect(Command3, &QPushButton::clicked, this, &frmMain::Command3_Click);
     connect(CommandButton3, &QPushButton::clicked, this, &frmMain::CommandButton3_Click);
     connect(CommandButton4, &QPushButton::clicked, this, &frmMain::CommandButton4_Click);
     connect(CommandButton5, &QPushButton::clicked, this, &frmMain::CommandButton5_Click);
@@ -102,7 +104,7 @@ void frmMain::CommandButton3_Click() {
     if (running_)
         return;
     running_ = true;
-    JobDriver(job_, *this, alerts_).run();
+    JobDriver(job_, *this, alerts_.exchange).run();
     running_ = false;
     context_.loop.flush();
     if (unloading_)

@@ -133,6 +133,7 @@ void frmMain::showOptions() {
         Combo1->addItems(items);
     }
     Combo1->setCurrentIndex(setup_.recipients.index);
+    Combo1->setEnabled(setup_.recipients.enabled);
     job_.state.options.recipientIndex = setup_.recipients.index;
     job_.state.options.recipient = setup_.recipients.text();
 }
