@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "job/job_id.h"
+#include "job/statistics.h"
 #include "platform/copy_file.h"
 #include "platform/folders.h"
 #include "testing/skip_list.h"
@@ -16,7 +18,6 @@
 namespace quillon {
 namespace {
 
-constexpr std::string_view kForbidden = "\":\\/@*?<>|";
 constexpr const char* kQuery = "Query";
 constexpr const char* kSkipListFolderMissing = "System path not set!!";
 
@@ -25,19 +26,6 @@ std::string lowerText(std::string_view text) {
 }
 
 }  // namespace
-
-std::string withoutForbidden(std::string_view text) {
-    std::string kept(text);
-    std::erase_if(kept, [](char c) { return kForbidden.find(c) != std::string_view::npos; });
-    return kept;
-}
-
-std::string cleanJobId(std::string_view text) {
-    std::string id = withoutForbidden(trim(text));
-    // Taking a character away may bare a blank, which the next change of the box would cut.
-    while (trim(id).size() != id.size()) id = std::string(trim(id));
-    return id;
-}
 
 std::string cleanSeparator(std::string_view text) {
     const std::string kept = withoutForbidden(text);
@@ -87,7 +75,9 @@ NativePath JobSetup::listPath(const std::string& name) const {
 }
 
 void JobSetup::jobIdChanged(std::string_view text) {
-    const std::string id = cleanJobId(text);
+    std::string id = cleanJobId(text);
+    // A character taken away may bare a blank, which the box's own next change cuts.
+    for (std::string next = cleanJobId(id); next != id; next = cleanJobId(id)) id = next;
     sourceEnabled = !id.empty();
     if (id.empty())
         state_.controls.runEnabled = false;
@@ -191,6 +181,7 @@ void JobSetup::loadSettings() {
         state_.options.checkFileQuality = false;
     }
     checkSkip();
+    resetCounters(state_);
 }
 
 void JobSetup::checkSkip() {
@@ -243,7 +234,7 @@ void JobSetup::keepSeparator(const std::string& answer, const std::string& befor
     }
     installation_.settings.fileListSeparator.assign(page);
     installation_.refreshPathVariables();
-    passOver(installation_.saveSettingsRecord());
+    passOver(installation_.saveSettingsRecord(), "the separator counts in memory all the same");
 }
 
 std::optional<std::string> JobSetup::openExisting() {
@@ -267,19 +258,12 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
+        // A list that could not be copied is not there, and the counts stay at 0.
         static_cast<void>(copier.copy(files.front().native(), list, turning));
         state_.controls.busyPointer = false;
         state_.texts.status.clear();
     }
     return name;
-}
-
-void JobSetup::askStop() {
-    if (!surroundings_.dialogs.ask("Stop process?", "Do you want to stop the process?"))
-        return;
-    state_.stopRequested = true;
-    state_.copyCancelled = true;
-    log("Process stopped by user");
 }
 
 bool JobSetup::askClearLog() {

@@ -14,13 +14,6 @@
 
 namespace quillon {
 
-/// The text without the characters that a file name of a list may not hold: : \ / @ * ? < > | and the double quotation
-/// mark. Every occurrence goes.
-[[nodiscard]] std::string withoutForbidden(std::string_view text);
-
-/// A job ID as its box keeps it: without blanks at both ends, without forbidden characters.
-[[nodiscard]] std::string cleanJobId(std::string_view text);
-
 /// The separator box keeps one character that is not forbidden: "ab" -> "a", "?" -> "".
 [[nodiscard]] std::string cleanSeparator(std::string_view text);
 
@@ -35,6 +28,7 @@ namespace quillon {
 struct RecipientBox {
     std::vector<std::string> items;
     int index = -1;
+    bool enabled = true;
 
     [[nodiscard]] bool holds(std::string_view item) const;
     void addQuery();  ///< adds "Query" unless an item is exactly that
@@ -89,8 +83,6 @@ public:
     /// has been copied into the list folder if that had none; the counts are up to the caller.
     [[nodiscard]] std::optional<std::string> openExisting();
 
-    /// Asks whether to stop; on Yes sets the stop flags and logs it.
-    void askStop();
     /// Asks whether to clear the log, if it has rows; true when it is empty now.
     bool askClearLog();
 

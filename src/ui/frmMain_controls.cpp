@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+// The left side of the main window, its commands and its log; and how the parts stand together.
+#include "ui/frmMain_controls.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "ui/control_maker.h"
+#include "ui/elided_label.h"
+#include "ui/grade_bar.h"
+#include "ui/grid.h"
+#include "ui/theme.h"
+
+namespace quillon {
+
+void frmMainControls::createControls(QMainWindow& window) {
+    window.setObjectName(QStringLiteral("frmMain"));
+    window.setWindowTitle(QStringLiteral("Quillon Software : Professional"));
+    createMenus(window);
+    createToolbar(window);
+    createSource();
+    createOptions();
+    createAlerts();
+    createCommands();
+    createStats();
+    arrange(window);
+    createStatusBar(window);
+}
+
+void frmMainControls::createSource() {
+    Frame1 = makeFrame("Frame1", "Source Drive/Folder");
+    auto* grid = new QGridLayout(Frame1);
+    grid->setSpacing(kSpacing);
+    Label28 = makeLabel("Label28", "&Job ID");
+    Textbox1 = make<QLineEdit>("Textbox1");
+    Textbox1->setToolTip(QStringLiteral("Enter the Job Number or unique ID"));
+    Textbox1->setMinimumWidth(140);
+    Label28->setBuddy(Textbox1);
+    CommandButton1 = makeButton("CommandButton1", "&Browse for Drive/Folder");
+    Label2 = makeLabel("Label2", "Source:");
+    lblSource = makeElided("lblSource", "None");
+    chkCopy = makeCheck("chkCopy", "&Copy to ->");
+    Command1 = makeButton("Command1", "");
+    Command1->setIcon(icon(QStringLiteral("target")));
+    Command1->setAccessibleName(QStringLiteral("Select target to copy files to"));
+    Label3 = makeLabel("Label3", "Target:");
+    lblTarget = makeElided("lblTarget", "None");
+
+    grid->addWidget(Label28, 0, 0);
+    grid->addWidget(Textbox1, 0, 1);
+    grid->addWidget(CommandButton1, 0, 2, 1, 2);
+    grid->addWidget(Label2, 1, 0);
+    grid->addWidget(lblSource, 1, 1, 1, 3);
+    grid->addWidget(Label3, 2, 0);
+    grid->addWidget(lblTarget, 2, 1);
+    grid->addWidget(chkCopy, 2, 2);
+    grid->addWidget(Command1, 2, 3, Qt::AlignRight);
+    grid->setColumnStretch(1, 1);
+}
+
+void frmMainControls::createOptions() {
+    Frame3 = makeFrame("Frame3", "Options");
+    auto* grid = new QGridLayout(Frame3);
+    grid->setSpacing(kSpacing);
+    chkFileQuality = makeCheck("chkFileQuality", "Check file &quality");
+    chkUseSkip = makeCheck("chkUseSkip", "Use s&kip list");
+    chkCommon = makeCheck("chkCommon", "&Use Common Headers");
+    chkDefaults = makeCheck("chkDefaults", "Use &defaults");
+    grid->addWidget(chkFileQuality, 0, 0);
+    grid->addWidget(chkUseSkip, 0, 1);
+    grid->addWidget(chkCommon, 1, 0);
+    grid->addWidget(chkDefaults, 1, 1);
+
+    Label12 = makeLabel("Label12", "File List Sep&arator");
+    Text1 = make<QLineEdit>("Text1");
+    Text1->setFixedWidth(40);
+    Text1->setAlignment(Qt::AlignHCenter);
+    Label12->setBuddy(Text1);
+    separatorNote = makeLabel("separatorNote",
+                              "Used for multiple file lists for same job. E.G. 1234-Partition 1, 1234-Partition 2");
+    separatorNote->setWordWrap(true);
+    makeRemark(*separatorNote);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(kSpacing);
+    row->addWidget(Label12);
+    row->addWidget(Text1);
+    row->addWidget(separatorNote, 1);
+    grid->addLayout(row, 2, 0, 1, 2);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+}
+
+void frmMainControls::createAlerts() {
+    Frame2 = makeFrame("Frame2", "Alerts");
+    auto* row = new QHBoxLayout(Frame2);
+    row->setSpacing(kSpacing);
+    Label23 = makeLabel("Label23", "On f&inish Send to");
+    Combo1 = make<QComboBox>("Combo1");
+    Combo1->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    Combo1->setMinimumContentsLength(10);
+    Label23->setBuddy(Combo1);
+    Command2 = makeButton("Command2", "Query &Network");
+    Command3 = makeButton("Command3", "&Test");
+    row->addWidget(Label23);
+    row->addWidget(Combo1, 1);
+    row->addWidget(Command2);
+    row->addWidget(Command3);
+}
+
+void frmMainControls::createCommands() {
+    Frame4 = makeFrame("Frame4", "Commands");
+    auto* row = new QHBoxLayout(Frame4);
+    row->setSpacing(kSpacing);
+    CommandButton3 = makeButton("CommandButton3", "&Run");
+    makePrimary(*CommandButton3);
+    CommandButton4 = makeButton("CommandButton4", "&Stop");
+    CommandButton5 = makeButton("CommandButton5", "Vi&ew");
+    CommandButton6 = makeButton("CommandButton6", "&Zip");
+    for (QPushButton* button : {CommandButton3, CommandButton4, CommandButton5, CommandButton6}) {
+        button->setMinimumWidth(92);
+        row->addWidget(button);
+    }
+    Check1 = makeCheck("Check1", "Show &Progress");
+    row->addSpacing(kSpacing);
+    row->addWidget(Check1);
+    row->addSpacing(kSpacing);
+
+    auto* bars = new QVBoxLayout;
+    bars->setSpacing(4);
+    ProgressBar1 = makeProgress("ProgressBar1", "Progress of the job");
+    ProgressBar2 = makeProgress("ProgressBar2", "Progress of the file");
+    Label2_1 = makeLabel("Label2_1", "");
+    auto* fileRow = new QHBoxLayout;
+    fileRow->setSpacing(kSpacing);
+    fileRow->addWidget(ProgressBar2, 1);
+    fileRow->addWidget(Label2_1);
+    bars->addStretch();
+    bars->addWidget(ProgressBar1);
+    bars->addLayout(fileRow);
+    bars->addStretch();
+    row->addLayout(bars, 1);
+}
+
+void frmMainControls::createLog(QVBoxLayout& layout) {
+    iGrid1 = make<Grid>("iGrid1");
+    iGrid1->setAccessibleName(QStringLiteral("Job log"));
+    iGrid1->setMinimumHeight(72);
+    layout.addWidget(iGrid1, 1);
+    sFileTU = makeElided("sFileTU", "");
+    sFileTU->setAccessibleName(QStringLiteral("Current file"));
+    Command4 = makeButton("Command4", "Clear &Log");
+    Command5 = makeButton("Command5", "Check F&olders");
+    auto* row = new QHBoxLayout;
+    row->setSpacing(kSpacing);
+    row->addWidget(sFileTU, 1);
+    row->addWidget(Command4);
+    row->addWidget(Command5);
+    layout.addLayout(row);
+}
+
+void frmMainControls::arrange(QMainWindow& window) {
+    auto* left = new QVBoxLayout;
+    left->setSpacing(kSpacing);
+    left->addWidget(Frame1);
+    left->addWidget(Frame3);
+    left->addWidget(Frame2);
+    left->addStretch();
+    auto* board = new QHBoxLayout;
+    board->setSpacing(kMargin);
+    board->addLayout(left, 5);
+    board->addWidget(Frame5, 6);
+
+    auto* upper = new QWidget;
+    auto* upperLayout = new QVBoxLayout(upper);
+    upperLayout->setContentsMargins(0, 0, 0, 0);
+    upperLayout->setSpacing(kSpacing);
+    upperLayout->addLayout(board, 1);
+    upperLayout->addWidget(Frame4);
+
+    auto* lower = new QWidget;
+    auto* log = new QVBoxLayout(lower);
+    log->setContentsMargins(0, 0, 0, 0);
+    log->setSpacing(kSpacing);
+    Label8 = makeElided("Label8", "");
+    Label8->setAccessibleName(QStringLiteral("Status"));
+    log->addWidget(Label8);
+    createLog(*log);
+
+    auto* splitter = make<QSplitter>("splitter");
+    splitter->setOrientation(Qt::Vertical);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(upper);
+    splitter->addWidget(lower);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    auto* central = new QWidget;
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(kMargin, kSpacing, kMargin, kSpacing);
+    layout->addWidget(splitter);
+    window.setCentralWidget(central);
+}
+
+}  // namespace quillon

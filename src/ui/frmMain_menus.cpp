@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// Menus and toolbar of the main window, and the way to the other screens.
+#include <QAction>
+#include <QMenu>
+#include <QPushButton>
+#include <QToolButton>
+
+#include "ui/frmMain.h"
+#include "ui/qt_text.h"
+#include "ui/window_event_loop.h"
+
+namespace quillon {
+namespace {
+
+// Toolbar buttons from 0
+constexpr std::size_t kSettingsButton = 6;
+constexpr std::size_t kSkipListButton = 7;
+constexpr std::size_t kDatabaseButton = 8;
+constexpr std::size_t kCommonHeadersButton = 9;
+constexpr std::size_t kMessagesButton = 10;
+constexpr std::size_t kBadSectorsButton = 11;
+
+}  // namespace
+
+void frmMain::connectMenus() {
+    connect(mnuOpen, &QAction::triggered, this, &frmMain::mnuOpen_Click);
+    connect(mnuExit, &QAction::triggered, this, &frmMain::unloadAllForms);
+    connect(mnuSettings, &QAction::triggered, this,
+            [this] { openModalScreen(Screen::SetupWizard, *mnuSettings, kSettingsButton); });
+    connect(mnuEdit, &QAction::triggered, this,
+            [this] { openModalScreen(Screen::SkipList, *mnuEdit, kSkipListButton); });
+    connect(mnuDB, &QAction::triggered, this, [this] { openModalScreen(Screen::Updatedb, *mnuDB, kDatabaseButton); });
+    connect(mnuEditCommon, &QAction::triggered, this,
+            [this] { openModalScreen(Screen::CommonHeaders, *mnuEditCommon, kCommonHeadersButton); });
+    connect(mnuBS, &QAction::triggered, this, [this] { openAndHide(Screen::BadSectors); });
+    connect(mnuErrors, &QAction::triggered, this,
+            [this] { openModalScreen(Screen::Errors, *mnuErrors, kMessagesButton); });
+    connect(mnuFLS, &QAction::triggered, this, &frmMain::mnuFLS_Click);
+    // Kept: "Auto Update" is ticked for good (test AutoUpdateStaysTicked).
+    connect(mnuAutoUpdate, &QAction::triggered, this, [this] { mnuAutoUpdate->setChecked(true); });
+    connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
+    connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.openModal(Screen::About); });
+}
+
+// A button does exactly what its control does.
+void frmMain::connectToolbar() {
+    const std::pair<std::size_t, QPushButton*> controls[] = {{0, CommandButton1}, {1, Command1},
+                                                             {2, CommandButton3}, {3, CommandButton5},
+                                                             {4, CommandButton6}, {5, CommandButton4}};
+    for (const auto& [button, control] : controls)
+        connect(toolbarButtons[button], &QToolButton::clicked, control, &QPushButton::click);
+    const std::pair<std::size_t, QAction*> entries[] = {
+        {kSettingsButton, mnuSettings},        {kSkipListButton, mnuEdit},   {kDatabaseButton, mnuDB},
+        {kCommonHeadersButton, mnuEditCommon}, {kMessagesButton, mnuErrors}, {kBadSectorsButton, mnuBS}};
+    for (const auto& [button, entry] : entries)
+        connect(toolbarButtons[button], &QToolButton::clicked, entry, &QAction::trigger);
+}
+
+void frmMain::openModalScreen(Screen screen, QAction& entry, std::size_t toolbarButton) {
+    toolbarButtons[toolbarButton]->setEnabled(false);
+    entry.setEnabled(false);
+    context_.navigator.openModal(screen);
+    toolbarButtons[toolbarButton]->setEnabled(true);
+    entry.setEnabled(true);
+    showState();
+}
+
+// A screen that nobody has made yet must not leave the person without a window.
+void frmMain::openAndHide(Screen screen, const std::any& handOver) {
+    if (!context_.navigator.has(screen))
+        return;
+    context_.navigator.open(screen, handOver);
+    hide();
+}
+
+void frmMain::mnuOpen_Click() {
+    if (setup_.openExisting())
+        upDateAllLabels();
+    showState();
+}
+
+void frmMain::mnuFLS_Click() {
+    setup_.askSeparator();
+    showState();
+}
+
+void frmMain::mnuHelp_Click() {
+    context_.navigator.open(Screen::Help);
+}
+
+}  // namespace quillon

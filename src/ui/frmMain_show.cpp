@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+// Shows the job's state in the controls. A control is written only where it differs: a label that is set anew lays its
+// window out again.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QTimer>
+#include <QToolButton>
+
+#include "text/list_text.h"
+#include "text/numbers.h"
+#include "ui/frmMain.h"
+#include "ui/grade_bar.h"
+#include "ui/grid.h"
+#include "ui/qt_text.h"
+
+namespace quillon {
+namespace {
+
+void showText(QLabel& label, const std::string& text) {
+    const QString shown = toQt(text);
+    if (label.text() != shown)
+        label.setText(shown);
+}
+
+void showText(QLineEdit& box, const std::string& text) {
+    const QString shown = toQt(text);
+    if (box.text() == shown)
+        return;
+    const QSignalBlocker quiet(box);
+    box.setText(shown);
+}
+
+void showTick(QCheckBox& box, bool ticked, bool enabled = true) {
+    const QSignalBlocker quiet(box);
+    box.setChecked(ticked);
+    box.setEnabled(enabled);
+}
+
+void showEnabled(QWidget& control, bool enabled) {
+    // Not isEnabled(): inside of a disabled frame that is always false.
+    if (control.testAttribute(Qt::WA_ForceDisabled) == enabled)
+        control.setEnabled(enabled);
+}
+
+// A bar counts in 32 bits; a longer way is shown in thousandths.
+void showBar(QProgressBar& bar, const ProgressState& state) {
+    constexpr std::int64_t kLongest = 1'000'000'000;
+    const std::int64_t scale = state.maximum > kLongest ? state.maximum / kLongest + 1 : 1;
+    bar.setMaximum(static_cast<int>(std::max<std::int64_t>(state.maximum / scale, 1)));
+    bar.setValue(static_cast<int>(state.value / scale));
+    bar.setVisible(state.visible);
+}
+
+}  // namespace
+
+std::string JobLogRows::cell(int row, int column) const {
+    const LogRow& shown = log_.rows()[static_cast<std::size_t>(row)];
+    return column == 0 ? dates_.time(shown.time) : shown.text;
+}
+
+std::optional<std::uint32_t> JobLogRows::rowColour(int row) const {
+    return log_.rows()[static_cast<std::size_t>(row)].colour;
+}
+
+void frmMain::showState() {
+    if (showing_)
+        return;
+    showing_ = true;
+    showOptions();
+    showCounts();
+    showTexts();
+    showControls();
+    showToolbar();
+    showLog();
+    showing_ = false;
+    leaveIfAbandoned();
+}
+
+void frmMain::showCounts() {
+    const JobCounters& counts = job_.state.counters;
+    const std::pair<QLabel*, std::int32_t> labels[] = {
+        {lFOlders, counts.folders},         {lFolderErrors, counts.folderErrors}, {lfiles, counts.files},
+        {lSkipped, counts.skipped},         {lTested, counts.rowsRead},           {lGoodFIles, counts.good},
+        {lCorruptFiles, counts.corrupt},    {lUnknownFiles, counts.unknown},      {lCommon, counts.common},
+        {lNoextensioN, counts.noExtension}, {lSmallFiles, counts.small},          {lZeroBytes, counts.zeroBytes},
+        {lBadFileName, counts.badName},     {lAccessErrors, counts.accessErrors}, {lEncrypted, counts.encrypted},
+        {lCopyErrors, counts.copyErrors}};
+    for (const auto& [label, count] : labels) showText(*label, grouped(count));
+    gradeBar->setCounts({counts.good, counts.common, counts.corrupt, counts.unknown, counts.noExtension,
+                         counts.encrypted, counts.accessErrors, counts.badName, counts.zeroBytes, counts.small});
+}
+
+void frmMain::showTexts() {
+    const JobTexts& texts = job_.state.texts;
+    showText(*Label8, texts.status);
+    showText(*statusPanels[2], texts.statusPanel);
+    showText(*lRPC, texts.quality);
+    showText(*lsize, texts.size);
+    showText(*Label16, texts.throughput);
+    showText(*Label22, texts.jobPercent);
+    showText(*Label2_1, texts.filePercent);
+    showText(*Label21, texts.copiedCaption);
+    showText(*lTotCopied, texts.copied);
+    showText(*sFileTU, texts.currentFile);
+}
+
+void frmMain::showOptions() {
+    const JobOptions& options = job_.state.options;
+    showText(*Textbox1, options.jobId);
+    showText(*Text1, setup_.separator);
+    showText(*lblSource, options.source ? readable(options.source->native()) : "None");
+    showText(*lblTarget, options.target ? readable(options.target->native()) : "None");
+    showTick(*chkCopy, options.copy);
+    showTick(*chkFileQuality, options.checkFileQuality);
+    showTick(*chkUseSkip, options.useSkipList, options.useSkipListEnabled);
+    showTick(*chkCommon, options.useCommonHeaders, options.useCommonHeadersEnabled);
+    showTick(*chkDefaults, setup_.useDefaults);
+    showTick(*Check1, options.showProgress);
+    const QSignalBlocker quiet(Combo1);
+    QStringList items;
+    for (const std::string& item : setup_.recipients.items) items << toQt(item);
+    QStringList shown;
+    for (int i = 0; i < Combo1->count(); ++i) shown << Combo1->itemText(i);
+    if (items != shown) {
+        Combo1->clear();
+        Combo1->addItems(items);
+    }
+    Combo1->setCurrentIndex(setup_.recipients.index);
+    Combo1->setEnabled(setup_.recipients.enabled);
+    job_.state.options.recipientIndex = setup_.recipients.index;
+    job_.state.options.recipient = setup_.recipients.text();
+}
+
+void frmMain::showControls() {
+    const JobControls& controls = job_.state.controls;
+    showEnabled(*Frame1, controls.framesEnabled);
+    showEnabled(*Frame3, controls.framesEnabled);
+    mnu->menuAction()->setEnabled(controls.menusEnabled);
+    mnuFile->menuAction()->setEnabled(controls.menusEnabled);
+    showEnabled(*CommandButton1, setup_.sourceEnabled);
+    showEnabled(*Command1, setup_.targetEnabled);
+    showEnabled(*CommandButton3, controls.runEnabled);
+    showEnabled(*CommandButton4, controls.stopEnabled);
+    showEnabled(*CommandButton5, controls.viewEnabled);
+    showEnabled(*CommandButton6, controls.zipEnabled);
+    Label19->setVisible(controls.throughputVisible);
+    Label16->setVisible(controls.throughputVisible);
+    sFileTU->setVisible(controls.currentFileVisible);
+    showBar(*ProgressBar1, controls.progress);
+    showBar(*ProgressBar2, controls.fileProgress);
+    if (controls.busyPointer != testAttribute(Qt::WA_SetCursor))
+        controls.busyPointer ? setCursor(Qt::WaitCursor) : unsetCursor();
+    if (job_.state.timerRunning != timer_->isActive())
+        job_.state.timerRunning ? timer_->start() : timer_->stop();
+}
+
+void frmMain::showToolbar() {
+    const bool locked = !job_.state.controls.framesEnabled;
+    if (locked) {
+        disableToolbar();
+        toolbarButtons[5]->setEnabled(job_.state.controls.stopEnabled);
+    } else if (toolbarLocked_) {
+        enableToolbar();
+    } else {
+        syncToolbar();
+    }
+    toolbarLocked_ = locked;
+}
+
+void frmMain::showLog() {
+    const int rows = logRows_.rowCount();
+    const int shown = iGrid1->rowCount();
+    if (rows < shown) {
+        iGrid1->rows().sourceChanged();
+    } else if (rows > shown) {
+        iGrid1->rows().sourceGrew();
+        iGrid1->scrollToEnd();
+    }
+}
+
+}  // namespace quillon

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+// Painting of the grades. A part that was counted at all is at least two pixels wide: one corrupt file among a million
+// is what a person looks for.
+#include "ui/grade_bar.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QStringList>
+
+namespace quillon {
+namespace {
+
+constexpr qreal kCorner = 4;
+constexpr qreal kLeastWidth = 2;
+
+}  // namespace
+
+GradeBar::GradeBar(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void GradeBar::setParts(std::vector<GradePart> parts) {
+    parts_ = std::move(parts);
+    describe();
+    update();
+}
+
+void GradeBar::setCounts(const std::vector<std::int64_t>& counts) {
+    bool changed = false;
+    for (std::size_t i = 0; i < std::min(counts.size(), parts_.size()); ++i) {
+        changed = changed || parts_[i].count != counts[i];
+        parts_[i].count = counts[i];
+    }
+    if (!changed)
+        return;
+    describe();
+    update();
+}
+
+void GradeBar::describe() {
+    QStringList texts;
+    for (const GradePart& part : parts_)
+        if (part.count > 0)
+            texts << QStringLiteral("%1 %2").arg(part.name).arg(part.count);
+    setAccessibleName(texts.isEmpty() ? QStringLiteral("No grades yet") : texts.join(QStringLiteral(", ")));
+}
+
+void GradeBar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF whole = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    QPainterPath shape;
+    shape.addRoundedRect(whole, kCorner, kCorner);
+    painter.fillPath(shape, palette().base());
+    std::int64_t total = 0;
+    for (const GradePart& part : parts_) total += std::max<std::int64_t>(part.count, 0);
+    painter.setClipPath(shape);
+    qreal left = whole.left();
+    for (const GradePart& part : parts_) {
+        if (part.count <= 0)
+            continue;
+        const qreal share = static_cast<qreal>(part.count) / static_cast<qreal>(total);
+        const qreal width = std::max(whole.width() * share, kLeastWidth);
+        painter.fillRect(QRectF(left, whole.top(), width, whole.height()), part.colour);
+        left += width;
+    }
+    painter.setClipping(false);
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawPath(shape);
+}
+
+GradeSwatch::GradeSwatch(const QColor& colour, QWidget* parent) : QWidget(parent), colour_(colour) {
+    setFixedSize(10, 10);
+}
+
+void GradeSwatch::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour_);
+    painter.drawRoundedRect(rect(), 2, 2);
+}
+
+}  // namespace quillon

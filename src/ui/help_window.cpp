@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "ui/help_window.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QTextDocument>
+#include <QVBoxLayout>
+
+#include "archive/zip_reader.h"
+#include "platform/folders.h"
+#include "ui/navigator.h"
+#include "ui/qt_text.h"
+#include "ui/theme.h"
+
+namespace quillon {
+namespace {
+
+// Opens the help at F1, from whatever window has the keyboard. While a modal screen is open the help is modal too:
+// the screen would block any other window.
+class HelpKey final : public QObject {
+public:
+    HelpKey(QApplication& application, Navigator& navigator, NativePath helpFile)
+        : QObject(&application), navigator_(navigator), helpFile_(std::move(helpFile)) {}
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
+            static_cast<QKeyEvent*>(event)->key() != Qt::Key_F1 || !pathExists(helpFile_))
+            return QObject::eventFilter(watched, event);
+        if (QApplication::activeModalWidget() == nullptr)
+            navigator_.open(Screen::Help);
+        else if (navigator_.window(Screen::Help) != QApplication::activeModalWidget())
+            navigator_.openModal(Screen::Help);
+        return true;
+    }
+
+private:
+    Navigator& navigator_;
+    NativePath helpFile_;
+};
+
+}  // namespace
+
+HelpWindow::HelpWindow(const NativePath& helpFile)
+    : search_(new QLineEdit), contents_(new QListWidget), browser_(new QTextBrowser) {
+    setObjectName(QStringLiteral("helpWindow"));
+    setWindowTitle(QStringLiteral("Quillon Help"));
+    resize(980, 680);
+    createControls();
+    if (load(helpFile)) {
+        showMatches();
+        contents_->setCurrentRow(0);
+    } else {
+        browser_->setPlainText(QStringLiteral("The help file cannot be read."));
+    }
+}
+
+void HelpWindow::createControls() {
+    search_->setObjectName(QStringLiteral("search"));
+    search_->setPlaceholderText(QStringLiteral("Search"));
+    search_->setAccessibleName(QStringLiteral("Search"));
+    search_->setClearButtonEnabled(true);
+    contents_->setObjectName(QStringLiteral("contents"));
+    contents_->setAccessibleName(QStringLiteral("Contents"));
+    browser_->setObjectName(QStringLiteral("page"));
+    browser_->setOpenExternalLinks(false);
+    browser_->document()->setDocumentMargin(20);
+
+    auto* left = new QWidget;
+    auto* column = new QVBoxLayout(left);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kSpacing);
+    column->addWidget(search_);
+    column->addWidget(contents_, 1);
+    auto* splitter = new QSplitter;
+    splitter->addWidget(left);
+    splitter->addWidget(browser_);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({230, 730});
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(kSpacing, kSpacing, kSpacing, kSpacing);
+    layout->addWidget(splitter);
+    connect(search_, &QLineEdit::textChanged, this, &HelpWindow::showMatches);
+    connect(contents_, &QListWidget::currentRowChanged, this, &HelpWindow::showChosen);
+}
+
+bool HelpWindow::load(const NativePath& helpFile) {
+    if (!folder_.isValid())
+        return false;
+    const auto names = listArchive(helpFile);
+    if (!names || !extractArchive(helpFile, fromQtPath(folder_.path())))
+        return false;
+    for (const std::string& name : *names) {
+        if (!name.ends_with(".html"))
+            continue;
+        QFile file(folder_.filePath(toQt(name)));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        QTextDocument document;
+        document.setHtml(QString::fromUtf8(file.readAll()));
+        pages_.push_back(
+            {file.fileName(), document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText()});
+    }
+    return !pages_.empty();
+}
+
+QStringList HelpWindow::titles() const {
+    QStringList titles;
+    for (int row = 0; row < contents_->count(); ++row) titles << contents_->item(row)->text();
+    return titles;
+}
+
+// The contents, or with a search only the pages that hold it.
+void HelpWindow::showMatches() {
+    const QString wanted = search_->text().trimmed();
+    contents_->clear();
+    for (const Page& page : pages_) {
+        if (!wanted.isEmpty() && !page.text.contains(wanted, Qt::CaseInsensitive))
+            continue;
+        auto* item = new QListWidgetItem(page.title, contents_);
+        item->setData(Qt::UserRole, page.file);
+    }
+    if (!wanted.isEmpty())
+        contents_->setCurrentRow(0);
+}
+
+void HelpWindow::showChosen() {
+    const QListWidgetItem* item = contents_->currentItem();
+    if (item == nullptr)
+        return;
+    browser_->setSource(QUrl::fromLocalFile(item->data(Qt::UserRole).toString()));
+    const QString wanted = search_->text().trimmed();
+    if (!wanted.isEmpty())
+        browser_->find(wanted);
+}
+
+void HelpWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void installHelpKey(QApplication& application, Navigator& navigator, const NativePath& helpFile) {
+    application.installEventFilter(new HelpKey(application, navigator, helpFile));
+}
+
+}  // namespace quillon
