@@ -11,7 +11,6 @@
 #include "job/testing_pass.h"
 #include "platform/folders.h"
 #include "setup/shared_database.h"
-#include "testing/shared_copy.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -35,16 +34,15 @@ JobEnd JobDriver::run() {
     testFolders();
     lockScreen();
     if (walkSource() == Next::End)
-        return JobEnd::Stopped;
+        return rawListDenied_ ? JobEnd::NotStarted : JobEnd::Stopped;
     loadCommonList();
     testFiles();
     copyRawList();
     copyFiles();
     finish();
-    const auto list = job_.finalListPath();
     if (stopped_)
         return JobEnd::Stopped;
-    return list && pathExists(*list) ? JobEnd::Complete : JobEnd::NoList;
+    return listMade_ ? JobEnd::Complete : JobEnd::NoList;
 }
 
 void JobDriver::begin() {
@@ -52,6 +50,8 @@ void JobDriver::begin() {
     times_ = {};
     step_.clear();
     stopped_ = false;
+    rawListDenied_ = false;
+    listMade_ = false;
     state.startTick = job_.surroundings().clock.milliseconds();
     state.startTime = job_.surroundings().clock.now();
     state.copyCancelled = false;
@@ -123,12 +123,9 @@ void JobDriver::refreshRuleLists() {
         options.useSkipList = false;
         options.useSkipListEnabled = false;
     }
-    const NativePath shared = paths.sharedSettings / kCommonHeadersFileName;
+    if (auto fetched = fetchCommonHeaders(paths, job_.kept()); !fetched)
+        report(fetched.error());
     const NativePath local = paths.localSettings / kCommonHeadersFileName;
-    if (!paths.sharedSettings.empty() && pathExists(shared)) {
-        if (auto taken = takeSharedCopy(shared, local, job_.kept()); !taken)
-            report(taken.error());
-    }
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
         options.useCommonHeadersEnabled = false;
@@ -198,6 +195,7 @@ JobDriver::Next JobDriver::walkSource() {
     });
     if (!rawList) {
         tellPermissionDenied();
+        rawListDenied_ = true;
         state.stopRequested = true;
     } else {
         if (state.options.source)
@@ -242,7 +240,8 @@ void JobDriver::testFiles() {
     runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this] {
         TestingPass pass(job_, alerts_);
         pass.run();
-        stopped_ = stopped_ || pass.wasStopped();
+        listMade_ = pass.madeList();
+        stopped_ = pass.wasStopped();
     });
 }
 
@@ -250,7 +249,9 @@ void JobDriver::testFiles() {
 void JobDriver::copyRawList() {
     if (job_.state.options.checkFileQuality)
         return;
-    if (auto copied = copyToFinalList(job_); !copied && copied.error().kind == ErrorKind::PermissionDenied) {
+    const auto copied = copyToFinalList(job_);
+    listMade_ = copied.has_value();
+    if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
         job_.state.stopRequested = true;
     }

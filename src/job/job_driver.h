@@ -86,6 +86,8 @@ private:
     std::optional<FolderLock> lock_;
     std::string step_;
     bool stopped_ = false;
+    bool rawListDenied_ = false;
+    bool listMade_ = false;
     PhaseTimes times_;
 };
 

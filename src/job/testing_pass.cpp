@@ -19,6 +19,7 @@ void TestingPass::run() {
             kProgramTitle, "Unable to create output file. Please check access rights on folder " + folder);
         return;
     }
+    madeList_ = true;
     if (!pathExists(rawPath)) {
         job_.surroundings().dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",

@@ -32,6 +32,8 @@ public:
     /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
     void run();
 
+    /// True when there is a final list of this run, complete or not.
+    [[nodiscard]] bool madeList() const { return madeList_; }
     /// True when Stop was pressed during the run.
     [[nodiscard]] bool wasStopped() const { return stopped_; }
 
@@ -53,6 +55,7 @@ private:
     std::u16string result_;  // not cleared between rows
     std::u16string row_;
     bool ignoringErrors_ = false;
+    bool madeList_ = false;
     bool stopped_ = false;
 };
 

@@ -92,12 +92,11 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
     return refresh.counts;
 }
 
-bool fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
-    const NativePath local = paths.localSettings / kCommonHeadersFileName;
+Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
     const NativePath shared = paths.sharedSettings / kCommonHeadersFileName;
-    if (!paths.sharedSettings.empty() && !paths.localSettings.empty() && pathExists(shared))
-        passOver(copyKeepingOld(shared, local, kept), "the local list serves when the share fails");
-    return !paths.localSettings.empty() && pathExists(local);
+    if (paths.sharedSettings.empty() || paths.localSettings.empty() || !pathExists(shared))
+        return {};
+    return copyKeepingOld(shared, paths.localSettings / kCommonHeadersFileName, kept);
 }
 
 Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept) {

@@ -47,10 +47,9 @@ struct RefreshCounts {
 RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
                                    ProgressHost& host);
 
-/// Copies the shared CommonHeaders.dat over the local one when there is one; a failure is passed over. True when the
-/// local settings folder has the file afterwards. Kept: sharing need not be on, a stored shared path is enough (test
-/// CommonHeadersAreFetchedWithSharingOff).
-bool fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
+/// Copies the shared CommonHeaders.dat over the local one when there is one; without one nothing is done. Kept: sharing
+/// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).
+[[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
 
 /// Replaces `target` by the bytes of `source`, with its modification time; other old bytes go under Kept first. For
 /// small data files.

@@ -183,9 +183,9 @@ TEST_F(SharedDatabaseTest, ACopyThatCannotKeepTheOldBytesIsNotMade) {
 }
 
 TEST_F(SharedDatabaseTest, CommonHeadersAreFetchedFromTheShare) {
-    EXPECT_FALSE(fetchCommonHeaders(installation.paths(), kept));
     folder.write("local/Settings/CommonHeaders.dat", "local");
     EXPECT_TRUE(fetchCommonHeaders(installation.paths(), kept));
+    EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "local");
     folder.write("share/Settings/CommonHeaders.dat", "shared");
     EXPECT_TRUE(fetchCommonHeaders(installation.paths(), kept));
     EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "shared");
@@ -203,7 +203,8 @@ TEST_F(SharedDatabaseTest, CommonHeadersAreFetchedWithSharingOff) {
 TEST_F(SharedDatabaseTest, WithoutRootsThereAreNoCommonHeaders) {
     Installation empty(folder / "app");
     KeptFiles none(empty, fake.clock);
-    EXPECT_FALSE(fetchCommonHeaders(empty.paths(), none));
+    EXPECT_TRUE(fetchCommonHeaders(empty.paths(), none));
+    EXPECT_FALSE(pathExists("Settings"));
 }
 
 }  // namespace
