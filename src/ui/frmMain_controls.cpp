@@ -21,6 +21,12 @@
 #include "ui/theme.h"
 
 namespace quillon {
+namespace {
+
+// On a wide screen the score board takes the room: nothing on the left gets better by being longer.
+constexpr int kWidestLeft = 760;
+
+}  // namespace
 
 void frmMainControls::createControls(QMainWindow& window) {
     window.setObjectName(QStringLiteral("frmMain"));
@@ -167,8 +173,12 @@ void frmMainControls::createLog(QVBoxLayout& layout) {
     layout.addLayout(row);
 }
 
-void frmMainControls::arrange(QMainWindow& window) {
-    auto* left = new QVBoxLayout;
+// Source, options and alerts on the left, score board on the right, commands below them.
+QWidget* frmMainControls::arrangeUpper() const {
+    auto* leftSide = new QWidget;
+    leftSide->setMaximumWidth(kWidestLeft);
+    auto* left = new QVBoxLayout(leftSide);
+    left->setContentsMargins(0, 0, 0, 0);
     left->setSpacing(kSpacing);
     left->addWidget(Frame1);
     left->addWidget(Frame3);
@@ -176,19 +186,22 @@ void frmMainControls::arrange(QMainWindow& window) {
     left->addStretch();
     auto* board = new QHBoxLayout;
     board->setSpacing(kMargin);
-    board->addLayout(left, 5);
+    board->addWidget(leftSide, 5);
     board->addWidget(Frame5, 6);
 
     auto* upper = new QWidget;
-    auto* upperLayout = new QVBoxLayout(upper);
-    upperLayout->setContentsMargins(0, 0, 0, 0);
-    upperLayout->setSpacing(kSpacing);
-    upperLayout->addLayout(board, 1);
-    upperLayout->addWidget(Frame4);
+    auto* layout = new QVBoxLayout(upper);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(kSpacing);
+    layout->addLayout(board, 1);
+    layout->addWidget(Frame4);
+    return upper;
+}
 
+void frmMainControls::arrange(QMainWindow& window) {
     auto* lower = new QWidget;
     auto* log = new QVBoxLayout(lower);
-    log->setContentsMargins(0, 0, 0, 0);
+    log->setContentsMargins(0, kSpacing, 0, 0);
     log->setSpacing(kSpacing);
     Label8 = makeElided("Label8", "");
     Label8->setAccessibleName(QStringLiteral("Status"));
@@ -198,7 +211,7 @@ void frmMainControls::arrange(QMainWindow& window) {
     auto* splitter = make<QSplitter>("splitter");
     splitter->setOrientation(Qt::Vertical);
     splitter->setChildrenCollapsible(false);
-    splitter->addWidget(upper);
+    splitter->addWidget(arrangeUpper());
     splitter->addWidget(lower);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);

@@ -13,7 +13,6 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QGroupBox;
-class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QMainWindow;
@@ -53,6 +52,7 @@ struct frmMainControls {
     QLabel *Label13, *lSkipped, *Label1, *lNoextensioN, *Label20, *lEncrypted, *Label18, *lAccessErrors;
     QLabel *Label17, *lBadFileName, *Label14, *lZeroBytes, *Label15, *lSmallFiles, *Label24, *lCommon;
     QLabel *Label10, *lRPC, *Label8;
+    QLabel* copiedNote;
     GradeBar* gradeBar;
 
     Grid* iGrid1;
@@ -80,13 +80,14 @@ private:
     void createCommands();
     void createStats();
     void createTotals(QGridLayout& grid);
-    void createQuality(QHBoxLayout& row);
+    void createQuality(QGridLayout& grid);
     void createGrades(QGridLayout& grid);
     void createLog(QVBoxLayout& layout);
     void createMenus(QMainWindow& window);
     void createToolbar(QMainWindow& window);
     void fillToolbar();
     void createStatusBar(QMainWindow& window);
+    [[nodiscard]] QWidget* arrangeUpper() const;
     void arrange(QMainWindow& window);
 };
 

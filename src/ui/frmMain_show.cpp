@@ -107,6 +107,7 @@ void frmMain::showTexts() {
     showText(*Label22, texts.jobPercent);
     showText(*Label2_1, texts.filePercent);
     showText(*Label21, texts.copiedCaption);
+    copiedNote->setVisible(texts.copiedCaption.empty());
     showText(*lTotCopied, texts.copied);
     showText(*sFileTU, texts.currentFile);
 }

@@ -48,21 +48,17 @@ void addCell(QGridLayout& grid, const Cell& cell, int row, int column) {
 }
 
 constexpr int kCellColumns = 4;  // swatch, caption, count, gap
+constexpr int kBlocks = 3;       // cells beside each other
+constexpr int kTotalsRow = 0;
+constexpr int kTotalsRows = 4;
+constexpr int kBarRow = kTotalsRow + kTotalsRows;
+constexpr int kGradesRow = kBarRow + 1;
+constexpr int kGradesRows = 4;
 
-// Columns of cells, each filled from the top.
-void addCells(QGridLayout& grid, const std::vector<Cell>& cells, int rows) {
-    grid.setHorizontalSpacing(kSpacing);
-    grid.setVerticalSpacing(6);
-    const int count = static_cast<int>(cells.size());
-    for (int i = 0; i < count; ++i)
-        addCell(grid, cells[static_cast<std::size_t>(i)], i % rows, (i / rows) * kCellColumns);
-    const int blocks = (count + rows - 1) / rows;
-    for (int block = 0; block < blocks; ++block) {
-        grid.setColumnStretch(block * kCellColumns + 2, 3);
-        if (block + 1 < blocks)
-            grid.setColumnMinimumWidth(block * kCellColumns + 3, kMargin);
-        grid.setColumnStretch(block * kCellColumns + 3, block + 1 < blocks ? 1 : 0);
-    }
+// Cells in columns, each filled from the top.
+void addCells(QGridLayout& grid, const std::vector<Cell>& cells, int firstRow, int rows, int firstBlock) {
+    for (int i = 0; i < static_cast<int>(cells.size()); ++i)
+        addCell(grid, cells[static_cast<std::size_t>(i)], firstRow + i % rows, (firstBlock + i / rows) * kCellColumns);
 }
 
 }  // namespace
@@ -70,28 +66,28 @@ void addCells(QGridLayout& grid, const std::vector<Cell>& cells, int rows) {
 void frmMainControls::createStats() {
     Frame5 = makeFrame("Frame5", "Stats");
     auto* layout = new QVBoxLayout(Frame5);
-    layout->setSpacing(kMargin);
-    auto* top = new QHBoxLayout;
-    top->setSpacing(kMargin * 2);
-    createQuality(*top);
-    auto* totals = new QGridLayout;
-    createTotals(*totals);
-    top->addLayout(totals, 1);
-    layout->addLayout(top);
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(kSpacing);
+    grid->setVerticalSpacing(6);
+    // A count stands close to its caption; what a wide window has to give goes between the blocks.
+    for (int block = 0; block + 1 < kBlocks; ++block) {
+        grid->setColumnMinimumWidth(block * kCellColumns + 3, kMargin);
+        grid->setColumnStretch(block * kCellColumns + 3, 1);
+    }
+    createQuality(*grid);
+    createTotals(*grid);
     gradeBar = make<GradeBar>("gradeBar");
     std::vector<GradePart> parts;
     for (const GradeLook& look : kGrades) parts.push_back({QLatin1String(look.name), QColor(look.colour), 0});
     gradeBar->setParts(std::move(parts));
-    layout->addWidget(gradeBar);
-    auto* grades = new QGridLayout;
-    createGrades(*grades);
-    layout->addLayout(grades);
+    grid->addWidget(gradeBar, kBarRow, 0, 1, kBlocks * kCellColumns - 1);
+    grid->setRowMinimumHeight(kBarRow, 40);
+    createGrades(*grid);
+    layout->addLayout(grid);
     layout->addStretch();
 }
 
-void frmMainControls::createQuality(QHBoxLayout& row) {
-    auto* block = new QVBoxLayout;
-    block->setSpacing(2);
+void frmMainControls::createQuality(QGridLayout& grid) {
     Label10 = makeLabel("Label10", "Recovery Quality:");
     lRPC = makeLabel("lRPC", "0");
     QFont large = countFont(lRPC->font());
@@ -102,10 +98,13 @@ void frmMainControls::createQuality(QHBoxLayout& row) {
     Label19 = makeLabel("Label19", "Throughput");
     Label16 = makeLabel("Label16", "");
     Label22 = makeLabel("Label22", "");
-    Label16->setMinimumWidth(Label16->fontMetrics().horizontalAdvance(QStringLiteral("0,000,000 Files per minute")));
+    Label16->setMinimumWidth(Label16->fontMetrics().horizontalAdvance(QStringLiteral("000,000 Files per minute")));
+    Label19->setBuddy(Label16);
+
+    auto* block = new QVBoxLayout;
+    block->setSpacing(2);
     block->addWidget(Label10);
     block->addWidget(lRPC);
-    block->addSpacing(4);
     auto* speed = new QHBoxLayout;
     speed->setSpacing(kSpacing);
     speed->addWidget(Label19);
@@ -113,11 +112,11 @@ void frmMainControls::createQuality(QHBoxLayout& row) {
     speed->addStretch();
     block->addLayout(speed);
     block->addWidget(Label16);
-    block->addStretch();
-    row.addLayout(block);
+    grid.addLayout(block, kTotalsRow, 0, kTotalsRows, kCellColumns - 1, Qt::AlignTop | Qt::AlignLeft);
 }
 
 void frmMainControls::createTotals(QGridLayout& grid) {
+    copiedNote = makeLabel("copiedNote", "Copied:");
     addCells(grid,
              {{&Label7, "Label7", "Total Files:", &lfiles, "lfiles", -1},
               {&Label25, "Label25", "Total folders:", &lFOlders, "lFOlders", -1},
@@ -125,7 +124,9 @@ void frmMainControls::createTotals(QGridLayout& grid) {
               {&Label26, "Label26", "Folder Errors:", &lFolderErrors, "lFolderErrors", -1},
               {&Label9_1, "Label9_1", "Copy Errors", &lCopyErrors, "lCopyErrors", -1},
               {&Label21, "Label21", "", &lTotCopied, "lTotCopied", -1}},
-             6);
+             kTotalsRow, 3, 1);
+    // Label21 is empty but during a copy; its count is never without a caption.
+    grid.addWidget(copiedNote, kTotalsRow + 2, 2 * kCellColumns + 1);
 }
 
 void frmMainControls::createGrades(QGridLayout& grid) {
@@ -142,7 +143,7 @@ void frmMainControls::createGrades(QGridLayout& grid) {
               {&Label15, "Label15", "Small Files:", &lSmallFiles, "lSmallFiles", 9},
               {&Label11, "Label11", "Tested:", &lTested, "lTested", -1},
               {&Label13, "Label13", "Skipped:", &lSkipped, "lSkipped", -1}},
-             4);
+             kGradesRow, kGradesRows, 0);
 }
 
 }  // namespace quillon

@@ -25,13 +25,15 @@ namespace quillon {
 namespace {
 
 struct Colours {
-    QColor window, base, alternate, text, quiet, button, line, accent, onAccent, toolTip;
+    QColor window, panel, base, alternate, text, quietText, quiet, button, line, edge, accent, onAccent, toolTip;
 };
 
 Colours coloursOf(Look look) {
     if (look == Look::Dark)
-        return {0x1f2328, 0x16191d, 0x1b1f24, 0xe3e6ea, 0x7d8590, 0x2b3036, 0x3d444d, 0x4c8dd8, 0xffffff, 0x2b3036};
-    return {0xf4f5f7, 0xffffff, 0xf7f9fb, 0x1d2126, 0x8a929c, 0xfbfbfc, 0xcfd5dc, 0x2367b1, 0xffffff, 0xffffff};
+        return {0x1c2024, 0x22272c, 0x16191d, 0x1a1e22, 0xe3e6ea, 0xa9b1bb, 0x747c87,
+                0x2d333a, 0x373e46, 0x4d5661, 0x4589d6, 0xffffff, 0x2d333a};
+    return {0xf1f3f5, 0xfafbfc, 0xffffff, 0xf6f8fa, 0x1d2126, 0x565e68, 0x929aa4,
+            0xffffff, 0xd6dbe1, 0xb3bbc5, 0x2367b1, 0xffffff, 0xffffff};
 }
 
 QPalette paletteOf(const Colours& colours) {
@@ -63,35 +65,74 @@ QPalette paletteOf(const Colours& colours) {
     return palette;
 }
 
-QString styleSheetOf(const Colours& colours) {
-    QString sheet = QStringLiteral(R"(
-QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 0.7em; padding-top: 0.5em; }
-QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 10px; padding: 0 4px; color: @text; }
+constexpr const char* kStyleSheet = R"(
+QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 1.5em; padding: 2px; background: @panel; }
+QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 2px; color: @quietText; }
+QGroupBox QLabel, QGroupBox QCheckBox { background: transparent; }
+QPushButton { background: @button; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 4px 12px; }
+QPushButton:hover { background: @hoverButton; }
+QPushButton:pressed { background: @line; }
+QPushButton:focus { border: 1px solid @accent; }
+QPushButton:disabled { color: @quiet; border: 1px solid @line; background: @window; }
+QLineEdit { background: @base; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 3px 6px;
+    selection-background-color: @accent; selection-color: @onAccent; }
+QLineEdit:focus { border: 1px solid @accent; }
+QLineEdit:disabled { color: @quiet; background: @window; border: 1px solid @line; }
+QCheckBox { spacing: 6px; }
 QToolBar { border: 0; border-bottom: 1px solid @line; padding: 4px 8px; spacing: 4px; }
 QStatusBar { border-top: 1px solid @line; }
 QStatusBar::item { border: 0; }
 QToolTip { border: 1px solid @line; padding: 4px; color: @text; background: @tip; }
 QHeaderView::section { background: @window; color: @text; border: 0; border-right: 1px solid @line;
-    border-bottom: 1px solid @line; padding: 4px 6px; }
+    border-bottom: 1px solid @line; padding: 4px 3px; }
 QTableView { border: 1px solid @line; border-radius: 4px; }
-QLabel[remark="true"] { color: @quiet; }
-QPushButton[primary="true"]:enabled { background: @accent; color: @onAccent; border: 1px solid @accent;
-    border-radius: 4px; padding: 5px 14px; font-weight: 600; }
+QLabel[remark="true"] { color: @quietText; }
+QPushButton[primary="true"] { font-weight: 600; }
+QPushButton[primary="true"]:enabled { background: @accent; color: @onAccent; border: 1px solid @accent; }
 QPushButton[primary="true"]:enabled:hover { background: @hover; }
 QPushButton[primary="true"]:enabled:pressed { background: @pressed; }
 QPushButton[primary="true"]:enabled:focus { border: 1px solid @text; }
-QPushButton[primary="true"]:disabled { border: 1px solid @line; border-radius: 4px; padding: 5px 14px; color: @quiet;
-    font-weight: 600; }
-)");
-    const std::pair<const char*, QColor> names[] = {{"@onAccent", colours.onAccent},
-                                                    {"@window", colours.window},
-                                                    {"@line", colours.line},
-                                                    {"@text", colours.text},
-                                                    {"@quiet", colours.quiet},
-                                                    {"@tip", colours.toolTip},
-                                                    {"@hover", colours.accent.lighter(112)},
-                                                    {"@pressed", colours.accent.darker(115)},
-                                                    {"@accent", colours.accent}};
+)";
+
+#ifdef QUILLON_HAVE_SVG
+constexpr const char* kIndicatorSheet = R"(
+QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid @edge; border-radius: 3px; background: @base; }
+QCheckBox::indicator:hover, QCheckBox::indicator:focus { border: 1px solid @accent; }
+QCheckBox::indicator:checked { background: @accent; border: 1px solid @accent; image: url(:/icons/check.svg); }
+QCheckBox::indicator:disabled { border: 1px solid @line; background: @window; }
+QCheckBox::indicator:checked:disabled { background: @quiet; border: 1px solid @quiet; }
+QComboBox { background: @button; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 3px 8px; }
+QComboBox:focus { border: 1px solid @accent; }
+QComboBox:disabled { color: @quiet; background: @window; border: 1px solid @line; }
+QComboBox::drop-down { border: 0; width: 22px; }
+QComboBox::down-arrow { image: url(:/icons/arrow.svg); width: 12px; height: 12px; }
+)";
+#else
+// Without pictures the style's own check mark.
+constexpr const char* kIndicatorSheet = "";
+#endif
+
+QString styleSheetOf(const Colours& colours) {
+    QString sheet = QLatin1String(kStyleSheet) + QLatin1String(kIndicatorSheet);
+
+    // A name that begins with another one stands ahead of it.
+    const std::pair<const char*, QColor> names[] = {
+        {"@onAccent", colours.onAccent},
+        {"@window", colours.window},
+        {"@panel", colours.panel},
+        {"@base", colours.base},
+        {"@line", colours.line},
+        {"@edge", colours.edge},
+        {"@text", colours.text},
+        {"@quietText", colours.quietText},
+        {"@quiet", colours.quiet},
+        {"@tip", colours.toolTip},
+        {"@button", colours.button},
+        {"@hoverButton", colours.panel},
+        {"@hover", colours.accent.lighter(112)},
+        {"@pressed", colours.accent.darker(115)},
+        {"@accent", colours.accent},
+    };
     for (const auto& [name, colour] : names) sheet.replace(QLatin1String(name), colour.name());
     return sheet;
 }
