@@ -66,10 +66,14 @@ Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path) {
     return readWholeFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
 }
 
-Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>& rows) {
+std::string termFileBytes(const std::vector<HeaderTerm>& rows) {
     std::string bytes;
     for (const auto& row : rows) bytes += row.offset.bytes + "," + row.term.bytes + "," + row.type.bytes + "\r\n";
-    return saveWholeFile(path, bytes, TemporaryPlace::AboveFolder);
+    return bytes;
+}
+
+Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>& rows) {
+    return saveWholeFile(path, termFileBytes(rows), TemporaryPlace::AboveFolder);
 }
 
 const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {

@@ -34,8 +34,10 @@ struct HeaderTerm {
 [[nodiscard]] Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path);
 [[nodiscard]] std::vector<HeaderTerm> parseTermFile(std::string_view bytes);
 
-/// The editors' writing: the whole file, "offset,term,type" a line, CR LF behind each. No rows give an empty file,
-/// which still marks the extension as known.
+/// What the editors write: "offset,term,type" a line, CR LF behind each.
+[[nodiscard]] std::string termFileBytes(const std::vector<HeaderTerm>& rows);
+
+/// The editors' writing: the whole file. No rows give an empty file, which still marks the extension as known.
 [[nodiscard]] Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>& rows);
 
 /// The term files of one database folder, compiled and kept. Each look-up asks the file system once whether the file is
