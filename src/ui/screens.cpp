@@ -1,5 +1,11 @@
 // SPDX-License-Identifier: MIT
 // One line for each screen: which class it is and what it is made from.
+#include "editors/frmBadSectors.h"
+#include "editors/frmCommonHeaders.h"
+#include "editors/frmErrors.h"
+#include "editors/frmPreviewBadSector.h"
+#include "editors/frmSkipList.h"
+#include "editors/frmUpdatedb.h"
 #include "ui/frmABout.h"
 #include "ui/help_window.h"
 #include "ui/navigator.h"
@@ -12,6 +18,16 @@ void registerScreens(const ScreenContext& context) {
     screens.add(Screen::About, [](const std::any&) { return std::make_unique<frmABout>(); });
     screens.add(Screen::Help, [&context](const std::any&) {
         return std::make_unique<HelpWindow>(context.installation.appFolder() / kHelpFileName);
+    });
+    screens.add(Screen::SkipList, [&context](const std::any&) { return std::make_unique<frmSkipList>(context); });
+    screens.add(Screen::Updatedb, [&context](const std::any&) { return std::make_unique<frmUpdatedb>(context); });
+    screens.add(Screen::CommonHeaders,
+                [&context](const std::any&) { return std::make_unique<frmCommonHeaders>(context); });
+    screens.add(Screen::Errors, [&context](const std::any&) { return std::make_unique<frmErrors>(context); });
+    screens.add(Screen::BadSectors, [&context](const std::any&) { return std::make_unique<frmBadSectors>(context); });
+    screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
+        const auto* preview = std::any_cast<SectorPreview>(&handOver);
+        return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
     });
 }
 
