@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "editors/list_saving.h"
+
+#include <algorithm>
+
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+NativePath fileIn(const NativePath& folder, std::string_view name) {
+    return folder.empty() ? NativePath{} : folder / name;
+}
+
+Result<void> ListSaver::save(const NativePath& file, const std::string& bytes) {
+    if (file.empty())
+        return failure(ErrorKind::NotFound, "no folder is set for this file");
+    if (std::find(seen_.begin(), seen_.end(), bytes) == seen_.end())
+        seen_.push_back(bytes);
+    const auto old = readWholeFile(file);
+    if (old && !old->empty() && std::find(seen_.begin(), seen_.end(), *old) == seen_.end()) {
+        if (const auto copy = kept_.copyAway(file); !copy)
+            return failure(copy.error());
+    }
+    return saveWholeFile(file, bytes, TemporaryPlace::AboveFolder);
+}
+
+}  // namespace quillon

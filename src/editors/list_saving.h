@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// How the editors find and replace a rule list or term file without losing what nobody has seen.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/kept_files.h"
+
+namespace quillon {
+
+/// `folder`/`name`; empty when the settings name no such folder, so that no file of the current folder is meant.
+[[nodiscard]] NativePath fileIn(const NativePath& folder, std::string_view name);
+
+/// Writes the files of one list. What stands in a file and never was on the screen (the list of another workstation,
+/// lines that the editor cannot show) goes under Kept before it is overwritten.
+class ListSaver {
+public:
+    /// `kept` must outlive this.
+    explicit ListSaver(KeptFiles& kept) : kept_(kept) {}
+
+    /// A list was loaded: its content as the screen would write it. Older contents are forgotten.
+    void loaded(std::string bytes) { seen_ = {std::move(bytes)}; }
+    /// Nothing of a file is on the screen any more: whatever it holds is kept.
+    void forget() { seen_.clear(); }
+
+    /// Replaces the file's content, which has been on the screen from now on. When unseen bytes cannot be kept, nothing
+    /// is written. An empty path is a NotFound failure.
+    [[nodiscard]] Result<void> save(const NativePath& file, const std::string& bytes);
+
+private:
+    KeptFiles& kept_;
+    std::vector<std::string> seen_;
+};
+
+}  // namespace quillon
