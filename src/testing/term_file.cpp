@@ -25,10 +25,6 @@ std::string foldedFileName(std::u16string_view extension) {
     return toNative(lowered(std::u16string(extension))) + ".dat";
 }
 
-std::string foldedName(std::string_view name) {
-    return toNative(lowered(toListText(name)));
-}
-
 bool changedJustNow(const FileTime& changed) {
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
