@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// "Zip File Lists": packs the lists of a job into an archive and can tell another computer. The work is ZipFileLists'; the
-// screen hands inputs in and shows the state that comes out.
+// "Zip File Lists": packs the lists of a job into an archive and can tell another computer. The work is ZipFileLists';
+// the screen hands inputs in and shows the state that comes out.
 //
 //   Frame1 "Selected Files"
 //     iGrid1                        "Files to ZIP"            one path a row
