@@ -15,7 +15,7 @@ FLOORS = ["text", "platform", "app", "testing", "messaging", "archive", "setup",
 MAX_FILE_LINES = 400
 MAX_FUNCTION_LINES = 40
 
-SOURCE_FOLDERS = ("src", "tests", "bench", "fuzz")
+SOURCE_FOLDERS = ("src", "tests", "tools", "bench", "fuzz")
 SKIPPED_FOLDERS = {".git", ".cache", "build", "__pycache__"}
 
 # Headers with the ending .h that are libraries and not doors to the system.

@@ -5,4 +5,4 @@ set -eu
 cd "$(dirname "$0")/.."
 mode=-i
 [ "${1:-}" != --check ] || mode=--dry-run
-find src tests bench fuzz \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 -r clang-format $mode -Werror --style=file
+find src tests tools bench fuzz \( -name '*.cpp' -o -name '*.h' \) -print0 | xargs -0 -r clang-format $mode -Werror --style=file

@@ -2,7 +2,6 @@
 #include "archive/entry_names.h"
 
 #include "app/installation.h"
-#include "archive/file_mask.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/list_text.h"

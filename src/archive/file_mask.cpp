@@ -55,8 +55,4 @@ std::vector<std::string> listByMask(const NativePath& folder, std::string_view m
     return found;
 }
 
-std::string foldedName(std::string_view nativeName) {
-    return toNative(lowered(toListText(nativeName)));
-}
-
 }  // namespace quillon

@@ -18,8 +18,4 @@ namespace quillon {
 /// The files directly in a folder whose names fit, sorted by bytes. None when the folder cannot be listed.
 [[nodiscard]] std::vector<std::string> listByMask(const NativePath& folder, std::string_view mask);
 
-/// A native name folded to lower case, for comparing and for data files whose names are kept in lower case. Bytes that
-/// are no text stay as they are.
-[[nodiscard]] std::string foldedName(std::string_view nativeName);
-
 }  // namespace quillon

@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "app/folder_structure.h"
-#include "archive/file_mask.h"
 #include "archive/list_selection.h"
 #include "platform/folders.h"
 #include "text/list_text.h"

@@ -4,6 +4,7 @@
 // The work behind "Zip File Lists": the lists of a finished job go into one archive in the archive folder, and another
 // computer can be told. The screen shows `ZipState` and calls the operations; it holds no logic of its own.
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,7 +13,8 @@
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "archive/zip_writer.h"
-#include "messaging/alert_sender.h"
+#include "messaging/alert_exchange.h"
+#include "messaging/network_enum.h"
 
 namespace quillon {
 
@@ -85,7 +87,14 @@ public:
     /// ASecondZipMayRunWithinTheFirst).
     void zip();
 
+    /// Command7 "Query Network": fills Combo1. Kept: choosing from it leaves "Test" as it was (test
+    /// AChoiceAfterAQueryLeavesTestAsItWas).
+    void queryNetwork(std::shared_ptr<NetworkProvider> network);
+    /// Command8 "Test" with the text of Combo1, over the screen's own exchange.
+    void testRecipient(AlertExchange& exchange);
+
 private:
+    class RecipientHost;
     struct Run;
 
     void fillGrid();

@@ -3,7 +3,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "archive/file_mask.h"
 #include "archive/list_selection.h"
 #include "archive/zip_file_lists.h"
 #include "messaging/message_log.h"

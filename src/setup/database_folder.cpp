@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "archive/file_mask.h"
+#include "text/list_text.h"
 
 namespace quillon {
 

@@ -4,12 +4,12 @@
 #include <fmt/format.h>
 
 #include "app/folder_structure.h"
-#include "archive/file_mask.h"
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/folder_repair.h"
 #include "setup/shared_database.h"
+#include "text/list_text.h"
 #include "text/numbers.h"
 
 namespace quillon {

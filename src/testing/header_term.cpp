@@ -22,9 +22,14 @@ int digitOf(char c) {
     return -1;
 }
 
-// The whole field as a number, blanks around it allowed; anything else is 0.
+// The whole field as a number, blanks around it and a sign allowed; anything else, words for what is not finite
+// included, is 0.
 double plainPosition(std::string_view field) {
-    const auto text = trim(field);
+    auto text = trim(field);
+    if (text.find_first_not_of("+-.0123456789eE") != text.npos)
+        return 0;
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-')
+        text.remove_prefix(1);
     double value = 0;
     const auto parsed = std::from_chars(text.data(), text.data() + text.size(), value);
     return parsed.ec == std::errc() && parsed.ptr == text.data() + text.size() ? value : 0;

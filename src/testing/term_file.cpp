@@ -18,12 +18,11 @@ constexpr std::int64_t kTickNanoseconds = 50'000'000;
 
 constexpr unsigned kLookUpsPerFolderCheck = 64;
 
+// Names of recovered files may end in anything: what is kept of extensions without a term file has a bound.
+constexpr std::size_t kMostEntries = 8192;
+
 std::string foldedFileName(std::u16string_view extension) {
     return toNative(lowered(std::u16string(extension))) + ".dat";
-}
-
-std::string foldedName(std::string_view name) {
-    return toNative(lowered(toListText(name)));
 }
 
 bool changedJustNow(const FileTime& changed) {
@@ -77,10 +76,12 @@ Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>&
 }
 
 const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {
-    if (lookUps_++ % kLookUpsPerFolderCheck == 0)
+    if (lookUps_++ % kLookUpsPerFolderCheck == 0 || !handle_.isOpen())
         checkFolder();
     auto found = entries_.find(extension);
     if (found == entries_.end()) {
+        if (entries_.size() >= kMostEntries)
+            entries_.clear();
         found = entries_.emplace(extension, Entry{}).first;
         found->second.foldedName = foldedFileName(extension);
     }
@@ -127,11 +128,8 @@ bool TermFiles::refresh(Entry& entry) {
 // An extension whose file is not known to exist costs one look at the folder, not one at the file.
 void TermFiles::locate(Entry& entry) {
     const auto stamp = handle_.stamp();
-    if (!stamp) {
-        checkFolder();
-        names_.clear();
+    if (!stamp)
         return;
-    }
     if (listingMayBeStale_ || !listedAt_ || *listedAt_ != *stamp) {
         listedAt_ = *stamp;
         listFolder();

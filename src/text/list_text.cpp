@@ -92,6 +92,10 @@ std::string toNative(std::u16string_view listPath) {
     return out;
 }
 
+std::string foldedName(std::string_view nativeName) {
+    return toNative(lowered(toListText(nativeName)));
+}
+
 std::u16string withCommas(std::u16string_view listPath) {
     std::u16string out(listPath);
     std::replace(out.begin(), out.end(), u'>', u',');

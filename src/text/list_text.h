@@ -26,6 +26,10 @@ void appendListText(std::u16string& out, std::string_view nativePath);
 /// The same into a string that is kept; old contents are replaced.
 void toNative(std::u16string_view listPath, std::string& out);
 
+/// A native name folded to lower case, for comparing and for data files whose names are kept in lower case. Bytes that
+/// are no text stay as they are.
+[[nodiscard]] std::string foldedName(std::string_view nativeName);
+
 /// A path in list form with every ">" turned back into ",". Escaped bytes stay escaped.
 [[nodiscard]] std::u16string withCommas(std::u16string_view listPath);
 

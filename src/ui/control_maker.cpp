@@ -40,7 +40,7 @@ QLabel* makeCount(const char* name) {
     QLabel* label = makeLabel(name, "0");
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setFont(countFont(label->font()));
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("0,000,000")));
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("000,000")));
     return label;
 }
 

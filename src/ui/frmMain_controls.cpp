@@ -49,7 +49,7 @@ void frmMainControls::createSource() {
     Label28 = makeLabel("Label28", "&Job ID");
     Textbox1 = make<QLineEdit>("Textbox1");
     Textbox1->setToolTip(QStringLiteral("Enter the Job Number or unique ID"));
-    Textbox1->setMinimumWidth(140);
+    Textbox1->setMinimumWidth(110);
     Label28->setBuddy(Textbox1);
     CommandButton1 = makeButton("CommandButton1", "&Browse for Drive/Folder");
     Label2 = makeLabel("Label2", "Source:");
@@ -112,7 +112,7 @@ void frmMainControls::createAlerts() {
     Label23 = makeLabel("Label23", "On f&inish Send to");
     Combo1 = make<QComboBox>("Combo1");
     Combo1->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    Combo1->setMinimumContentsLength(10);
+    Combo1->setMinimumContentsLength(6);
     Label23->setBuddy(Combo1);
     Command2 = makeButton("Command2", "Query &Network");
     Command3 = makeButton("Command3", "&Test");

@@ -45,10 +45,5 @@ TEST(FileMaskTest, AFolderIsListedByBytesAndAMissingOneIsEmpty) {
     EXPECT_TRUE(listByMask(NativePath(), "*.*").empty());
 }
 
-TEST(FileMaskTest, FoldedNamesKeepBytesThatAreNoText) {
-    EXPECT_EQ(foldedName("JPG.Dat"), "jpg.dat");
-    EXPECT_EQ(foldedName("A\xFF,B>C"), "a\xFF,b>c");
-}
-
 }  // namespace
 }  // namespace quillon::test

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "archive/zip_screen.h"
+#include "support/scripted_network.h"
+#include "support/scripted_socket.h"
 
 namespace quillon::test {
 namespace {
@@ -136,6 +138,44 @@ TEST_F(ZipFileListsTest, AnEmptyChoiceGivesArchivesBelowTheLocalPath) {
     lists.changeDestination();
     EXPECT_EQ(installation.paths().zipPath, folder / "local/Archives");
     EXPECT_TRUE(exists("local/Archives"));
+}
+
+TEST_F(ZipFileListsTest, AQueryFillsTheRecipients) {
+    open();
+    lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"}));
+    EXPECT_THAT(lists.state.recipients, ElementsAre("Please Select", "DESK2", "DESK3"));
+    EXPECT_EQ(lists.state.recipientIndex, 0);
+    EXPECT_TRUE(lists.state.recipientsEnabled);
+    EXPECT_FALSE(lists.state.busyPointer);
+}
+
+TEST_F(ZipFileListsTest, AQueryWithoutAnAnswerDisablesTheBox) {
+    open();
+    lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{}));
+    EXPECT_THAT(lists.state.recipients, ElementsAre("No Computers Found"));
+    EXPECT_FALSE(lists.state.recipientsEnabled);
+}
+
+TEST_F(ZipFileListsTest, AChoiceAfterAQueryLeavesTestAsItWas) {
+    open();
+    lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"}));
+    lists.state.recipientIndex = 1;
+    EXPECT_FALSE(lists.state.testEnabled);
+}
+
+TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameName) {
+    std::vector<std::string> journal;
+    ScriptedSocket server("wServer", journal);
+    ScriptedSocket client("wClient", journal);
+    AlertExchange exchange(AlertScreen::Zip, server, client, installation, fake.surroundings,
+                           [this] { return lists.state.jobId; });
+    open();
+    lists.state.recipients = {"Query", "LAB7"};
+    lists.state.recipientIndex = 1;
+    fake.dialogs.expectBox("UDP Conflict", "Unable to send messages to computer with same name.", BoxAnswer::Ok,
+                           BoxStyle::Plain);
+    lists.testRecipient(exchange);
+    EXPECT_TRUE(server.sent.empty());
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "platform/folders.h"
 #include "setup/wizard.h"
 #include "support/fake_surroundings.h"
+#include "support/scripted_network.h"
 #include "support/scripted_socket.h"
 #include "support/temp_folder.h"
 
@@ -33,23 +34,6 @@ public:
     std::optional<WizardPath> focus;
     std::optional<bool> left;
     std::function<void()> onShow;
-};
-
-/// A network of servers with these names.
-class ScriptedNetwork final : public NetworkProvider {
-public:
-    explicit ScriptedNetwork(std::vector<std::string> names) : names_(std::move(names)) {}
-    Result<std::vector<NetworkResource>> enumerate(const NetworkResource* container, std::uint32_t /*resourceType*/,
-                                                   std::chrono::steady_clock::time_point /*deadline*/) override {
-        std::vector<NetworkResource> found;
-        if (container == nullptr) {
-            for (const auto& name : names_) found.push_back({DisplayType::Server, 0, "\\\\" + name});
-        }
-        return found;
-    }
-
-private:
-    std::vector<std::string> names_;
 };
 
 class WizardScreen {

@@ -180,5 +180,10 @@ TEST(ListText, AnEscapedBackslashEndsNoComponent) {
     EXPECT_EQ(parentOf(path), u"/a");
 }
 
+TEST(ListText, AFoldedNameIsInLowerCaseAndKeepsBytesThatAreNoText) {
+    EXPECT_EQ(foldedName("JPG.Dat"), "jpg.dat");
+    EXPECT_EQ(foldedName("A\xFF,B>C"), "a\xFF,b>c");
+}
+
 }  // namespace
 }  // namespace quillon

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "editors/report_messages_editor.h"
+
+#include "platform/whole_file.h"
+#include "text/fields.h"
+
+namespace quillon {
+
+ReportMessagesEditor::ReportMessagesEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept,
+                                           ReportMessages& messages)
+    : installation_(installation), dialogs_(dialogs), kept_(kept), messages_(messages) {
+    for (std::size_t i = 0; i < kMessageCount; ++i) texts[i] = kMessageFields[i].text;
+}
+
+void ReportMessagesEditor::load() {
+    std::size_t next = 0;
+    if (const auto bytes = readWholeFile(fileIn(installation_.paths().localSettings, kErrorsFileName))) {
+        for (const auto line : splitLines(*bytes)) {
+            auto items = splitFields(line);
+            if (items.empty())
+                items.emplace_back();  // an empty line is an empty item
+            for (const auto item : items) {
+                if (next < kMessageCount)
+                    texts[next++] = toUtf8(PageText{std::string(item)});
+            }
+        }
+    }
+    saver_.loaded(fileBytes());
+}
+
+std::string ReportMessagesEditor::fileBytes() const {
+    std::string bytes;
+    for (const auto& text : texts) bytes += toPage(text).bytes + "\r\n";
+    return bytes;
+}
+
+bool ReportMessagesEditor::save() {
+    const Paths& paths = installation_.paths();
+    std::string& common = texts.back();
+    if (const auto trimmed = trimRight(common); trimmed.empty() || trimmed.back() != ':')
+        common = std::string(trimmed) + ":";
+    const std::string bytes = fileBytes();
+    if (!saver_.save(fileIn(paths.localSettings, kErrorsFileName), bytes))
+        return false;
+    if (paths.useSharedDb && !saver_.save(fileIn(paths.sharedSettings, kErrorsFileName), bytes))
+        return false;
+    loadReportMessages(installation_, dialogs_, kept_, messages_);
+    return true;
+}
+
+}  // namespace quillon

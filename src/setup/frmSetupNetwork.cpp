@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "setup/frmSetupNetwork.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "ui/qt_text.h"
+#include "ui/theme.h"
+#include "ui/window_event_loop.h"
+
+namespace quillon {
+
+frmSetupNetwork::frmSetupNetwork(const ScreenContext& context)
+    : context_(context), setup_(context.installation, context.surroundings, *this) {
+    setObjectName(QStringLiteral("frmSetupNetwork"));
+    setWindowTitle(QStringLiteral("Set up Network"));
+    createControls();
+    showState();
+    connectControls();
+}
+
+void frmSetupNetwork::createControls() {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    layout->setSpacing(kMargin);
+    QGroupBox* frame = makeFrame("frameFiles", "Files to copy to Network");
+    auto* content = new QVBoxLayout(frame);
+    content->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    content->setSpacing(kSpacing);
+    for (std::size_t i = 0; i < Check1.size(); ++i) {
+        Check1[i] = makeCheck(("Check1_" + std::to_string(i)).c_str(), setup_.state.boxes[i].caption);
+        content->addWidget(Check1[i]);
+    }
+    content->addStretch(1);
+    auto* all = new QHBoxLayout;
+    all->setSpacing(kSpacing);
+    Command3[1] = makeButton("Command3_1", "Select All");
+    Command3[0] = makeButton("Command3_0", "Clear All");
+    all->addWidget(Command3[1]);
+    all->addWidget(Command3[0]);
+    all->addStretch(1);
+    content->addLayout(all);
+    layout->addWidget(frame, 1);
+
+    auto* commands = new QHBoxLayout;
+    commands->setSpacing(kSpacing);
+    Label1 = makeElided("Label1", "");
+    Command1 = makeButton("Command1", "Copy");
+    Command2 = makeButton("Command2", "Cancel");
+    makePrimary(*Command1);
+    commands->addWidget(Label1, 1);
+    commands->addWidget(Command1);
+    commands->addWidget(Command2);
+    layout->addLayout(commands);
+    resize(420, 300);
+}
+
+void frmSetupNetwork::connectControls() {
+    for (std::size_t i = 0; i < Command3.size(); ++i) {
+        connect(Command3[i], &QPushButton::clicked, this, [this, i] {
+            readInputs();
+            setup_.setAll(i == 1);
+            showState();
+        });
+    }
+    connect(Command1, &QPushButton::clicked, this, &frmSetupNetwork::Command1_Click);
+    connect(Command2, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmSetupNetwork::readInputs() {
+    for (std::size_t i = 0; i < Check1.size(); ++i) setup_.state.boxes[i].ticked = Check1[i]->isChecked();
+}
+
+void frmSetupNetwork::showState() {
+    for (std::size_t i = 0; i < Check1.size(); ++i) {
+        Check1[i]->setChecked(setup_.state.boxes[i].ticked);
+        Check1[i]->setEnabled(setup_.state.boxes[i].enabled);
+    }
+    Label1->setText(toQt(setup_.state.progress));
+}
+
+// Copy
+void frmSetupNetwork::Command1_Click() {
+    readInputs();
+    copying_ = true;
+    for (QPushButton* button : {Command1, Command2, Command3[0], Command3[1]}) button->setEnabled(false);
+    setup_.copy();
+    copying_ = false;
+    context_.loop.flush();
+    close();
+}
+
+void frmSetupNetwork::closeEvent(QCloseEvent* event) {
+    if (copying_) {  // the copies go on; their end closes the screen
+        event->ignore();
+        return;
+    }
+    event->accept();
+    context_.navigator.unload(Screen::SetupNetwork);
+}
+
+}  // namespace quillon

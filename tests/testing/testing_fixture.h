@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// A header test over a database in a temporary folder. The heads of the tested files come from memory, so that every
+// access to a tested file shows.
+
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/temp_folder.h"
+#include "testing/header_test.h"
+#include "text/fields.h"
+
+namespace quillon::test {
+
+/// Heads of files by path; a path that is not here cannot be opened.
+class MemoryHeads final : public HeadReader {
+public:
+    Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+        asked.emplace_back(nativePath);
+        const auto found = files.find(std::string(nativePath));
+        if (found == files.end())
+            return failure(ErrorKind::PermissionDenied, "Permission denied");
+        head.fill(' ');
+        const std::string& bytes = found->second;
+        std::copy_n(bytes.begin(), std::min(bytes.size(), head.size()), head.begin());
+        return {};
+    }
+
+    std::map<std::string, std::string> files;
+    std::vector<std::string> asked;
+};
+
+/// Counts what a test raises and keeps what it logs.
+class RecordingHost final : public HeaderTestHost {
+public:
+    bool useCommonHeaders() override { return common; }
+    void raise(TestCount count) override { ++counts[count]; }
+    void logAccessError(const std::string& text) override { logged.push_back(text); }
+
+    bool common = false;
+    std::map<TestCount, int> counts;
+    std::vector<std::string> logged;
+};
+
+class HeaderFixture : public testing::Test {
+protected:
+    HeaderFixture()
+        : termFiles(folder / "Database"),
+          messages(ReportMessages::fallback()),
+          test(termFiles, messages, commonList, heads, host) {
+        std::filesystem::create_directory(folder / "Database");
+    }
+
+    void termFile(const std::string& name, std::string_view bytes) { folder.write("Database/" + name + ".dat", bytes); }
+
+    void commonHeaders(const std::vector<std::string_view>& lines) {
+        host.common = true;
+        commonList.assign(lines);
+    }
+
+    /// The grade of a row as the walk writes it.
+    std::u16string gradeRow(std::u16string_view row, std::u16string_view extension) {
+        const auto fields = splitFields(row);
+        const auto result = test.checkFile(fields, extension);
+        if (!result) {
+            lastError = result.error();
+            return u"<failure>";
+        }
+        return std::u16string(*result);
+    }
+
+    /// The grade of a file of 600 bytes that begins with `head`.
+    std::u16string grade(const std::string& head, std::u16string_view extension = u"abc") {
+        heads.files["/s/f"] = head;
+        return gradeRow(u"/s/f,15/11/2026, 600, 32;Ab9x", extension);
+    }
+
+    /// True when exactly these counters were raised, each once, since the last call.
+    testing::AssertionResult raised(std::initializer_list<TestCount> expected) {
+        std::map<TestCount, int> wanted;
+        for (const auto count : expected) ++wanted[count];
+        const bool same = wanted == host.counts;
+        auto answer = same ? testing::AssertionSuccess() : testing::AssertionFailure();
+        for (const auto& [count, number] : host.counts)
+            answer << " counter " << static_cast<int>(count) << "=" << number;
+        host.counts.clear();
+        return answer;
+    }
+
+    TempFolder folder;
+    TermFiles termFiles;
+    ReportMessages messages;
+    CommonList commonList;
+    MemoryHeads heads;
+    RecordingHost host;
+    HeaderTest test;
+    FileError lastError;
+};
+
+}  // namespace quillon::test

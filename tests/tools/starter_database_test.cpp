@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+// The content of the starter database. The heads are made from the layouts of the formats; a folder of real ones is
+// judged as well when the environment variable QUILLON_SAMPLES names it.
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "dbcheck/command.h"
+#include "dbcheck/database_lint.h"
+#include "dbcheck/extension_table.h"
+#include "dbcheck/score.h"
+#include "healthy_heads.h"
+#include "platform/whole_file.h"
+#include "testing/report_messages.h"
+#include "testing/skip_list.h"
+#include "text/fields.h"
+
+namespace quillon {
+namespace {
+
+const HeaderDatabase& starter() {
+    static const auto database = readHeaderDatabase(QUILLON_STARTER);
+    static const HeaderDatabase none;
+    EXPECT_TRUE(database) << (database ? "" : database.error().text);
+    return database ? *database : none;
+}
+
+// The bytes of a starter file; empty, with a failure, when it cannot be read.
+std::string starterFile(const std::string& name) {
+    auto bytes = readWholeFile(NativePath(QUILLON_STARTER) / name);
+    EXPECT_TRUE(bytes) << name;
+    return bytes ? *bytes : std::string();
+}
+
+bool accepts(const std::string& extension, const Sample& sample) {
+    const auto terms = starter().terms.find(extension);
+    return terms != starter().terms.end() && firstFit(terms->second, sample.folded);
+}
+
+// The name that a common header gives; empty for none.
+std::u16string commonName(const Sample& sample) {
+    for (const auto& record : starter().commonList.records()) {
+        if (record.term.match(sample.folded) == MatchResult::Yes)
+            return record.description.value_or(u"");
+    }
+    return {};
+}
+
+TEST(StarterDatabase, IsCleanAndKnowsAtLeast600Extensions) {
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(runDbcheck({QUILLON_STARTER, "--min-extensions", "600"}, out, err), kDbcheckGood) << err.str();
+}
+
+TEST(StarterDatabase, AcceptsTheVariantsOfCommonFormats) {
+    for (const auto& sample : test::healthyHeads()) EXPECT_TRUE(accepts(sample.extension, sample)) << sample.path;
+}
+
+TEST(StarterDatabase, TermsOfOtherFormatsDoNotAcceptThem) {
+    const auto score = scoreSamples(starter(), test::healthyHeads());
+    EXPECT_LT(score.falseAcceptPercent(), 0.05);
+}
+
+TEST(StarterDatabase, RejectsAndNamesForeignContent) {
+    struct Case {
+        const char* extension;
+        std::string bytes;
+        const char16_t* name;
+    };
+    const std::string compound = hexToText("D0CF11E0A1B11AE1");
+    const Case cases[] = {
+        {"jpg", hexToText("89504E470D0A1A0A"), u"PNG picture"},
+        {"png", hexToText("FFD8FFE000104A464946"), u"JPEG picture"},
+        {"doc", hexToText("FFD8FFE000104A464946"), u"JPEG picture"},
+        {"jpg", "%PDF-1.4\n", u"PDF document"},
+        {"pdf", compound, u"Office 97-2003 or other OLE document"},
+        {"pst", "<html><body>", u"HTML page"},
+        {"mp4", std::string(512, '\0'), u"Zero bytes only in the first 512"},
+        {"mp3", hexToText("46494C453000030011223344"), u"NTFS file record"},
+        {"xlsx", std::string(512, '\xFF'), u"FF bytes only in the first 512"},
+        {"tif", "BAD SECTOR BAD SECTOR ", u"Fill pattern of unread sectors"},
+    };
+    for (const auto& one : cases) {
+        const auto sample = test::headOf(one.extension, "foreign", one.bytes);
+        EXPECT_FALSE(accepts(one.extension, sample)) << one.extension;
+        EXPECT_EQ(commonName(sample), one.name) << one.extension;
+    }
+}
+
+TEST(StarterDatabase, PlainTextWithoutAHeaderHasNoTermFile) {
+    for (const char* const extension : {"txt", "csv", "log", "ini", "js", "css", "c", "py", "bat", "json", "sql"})
+        EXPECT_FALSE(starter().terms.contains(extension)) << extension;
+}
+
+TEST(StarterDatabase, ReportMessagesAreTheFallbackTexts) {
+    const auto bytes = starterFile("Settings/Errors.dat");
+    const auto lines = splitLines(bytes);
+    const auto fallback = ReportMessages::fallback();
+    ASSERT_EQ(lines.size(), kMessageCount);
+    for (std::size_t i = 0; i < kMessageCount; ++i) EXPECT_EQ(pageBytesToUtf16(lines[i]), fallback.all()[i]);
+}
+
+TEST(StarterDatabase, SkipListLeavesCustomersFilesAlone) {
+    std::vector<std::u16string> lines;
+    const auto bytes = starterFile("Settings/SkipList.dat");
+    for (const auto line : splitLines(bytes)) lines.push_back(pageBytesToUtf16(line));
+    SkipList list;
+    list.assign(lines);
+    for (const char16_t* const path :
+         {u"/mnt/c/Users/Ann/Pictures/Thumbs.db", u"/mnt/c/pagefile.sys", u"/mnt/c/Windows/System32/ntdll.dll",
+          u"/mnt/c/System Volume Information/tracking.log", u"/mnt/c/$Recycle.Bin/S-1-5-21/$IABC12.jpg",
+          u"/mnt/mac/Users/ann/.DS_Store", u"C:\\Windows\\WinSxS\\x\\y.dll"}) {
+        EXPECT_TRUE(list.matches(path));
+    }
+    for (const char16_t* const path :
+         {u"/mnt/c/Users/Ann/Pictures/holiday.jpg", u"/mnt/c/$Recycle.Bin/S-1-5-21/$RABC12.jpg",
+          u"/mnt/c/Windows/Fonts/own.ttf", u"/mnt/c/Users/Ann/Documents/windows/system.doc",
+          u"/mnt/c/Program Files/Accounts/books.mdb", u"/mnt/mac/Users/ann/Library/Mail/inbox.mbox",
+          u"/mnt/c/lost+found/file001.jpg", u"/mnt/c/FOUND.000/FILE0000.CHK"}) {
+        EXPECT_FALSE(list.matches(path));
+    }
+}
+
+TEST(StarterDatabase, ThePageHoldsTheTableOfToday) {
+    const auto page = readWholeFile(QUILLON_DATABASE_PAGE);
+    ASSERT_TRUE(page);
+    EXPECT_NE(page->find(extensionTable(starter())), std::string::npos)
+        << "docs/database.md ends with the output of dbcheck data/starter --table";
+}
+
+TEST(StarterDatabase, JudgesAFolderOfRealHeads) {
+    const char* const folder = std::getenv("QUILLON_SAMPLES");
+    if (folder == nullptr)
+        GTEST_SKIP() << "QUILLON_SAMPLES names no folder of sample heads";
+    std::ostringstream out;
+    const int status = runDbcheck({QUILLON_STARTER, "--samples", folder, "--min-good", "98", "--max-false-accepts",
+                                   "0.5", "--min-rejected", "95", "--min-named", "50"},
+                                  out, std::cerr);
+    EXPECT_EQ(status, kDbcheckGood) << out.str();
+}
+
+}  // namespace
+}  // namespace quillon

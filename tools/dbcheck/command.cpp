@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "dbcheck/command.h"
+
+#include <ostream>
+
+#include <fmt/format.h>
+
+#include "dbcheck/database_lint.h"
+#include "dbcheck/extension_table.h"
+#include "dbcheck/options.h"
+#include "dbcheck/score.h"
+#include "platform/folders.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kIndex = "index.tsv";
+constexpr const char* kMislabelled = "mislabelled.tsv";
+
+// Collects what is wrong and says it at once.
+class Verdict {
+public:
+    explicit Verdict(std::ostream& err) : err_(err) {}
+
+    void wrong(const std::string& text) {
+        err_ << "dbcheck: " << text << '\n';
+        good_ = false;
+    }
+    [[nodiscard]] bool good() const { return good_; }
+
+private:
+    std::ostream& err_;
+    bool good_ = true;
+};
+
+void reportLint(const Problems& problems, Verdict& verdict) {
+    for (const auto& problem : problems) {
+        const auto line = problem.line == 0 ? std::string() : fmt::format(":{}", problem.line);
+        verdict.wrong(fmt::format("{}{}: {}", problem.file, line, problem.text));
+    }
+}
+
+void printExtension(const std::string& extension, const ExtensionScore& score, std::size_t terms, bool pairs,
+                    std::ostream& out) {
+    out << fmt::format("{:<24} {:>5} {:>7} {:>5} {:>8} {:>13}", extension, terms, score.samples, score.good,
+                       score.samples - score.good, score.falseAccepts);
+    if (pairs) {
+        for (const auto& [other, count] : score.acceptedFrom) out << fmt::format(" {}:{}", other, count);
+    }
+    out << '\n';
+}
+
+void printScore(const HeaderDatabase& database, const Score& score, bool pairs, std::ostream& out) {
+    out << fmt::format("{:<24} {:>5} {:>7} {:>5} {:>8} {:>13}\n", "extension", "terms", "samples", "good", "not good",
+                       "false accepts");
+    for (const auto& [extension, own] : score.extensions)
+        printExtension(extension, own, database.terms.at(extension).size(), pairs, out);
+    for (const auto& path : score.missed) out << "not good: " << path << '\n';
+    out << fmt::format("samples: {} of known extensions, {} good ({:.2f} %); {} of unknown extensions, {} too small\n",
+                       score.samples, score.good, score.goodPercent(), score.withoutTermFile, score.tooSmall);
+    out << fmt::format("false accepts: {} of {} pairs ({:.4f} %), and {} within families\n", score.falseAccepts,
+                       score.pairs, score.falseAcceptPercent(), score.familyAccepts);
+}
+
+void printMislabelled(const MislabelledScore& score, std::ostream& out) {
+    for (const auto& path : score.accepted) out << "good, though mislabelled: " << path << '\n';
+    out << fmt::format("mislabelled: {}, not good {} ({:.1f} %), of them named by a common header {} ({:.1f} %)\n",
+                       score.samples, score.samples - score.accepted.size(), score.rejectedPercent(), score.named,
+                       score.namedPercent());
+}
+
+void compare(const char* what, bool holds, double found, double threshold, Verdict& verdict) {
+    if (!holds)
+        verdict.wrong(fmt::format("{}: {:.4f} %, the threshold is {:.4f} %", what, found, threshold));
+}
+
+Result<void> judgeBySamples(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
+                            Verdict& verdict) {
+    const auto samples = readSamples(*options.samples, kIndex);
+    if (!samples)
+        return failure(samples.error());
+    const Score score = scoreSamples(database, *samples);
+    printScore(database, score, options.pairs, out);
+    compare("good samples", score.goodPercent() >= options.minGood, score.goodPercent(), options.minGood, verdict);
+    compare("false accepts", score.falseAcceptPercent() <= options.maxFalseAccepts, score.falseAcceptPercent(),
+            options.maxFalseAccepts, verdict);
+    if (!pathExists(*options.samples / kMislabelled))
+        return {};
+    const auto mislabelled = readSamples(*options.samples, kMislabelled);
+    if (!mislabelled)
+        return failure(mislabelled.error());
+    const auto wrong = scoreMislabelled(database, *mislabelled);
+    printMislabelled(wrong, out);
+    compare("mislabelled samples not good", wrong.rejectedPercent() >= options.minRejected, wrong.rejectedPercent(),
+            options.minRejected, verdict);
+    compare("of them named by a common header", wrong.namedPercent() >= options.minNamed, wrong.namedPercent(),
+            options.minNamed, verdict);
+    return {};
+}
+
+}  // namespace
+
+int runDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    const auto parsed = parseDbcheck(arguments, out, err);
+    if (!parsed.options)
+        return parsed.exitStatus;
+    const auto& options = *parsed.options;
+    const auto database = readHeaderDatabase(options.database);
+    if (!database) {
+        err << "dbcheck: " << database.error().text << '\n';
+        return kDbcheckUsage;
+    }
+    if (options.table) {
+        out << extensionTable(*database);
+        return kDbcheckGood;
+    }
+    Verdict verdict(err);
+    const auto problems = lintDatabase(options.database, *database);
+    reportLint(problems, verdict);
+    if (database->terms.size() < options.minExtensions)
+        verdict.wrong(fmt::format("{} term files, at least {} wanted", database->terms.size(), options.minExtensions));
+    if (options.samples) {
+        if (auto judged = judgeBySamples(*database, options, out, verdict); !judged) {
+            err << "dbcheck: " << judged.error().text << '\n';
+            return kDbcheckUsage;
+        }
+    }
+    out << fmt::format("lint: {} findings in {} term files\n", problems.size(), database->terms.size());
+    return verdict.good() ? kDbcheckGood : kDbcheckBad;
+}
+
+}  // namespace quillon

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "dbcheck/options.h"
+
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+#include "dbcheck/command.h"
+
+namespace quillon {
+
+namespace {
+
+void declare(CLI::App& command, DbcheckOptions& options, std::string& database, std::string& samples) {
+    const auto percent = CLI::Range(0.0, 100.0);
+    command.add_option("database", database, "Folder that holds Database and Settings")
+        ->required()
+        ->check(CLI::ExistingDirectory)
+        ->type_name("DIR");
+    command.add_option("--samples", samples, "Folder with index.tsv and sample heads: judge the database by them")
+        ->check(CLI::ExistingDirectory)
+        ->type_name("DIR");
+    command.add_flag("--table", options.table, "Print the table of extensions and nothing else");
+    command.add_flag("--pairs", options.pairs, "Name the extensions whose samples were falsely accepted");
+    command.add_option("--min-extensions", options.minExtensions, "Fail below this number of term files");
+    command.add_option("--min-good", options.minGood, "Fail when fewer percent of the samples are good")
+        ->check(percent);
+    command.add_option("--max-false-accepts", options.maxFalseAccepts, "Fail when more percent of the pairs fit")
+        ->check(percent);
+    command
+        .add_option("--min-rejected", options.minRejected, "Fail when fewer percent of the mislabelled are not good")
+        ->check(percent);
+    command.add_option("--min-named", options.minNamed, "Fail when common headers name fewer percent of those")
+        ->check(percent);
+}
+
+}  // namespace
+
+ParsedDbcheck parseDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    DbcheckOptions options;
+    std::string database;
+    std::string samples;
+    CLI::App command("Lints a header database and judges it by samples.", "dbcheck");
+    declare(command, options, database, samples);
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+        command.parse(reversed);
+    } catch (const CLI::Success& done) {
+        return {std::nullopt, command.exit(done, out, err)};
+    } catch (const CLI::ParseError& wrong) {
+        err << "dbcheck: " << wrong.what() << " (usage: dbcheck DATABASE [--samples DIR]; see --help)\n";
+        return {std::nullopt, kDbcheckUsage};
+    }
+    options.database = database;
+    if (!samples.empty())
+        options.samples = samples;
+    return {options, 0};
+}
+
+}  // namespace quillon

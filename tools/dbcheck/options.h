@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The options of `dbcheck`.
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/file.h"
+
+namespace quillon {
+
+struct DbcheckOptions {
+    NativePath database;                ///< the folder that holds `Database` and `Settings`
+    std::optional<NativePath> samples;  ///< a folder with "index.tsv"
+    bool table = false;                 ///< print the table of extensions and nothing else
+    bool pairs = false;                 ///< name the extensions of false accepts
+    std::size_t minExtensions = 1;
+    double minGood = 0;  ///< in percent, as all below
+    double maxFalseAccepts = 100;
+    double minRejected = 0;  ///< of the mislabelled samples
+    double minNamed = 0;     ///< of the rejected ones
+};
+
+/// Options, or the exit status of a command that has nothing more to do.
+struct ParsedDbcheck {
+    std::optional<DbcheckOptions> options;
+    int exitStatus = 0;
+};
+
+/// Help goes to `out`; wrong usage is one line on `err`, and status 2.
+[[nodiscard]] ParsedDbcheck parseDbcheck(const std::vector<std::string>& arguments, std::ostream& out,
+                                         std::ostream& err);
+
+}  // namespace quillon
