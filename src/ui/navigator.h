@@ -37,7 +37,7 @@ class MainWindowDoor {
 public:
     virtual ~MainWindowDoor() = default;
     /// True once the window's start sequence has run.
-    [[nodiscard]] virtual bool isLoaded() const = 0;
+    [[nodiscard]] virtual bool isLoaded() const { return true; }
     /// Runs the window's start sequence again.
     virtual void reloadForm() = 0;
     /// Applies the settings to the window's controls.

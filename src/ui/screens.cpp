@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 // One line for each screen: which class it is and what it is made from.
 #include "archive/frmZip.h"
+#include "editors/frmBadSectors.h"
+#include "editors/frmCommonHeaders.h"
+#include "editors/frmErrors.h"
+#include "editors/frmPreviewBadSector.h"
+#include "editors/frmSkipList.h"
+#include "editors/frmUpdatedb.h"
 #include "setup/frmSetupNetwork.h"
 #include "setup/frmSetupWizard.h"
 #include "ui/frmABout.h"
@@ -24,6 +30,16 @@ void registerScreens(const ScreenContext& context) {
                 [&context](const std::any&) { return std::make_unique<frmSetupWizard>(context, systemNetwork()); });
     screens.add(Screen::SetupNetwork,
                 [&context](const std::any&) { return std::make_unique<frmSetupNetwork>(context); });
+    screens.add(Screen::SkipList, [&context](const std::any&) { return std::make_unique<frmSkipList>(context); });
+    screens.add(Screen::Updatedb, [&context](const std::any&) { return std::make_unique<frmUpdatedb>(context); });
+    screens.add(Screen::CommonHeaders,
+                [&context](const std::any&) { return std::make_unique<frmCommonHeaders>(context); });
+    screens.add(Screen::Errors, [&context](const std::any&) { return std::make_unique<frmErrors>(context); });
+    screens.add(Screen::BadSectors, [&context](const std::any&) { return std::make_unique<frmBadSectors>(context); });
+    screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
+        const auto* preview = std::any_cast<SectorPreview>(&handOver);
+        return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
+    });
 }
 
 }  // namespace quillon
