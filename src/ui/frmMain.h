@@ -133,6 +133,7 @@ private:
     void connectControls();
     void connectMenus();
     void connectToolbar();
+    void addNetworkSetup();
 
     // Handlers, in screen order
     void Textbox1_Change();
