@@ -97,6 +97,8 @@ private:
     AlertExchange exchange_;
     ZipFileLists zip_;
     std::vector<NativePath> shownRows_;
+    int running_ = 0;          // steps on the stack
+    bool closeAsked_ = false;  // during one of them
 
     Grid* iGrid1 = nullptr;
     QPushButton *Command1 = nullptr, *Command2 = nullptr, *Command3 = nullptr, *Command4 = nullptr, *Command5 = nullptr,

@@ -9,6 +9,7 @@
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
+#include "ui/step_guard.h"
 #include "ui/window_event_loop.h"
 
 namespace quillon {
@@ -29,8 +30,11 @@ frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<Net
 // Inputs go in, the step runs, what came of it is shown.
 template <typename Operation>
 void frmSetupWizard::run(Operation operation) {
+    const StepGuard guard(running_);
     readInputs();
     operation();
+    if (leaving_)
+        return;  // the screen goes as soon as the event loop turns
     showState();
     context_.loop.flush();
 }
@@ -62,8 +66,15 @@ void frmSetupWizard::connectSteps() {
                                                                       {Command12, &SetupWizard::exportRecord},
                                                                       {Command14, &SetupWizard::done},
                                                                       {Command5, &SetupWizard::exit}};
+    // A step that turns the event loop must end before the screen goes.
+    const auto mayRun = [this](const QPushButton* button) {
+        return running_ == 0 || (button != Command5 && button != Command14);
+    };
     for (const auto& [button, step] : steps)
-        connect(button, &QPushButton::clicked, this, [this, step = step] { run([this, step] { (wizard_.*step)(); }); });
+        connect(button, &QPushButton::clicked, this, [this, mayRun, button = button, step = step] {
+            if (mayRun(button))
+                run([this, step] { (wizard_.*step)(); });
+        });
 }
 
 void frmSetupWizard::connectRecipients() {
@@ -209,7 +220,8 @@ void frmSetupWizard::closeEvent(QCloseEvent* event) {
         return;
     }
     event->ignore();
-    wizard_.exit();
+    if (running_ == 0)
+        run([this] { wizard_.exit(); });
 }
 
 }  // namespace quillon

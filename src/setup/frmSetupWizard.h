@@ -102,7 +102,8 @@ private:
     UdpSocket wClient_;
     AlertExchange exchange_;
     SetupWizard wizard_;
-    bool leaving_ = false;
+    int running_ = 0;       // steps on the stack
+    bool leaving_ = false;  // the screen is done for
 
     QTabWidget* SftTabs1 = nullptr;
     std::array<QRadioButton*, 2> Option1{};
