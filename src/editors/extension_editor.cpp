@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+// Files, terms and the edits of the grid. The search and the common headers stand in extension_editor_search.cpp.
+#include "editors/extension_editor.h"
+
+#include <algorithm>
+
+#include "editors/hex_input.h"
+#include "platform/folders.h"
+#include "platform/source_files.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+#include "text/page_text.h"
+
+namespace quillon {
+
+namespace {
+
+// The length of a listed file; 0 for one that is gone. A path beyond the system's limit is asked through its folder.
+std::uint64_t lengthOf(const std::string& path) {
+    if (const auto size = fileSize(NativePath(path)))
+        return *size;
+    return SourceFiles().open(path).and_then([](const File& file) { return file.size(); }).value_or(0);
+}
+
+// The first bytes of a file, at most 512; no value when it cannot be opened.
+std::optional<std::string> firstBytes(const std::string& path) {
+    auto file = SourceFiles().open(path);
+    if (!file)
+        return std::nullopt;
+    HeaderBytes bytes;
+    const auto count = file->read(std::as_writable_bytes(std::span(bytes)));
+    return std::string(bytes.data(), count.value_or(0));
+}
+
+}  // namespace
+
+void ExtensionEditor::load(const EditorHandover& handover) {
+    state = ExtensionEditorState{};
+    hitRow_ = -1;
+    state.extension = handover.extension;
+    loadFiles(handover);
+    if (!state.files.empty())
+        chooseFile(0);
+    loadTerms();
+    applyMoveRule();
+    loadCommonHeaders(handover);
+}
+
+void ExtensionEditor::loadFiles(const EditorHandover& handover) {
+    for (const auto& file : handover.files) {
+        if (lengthOf(toNative(file.path)) != 0)
+            state.files.push_back(file.path);
+    }
+}
+
+NativePath ExtensionEditor::termFileIn(const NativePath& folder) const {
+    if (folder.empty())
+        return {};
+    return termFilePath(folder, toNative(state.extension)).value_or(NativePath{});
+}
+
+void ExtensionEditor::loadTerms() {
+    const NativePath file = termFileIn(job_.installation().paths().localDatabase);
+    if (!file.empty())
+        state.rows = loadTermFile(file).value_or(std::vector<HeaderTerm>{});
+    saver_.loaded(termFileBytes(state.rows));
+}
+
+void ExtensionEditor::chooseFile(int file) {
+    if (file < 0 || file >= static_cast<int>(state.files.size()))
+        return;
+    state.currentFile = file;
+    showFile();
+}
+
+// A file that is gone or cannot be opened changes nothing: the view keeps what it showed.
+void ExtensionEditor::showFile() {
+    if (state.currentFile < 0)
+        return;
+    std::string path = toNative(state.files[static_cast<std::size_t>(state.currentFile)]);
+    std::erase(path, '\0');
+    auto bytes = firstBytes(path);
+    if (!bytes)
+        return;
+    passOver(File::create(job_.installation().appFolder() / kCurrentFileName).and_then([&](File file) {
+        return file.write(*bytes).and_then([&] { return file.close(); });
+    }),
+             "the bytes in view are those in memory");
+    state.head = std::move(*bytes);
+    state.position.clear();
+    state.viewing = "Viewing file " + plainNumber(state.currentFile + 1) + " of " +
+                    plainNumber(static_cast<std::int64_t>(state.files.size()));
+}
+
+void ExtensionEditor::nextFile() {
+    if (state.currentFile + 1 < static_cast<int>(state.files.size())) {
+        ++state.currentFile;
+    } else {
+        host_.beep();
+        state.currentFile = state.files.empty() ? -1 : 0;
+    }
+    state.position.clear();
+    showFile();
+}
+
+void ExtensionEditor::previousFile() {
+    state.currentFile = (state.currentFile > 0 ? state.currentFile : static_cast<int>(state.files.size())) - 1;
+    state.position.clear();
+    showFile();
+}
+
+void ExtensionEditor::termChanged(const std::string& term) {
+    state.term = term;
+    if (term.find(',') == std::string::npos)
+        return;
+    job_.surroundings().dialogs.tell(
+        "No Commas!",
+        "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
+        "using a comma, use a HEX based search for '2C'.");
+    std::erase(state.term, ',');
+}
+
+void ExtensionEditor::selectRow(int row) {
+    if (row < 0 || row >= static_cast<int>(state.rows.size()))
+        return;
+    const HeaderTerm& term = state.rows[static_cast<std::size_t>(row)];
+    state.currentRow = row;
+    state.term = toUtf8(term.term);
+    state.position = toUtf8(term.offset);
+    state.type = term.type.bytes == "T" ? kTextType : kHexType;
+    state.updating = true;
+    state.upEnabled = row > 0;
+    state.downEnabled = row + 1 < static_cast<int>(state.rows.size());
+}
+
+void ExtensionEditor::applyMoveRule() {
+    state.upEnabled = state.downEnabled = state.rows.size() > 1;
+}
+
+void ExtensionEditor::addOrUpdate() {
+    host_.clearClipboard();
+    if (state.type == kHexType && !acceptHexTerm(state.term, job_.surroundings().dialogs)) {
+        host_.focusTerm();
+        return;
+    }
+    const bool replace = state.updating && state.currentRow >= 0;
+    if (!replace)
+        state.rows.emplace_back();
+    const std::size_t target = replace ? static_cast<std::size_t>(state.currentRow) : state.rows.size() - 1;
+    state.rows[target] = {toPage(state.position), toPage(state.term), PageText{state.type == kHexType ? "H" : "T"}};
+    applyMoveRule();
+}
+
+void ExtensionEditor::clear() {
+    host_.clearClipboard();
+    state.position.clear();
+    state.term.clear();
+    state.updating = false;
+    chooseFile(0);
+}
+
+void ExtensionEditor::fill(const char* position, const char* term, int type) {
+    host_.clearClipboard();
+    state.position = position;
+    state.term = term;
+    state.type = type;
+}
+
+void ExtensionEditor::moveUp() {
+    if (state.currentRow > 0)
+        moveRow(state.currentRow, state.currentRow - 1);
+}
+
+void ExtensionEditor::moveDown() {
+    if (state.currentRow >= 0 && state.currentRow + 1 < static_cast<int>(state.rows.size()))
+        moveRow(state.currentRow, state.currentRow + 1);
+}
+
+void ExtensionEditor::moveRow(int from, int to) {
+    std::swap(state.rows[static_cast<std::size_t>(from)], state.rows[static_cast<std::size_t>(to)]);
+    selectRow(to);
+}
+
+std::string ExtensionEditor::extensionText() const {
+    return readable(std::u16string_view(state.extension));
+}
+
+void ExtensionEditor::removeRow(int row) {
+    state.rows.erase(state.rows.begin() + row);
+    state.currentRow = hitRow_ = -1;
+}
+
+void ExtensionEditor::deleteRow() {
+    host_.clearClipboard();
+    if (state.currentRow < 0 ||
+        !job_.surroundings().dialogs.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
+        return;
+    removeRow(state.currentRow);
+    afterDeletion();
+}
+
+void ExtensionEditor::deleteAllRows() {
+    host_.clearClipboard();
+    if (!job_.surroundings().dialogs.ask("delete all?", "This will delete all terms for the extension " +
+                                                            extensionText() + ", are you sure you want to do this ?")) {
+        state.deleteAllTicked = false;
+        return;
+    }
+    state.rows.clear();
+    state.currentRow = hitRow_ = -1;
+    afterDeletion();
+}
+
+// Kept: the last term takes the shared file away and leaves the local one (test
+// TheLastRowDeletedTakesTheSharedFileAwayAndLeavesTheLocalOne).
+void ExtensionEditor::afterDeletion() {
+    const Paths& paths = job_.installation().paths();
+    if (state.rows.empty() && paths.useSharedDb) {
+        const NativePath file = termFileIn(paths.sharedDatabase);
+        if (!file.empty() && pathExists(file))
+            passOver(job_.kept().moveAway(file), "a shared file that cannot go stays");
+    }
+    applyMoveRule();
+}
+
+void ExtensionEditor::hitRow(int row) {
+    if (row < 0 || row >= static_cast<int>(state.rows.size()))
+        return;
+    hitRow_ = row;
+    selectRow(row);
+}
+
+void ExtensionEditor::popupDelete() {
+    if (hitRow_ < 0)
+        return;
+    const std::string term = toUtf8(state.rows[static_cast<std::size_t>(hitRow_)].term);
+    if (job_.surroundings().dialogs.ask("Delete entry?", "Delete the entry " + term + " ?"))
+        removeRow(hitRow_);
+}
+
+void ExtensionEditor::save() {
+    if (state.rows.empty())
+        return;
+    const Paths& paths = job_.installation().paths();
+    saveTo(paths.localDatabase);
+    if (paths.useSharedDb)
+        saveTo(paths.sharedDatabase);
+}
+
+void ExtensionEditor::saveTo(const NativePath& folder) {
+    passOver(saver_.save(termFileIn(folder), termFileBytes(state.rows)), "the other copy is written all the same");
+}
+
+}  // namespace quillon

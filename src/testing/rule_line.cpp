@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include "testing/rule_line.h"
+
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+Result<void> appendRuleLine(const NativePath& folder, std::string_view name, const PageText& line) {
+    if (folder.empty())
+        return failure(ErrorKind::NotFound, "no folder is set for this list");
+    const NativePath file = folder / name;
+    const auto old = readWholeFile(file);
+    const bool openEnd = old && !old->empty() && old->back() != '\n' && old->back() != '\r';
+    return appendToFile(file, (openEnd ? "\r\n" : "") + line.bytes + "\r\n");
+}
+
+}  // namespace quillon

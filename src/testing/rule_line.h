@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string_view>
+
+#include "platform/file.h"
+#include "text/page_text.h"
+
+namespace quillon {
+
+/// Appends one line to a rule list of a settings folder, making the file when it is missing. A last line that lacks its
+/// end, as an editor may leave it, gets one first, so that two lines never become one. An empty `folder` is a NotFound
+/// failure.
+[[nodiscard]] Result<void> appendRuleLine(const NativePath& folder, std::string_view name, const PageText& line);
+
+}  // namespace quillon

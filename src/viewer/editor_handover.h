@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What the viewer gives the Extension Editor when it opens it.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillon {
+
+struct EditorHandover {
+    /// One row of the viewer's grid that has the extension, in the grid's order. List text.
+    struct File {
+        std::u16string path;
+        std::u16string problem;  ///< the column "Problem!"; empty unless the category is the common header
+    };
+
+    int category = 0;          ///< entry of `Combo1`
+    std::u16string extension;  ///< text of `Combo2`: lower case, list text
+    std::vector<File> files;
+    /// Called when the editor ends, behind the viewer's return to the screen. May be empty.
+    std::function<void()> whenDone;
+};
+
+}  // namespace quillon

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "viewer/list_viewer.h"
+
+#include "job/file_list.h"
+#include "platform/folders.h"
+#include "testing/rule_line.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+#include "text/unicode.h"
+#include "viewer/categories.h"
+#include "viewer/list_filter.h"
+#include "viewer/retest.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kRetestFailed =
+    "Unable to perfor the function. Please make sure that the file is not in use in another application.";
+
+}  // namespace
+
+void ListViewer::load() {
+    state = ViewerState{};
+    state.categories = {kPleaseSelect};
+    state.marks = {kPleaseSelect};
+    temporaryListPath_ = job_.installation().rawListPath();
+    listPath_ = job_.finalListPath().value_or(NativePath{});
+    loadCategories();
+}
+
+void ListViewer::loadCategories() {
+    const Paths& paths = job_.installation().paths();
+    const NativePath errors = paths.localSettings / kErrorsFileName;
+    if (!paths.localSettings.empty() && pathExists(errors)) {
+        state.status = "Loading error messages";
+        const auto lines = readCategories(errors, job_.messages);
+        if (!lines) {
+            job_.surroundings().dialogs.warn("Error", "Error : " + lines.error().text + " occurred ");
+            return;
+        }
+        state.categories.insert(state.categories.end(), lines->begin(), lines->end());
+        state.marks.insert(state.marks.end(), lines->begin(), lines->end());
+        state.status = "Ready ..>";
+        return;
+    }
+    job_.surroundings().dialogs.warn("Error", "Unable to find Report Header Database. This should be stored in " +
+                                                  readable(paths.localPath.native()) +
+                                                  "\\Settings\\errors.dat. Switching to default settings.\r\n");
+    const ReportMessages fallback = ReportMessages::fallback();
+    state.categories.insert(state.categories.end(), fallback.all().begin(), fallback.all().end());
+}
+
+void ListViewer::chooseCategory(int entry) {
+    if (entry < 0 || entry >= static_cast<int>(state.categories.size()))
+        return;
+    state.category = entry;
+    state.runEnabled = canEditCategory(entry, state.categories[static_cast<std::size_t>(entry)], job_.messages);
+}
+
+void ListViewer::updateLabels() {
+    state.matching = "Matching : " + plainNumber(state.rows.count());
+    state.status.clear();
+}
+
+void ListViewer::filter() {
+    state.rows.clear();
+    state.currentRow = -1;
+    ++state.contents;
+    goBusy();
+    state.extensions.clear();
+    host_.showState();
+    // The job ID of this moment, not the one of the opening.
+    const auto list = job_.finalListPath();
+    if (!list || !pathExists(*list)) {
+        tellMissingList();
+        goIdle();
+        return;
+    }
+    state.busyPointer = true;
+    host_.showState();
+    loadRows(*list);
+    ++state.contents;
+    updateLabels();
+    state.extensions.rebuild(state.rows);
+    goIdle();
+    state.busyPointer = false;
+    host_.showState();
+    if (state.rows.count() > 0)
+        host_.focusGrid();
+}
+
+void ListViewer::loadRows(const NativePath& list) {
+    auto reader = ListReader::open(list);
+    if (!reader)
+        return;
+    const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
+                          state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
+    if (filterList(*reader, wish, state.rows) == FilterEnd::LimitReached)
+        job_.surroundings().dialogs.tell(kProgramTitle, "Maximum file limit reached");
+}
+
+void ListViewer::tellMissingList() {
+    const std::string& jobId = job_.state.options.jobId;
+    std::string text = "File list for " + jobId + " does not exist. ";
+    const NativePath& folder = job_.installation().paths().zipPath;
+    const auto archive = childPath(folder, jobId + ".zip");
+    if (!folder.empty() && archive && pathExists(*archive))
+        text += "The file you requested appears to have been archived";
+    job_.surroundings().dialogs.warn("List Error", text);
+}
+
+void ListViewer::selectRow(int row) {
+    if (row < 0 || row >= state.rows.shown())
+        return;
+    state.currentRow = row;
+    const ViewRows::Id id = state.rows.idAt(row);
+    if (state.rows.extension(id) == u"c")
+        state.extensions.add(u"c");
+    if (state.extensions.entries().empty())
+        return;
+    selectExtension(std::max(0, state.extensions.find(state.rows.foldedExtension(id))));
+}
+
+void ListViewer::selectExtension(int entry) {
+    if (entry < 0 || entry >= static_cast<int>(state.extensions.entries().size()))
+        return;
+    state.extensions.choose(entry);
+    if (state.currentRow < 0 || state.rows.count() == 0)
+        return;
+    const std::u16string extension(state.extensions.chosenText());
+    const auto& current = state.rows.foldedExtension(state.rows.idAt(state.currentRow));
+    const int count = current == lowered(extension) ? state.rows.countOf(extension) : 0;
+    state.status = readable(std::u16string_view(extension)) + " = " + grouped(count);
+}
+
+void ListViewer::addToSkipList() {
+    const Paths& paths = job_.installation().paths();
+    const std::string proposal =
+        state.currentRow < 0 ? std::string() : readable(state.rows.path(state.rows.idAt(state.currentRow)));
+    const auto term = job_.surroundings().dialogs.input(
+        "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
+    if (!term || term->empty())
+        return;
+    passOver(appendRuleLine(paths.localSettings, kSkipListFileName, toPage(*term)),
+             "the design has no answer to a skip list that cannot be written");
+    if (paths.useSharedDb)
+        passOver(appendRuleLine(paths.sharedSettings, kSkipListFileName, toPage(*term)), "a share may be away");
+}
+
+std::optional<EditorHandover> ListViewer::openEditor() {
+    const std::u16string extension(state.extensions.chosenText());
+    const auto& category = state.categories[static_cast<std::size_t>(state.category)];
+    if (category != job_.messages[Message::NoExtension] && extension.empty()) {
+        host_.beep();
+        return std::nullopt;
+    }
+    EditorHandover handover{state.category, extension, {}, {}};
+    for (int row = 0; row < state.rows.shown(); ++row) {
+        const ViewRows::Id id = state.rows.idAt(row);
+        if (state.rows.foldedExtension(id) == extension)
+            handover.files.push_back({std::u16string(state.rows.path(id)), std::u16string(state.rows.problem(id))});
+    }
+    return handover;
+}
+
+void ListViewer::retest() {
+    Dialogs& dialogs = job_.surroundings().dialogs;
+    goBusy();
+    state.busyPointer = true;
+    host_.showState();
+    const std::u16string extension(state.extensions.chosenText());
+    state.passRunning = true;
+    Retest pass(job_, state.rows, [this] {
+        // The pointer is the normal one from the first line on, though the pass goes on.
+        state.busyPointer = false;
+        updateLabels();
+        job_.turn();
+    });
+    const RetestEnd end = pass.run(listPath_, temporaryListPath_, extension);
+    state.passRunning = false;
+    if (end == RetestEnd::CopyInUse) {
+        dialogs.warn("Error",
+                     "Warning, the file appears to be open in another application! Please close any programs that may "
+                     "be accessing the file list.");
+        return;
+    }
+    state.busyPointer = false;
+    settleRows();
+    if (end == RetestEnd::Done)
+        endRetest();
+    else
+        dialogs.tell("Error", kRetestFailed);
+    goIdle();
+    host_.showState();
+    if (state.rows.count() > 0)
+        host_.focusGrid();
+}
+
+void ListViewer::endRetest() {
+    updateLabels();
+    state.extensions.rebuild(state.rows);
+    state.changed = true;
+    host_.showState();
+    host_.beep();
+}
+
+void ListViewer::settleRows() {
+    if (state.rows.isSettled())
+        return;
+    state.currentRow = state.rows.settle(state.currentRow);
+    ++state.contents;
+}
+
+}  // namespace quillon

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The viewer without its screen: it loads the rows of one grade, tells the extensions among them, opens the editor over
+// one of these and has its files graded again. Rows and entries count from 0, -1 for none.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "job/job.h"
+#include "viewer/editor_handover.h"
+#include "viewer/extension_list.h"
+#include "viewer/view_rows.h"
+
+namespace quillon {
+
+/// What the screen shows. Texts are UTF-8 but those marked as list text.
+struct ViewerState {
+    std::vector<std::u16string> categories;  ///< Combo1, list text
+    int category = 0;
+    std::vector<std::u16string> marks;  ///< Combo3, list text
+    std::string maxFiles = "3000";      ///< Text1; the screen writes it
+    ViewRows rows;                      ///< iGrid1
+    int currentRow = -1;
+    int contents = 0;          ///< another number whenever the rows or their places are others
+    ExtensionList extensions;  ///< Combo2
+    std::string matching;      ///< Label1
+    std::string status;        ///< Label4
+    bool runEnabled = false;   ///< Command3
+    bool busy = false;         ///< Frame1, Frame2, Frame3 and Command1 are disabled
+    bool busyPointer = false;  ///< hourglass
+    bool passRunning = false;  ///< a retest cannot be cancelled
+    bool changed = true;       ///< "Done" recounts the job
+};
+
+/// What the viewer asks of its screen.
+class ViewerHost {
+public:
+    virtual ~ViewerHost() = default;
+    /// Brings the screen up to date with the state, ahead of a box or a long step.
+    virtual void showState() = 0;
+    virtual void beep() = 0;
+    /// Gives the grid the keyboard focus.
+    virtual void focusGrid() = 0;
+};
+
+class ListViewer {
+public:
+    /// Both must outlive this.
+    ListViewer(Job& job, ViewerHost& host) : job_(job), host_(host) {}
+
+    ViewerState state;
+
+    /// The screen opens: the categories, and the paths of this visit.
+    void load();
+
+    void chooseCategory(int entry);
+
+    /// "Filter": replaces the rows by those of the chosen category.
+    void filter();
+
+    /// A row becomes the current one; its extension is chosen. Rows below 0 are passed over.
+    /// Kept: a row whose extension is exactly "c" adds the entry "c" once more (test
+    /// ARowOfExtensionCAddsAnEntryEachTime).
+    void selectRow(int row);
+
+    /// An entry of the extension list was chosen: tells how many rows have that extension.
+    /// Kept: the count is 0 unless the current row has it, too (test AnExtensionOfOtherRowsCountsZero).
+    void selectExtension(int entry);
+
+    /// "Add to Skip List", with the current row's path as the proposal.
+    void addToSkipList();
+
+    /// "Run": what the editor needs; none after a beep, when no extension is chosen.
+    [[nodiscard]] std::optional<EditorHandover> openEditor();
+
+    /// "Retest".
+    /// Kept: when the old temporary copy cannot be removed, the screen stays busy (test
+    /// ACopyThatCannotBeRemovedLeavesTheScreenBusy).
+    void retest();
+
+    /// The recount of "Done" disables the frames meanwhile.
+    void goBusy() { state.busy = true; }
+    void goIdle() { state.busy = false; }
+
+    /// Closes the gaps that removed rows left. The screen calls it before it shows the rows.
+    void settleRows();
+
+private:
+    void loadCategories();
+    void updateLabels();
+    void loadRows(const NativePath& list);
+    void tellMissingList();
+    void endRetest();
+
+    Job& job_;
+    ViewerHost& host_;
+    NativePath listPath_;
+    NativePath temporaryListPath_;
+};
+
+}  // namespace quillon

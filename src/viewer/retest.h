@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Grades the viewer's rows of one extension again and rewrites the list in place from a copy.
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "job/file_list.h"
+#include "job/job.h"
+#include "viewer/view_rows.h"
+
+namespace quillon {
+
+enum class RetestEnd {
+    Done,        ///< also when there is no list
+    CopyInUse,   ///< the old temporary copy cannot be removed; the list is untouched
+    NotStarted,  ///< the list could not be copied and kept; it is untouched
+    Failed       ///< behind the emptying: rows written so far are in the list, all of them in the copy and under Kept
+};
+
+class Retest {
+public:
+    /// All must outlive this. `afterLine` is called behind each line of the list.
+    Retest(Job& job, ViewRows& rows, std::function<void()> afterLine)
+        : job_(job), rows_(rows), afterLine_(std::move(afterLine)) {}
+
+    /// `list` is copied to `copy`, which is replaced, and written anew in its own encoding. Rows that are in `rows` and
+    /// have the extension, ignoring case, are tested; those that become good or unknown leave `rows`. Before the list
+    /// is emptied its bytes go under Kept.
+    ///
+    /// Kept: a line that has not exactly five fields is not written, so a list of a job without testing ends up empty
+    /// (test AListOfFourColumnsEndsUpEmpty).
+    [[nodiscard]] RetestEnd run(const NativePath& list, const NativePath& copy, std::u16string_view extension);
+
+private:
+    [[nodiscard]] Result<void> makeCopies(const NativePath& list, const NativePath& copy);
+    [[nodiscard]] Result<void> rewrite(const NativePath& list, const NativePath& copy);
+    [[nodiscard]] Result<void> handleLine(std::u16string_view line, ListWriter& list);
+    [[nodiscard]] Result<void> testAgain(ViewRows::Id row);
+
+    Job& job_;
+    ViewRows& rows_;
+    std::function<void()> afterLine_;
+    std::u16string extension_;
+    std::u16string suffix_;
+    std::vector<std::u16string_view> fields_;
+    RowLookup* lookup_ = nullptr;
+    std::u16string result_;
+    std::u16string row_;
+};
+
+}  // namespace quillon
