@@ -38,6 +38,7 @@ if [ $window = yes ]; then
     grep -qs '^QUILLON_GUI:[A-Z]*=ON' build/release/CMakeCache.txt && configure release || configure release -DQUILLON_GUI=ON
     echo "Building the programs"
     cmake --build --preset release --target app_folder quillon
+    scripts/install_desktop_entry.sh build/release/Quillon
     echo "Opening build/release/Quillon/quillon"
     exec build/release/Quillon/quillon
 fi

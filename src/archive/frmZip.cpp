@@ -9,6 +9,7 @@
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
+#include "ui/step_guard.h"
 #include "ui/theme.h"
 #include "ui/window_event_loop.h"
 
@@ -36,10 +37,15 @@ frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork
 // Inputs go in, the operation runs, what came of it is shown.
 template <typename Operation>
 void frmZip::run(Operation operation) {
-    readInputs();
-    operation();
-    showState();
-    context_.loop.flush();
+    {
+        const StepGuard guard(running_);
+        readInputs();
+        operation();
+        showState();
+        context_.loop.flush();
+    }
+    if (running_ == 0 && closeAsked_)
+        close();
 }
 
 void frmZip::connectControls() {
@@ -126,18 +132,18 @@ void frmZip::beep() {
 void frmZip::Command7_Click() {
     if (!network_)
         return;
-    readInputs();
-    CNetworkEnum network(network_, context_.loop);
-    queryRecipients(AlertScreen::Zip, network, *this);
-    showState();
+    run([this] {
+        CNetworkEnum network(network_, context_.loop);
+        queryRecipients(AlertScreen::Zip, network, *this);
+    });
 }
 
 // Test
 void frmZip::Command8_Click() {
-    readInputs();
-    testRecipient(zip_.state.recipient(), kZipScreenRecipient, exchange_, context_.installation, context_.surroundings,
-                  *this);
-    showState();
+    run([this] {
+        testRecipient(zip_.state.recipient(), kZipScreenRecipient, exchange_, context_.installation,
+                      context_.surroundings, *this);
+    });
 }
 
 void frmZip::showBusyPointer(bool busy) {
@@ -164,6 +170,11 @@ void frmZip::Command3_Click() {
 }
 
 void frmZip::closeEvent(QCloseEvent* event) {
+    if (running_ > 0) {
+        closeAsked_ = true;
+        event->ignore();
+        return;
+    }
     event->accept();
     if (MainWindowDoor* main = context_.navigator.main())
         main->showMain();

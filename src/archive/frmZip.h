@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// "Zip File Lists": packs the lists of a job into an archive and can tell another computer. The work is ZipFileLists'; the
-// screen hands inputs in and shows the state that comes out.
+// "Zip File Lists": packs the lists of a job into an archive and can tell another computer. The work is ZipFileLists';
+// the screen hands inputs in and shows the state that comes out.
 //
 //   Frame1 "Selected Files"
 //     iGrid1                        "Files to ZIP"            one path a row
@@ -97,6 +97,8 @@ private:
     AlertExchange exchange_;
     ZipFileLists zip_;
     std::vector<NativePath> shownRows_;
+    int running_ = 0;          // steps on the stack
+    bool closeAsked_ = false;  // during one of them
 
     Grid* iGrid1 = nullptr;
     QPushButton *Command1 = nullptr, *Command2 = nullptr, *Command3 = nullptr, *Command4 = nullptr, *Command5 = nullptr,

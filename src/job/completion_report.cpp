@@ -50,8 +50,9 @@ std::string completionReport(const JobState& state, const std::string& hostName)
     }
     line(kRule);
     if (hasCopyLine(state)) {
-        const std::string count = grouped(counters.copyErrors);
-        line(count + " : " + count + " files were unable to be copied.");
+        // The label's text, and behind it the bare number.
+        line(grouped(counters.copyErrors) + " : " + std::to_string(counters.copyErrors) +
+             " files were unable to be copied.");
     }
     return report;
 }

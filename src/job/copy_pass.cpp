@@ -25,6 +25,15 @@ std::string withOneSlash(std::string folder) {
     return folder;
 }
 
+// The place of a path behind all links; a path too long to be asked for stays as it reads. No separator at its end.
+NativePath realPath(const NativePath& path) {
+    std::error_code error;
+    NativePath real = std::filesystem::weakly_canonical(path, error);
+    if (error)
+        real = path.lexically_normal();
+    return real.has_filename() ? real : real.parent_path();
+}
+
 bool leadsUp(std::string_view relative) {
     const auto parts = splitFields(relative, '/');
     return std::find(parts.begin(), parts.end(), "..") != parts.end();
@@ -48,7 +57,7 @@ void CopyPass::run() {
         job_.surroundings().dialogs.tell("Error copying files", "Unable to find file list..", BoxStyle::Critical);
         return;
     }
-    insideSource_ = targetIsInsideSource();
+    realSource_ = state.options.source ? realPath(*state.options.source) : NativePath();
     state.controls.progress = {state.controls.progress.visible, 100, 0};
     state.counters.rowsRead = 0;
     state.texts.copiedCaption = "Copying file:";
@@ -99,24 +108,28 @@ void CopyPass::showJobProgress(const std::string& source) {
 }
 
 tl::expected<void, CopyError> CopyPass::copyOneFile(const std::string& source, const NativePath& target) {
-    if (insideSource_) {
+    if (!prepareFolder(target)) {
         const std::string text = "the target folder lies in the source, which is never written to";
         return tl::unexpected<CopyError>(CopyError{CopySide::Target, {ErrorKind::PermissionDenied, text}});
     }
-    prepareFolder(target);
     return copier_.copy(source, target,
                         [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); });
 }
 
-// Creates the folders that lead to a target, with at most two tries. Consecutive files of one folder ask once.
-void CopyPass::prepareFolder(const NativePath& target) {
+// Creates the folders that lead to a target, with at most two tries. Consecutive files of one folder ask once. False
+// when they would lie in the source: nothing is created there.
+bool CopyPass::prepareFolder(const NativePath& target) {
     const std::string& path = target.native();
     const std::string_view folder = std::string_view(path).substr(0, path.rfind('/'));
     if (folder == lastFolder_)
-        return;
+        return !lastFolderRefused_;
     const NativePath parent(folder);
-    for (int tries = 0; tries < 2 && !pathExists(parent); ++tries) createFolderChain(target);
     lastFolder_ = folder;
+    lastFolderRefused_ = liesInSource(parent);
+    if (lastFolderRefused_)
+        return false;
+    for (int tries = 0; tries < 2 && !pathExists(parent); ++tries) createFolderChain(target);
+    return true;
 }
 
 // Kept: the percentage of a large file is the constant 0, whatever was moved; what the routine is for is the turn of
@@ -133,17 +146,13 @@ bool CopyPass::progress(std::uint64_t done, std::uint64_t total) {
     return !state.copyCancelled;
 }
 
-bool CopyPass::targetIsInsideSource() const {
-    std::error_code error;
-    const auto& options = job_.state.options;
-    if (!options.source || !options.target)
+// A target such as "/", or a link in it, may lead back to where the files come from.
+bool CopyPass::liesInSource(const NativePath& folder) const {
+    if (realSource_.empty())
         return false;
-    const NativePath source = std::filesystem::weakly_canonical(*options.source, error);
-    const NativePath target = std::filesystem::weakly_canonical(*options.target, error);
-    if (error)
-        return false;
-    const auto mismatch = std::mismatch(source.begin(), source.end(), target.begin(), target.end());
-    return mismatch.first == source.end();
+    const NativePath target = realPath(folder);
+    const auto mismatch = std::mismatch(realSource_.begin(), realSource_.end(), target.begin(), target.end());
+    return mismatch.first == realSource_.end();
 }
 
 }  // namespace quillon

@@ -27,14 +27,15 @@ private:
     void showJobProgress(const std::string& source);
     [[nodiscard]] tl::expected<void, CopyError> copyOneFile(const std::string& source, const NativePath& target);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
-    void prepareFolder(const NativePath& target);
-    [[nodiscard]] bool targetIsInsideSource() const;
+    [[nodiscard]] bool prepareFolder(const NativePath& target);
+    [[nodiscard]] bool liesInSource(const NativePath& folder) const;
 
     Job& job_;
     FileCopier copier_;
     std::string source_;
     std::string lastFolder_;
-    bool insideSource_ = false;
+    bool lastFolderRefused_ = false;
+    NativePath realSource_;  // behind all links; empty for none
 };
 
 }  // namespace quillon

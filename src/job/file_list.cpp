@@ -125,12 +125,16 @@ Result<void> ListWriter::write(std::u16string_view row) {
         page = toPage(row);
         bytes = std::as_bytes(std::span(page.bytes.data(), page.bytes.size()));
     }
-    auto written = file_.write(bytes);
-    if (written) {
-        length_ += bytes.size();
-    } else {
-        passOver(file_.truncate(length_), "the failed write is what is reported");
+    if (torn_) {
+        if (auto cut = file_.truncate(length_); !cut)
+            return cut;
+        torn_ = false;
     }
+    auto written = file_.write(bytes);
+    if (written)
+        length_ += bytes.size();
+    else
+        torn_ = !file_.truncate(length_).has_value();
     return written;
 }
 

@@ -62,7 +62,7 @@ public:
     [[nodiscard]] static Result<ListWriter> create(const NativePath& path, ListEncoding encoding = ListEncoding::Utf16);
 
     /// Appends a row, whose line end is part of `row`, with one write. A row that cannot be written whole is taken
-    /// back, so that the rows before and after it stay readable.
+    /// back, so that the rows before and after it stay readable; as long as that fails, no further row is written.
     [[nodiscard]] Result<void> write(std::u16string_view row);
 
     [[nodiscard]] Result<void> close() { return file_.close(); }
@@ -73,6 +73,7 @@ private:
     File file_;
     ListEncoding encoding_;
     std::uint64_t length_ = 0;
+    bool torn_ = false;  // a part of a failed row could not be taken back yet
 };
 
 }  // namespace quillon

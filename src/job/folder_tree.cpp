@@ -8,7 +8,8 @@ namespace quillon {
 
 namespace {
 
-// Handles of folders further up are closed and opened again by path when the visit comes back to them.
+// Handles of folders further up are closed and opened again when the visit comes back to them: from the folder below,
+// so that the depth of a tree costs nothing, or by path.
 constexpr std::size_t kOpenLevels = 64;
 
 struct Level {
@@ -16,6 +17,7 @@ struct Level {
     EntryNames folders;
     std::size_t next = 0;
     std::size_t pathLength = 0;
+    std::uint64_t inode = 0;  // of a handle that was closed, to know the folder again
 };
 
 class Visit {
@@ -32,7 +34,10 @@ public:
             Level& level = levels_.back();
             path_.resize(level.pathLength);
             if (level.next == level.folders.size()) {
+                const Level done = std::move(level);
                 levels_.pop_back();
+                if (!levels_.empty() && !levels_.back().handle.isOpen() && done.handle.isOpen())
+                    static_cast<void>(openAgain(levels_.back(), done.handle.openFolder("..")));
             } else if (!descend(level)) {
                 return;
             }
@@ -58,29 +63,46 @@ private:
         level.handle = std::move(handle);
         level.pathLength = path_.size();
         if (levels_.size() >= kOpenLevels)
-            levels_[levels_.size() - kOpenLevels].handle.close();
+            closeForNow(levels_[levels_.size() - kOpenLevels]);
         levels_.push_back(std::move(level));
         return true;
     }
 
     bool descend(Level& level) {
-        if (!level.handle.isOpen()) {
-            auto opened = Directory::open(NativePath(path_));
-            if (!opened) {
-                visitor_.notListed(path_);
-                level.next = level.folders.size();
-                return true;
-            }
-            level.handle = std::move(*opened);
+        if (!level.handle.isOpen() && !openAgain(level, Directory::open(NativePath(path_)))) {
+            visitor_.notListed(path_);
+            level.next = level.folders.size();
+            return true;
         }
         const std::string_view name = level.folders[level.next++];
         auto opened = level.handle.openFolder(name);
         path_.append(name).push_back('/');
-        visitor_.subfolder(path_, opened && opened->canBeEntered());
         if (!opened) {
+            const auto inside = level.handle.lookUpFolder(name);
+            visitor_.subfolder(path_, inside && inside->canBeEntered());
+            if (opened.error().kind != ErrorKind::NotFound)
+                visitor_.notListed(path_);
             return true;
         }
+        visitor_.subfolder(path_, opened->canBeEntered());
         return enter(std::move(*opened));
+    }
+
+    static void closeForNow(Level& level) {
+        const auto stamp = level.handle.stamp();
+        level.inode = stamp ? stamp->inode : 0;
+        level.handle.close();
+    }
+
+    // The way back may lead elsewhere by now, out of the source too: only the very same folder is gone on with.
+    [[nodiscard]] static bool openAgain(Level& level, Result<Directory> opened) {
+        if (!opened)
+            return false;
+        const auto stamp = opened->stamp();
+        if (!stamp || stamp->inode != level.inode)
+            return false;
+        level.handle = std::move(*opened);
+        return true;
     }
 
     static constexpr std::size_t kLargeFolder = 20000;

@@ -17,13 +17,15 @@ public:
     virtual ~FolderVisitor() = default;
     /// Asked before each folder; true ends the whole visit.
     [[nodiscard]] virtual bool cancelled() { return false; }
-    /// A subfolder, before what is in it. The start folder is none.
+    /// A subfolder, before what is in it. The start folder is none. One may be entered and yet not be listed, and the
+    /// other way round.
     virtual void subfolder(std::string_view /*path*/, bool /*canBeEntered*/) {}
     /// The files of a folder, sorted. False ends the whole visit.
     virtual bool files(const Directory& /*folder*/, std::string_view /*path*/, const EntryNames& /*names*/) {
         return true;
     }
-    /// A folder that was opened and whose entries could not all be read. Those that could are delivered.
+    /// A folder whose entries could not all be read, or not even be asked for. Those that could are delivered. A folder
+    /// that has gone meanwhile is none.
     virtual void notListed(std::string_view /*path*/) {}
 };
 

@@ -14,6 +14,9 @@ namespace {
 // More days than ten years have.
 constexpr std::size_t kKeptDays = 4096;
 
+// A row has so many characters of a date.
+constexpr std::size_t kDateCharacters = 10;
+
 class FolderTest final : public FolderVisitor {
 public:
     explicit FolderTest(Job& job) : job_(job) {}
@@ -55,23 +58,22 @@ std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
 }
 
 RowDates::RowDates(const DateTexts& texts) : texts_(texts), kept_(kKeptDays) {
-    LocalTime morning{2026, 11, 15, 1, 2, 3, 0, 318};
-    LocalTime evening = morning;
-    evening.hour = 23;
-    dependsOnTime_ = texts.firstTen(morning) != texts.firstTen(evening);
 }
 
 std::u16string_view RowDates::of(const FileTime& time) {
     const LocalTime local = toLocalTime(time.seconds);
-    if (dependsOnTime_) {
-        scratch_ = texts_.firstTen(local);
-        return scratch_;
-    }
-    Kept& kept = kept_[static_cast<std::size_t>(local.year * 366 + local.yearDay) % kept_.size()];
+    const auto day = static_cast<std::int64_t>(local.year) * 366 + local.yearDay;
+    Kept& kept = kept_[static_cast<std::size_t>(day) % kept_.size()];
     if (kept.year != local.year || kept.yearDay != local.yearDay) {
-        kept = {local.year, local.yearDay, texts_.firstTen(local)};
+        LocalTime midnight = local;
+        midnight.hour = midnight.minute = midnight.second = 0;
+        std::u16string date = texts_.firstTen(midnight);
+        kept = {local.year, local.yearDay, date.size() < kDateCharacters, std::move(date)};
     }
-    return kept.text;
+    if (!kept.runsIntoTime)
+        return kept.text;
+    scratch_ = texts_.firstTen(local);
+    return scratch_;
 }
 
 FolderWalk::FolderWalk(Job& job, ListWriter& rawList) : job_(job), rawList_(rawList), dates_(job.surroundings().dates) {
@@ -88,18 +90,22 @@ void FolderWalk::notListed(std::string_view /*path*/) {
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
     folderText_ = toListText(path);
+    undescribed_ = false;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (job_.state.stopRequested)
             return false;
         found(folder, names[i]);
     }
+    if (undescribed_)
+        notListed(path);
     return true;
 }
 
 void FolderWalk::found(const Directory& folder, std::string_view name) {
     const auto info = folder.describe(name);
+    undescribed_ = undescribed_ || (!info && info.error().kind != ErrorKind::NotFound);
     if (!info || !info->regular)
-        return;  // it vanished or changed its kind since its folder was listed
+        return;  // it vanished or changed its kind since its folder was listed, or the folder does not let one ask
     row_ = folderText_;
     appendListText(row_, name);
     if (skipped())

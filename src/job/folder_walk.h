@@ -33,10 +33,10 @@ private:
     struct Kept {
         int year = -1;
         int yearDay = -1;
+        bool runsIntoTime = false;  // the locale's text of this date is shorter than ten characters
         std::u16string text;
     };
     const DateTexts& texts_;
-    bool dependsOnTime_;  // the locale's date is so short that the row's text runs into the time
     std::vector<Kept> kept_;
     std::u16string scratch_;
 };
@@ -63,6 +63,7 @@ private:
     AttributeReader attributes_;
     std::u16string token_;
     bool haveToken_ = false;
+    bool undescribed_ = false;  // a file of the folder in work has a name and cannot be described
     std::u16string folderText_;
     std::u16string row_;
 };

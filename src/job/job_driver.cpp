@@ -150,8 +150,8 @@ JobDriver::Next JobDriver::confirmOverwrite() {
 }
 
 void JobDriver::testFolders() {
-    job_.state.texts.status = "Checking folders and access rights";
     runTimed(times_.folderTests, "Starting Folder tests ", "Folder tests completed in (HH:MM:SS) : ", [this] {
+        job_.state.texts.status = "Checking folders and access rights";
         if (job_.state.options.source)
             ListFolders(job_, *job_.state.options.source);
     });
@@ -182,8 +182,7 @@ void JobDriver::unlockScreen() {
 JobDriver::Next JobDriver::walkSource() {
     JobState& state = job_.state;
     const auto tick = job_.surroundings().clock.milliseconds();
-    const LocalTime start = job_.surroundings().clock.now();
-    job_.log("Start file count ");
+    const LocalTime start = logStart("Start file count ");
     // One job at a time in one application folder: a second one may not take the raw list away from the first.
     const NativePath rawPath = job_.installation().rawListPath();
     auto lock = FolderLock::take(job_.installation().appFolder());
@@ -212,7 +211,7 @@ JobDriver::Next JobDriver::walkSource() {
     }
     showSize(state);
     times_.fileCount = job_.surroundings().clock.milliseconds() - tick;
-    job_.log("File count completed in (HH:MM:SS) : " + elapsedSince(start));
+    logEnd("File count completed in (HH:MM:SS) : ", start);
     return Next::GoOn;
 }
 
@@ -233,11 +232,11 @@ void JobDriver::testFiles() {
     JobState& state = job_.state;
     if (!state.options.checkFileQuality)
         return;
-    state.texts.status = "Testing files";
-    state.startTick = job_.surroundings().clock.milliseconds();
-    if (state.counters.files > 0)
-        state.controls.progress.maximum = state.counters.files;
-    runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this] {
+    runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this, &state] {
+        state.texts.status = "Testing files";
+        state.startTick = job_.surroundings().clock.milliseconds();
+        if (state.counters.files > 0)
+            state.controls.progress.maximum = state.counters.files;
         TestingPass pass(job_, alerts_);
         pass.run();
         listMade_ = pass.madeList();
@@ -295,22 +294,29 @@ void JobDriver::runTimed(std::int64_t& milliseconds, const std::string& start, c
                          const std::function<void()>& phase) {
     const Clock& clock = job_.surroundings().clock;
     const auto tick = clock.milliseconds();
-    const LocalTime began = clock.now();
-    job_.log(start);
+    const LocalTime began = logStart(start);
     phase();
     milliseconds = clock.milliseconds() - tick;
-    job_.log(end + elapsedSince(began));
+    logEnd(end, began);
 }
 
-std::string JobDriver::elapsedSince(const LocalTime& start) const {
+// The elapsed time of a phase is the difference of the times that stand in its two rows.
+LocalTime JobDriver::logStart(const std::string& text) {
+    const LocalTime now = job_.surroundings().clock.now();
+    job_.state.log.add({now, text, std::nullopt});
+    return now;
+}
+
+void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
     const auto& surroundings = job_.surroundings();
+    const LocalTime now = surroundings.clock.now();
     const std::int64_t day = 24 * 60 * 60;
-    const std::int64_t seconds = (surroundings.clock.now().secondOfDay() - start.secondOfDay() + day) % day;
+    const std::int64_t seconds = (now.secondOfDay() - start.secondOfDay() + day) % day;
     LocalTime elapsed;
     elapsed.hour = static_cast<int>(seconds / 3600);
     elapsed.minute = static_cast<int>(seconds / 60 % 60);
     elapsed.second = static_cast<int>(seconds % 60);
-    return surroundings.dates.time(elapsed);
+    job_.state.log.add({now, text + surroundings.dates.time(elapsed), std::nullopt});
 }
 
 void JobDriver::report(const FileError& error) {

@@ -78,7 +78,8 @@ private:
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
     void report(const FileError& error);
-    [[nodiscard]] std::string elapsedSince(const LocalTime& start) const;
+    [[nodiscard]] LocalTime logStart(const std::string& text);
+    void logEnd(const std::string& text, const LocalTime& start);
 
     Job& job_;
     JobHost& host_;

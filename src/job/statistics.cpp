@@ -93,10 +93,13 @@ void updateQuality(JobState& state) {
     const double recovered = static_cast<double>(counters.good) + counters.common;
     const double quality = recovered / (recovered + counters.corrupt);
     // The text is made anew only when it changes: this runs for every row.
-    const auto shown = std::llround(quality * 10000);
-    if (shown == state.shownQuality)
+    // Next to a half the text may round otherwise than the figure does: such a text is made in any case.
+    const double scaled = quality * 10000;
+    const auto shown = std::llround(scaled);
+    const bool nearHalf = std::abs(scaled - std::floor(scaled) - 0.5) < 1e-6;
+    if (shown == state.shownQuality && !nearHalf)
         return;
-    state.shownQuality = shown;
+    state.shownQuality = nearHalf ? -1 : shown;
     state.texts.quality = percent(quality);
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/testing_pass.h"
 
+#include <algorithm>
+
 #include "job/final_list.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
@@ -29,7 +31,7 @@ void TestingPass::run() {
     if (auto rawList = ListReader::open(rawPath)) {
         gradeAll(*rawList, *finalList);
     } else {
-        static_cast<void>(handle(rawList.error(), {}));
+        rawListFailed(rawList.error());
     }
     if (!finalList->close())
         ++job_.state.counters.lostRows;
@@ -48,6 +50,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     while (const auto line = rawList.next()) {
         ++job_.state.counters.rowsRead;
         if (gradeRow(*line)) {
+            if (job_.state.options.showProgress)
+                showProgress();
             writeRow(finalList, *line);
             if (job_.state.counters.tested > 0)
                 updateQuality(job_.state);
@@ -55,7 +59,14 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
         job_.turn();
     }
     if (rawList.error())
-        static_cast<void>(handle(*rawList.error(), {}));
+        rawListFailed(*rawList.error());
+}
+
+// The rest of the raw list cannot be read: its files have no row.
+void TestingPass::rawListFailed(const FileError& error) {
+    const JobCounters& counters = job_.state.counters;
+    job_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
+    static_cast<void>(handle(error, {}));
 }
 
 // False when the row in work is not to be written.
@@ -65,11 +76,8 @@ bool TestingPass::gradeRow(std::u16string_view line) {
     // ABlankLineTakesTheResultOfTheRowBefore).
     if (fields_.size() < 2)
         return true;
-    if (const auto graded = grade(fields_[kPathColumn]); !graded)
-        return handle(graded.error(), fields_[kPathColumn]);
-    if (job_.state.options.showProgress)
-        showProgress();
-    return true;
+    const auto graded = grade(fields_[kPathColumn]);
+    return graded || handle(graded.error(), fields_[kPathColumn]);
 }
 
 Result<void> TestingPass::grade(std::u16string_view path) {
@@ -126,7 +134,8 @@ void TestingPass::reportError(const FileError& error) {
 
 void TestingPass::showProgress() {
     job_.state.controls.progress.value = job_.state.counters.rowsRead;
-    job_.state.texts.currentFile = readable(fields_[kPathColumn]);
+    if (!fields_.empty())
+        job_.state.texts.currentFile = readable(fields_[kPathColumn]);
 }
 
 void TestingPass::writeRow(ListWriter& finalList, std::u16string_view line) {

@@ -43,6 +43,7 @@ private:
     [[nodiscard]] Result<void> grade(std::u16string_view path);
     [[nodiscard]] Result<std::u16string_view> check(std::u16string_view extension);
     [[nodiscard]] bool handle(const FileError& error, std::u16string_view path);
+    void rawListFailed(const FileError& error);
     void reportError(const FileError& error);
     void showProgress();
     void writeRow(ListWriter& finalList, std::u16string_view line);

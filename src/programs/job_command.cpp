@@ -162,7 +162,11 @@ int runJob(const JobCommandOptions& chosen, Installation& installation, const Co
             streams.out << list->native() << '\n';
     }
     streams.out.flush();
-    return exitStatus(end, job.state.counters);
+    const int status = exitStatus(end, job.state.counters);
+    if (streams.out)
+        return status;
+    streams.err << "quillon-job: the result could not be written to standard output\n";
+    return status == kExitComplete ? kExitLosses : status;
 }
 
 }  // namespace

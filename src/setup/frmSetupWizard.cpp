@@ -9,13 +9,15 @@
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
+#include "ui/step_guard.h"
 #include "ui/window_event_loop.h"
 
 namespace quillon {
 
 frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<NetworkProvider> network)
     : context_(context),
-      exchange_(AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings, [] { return std::string(); }),
+      exchange_(AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
+                [] { return std::string(); }),
       wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this) {
     setObjectName(QStringLiteral("frmSetupWizard"));
     setWindowTitle(QStringLiteral("Setup Wizard"));
@@ -28,8 +30,11 @@ frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<Net
 // Inputs go in, the step runs, what came of it is shown.
 template <typename Operation>
 void frmSetupWizard::run(Operation operation) {
+    const StepGuard guard(running_);
     readInputs();
     operation();
+    if (leaving_)
+        return;  // the screen goes as soon as the event loop turns
     showState();
     context_.loop.flush();
 }
@@ -50,23 +55,36 @@ void frmSetupWizard::connectControls() {
 }
 
 void frmSetupWizard::connectSteps() {
-    const std::pair<QPushButton*, void (SetupWizard::*)()> steps[] = {
-        {Command1, &SetupWizard::nextMethod},       {Command2, &SetupWizard::browseLocalPath},
-        {Command3, &SetupWizard::browseArchivePath}, {Command6, &SetupWizard::nextLocalPaths},
-        {Command4, &SetupWizard::browseSharedPath}, {Command7, &SetupWizard::nextSharedPath},
-        {Command8, &SetupWizard::nextDefaults},     {Command11, &SetupWizard::nextAlerts},
-        {Command12, &SetupWizard::exportRecord},    {Command14, &SetupWizard::done},
-        {Command5, &SetupWizard::exit}};
+    const std::pair<QPushButton*, void (SetupWizard::*)()> steps[] = {{Command1, &SetupWizard::nextMethod},
+                                                                      {Command2, &SetupWizard::browseLocalPath},
+                                                                      {Command3, &SetupWizard::browseArchivePath},
+                                                                      {Command6, &SetupWizard::nextLocalPaths},
+                                                                      {Command4, &SetupWizard::browseSharedPath},
+                                                                      {Command7, &SetupWizard::nextSharedPath},
+                                                                      {Command8, &SetupWizard::nextDefaults},
+                                                                      {Command11, &SetupWizard::nextAlerts},
+                                                                      {Command12, &SetupWizard::exportRecord},
+                                                                      {Command14, &SetupWizard::done},
+                                                                      {Command5, &SetupWizard::exit}};
+    // A step that turns the event loop must end before the screen goes.
+    const auto mayRun = [this](const QPushButton* button) {
+        return running_ == 0 || (button != Command5 && button != Command14);
+    };
     for (const auto& [button, step] : steps)
-        connect(button, &QPushButton::clicked, this, [this, step = step] { run([this, step] { (wizard_.*step)(); }); });
+        connect(button, &QPushButton::clicked, this, [this, mayRun, button = button, step = step] {
+            if (mayRun(button))
+                run([this, step] { (wizard_.*step)(); });
+        });
 }
 
 void frmSetupWizard::connectRecipients() {
     const auto connectOne = [this](WizardRecipient which, QComboBox& box, QPushButton& ask, QPushButton& revert) {
         connect(&box, &QComboBox::activated, this,
                 [this, which](int index) { run([=, this] { wizard_.chooseRecipient(which, index); }); });
-        connect(&ask, &QPushButton::clicked, this, [this, which] { run([=, this] { wizard_.pressRecipientButton(which); }); });
-        connect(&revert, &QPushButton::clicked, this, [this, which] { run([=, this] { wizard_.revertRecipient(which); }); });
+        connect(&ask, &QPushButton::clicked, this,
+                [this, which] { run([=, this] { wizard_.pressRecipientButton(which); }); });
+        connect(&revert, &QPushButton::clicked, this,
+                [this, which] { run([=, this] { wizard_.revertRecipient(which); }); });
     };
     connectOne(WizardRecipient::Alert, *Combo1, *Command9, *Command13);
     connectOne(WizardRecipient::Zip, *Combo2, *Command10, *Command15);
@@ -85,7 +103,8 @@ void frmSetupWizard::showState() {
     const SetupWizardState& state = wizard_.state;
     {
         const QSignalBlocker blocker(SftTabs1);
-        for (std::size_t i = 0; i < kWizardTabCount; ++i) SftTabs1->setTabEnabled(static_cast<int>(i), state.tabEnabled[i]);
+        for (std::size_t i = 0; i < kWizardTabCount; ++i)
+            SftTabs1->setTabEnabled(static_cast<int>(i), state.tabEnabled[i]);
         SftTabs1->setCurrentIndex(static_cast<int>(state.currentTab));
     }
     if (state.method != SetupMethod::None)
@@ -201,7 +220,8 @@ void frmSetupWizard::closeEvent(QCloseEvent* event) {
         return;
     }
     event->ignore();
-    wizard_.exit();
+    if (running_ == 0)
+        run([this] { wizard_.exit(); });
 }
 
 }  // namespace quillon

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// "Setup Wizard": sets an installation up or edits its settings, tab by tab. The work is SetupWizard's; the screen hands
-// inputs in and shows the state that comes out. Frames have no given names; ours begin with "frame".
+// "Setup Wizard": sets an installation up or edits its settings, tab by tab. The work is SetupWizard's; the screen
+// hands inputs in and shows the state that comes out. Frames have no given names; ours begin with "frame".
 //
 //   Label1                          "Setup the ZOV Software"  heading
 //   SftTabs1, tab "Setup DB"
@@ -102,7 +102,8 @@ private:
     UdpSocket wClient_;
     AlertExchange exchange_;
     SetupWizard wizard_;
-    bool leaving_ = false;
+    int running_ = 0;       // steps on the stack
+    bool leaving_ = false;  // the screen is done for
 
     QTabWidget* SftTabs1 = nullptr;
     std::array<QRadioButton*, 2> Option1{};

@@ -150,9 +150,10 @@ QWidget* frmSetupWizard::createLocalTab() {
 QWidget* frmSetupWizard::createSharedTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameShared", "Shared DB Path");
-    content->addWidget(makeText("Label9",
-                                "Set this to the location on your network where the shared database is to be stored. If the "
-                                "databases do not exist, then the local databases will be copied to the selected location."));
+    content->addWidget(
+        makeText("Label9",
+                 "Set this to the location on your network where the shared database is to be stored. If the "
+                 "databases do not exist, then the local databases will be copied to the selected location."));
     Check5 = makeCheck("Check5", "Use Shared DB (Recommended))");
     content->addWidget(Check5);
     QGridLayout* grid = makeGrid();
@@ -194,9 +195,10 @@ QWidget* frmSetupWizard::createDefaultsTab() {
 QWidget* frmSetupWizard::createAlertsTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameAlerts", "Alerts");
-    content->addWidget(makeText("Label13",
-                                "Select which computer to send alerts to. Note that the ZOV Messenger software needs to be "
-                                "installed on the machine that is to receive the messages."));
+    content->addWidget(
+        makeText("Label13",
+                 "Select which computer to send alerts to. Note that the ZOV Messenger software needs to be "
+                 "installed on the machine that is to receive the messages."));
     const auto addRecipient = [content](const char* labelName, const char* text, QComboBox* box, QPushButton* ask,
                                         QPushButton* revert) {
         QLabel* label = makeText(labelName, text);
@@ -224,10 +226,11 @@ QWidget* frmSetupWizard::createAlertsTab() {
 QWidget* frmSetupWizard::createExportTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameExport", "Export Settings");
-    content->addWidget(makeText("Label16",
-                                "Clicking on [Export] allows you to export these settings to a shared location where they may be "
-                                "imported by other ZOV Systems on your netwrok. This will save time when intalling the software "
-                                "on multiple machines."));
+    content->addWidget(
+        makeText("Label16",
+                 "Clicking on [Export] allows you to export these settings to a shared location where they may be "
+                 "imported by other ZOV Systems on your netwrok. This will save time when intalling the software "
+                 "on multiple machines."));
     Command12 = makeButton("Command12", "Export");
     content->addWidget(Command12, 0, Qt::AlignRight);
     content->addStretch(1);

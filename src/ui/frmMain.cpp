@@ -70,6 +70,7 @@ void frmMain::reloadForm() {
     if (!setup_.useDefaults)
         setup_.defaultsTicked(true);
     loadReportMessages(context_.installation, context_.surroundings.dialogs, context_.kept, job_.messages);
+    loaded_ = true;
     showState();
     show();
     context_.loop.flush();

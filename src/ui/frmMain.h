@@ -97,6 +97,7 @@ public:
 
     /// The start sequence, which ends with showing the window; also run again by the setup.
     void reloadForm() override;
+    bool isLoaded() const override { return loaded_; }
     void loadSettings() override;
     /// Recounts the score board from the list of the job.
     void upDateAllLabels() override;
@@ -132,6 +133,7 @@ private:
     void connectControls();
     void connectMenus();
     void connectToolbar();
+    void addNetworkSetup();
 
     // Handlers, in screen order
     void Textbox1_Change();
@@ -185,6 +187,7 @@ private:
     JobLogRows logRows_;
     QTimer* timer_;
     int refreshNumber_ = 0;
+    bool loaded_ = false;
     bool running_ = false;
     bool toolbarLocked_ = false;
     bool unloading_ = false;

@@ -54,6 +54,22 @@ void frmMain::connectToolbar() {
         {kCommonHeadersButton, mnuEditCommon}, {kMessagesButton, mnuErrors}, {kBadSectorsButton, mnuBS}};
     for (const auto& [button, entry] : entries)
         connect(toolbarButtons[button], &QToolButton::clicked, entry, &QAction::trigger);
+    addNetworkSetup();
+}
+
+// "Set up Network" stands in none of the menus. It opens from the menu of the Settings button and by its key.
+void frmMain::addNetworkSetup() {
+    auto* entry = new QAction(QStringLiteral("Set up Network"), this);
+    entry->setObjectName(QStringLiteral("openSetupNetwork"));
+    entry->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
+    connect(entry, &QAction::triggered, this, [this] {
+        if (!isJobRunning())
+            context_.navigator.openModal(Screen::SetupNetwork);
+    });
+    addAction(entry);
+    QToolButton* settings = toolbarButtons[kSettingsButton];
+    settings->addAction(entry);
+    settings->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 void frmMain::openModalScreen(Screen screen, QAction& entry, std::size_t toolbarButton) {

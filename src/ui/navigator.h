@@ -36,6 +36,8 @@ enum class Screen {
 class MainWindowDoor {
 public:
     virtual ~MainWindowDoor() = default;
+    /// True once the window's start sequence has run.
+    [[nodiscard]] virtual bool isLoaded() const { return true; }
     /// Runs the window's start sequence again.
     virtual void reloadForm() = 0;
     /// Applies the settings to the window's controls.

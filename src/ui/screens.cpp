@@ -1,6 +1,15 @@
 // SPDX-License-Identifier: MIT
 // One line for each screen: which class it is and what it is made from.
+#include "archive/frmZip.h"
+#include "editors/frmBadSectors.h"
+#include "editors/frmCommonHeaders.h"
+#include "editors/frmErrors.h"
 #include "editors/frmExtEditor.h"
+#include "editors/frmPreviewBadSector.h"
+#include "editors/frmSkipList.h"
+#include "editors/frmUpdatedb.h"
+#include "setup/frmSetupNetwork.h"
+#include "setup/frmSetupWizard.h"
 #include "ui/frmABout.h"
 #include "ui/help_window.h"
 #include "ui/navigator.h"
@@ -14,6 +23,24 @@ void registerScreens(const ScreenContext& context) {
     screens.add(Screen::About, [](const std::any&) { return std::make_unique<frmABout>(); });
     screens.add(Screen::Help, [&context](const std::any&) {
         return std::make_unique<HelpWindow>(context.installation.appFolder() / kHelpFileName);
+    });
+    screens.add(Screen::Zip, [&context](const std::any& handOver) {
+        const auto* job = std::any_cast<ZipHandover>(&handOver);
+        return std::make_unique<frmZip>(context, job != nullptr ? *job : ZipHandover{}, systemNetwork());
+    });
+    screens.add(Screen::SetupWizard,
+                [&context](const std::any&) { return std::make_unique<frmSetupWizard>(context, systemNetwork()); });
+    screens.add(Screen::SetupNetwork,
+                [&context](const std::any&) { return std::make_unique<frmSetupNetwork>(context); });
+    screens.add(Screen::SkipList, [&context](const std::any&) { return std::make_unique<frmSkipList>(context); });
+    screens.add(Screen::Updatedb, [&context](const std::any&) { return std::make_unique<frmUpdatedb>(context); });
+    screens.add(Screen::CommonHeaders,
+                [&context](const std::any&) { return std::make_unique<frmCommonHeaders>(context); });
+    screens.add(Screen::Errors, [&context](const std::any&) { return std::make_unique<frmErrors>(context); });
+    screens.add(Screen::BadSectors, [&context](const std::any&) { return std::make_unique<frmBadSectors>(context); });
+    screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
+        const auto* preview = std::any_cast<SectorPreview>(&handOver);
+        return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
     });
     screens.add(Screen::ViewList, [&context](const std::any&) { return std::make_unique<frmViewList>(context); });
     screens.add(Screen::ExtEditor, [&context](const std::any& handOver) {

@@ -137,7 +137,12 @@ QString styleSheetOf(const Colours& colours) {
     return sheet;
 }
 
+constexpr const char* kProgramIcon = "quillon";
 #ifdef QUILLON_HAVE_SVG
+// Toolbars ask for 22 points; twice that on a screen of high density.
+constexpr std::initializer_list<int> kIconSizes = {22, 44};
+constexpr std::initializer_list<int> kProgramIconSizes = {16, 24, 32, 48, 64, 128, 256};
+
 QPixmap drawIcon(const QByteArray& svg, int size, const QColor& colour) {
     QByteArray coloured = svg;
     coloured.replace("currentColor", colour.name().toLatin1());
@@ -161,7 +166,7 @@ void applyLook(QApplication& application, Look look) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(paletteOf(colours));
     application.setStyleSheet(styleSheetOf(colours));
-    QApplication::setWindowIcon(icon(QStringLiteral("quillon")));
+    QApplication::setWindowIcon(icon(QLatin1String(kProgramIcon)));
 }
 
 QIcon icon(const QString& name) {
@@ -172,7 +177,7 @@ QIcon icon(const QString& name) {
         return made;
     const QByteArray svg = file.readAll();
     const QPalette palette = QApplication::palette();
-    for (const int size : {16, 20, 24, 32, 48, 64, 128}) {
+    for (const int size : name == QLatin1String(kProgramIcon) ? kProgramIconSizes : kIconSizes) {
         made.addPixmap(drawIcon(svg, size, palette.color(QPalette::Active, QPalette::ButtonText)));
         made.addPixmap(drawIcon(svg, size, palette.color(QPalette::Disabled, QPalette::ButtonText)), QIcon::Disabled);
     }

@@ -1,0 +1,26 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Makes the pictures of the help and the README from the real window, on a display of its own (Xvfb), light and dark, at two
+# sizes. They go to docs/help/images.
+set -eu
+cd "$(dirname "$0")/.."
+. scripts/packages.sh
+# shellcheck disable=SC2086  # lists of words
+install_missing $BUILD_PACKAGES $WINDOW_PACKAGES $TEST_PACKAGES xvfb xauth
+configure dev
+cmake --build --preset dev --target quillon_picture_maker starter_database
+scripts/make_sample_tree.sh "$PWD/build/sample"
+
+pictures=docs/help/images
+mkdir -p "$pictures"
+# picture LOOK WIDTH HEIGHT NAME [OPTION]
+picture() {
+    xvfb-run -a -s "-screen 0 ${2}x${3}x24" env LC_ALL=C QT_QPA_PLATFORM=xcb build/dev/tests/ui/quillon_picture_maker \
+        build/dev/Quillon/db.zip build/sample "$1" "$2" "$3" "$pictures/$4.png" ${5:-}
+    echo "$pictures/$4.png"
+}
+for look in light dark; do
+    picture $look 1280 800 main-$look
+    picture $look 2560 1440 main-$look-large
+done
+picture light 1280 800 main-start --start

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The report messages: ten texts that grade a file.
+//
+//   Control                     Caption                    Meaning
+//   Frame1                      "Default Error Messages"   (the frame's name is ours)
+//   Label1_0, tError_0, to _9   "Header OK", ...           the messages in the order of the file
+//   Command1                    "OK"                       saves and leaves; the close box leaves without saving
+
+#include <array>
+
+#include <QWidget>
+
+#include "editors/report_messages_editor.h"
+#include "ui/screen_context.h"
+
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace quillon {
+
+class frmErrors final : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit frmErrors(const ScreenContext& context);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createControls();
+    void connectControls();
+    void Command1_Click();
+
+    ScreenContext context_;
+    ReportMessagesEditor editor_;
+
+    QGroupBox* Frame1;
+    std::array<QLabel*, kMessageCount> Label1;
+    std::array<QLineEdit*, kMessageCount> tError;
+    QPushButton* Command1;
+};
+
+}  // namespace quillon

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Shows the preview file of a bad sector marker.
+//
+//   Frame                     Control        Caption   Meaning
+//   Frame1 "Sector Preview"   XHexEditX1               the bytes, read-only (the frame's name is ours)
+//                             Command1       "Done"    back to the bad sector screen
+
+#include <QWidget>
+
+#include "editors/sector_preview.h"
+#include "ui/screen_context.h"
+
+class QGroupBox;
+class QPushButton;
+
+namespace quillon {
+
+class HexView;
+
+class frmPreviewBadSector final : public QWidget {
+    Q_OBJECT
+
+public:
+    frmPreviewBadSector(const ScreenContext& context, SectorPreview preview);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    ScreenContext context_;
+
+    QGroupBox* Frame1;
+    HexView* XHexEditX1;
+    QPushButton* Command1;
+};
+
+}  // namespace quillon

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+#include "editors/frmSkipList.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QShortcut>
+#include <QVBoxLayout>
+
+#include "ui/control_maker.h"
+#include "ui/grid.h"
+#include "ui/navigator.h"
+#include "ui/qt_text.h"
+#include "ui/show_state.h"
+#include "ui/theme.h"
+
+namespace quillon {
+
+frmSkipList::frmSkipList(const ScreenContext& context)
+    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
+    setObjectName(QStringLiteral("frmSkipList"));
+    setWindowTitle(QStringLiteral("Skip List"));
+    createControls();
+    arrange();
+    connectControls();
+    editor_.load();
+    showList();
+    showEntry();
+    TextBox1->setFocus();
+}
+
+void frmSkipList::createControls() {
+    mnu = new QMenu(QStringLiteral("File"), this);
+    mnu->setObjectName(QStringLiteral("mnu"));
+    mnuLoad = mnu->addAction(QStringLiteral("Load"));
+    mnuLoad->setObjectName(QStringLiteral("mnuLoad"));
+    mnuLoad->setShortcut(QKeySequence::Open);
+    mnuHelp = mnu->addAction(QStringLiteral("Help"));
+    mnuHelp->setObjectName(QStringLiteral("mnuHelp"));
+    mnuHelp->setShortcut(QKeySequence::HelpContents);
+
+    Frame2 = makeFrame("Frame2", "Criteria");
+    Label1 = makeLabel("Label1", "Term");
+    TextBox1 = make<QLineEdit>("TextBox1");
+    TextBox1->setToolTip(QStringLiteral("Text of a path, with * ? # or [a-z] where it may differ"));
+    Label1->setBuddy(TextBox1);
+    Command1 = makeButton("Command1", "Add");
+    Command3 = makeButton("Command3", "Clear");
+    makePrimary(*Command1);
+
+    Frame1 = makeFrame("Frame1", "Current Terms");
+    iGrid1 = make<Grid>("iGrid1");
+    iGrid1->setColumns({{"Term", 250}});
+    iGrid1->setAccessibleName(QStringLiteral("Current Terms"));
+    Command2 = makeButton("Command2", "Delete");
+    Command4 = makeButton("Command4", "Done");
+}
+
+void frmSkipList::arrange() {
+    auto* entry = new QHBoxLayout(Frame2);
+    entry->setSpacing(kSpacing);
+    entry->addWidget(Label1);
+    entry->addWidget(TextBox1, 1);
+    entry->addWidget(Command1);
+    entry->addWidget(Command3);
+
+    auto* list = new QVBoxLayout(Frame1);
+    list->setSpacing(kSpacing);
+    list->addWidget(iGrid1, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(Command2);
+    buttons->addStretch(1);
+    list->addLayout(buttons);
+
+    auto* bar = new QMenuBar(this);
+    bar->addMenu(mnu);
+    auto* all = new QVBoxLayout(this);
+    all->setMenuBar(bar);
+    all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    all->setSpacing(kSpacing);
+    all->addWidget(Frame2);
+    all->addWidget(Frame1, 1);
+    all->addWidget(Command4, 0, Qt::AlignRight);
+    resize(520, 560);
+}
+
+void frmSkipList::connectControls() {
+    connect(mnuLoad, &QAction::triggered, this, &frmSkipList::mnuLoad_Click);
+    connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
+    connect(TextBox1, &QLineEdit::textChanged, this, [this](const QString& text) { editor_.entry = fromQt(text); });
+    connect(TextBox1, &QLineEdit::returnPressed, Command1, &QPushButton::click);
+    connect(Command1, &QPushButton::clicked, this, &frmSkipList::Command1_Click);
+    connect(Command3, &QPushButton::clicked, this, &frmSkipList::Command3_Click);
+    connect(iGrid1, &Grid::rowClicked, this, &frmSkipList::selectRow);
+    connect(iGrid1, &Grid::currentRowChanged, this, &frmSkipList::selectRow);
+    connect(iGrid1, &Grid::keyPressed, this, [this](int, int key) {
+        if (key == Qt::Key_Delete)
+            Command2->click();
+    });
+    connect(Command2, &QPushButton::clicked, this, &frmSkipList::Command2_Click);
+    connect(Command4, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void frmSkipList::Command1_Click() {
+    editor_.addOrUpdate();
+    showList();
+    showEntry();
+    TextBox1->setFocus();
+}
+
+void frmSkipList::Command2_Click() {
+    editor_.deleteSelected();
+    showList();
+    showEntry();
+}
+
+void frmSkipList::Command3_Click() {
+    editor_.clear();
+    showEntry();
+    TextBox1->setFocus();
+}
+
+void frmSkipList::mnuLoad_Click() {
+    if (!editor_.loadFromFile())
+        QApplication::beep();
+    showList();
+    showEntry();
+}
+
+void frmSkipList::selectRow(int row) {
+    editor_.selectRow(row);
+    showEntry();
+}
+
+void frmSkipList::showList() {
+    std::vector<GridRow> rows;
+    rows.reserve(editor_.terms().size());
+    for (const auto& term : editor_.terms()) rows.push_back({{toUtf8(term)}, {}});
+    showRows(*iGrid1, std::move(rows));
+    showCurrentRow(*iGrid1, editor_.selected());
+}
+
+void frmSkipList::showEntry() {
+    showText(*TextBox1, editor_.entry);
+    Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
+}
+
+void frmSkipList::closeEvent(QCloseEvent* event) {
+    event->accept();
+    if (context_.navigator.main() != nullptr)
+        context_.navigator.main()->showMain();
+}
+
+}  // namespace quillon

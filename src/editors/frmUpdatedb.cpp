@@ -1,0 +1,265 @@
+// SPDX-License-Identifier: MIT
+#include "editors/frmUpdatedb.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "ui/control_maker.h"
+#include "ui/grid.h"
+#include "ui/hex_view.h"
+#include "ui/navigator.h"
+#include "ui/qt_text.h"
+#include "ui/show_state.h"
+#include "ui/theme.h"
+
+namespace quillon {
+
+frmUpdatedb::frmUpdatedb(const ScreenContext& context)
+    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
+    setObjectName(QStringLiteral("frmUpdatedb"));
+    setWindowTitle(QStringLiteral("Manually Update Database"));
+    createMenus();
+    createCriteria();
+    createTerms();
+    arrangeCriteria();
+    arrange();
+    connectControls();
+    editor_.load();
+    showTerms();
+    showCriteria();
+    Text1->setFocus();
+}
+
+void frmUpdatedb::createMenus() {
+    mnuFle = new QMenu(QStringLiteral("File"), this);
+    mnuFle->setObjectName(QStringLiteral("mnuFle"));
+    mnuOpen = mnuFle->addAction(QStringLiteral("Open"));
+    mnuOpen->setObjectName(QStringLiteral("mnuOpen"));
+    mnuOpen->setShortcut(QKeySequence::Open);
+    mnuEdit = new QMenu(QStringLiteral("Edit"), this);
+    mnuEdit->setObjectName(QStringLiteral("mnuEdit"));
+    mnuDelete = mnuEdit->addAction(QStringLiteral("Delete"));
+    mnuDelete->setObjectName(QStringLiteral("mnuDelete"));
+    mnub1 = mnuEdit->addSeparator();
+    mnub1->setObjectName(QStringLiteral("mnub1"));
+    // Kept: this entry does nothing (test AddToCommonHeadersDoesNothing).
+    mnuCommonHeader = mnuEdit->addAction(QStringLiteral("Add to Common Headers"));
+    mnuCommonHeader->setObjectName(QStringLiteral("mnuCommonHeader"));
+}
+
+void frmUpdatedb::createCriteria() {
+    Frame2 = makeFrame("Frame2", "Criteria");
+    Label5 = makeLabel("Label5", "Ext");
+    Text1 = make<QLineEdit>("Text1");
+    Label5->setBuddy(Text1);
+    Command4 = makeButton("Command4", "...");
+    Command4->setAccessibleName(QStringLiteral("Open a file to view headers"));
+    Command4->setToolTip(QStringLiteral("Open a file to view headers"));
+    Label6 = makeLabel("Label6", "Type extension or open file");
+    makeRemark(*Label6);
+    Label2 = makeLabel("Label2", "Position");
+    Text2 = make<QLineEdit>("Text2");
+    Label2->setBuddy(Text2);
+    Label3 = makeLabel("Label3", "(0 = Anywhere)");
+    makeRemark(*Label3);
+    Label1 = makeLabel("Label1", "Term");
+    Text3 = make<QLineEdit>("Text3");
+    Label1->setBuddy(Text3);
+    Label4 = makeLabel("Label4", "Type");
+    Combo1 = make<QComboBox>("Combo1");
+    Combo1->addItems({QStringLiteral("Text"), QStringLiteral("HEX")});
+    Label4->setBuddy(Combo1);
+    Command2 = makeButton("Command2", "Add");
+    makePrimary(*Command2);
+    Command3 = makeButton("Command3", "Clr");
+}
+
+void frmUpdatedb::createTerms() {
+    Frame3 = makeFrame("Frame3", "Existing Terms");
+    iGrid1 = make<Grid>("iGrid1");
+    iGrid1->setColumns({{"Term", 140}, {"Offset", 80}, {"Type", 40}});
+    iGrid1->setAccessibleName(QStringLiteral("Existing Terms"));
+    Command1 = makeButton("Command1", "Delete");
+    Check1 = makeCheck("Check1", "Delete all terms");
+    Command5 = makeButton("Command5", "Done");
+    Frame1 = makeFrame("Frame1", "Hex View");
+    Hex1 = make<HexView>("Hex1");
+    Hex1->setAccessibleName(QStringLiteral("Hex View"));
+}
+
+void frmUpdatedb::arrangeCriteria() {
+    Command4->setFixedWidth(40);
+    auto* grid = new QGridLayout(Frame2);
+    grid->setSpacing(kSpacing);
+    grid->addWidget(Label5, 0, 0);
+    grid->addWidget(Text1, 0, 1);
+    grid->addWidget(Command4, 0, 2, Qt::AlignLeft);
+    grid->addWidget(Label6, 1, 1, 1, 2);
+    grid->addWidget(Label2, 2, 0);
+    grid->addWidget(Text2, 2, 1);
+    grid->addWidget(Label3, 2, 2);
+    grid->addWidget(Label1, 3, 0);
+    grid->addWidget(Text3, 3, 1, 1, 2);
+    grid->addWidget(Label4, 4, 0);
+    grid->addWidget(Combo1, 4, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(kSpacing);
+    buttons->addWidget(Command2, 1);
+    buttons->addWidget(Command3, 1);
+    grid->addLayout(buttons, 5, 1, 1, 2);
+    grid->setRowStretch(6, 1);
+    grid->setColumnStretch(1, 1);
+}
+
+void frmUpdatedb::arrange() {
+    auto* terms = new QVBoxLayout(Frame3);
+    terms->setSpacing(kSpacing);
+    terms->addWidget(iGrid1, 1);
+    auto* below = new QHBoxLayout;
+    below->setSpacing(kSpacing);
+    below->addWidget(Command1);
+    below->addWidget(Check1);
+    below->addStretch(1);
+    below->addWidget(Command5);
+    terms->addLayout(below);
+    (new QVBoxLayout(Frame1))->addWidget(Hex1);
+
+    auto* top = new QHBoxLayout;
+    top->setSpacing(kSpacing);
+    top->addWidget(Frame2, 2);
+    top->addWidget(Frame3, 3);
+    auto* bar = new QMenuBar(this);
+    bar->addMenu(mnuFle);
+    auto* all = new QVBoxLayout(this);
+    all->setMenuBar(bar);
+    all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    all->setSpacing(kSpacing);
+    all->addLayout(top, 1);
+    all->addWidget(Frame1, 1);
+    resize(sizeHint().width() > 780 ? sizeHint().width() : 780, 640);
+}
+
+void frmUpdatedb::connectControls() {
+    connect(mnuOpen, &QAction::triggered, this, &frmUpdatedb::mnuOpen_Click);
+    connect(mnuDelete, &QAction::triggered, this, &frmUpdatedb::Command1_Click);
+    connect(Text1, &QLineEdit::textChanged, this, &frmUpdatedb::Text1_Change);
+    connect(Command4, &QPushButton::clicked, this, &frmUpdatedb::mnuOpen_Click);
+    connect(Text2, &QLineEdit::textChanged, this,
+            [this](const QString& text) { editor_.fields.position = fromQt(text); });
+    connect(Text3, &QLineEdit::textChanged, this, [this](const QString& text) { editor_.fields.term = fromQt(text); });
+    for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
+    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int index) {
+        editor_.chooseType(index == 1);
+        showCriteria();
+    });
+    connect(Command2, &QPushButton::clicked, this, &frmUpdatedb::Command2_Click);
+    connect(Command3, &QPushButton::clicked, this, &frmUpdatedb::Command3_Click);
+    connect(iGrid1, &Grid::rowClicked, this, &frmUpdatedb::selectRow);
+    connect(iGrid1, &Grid::currentRowChanged, this, &frmUpdatedb::selectRow);
+    connect(iGrid1, &Grid::rowRightClicked, this, &frmUpdatedb::openMenu);
+    connect(iGrid1, &Grid::keyPressed, this, [this](int, int key) {
+        if (key == Qt::Key_Delete)
+            Command1->click();
+    });
+    connect(Command1, &QPushButton::clicked, this, &frmUpdatedb::Command1_Click);
+    connect(Check1, &QCheckBox::toggled, this, [this](bool ticked) { editor_.deleteAllTerms = ticked; });
+    connect(Command5, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmUpdatedb::mnuOpen_Click() {
+    switch (editor_.openSample()) {
+        case ManualUpdate::Opened::Nothing:
+            return;
+        case ManualUpdate::Opened::Failed:
+            QApplication::beep();
+            return;
+        case ManualUpdate::Opened::Shown:
+            break;
+    }
+    Hex1->setBytes(editor_.sample());
+    showText(*Text1, editor_.extension());
+    showTerms();
+}
+
+void frmUpdatedb::Text1_Change(const QString& text) {
+    editor_.setExtension(fromQt(text));
+    showTerms();
+}
+
+void frmUpdatedb::Command1_Click() {
+    editor_.deleteTerms();
+    showTerms();
+}
+
+void frmUpdatedb::Command2_Click() {
+    const ManualUpdate::Focus focus = editor_.addOrUpdate();
+    showTerms();
+    showCriteria();
+    switch (focus) {
+        case ManualUpdate::Focus::Extension:
+            Text1->setFocus();
+            break;
+        case ManualUpdate::Focus::Position:
+            Text2->setFocus();
+            break;
+        case ManualUpdate::Focus::Term:
+            Text3->setFocus();
+            break;
+        case ManualUpdate::Focus::Stays:
+            break;
+    }
+}
+
+void frmUpdatedb::Command3_Click() {
+    editor_.clear();
+    showCriteria();
+}
+
+void frmUpdatedb::openMenu(int row, const QPoint& position) {
+    if (row < 0)
+        return;
+    selectRow(row);
+    mnuDelete->setText(menuText(editor_.deleteCaption()));
+    mnuCommonHeader->setText(menuText(editor_.commonHeaderCaption()));
+    mnuEdit->popup(position);
+}
+
+void frmUpdatedb::selectRow(int row) {
+    editor_.selectRow(row);
+    showCriteria();
+}
+
+void frmUpdatedb::showTerms() {
+    std::vector<GridRow> rows;
+    rows.reserve(editor_.rows().size());
+    for (const auto& term : editor_.rows())
+        rows.push_back({{toUtf8(term.term), toUtf8(term.offset), toUtf8(term.type)}, {}});
+    showRows(*iGrid1, std::move(rows));
+    showCurrentRow(*iGrid1, editor_.current());
+}
+
+void frmUpdatedb::showCriteria() {
+    showText(*Text2, editor_.fields.position);
+    showText(*Text3, editor_.fields.term);
+    showChoice(*Combo1, editor_.fields.hexadecimal ? 1 : 0);
+    Command2->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
+}
+
+void frmUpdatedb::closeEvent(QCloseEvent* event) {
+    editor_.save();
+    event->accept();
+    if (context_.navigator.main() != nullptr)
+        context_.navigator.main()->showMain();
+}
+
+}  // namespace quillon

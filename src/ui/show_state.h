@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Puts the state of a screen's logic into its controls. Showing is not typing: no control tells of a change that was
+// made here.
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include "ui/grid.h"
+#include "ui/qt_text.h"
+
+namespace quillon {
+
+/// The same text again leaves cursor and selection alone.
+inline void showText(QLineEdit& box, std::string_view utf8) {
+    const QSignalBlocker quiet(box);
+    if (const QString text = toQt(utf8); text != box.text())
+        box.setText(text);
+}
+
+inline void showChoice(QComboBox& box, int index) {
+    const QSignalBlocker quiet(box);
+    box.setCurrentIndex(index);
+}
+
+inline void showTick(QAbstractButton& box, bool ticked) {
+    const QSignalBlocker quiet(box);
+    box.setChecked(ticked);
+}
+
+/// Replaces all rows of a grid that keeps its own.
+inline void showRows(Grid& grid, std::vector<GridRow> rows) {
+    const QSignalBlocker quiet(grid);
+    grid.clearRows();
+    grid.addRows(std::move(rows));
+}
+
+inline void showCurrentRow(Grid& grid, int row) {
+    const QSignalBlocker quiet(grid);
+    if (row != grid.currentRow())
+        grid.setCurrentRow(row);
+}
+
+/// A menu text in which an "&" of the data stays an "&".
+[[nodiscard]] inline QString menuText(std::string_view utf8) {
+    return toQt(utf8).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+}  // namespace quillon

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "archive/frmZip.h"
+
+#include <QTest>
+
+#include "support/screen_control.h"
+#include "ui/main_window.h"
+
+using namespace quillon;
+using test::controlOf;
+
+class FrmZipTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void everyControlHasItsNameCaptionAndState();
+    void theListsOfTheJobStandInTheGrid();
+    void ignoringTheSeparatorLoadsMoreLists();
+    void reloadBringsARemovedRowBack();
+    void aDoubleClickAsksBeforeItRemoves();
+    void anAddedFileStandsOnceInTheGrid();
+    void aPasswordTicksRetain();
+    void maskingShowsStars();
+    void zippingNothingWarns();
+    void zippingWritesTheArchiveAndEmptiesTheGrid();
+    void theDestinationCanBeChangedForGood();
+    void closingBringsTheMainWindowBack();
+
+private:
+    [[nodiscard]] QWidget& screen() const { return *main_->navigator.window(Screen::Zip); }
+    void click(const char* button) const { controlOf<QPushButton>(screen(), button).click(); }
+    [[nodiscard]] Grid& grid() const { return controlOf<Grid>(screen(), "iGrid1"); }
+    [[nodiscard]] std::string list(const char* name) const { return (main_->temp / "local" / name).native(); }
+
+    std::unique_ptr<test::MainWindow> main_;
+};
+
+void FrmZipTest::init() {
+    main_ = std::make_unique<test::MainWindow>();
+    main_->temp.write("local/1234-A.csv", "a");
+    main_->temp.write("local/1234-B.csv", "b");
+    main_->temp.write("local/12345.csv", "c");
+    main_->open();
+    registerScreens(main_->context);
+    main_->navigator.open(Screen::Zip, ZipHandover{"1234-A", "-"});
+}
+
+void FrmZipTest::cleanup() {
+    const bool done = main_->dialogs.done();
+    const QStringList problems = main_->problems;
+    main_->navigator.unloadAll();
+    main_.reset();
+    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
+    QVERIFY(done);
+}
+
+void FrmZipTest::everyControlHasItsNameCaptionAndState() {
+    QCOMPARE(screen().windowTitle(), QStringLiteral("Zip File Lists"));
+    const test::ControlState table[] = {{"Frame1", "Selected Files"},
+                                        {"iGrid1", ""},
+                                        {"Label2", "Doublie-click file to remove file"},
+                                        {"Command1", "Add File"},
+                                        {"Command5", "Reload"},
+                                        {"Check3", "Ignore Separator"},
+                                        {"Check2", "Retain raw file lists"},
+                                        {"Label1", "Add Password"},
+                                        {"Text3", ""},
+                                        {"Check1", "Mask Password"},
+                                        {"Command2", "Change destination"},
+                                        {"Command4", "Zip"},
+                                        {"Command6", "Zip and Email", false},
+                                        {"Command3", "Close"},
+                                        {"Label3", "Net send to"},
+                                        {"Combo1", ""},
+                                        {"Command7", "Query Network"},
+                                        {"Command8", "Test"},
+                                        {"Check4", "Show Company"},
+                                        {"Check5", "Show Computer"},
+                                        {"ProgressBar1", "", false},
+                                        {"Text1", "1234-A"},
+                                        {"Text2", "-"}};
+    for (const auto& row : table) {
+        const QString difference = test::differenceFrom(row, screen());
+        if (qstrcmp(row.name, "ProgressBar1") != 0)  // its text is the percentage
+            QVERIFY2(difference.isEmpty(), qPrintable(difference));
+    }
+    QVERIFY(controlOf<QProgressBar>(screen(), "ProgressBar1").isHidden());
+    QCOMPARE(controlOf<QCheckBox>(screen(), "Check2").toolTip(),
+             QStringLiteral(
+                 "It is not necessary to retain files lists after zipping as they will be archived to the zip file."));
+    QCOMPARE(grid().columnTitle(0), "Files to ZIP");
+    QVERIFY(!controlOf<QCheckBox>(screen(), "Check4").isChecked());
+    // "Query", and the empty stored recipient, which is chosen.
+    QCOMPARE(controlOf<QComboBox>(screen(), "Combo1").itemText(0), QStringLiteral("Query"));
+    QCOMPARE(controlOf<QComboBox>(screen(), "Combo1").currentIndex(), 1);
+}
+
+void FrmZipTest::theListsOfTheJobStandInTheGrid() {
+    QCOMPARE(grid().rowCount(), 2);
+    QCOMPARE(grid().cell(0, 0), list("1234-A.csv"));
+    QCOMPARE(grid().cell(1, 0), list("1234-B.csv"));
+}
+
+void FrmZipTest::ignoringTheSeparatorLoadsMoreLists() {
+    controlOf<QCheckBox>(screen(), "Check3").setChecked(true);
+    QCOMPARE(grid().rowCount(), 3);
+}
+
+void FrmZipTest::reloadBringsARemovedRowBack() {
+    main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-A.csv") + "? ", BoxAnswer::Yes,
+                             BoxStyle::Question, BoxButtons::YesNo);
+    emit grid().rowDoubleClicked(0);
+    QCOMPARE(grid().rowCount(), 1);
+    click("Command5");
+    QCOMPARE(grid().rowCount(), 2);
+}
+
+void FrmZipTest::aDoubleClickAsksBeforeItRemoves() {
+    main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-B.csv") + "? ", BoxAnswer::No);
+    emit grid().rowDoubleClicked(1);
+    QCOMPARE(grid().rowCount(), 2);
+}
+
+void FrmZipTest::anAddedFileStandsOnceInTheGrid() {
+    const NativePath other = main_->temp.write("elsewhere/notes.txt", "n");
+    main_->dialogs.expectFiles("Add files to zip", {other});
+    click("Command1");
+    QCOMPARE(grid().rowCount(), 3);
+    main_->dialogs.expectFiles("Add files to zip", {main_->temp / "elsewhere/NOTES.txt"});
+    click("Command1");
+    QCOMPARE(grid().rowCount(), 3);
+    QCOMPARE(grid().currentRow(), 2);
+}
+
+void FrmZipTest::aPasswordTicksRetain() {
+    controlOf<QLineEdit>(screen(), "Text3").setText(QStringLiteral("s"));
+    QVERIFY(controlOf<QCheckBox>(screen(), "Check2").isChecked());
+}
+
+void FrmZipTest::maskingShowsStars() {
+    auto& password = controlOf<QLineEdit>(screen(), "Text3");
+    QCOMPARE(password.echoMode(), QLineEdit::Normal);
+    controlOf<QCheckBox>(screen(), "Check1").setChecked(true);
+    QCOMPARE(password.echoMode(), QLineEdit::Password);
+    controlOf<QCheckBox>(screen(), "Check1").setChecked(false);
+    QCOMPARE(password.echoMode(), QLineEdit::Normal);
+}
+
+void FrmZipTest::zippingNothingWarns() {
+    for (int i = 0; i < 2; ++i) {
+        main_->dialogs.expectBox("Remove file", "Remove file " + grid().cell(0, 0) + "? ", BoxAnswer::Yes);
+        emit grid().rowDoubleClicked(0);
+    }
+    main_->dialogs.expectBox("Error", "Nothing to zip, please select some files.", BoxAnswer::Ok, BoxStyle::Warning);
+    click("Command4");
+}
+
+void FrmZipTest::zippingWritesTheArchiveAndEmptiesTheGrid() {
+    controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+    main_->dialogs.expectBox("Process complete", "Zip Processing complete", BoxAnswer::Ok, BoxStyle::Warning);
+    click("Command4");
+    QVERIFY(std::filesystem::exists(main_->temp / "archives/1234.zip"));
+    QVERIFY(!std::filesystem::exists(main_->temp / "local/1234-A.csv"));
+    QCOMPARE(grid().rowCount(), 0);
+    QVERIFY(controlOf<QProgressBar>(screen(), "ProgressBar1").isHidden());
+}
+
+void FrmZipTest::theDestinationCanBeChangedForGood() {
+    std::filesystem::create_directories(main_->temp / "elsewhere");
+    main_->dialogs.expectFolder("Change zip path", main_->temp / "elsewhere");
+    main_->dialogs.expectBox("Change archive location", "Do you want to make these changes permanent ?", BoxAnswer::Yes,
+                             BoxStyle::Question, BoxButtons::YesNo);
+    click("Command2");
+    QCOMPARE(pathFromPage(main_->installation.settings.zipPath.trimmed()), main_->temp / "elsewhere");
+}
+
+void FrmZipTest::closingBringsTheMainWindowBack() {
+    main_->window->hide();
+    click("Command3");
+    QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
+}
+
+QTEST_MAIN(FrmZipTest)
+#include "frmZip_test.moc"

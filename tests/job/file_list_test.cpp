@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: MIT
+#include "job/file_list.h"
+
+#include <random>
+
+#include "job/job_fixture.h"
+#include "text/list_text.h"
+
+namespace quillon::test {
+
+namespace {
+
+std::vector<std::u16string> linesOf(const std::filesystem::path& path) {
+    std::vector<std::u16string> lines;
+    auto reader = ListReader::open(path);
+    EXPECT_TRUE(reader);
+    while (const auto line = reader->next()) lines.emplace_back(*line);
+    EXPECT_FALSE(reader->error());
+    return lines;
+}
+
+using Lines = std::vector<std::u16string>;
+
+class ListReaderTest : public testing::Test {
+protected:
+    Lines lines(std::string_view bytes) { return linesOf(folder.write("l.csv", bytes)); }
+    ListEncoding encoding(std::string_view bytes) { return ListReader::open(folder.write("l.csv", bytes))->encoding(); }
+
+    TempFolder folder;
+};
+
+TEST_F(ListReaderTest, SixteenBitTextWithoutAMarkIsRead) {
+    const std::string bytes = utf16Bytes(u"/a\u0416,1\r\n/b\xDCFF,2\r\n");
+    EXPECT_EQ(lines(bytes), (Lines{u"/a\u0416,1", u"/b\xDCFF,2"}));
+    EXPECT_EQ(encoding(bytes), ListEncoding::Utf16);
+}
+
+TEST_F(ListReaderTest, SixteenBitTextWithAMarkIsRead) {
+    const std::string bytes = "\xFF\xFE" + utf16Bytes(u"/a,1\r\n/b,2\r\n");
+    EXPECT_EQ(lines(bytes), (Lines{u"/a,1", u"/b,2"}));
+    EXPECT_EQ(encoding(bytes), ListEncoding::Utf16WithMark);
+}
+
+TEST_F(ListReaderTest, EightBitTextIsReadByThePage) {
+    const std::string bytes = "C:\\a\xE4\x80,1\r\nC:\\b,2\r\n";
+    EXPECT_EQ(lines(bytes), (Lines{u"C:\\a\u00E4\u20AC,1", u"C:\\b,2"}));
+    EXPECT_EQ(encoding(bytes), ListEncoding::Page);
+}
+
+TEST_F(ListReaderTest, ATextOfForeignLettersIsStillSixteenBit) {
+    EXPECT_EQ(encoding(utf16Bytes(u"\u4E2D\u6587\u4E2D\u6587,")), ListEncoding::Utf16);
+}
+
+TEST_F(ListReaderTest, LinesEndInLfOrCrLfAndTheLastNeedsNoEnd) {
+    EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\nc")), (Lines{u"a", u"b", u"c"}));
+    EXPECT_EQ(lines("a\r\nb\nc"), (Lines{u"a", u"b", u"c"}));
+}
+
+TEST_F(ListReaderTest, BlankLinesAreLines) {
+    EXPECT_EQ(lines(utf16Bytes(u"\r\na\r\n\r\n")), (Lines{u"", u"a", u""}));
+}
+
+TEST_F(ListReaderTest, AnEmptyListHasNoLines) {
+    EXPECT_EQ(lines(""), Lines{});
+    EXPECT_EQ(lines("\xFF\xFE"), Lines{});
+}
+
+TEST_F(ListReaderTest, AnOddByteAtTheEndIsDropped) {
+    EXPECT_EQ(lines(utf16Bytes(u"a,1\r\nb,2\r\n") + "x"), (Lines{u"a,1", u"b,2"}));
+    EXPECT_EQ(lines(utf16Bytes(u"a,1\r\nb,") + "2"), (Lines{u"a,1", u"b,"}));
+}
+
+TEST_F(ListReaderTest, LinesAreWholeWhereverTheReadsAreCut) {
+    for (const std::size_t length : {32766U, 32767U, 32768U, 32769U, 65535U, 65536U, 65537U, 200000U}) {
+        const std::u16string longLine(length, u'x');
+        for (const char* mark : {"", "\xFF\xFE"})
+            EXPECT_EQ(lines(mark + utf16Bytes(longLine + u"\r\nnext\r\n")), (Lines{longLine, u"next"})) << length;
+        EXPECT_EQ(lines(std::string(length, 'x') + "\r\nnext\r\n"), (Lines{longLine, u"next"})) << length;
+    }
+}
+
+TEST_F(ListReaderTest, ALineBeyondAMillionCharactersComesInPieces) {
+    const std::u16string endless(2'500'000, u'x');
+    auto reader = ListReader::open(folder.write("l.csv", utf16Bytes(endless + u"\r\nnext\r\n")));
+    std::size_t total = 0;
+    std::u16string last;
+    while (const auto line = reader->next()) {
+        EXPECT_LT(line->size(), 1'200'000U) << "memory is bounded";
+        last = *line;
+        total += line->size();
+    }
+    EXPECT_EQ(total, endless.size() + 4);
+    EXPECT_EQ(last, u"next");
+}
+
+TEST_F(ListReaderTest, AMissingListAndAFolderAreFailures) {
+    EXPECT_EQ(ListReader::open(folder / "missing.csv").error().kind, ErrorKind::NotFound);
+    EXPECT_FALSE(ListReader::open(folder.path()));
+}
+
+class ListWriterTest : public testing::Test {
+protected:
+    TempFolder folder;
+};
+
+TEST_F(ListWriterTest, RowsAreTheirCodeUnitsWithoutAMark) {
+    auto writer = ListWriter::create(folder / "l.csv");
+    ASSERT_TRUE(writer);
+    EXPECT_TRUE(writer->write(u"/a\u0416\xDC0A,1\r\n"));
+    EXPECT_EQ(folder.read("l.csv"), utf16Bytes(u"/a\u0416\xDC0A,1\r\n")) << "a row is in the file when it is written";
+    EXPECT_TRUE(writer->write(u"/b,2\r\n"));
+    EXPECT_TRUE(writer->close());
+    EXPECT_EQ(folder.read("l.csv"), utf16Bytes(u"/a\u0416\xDC0A,1\r\n/b,2\r\n"));
+}
+
+TEST_F(ListWriterTest, OtherEncodingsAreKeptForARetest) {
+    auto marked = ListWriter::create(folder / "m.csv", ListEncoding::Utf16WithMark);
+    EXPECT_TRUE(marked->write(u"a\r\n"));
+    EXPECT_EQ(folder.read("m.csv"), "\xFF\xFE" + utf16Bytes(u"a\r\n"));
+    auto page = ListWriter::create(folder / "p.csv", ListEncoding::Page);
+    EXPECT_TRUE(page->write(u"\u00E4\u20AC\r\n"));
+    EXPECT_EQ(folder.read("p.csv"), "\xE4\x80\r\n");
+}
+
+TEST_F(ListWriterTest, AListIsCreatedAnew) {
+    folder.write("l.csv", "old");
+    EXPECT_TRUE(ListWriter::create(folder / "l.csv"));
+    EXPECT_EQ(folder.read("l.csv"), "");
+    EXPECT_FALSE(ListWriter::create(folder / "no/l.csv"));
+}
+
+TEST_F(ListWriterTest, EveryNameRoundTripsThroughAList) {
+    std::mt19937 random(7);
+    std::vector<std::string> names;
+    auto writer = ListWriter::create(folder / "l.csv");
+    for (int i = 0; i < 20000; ++i) {
+        std::string name;
+        for (std::size_t length = 1 + random() % 40; length > 0; --length) {
+            const char c = static_cast<char>(random() % 255 + 1);
+            name.push_back(c == '/' ? ',' : c);
+        }
+        names.push_back("/" + name);
+        ASSERT_TRUE(writer->write(toListText(names.back()) + u",15/11/2026, 1, 32;Ab9x\r\n"));
+    }
+    const auto lines = linesOf(folder / "l.csv");
+    ASSERT_EQ(lines.size(), names.size());
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto comma = lines[i].find(u',');
+        ASSERT_EQ(lines[i].substr(comma), u",15/11/2026, 1, 32;Ab9x");
+        ASSERT_EQ(toNative(std::u16string_view(lines[i]).substr(0, comma)), names[i]);
+    }
+}
+
+}  // namespace
+
+}  // namespace quillon::test
