@@ -17,6 +17,7 @@
 
 #include "editors/editor_folders.h"
 #include "job/job.h"
+#include "support/screen_control.h"
 #include "ui/grid.h"
 #include "ui/navigator.h"
 #include "ui/qt_text.h"
@@ -24,14 +25,6 @@
 #include "ui/window_event_loop.h"
 
 namespace quillon::test {
-
-/// One line of the table of a screen's controls.
-struct ControlRow {
-    const char* name;
-    const char* caption;
-    bool enabled = true;
-    bool shown = true;
-};
 
 class EditorScreen : public EditorFolders, private MainWindowDoor {
 public:
@@ -59,10 +52,7 @@ public:
     /// The control or menu entry of this object name.
     template <typename Control>
     Control& control(const char* name) const {
-        auto* found = window().findChild<Control*>(QLatin1String(name));
-        if (found == nullptr)
-            qFatal("no control %s", name);
-        return *found;
+        return controlOf<Control>(window(), name);
     }
     void click(const char* button) const { control<QPushButton>(button).click(); }
     void type(const char* box, const char* text) const { control<QLineEdit>(box).setText(QString::fromUtf8(text)); }
@@ -91,24 +81,12 @@ public:
         }
     }
 
-    /// What does not fit the table, one line for each; empty when all fits.
-    [[nodiscard]] QStringList misfits(const std::vector<ControlRow>& table) const {
+    /// What does not fit the table, one line for each control; empty when all fits.
+    [[nodiscard]] QStringList misfits(const std::vector<ControlState>& table) const {
         QStringList found;
-        for (const ControlRow& row : table) {
-            const auto* widget = window().findChild<QWidget*>(QLatin1String(row.name));
-            if (widget == nullptr) {
-                found << QStringLiteral("%1 is missing").arg(QLatin1String(row.name));
-                continue;
-            }
-            QString seen = widget->property("text").toString();
-            if (seen.isNull())
-                seen = widget->property("title").toString();
-            if (seen != QString::fromUtf8(row.caption) || widget->isEnabled() != row.enabled ||
-                widget->isVisible() != row.shown)
-                found << QStringLiteral("%1: '%2' enabled %3 shown %4")
-                             .arg(QLatin1String(row.name), seen)
-                             .arg(widget->isEnabled())
-                             .arg(widget->isVisible());
+        for (const ControlState& told : table) {
+            if (const QString difference = differenceFrom(told, window()); !difference.isEmpty())
+                found << difference;
         }
         return found;
     }

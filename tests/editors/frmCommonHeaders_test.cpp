@@ -55,10 +55,10 @@ void FrmCommonHeadersTest::everyControlHasItsNameAndCaption() {
                                {"Command2", "Clear"},
                                {"Command3", "Delete Selected"},
                                {"Command4", "Done"},
-                               {"Command5", "Delete All", false},
+                               {"Command5", "Delete All", true, false},
                                {"Check1", "Enable Delete all"},
                                {"Label4", "Current Prefix : Looks <b>like</b>: "},
-                               {"Label3", "Right click on Update button to toggle input mode.", true, false},
+                               {"Label3", "Right click on Update button to toggle input mode.", false},
                                {"iGrid1", ""}}),
              QStringList{});
     QCOMPARE(screen_->control<QLabel>("Label4").textFormat(), Qt::PlainText);

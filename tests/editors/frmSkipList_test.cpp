@@ -25,6 +25,7 @@ private slots:
     void theDeleteKeyAsksToo();
     void loadTakesAListFromAFile();
     void helpOpensTheHelp();
+    void theHelpOfAModalScreenCanBeUsed();
     void doneAndTheCloseBoxShowTheMainWindow();
     void modalWaitsUntilDone();
 
@@ -138,6 +139,27 @@ void FrmSkipListTest::loadTakesAListFromAFile() {
 void FrmSkipListTest::helpOpensTheHelp() {
     screen_->control<QAction>("mnuHelp").trigger();
     QVERIFY(screen_->navigator.window(Screen::Help) != nullptr);
+}
+
+void FrmSkipListTest::theHelpOfAModalScreenCanBeUsed() {
+    screen_->navigator.unload(Screen::SkipList);
+    screen_->navigator.open(Screen::Help);
+    bool reached = false;
+    QTimer::singleShot(0, qApp, [this, &reached] {
+        QVERIFY(QTest::qWaitForWindowActive(&screen_->window()));
+        screen_->control<QAction>("mnuHelp").trigger();
+        QWidget& help = screen_->windowOf(Screen::Help);
+        QVERIFY(QTest::qWaitForWindowActive(&help));
+        auto& search = test::controlOf<QLineEdit>(help, "search");
+        test::controlOf<QWidget>(help, "contents").setFocus();
+        QTest::mouseClick(help.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          search.mapTo(&help, search.rect().center()));
+        reached = QTest::qWaitFor([&search] { return search.hasFocus(); });
+        screen_->click("Command4");
+    });
+    screen_->navigator.openModal(Screen::SkipList);
+    QVERIFY(reached);
+    QVERIFY(screen_->windowOf(Screen::Help).isVisible());
 }
 
 void FrmSkipListTest::doneAndTheCloseBoxShowTheMainWindow() {
