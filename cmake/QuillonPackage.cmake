@@ -8,11 +8,11 @@ file(MAKE_DIRECTORY "${package_folder}")
 
 # quillon_install_application(<component> <folder>): what an application folder holds before its first run.
 function(quillon_install_application component folder)
-    set(programs "$<TARGET_FILE:quillon-job>" "$<TARGET_FILE:quillon-messenger>")
+    set(programs quillon-job quillon-messenger)
     if(TARGET quillon)
-        list(APPEND programs "$<TARGET_FILE:quillon>")
+        list(APPEND programs quillon)
     endif()
-    install(PROGRAMS ${programs} DESTINATION "${folder}" COMPONENT ${component})
+    install(TARGETS ${programs} RUNTIME DESTINATION "${folder}" COMPONENT ${component})
     install(FILES "${QUILLON_APP_FOLDER}/db.zip" DESTINATION "${folder}" COMPONENT ${component})
     install(FILES "${QUILLON_APP_FOLDER}/Quillon.chm" DESTINATION "${folder}" COMPONENT ${component} OPTIONAL)
 endfunction()
@@ -24,7 +24,7 @@ function(zipped variable file name)
     set(${variable} ${${variable}} "${package_folder}/${name}.gz" PARENT_SCOPE)
 endfunction()
 
-set(manual_pages docs/man/quillon-job.1 docs/man/quillon-messenger.1)
+set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-messenger.1)
 set(completions data/completion/quillon-job data/completion/quillon-messenger)
 
 quillon_install_application(archive .)
@@ -55,11 +55,12 @@ if(TARGET quillon)
     install(FILES src/ui/icons/quillon.svg DESTINATION usr/share/icons/hicolor/scalable/apps COMPONENT debian)
 endif()
 foreach(command IN LISTS commands)
-    file(CREATE_LINK "../../opt/quillon/${command}" "${package_folder}/${command}" SYMBOLIC)
+    file(CREATE_LINK "/opt/quillon/${command}" "${package_folder}/${command}" SYMBOLIC)
     install(FILES "${package_folder}/${command}" DESTINATION usr/bin COMPONENT debian)
 endforeach()
 
 set(CPACK_PACKAGE_NAME quillon)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "grader for the files of a recovered disk")
 set(CPACK_PACKAGE_VENDOR "The Quillon developers")
 set(CPACK_PACKAGE_CONTACT "The Quillon developers <developers@quillon.example>")
 set(CPACK_PACKAGE_FILE_NAME "quillon-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
@@ -69,7 +70,6 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXE
     WORLD_EXECUTE)
 set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/data/package/cpack.cmake")
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
 set(CPACK_ARCHIVE_ARCHIVE_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}")
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_DEBIAN_PACKAGE_NAME quillon)
@@ -79,11 +79,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.quillon.example")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "avahi-daemon, libnotify-bin")
-set(CPACK_COMPONENT_DEBIAN_DESCRIPTION "grades the files of a recovered disk
- Quillon tests every file below a folder against a database of header terms,
- grades it (good, corrupt, unknown, too small and more), writes a file list and
- tells the quality of the recovery.
- .
- The package holds the workstation program, the command quillon-job for scripts
- and servers, and quillon-messenger, which receives the alerts of finished jobs.")
+set(CPACK_COMPONENT_DEBIAN_DESCRIPTION "Quillon tests every file below a folder against a database of header terms,
+grades it (good, corrupt, unknown, too small and more), writes a file list and
+tells the quality of the recovery.
+
+The package holds the workstation program, the command quillon-job for scripts
+and servers, and quillon-messenger, which receives the alerts of finished jobs.")
 include(CPack)
