@@ -79,6 +79,8 @@ QLineEdit { background: @base; color: @text; border: 1px solid @edge; border-rad
 QLineEdit:focus { border: 1px solid @accent; }
 QLineEdit:disabled { color: @quiet; background: @window; border: 1px solid @line; }
 QCheckBox { spacing: 6px; }
+QProgressBar { background: @base; border: 1px solid @edge; border-radius: 4px; }
+QProgressBar::chunk { background: @accent; border-radius: 3px; }
 QToolBar { border: 0; border-bottom: 1px solid @line; padding: 4px 8px; spacing: 4px; }
 QStatusBar { border-top: 1px solid @line; }
 QStatusBar::item { border: 0; }
