@@ -88,6 +88,7 @@ QToolTip { border: 1px solid @line; padding: 4px; color: @text; background: @tip
 QHeaderView::section { background: @window; color: @text; border: 0; border-right: 1px solid @line;
     border-bottom: 1px solid @line; padding: 4px 3px; }
 QTableView { border: 1px solid @line; border-radius: 4px; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QLabel[remark="true"] { color: @quietText; }
 QPushButton[primary="true"] { font-weight: 600; }
 QPushButton[primary="true"]:enabled { background: @accent; color: @onAccent; border: 1px solid @accent; }
