@@ -159,6 +159,16 @@ void Grid::contextMenuEvent(QContextMenuEvent* event) {
     emit rowRightClicked(row, event->globalPos());
 }
 
+// A row becomes current when a person or the screen chooses one, not by the focus alone.
+void Grid::focusInEvent(QFocusEvent* event) {
+    if (currentIndex().isValid()) {
+        QTableView::focusInEvent(event);
+        return;
+    }
+    QAbstractScrollArea::focusInEvent(event);
+    viewport()->update();
+}
+
 void Grid::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
     const int row = current.isValid() ? current.row() : -1;

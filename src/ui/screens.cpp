@@ -4,6 +4,7 @@
 #include "editors/frmBadSectors.h"
 #include "editors/frmCommonHeaders.h"
 #include "editors/frmErrors.h"
+#include "editors/frmExtEditor.h"
 #include "editors/frmPreviewBadSector.h"
 #include "editors/frmSkipList.h"
 #include "editors/frmUpdatedb.h"
@@ -13,6 +14,7 @@
 #include "ui/help_window.h"
 #include "ui/navigator.h"
 #include "ui/screen_context.h"
+#include "viewer/frmViewList.h"
 
 namespace quillon {
 
@@ -39,6 +41,11 @@ void registerScreens(const ScreenContext& context) {
     screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
         const auto* preview = std::any_cast<SectorPreview>(&handOver);
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
+    });
+    screens.add(Screen::ViewList, [&context](const std::any&) { return std::make_unique<frmViewList>(context); });
+    screens.add(Screen::ExtEditor, [&context](const std::any& handOver) {
+        const auto* given = std::any_cast<EditorHandover>(&handOver);
+        return std::make_unique<frmExtEditor>(context, given != nullptr ? *given : EditorHandover{});
     });
 }
 

@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+// What the controls do. How they are made and stand together is in frmViewList_controls.cpp.
+#include "viewer/frmViewList.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+
+#include "text/list_text.h"
+#include "ui/grid.h"
+#include "ui/navigator.h"
+#include "ui/qt_text.h"
+#include "ui/window_event_loop.h"
+
+namespace quillon {
+
+std::string ViewGridRows::cell(int row, int column) const {
+    if (row < 0 || row >= rows_.shown())
+        return {};
+    const ViewRows::Id id = rows_.idAt(row);
+    if (column == 0)
+        return readable(rows_.path(id));
+    return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
+}
+
+frmViewList::frmViewList(const ScreenContext& context) : context_(context), viewer_(context.job, *this) {
+    setObjectName(QStringLiteral("frmViewList"));
+    setWindowTitle(QStringLiteral("View File List"));
+    createCategory();
+    createRows();
+    createEditor();
+    arrange();
+    setTabOrders();
+    viewer_.load();
+    fillFixedLists();
+    iGrid1->rows().setSource(&gridRows_);
+    connectControls();
+    refreshNumber_ = context_.loop.addRefresh([this] { showState(); });
+    showState();
+}
+
+frmViewList::~frmViewList() {
+    context_.loop.removeRefresh(refreshNumber_);
+}
+
+void frmViewList::connectControls() {
+    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int entry) {
+        viewer_.chooseCategory(entry);
+        showState();
+    });
+    connect(Command2, &QPushButton::clicked, this, &frmViewList::Command2_Click);
+    connect(Text1, &QLineEdit::textChanged, this,
+            [this](const QString& text) { viewer_.state.maxFiles = fromQt(text); });
+    // Kept: Text2 "Start From" and Check1 "Use Ignore List" have no effect (test
+    // StartFromAndUseIgnoreListHaveNoEffect).
+    connect(iGrid1, &Grid::currentRowChanged, this, &frmViewList::iGrid1_Row);
+    connect(iGrid1, &Grid::keyPressed, this, &frmViewList::iGrid1_KeyDown);
+    connect(iGrid1, &Grid::rowRightClicked, this, &frmViewList::iGrid1_RightClick);
+    connect(mnuAddSkip, &QAction::triggered, this, [this] { viewer_.addToSkipList(); });
+    connect(Combo2, &QComboBox::currentIndexChanged, this, [this](int entry) {
+        if (showing_)
+            return;
+        viewer_.selectExtension(entry);
+        showState();
+    });
+    connect(Command3, &QPushButton::clicked, this, &frmViewList::Command3_Click);
+    connect(Command4, &QPushButton::clicked, this, &frmViewList::Command4_Click);
+    // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
+    connect(Command1, &QPushButton::clicked, this, &frmViewList::Command1_Click);
+}
+
+void frmViewList::iGrid1_Row(int row) {
+    if (showing_)
+        return;
+    viewer_.selectRow(row);
+    showState();
+}
+
+void frmViewList::iGrid1_KeyDown(int row, int key) {
+    if (key != Qt::Key_Up && key != Qt::Key_Down)
+        return;
+    viewer_.selectRow(row);
+    showState();
+}
+
+void frmViewList::iGrid1_RightClick(int row, const QPoint& place) {
+    if (row >= 0)
+        mnuMnu->popup(place);
+}
+
+// Filter
+void frmViewList::Command2_Click() {
+    viewer_.filter();
+    showState();
+}
+
+// Run
+void frmViewList::Command3_Click() {
+    auto handover = viewer_.openEditor();
+    if (!handover)
+        return;
+    handover->whenDone = [screen = QPointer<frmViewList>(this)] {
+        if (screen)
+            screen->Command4->setEnabled(true);
+    };
+    context_.navigator.open(Screen::ExtEditor, *handover);
+    context_.navigator.hide(Screen::ViewList);
+}
+
+// Retest
+void frmViewList::Command4_Click() {
+    viewer_.retest();
+    showState();
+}
+
+// Done
+void frmViewList::Command1_Click() {
+    Navigator& navigator = context_.navigator;
+    MainWindowDoor* main = navigator.main();
+    navigator.hide(Screen::ViewList);
+    if (main != nullptr) {
+        main->showMain();
+        if (viewer_.state.changed) {
+            viewer_.goBusy();
+            main->upDateAllLabels();
+            viewer_.goIdle();
+        }
+        main->showMain();
+    }
+    navigator.unload(Screen::ViewList);
+}
+
+void frmViewList::closeEvent(QCloseEvent* event) {
+    if (viewer_.state.passRunning) {
+        event->ignore();
+        return;
+    }
+    if (MainWindowDoor* main = context_.navigator.main())
+        main->showMain();
+    context_.navigator.unload(Screen::ViewList);
+    event->accept();
+}
+
+void frmViewList::beep() {
+    QApplication::beep();
+}
+
+void frmViewList::focusGrid() {
+    iGrid1->setFocus();
+}
+
+void frmViewList::fillFixedLists() {
+    for (const auto& category : viewer_.state.categories) Combo1->addItem(toQt(std::u16string_view(category)));
+    for (const auto& mark : viewer_.state.marks) Combo3->addItem(toQt(std::u16string_view(mark)));
+    Combo1->setCurrentIndex(0);
+    Combo3->setCurrentIndex(0);
+}
+
+void frmViewList::showRows() {
+    viewer_.settleRows();
+    if (shownContents_ != viewer_.state.contents) {
+        shownContents_ = viewer_.state.contents;
+        iGrid1->rows().sourceChanged();
+    }
+    if (iGrid1->currentRow() != viewer_.state.currentRow)
+        iGrid1->setCurrentRow(viewer_.state.currentRow);
+}
+
+void frmViewList::showExtensions() {
+    const ExtensionList& extensions = viewer_.state.extensions;
+    if (shownExtensions_ != extensions.entries()) {
+        shownExtensions_ = extensions.entries();
+        Combo2->clear();
+        for (const auto& extension : shownExtensions_) Combo2->addItem(toQt(readable(std::u16string_view(extension))));
+    }
+    Combo2->setCurrentIndex(extensions.chosen());
+}
+
+void frmViewList::showState() {
+    if (showing_)
+        return;
+    showing_ = true;
+    const ViewerState& state = viewer_.state;
+    showRows();
+    showExtensions();
+    Label1->setText(toQt(state.matching));
+    Label4->setText(toQt(state.status));
+    Command3->setEnabled(state.runEnabled);
+    for (QWidget* part : {static_cast<QWidget*>(Frame1), static_cast<QWidget*>(Frame2), static_cast<QWidget*>(Frame3),
+                          static_cast<QWidget*>(Command1)})
+        part->setEnabled(!state.busy);
+    if (state.busyPointer)
+        setCursor(Qt::WaitCursor);
+    else
+        unsetCursor();
+    showing_ = false;
+}
+
+}  // namespace quillon

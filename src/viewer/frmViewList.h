@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The screen "View File List": the files of one grade, and the way to a better database. What it does is ListViewer's.
+//
+//   Frame1 "Vew Files of type"
+//     Combo1                      the category: a report message
+//     Command2                    "Filter"                loads the grid
+//     Label5, Text1               "Max Files", "3000"     row limit of a load
+//     Label9, Text2               "Start From", "1"       without effect
+//     Check1                      "Use Ignore List"       without effect
+//   Frame2 "Matching Files"
+//     iGrid1                      "Path", "Ext", and hidden "Problem!"
+//     Label1                      "Matching : " and the row count
+//     Label6, Label7, Label8      a legend; never shown
+//   Frame3 "Extension Editor"
+//     Label2, Combo2              "Extension"             the extension to work on
+//     Label4                      status, and the count of the extension
+//     Command3                    "Run"                   opens the Extension Editor
+//     Command4                    "Retest"
+//     Label3, Combo3, Command5    "Mark Files as", "Run"  never shown, without effect
+//     Command6                    "Retest Skip List"      never shown, without effect
+//   Command1                      "Done"
+//   mnuMnu                        popup of the grid: mnuAddSkip "Add to Skip List"
+
+#include <QWidget>
+
+#include "ui/grid_model.h"
+#include "ui/screen_context.h"
+#include "viewer/list_viewer.h"
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QPushButton;
+
+namespace quillon {
+
+class Grid;
+
+/// The viewer's rows as the grid shows them.
+class ViewGridRows final : public GridSource {
+public:
+    explicit ViewGridRows(const ViewRows& rows) : rows_(rows) {}
+    [[nodiscard]] int rowCount() const override { return rows_.shown(); }
+    [[nodiscard]] std::string cell(int row, int column) const override;
+
+private:
+    const ViewRows& rows_;
+};
+
+class frmViewList final : public QWidget, private ViewerHost {
+    Q_OBJECT
+
+public:
+    /// The context must outlive the screen.
+    explicit frmViewList(const ScreenContext& context);
+    ~frmViewList() override;
+
+protected:
+    /// Closing shows the main window, without a recount; a retest in progress cannot be left.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void createCategory();
+    void createRows();
+    void createLegend();
+    void createEditor();
+    void arrange();
+    void setTabOrders();
+    void connectControls();
+
+    void iGrid1_Row(int row);
+    void iGrid1_KeyDown(int row, int key);
+    void iGrid1_RightClick(int row, const QPoint& place);
+    void Command1_Click();
+    void Command2_Click();
+    void Command3_Click();
+    void Command4_Click();
+
+    // ViewerHost
+    void showState() override;
+    void beep() override;
+    void focusGrid() override;
+
+    void fillFixedLists();
+    void showRows();
+    void showExtensions();
+
+    ScreenContext context_;
+    ListViewer viewer_;
+    ViewGridRows gridRows_{viewer_.state.rows};
+    int refreshNumber_ = 0;
+    int shownContents_ = -1;
+    std::vector<std::u16string> shownExtensions_;
+    bool showing_ = false;
+
+    QGroupBox *Frame1, *Frame2, *Frame3;
+    QComboBox *Combo1, *Combo2, *Combo3;
+    QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6;
+    QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7, *Label8, *Label9;
+    QLineEdit *Text1, *Text2;
+    QCheckBox* Check1;
+    Grid* iGrid1;
+    QMenu* mnuMnu;
+    QAction* mnuAddSkip;
+};
+
+}  // namespace quillon
