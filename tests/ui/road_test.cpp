@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// The road from a bad grade to a better database through the real screens: a job over files of one extension whose term
+// is missing, the viewer, the editor, a search, the new term, the retest, and the board that shows the files good.
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+#include "main_window.h"
+#include "ui/grid.h"
+#include "ui/hex_view.h"
+
+using namespace quillon;
+
+class RoadTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void twoHundredCorruptFilesBecomeGood();
+};
+
+namespace {
+
+constexpr int kFiles = 200;
+
+/// The control of a screen that is open.
+template <typename Control>
+Control& control(const test::MainWindow& main, Screen screen, const char* name) {
+    auto* window = main.navigator.window(screen);
+    if (window == nullptr)
+        qFatal("no screen with %s", name);
+    auto* found = window->findChild<Control*>(QLatin1String(name));
+    if (found == nullptr)
+        qFatal("no control %s", name);
+    return *found;
+}
+
+void click(const test::MainWindow& main, Screen screen, const char* button) {
+    control<QPushButton>(main, screen, button).click();
+    QApplication::processEvents();
+}
+
+QString text(const test::MainWindow& main, Screen screen, const char* label) {
+    return control<QLabel>(main, screen, label).text();
+}
+
+}  // namespace
+
+void RoadTest::twoHundredCorruptFilesBecomeGood() {
+    test::MainWindow main;
+    registerScreens(main.context);
+    main.temp.write("local/Database/qlx.dat", "1,OLDHEAD,T\r\n");
+    for (int i = 0; i < kFiles; ++i)
+        main.temp.write("source/f" + std::to_string(i) + ".qlx", "\x01\x02QLX!" + std::string(600, 'x'));
+    main.open();
+    main.chooseSource("77");
+    main.control<QPushButton>("CommandButton3").click();
+    QCOMPARE(main.text("lCorruptFiles"), QStringLiteral("200"));
+    QCOMPARE(main.text("lGoodFIles"), QStringLiteral("0"));
+
+    main.control<QPushButton>("CommandButton5").click();
+    QVERIFY(!main.window->isVisible());
+    auto& category = control<QComboBox>(main, Screen::ViewList, "Combo1");
+    category.setCurrentIndex(category.findText(QStringLiteral("Header Corrupt")));
+    click(main, Screen::ViewList, "Command2");
+    auto& grid = control<Grid>(main, Screen::ViewList, "iGrid1");
+    QCOMPARE(grid.rowCount(), kFiles);
+    QCOMPARE(text(main, Screen::ViewList, "Label1"), QStringLiteral("Matching :  200"));
+    grid.setCurrentRow(0);
+    QCOMPARE(control<QComboBox>(main, Screen::ViewList, "Combo2").currentText(), QStringLiteral("qlx"));
+    QCOMPARE(text(main, Screen::ViewList, "Label4"), QStringLiteral("qlx = 200"));
+
+    click(main, Screen::ViewList, "Command3");
+    QVERIFY(!main.navigator.window(Screen::ViewList)->isVisible());
+    QCOMPARE(text(main, Screen::ExtEditor, "Label6"), QStringLiteral("Viewing file  1 of  200"));
+    auto& hex = control<HexView>(main, Screen::ExtEditor, "Hex1");
+    QTest::mouseClick(hex.viewport(), Qt::LeftButton, {}, hex.byteRect(2, HexPane::Hex).center());
+    QCOMPARE(control<QLineEdit>(main, Screen::ExtEditor, "Text2").text(), QStringLiteral("3"));
+    control<QLineEdit>(main, Screen::ExtEditor, "Text3").setText(QStringLiteral("QLX!"));
+    main.dialogs.expectBox(
+        "Add term", "Search results :\r\n\r\nGood files :  200\r\nBad files :  0\r\n\r\n Do you want to add the term ?",
+        BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
+    click(main, Screen::ExtEditor, "Command11");
+    QCOMPARE(control<Grid>(main, Screen::ExtEditor, "iGrid1").rowCount(), 2);
+    click(main, Screen::ExtEditor, "Command5");
+    QCOMPARE(main.temp.read("local/Database/qlx.dat"), std::string("1,OLDHEAD,T\r\n3,QLX!,T\r\n"));
+    QVERIFY(main.navigator.window(Screen::ExtEditor) == nullptr);
+    QVERIFY(main.navigator.window(Screen::ViewList)->isVisible());
+
+    click(main, Screen::ViewList, "Command4");
+    QCOMPARE(text(main, Screen::ViewList, "Label1"), QStringLiteral("Matching :  0"));
+    QCOMPARE(grid.rowCount(), 0);
+    click(main, Screen::ViewList, "Command1");
+    QVERIFY(main.window->isVisible());
+    QCOMPARE(main.text("lGoodFIles"), QStringLiteral("200"));
+    QCOMPARE(main.text("lCorruptFiles"), QStringLiteral("0"));
+    QCOMPARE(main.text("lTested"), QStringLiteral("200"));
+    QVERIFY2(main.problems.isEmpty(), qPrintable(main.problems.join(QLatin1Char('\n'))));
+}
+
+QTEST_MAIN(RoadTest)
+#include "road_test.moc"
