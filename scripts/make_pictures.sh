@@ -31,5 +31,4 @@ picture light 1280 800 main-start --start
 picture light 1280 800 database --screen Updatedb
 picture light 1280 800 skip-list --screen SkipList
 picture light 1280 800 list --screen ViewList
-picture light 1280 800 zip --screen Zip
 picture light 1280 800 setup --screen SetupWizard

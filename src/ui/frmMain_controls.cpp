@@ -195,8 +195,9 @@ QWidget* frmMainControls::arrangeUpper() const {
     auto* layout = new QVBoxLayout(upper);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kSpacing);
-    layout->addLayout(board, 1);
+    layout->addLayout(board);
     layout->addWidget(Frame4);
+    layout->addStretch();
     return upper;
 }
 

@@ -22,6 +22,7 @@ private slots:
     void whatIsHandedOverReachesTheScreen();
     void allScreensUnload();
     void aTurnRunsTheLoopOnlyAfterSixteenMilliseconds();
+    void aSlowTurnPutsTheNextOneOff();
     void aFlushAlwaysRefreshesAndRuns();
 };
 
@@ -115,6 +116,23 @@ void NavigatorTest::aTurnRunsTheLoopOnlyAfterSixteenMilliseconds() {
     QCOMPARE(refreshed, 2);
     loop.removeRefresh(number);
     clock.tick += 16;
+    loop.turn();
+    QCOMPARE(refreshed, 2);
+}
+
+void NavigatorTest::aSlowTurnPutsTheNextOneOff() {
+    test::FakeClock clock;
+    WindowEventLoop loop(clock);
+    int refreshed = 0;
+    loop.addRefresh([&] {
+        ++refreshed;
+        clock.tick += 5;
+    });
+    loop.flush();
+    clock.tick += 39;
+    loop.turn();
+    QCOMPARE(refreshed, 1);
+    clock.tick += 1;
     loop.turn();
     QCOMPARE(refreshed, 2);
 }
