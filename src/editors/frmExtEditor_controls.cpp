@@ -2,6 +2,7 @@
 // Makes the controls of the screen "Extension Editor" and lays them out.
 #include <array>
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
@@ -13,6 +14,8 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QVBoxLayout>
 
 #include "editors/frmExtEditor.h"
@@ -28,6 +31,21 @@ constexpr int kTermWidth = 100;
 constexpr int kOffsetWidth = 60;
 constexpr int kTypeWidth = 50;
 constexpr int kLeftWidth = 400;
+
+// The list of files when it is closed: a long path is cut in the middle, so that the file's own name stays in view.
+class PathBox final : public QComboBox {
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QStylePainter painter(this);
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        const int room =
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width();
+        option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideMiddle, room - kSpacing);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+};
 
 QPushButton* makeArrow(const char* name, const char* arrow, const char* meaning) {
     QPushButton* button = makeButton(name, "");
@@ -130,7 +148,8 @@ void frmExtEditor::createHexView() {
     Frame2 = makeFrame("Frame2", "Hex View");
     auto* layout = new QVBoxLayout(Frame2);
     layout->setSpacing(kSpacing);
-    Combo1 = make<QComboBox>("Combo1");
+    Combo1 = make<PathBox>("Combo1");
+    Combo1->view()->setTextElideMode(Qt::ElideMiddle);
     Combo1->setAccessibleName(QStringLiteral("Files"));
     Combo1->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     Combo1->setMinimumContentsLength(20);

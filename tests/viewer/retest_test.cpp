@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/retest.h"
 
+#include <csignal>
+
+#include <sys/resource.h>
+
 #include "viewer/viewer_fixture.h"
 
 namespace quillon::test {
@@ -221,6 +225,57 @@ TEST_F(RetestTest, AShortLineOfAPathInTheGridEndsThePass) {
     EXPECT_EQ(host.beeps, 0);
     EXPECT_FALSE(viewer.state.busy);
     EXPECT_EQ(host.gridFocus, 2);
+}
+
+// No file may grow beyond this many bytes while the object lives, as on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(std::size_t bytes) {
+        old_ = std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        rlimit limit = before_;
+        limit.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, old_);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit before_{};
+    void (*old_)(int) = nullptr;
+};
+
+TEST_F(RetestTest, ADiskThatFillsUpDuringThePassLeavesAllRowsRecoverable) {
+    openWithTerm();
+    const std::u16string before = listNow();
+    // The new results are longer than the old ones, so the copies fit and the last row does not.
+    std::filesystem::remove(folders.folder / "local/Database/qlx.dat");
+    expectFailure();
+    {
+        const FileSizeLimit limit(before.size() * 2);
+        viewer.retest();
+    }
+    EXPECT_EQ(listNow(), listRow(good_, u"Unknown or ambiguous file type") + listRow(u"/s/a.pdf", u"Header OK"));
+    EXPECT_EQ(utf16Text(folders.folder.read("app/tFile.csv")), before);
+    EXPECT_EQ(utf16Text(folders.folder.read(folders.keptName("J1.csv"))), before);
+}
+
+TEST_F(RetestTest, AFullDiskAtTheStartLeavesTheListUntouched) {
+    openWithTerm();
+    const std::u16string before = listNow();
+    for (const std::size_t room : {std::size_t(0), before.size()}) {
+        expectFailure();
+        {
+            const FileSizeLimit limit(room);
+            viewer.retest();
+        }
+        EXPECT_EQ(listNow(), before) << room;
+        EXPECT_EQ(viewer.state.rows.count(), 2);
+    }
 }
 
 TEST_F(RetestTest, TheListIsTheOneOfTheOpening) {

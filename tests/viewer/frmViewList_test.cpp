@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+// The screen "View File List": every control by its name, and what each does.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+
+#include "text/list_text.h"
+#include "ui/grid.h"
+#include "ui/main_window.h"
+
+using namespace quillon;
+
+class FrmViewListTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void everyControlHasItsNameCaptionAndState_data();
+    void everyControlHasItsNameCaptionAndState();
+    void theGridHasItsColumns();
+    void textsArePlain();
+    void choosingACategoryEnablesRun();
+    void filterFillsGridAndExtensions();
+    void theFocusAloneMakesNoRowCurrent();
+    void arrowKeysChooseTheExtension();
+    void namesOfAnyBytesAreReadable();
+    void startFromAndUseIgnoreListHaveNoEffect();
+    void markAndSkipRetestAreNotShown();
+    void theLimitIsTold();
+    void aRightClickOffersTheSkipList();
+    void runWithoutAnExtensionStaysHere();
+    void theScreenIsBusyDuringARetestAndCannotBeClosed();
+    void doneRecountsAndShowsTheMainWindow();
+    void closingShowsTheMainWindow();
+    void tabGoesThroughTheControlsInOrder();
+
+private:
+    template <typename Control>
+    [[nodiscard]] Control& control(const char* name) const {
+        auto* found = screen_->findChild<Control*>(QLatin1String(name));
+        if (found == nullptr)
+            qFatal("no control %s", name);
+        return *found;
+    }
+    void click(const char* button) const { control<QPushButton>(button).click(); }
+    void filter(const char* category) const;
+    void addRow(std::string_view path, std::u16string_view result);
+
+    std::unique_ptr<test::MainWindow> main_;
+    QWidget* screen_ = nullptr;
+    std::u16string list_;
+};
+
+void FrmViewListTest::init() {
+    main_ = std::make_unique<test::MainWindow>();
+    registerScreens(main_->context);
+    main_->makePictures(2);
+    main_->open();
+    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("J1"));
+    list_.clear();
+    addRow((main_->temp / "source/p0.jpg").native(), u"Header Corrupt");
+    addRow((main_->temp / "source/p1.JPG").native(), u"Header Corrupt");
+    addRow("/s/a.pdf", u"Header Corrupt");
+    addRow("/s/b.pdf", u"Header OK");
+    main_->window->hide();
+    main_->navigator.open(Screen::ViewList);
+    screen_ = main_->navigator.window(Screen::ViewList);
+    QVERIFY(screen_ != nullptr);
+}
+
+void FrmViewListTest::cleanup() {
+    const bool done = main_->dialogs.done();
+    const QStringList problems = main_->problems;
+    main_.reset();
+    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
+    QVERIFY(done);
+}
+
+void FrmViewListTest::addRow(std::string_view path, std::u16string_view result) {
+    list_.append(toListText(path)).append(u",15/11/2026, 603, 32;Ab9x,").append(result).append(u"\r\n");
+    main_->temp.write("local/J1.csv", test::utf16Bytes(list_));
+}
+
+void FrmViewListTest::filter(const char* category) const {
+    auto& box = control<QComboBox>("Combo1");
+    box.setCurrentIndex(box.findText(QLatin1String(category)));
+    click("Command2");
+}
+
+void FrmViewListTest::everyControlHasItsNameCaptionAndState_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("frame");
+    QTest::addColumn<QString>("caption");
+    QTest::addColumn<bool>("shown");
+    QTest::addColumn<bool>("enabled");
+    const auto row = [](const char* name, const char* frame, const char* caption, bool shown = true,
+                        bool enabled = true) {
+        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(frame) << QString::fromLatin1(caption)
+                            << shown << enabled;
+    };
+    row("Frame1", "", "Vew Files of type");
+    row("Combo1", "Frame1", "Please Select");
+    row("Command2", "Frame1", "Filter");
+    row("Label5", "Frame1", "Max Files");
+    row("Text1", "Frame1", "3000");
+    row("Label9", "Frame1", "Start From");
+    row("Text2", "Frame1", "1");
+    row("Check1", "Frame1", "Use Ignore List");
+    row("Frame2", "", "Matching Files");
+    row("iGrid1", "Frame2", "");
+    row("Label1", "Frame2", "");
+    row("Label6", "Frame2", "File marked", false);
+    row("Label7", "Frame2", "    ", false);
+    row("Label8", "Frame2", "Have no extension and can not be edited", false);
+    row("Frame3", "", "Extension Editor");
+    row("Label2", "Frame3", "Extension");
+    row("Combo2", "Frame3", "");
+    row("Label4", "Frame3", "Ready ..>");
+    row("Command3", "Frame3", "Run", true, false);
+    row("Command4", "Frame3", "Retest");
+    row("Label3", "Frame3", "Mark Files as", false);
+    row("Combo3", "Frame3", "Please Select", false);
+    row("Command5", "Frame3", "Run", false);
+    row("Command6", "Frame3", "Retest Skip List", false, false);
+    row("Command1", "", "Done");
+}
+
+void FrmViewListTest::everyControlHasItsNameCaptionAndState() {
+    QFETCH(QString, name);
+    QFETCH(QString, frame);
+    QFETCH(QString, caption);
+    QFETCH(bool, shown);
+    QFETCH(bool, enabled);
+    QCOMPARE(screen_->objectName(), QStringLiteral("frmViewList"));
+    QCOMPARE(screen_->windowTitle(), QStringLiteral("View File List"));
+    auto* widget = screen_->findChild<QWidget*>(name);
+    QVERIFY(widget != nullptr);
+    QVariant text = widget->property("text");
+    if (!text.isValid())
+        text = widget->property(widget->inherits("QComboBox") ? "currentText" : "title");
+    QCOMPARE(text.toString().remove(QLatin1Char('&')), caption);
+    QCOMPARE(widget->isVisible(), shown);
+    QCOMPARE(widget->isEnabled(), enabled);
+    if (!frame.isEmpty())
+        QVERIFY(screen_->findChild<QWidget*>(frame)->isAncestorOf(widget));
+}
+
+void FrmViewListTest::theGridHasItsColumns() {
+    auto& grid = control<Grid>("iGrid1");
+    QCOMPARE(grid.columnCount(), 3);
+    QCOMPARE(grid.columnTitle(0), std::string("Path"));
+    QCOMPARE(grid.columnTitle(1), std::string("Ext"));
+    QCOMPARE(grid.columnTitle(2), std::string("Problem!"));
+    QVERIFY(grid.isColumnHidden(2));
+    QCOMPARE(grid.columnWidth(1), 50);
+}
+
+void FrmViewListTest::textsArePlain() {
+    const auto labels = screen_->findChildren<QLabel*>();
+    QVERIFY(!labels.isEmpty());
+    for (const QLabel* label : labels) QCOMPARE(label->textFormat(), Qt::PlainText);
+}
+
+void FrmViewListTest::choosingACategoryEnablesRun() {
+    auto& box = control<QComboBox>("Combo1");
+    const QList<bool> expected = {false, true, true, true, false, false, false, false, true, true};
+    QCOMPARE(box.count(), 10);
+    for (int entry = 9; entry >= 0; --entry) {
+        box.setCurrentIndex(entry);
+        QCOMPARE(control<QPushButton>("Command3").isEnabled(), expected[entry]);
+    }
+}
+
+void FrmViewListTest::filterFillsGridAndExtensions() {
+    filter("Header Corrupt");
+    auto& grid = control<Grid>("iGrid1");
+    QCOMPARE(grid.rowCount(), 3);
+    QCOMPARE(grid.cell(1, 0), (main_->temp / "source/p1.JPG").string());
+    QCOMPARE(grid.cell(1, 1), std::string("JPG"));
+    QCOMPARE(control<QLabel>("Label1").text(), QStringLiteral("Matching :  3"));
+    QCOMPARE(control<QLabel>("Label4").text(), QString());
+    auto& extensions = control<QComboBox>("Combo2");
+    QCOMPARE(extensions.count(), 2);
+    QCOMPARE(extensions.itemText(0), QStringLiteral("jpg"));
+    QCOMPARE(extensions.currentText(), QString());
+    grid.setCurrentRow(2);
+    QCOMPARE(extensions.currentText(), QStringLiteral("pdf"));
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("pdf = 1"));
+    extensions.setCurrentIndex(0);
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 0"));
+}
+
+void FrmViewListTest::theFocusAloneMakesNoRowCurrent() {
+    filter("Header Corrupt");
+    screen_->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(screen_));
+    control<QComboBox>("Combo1").setFocus();
+    control<Grid>("iGrid1").setFocus(Qt::TabFocusReason);
+    QCOMPARE(control<Grid>("iGrid1").currentRow(), -1);
+    QCOMPARE(control<QLabel>("Label4").text(), QString());
+}
+
+void FrmViewListTest::arrowKeysChooseTheExtension() {
+    filter("Header Corrupt");
+    auto& grid = control<Grid>("iGrid1");
+    grid.setCurrentRow(1);
+    QTest::keyClick(&grid, Qt::Key_Down);
+    QCOMPARE(grid.currentRow(), 2);
+    QCOMPARE(control<QComboBox>("Combo2").currentText(), QStringLiteral("pdf"));
+    QTest::keyClick(&grid, Qt::Key_Up);
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 2"));
+}
+
+void FrmViewListTest::namesOfAnyBytesAreReadable() {
+    addRow("/s/<b>bold</b>\xFF.pdf", u"Header Corrupt");
+    filter("Header Corrupt");
+    QCOMPARE(control<Grid>("iGrid1").cell(3, 0), std::string("/s/<b>bold</b>\xEF\xBF\xBD.pdf"));
+}
+
+void FrmViewListTest::startFromAndUseIgnoreListHaveNoEffect() {
+    control<QLineEdit>("Text2").setText(QStringLiteral("3"));
+    control<QCheckBox>("Check1").setChecked(true);
+    filter("Header Corrupt");
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
+}
+
+void FrmViewListTest::markAndSkipRetestAreNotShown() {
+    filter("Header Corrupt");
+    for (const char* name : {"Label3", "Combo3", "Command5", "Command6", "Label6", "Label7", "Label8"})
+        QVERIFY(!control<QWidget>(name).isVisible());
+    QCOMPARE(control<QComboBox>("Combo3").count(), 10);
+    control<QPushButton>("Command5").click();
+    QVERIFY(!control<QPushButton>("Command6").isEnabled());
+    QCOMPARE(main_->temp.read("local/J1.csv"), test::utf16Bytes(list_));
+}
+
+void FrmViewListTest::theLimitIsTold() {
+    control<QLineEdit>("Text1").setText(QStringLiteral("1"));
+    main_->dialogs.expectBox("Quillon", "Maximum file limit reached", BoxAnswer::Ok, BoxStyle::Plain, BoxButtons::Ok);
+    filter("Header Corrupt");
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 2);
+}
+
+void FrmViewListTest::aRightClickOffersTheSkipList() {
+    filter("Header Corrupt");
+    auto& grid = control<Grid>("iGrid1");
+    emit grid.rowRightClicked(-1, QPoint(5, 5));
+    auto* menu = screen_->findChild<QMenu*>(QStringLiteral("mnuMnu"));
+    QVERIFY(menu != nullptr && !menu->isVisible());
+    grid.setCurrentRow(2);
+    emit grid.rowRightClicked(2, QPoint(5, 5));
+    QVERIFY(menu->isVisible());
+    auto* entry = screen_->findChild<QAction*>(QStringLiteral("mnuAddSkip"));
+    QCOMPARE(entry->text(), QStringLiteral("Add to Skip List"));
+    main_->dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.", "*.pdf",
+                               "/s/a.pdf");
+    entry->trigger();
+    menu->close();
+    QCOMPARE(main_->temp.read("local/Settings/SkipList.dat"), std::string("*.tmp*\r\n*.pdf\r\n"));
+}
+
+void FrmViewListTest::runWithoutAnExtensionStaysHere() {
+    filter("Header Corrupt");
+    click("Command3");
+    QVERIFY(screen_->isVisible());
+    QVERIFY(main_->navigator.window(Screen::ExtEditor) == nullptr);
+}
+
+void FrmViewListTest::theScreenIsBusyDuringARetestAndCannotBeClosed() {
+    filter("Header Corrupt");
+    control<Grid>("iGrid1").setCurrentRow(0);
+    int looks = 0;
+    const int number = main_->loop.addRefresh([&] {
+        ++looks;
+        for (const char* name : {"Frame1", "Frame2", "Frame3", "Command1"})
+            QVERIFY(!control<QWidget>(name).isEnabled());
+        screen_->close();
+        QVERIFY(screen_->isVisible());
+    });
+    click("Command4");
+    main_->loop.removeRefresh(number);
+    QVERIFY(looks > 0);
+    for (const char* name : {"Frame1", "Frame2", "Frame3", "Command1"}) QVERIFY(control<QWidget>(name).isEnabled());
+    // p0.jpg is healthy; p1.JPG is not on the disk under that name.
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 2);
+    QCOMPARE(control<QLabel>("Label1").text(), QStringLiteral("Matching :  2"));
+}
+
+void FrmViewListTest::doneRecountsAndShowsTheMainWindow() {
+    click("Command1");
+    QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::ViewList) == nullptr);
+    QCOMPARE(main_->text("lCorruptFiles"), QStringLiteral("3"));
+    QCOMPARE(main_->text("lGoodFIles"), QStringLiteral("1"));
+}
+
+void FrmViewListTest::closingShowsTheMainWindow() {
+    screen_->close();
+    QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::ViewList) == nullptr);
+    QCOMPARE(main_->text("lCorruptFiles"), QStringLiteral("0"));
+}
+
+void FrmViewListTest::tabGoesThroughTheControlsInOrder() {
+    control<QComboBox>("Combo1").setCurrentIndex(1);
+    screen_->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(screen_));
+    control<QComboBox>("Combo1").setFocus();
+    for (const char* next :
+         {"Command2", "Text1", "Text2", "Check1", "iGrid1", "Combo2", "Command3", "Command4", "Command1", "Combo1"}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(next));
+    }
+}
+
+QTEST_MAIN(FrmViewListTest)
+#include "frmViewList_test.moc"
