@@ -9,13 +9,9 @@
 
 namespace quillon {
 
-namespace {
-
-NativePath below(const NativePath& root, const char* name) {
-    return root.empty() ? NativePath() : root / name;
+NativePath fileIn(const NativePath& folder, std::string_view name) {
+    return folder.empty() ? NativePath{} : folder / name;
 }
-
-}  // namespace
 
 NativePath pathFromPage(const PageText& text) {
     return NativePath(toUtf8(text));
@@ -54,10 +50,10 @@ void Installation::refreshPathVariables() {
     paths_.localPath = pathFromPage(settings.localPath.trimmed());
     paths_.sharedPath = pathFromPage(settings.sharedPath.trimmed());
     paths_.zipPath = pathFromPage(settings.zipPath.trimmed());
-    paths_.localSettings = below(paths_.localPath, "Settings");
-    paths_.sharedSettings = below(paths_.sharedPath, "Settings");
-    paths_.localDatabase = below(paths_.localPath, "Database");
-    paths_.sharedDatabase = below(paths_.sharedPath, "Database");
+    paths_.localSettings = fileIn(paths_.localPath, "Settings");
+    paths_.sharedSettings = fileIn(paths_.sharedPath, "Settings");
+    paths_.localDatabase = fileIn(paths_.localPath, "Database");
+    paths_.sharedDatabase = fileIn(paths_.sharedPath, "Database");
     paths_.useSharedDb = settings.useSharedDb == 1;
     const std::string separator = toUtf8(settings.fileListSeparator.trimmed());
     paths_.fileListSeparator = separator.empty() ? "-" : separator;

@@ -5,6 +5,7 @@
 // main and handed to everything that needs a path.
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "app/settings.h"
@@ -66,6 +67,9 @@ private:
     NativePath appFolder_;
     Paths paths_;
 };
+
+/// `folder`/`name`; empty when the settings name no such folder, so that no file of the current folder is meant.
+[[nodiscard]] NativePath fileIn(const NativePath& folder, std::string_view name);
 
 /// A path from a settings field: the field's characters as UTF-8.
 [[nodiscard]] NativePath pathFromPage(const PageText& text);

@@ -7,10 +7,6 @@
 
 namespace quillon {
 
-NativePath fileIn(const NativePath& folder, std::string_view name) {
-    return folder.empty() ? NativePath{} : folder / name;
-}
-
 Result<void> ListSaver::save(const NativePath& file, const std::string& bytes) {
     if (file.empty())
         return failure(ErrorKind::NotFound, "no folder is set for this file");

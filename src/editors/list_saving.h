@@ -11,9 +11,6 @@
 
 namespace quillon {
 
-/// `folder`/`name`; empty when the settings name no such folder, so that no file of the current folder is meant.
-[[nodiscard]] NativePath fileIn(const NativePath& folder, std::string_view name);
-
 /// Writes the files of one list. What stands in a file and never was on the screen (the list of another workstation,
 /// lines that the editor cannot show) goes under Kept before it is overwritten.
 class ListSaver {

@@ -125,7 +125,7 @@ void JobDriver::refreshRuleLists() {
     }
     if (auto fetched = fetchCommonHeaders(paths, job_.kept()); !fetched)
         report(fetched.error());
-    const NativePath local = paths.localSettings / kCommonHeadersFileName;
+    const NativePath local = fileIn(paths.localSettings, kCommonHeadersFileName);
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
         options.useCommonHeadersEnabled = false;
@@ -222,7 +222,7 @@ void JobDriver::tellPermissionDenied() {
 }
 
 void JobDriver::loadCommonList() {
-    const NativePath list = job_.installation().paths().localSettings / kCommonHeadersFileName;
+    const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
     if (!job_.state.options.useCommonHeaders || !pathExists(list))
         return;
     passOver(job_.commonList.load(list), "the list of the last job then serves");

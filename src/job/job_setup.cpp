@@ -160,9 +160,10 @@ void JobSetup::applySettingDefaults() {
     }
     skipListTicked(settings.useSkipList == 1);
     JobOptions& options = state_.options;
-    options.useCommonHeadersEnabled = pathExists(installation_.paths().localSettings.empty()
-                                                     ? NativePath{}
-                                                     : installation_.paths().localSettings / kCommonHeadersFileName);
+    options.useCommonHeadersEnabled =
+        pathExists(installation_.paths().localSettings.empty()
+                       ? NativePath{}
+                       : fileIn(installation_.paths().localSettings, kCommonHeadersFileName));
     options.useCommonHeaders = options.useCommonHeadersEnabled && settings.useCommonHeaders == 1;
     options.checkFileQuality = settings.runHeaderTest == 1;
 }

@@ -34,10 +34,10 @@ std::string withoutLineBreaks(const std::string& text) {
 Result<void> writeMessageLog(std::string& text, const Installation& installation, const Surroundings& surroundings) {
     const Paths& paths = installation.paths();
     text = withoutLineBreaks(text);
-    if (paths.useSharedDb && !pathExists(paths.sharedSettings / kLogFolder))
-        CreateFolderPath(paths.sharedSettings / kLogFolder);
+    if (paths.useSharedDb && !pathExists(fileIn(paths.sharedSettings, kLogFolder)))
+        CreateFolderPath(fileIn(paths.sharedSettings, kLogFolder));
     if (!pathExists(installation.appFolder() / kAskedFolder))
-        CreateFolderPath(paths.localSettings / kLogFolder);
+        CreateFolderPath(fileIn(paths.localSettings, kLogFolder));
     text = surroundings.dates.general(surroundings.clock.now()) + ";" + text;
     const std::string record = toPage(text).bytes + "\r\n";
     if (auto written = appendRecord(paths.localSettings, record); !written || !paths.useSharedDb)

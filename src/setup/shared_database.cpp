@@ -93,10 +93,10 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
 }
 
 Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
-    const NativePath shared = paths.sharedSettings / kCommonHeadersFileName;
+    const NativePath shared = fileIn(paths.sharedSettings, kCommonHeadersFileName);
     if (paths.sharedSettings.empty() || paths.localSettings.empty() || !pathExists(shared))
         return {};
-    return copyKeepingOld(shared, paths.localSettings / kCommonHeadersFileName, kept);
+    return copyKeepingOld(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept);
 }
 
 Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept) {

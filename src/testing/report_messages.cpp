@@ -47,10 +47,10 @@ ReportMessages ReportMessages::fallback() {
 
 void loadReportMessages(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages) {
     const Paths& paths = installation.paths();
-    const NativePath local = paths.localSettings / kErrorsFileName;
+    const NativePath local = fileIn(paths.localSettings, kErrorsFileName);
     Result<void> shared;
     if (paths.useSharedDb) {
-        const NativePath onShare = paths.sharedSettings / kErrorsFileName;
+        const NativePath onShare = fileIn(paths.sharedSettings, kErrorsFileName);
         const bool shareHasIt = pathExists(onShare);
         if (!shareHasIt && !pathExists(local)) {
             dialogs.tell("Error", kNowhere, BoxStyle::Critical);

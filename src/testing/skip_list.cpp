@@ -73,9 +73,9 @@ bool SkipList::matches(std::u16string_view listPath) const {
 
 SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFiles& kept, SkipList& list) {
     const Paths& paths = installation.paths();
-    const NativePath local = paths.localSettings / kSkipListFileName;
+    const NativePath local = fileIn(paths.localSettings, kSkipListFileName);
     if (paths.useSharedDb) {
-        const NativePath shared = paths.sharedSettings / kSkipListFileName;
+        const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
         if (pathExists(shared)) {
             passOver(takeSharedCopy(shared, local, kept), "the local copy then serves");
         } else if (!pathExists(local)) {
@@ -96,10 +96,10 @@ SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFi
 
 SkipAvailability checkSkipAvailable(const Installation& installation) {
     const Paths& paths = installation.paths();
-    const bool local = pathExists(paths.localSettings / kSkipListFileName);
+    const bool local = pathExists(fileIn(paths.localSettings, kSkipListFileName));
     SkipAvailability answer;
     if (paths.useSharedDb) {
-        answer.result = pathExists(paths.sharedSettings / kSkipListFileName) || local;
+        answer.result = pathExists(fileIn(paths.sharedSettings, kSkipListFileName)) || local;
         return answer;
     }
     answer.appliesToBox = true;

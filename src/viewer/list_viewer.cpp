@@ -31,7 +31,7 @@ void ListViewer::load() {
 
 void ListViewer::loadCategories() {
     const Paths& paths = job_.installation().paths();
-    const NativePath errors = paths.localSettings / kErrorsFileName;
+    const NativePath errors = fileIn(paths.localSettings, kErrorsFileName);
     if (!paths.localSettings.empty() && pathExists(errors)) {
         state.status = "Loading error messages";
         const auto lines = readCategories(errors, job_.messages);

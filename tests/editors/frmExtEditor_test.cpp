@@ -386,8 +386,7 @@ void FrmExtEditorTest::theCommonControlsShowForCommonHeaders() {
     QCOMPARE(identifiers.itemText(1), QStringLiteral("archive"));
     identifiers.setCurrentIndex(1);
     main_->dialogs.expectBox(
-        "Add term",
-        "Search results :\r\n\r\nGood files :  3\r\nBad files :  0\r\n\r\n Do you want to add the term ?",
+        "Add term", "Search results :\r\n\r\nGood files :  3\r\nBad files :  0\r\n\r\n Do you want to add the term ?",
         BoxAnswer::No);
     click("Command13");
     QCOMPARE(field("Text3"), QStringLiteral("QLX"));

@@ -6,6 +6,9 @@
 
 #include <memory>
 
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QStringList>
 #include <QWidget>
 
