@@ -130,38 +130,13 @@ void frmZip::beep() {
 
 // Query Network
 void frmZip::Command7_Click() {
-    if (!network_)
-        return;
-    run([this] {
-        CNetworkEnum network(network_, context_.loop);
-        queryRecipients(AlertScreen::Zip, network, *this);
-    });
+    if (network_)
+        run([this] { zip_.queryNetwork(network_); });
 }
 
 // Test
 void frmZip::Command8_Click() {
-    run([this] {
-        testRecipient(zip_.state.recipient(), kZipScreenRecipient, exchange_, context_.installation,
-                      context_.surroundings, *this);
-    });
-}
-
-void frmZip::showBusyPointer(bool busy) {
-    zip_.state.busyPointer = busy;
-    showState();
-    context_.loop.flush();
-}
-
-void frmZip::setRecipients(const std::vector<std::string>& items, bool enabled) {
-    zip_.state.recipients = items;
-    zip_.state.recipientIndex = items.empty() ? -1 : 0;
-    zip_.state.recipientsEnabled = enabled;
-    showState();
-}
-
-void frmZip::enableTestButton(bool enabled) {
-    zip_.state.testEnabled = enabled;
-    showState();
+    run([this] { zip_.testRecipient(exchange_); });
 }
 
 // Close

@@ -35,8 +35,6 @@
 #include "archive/zip_handover.h"
 #include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
-#include "messaging/recipient_query.h"
-#include "messaging/recipient_test.h"
 #include "platform/datagram_socket.h"
 #include "ui/control_maker.h"
 #include "ui/grid.h"
@@ -48,7 +46,7 @@ namespace quillon {
 /// Where the screen finds other computers; null looks nowhere.
 using SharedNetwork = std::shared_ptr<NetworkProvider>;
 
-class frmZip final : public QWidget, private ZipHost, private RecipientQueryHost, private RecipientTestHost {
+class frmZip final : public QWidget, private ZipHost {
     Q_OBJECT
 
 public:
@@ -79,15 +77,6 @@ private:
     void beep() override;
     [[nodiscard]] std::string mainJobId() const override { return handOver_.jobId; }
     [[nodiscard]] std::string mainSeparator() const override { return handOver_.separator; }
-
-    // RecipientQueryHost and RecipientTestHost; status lines and captions are the wizard's alone
-    void enableQueryButton(bool enabled) override { Command7->setEnabled(enabled); }
-    void setQueryButtonCaption(const std::string& /*caption*/) override {}
-    void showBusyPointer(bool busy) override;
-    void showQueryStatus(const std::string& /*text*/) override {}
-    void setRecipients(const std::vector<std::string>& items, bool enabled) override;
-    void enableTestButton(bool enabled) override;
-    void showTestStatus(const std::string& /*text*/) override {}
 
     const ScreenContext& context_;
     ZipHandover handOver_;

@@ -22,6 +22,7 @@ std::vector<NativePath> findLists(const NativePath& folder, std::string_view job
     if (names.empty())
         names = listByMask(folder, std::string(jobId) + "*.csv");
     std::vector<NativePath> lists;
+    lists.reserve(names.size());
     for (const auto& name : names) lists.push_back(folder / name);
     return lists;
 }

@@ -15,7 +15,7 @@
 namespace quillon {
 
 /// The most bytes that one extraction writes. Far above any database of term files.
-inline constexpr std::uint64_t kExtractLimit = 256U * 1024 * 1024;
+inline constexpr std::uint64_t kExtractLimit = std::uint64_t{256} * 1024 * 1024;
 /// The most entries that an archive may have.
 inline constexpr std::size_t kEntryLimit = 100'000;
 

@@ -29,7 +29,7 @@ frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, SectorPre
     all->setSpacing(kSpacing);
     all->addWidget(Frame1, 1);
     all->addWidget(Command1, 0, Qt::AlignRight);
-    resize(sizeHint().width(), 520);
+    resize(sizeHint().width(), 660);
     connect(Command1, &QPushButton::clicked, this, &QWidget::close);
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }

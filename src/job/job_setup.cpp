@@ -19,7 +19,7 @@ namespace quillon {
 namespace {
 
 constexpr const char* kQuery = "Query";
-constexpr const char* kSkipListFolderMissing = "System path not set!!";
+constexpr const char* kPathNotSet = "System path not set!!";
 
 std::string lowerText(std::string_view text) {
     return utf16ToUtf8(lowered(utf8ToUtf16(text)));
@@ -177,7 +177,7 @@ void JobSetup::loadSettings() {
     state_.texts.status.clear();
     applySettingDefaults();
     if (installation_.paths().localSettings.empty()) {
-        state_.texts.status = kSkipListFolderMissing;
+        state_.texts.status = kPathNotSet;
         state_.options.checkFileQuality = false;
     }
     checkSkip();

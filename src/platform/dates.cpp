@@ -121,7 +121,7 @@ std::u16string DateTexts::firstTen(const LocalTime& time) const {
 }
 
 std::string clockText(std::int64_t seconds) {
-    constexpr std::int64_t day = 24 * 60 * 60;
+    constexpr std::int64_t day = 24LL * 60 * 60;
     const std::int64_t within = ((seconds % day) + day) % day;
     return fmt::format("{:02}:{:02}:{:02}", within / 3600, within / 60 % 60, within % 60);
 }

@@ -23,7 +23,7 @@ namespace quillon {
 namespace {
 
 constexpr int kFolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
-constexpr std::size_t kListBuffer = 32 * 1024;
+constexpr std::size_t kListBuffer = 32UL * 1024;
 
 // The kernel's own record of getdents64.
 struct KernelEntry {

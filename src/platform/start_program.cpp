@@ -38,6 +38,7 @@ Result<void> BackgroundPrograms::start(const std::vector<std::string>& arguments
         return failure(ErrorKind::InvalidArgument, "no program is named");
     std::vector<std::string> texts = arguments;
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     const ChildStreams streams;

@@ -13,7 +13,7 @@
 namespace quillon {
 
 /// The largest file that is read as a whole; beyond it the read fails. Far above any rule list or term file.
-inline constexpr std::size_t kWholeFileLimit = 64U * 1024 * 1024;
+inline constexpr std::size_t kWholeFileLimit = 64UL * 1024 * 1024;
 
 /// All bytes of a file. A missing file is a NotFound failure.
 [[nodiscard]] Result<std::string> readWholeFile(const NativePath& path, std::size_t limit = kWholeFileLimit);

@@ -4,6 +4,7 @@
 #include <istream>
 #include <ostream>
 
+#include "app/application_folder.h"
 #include "app/folder_structure.h"
 #include "job/completion_report.h"
 #include "job/job_driver.h"
@@ -177,7 +178,7 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
         return parsed.exitStatus;
     raiseOpenFileLimit();
     const JobCommandOptions& options = *parsed.options;
-    Installation installation(options.appFolder.value_or(programFolder()));
+    Installation installation(options.appFolder ? *options.appFolder : applicationFolder());
     if (!prepareInstallation(installation, streams.err, options.quiet))
         return kExitNoList;
     return runJob(options, installation, streams);

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 
+#include "app/application_folder.h"
 #include "app/folder_structure.h"
 #include "job/job.h"
 #include "messaging/alert_exchange.h"
@@ -54,7 +55,7 @@ int runWindow(QApplication& application) {
     QtDialogs dialogs;
     WindowEventLoop loop(clock);
     const Surroundings surroundings{clock, dates, dialogs, loop, hostName()};
-    Installation installation(programFolder());
+    Installation installation(applicationFolder());
     Job job(installation, surroundings);
     Navigator navigator;
     const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};

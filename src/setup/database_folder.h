@@ -20,7 +20,7 @@ namespace quillon {
 /// What a database folder held when this was made.
 class DatabaseFolder {
 public:
-    explicit DatabaseFolder(NativePath folder) : DatabaseFolder(folder, databaseFiles(folder)) {}
+    explicit DatabaseFolder(const NativePath& folder) : DatabaseFolder(folder, databaseFiles(folder)) {}
     DatabaseFolder(NativePath folder, const std::vector<std::string>& names);
 
     /// True when there is a file of this name in any case.

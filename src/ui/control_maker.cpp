@@ -49,9 +49,6 @@ QProgressBar* makeProgress(const char* name, const char* accessibleName) {
     bar->setAccessibleName(QLatin1String(accessibleName));
     bar->setTextVisible(false);
     bar->setFixedHeight(10);
-    QSizePolicy policy = bar->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    bar->setSizePolicy(policy);
     return bar;
 }
 

@@ -50,6 +50,7 @@ void frmMainControls::createSource() {
     Textbox1 = make<QLineEdit>("Textbox1");
     Textbox1->setToolTip(QStringLiteral("Enter the Job Number or unique ID"));
     Textbox1->setMinimumWidth(110);
+    Textbox1->setAcceptDrops(false);  // a folder dropped here is a source, not text
     Label28->setBuddy(Textbox1);
     CommandButton1 = makeButton("CommandButton1", "&Browse for Drive/Folder");
     Label2 = makeLabel("Label2", "Source:");
@@ -90,6 +91,7 @@ void frmMainControls::createOptions() {
     Text1 = make<QLineEdit>("Text1");
     Text1->setFixedWidth(40);
     Text1->setAlignment(Qt::AlignHCenter);
+    Text1->setAcceptDrops(false);
     Label12->setBuddy(Text1);
     separatorNote = makeLabel("separatorNote",
                               "Used for multiple file lists for same job. E.G. 1234-Partition 1, 1234-Partition 2");
@@ -193,8 +195,9 @@ QWidget* frmMainControls::arrangeUpper() const {
     auto* layout = new QVBoxLayout(upper);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(kSpacing);
-    layout->addLayout(board, 1);
+    layout->addLayout(board);
     layout->addWidget(Frame4);
+    layout->addStretch();
     return upper;
 }
 

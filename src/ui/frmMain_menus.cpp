@@ -39,7 +39,8 @@ void frmMain::connectMenus() {
     // Kept: "Auto Update" is ticked for good (test AutoUpdateStaysTicked).
     connect(mnuAutoUpdate, &QAction::triggered, this, [this] { mnuAutoUpdate->setChecked(true); });
     connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
-    connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.openModal(Screen::About); });
+    // Not modal: a modal screen would hold a running job up.
+    connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
 }
 
 // A button does exactly what its control does.

@@ -112,7 +112,8 @@ void frmMainControls::createQuality(QGridLayout& grid) {
     speed->addStretch();
     block->addLayout(speed);
     block->addWidget(Label16);
-    grid.addLayout(block, kTotalsRow, 0, kTotalsRows, kCellColumns - 1, Qt::AlignTop | Qt::AlignLeft);
+    // Into the gap: what it needs more than a cell would widen the cells below.
+    grid.addLayout(block, kTotalsRow, 0, kTotalsRows, kCellColumns, Qt::AlignTop | Qt::AlignLeft);
 }
 
 void frmMainControls::createTotals(QGridLayout& grid) {

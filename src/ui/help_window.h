@@ -10,7 +10,7 @@
 #include <QTemporaryDir>
 #include <QWidget>
 
-#include "platform/file.h"
+#include "app/application_folder.h"
 
 class QApplication;
 class QLineEdit;
@@ -20,9 +20,6 @@ class QTextBrowser;
 namespace quillon {
 
 class Navigator;
-
-/// The help file of an application folder: a zip archive whose entries are the pages, in the order of the contents.
-inline constexpr const char* kHelpFileName = "Quillon.chm";
 
 class HelpWindow final : public QWidget {
     Q_OBJECT

@@ -73,6 +73,12 @@ void Navigator::open(Screen screen, const std::any& handOver) {
     QWidget* shown = load(screen, handOver);
     if (shown == nullptr)
         return;
+    // A modal screen blocks every window that does not stand above it, so its help would be a dead picture.
+    const QWidget* modal = QApplication::activeModalWidget();
+    if (modal != nullptr && modal != shown) {
+        shown->hide();
+        standAbove(*shown);
+    }
     shown->show();
     shown->raise();
     shown->activateWindow();

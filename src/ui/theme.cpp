@@ -79,6 +79,8 @@ QLineEdit { background: @base; color: @text; border: 1px solid @edge; border-rad
 QLineEdit:focus { border: 1px solid @accent; }
 QLineEdit:disabled { color: @quiet; background: @window; border: 1px solid @line; }
 QCheckBox { spacing: 6px; }
+QProgressBar { background: @base; border: 1px solid @edge; border-radius: 4px; }
+QProgressBar::chunk { background: @accent; border-radius: 3px; }
 QToolBar { border: 0; border-bottom: 1px solid @line; padding: 4px 8px; spacing: 4px; }
 QStatusBar { border-top: 1px solid @line; }
 QStatusBar::item { border: 0; }
@@ -86,6 +88,7 @@ QToolTip { border: 1px solid @line; padding: 4px; color: @text; background: @tip
 QHeaderView::section { background: @window; color: @text; border: 0; border-right: 1px solid @line;
     border-bottom: 1px solid @line; padding: 4px 3px; }
 QTableView { border: 1px solid @line; border-radius: 4px; }
+QDialogButtonBox { dialogbuttonbox-buttons-have-icons: 0; }
 QLabel[remark="true"] { color: @quietText; }
 QPushButton[primary="true"] { font-weight: 600; }
 QPushButton[primary="true"]:enabled { background: @accent; color: @onAccent; border: 1px solid @accent; }

@@ -10,14 +10,16 @@
 namespace quillon {
 
 void WindowEventLoop::turn() {
-    if (clock_.milliseconds() - last_ >= kInterval)
+    if (clock_.milliseconds() - last_ >= interval_)
         flush();
 }
 
 void WindowEventLoop::flush() {
+    const std::int64_t start = clock_.milliseconds();
     refreshScreens();
     QCoreApplication::processEvents();
     last_ = clock_.milliseconds();
+    interval_ = std::clamp(8 * (last_ - start), kInterval, kLongestInterval);
 }
 
 void WindowEventLoop::refreshScreens() {

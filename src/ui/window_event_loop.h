@@ -3,7 +3,8 @@
 
 // The event loop of a window program. Passes turn it once per row; it looks at the clock and really runs the loop only
 // when 16 milliseconds have passed since the last time. Painting is what costs: a repaint for every row would make a
-// fast disk wait for the screen two hundred times as long.
+// fast disk wait for the screen two hundred times as long. Where one real turn is slow, as on a remote display, the
+// next one is put off in proportion.
 
 #include <functional>
 #include <vector>
@@ -15,7 +16,9 @@ namespace quillon {
 
 class WindowEventLoop final : public EventLoop {
 public:
-    static constexpr std::int64_t kInterval = 16;  ///< milliseconds between two real turns
+    /// Milliseconds between two real turns: eight times what the last one took, within these bounds.
+    static constexpr std::int64_t kInterval = 16;
+    static constexpr std::int64_t kLongestInterval = 64;
 
     /// The clock must outlive the loop.
     explicit WindowEventLoop(const Clock& clock) : clock_(clock) {}
@@ -35,6 +38,7 @@ private:
 
     const Clock& clock_;
     std::int64_t last_ = 0;
+    std::int64_t interval_ = kInterval;
     int nextNumber_ = 1;
     std::vector<std::pair<int, std::function<void()>>> refreshes_;
 };

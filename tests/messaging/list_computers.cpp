@@ -13,8 +13,7 @@ int main(int argc, char* argv[]) {
             std::cout << address.error().text << '\n';
             return 1;
         }
-        for (std::size_t i = 12; i < 16; ++i)
-            std::cout << int(address->bytes.at(i)) << (i < 15 ? "." : "\n");
+        for (std::size_t i = 12; i < 16; ++i) std::cout << int(address->bytes.at(i)) << (i < 15 ? "." : "\n");
         return 0;
     }
     quillon::test::CountingLoop loop;

@@ -2,15 +2,10 @@
 // Saves, copies and moves that are killed or fail at every single system call that changes something: what is left is
 // the old bytes or the new ones, and a failure is reported. The calls are made to fail by strace; without it, or where
 // it may not trace, this program says so and counts as skipped.
-#include <array>
-#include <cstdlib>
 #include <functional>
 #include <iostream>
-#include <map>
 #include <string>
 #include <vector>
-
-#include <sys/wait.h>
 
 #include <gtest/gtest.h>
 
@@ -18,47 +13,20 @@
 #include "platform/folders.h"
 #include "platform/posix_files.h"
 #include "platform/whole_file.h"
+#include "support/strace.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
 namespace {
 
+using test::changingCalls;
+using test::countCalls;
+using test::kKilledStatus;
+using test::runShell;
 using test::TempFolder;
-
-constexpr int kKilled = 128 + 9;
+using test::traced;
 
 std::string probe;  // the path of quillon_fault_probe, from the command line
-
-// Every call that changes a file system, as far as the program may use it.
-const char* const kChanging =
-    "write,pwrite64,writev,fsync,fdatasync,rename,renameat,renameat2,ftruncate,chmod,fchmod,fchmodat,unlink,unlinkat,"
-    "utimensat,copy_file_range,sendfile,mkdir,mkdirat";
-
-// What a shell would say: the exit status, or 128 and the signal.
-int run(const std::string& command) {
-    const int status = std::system(command.c_str());
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-}
-
-std::string traced(const std::string& options, const std::string& arguments) {
-    return "exec strace -qq -o /dev/null " + options + " " + probe + " " + arguments;
-}
-
-// How often an undisturbed run makes each of these calls.
-std::map<std::string, int> callsOf(const TempFolder& temp, const std::string& calls, const std::string& arguments) {
-    const std::string log = (temp / "strace.log").native();
-    EXPECT_EQ(run("exec strace -qq -o '" + log + "' -e signal=none -e trace=" + calls + " " + probe + " " + arguments),
-              0);
-    std::map<std::string, int> counts;
-    const std::string text = readWholeFile(log).value_or("");
-    for (std::size_t at = 0; at < text.size();) {
-        ++counts[text.substr(at, text.find('(', at) - at)];
-        at = text.find('\n', at);
-        at = at == text.npos ? text.size() : at + 1;
-    }
-    passOver(removeFile(log), "it lies in a temporary folder");
-    return counts;
-}
 
 // One kind of work with its expectations.
 struct Work {
@@ -73,7 +41,7 @@ void expectOldOrNew(const Work& work, int status, const std::string& fault) {
     const bool isNew = work.newStands();
     if (status == 0)
         EXPECT_TRUE(isNew) << fault << ": said to be done, but it is not";
-    else if (status == kKilled)
+    else if (status == kKilledStatus)
         EXPECT_TRUE(isOld || isNew) << fault << ": neither the old bytes nor the new ones";
     else
         EXPECT_TRUE(isOld) << fault << ": reported with status " << status << ", but the old bytes are gone";
@@ -81,7 +49,7 @@ void expectOldOrNew(const Work& work, int status, const std::string& fault) {
 
 void disturb(const TempFolder& temp, const Work& work, const std::string& always = "") {
     work.prepare();
-    const auto counts = callsOf(temp, kChanging, work.arguments);
+    const auto counts = countCalls(changingCalls(), probe + work.arguments, (temp / "strace.log").native());
     int runs = 0;
     for (const auto& [call, count] : counts) {
         for (int i = 1; i <= count + (always.empty() ? 0 : 3); ++i) {
@@ -91,7 +59,7 @@ void disturb(const TempFolder& temp, const Work& work, const std::string& always
             for (const auto& how : {":signal=KILL" + at, ":error=ENOSPC" + at, ":error=EIO" + at + "+"}) {
                 const std::string fault = always + " -e inject=" + call + how;
                 work.prepare();
-                expectOldOrNew(work, run(traced(fault, work.arguments)), fault);
+                expectOldOrNew(work, runShell(traced(fault, probe + work.arguments)), fault);
                 ++runs;
             }
         }
@@ -160,16 +128,16 @@ TEST_F(Faults, ASaveInPlaceLosesNothing) {
 TEST_F(Faults, ARefusedRenameStillSaves) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(run(traced("-e inject=rename:error=EACCES", work.arguments)), 0);
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EACCES", probe + work.arguments)), 0);
     EXPECT_TRUE(work.newStands());
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
 
 TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old", "new bytes");
-    for (const char* call : {"write", "fsync", "close:when=20+", "chmod"}) {
+    for (const char* call : {"write", "fsync", "chmod"}) {
         work.prepare();
-        run(traced(std::string("-e inject=") + call + ":error=EIO", work.arguments));
+        EXPECT_EQ(runShell(traced(std::string("-e inject=") + call + ":error=EIO", probe + work.arguments)), 3) << call;
         EXPECT_EQ(test::namesIn(temp.path()), "7.csv") << call;
     }
 }
@@ -178,11 +146,12 @@ TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
 TEST_F(Faults, AFailedOpenOrCloseIsReported) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes", "new bytes");
     work.prepare();
-    for (const auto& [call, count] : callsOf(temp, "openat,close", work.arguments)) {
+    for (const auto& [call, count] :
+         countCalls("openat,close", probe + work.arguments, (temp / "strace.log").native())) {
         for (int i = 1; i <= count; ++i) {
             const std::string fault = "-e inject=" + call + ":error=EIO:when=" + std::to_string(i);
             work.prepare();
-            expectOldOrNew(work, run(traced(fault, work.arguments) + " 2>/dev/null"), fault);
+            expectOldOrNew(work, runShell(traced(fault, probe + work.arguments) + " 2>/dev/null"), fault);
         }
     }
 }
@@ -205,7 +174,9 @@ TEST_F(Faults, AReadErrorOfTheSourceLeavesTheOlderTarget) {
     const Work work =
         changing("copy " + path("source") + " " + path("to/a"), "to/a", "older target", std::string(700000, 's'));
     work.prepare();
-    EXPECT_EQ(run(traced("-P " + path("source") + " -e inject=copy_file_range,read:error=EIO", work.arguments)), 3);
+    EXPECT_EQ(
+        runShell(traced("-P " + path("source") + " -e inject=copy_file_range,read:error=EIO", probe + work.arguments)),
+        3);
     EXPECT_TRUE(work.oldStands());
     EXPECT_EQ(test::namesIn(temp / "to"), "a");
 }
@@ -241,15 +212,7 @@ int main(int count, char* arguments[]) {
         std::cerr << "Usage: " << arguments[0] << " PROBE\n";
         return 2;
     }
-    quillon::probe = "'" + std::string(arguments[1]) + "'";
+    quillon::probe = "'" + std::string(arguments[1]) + "' ";
     constexpr int skipped = 77;
-#ifdef __SANITIZE_ADDRESS__
-    std::cout << "Skipped: a sanitizer makes system calls of its own, which cannot be told from the program's\n";
-    return skipped;
-#endif
-    if (quillon::run("strace -qq -o /dev/null -e inject=getcwd:error=EIO true >/dev/null 2>&1") != 0) {
-        std::cout << "Skipped: strace is missing or may not trace here\n";
-        return skipped;
-    }
-    return RUN_ALL_TESTS();
+    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
 }

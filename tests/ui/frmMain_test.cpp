@@ -53,6 +53,8 @@ private slots:
     void showProgressShowsTheBar();
     void tickingTheSkipListAsksTheSettings();
     void tickingDefaultsAppliesTheSettings();
+    void theTabKeyGoesThroughTheWindowInScreenOrder();
+    void theWindowFitsASmallScreen();
 
 private:
     std::unique_ptr<test::MainWindow> main_;
@@ -276,6 +278,31 @@ void FrmMainTest::tickingDefaultsAppliesTheSettings() {
     QVERIFY(!quality.isChecked());
     defaults.setChecked(true);
     QVERIFY(quality.isChecked());
+}
+
+void FrmMainTest::theTabKeyGoesThroughTheWindowInScreenOrder() {
+    QStringList order;
+    const QWidget* first = &main_->control<QLineEdit>("Textbox1");
+    for (const QWidget* next = first;; next = next->nextInFocusChain()) {
+        if (next->focusPolicy() & Qt::TabFocus && !next->objectName().startsWith(QLatin1String("qt_")))
+            order << next->objectName();
+        if (next->nextInFocusChain() == first)
+            break;
+    }
+    const QStringList expected = {
+        QStringLiteral("Textbox1"),       QStringLiteral("CommandButton1"), QStringLiteral("chkCopy"),
+        QStringLiteral("Command1"),       QStringLiteral("chkFileQuality"), QStringLiteral("chkUseSkip"),
+        QStringLiteral("chkCommon"),      QStringLiteral("chkDefaults"),    QStringLiteral("Text1"),
+        QStringLiteral("Combo1"),         QStringLiteral("Command2"),       QStringLiteral("Command3"),
+        QStringLiteral("CommandButton3"), QStringLiteral("CommandButton4"), QStringLiteral("CommandButton5"),
+        QStringLiteral("CommandButton6"), QStringLiteral("Check1"),         QStringLiteral("iGrid1"),
+        QStringLiteral("Command4"),       QStringLiteral("Command5")};
+    QCOMPARE(order, expected);
+}
+
+void FrmMainTest::theWindowFitsASmallScreen() {
+    QVERIFY(main_->window->minimumSizeHint().width() <= 1024);
+    QVERIFY(main_->window->minimumSizeHint().height() <= 700);
 }
 
 QTEST_MAIN(FrmMainTest)

@@ -23,7 +23,7 @@ namespace quillon::test {
 class JumpingClock final : public Clock {
 public:
     LocalTime now() const override { return {2026, 11, 15, 10, 20, 30, 0, 318}; }
-    std::int64_t milliseconds() const override { return tick_ += WindowEventLoop::kInterval; }
+    std::int64_t milliseconds() const override { return tick_ += WindowEventLoop::kLongestInterval; }
 
 private:
     mutable std::int64_t tick_ = 1000;

@@ -2,11 +2,17 @@
 // Makes the pictures of the help and the README from the real window: sets an installation up, runs a job over a tree
 // and saves what the window shows. Run by scripts/make_pictures.sh.
 //
-//   quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE
+//   quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE [--start | --time | --screen NAME]
+//
+// --start shows the window before a job, --screen another screen behind it; --time runs the job with "Show Progress" on
+// and tells its processor time, to be compared with quillon-job over the same tree.
 
 #include <cstdio>
+#include <ctime>
+#include <map>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -47,6 +53,40 @@ void runJob(frmMain& window) {
         window.findChild<QPushButton*>(QLatin1String(button))->click();
 }
 
+// Opens one screen over the main window, as its entry does, and saves what it shows.
+bool saveScreen(Navigator& navigator, const QString& name, const QString& file) {
+    const std::map<QString, Screen> screens = {
+        {QStringLiteral("SkipList"), Screen::SkipList},      {QStringLiteral("CommonHeaders"), Screen::CommonHeaders},
+        {QStringLiteral("Updatedb"), Screen::Updatedb},      {QStringLiteral("Errors"), Screen::Errors},
+        {QStringLiteral("ViewList"), Screen::ViewList},      {QStringLiteral("Zip"), Screen::Zip},
+        {QStringLiteral("SetupWizard"), Screen::SetupWizard}};
+    const auto screen = screens.find(name);
+    if (screen == screens.end())
+        return false;
+    navigator.open(screen->second);
+    QApplication::processEvents();
+    QWidget* window = navigator.window(screen->second);
+    return window != nullptr && window->grab().save(file);
+}
+
+bool takePicture(frmMain& window, Navigator& navigator, WindowEventLoop& loop, const QStringList& arguments) {
+    const QString option = arguments.value(7);
+    window.resize(arguments[4].toInt(), arguments[5].toInt());
+    window.reloadForm();
+    if (option == QStringLiteral("--time"))
+        window.findChild<QCheckBox*>(QStringLiteral("Check1"))->setChecked(true);
+    const std::clock_t before = std::clock();
+    if (option != QStringLiteral("--start"))
+        runJob(window);
+    if (option == QStringLiteral("--time"))
+        std::printf("CPU milliseconds of the job: %ld\n",
+                    static_cast<long>((std::clock() - before) * 1000 / CLOCKS_PER_SEC));
+    loop.flush();
+    if (option == QStringLiteral("--screen"))
+        return saveScreen(navigator, arguments.value(8), arguments[6]);
+    return window.grab().save(arguments[6]);
+}
+
 int makePicture(QApplication& application, const QStringList& arguments) {
     applyLook(application, arguments[3] == QStringLiteral("dark") ? Look::Dark : Look::Light);
     const test::TempFolder temp;
@@ -66,13 +106,9 @@ int makePicture(QApplication& application, const QStringList& arguments) {
     Job job(installation, surroundings);
     Navigator navigator;
     const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
+    registerScreens(context);
     frmMain window(context, {});
-    window.resize(arguments[4].toInt(), arguments[5].toInt());
-    window.reloadForm();
-    if (arguments.value(7) != QStringLiteral("--start"))
-        runJob(window);
-    loop.flush();
-    return window.grab().save(arguments[6]) ? 0 : 1;
+    return takePicture(window, navigator, loop, arguments) ? 0 : 1;
 }
 
 }  // namespace
@@ -81,7 +117,9 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 7) {
-        std::fputs("usage: quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE [--start]\n", stderr);
+        std::fputs(
+            "usage: quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE [--start | --time | --screen NAME]\n",
+            stderr);
         return 2;
     }
     return makePicture(application, arguments);

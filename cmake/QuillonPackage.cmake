@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: MIT
+# Packages, made by `cpack` in a build folder of the release preset:
+#   .tar.gz  the application folder, to be copied to a workstation and run
+#   .deb     the same as /opt/quillon, with desktop entry, icon, manual pages, completion and the commands on the path
+# Each is one component, since the same files stand at different places. data/package/cpack.cmake chooses between them.
+set(package_folder "${PROJECT_BINARY_DIR}/package")
+file(MAKE_DIRECTORY "${package_folder}")
+
+# quillon_install_application(<component> <folder>): what an application folder holds before its first run.
+function(quillon_install_application component folder)
+    set(programs quillon-job quillon-messenger)
+    if(TARGET quillon)
+        list(APPEND programs quillon)
+    endif()
+    install(TARGETS ${programs} RUNTIME DESTINATION "${folder}" COMPONENT ${component})
+    install(FILES "${QUILLON_APP_FOLDER}/db.zip" DESTINATION "${folder}" COMPONENT ${component})
+    install(FILES "${QUILLON_APP_FOLDER}/Quillon.chm" DESTINATION "${folder}" COMPONENT ${component} OPTIONAL)
+endfunction()
+
+# zipped(<variable> <file> <name>): adds a command that compresses a document, always to the same bytes.
+function(zipped variable file name)
+    add_custom_command(OUTPUT "${package_folder}/${name}.gz"
+        COMMAND gzip -9nc "${file}" > "${package_folder}/${name}.gz" DEPENDS "${file}" VERBATIM)
+    set(${variable} ${${variable}} "${package_folder}/${name}.gz" PARENT_SCOPE)
+endfunction()
+
+set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-messenger.1)
+set(completions data/completion/quillon-job data/completion/quillon-messenger)
+
+quillon_install_application(archive .)
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION . COMPONENT archive)
+install(FILES ${manual_pages} DESTINATION man/man1 COMPONENT archive)
+install(FILES ${completions} DESTINATION completion COMPONENT archive)
+install(FILES data/avahi/quillon-messenger.service DESTINATION avahi COMPONENT archive)
+install(FILES data/systemd/quillon-messenger.service DESTINATION systemd COMPONENT archive)
+
+quillon_install_application(debian opt/quillon)
+configure_file(data/package/changelog.in "${package_folder}/changelog" @ONLY)
+foreach(page IN LISTS manual_pages)
+    cmake_path(GET page FILENAME name)
+    zipped(zipped_pages "${PROJECT_SOURCE_DIR}/${page}" "${name}")
+endforeach()
+zipped(zipped_changelog "${package_folder}/changelog" changelog)
+add_custom_target(package_documents ALL DEPENDS ${zipped_pages} ${zipped_changelog})
+install(FILES ${zipped_pages} DESTINATION usr/share/man/man1 COMPONENT debian)
+install(FILES ${zipped_changelog} data/package/copyright DESTINATION usr/share/doc/quillon COMPONENT debian)
+install(FILES data/avahi/quillon-messenger.service DESTINATION usr/share/doc/quillon/examples/avahi COMPONENT debian)
+install(FILES data/systemd/quillon-messenger.service DESTINATION usr/lib/systemd/user COMPONENT debian)
+install(FILES ${completions} DESTINATION usr/share/bash-completion/completions COMPONENT debian)
+install(FILES data/package/lintian-overrides DESTINATION usr/share/lintian/overrides RENAME quillon COMPONENT debian)
+set(commands quillon-job quillon-messenger)
+if(TARGET quillon)
+    list(APPEND commands quillon)
+    install(FILES data/package/quillon.desktop DESTINATION usr/share/applications COMPONENT debian)
+    install(FILES src/ui/icons/quillon.svg DESTINATION usr/share/icons/hicolor/scalable/apps COMPONENT debian)
+endif()
+foreach(command IN LISTS commands)
+    file(CREATE_LINK "/opt/quillon/${command}" "${package_folder}/${command}" SYMBOLIC)
+    install(FILES "${package_folder}/${command}" DESTINATION usr/bin COMPONENT debian)
+endforeach()
+
+set(CPACK_PACKAGE_NAME quillon)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "grader for the files of a recovered disk")
+set(CPACK_PACKAGE_VENDOR "The Quillon developers")
+set(CPACK_PACKAGE_CONTACT "The Quillon developers <developers@quillon.example>")
+set(CPACK_PACKAGE_FILE_NAME "quillon-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
+set(CPACK_GENERATOR TGZ DEB)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ
+    WORLD_EXECUTE)
+set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/data/package/cpack.cmake")
+set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_ARCHIVE_ARCHIVE_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}")
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_DEBIAN_PACKAGE_NAME quillon)
+set(CPACK_DEBIAN_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.quillon.example")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "avahi-daemon, libnotify-bin")
+set(CPACK_COMPONENT_DEBIAN_DESCRIPTION "Quillon tests every file below a folder against a database of header terms,
+grades it (good, corrupt, unknown, too small and more), writes a file list and
+tells the quality of the recovery.
+
+The package holds the workstation program, the command quillon-job for scripts
+and servers, and quillon-messenger, which receives the alerts of finished jobs.")
+include(CPack)

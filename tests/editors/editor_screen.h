@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// A screen of the editors as a person has it: opened through the navigator, over an installation in a temporary folder,
+// with scripted dialogs and a main window that only counts how often it was asked to show itself.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStringList>
+#include <QTest>
+
+#include "editors/editor_folders.h"
+#include "job/job.h"
+#include "support/screen_control.h"
+#include "ui/grid.h"
+#include "ui/navigator.h"
+#include "ui/qt_text.h"
+#include "ui/screen_context.h"
+#include "ui/window_event_loop.h"
+
+namespace quillon::test {
+
+class EditorScreen : public EditorFolders, private MainWindowDoor {
+public:
+    explicit EditorScreen(Screen screen) : screen_(screen) {
+        dialogs().onProblem = [this](const std::string& problem) { problems << toQt(problem); };
+        registerScreens(context);
+        navigator.setMain(this);
+    }
+
+    // The dialogs outlive the list of problems.
+    ~EditorScreen() override {
+        dialogs().onProblem = [](const std::string&) {};
+    }
+
+    /// Opens the screen without waiting for it.
+    void open() { navigator.open(screen_); }
+    /// The window of the screen; the test fails without one.
+    [[nodiscard]] QWidget& window() const { return windowOf(screen_); }
+    [[nodiscard]] QWidget& windowOf(Screen screen) const {
+        QWidget* found = navigator.window(screen);
+        if (found == nullptr)
+            qFatal("the screen is not open");
+        return *found;
+    }
+    /// The control or menu entry of this object name.
+    template <typename Control>
+    Control& control(const char* name) const {
+        return controlOf<Control>(window(), name);
+    }
+    void click(const char* button) const { control<QPushButton>(button).click(); }
+    void type(const char* box, const char* text) const { control<QLineEdit>(box).setText(QString::fromUtf8(text)); }
+    [[nodiscard]] QString text(const char* box) const { return control<QLineEdit>(box).text(); }
+    [[nodiscard]] QString caption(const char* button) const { return control<QPushButton>(button).text(); }
+    [[nodiscard]] Grid& grid() const { return control<Grid>("iGrid1"); }
+
+    /// The rows of the grid, cells joined by "|".
+    [[nodiscard]] QStringList rows() const {
+        QStringList all;
+        for (int row = 0; row < grid().rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < grid().columnCount(); ++column) cells << toQt(grid().cell(row, column));
+            all << cells.join(QLatin1Char('|'));
+        }
+        return all;
+    }
+
+    /// A click of a mouse button on a row of the grid.
+    void clickRow(int row, Qt::MouseButton button = Qt::LeftButton) const {
+        const QPoint place = grid().visualRect(grid().model()->index(row, 0)).center();
+        QTest::mouseClick(grid().viewport(), button, Qt::NoModifier, place);
+        if (button == Qt::RightButton) {
+            QContextMenuEvent menu(QContextMenuEvent::Mouse, place, grid().viewport()->mapToGlobal(place));
+            QApplication::sendEvent(grid().viewport(), &menu);
+        }
+    }
+
+    /// What does not fit the table, one line for each control; empty when all fits.
+    [[nodiscard]] QStringList misfits(const std::vector<ControlState>& table) const {
+        QStringList found;
+        for (const ControlState& told : table) {
+            if (const QString difference = differenceFrom(told, window()); !difference.isEmpty())
+                found << difference;
+        }
+        return found;
+    }
+
+    QStringList problems;
+    Job job{installation, fake.surroundings};
+    Navigator navigator;
+    WindowEventLoop loop{fake.clock};
+    ScreenContext context{installation, fake.surroundings, kept, job, navigator, loop};
+    int mainShown = 0;
+
+private:
+    void reloadForm() override {}
+    void loadSettings() override {}
+    void upDateAllLabels() override {}
+    void showMain() override { ++mainShown; }
+    void showState() override {}
+
+    Screen screen_;
+};
+
+}  // namespace quillon::test
+
+/// Ends a screen test: all questions were asked as told, and no other one.
+#define VERIFY_DIALOGS(screen)                                                      \
+    do {                                                                            \
+        const bool allAsked = (screen)->dialogs().done();                           \
+        const QStringList problems = (screen)->problems;                            \
+        (screen).reset();                                                           \
+        QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n')))); \
+        QVERIFY(allAsked);                                                          \
+    } while (false)

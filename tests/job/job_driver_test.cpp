@@ -1,0 +1,400 @@
+// SPDX-License-Identifier: MIT
+#include "job/job_driver.h"
+
+#include "job/driver_fixture.h"
+#include "platform/folder_lock.h"
+#include "text/fields.h"
+
+namespace quillon::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+const char* const kEmptyTime = "00:00:00";
+
+TEST_F(DriverTest, ATestedJobGoesThroughItsStepsInOrder) {
+    sourceFile("a/file", "x");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const std::string none = kEmptyTime;
+    EXPECT_EQ(trace,
+              (Trace{
+                  "toolbar R--ZFMT ",
+                  "Starting Folder tests |R--ZFMT ",
+                  "Folder tests completed in (HH:MM:SS) : " + none + "|R--ZFMT Checking folders and access rights",
+                  "Start file count |-S----T Running primary list",
+                  "File count completed in (HH:MM:SS) : " + none + "|-S----T Running primary list",
+                  "Start file quality testing |-S----T Running primary list",
+                  "File testing completed in (HH:MM:SS) : " + none + "|-S----T Testing files",
+                  "toolbar R-VZFM- Testing files",
+              }));
+    EXPECT_EQ(finalRows().size(), 1U);
+    EXPECT_EQ(state.counters.folders, 1);
+    EXPECT_EQ(state.texts.size, "1 Bytes");
+}
+
+TEST_F(DriverTest, AJobWithoutTestingCopiesTheRawListAndDoesNotEnableView) {
+    sourceFile("file", "x");
+    state.options.checkFileQuality = false;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(folder.read("local/1234.csv"), folder.read("app/tFile.csv"));
+    EXPECT_EQ(splitFields(std::u16string_view(finalRows().at(0))).size(), 4U);
+    EXPECT_EQ(state.texts.quality, "0");
+    const std::string none = kEmptyTime;
+    EXPECT_EQ(trace,
+              (Trace{
+                  "toolbar R--ZFMT ",
+                  "Starting Folder tests |R--ZFMT ",
+                  "Folder tests completed in (HH:MM:SS) : " + none + "|R--ZFMT Checking folders and access rights",
+                  "Start file count |-S----T Running primary list",
+                  "File count completed in (HH:MM:SS) : " + none + "|-S----T Running primary list",
+                  "File list process complete|-S----T Running primary list",
+                  "toolbar R--ZFM- Running primary list",
+              }));
+}
+
+TEST_F(DriverTest, ACopyComesBehindTheListAndShowsItsOwnLine) {
+    const auto a = sourceFile("file", "x");
+    state.options.copy = true;
+    state.options.target = folder / "target";
+    bool shown = false;
+    fake.loop.onTurn = [&](int) {
+        if (state.texts.status == "Copying data ...")
+            shown = !state.controls.throughputVisible && state.controls.progress.visible &&
+                    state.controls.currentFileVisible;
+    };
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(shown);
+    EXPECT_TRUE(state.controls.throughputVisible);
+    EXPECT_FALSE(state.controls.progress.visible);
+    EXPECT_FALSE(state.controls.currentFileVisible);
+    EXPECT_EQ(folder.read("target" + a), "x");
+    ASSERT_GE(trace.size(), 3U);
+    EXPECT_EQ(trace[trace.size() - 3], "Started copying Files|-S----T Testing files");
+    EXPECT_EQ(trace[trace.size() - 2], "File copying completed in (HH:MM:SS) : 00:00:00|-S----T Ready >");
+}
+
+TEST_F(DriverTest, ElapsedTimesAreTheDifferenceOfTheRowsTimes) {
+    sourceFile("file", "x");
+    state.options.checkFileQuality = false;
+    fake.clock.time = {2026, 11, 15, 23, 59, 50, 0, 318};
+    fake.loop.onTurn = [this](int) { fake.clock.time = {2026, 11, 16, 0, 1, 0, 1, 319}; };
+    run();
+    EXPECT_EQ(logTexts().at(3), "File count completed in (HH:MM:SS) : 00:01:10");
+}
+
+TEST_F(DriverTest, WithoutASourceThePickerRunsAndItsChoiceIsUsed) {
+    sourceFile("file", "x");
+    state.options.source.reset();
+    onPickSource = [this] { state.options.source = folder / "source"; };
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(trace.at(0), "pick source");
+    EXPECT_EQ(finalRows().size(), 1U);
+}
+
+TEST_F(DriverTest, WhenThePickerIsCancelledTheJobGoesOnAndFindsNothing) {
+    sourceFile("file", "x");
+    state.options.source.reset();
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(finalRows().empty());
+    EXPECT_EQ(state.counters.files, 0);
+}
+
+TEST_F(DriverTest, CopyingWithoutATargetEndsTheJobWithTheFocusOnTheTarget) {
+    state.options.copy = true;
+    state.counters.good = 7;
+    fake.dialogs.expectBox("Error",
+                           "You have selected to copy the files to another location, but not selected a location.");
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(trace, Trace{"focus target"});
+    EXPECT_EQ(state.counters.good, 7) << "counters are reset behind this check";
+    EXPECT_FALSE(exists("app/tFile.csv"));
+}
+
+TEST_F(DriverTest, AnExistingListIsOverwrittenAfterYesAndItsBytesAreKept) {
+    sourceFile("file", "x");
+    folder.write("local/1234.csv", "old");
+    expectOverwrite(BoxAnswer::Yes);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(finalRows().size(), 1U);
+    EXPECT_EQ(folder.read("local/Kept/2026-11-15 10.20.30/1234.csv"), "old");
+}
+
+TEST_F(DriverTest, NoAtTheOverwriteQuestionEndsTheJobBehindTheRefresh) {
+    folder.write("local/1234.csv", "old");
+    state.options.useSkipList = true;
+    folder.write("local/Settings/SkipList.dat", "abc\r\n");
+    expectOverwrite(BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(folder.read("local/1234.csv"), "old");
+    EXPECT_FALSE(exists("app/tFile.csv"));
+    EXPECT_FALSE(job.skipList.empty()) << "the lists were loaded before";
+    EXPECT_TRUE(trace.empty());
+}
+
+TEST_F(DriverTest, AnOverwriteThatWasConfirmedIsNotAskedAgainAndLastsForOneJob) {
+    folder.write("local/1234.csv", "old");
+    state.options.overwriteConfirmed = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(state.options.overwriteConfirmed);
+    expectOverwrite(BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+}
+
+TEST_F(DriverTest, TheSameJobIdOfAListWithTheSeparatorIsAnOrdinaryList) {
+    state.options.jobId = "1234-Partition 1";
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(exists("local/1234-Partition 1.csv"));
+}
+
+TEST_F(DriverTest, WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList) {
+    installation.settings.useCommonHeaders = 0;
+    installation.settings.useSharedDb = 1;
+    installation.refreshPathVariables();
+    state.options.useSkipList = true;
+    state.options.useCommonHeaders = true;
+    folder.write("local/Settings/SkipList.dat", "file\r\n");
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Settings/CommonHeaders.dat", "shared");
+    sourceFile("file", "x");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(state.counters.skipped, 0);
+    EXPECT_EQ(state.counters.files, 1);
+    EXPECT_FALSE(exists("local/Database/abc.dat"));
+    EXPECT_NE(folder.read("local/Settings/CommonHeaders.dat"), "shared");
+}
+
+TEST_F(DriverTest, TheSkipListOfTheJobIsUsed) {
+    state.options.useSkipList = true;
+    folder.write("local/Settings/SkipList.dat", "skipme\r\n");
+    sourceFile("SkipMe.txt", "x");
+    sourceFile("kept.txt", "x");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(state.counters.skipped, 1);
+    EXPECT_EQ(finalRows().size(), 1U);
+}
+
+class SharedDriverTest : public DriverTest {
+protected:
+    SharedDriverTest() {
+        installation.settings.useSharedDb = 1;
+        installation.refreshPathVariables();
+    }
+};
+
+TEST_F(SharedDriverTest, TheLocalDatabaseFollowsTheSharedOne) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("local/Database/orphan.dat", "1,XX,T\r\n");
+    folder.write("share/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(folder.read("local/Database/abc.dat"), "1,MZ,T\r\n");
+    EXPECT_FALSE(exists("local/Database/orphan.dat"));
+    EXPECT_EQ(folder.read("local/Kept/2026-11-15 10.20.30/Database/orphan.dat"), "1,XX,T\r\n");
+    EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "0,PK,T,Zip\r\n");
+    EXPECT_EQ(logTexts().at(0), "Copying ext database from network drive");
+}
+
+TEST_F(SharedDriverTest, WithoutTestingTheDatabaseIsNotRefreshedButTheListsAre) {
+    state.options.checkFileQuality = false;
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(exists("local/Database/abc.dat"));
+    EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "0,PK,T,Zip\r\n");
+}
+
+TEST_F(SharedDriverTest, AnEmptySharedDatabaseAsksAndNoEndsTheJob) {
+    fake.dialogs.expectBox("No Database",
+                           "Unable to find shared database. Do you want to continue the check with the local copy?",
+                           BoxAnswer::No, std::nullopt, BoxButtons::YesNo);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(logTexts(), std::vector<std::string>{"Copying ext database from network drive"});
+}
+
+TEST_F(SharedDriverTest, WithoutAnyDatabaseTheThreeAnswersAreKept) {
+    const auto expectBoth = [this](BoxAnswer answer) {
+        fake.dialogs.expectBox("No Database",
+                               "Unable to find shared database. Do you want to continue the check with the local copy?",
+                               BoxAnswer::Yes);
+        fake.dialogs.expectBox("No Database",
+                               "Unable to find local database. Do you want to disable the file quality testing?",
+                               answer, std::nullopt, BoxButtons::YesNoCancel);
+    };
+    expectBoth(BoxAnswer::Cancel);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_TRUE(state.options.checkFileQuality);
+    expectBoth(BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(state.options.checkFileQuality);
+    fs::remove(folder / "local/1234.csv");
+    expectBoth(BoxAnswer::Yes);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(state.options.checkFileQuality);
+    EXPECT_EQ(logTexts().back(), "File list process complete");
+}
+
+TEST_F(SharedDriverTest, AMissingSkipListClearsAndDisablesItsBox) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    state.options.useSkipList = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(state.options.useSkipList);
+    EXPECT_FALSE(state.options.useSkipListEnabled);
+}
+
+TEST_F(DriverTest, AMissingCommonListClearsAndDisablesItsBox) {
+    fs::remove(folder / "local/Settings/CommonHeaders.dat");
+    state.options.useCommonHeaders = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(state.options.useCommonHeaders);
+    EXPECT_FALSE(state.options.useCommonHeadersEnabled);
+}
+
+TEST_F(DriverTest, TheErrorHandlerTellsTheStepAndTheJobGoesOn) {
+    folder.write("share/Settings/CommonHeaders.dat/inside", "a folder where the list should be");
+    std::string told;
+    fake.dialogs.onProblem = [&](const std::string& problem) { told += problem; };
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_NE(told.find("box \"Error\": The following error has occurred : "), std::string::npos) << told;
+    EXPECT_NE(told.find(" while attempting to load the shared skiplist and common headers .\r\n Please ensure you have "
+                        "the correct permissions on the drive under test and the database locations."),
+              std::string::npos)
+        << told;
+}
+
+TEST_F(DriverTest, TheCommonListIsLoadedWhenItsBoxIsTicked) {
+    folder.write("local/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n0,MZ,T,Program\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(job.commonList.records().empty());
+    state.options.useCommonHeaders = true;
+    state.options.overwriteConfirmed = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(job.commonList.records().size(), 2U);
+}
+
+TEST_F(DriverTest, StopDuringTheFolderTestsEndsTheWalkAtItsStart) {
+    sourceFile("a/file", "x");
+    fake.loop.onTurn = [this](int turn) {
+        if (turn == 1)
+            stopJob(job);
+    };
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_EQ(fs::file_size(folder / "app/tFile.csv"), 0U);
+    EXPECT_FALSE(exists("local/1234.csv"));
+    EXPECT_EQ(trace.back(), "toolbar R-VZFM- Running primary list");
+}
+
+TEST_F(DriverTest, StopDuringTheWalkLeavesAPartlyWrittenRawListAndNoFinalList) {
+    for (const char* name : {"a", "b", "c"}) sourceFile(name);
+    fake.loop.onTurn = [this](int turn) {
+        if (turn == 1)
+            stopJob(job);
+    };
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_EQ(rowsOf("app/tFile.csv").size(), 1U);
+    EXPECT_FALSE(exists("local/1234.csv"));
+    EXPECT_EQ(logTexts().back(), "Process stopped by user");
+    EXPECT_EQ(screen(), "R-VZFM- Running primary list");
+}
+
+TEST_F(DriverTest, StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns) {
+    for (const char* name : {"a", "b", "c"}) sourceFile(name, "x");
+    state.options.copy = true;
+    state.options.target = folder / "target";
+    fake.loop.onTurn = [this](int turn) {
+        if (turn == 4)  // the first row of the testing pass
+            stopJob(job);
+    };
+    fake.dialogs.expectBox("Delete partial file list?",
+                           "Process stopped, do you want to delete the current file list ?", BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_EQ(finalRows().size(), 3U);
+    EXPECT_EQ(state.counters.rowsRead, 3) << "the copy pass went through all rows";
+    EXPECT_EQ(state.counters.copyErrors, 3) << "and each copy was given up, as its own flag stays set";
+    EXPECT_NE(std::find(trace.begin(), trace.end(), "Started copying Files|-S----T Testing files"), trace.end());
+}
+
+TEST_F(DriverTest, ADeletedPartialListMakesTheCopyPassSayThatThereIsNone) {
+    sourceFile("a", "x");
+    state.options.copy = true;
+    state.options.target = folder / "target";
+    fake.loop.onTurn = [this](int turn) {
+        if (turn == 2)
+            stopJob(job);
+    };
+    fake.dialogs.expectBox("Delete partial file list?",
+                           "Process stopped, do you want to delete the current file list ?", BoxAnswer::Yes);
+    fake.dialogs.expectBox("Error copying files", "Unable to find file list..", BoxAnswer::Ok, BoxStyle::Critical);
+    EXPECT_EQ(run(), JobEnd::Stopped);
+}
+
+TEST_F(DriverTest, StopAsksAndOnlyYesStops) {
+    fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::No, std::nullopt,
+                           BoxButtons::YesNo);
+    askToStop(job);
+    EXPECT_FALSE(state.stopRequested);
+    fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
+    askToStop(job);
+    EXPECT_TRUE(state.stopRequested);
+    EXPECT_TRUE(state.copyCancelled);
+    EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
+}
+
+TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {
+    sourceFile("a", "x");
+    stopJob(job);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_FALSE(state.copyCancelled);
+}
+
+TEST_F(DriverTest, ARawListThatCannotBeMadeEndsTheJob) {
+    fs::create_directories(folder / "app/tFile.csv/inside");
+    expectDenied();
+    EXPECT_NE(run(), JobEnd::Complete);
+    EXPECT_FALSE(exists("local/1234.csv"));
+    EXPECT_EQ(screen(), "R-VZFM- Running primary list");
+    EXPECT_EQ(logTexts().back(), "Start file count ");
+}
+
+TEST_F(DriverTest, ASecondJobInTheSameApplicationFolderIsRefused) {
+    folder.write("app/tFile.csv", "of the first job");
+    auto first = FolderLock::take(folder / "app");
+    ASSERT_TRUE(first);
+    expectDenied();
+    EXPECT_NE(run(), JobEnd::Complete);
+    EXPECT_EQ(folder.read("app/tFile.csv"), "of the first job");
+}
+
+TEST_F(DriverTest, AnEndedJobLetsTheNextOneRun) {
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(FolderLock::take(folder / "app"));
+}
+
+TEST_F(DriverTest, AFinalListThatCannotBeMadeIsNoCompleteJobThoughAnOldListStands) {
+    folder.write("local/1234.csv", "old");
+    folder.write("local/Kept", "a file where the folder should be");
+    state.options.overwriteConfirmed = true;
+    fake.dialogs.expectBox(
+        "Quillon", "Unable to create output file. Please check access rights on folder " + (folder / "local").native());
+    EXPECT_EQ(run(), JobEnd::NoList);
+    EXPECT_EQ(folder.read("local/1234.csv"), "old");
+}
+
+TEST_F(DriverTest, AJobIdThatCannotBeAFileNameNeverLeadsOutOfTheFolder) {
+    state.options.jobId = "../evil";
+    fake.dialogs.expectBox(
+        "Quillon", "Unable to create output file. Please check access rights on folder " + (folder / "local").native());
+    EXPECT_EQ(run(), JobEnd::NoList);
+    EXPECT_FALSE(exists("evil.csv"));
+}
+
+TEST_F(DriverTest, TheTestingPassGivesTheBarTheNumberOfFiles) {
+    for (const char* name : {"a", "b", "c"}) sourceFile(name);
+    state.options.showProgress = true;
+    run();
+    EXPECT_EQ(state.controls.progress.maximum, 3);
+    EXPECT_EQ(state.controls.progress.value, 3);
+    EXPECT_FALSE(state.controls.progress.visible);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

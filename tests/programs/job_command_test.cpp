@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+#include "programs/job_command.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "app/installation.h"
+#include "platform/folder_lock.h"
+#include "platform/posix_files.h"
+#include "support/list_bytes.h"
+#include "support/temp_folder.h"
+#include "text/list_text.h"
+
+namespace quillon::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class JobCommandTest : public testing::Test {
+protected:
+    JobCommandTest() {
+        for (const char* name : {"app", "source", "target"}) fs::create_directory(folder / name);
+    }
+
+    // An installation as a set-up leaves it, with one term file.
+    void install() {
+        for (const char* name : {"local/Database", "local/Settings", "zips"}) fs::create_directories(folder / name);
+        Installation installation(folder / "app");
+        installation.settings.runHeaderTest = 1;
+        installation.settings.useSkipList = 1;
+        installation.settings.useCommonHeaders = 1;
+        installation.settings.localPath.assign(pageFromPath(folder / "local"));
+        installation.settings.zipPath.assign(pageFromPath(folder / "zips"));
+        ASSERT_TRUE(installation.saveSettingsRecord());
+        folder.write("local/Database/abc.dat", "1,MZ,T\r\n");
+        folder.write("local/Settings/CommonHeaders.dat", "0,never to be seen,T,x\r\n");
+    }
+
+    int command(std::vector<std::string> arguments) {
+        out.str("");
+        err.str("");
+        in.clear();
+        return runJobCommand(arguments, {in, out, err, canAsk, false, interrupts});
+    }
+    int job(const std::vector<std::string>& more = {}) {
+        std::vector<std::string> arguments = {
+            "--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return command(arguments);
+    }
+    [[nodiscard]] bool told(const std::string& text) const { return err.str().find(text) != std::string::npos; }
+
+    TempFolder folder;
+    std::istringstream in;
+    std::ostringstream out;
+    std::ostringstream err;
+    bool canAsk = false;
+    std::function<int()> interrupts = [] { return 0; };
+};
+
+// --- usage ---
+
+TEST_F(JobCommandTest, WrongUsageIsStatus2AndALineThatSaysHow) {
+    const std::string source = (folder / "source").native();
+    const std::vector<std::vector<std::string>> wrong = {
+        {},
+        {"--job", "1"},
+        {"--source", source},
+        {"--job", "1", "--source", source, "--nonsense"},
+        {"--job", "", "--source", source},
+        {"--job", "a/b", "--source", source},
+        {"--job", " 1", "--source", source},
+        {"--job", std::string(252, 'x'), "--source", source},
+        {"--job", "1", "--source", (folder / "missing").native()},
+        {"--job", "1", "--source", ""},
+        {"--job", "1", "--source", source, "--app", (folder / "missing").native()},
+        {"--job", "1", "--source", source, "stray"}};
+    for (const auto& arguments : wrong) {
+        EXPECT_EQ(command(arguments), 2);
+        EXPECT_TRUE(told("usage: quillon-job --job ID --source DIR")) << err.str();
+        EXPECT_EQ(err.str().find('\n'), err.str().size() - 1) << err.str();
+        EXPECT_EQ(out.str(), "");
+    }
+}
+
+TEST_F(JobCommandTest, HelpAndVersionGoToStandardOutput) {
+    EXPECT_EQ(command({"--help"}), 0);
+    for (const char* option : {"--job", "--source", "--target", "--no-test", "--no-skip-list", "--no-common-headers",
+                               "--alert", "--app", "--json", "--yes", "--quiet"})
+        EXPECT_NE(out.str().find(option), std::string::npos) << option;
+    EXPECT_EQ(command({"--version"}), 0);
+    EXPECT_EQ(out.str().substr(0, 12), "quillon-job ");
+}
+
+// --- the installation ---
+
+TEST_F(JobCommandTest, AFirstRunWithoutADatabaseEndsWithoutAList) {
+    EXPECT_EQ(job(), 1);
+    EXPECT_TRUE(told("quillon-job: cannot set up " + (folder / "app").native()));
+    EXPECT_FALSE(fs::exists(folder / "app/settings.dat")) << "the next start is a first run again";
+}
+
+TEST_F(JobCommandTest, AnEmptySettingsFileIsTold) {
+    folder.write("app/settings.dat", "");
+    EXPECT_EQ(job(), 1);
+    EXPECT_TRUE(told("is empty: set the installation up first"));
+}
+
+// --- results ---
+
+TEST_F(JobCommandTest, ACompleteJobPrintsReportAndPathAndIsStatus0) {
+    install();
+    folder.write("source/good.abc", "MZ" + std::string(600, '.'));
+    folder.write("source/bad.abc", std::string(600, '.'));
+    EXPECT_EQ(job(), 0) << err.str();
+    const std::string report = out.str();
+    EXPECT_EQ(report.substr(0, 38), "File list complete for job ID : 1234 o");
+    EXPECT_NE(
+        report.find("Total Files : 2 (Quality : 50.00%)\nGood Files : 1\n\nPlease note the following messages\n"
+                    "----------------------------------\nCorrupt Files : 1\n----------------------------------\n" +
+                    (folder / "local/1234.csv").native() + "\n"),
+        std::string::npos)
+        << report;
+    for (const char* row : {"Starting Folder tests ", "Folder tests completed in (HH:MM:SS) : ", "Start file count ",
+                            "File count completed in (HH:MM:SS) : ", "Start file quality testing ",
+                            "File testing completed in (HH:MM:SS) : "})
+        EXPECT_TRUE(told(row)) << row;
+}
+
+TEST_F(JobCommandTest, QuietPrintsNoLogRows) {
+    install();
+    EXPECT_EQ(job({"--quiet"}), 0);
+    EXPECT_EQ(err.str(), "");
+    EXPECT_NE(out.str(), "");
+}
+
+TEST_F(JobCommandTest, JsonHasEveryCounterTheListTheTimesAndTheLog) {
+    install();
+    folder.write("source/good.abc", "MZ" + std::string(600, '.'));
+    folder.write("source/empty.abc", "");
+    folder.write("source/none", std::string(600, '.'));
+    EXPECT_EQ(job({"--json"}), 0);
+    const auto result = nlohmann::json::parse(out.str());
+    EXPECT_EQ(result["job"], "1234");
+    EXPECT_EQ(result["end"], "complete");
+    EXPECT_EQ(result["list"], (folder / "local/1234.csv").native());
+    EXPECT_EQ(result["quality"], "100.00%");
+    EXPECT_EQ(result["size"], "1.2 Kb");
+    const auto& counters = result["counters"];
+    const std::map<std::string, int> expected = {
+        {"folders", 0},  {"folder_errors", 0}, {"folders_not_read", 0}, {"files", 3},       {"total_bytes", 1202},
+        {"skipped", 0},  {"rows_read", 3},     {"tested", 1},           {"good", 1},        {"corrupt", 0},
+        {"unknown", 0},  {"common", 0},        {"no_extension", 1},     {"small", 0},       {"zero_bytes", 1},
+        {"bad_name", 0}, {"access_errors", 0}, {"encrypted", 0},        {"copy_errors", 0}, {"lost_rows", 0}};
+    EXPECT_EQ(counters.size(), expected.size());
+    for (const auto& [name, value] : expected) EXPECT_EQ(counters.at(name), value) << name;
+    for (const char* phase : {"folder_tests", "file_count", "testing", "copying"})
+        EXPECT_TRUE(result["seconds"].at(phase).is_number()) << phase;
+    ASSERT_EQ(result["log"].size(), 6U);
+    EXPECT_EQ(result["log"][0]["event"], "Starting Folder tests ");
+}
+
+TEST_F(JobCommandTest, TheRowsAreTheRegularFilesOfTheTreeUnderTheirTrueNames) {
+    install();
+    std::vector<std::string> expected;
+    for (const char* name : {"a,b", "gr>eater", "new\nline", "cr\r", "back\\slash", "\xFF\xC3", " lead", "-dash",
+                             "d/e/f", "\xC3\xA4.abc", "tab\t.abc"})
+        expected.push_back(folder.write(std::string("source/") + name, "x").native());
+    fs::create_symlink("a,b", folder / "source/link");
+    makeFifo(folder / "source/fifo.abc");
+    EXPECT_EQ(job({"--no-test"}), 0);
+    const std::u16string text = utf16Text(folder.read("local/1234.csv"));
+    std::vector<std::string> listed;
+    for (std::size_t start = 0, end = 0; (end = text.find(u"\r\n", start)) != text.npos; start = end + 2)
+        listed.push_back(toNative(std::u16string_view(text).substr(start, text.find(u',', start) - start)));
+    std::sort(expected.begin(), expected.end());
+    std::sort(listed.begin(), listed.end());
+    EXPECT_EQ(listed, expected);
+}
+
+TEST_F(JobCommandTest, OptionsSwitchTestingSkipListAndCommonHeadersOff) {
+    install();
+    folder.write("local/Settings/SkipList.dat", "skipme\r\n");
+    folder.write("local/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n");
+    folder.write("source/skipme.txt", "x");
+    folder.write("source/a.zzz", "PK" + std::string(600, '.'));
+    const auto counter = [this](const std::vector<std::string>& more, const char* name) {
+        std::vector<std::string> arguments = {"--json", "--yes"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        EXPECT_EQ(job(arguments), 0);
+        return nlohmann::json::parse(out.str())["counters"].at(name).get<int>();
+    };
+    EXPECT_EQ(counter({}, "skipped"), 1);
+    EXPECT_EQ(counter({"--no-skip-list"}, "files"), 2);
+    EXPECT_EQ(counter({}, "common"), 1);
+    EXPECT_EQ(counter({"--no-common-headers"}, "unknown"), 1);
+    EXPECT_EQ(counter({"--no-test"}, "rows_read"), 0);
+}
+
+TEST_F(JobCommandTest, FilesAreCopiedAndAFailedCopyIsStatus3) {
+    install();
+    const auto a = folder.write("source/a.abc", "MZ" + std::string(600, '.'));
+    EXPECT_EQ(job({"--target", (folder / "target").native()}), 0) << err.str();
+    EXPECT_EQ(folder.read("target" + a.native()), "MZ" + std::string(600, '.'));
+    EXPECT_EQ(job({"--yes", "--target", "/"}), 3) << "a target that leads files onto themselves";
+    EXPECT_TRUE(told("Error copying : " + a.native()));
+    EXPECT_TRUE(told("target: "));
+    EXPECT_TRUE(told("quillon-job: 1 files could not be copied"));
+    EXPECT_NE(out.str().find("1 : 1 files were unable to be copied.\n"), std::string::npos);
+}
+
+TEST_F(JobCommandTest, AResultThatCannotBePrintedIsStatus3) {
+    install();
+    std::ofstream full("/dev/full");
+    ASSERT_TRUE(full);
+    const int status =
+        runJobCommand({"--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()},
+                      {in, full, err});
+    EXPECT_EQ(status, 3);
+    EXPECT_TRUE(told("quillon-job: the result could not be written to standard output"));
+}
+
+// --- questions ---
+
+TEST_F(JobCommandTest, WithoutATerminalTheCautiousAnswerEndsTheJobWithAReason) {
+    install();
+    folder.write("local/1234.csv", "old");
+    EXPECT_EQ(job(), 1);
+    EXPECT_EQ(folder.read("local/1234.csv"), "old");
+    EXPECT_TRUE(told("Overwrite file: You are about to overwrite the existing file (" +
+                     (folder / "local/1234.csv").native() + "), are you sure you want to do this\n"));
+    EXPECT_TRUE(told("quillon-job: the job ended without a list; give --yes to answer Yes to: You are about to"));
+    EXPECT_EQ(out.str(), "");
+}
+
+TEST_F(JobCommandTest, YesAnswersYes) {
+    install();
+    folder.write("local/1234.csv", "old");
+    EXPECT_EQ(job({"--yes"}), 0);
+    EXPECT_NE(folder.read("local/1234.csv"), "old");
+}
+
+TEST_F(JobCommandTest, OnATerminalAPersonIsAskedUntilTheAnswerIsOne) {
+    install();
+    canAsk = true;
+    folder.write("local/1234.csv", "old");
+    in.str("what\n\nn\n");
+    EXPECT_EQ(job(), 1);
+    EXPECT_TRUE(told("please type one of the letters"));
+    EXPECT_EQ(folder.read("local/1234.csv"), "old");
+    in.str("Yes\n");
+    EXPECT_EQ(job(), 0);
+    folder.write("local/1234.csv", "old");
+    in.str("");
+    EXPECT_EQ(job(), 1) << "the end of the input is the cautious answer";
+}
+
+// --- Ctrl-C ---
+
+TEST_F(JobCommandTest, CtrlCDuringTheWalkIsStatus130AndLeavesNoList) {
+    install();
+    for (const char* name : {"a", "b", "c"}) folder.write(std::string("source/") + name, "x");
+    interrupts = [] { return 1; };
+    EXPECT_EQ(job({"--json"}), 130);
+    EXPECT_TRUE(told("Process stopped by user"));
+    EXPECT_TRUE(told("quillon-job: stopped"));
+    EXPECT_FALSE(fs::exists(folder / "local/1234.csv"));
+    const auto result = nlohmann::json::parse(out.str());
+    EXPECT_EQ(result["end"], "stopped");
+    EXPECT_TRUE(result["list"].is_null());
+}
+
+TEST_F(JobCommandTest, CtrlCDuringTestingIsStatus130AndTheListIsKeptWithoutAnAnswer) {
+    install();
+    for (const char* name : {"a", "b", "c"}) folder.write(std::string("source/") + name, "x");
+    interrupts = [calls = 0]() mutable { return ++calls > 3 ? 1 : 0; };
+    EXPECT_EQ(job(), 130);
+    EXPECT_TRUE(told("Delete partial file list?: Process stopped, do you want to delete the current file list ?"));
+    EXPECT_TRUE(fs::exists(folder / "local/1234.csv"));
+}
+
+// --- faults ---
+
+TEST_F(JobCommandTest, ASecondJobInTheSameFolderIsRefusedWithStatus1) {
+    install();
+    auto first = FolderLock::take(folder / "app");
+    ASSERT_TRUE(first);
+    EXPECT_EQ(job(), 1);
+    EXPECT_TRUE(told("Permission Denied: Unable to create the file " + (folder / "app/tFile.csv").native() +
+                     " it may be open in another application\n"));
+}
+
+TEST_F(JobCommandTest, AFolderThatCannotBeReadIsStatus3) {
+    install();
+    folder.write("source/closed/file.abc", "x");
+    fs::permissions(folder / "source/closed", fs::perms::none);
+    for (const char* name : {"app", "local", "local/Settings", "local/Database", "zips", "source"})
+        fs::permissions(folder / name, fs::perms::all);
+    EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
+        return job() == 3 && told("Folder access error : " + (folder / "source/closed").native()) &&
+               told("quillon-job: 1 folders could not be read to their end") &&
+               out.str().find("Folder Errors: 1\n") != std::string::npos;
+    }));
+}
+
+TEST_F(JobCommandTest, AnUnreadableFileIsAnAccessErrorAndNoLoss) {
+    install();
+    const auto file = folder.write("source/file.abc", std::string(600, 'x'));
+    fs::permissions(file, fs::perms::none);
+    for (const char* name : {"app", "local", "local/Settings", "local/Database", "zips", "source"})
+        fs::permissions(folder / name, fs::perms::all);
+    EXPECT_TRUE(asOrdinaryUser(folder.path(), [this, &file] {
+        return job() == 0 && told("Access Error : " + file.native()) &&
+               out.str().find("Access Errors : 1\n") != std::string::npos;
+    }));
+}
+
+}  // namespace
+
+}  // namespace quillon::test

@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+// quillon-job whose system calls fail, and which is killed, in the middle of a job: it ends, says what was lost, never
+// writes below the source, and leaves no cut file under a final name. The calls are made to fail by strace; without it
+// this program says so and counts as skipped.
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <regex>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "app/folder_structure.h"
+#include "platform/folders.h"
+#include "platform/posix_files.h"
+#include "platform/whole_file.h"
+#include "support/list_bytes.h"
+#include "support/strace.h"
+#include "support/temp_folder.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+
+namespace quillon {
+namespace {
+
+using test::kKilledStatus;
+using test::runShell;
+using test::TempFolder;
+using test::traced;
+
+std::string program;  // quillon-job, quoted, from the command line
+
+class JobFaults : public testing::Test {
+protected:
+    // An installation that tests headers, and a source of six files in three folders.
+    JobFaults() {
+        Installation installation(temp / "app");
+        installation.settings.localPath.assign(pageFromPath(temp / "data"));
+        installation.settings.zipPath.assign(pageFromPath(temp / "zip"));
+        installation.settings.runHeaderTest = 1;
+        std::filesystem::create_directory(temp / "app");
+        installation.refreshPathVariables();
+        EXPECT_TRUE(installation.saveSettingsRecord());
+        EXPECT_TRUE(checkFolderStructure(installation));
+        temp.write("data/Database/jpg.dat", "1,FFD8FF,H\r\n");
+        for (const char* name : {"a.jpg", "b.jpg", "one/c.jpg", "one/d, e.jpg", "two/f.jpg", "two/g.jpg"})
+            files_[name] = jpeg(name);
+        for (const auto& [name, bytes] : files_) {
+            const auto path = temp.write("source/" + name, bytes);
+            test::setTimes(path, 1000000000, 1100000000);
+        }
+    }
+
+    static std::string jpeg(const std::string& name) {
+        std::string bytes = "\xFF\xD8\xFF\xE0" + name;
+        bytes.resize(20000, name.front());
+        return bytes;
+    }
+
+    [[nodiscard]] std::string path(const std::string& name) const { return "'" + (temp / name).native() + "'"; }
+    [[nodiscard]] std::string job(const std::string& more = "") const {
+        return program + " --app " + path("app") + " --job 7 --yes --source " + path("source") + " " + more + " >" +
+               path("out") + " 2>" + path("err");
+    }
+    [[nodiscard]] std::string copyingJob() const { return job("--target " + path("target")); }
+
+    // Path and report text of every row of the final list.
+    [[nodiscard]] std::map<std::string, std::string> grades() const {
+        std::map<std::string, std::string> rows;
+        const std::u16string text = test::utf16Text(temp.read("data/7.csv"));
+        std::size_t at = 0;
+        for (auto end = text.find(u'\n'); end != text.npos; at = end + 1, end = text.find(u'\n', at)) {
+            const auto fields = splitFields(std::u16string_view(text).substr(at, end - 1 - at));
+            EXPECT_EQ(fields.size(), 5U);
+            if (fields.size() == 5)
+                rows[toNative(fields[0])] = readable(fields[4]);
+        }
+        return rows;
+    }
+    [[nodiscard]] std::string said() const { return temp.read("err"); }
+
+    // Copies that stand under a final name, each checked against its source.
+    [[nodiscard]] std::size_t wholeCopies() const {
+        std::size_t found = 0;
+        const NativePath root = (temp / "target").native() + (temp / "source").native();
+        for (const auto& [name, bytes] : files_) {
+            const auto copy = readWholeFile(root / name);
+            if (!copy)
+                continue;
+            EXPECT_EQ(*copy, bytes) << name << " is cut";
+            ++found;
+        }
+        return found;
+    }
+
+    TempFolder temp;
+    std::map<std::string, std::string> files_;
+};
+
+TEST_F(JobFaults, AnUndisturbedJobGradesAndCopiesEverything) {
+    std::filesystem::create_directory(temp / "target");
+    EXPECT_EQ(runShell(copyingJob()), 0) << said();
+    EXPECT_EQ(grades().size(), 6U);
+    for (const auto& [file, grade] : grades()) EXPECT_EQ(grade, "Header OK") << file;
+    EXPECT_EQ(wholeCopies(), 6U);
+}
+
+TEST_F(JobFaults, NothingBelowTheSourceIsEverOpenedForWriting) {
+    std::filesystem::create_directory(temp / "target");
+    const bool timesMove = test::volumeKeepsAccessTimes(temp.path());
+    EXPECT_EQ(runShell("exec strace -f -qq -y -o " + path("trace") + " -e trace=%file,%desc " + copyingJob()), 0)
+        << said();
+    const std::string source = (temp / "source").native();
+    const std::regex changing(
+        "(^|\\s)(p?write\\w*|f?truncate|rename\\w*|unlink\\w*|link\\w*|symlink\\w*|mkdir\\w*|mknod\\w*|f?chmod\\w*|"
+        "[lf]?chown\\w*|utim\\w*|futimes\\w*|\\w*setxattr|\\w*removexattr)$");
+    const std::regex forWriting("O_WRONLY|O_RDWR|O_CREAT|O_TRUNC");
+    int opened = 0;
+    std::ifstream trace(temp / "trace");
+    for (std::string line; std::getline(trace, line);) {
+        // The source stands in the argument of the call itself, and not behind the path of the target.
+        const auto at = line.find(source);
+        if (at == line.npos || (at > 0 && line[at - 1] != '"' && line[at - 1] != '<'))
+            continue;
+        const auto call = line.substr(0, line.find('('));
+        EXPECT_FALSE(std::regex_search(call, changing)) << line;
+        EXPECT_FALSE(std::regex_search(line, forWriting)) << line;
+        opened += call.find("open") != call.npos ? 1 : 0;
+    }
+    EXPECT_GE(opened, 6) << "the trace shows the source at all";
+    if (timesMove) {
+        for (const auto& [name, bytes] : files_)
+            EXPECT_EQ(test::statOf(temp / ("source/" + name)).st_atim.tv_sec, 1000000000);
+    }
+}
+
+TEST_F(JobFaults, AReadErrorGradesThatFileByABlankHeaderAndNoOtherOne) {
+    EXPECT_EQ(runShell(traced("-P " + path("source/one/c.jpg") + " -e inject=read,pread64:error=EIO", job())), 0)
+        << said();
+    for (const auto& [file, grade] : grades())
+        EXPECT_EQ(grade, file == temp / "source/one/c.jpg" ? "Header Corrupt" : "Header OK") << file;
+    EXPECT_EQ(grades().size(), 6U);
+}
+
+TEST_F(JobFaults, AFolderThatCannotBeListedIsToldAndTheRestIsListed) {
+    EXPECT_EQ(runShell(traced("-P " + path("source/one") + " -e inject=getdents64:error=EIO", job())), 3);
+    EXPECT_NE(said().find("folders could not be read to their end"), std::string::npos) << said();
+    EXPECT_EQ(grades().size(), 4U);
+}
+
+TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
+    EXPECT_EQ(runShell(traced("-P " + path("app/tFile.csv") + " -e inject=write:error=ENOSPC:when=2", job())), 3);
+    EXPECT_NE(said().find("rows of a list could not be written"), std::string::npos) << said();
+    EXPECT_EQ(grades().size(), 5U);
+    EXPECT_EQ(runShell(traced("-P " + path("data/7.csv") + " -e inject=write:error=EIO:when=3", job())), 3);
+    EXPECT_EQ(grades().size(), 5U);
+}
+
+TEST_F(JobFaults, CopiesThatFailAreCountedAndLeaveNoCutFile) {
+    for (const char* fault :
+         {"copy_file_range:error=EIO:when=2+ -e inject=write:error=ENOSPC:when=9", "renameat:error=EIO:when=2"}) {
+        std::filesystem::remove_all(temp / "target");
+        std::filesystem::create_directory(temp / "target");
+        const int status = runShell(traced(std::string("-e inject=") + fault, copyingJob()));
+        EXPECT_TRUE(status == 0 || status == 3) << fault << ": " << status << said();
+        EXPECT_EQ(wholeCopies() == 6U, status == 0) << fault;
+    }
+    EXPECT_NE(said().find("files could not be copied"), std::string::npos) << said();
+    EXPECT_NE(said().find("target: "), std::string::npos) << "the log names the side that failed";
+}
+
+// Calls `check` behind a kill at every call of these kinds, at most twelve of each.
+void killAtEach(const std::string& calls, const std::string& command, const std::string& log,
+                const std::function<void()>& prepare, const std::function<void(const std::string&)>& check) {
+    prepare();
+    for (const auto& [call, count] : test::countCalls(calls, command, log)) {
+        const int step = count / 12 + 1;
+        for (int i = 1; i <= count; i += step) {
+            const std::string fault = "-e inject=" + call + ":signal=KILL:when=" + std::to_string(i);
+            prepare();
+            EXPECT_EQ(runShell(traced(fault, command)), kKilledStatus) << fault;
+            check(fault);
+        }
+    }
+}
+
+TEST_F(JobFaults, AKilledCopyLeavesNoCutFileUnderAFinalName) {
+    const auto prepare = [this] {
+        std::filesystem::remove_all(temp / "target");
+        std::filesystem::create_directory(temp / "target");
+    };
+    killAtEach("copy_file_range,write,renameat,rename,fchmod,utimensat,ftruncate,mkdirat", copyingJob(),
+               (temp / "log").native(), prepare, [this](const std::string&) { static_cast<void>(wholeCopies()); });
+}
+
+// The list of an earlier job stands in its place or under Kept, at whatever moment the next one dies.
+TEST_F(JobFaults, AKilledJobNeverLosesTheListOfAnEarlierOne) {
+    const auto prepare = [this] {
+        std::filesystem::remove_all(temp / "data/Kept");
+        temp.write("data/7.csv", "the list of an earlier job");
+    };
+    const auto check = [this](const std::string& fault) {
+        bool found = readWholeFile(temp / "data/7.csv").value_or("") == "the list of an earlier job";
+        std::error_code error;
+        for (const auto& moment : std::filesystem::directory_iterator(temp / "data/Kept", error))
+            found = found || readWholeFile(moment.path() / "7.csv").value_or("") == "the list of an earlier job";
+        EXPECT_TRUE(found) << fault;
+    };
+    killAtEach("write,rename,renameat,fsync,unlink,unlinkat,ftruncate,mkdir,mkdirat", job(), (temp / "log").native(),
+               prepare, check);
+}
+
+}  // namespace
+}  // namespace quillon
+
+int main(int count, char* arguments[]) {
+    testing::InitGoogleTest(&count, arguments);
+    if (count != 2) {
+        std::cerr << "Usage: " << arguments[0] << " QUILLON-JOB\n";
+        return 2;
+    }
+    quillon::program = "'" + std::string(arguments[1]) + "'";
+    constexpr int skipped = 77;
+    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
+}

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+// The program quillon-job itself, as a process: first run, exit statuses, Ctrl-C. QUILLON_JOB is its path.
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "app/installation.h"
+#include "support/temp_folder.h"
+
+namespace quillon::test {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class JobProcess : public testing::Test {
+protected:
+    JobProcess() {
+        fs::create_directory(folder / "app");
+        fs::create_directory(folder / "source");
+    }
+
+    // A small installation: unpacking the whole starter database takes its time.
+    void install() {
+        for (const char* name : {"local/Database", "local/Settings", "zips"}) fs::create_directories(folder / name);
+        Installation installation(folder / "app");
+        installation.settings.runHeaderTest = 1;
+        installation.settings.localPath.assign(pageFromPath(folder / "local"));
+        installation.settings.zipPath.assign(pageFromPath(folder / "zips"));
+        ASSERT_TRUE(installation.saveSettingsRecord());
+    }
+
+    // Starts a job whose standard error comes through a pipe, and whose standard output goes to `output`.
+    void start(const std::vector<std::string>& more = {}) {
+        std::vector<std::string> words = {
+            QUILLON_JOB, "--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()};
+        words.insert(words.end(), more.begin(), more.end());
+        std::array<int, 2> ends{};
+        ASSERT_EQ(::pipe(ends.data()), 0);
+        child = ::fork();
+        if (child == 0) {
+            std::vector<char*> arguments;
+            for (auto& word : words) arguments.push_back(word.data());
+            arguments.push_back(nullptr);
+            ::dup2(::open("/dev/null", O_RDONLY), 0);
+            ::dup2(::open((folder / "output").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
+            ::dup2(ends[1], 2);
+            ::close(ends[0]);
+            ::close(ends[1]);
+            ::execv(QUILLON_JOB, arguments.data());
+            ::_exit(99);
+        }
+        ::close(ends[1]);
+        pipe = ends[0];
+    }
+
+    // Reads standard error until it holds `text`, or to its end.
+    bool readUntil(const std::string& text) {
+        std::array<char, 4096> buffer;
+        while (said.find(text) == std::string::npos) {
+            const auto count = ::read(pipe, buffer.data(), buffer.size());
+            if (count <= 0)
+                return false;
+            said.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        return true;
+    }
+
+    int finish() {
+        readUntil("\x01 nothing ever says this");
+        ::close(pipe);
+        int status = 0;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+    int run(const std::vector<std::string>& more = {}) {
+        said.clear();
+        start(more);
+        return finish();
+    }
+
+    void manyFiles() {
+        for (int i = 0; i < 6000; ++i) {
+            const auto name = (folder / ("source/file" + std::to_string(i) + ".jpg")).native();
+            ::close(::open(name.c_str(), O_WRONLY | O_CREAT, 0644));
+        }
+    }
+
+    TempFolder folder;
+    std::string said;
+    pid_t child = 0;
+    int pipe = -1;
+};
+
+TEST_F(JobProcess, AFirstRunSetsUpTheDefaultInstallationAndGrades) {
+    fs::copy_file(fs::path(QUILLON_JOB).parent_path() / "db.zip", folder / "app/db.zip");
+    folder.write("source/picture.png", "\x89PNG\r\n\x1A\n" + std::string(600, '.'));
+    folder.write("source/broken.png", std::string(600, '.'));
+    EXPECT_EQ(run(), 0) << said;
+    EXPECT_NE(said.find("First run: set up " + (folder / "app/Data").native() + " with the default database\n"),
+              std::string::npos)
+        << said;
+    EXPECT_TRUE(fs::exists(folder / "app/settings.dat"));
+    EXPECT_TRUE(fs::exists(folder / "app/Data/Database/png.dat"));
+    EXPECT_TRUE(fs::is_directory(folder / "app/Data/Archives"));
+    const std::string report = folder.read("output");
+    EXPECT_NE(report.find("Total Files : 2 (Quality : 50.00%)\nGood Files : 1\n"), std::string::npos) << report;
+    EXPECT_NE(report.find("\n" + (folder / "app/Data/1234.csv").native() + "\n"), std::string::npos) << report;
+    EXPECT_EQ(run({"--yes"}), 0);
+    EXPECT_EQ(said.find("First run"), std::string::npos);
+}
+
+TEST_F(JobProcess, StatusesAreThoseOfTheCommand) {
+    install();
+    EXPECT_EQ(run({"--nonsense"}), 2);
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(run(), 1) << "the list exists and nobody can be asked";
+}
+
+TEST_F(JobProcess, CtrlCStopsTheJobWithStatus130) {
+    install();
+    manyFiles();
+    start();
+    ASSERT_TRUE(readUntil("Start file count ")) << said;
+    ::kill(child, SIGINT);
+    EXPECT_EQ(finish(), 130) << said;
+    EXPECT_NE(said.find("Process stopped by user"), std::string::npos) << said;
+    EXPECT_NE(said.find("quillon-job: stopped"), std::string::npos) << said;
+}
+
+TEST_F(JobProcess, CtrlCInTheTestingPassEndsBehindTheLastRow) {
+    install();
+    manyFiles();
+    start();
+    ASSERT_TRUE(readUntil("Start file quality testing ")) << said;
+    ::kill(child, SIGINT);
+    EXPECT_EQ(finish(), 130) << said;
+    EXPECT_NE(said.find("Delete partial file list?: Process stopped, do you want to delete the current file list ?"),
+              std::string::npos)
+        << said;
+    EXPECT_EQ(fs::file_size(folder / "local/1234.csv") > fs::file_size(folder / "app/tFile.csv"), true);
+}
+
+TEST_F(JobProcess, AKilledJobLeavesWholeRowsAndTheNextOneRuns) {
+    install();
+    manyFiles();
+    start();
+    ASSERT_TRUE(readUntil("Start file count ")) << said;
+    ::kill(child, SIGKILL);
+    EXPECT_EQ(finish(), -SIGKILL);
+    EXPECT_EQ(run({"--yes"}), 0) << said << "\nthe lock of a dead job holds nobody up";
+    EXPECT_NE(folder.read("output").find("Total Files : 6,000 "), std::string::npos);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

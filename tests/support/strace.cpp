@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "support/strace.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include <sys/wait.h>
+
+#include <gtest/gtest.h>
+
+namespace quillon::test {
+
+int runShell(const std::string& command) {
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+bool canTrace() {
+#ifdef __SANITIZE_ADDRESS__
+    std::cout << "Skipped: a sanitizer makes system calls of its own, which cannot be told from the program's\n";
+    return false;
+#endif
+    if (runShell("strace -qq -o /dev/null -e inject=getcwd:error=EIO true >/dev/null 2>&1") == 0)
+        return true;
+    std::cout << "Skipped: strace is missing or may not trace here\n";
+    return false;
+}
+
+std::string changingCalls() {
+    return "write,pwrite64,writev,fsync,fdatasync,rename,renameat,renameat2,ftruncate,chmod,fchmod,fchmodat,unlink,"
+           "unlinkat,utimensat,copy_file_range,sendfile,mkdir,mkdirat";
+}
+
+std::string traced(const std::string& options, const std::string& program) {
+    return "exec strace -qq -o /dev/null " + options + " " + program;
+}
+
+std::map<std::string, int> countCalls(const std::string& calls, const std::string& program, const std::string& log) {
+    EXPECT_EQ(runShell("exec strace -qq -o '" + log + "' -e signal=none -e trace=" + calls + " " + program), 0);
+    std::map<std::string, int> counts;
+    std::ifstream stream(log);
+    for (std::string line; std::getline(stream, line);) ++counts[line.substr(0, line.find('('))];
+    std::remove(log.c_str());
+    return counts;
+}
+
+}  // namespace quillon::test

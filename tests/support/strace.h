@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Runs programs under strace, which makes single system calls fail or kills the program at them.
+
+#include <map>
+#include <string>
+
+namespace quillon::test {
+
+/// The status of a program that was killed, as `runShell` tells it.
+inline constexpr int kKilledStatus = 128 + 9;
+
+/// What a shell would say: the exit status, or 128 and the signal.
+[[nodiscard]] int runShell(const std::string& command);
+
+/// False, with the reason on standard output, where no program can be traced: no strace, no permission, or a sanitizer
+/// in the build, whose own system calls cannot be told from the program's.
+[[nodiscard]] bool canTrace();
+
+/// Every call that changes a file system, as far as the programs may use it, with commas between.
+[[nodiscard]] std::string changingCalls();
+
+/// The shell command that runs `program` (quoted, with its arguments) under strace with these options.
+[[nodiscard]] std::string traced(const std::string& options, const std::string& program);
+
+/// How often an undisturbed run of `program`, which must end with status 0, makes each of these calls. `log` is the
+/// path of a file to use and remove.
+[[nodiscard]] std::map<std::string, int> countCalls(const std::string& calls, const std::string& program,
+                                                    const std::string& log);
+
+}  // namespace quillon::test

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "ui/navigator.h"
+
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "support/fake_surroundings.h"
+#include "support/temp_folder.h"
+#include "ui/window_event_loop.h"
+
+using namespace quillon;
+
+class NavigatorTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aScreenThatNobodyMadeOpensNothing();
+    void anOpenScreenIsShownAgainAsItIs();
+    void aModalScreenIsWaitedForAndUnloaded();
+    void hidingEndsTheWaitLikeClosing();
+    void whatIsHandedOverReachesTheScreen();
+    void allScreensUnload();
+    void aTurnRunsTheLoopOnlyAfterSixteenMilliseconds();
+    void aSlowTurnPutsTheNextOneOff();
+    void aFlushAlwaysRefreshesAndRuns();
+};
+
+void NavigatorTest::aScreenThatNobodyMadeOpensNothing() {
+    Navigator navigator;
+    QVERIFY(!navigator.has(Screen::Zip));
+    navigator.open(Screen::Zip);
+    navigator.openModal(Screen::Zip);
+    QVERIFY(navigator.window(Screen::Zip) == nullptr);
+}
+
+void NavigatorTest::anOpenScreenIsShownAgainAsItIs() {
+    Navigator navigator;
+    int made = 0;
+    navigator.add(Screen::ViewList, [&](const std::any&) {
+        ++made;
+        return std::make_unique<QWidget>();
+    });
+    navigator.open(Screen::ViewList);
+    navigator.hide(Screen::ViewList);
+    QVERIFY(!navigator.window(Screen::ViewList)->isVisible());
+    navigator.open(Screen::ViewList);
+    QVERIFY(navigator.window(Screen::ViewList)->isVisible());
+    QCOMPARE(made, 1);
+    navigator.unload(Screen::ViewList);
+    QVERIFY(navigator.window(Screen::ViewList) == nullptr);
+    navigator.open(Screen::ViewList);
+    QCOMPARE(made, 2);
+}
+
+void NavigatorTest::aModalScreenIsWaitedForAndUnloaded() {
+    Navigator navigator;
+    bool wasModal = false;
+    navigator.add(Screen::Errors, [&](const std::any&) {
+        QTimer::singleShot(0, this, [&] {
+            wasModal = navigator.window(Screen::Errors)->isModal();
+            navigator.window(Screen::Errors)->close();
+        });
+        return std::make_unique<QWidget>();
+    });
+    navigator.openModal(Screen::Errors);
+    QVERIFY(wasModal);
+    QVERIFY(navigator.window(Screen::Errors) == nullptr);
+}
+
+void NavigatorTest::hidingEndsTheWaitLikeClosing() {
+    Navigator navigator;
+    navigator.add(Screen::Errors, [&](const std::any&) {
+        QTimer::singleShot(0, this, [&] { navigator.hide(Screen::Errors); });
+        return std::make_unique<QWidget>();
+    });
+    navigator.openModal(Screen::Errors);
+    QVERIFY(navigator.window(Screen::Errors) == nullptr);
+}
+
+void NavigatorTest::whatIsHandedOverReachesTheScreen() {
+    Navigator navigator;
+    int number = 0;
+    navigator.add(Screen::Zip, [&](const std::any& handOver) {
+        number = std::any_cast<int>(handOver);
+        return std::make_unique<QWidget>();
+    });
+    navigator.open(Screen::Zip, 42);
+    QCOMPARE(number, 42);
+}
+
+void NavigatorTest::allScreensUnload() {
+    Navigator navigator;
+    for (const Screen screen : {Screen::ViewList, Screen::ExtEditor}) {
+        navigator.add(screen, [](const std::any&) { return std::make_unique<QWidget>(); });
+        navigator.open(screen);
+    }
+    navigator.unloadAll();
+    QVERIFY(navigator.window(Screen::ViewList) == nullptr);
+    QVERIFY(navigator.window(Screen::ExtEditor) == nullptr);
+}
+
+void NavigatorTest::aTurnRunsTheLoopOnlyAfterSixteenMilliseconds() {
+    test::FakeClock clock;
+    WindowEventLoop loop(clock);
+    int refreshed = 0;
+    const int number = loop.addRefresh([&] { ++refreshed; });
+    loop.turn();
+    QCOMPARE(refreshed, 1);
+    for (int i = 0; i < 100; ++i) loop.turn();
+    clock.tick += 15;
+    loop.turn();
+    QCOMPARE(refreshed, 1);
+    clock.tick += 1;
+    loop.turn();
+    QCOMPARE(refreshed, 2);
+    loop.removeRefresh(number);
+    clock.tick += 16;
+    loop.turn();
+    QCOMPARE(refreshed, 2);
+}
+
+void NavigatorTest::aSlowTurnPutsTheNextOneOff() {
+    test::FakeClock clock;
+    WindowEventLoop loop(clock);
+    int refreshed = 0;
+    loop.addRefresh([&] {
+        ++refreshed;
+        clock.tick += 5;
+    });
+    loop.flush();
+    clock.tick += 39;
+    loop.turn();
+    QCOMPARE(refreshed, 1);
+    clock.tick += 1;
+    loop.turn();
+    QCOMPARE(refreshed, 2);
+}
+
+void NavigatorTest::aFlushAlwaysRefreshesAndRuns() {
+    test::FakeClock clock;
+    WindowEventLoop loop(clock);
+    bool ran = false;
+    int refreshed = 0;
+    loop.addRefresh([&] { ++refreshed; });
+    QTimer::singleShot(0, this, [&] { ran = true; });
+    loop.flush();
+    loop.flush();
+    QVERIFY(ran);
+    QCOMPARE(refreshed, 2);
+}
+
+QTEST_MAIN(NavigatorTest)
+#include "navigator_test.moc"
