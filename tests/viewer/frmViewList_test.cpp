@@ -12,6 +12,7 @@
 #include <QTest>
 
 #include "text/list_text.h"
+#include "ui/control_table.h"
 #include "ui/grid.h"
 #include "ui/main_window.h"
 
@@ -95,62 +96,47 @@ void FrmViewListTest::filter(const char* category) const {
     click("Command2");
 }
 
+namespace {
+
+constexpr test::ControlCase kControls[] = {
+    {"Frame1", "", "Vew Files of type"},
+    {"Combo1", "Frame1", "Please Select"},
+    {"Command2", "Frame1", "Filter"},
+    {"Label5", "Frame1", "Max Files"},
+    {"Text1", "Frame1", "3000"},
+    {"Label9", "Frame1", "Start From"},
+    {"Text2", "Frame1", "1"},
+    {"Check1", "Frame1", "Use Ignore List"},
+    {"Frame2", "", "Matching Files"},
+    {"iGrid1", "Frame2", ""},
+    {"Label1", "Frame2", ""},
+    {"Label6", "Frame2", "File marked", false},
+    {"Label7", "Frame2", "    ", false},
+    {"Label8", "Frame2", "Have no extension and can not be edited", false},
+    {"Frame3", "", "Extension Editor"},
+    {"Label2", "Frame3", "Extension"},
+    {"Combo2", "Frame3", ""},
+    {"Label4", "Frame3", "Ready ..>"},
+    {"Command3", "Frame3", "Run", true, false},
+    {"Command4", "Frame3", "Retest"},
+    {"Label3", "Frame3", "Mark Files as", false},
+    {"Combo3", "Frame3", "Please Select", false},
+    {"Command5", "Frame3", "Run", false},
+    {"Command6", "Frame3", "Retest Skip List", false, false},
+    {"Command1", "", "Done"},
+};
+
+}  // namespace
+
 void FrmViewListTest::everyControlHasItsNameCaptionAndState_data() {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("frame");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<bool>("shown");
-    QTest::addColumn<bool>("enabled");
-    const auto row = [](const char* name, const char* frame, const char* caption, bool shown = true,
-                        bool enabled = true) {
-        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(frame) << QString::fromLatin1(caption)
-                            << shown << enabled;
-    };
-    row("Frame1", "", "Vew Files of type");
-    row("Combo1", "Frame1", "Please Select");
-    row("Command2", "Frame1", "Filter");
-    row("Label5", "Frame1", "Max Files");
-    row("Text1", "Frame1", "3000");
-    row("Label9", "Frame1", "Start From");
-    row("Text2", "Frame1", "1");
-    row("Check1", "Frame1", "Use Ignore List");
-    row("Frame2", "", "Matching Files");
-    row("iGrid1", "Frame2", "");
-    row("Label1", "Frame2", "");
-    row("Label6", "Frame2", "File marked", false);
-    row("Label7", "Frame2", "    ", false);
-    row("Label8", "Frame2", "Have no extension and can not be edited", false);
-    row("Frame3", "", "Extension Editor");
-    row("Label2", "Frame3", "Extension");
-    row("Combo2", "Frame3", "");
-    row("Label4", "Frame3", "Ready ..>");
-    row("Command3", "Frame3", "Run", true, false);
-    row("Command4", "Frame3", "Retest");
-    row("Label3", "Frame3", "Mark Files as", false);
-    row("Combo3", "Frame3", "Please Select", false);
-    row("Command5", "Frame3", "Run", false);
-    row("Command6", "Frame3", "Retest Skip List", false, false);
-    row("Command1", "", "Done");
+    test::addControlRows(kControls);
 }
 
 void FrmViewListTest::everyControlHasItsNameCaptionAndState() {
-    QFETCH(QString, name);
-    QFETCH(QString, frame);
-    QFETCH(QString, caption);
-    QFETCH(bool, shown);
-    QFETCH(bool, enabled);
+    QFETCH(int, index);
     QCOMPARE(screen_->objectName(), QStringLiteral("frmViewList"));
     QCOMPARE(screen_->windowTitle(), QStringLiteral("View File List"));
-    auto* widget = screen_->findChild<QWidget*>(name);
-    QVERIFY(widget != nullptr);
-    QVariant text = widget->property("text");
-    if (!text.isValid())
-        text = widget->property(widget->inherits("QComboBox") ? "currentText" : "title");
-    QCOMPARE(text.toString().remove(QLatin1Char('&')), caption);
-    QCOMPARE(widget->isVisible(), shown);
-    QCOMPARE(widget->isEnabled(), enabled);
-    if (!frame.isEmpty())
-        QVERIFY(screen_->findChild<QWidget*>(frame)->isAncestorOf(widget));
+    test::checkControl(*screen_, kControls[index]);
 }
 
 void FrmViewListTest::theGridHasItsColumns() {
