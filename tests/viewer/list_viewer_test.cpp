@@ -124,6 +124,16 @@ TEST_F(ViewerTest, TheLimitLetsOneRowMoreThrough) {
     EXPECT_EQ(viewer.state.rows.count(), 6);
 }
 
+TEST_F(ViewerTest, APathWithACommaIsNeverShown) {
+    filterCorrupt(listRow(u"/s/a>b.jpg", u"Header Corrupt") + listRow(u"/s/c.jpg", u"Header Corrupt"));
+    EXPECT_EQ(paths(), std::vector<std::u16string>{u"/s/c.jpg"});
+}
+
+TEST_F(ViewerTest, AListOfFourColumnsShowsNoRows) {
+    filterCorrupt(u"/s/a.jpg,15/11/2026, 600, 32;Ab9x\r\n");
+    EXPECT_TRUE(paths().empty());
+}
+
 TEST_F(ViewerTest, TheProblemIsKeptForEntryNineAlone) {
     writeList(listRow(u"/s/a.jpg", u"Appears to be of file type : archive") +
               listRow(u"/s/b.jpg", u"Appears to be of file type: image"));
