@@ -221,11 +221,11 @@ TEST_F(WalkTest, AFolderHighUpThatIsReplacedMeanwhileIsNotGoneOnWith) {
     makeChain(folder / "source", 100);
     fake.loop.onTurn = [this](int turn) {
         if (turn == 1) {
-            // The visit is deep below when the way back up is laid elsewhere.
-            fs::rename(folder / "source/d/d/d", folder / "moved");
-            fs::rename(folder / "source/d/d", folder / "old");
-            fs::create_directories(folder / "source/d/d/z");
-            folder.write("source/d/d/z/stranger", "x");
+            // The visit is deep below when the way back to a folder that it has not finished is laid elsewhere.
+            const std::string tenth = "source/d/d/d/d/d/d/d/d/d/d";
+            fs::rename(folder / (tenth + "/d"), folder / "moved");
+            fs::rename(folder / tenth, folder / "old");
+            folder.write(tenth + "/z/stranger", "x");
         }
     };
     for (const auto& name : walkedNames()) EXPECT_EQ(name.find("stranger"), std::string::npos) << name;
