@@ -11,6 +11,7 @@
 #include "archive/entry_names.h"
 #include "archive/file_mask.h"
 #include "archive/zip_handle.h"
+#include "platform/file_batch.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "text/list_text.h"
@@ -62,6 +63,8 @@ private:
     Result<Extracted> writeAll();
     Result<void> writeOne(const Entry& entry, Extracted& done);
     Result<void> keepOld(const NativePath& path, const std::string& bytes);
+    Result<void> save(const NativePath& path, const std::string& bytes, bool inSubfolder);
+    void removeReplaced();
     Result<void> checkInside(const NativePath& path) const;
     const Names& namesIn(const NativePath& folder);
     NativePath otherCaseOf(const NativePath& path);
@@ -75,6 +78,8 @@ private:
     std::vector<Entry> entries_;
     TakenPlaces taken_;
     std::unordered_map<std::string, Names> folders_;
+    FileBatch batch_;
+    std::vector<NativePath> replaced_;
     std::uint64_t bytes_ = 0;  // unpacked in the present round
 };
 
@@ -208,18 +213,30 @@ Result<void> Extraction::writeOne(const Entry& entry, Extracted& done) {
         return failure(bytes.error());
     if (auto kept = keepOld(path, *bytes); !kept)
         return kept;
-    // The folder above the target folder is none of ours.
-    const auto temporary = entry.place.size() > 1 ? TemporaryPlace::AboveFolder : TemporaryPlace::Beside;
-    if (auto saved = saveWholeFile(path, *bytes, temporary); !saved)
+    if (auto saved = save(path, *bytes, entry.place.size() > 1); !saved)
         return saved;
-    if (!other.empty() && !isFolder(other)) {
+    if (!other.empty() && !isFolder(other))
+        replaced_.push_back(other);
+    done.files.push_back(std::move(path));
+    return {};
+}
+
+// New files wait for each other; one that is replaced is saved by itself. The folder above the target folder is none of
+// ours, so a file that stands directly in the target waits there.
+Result<void> Extraction::save(const NativePath& path, const std::string& bytes, bool inSubfolder) {
+    if (pathExists(path))
+        return saveWholeFile(path, bytes, inSubfolder ? TemporaryPlace::AboveFolder : TemporaryPlace::Beside);
+    return batch_.add(path, bytes, target_);
+}
+
+// The same names in another case: the new files take their place.
+void Extraction::removeReplaced() {
+    for (const auto& other : replaced_) {
         if (options_.kept != nullptr)
             passOver(options_.kept->moveAway(other), "the new file is found first");
         else
             passOver(removeFile(other), "the new file is found first");
     }
-    done.files.push_back(std::move(path));
-    return {};
 }
 
 Result<Extracted> Extraction::writeAll() {
@@ -232,6 +249,9 @@ Result<Extracted> Extraction::writeAll() {
         if (options_.progress)
             options_.progress(100.0 * static_cast<double>(number) / static_cast<double>(entries_.size()));
     }
+    if (auto committed = batch_.commit(); !committed)
+        return failure(committed.error());
+    removeReplaced();
     return done;
 }
 

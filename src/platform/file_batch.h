@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Saves many new files with one wait for the medium instead of one for each: all bytes go into temporary files, the
+// volume is synchronised, and then every file takes its name. A process that is killed, and a machine that dies, leave
+// whole files and no cut one.
+
+#include <string_view>
+#include <vector>
+
+#include "platform/file.h"
+#include "platform/result.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+class FileBatch {
+public:
+    FileBatch() = default;
+    FileBatch(const FileBatch&) = delete;
+    FileBatch& operator=(const FileBatch&) = delete;
+    /// Removes what was added and not committed.
+    ~FileBatch();
+
+    /// Writes the bytes of a file that does not exist yet; it has its name after `commit`. The folder must exist.
+    /// `temporaryFolder`: where the bytes wait, on the same volume as `path`.
+    [[nodiscard]] Result<void> add(const NativePath& path, std::string_view bytes, const NativePath& temporaryFolder);
+
+    /// Gives every file its name. A failure leaves the files that had their turn.
+    [[nodiscard]] Result<void> commit();
+
+private:
+    struct Waiting {
+        NativePath temporary;
+        NativePath path;
+    };
+    std::vector<Waiting> waiting_;
+};
+
+}  // namespace quillon

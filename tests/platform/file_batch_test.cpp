@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "platform/file_batch.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/folders.h"
+#include "support/temp_folder.h"
+
+namespace quillon::test {
+namespace {
+
+TEST(FileBatchTest, FilesHaveTheirNamesOnlyAfterTheCommit) {
+    TempFolder folder;
+    FileBatch batch;
+    ASSERT_TRUE(batch.add(folder / "a.dat", "one", folder.path()));
+    ASSERT_TRUE(batch.add(folder / "b.dat", "two", folder.path()));
+    EXPECT_FALSE(pathExists(folder / "a.dat"));
+    ASSERT_TRUE(batch.commit());
+    EXPECT_EQ(folder.read("a.dat"), "one");
+    EXPECT_EQ(folder.read("b.dat"), "two");
+    EXPECT_EQ(listEntries(folder.path())->size(), 2U);
+}
+
+TEST(FileBatchTest, WhatIsNotCommittedLeavesNothing) {
+    TempFolder folder;
+    {
+        FileBatch batch;
+        ASSERT_TRUE(batch.add(folder / "a.dat", "one", folder.path()));
+        EXPECT_EQ(listEntries(folder.path())->size(), 1U);
+    }
+    EXPECT_TRUE(listEntries(folder.path())->empty());
+}
+
+TEST(FileBatchTest, AFolderThatIsNotThereFailsAndLeavesNoTemporaryFile) {
+    TempFolder folder;
+    {
+        FileBatch batch;
+        ASSERT_TRUE(batch.add(folder / "missing/a.dat", "one", folder.path()));
+        EXPECT_FALSE(batch.commit());
+    }
+    EXPECT_TRUE(listEntries(folder.path())->empty());
+}
+
+TEST(FileBatchTest, AnEmptyBatchIsASuccess) {
+    EXPECT_TRUE(FileBatch().commit());
+}
+
+}  // namespace
+}  // namespace quillon::test
