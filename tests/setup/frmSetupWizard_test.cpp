@@ -262,6 +262,7 @@ void FrmSetupWizardTest::theCloseBoxAsksAsExitDoes() {
 
 void FrmSetupWizardTest::exportTellsThatThereAreNoSettings() {
     openFirstRun();
+    tabs().setTabEnabled(kExportTab, true);  // as the steps before it do
     main_->dialogs.expectBox("No Settings", "There are no settigns to export.", BoxAnswer::Ok, BoxStyle::Warning);
     click("Command12");
 }
@@ -280,12 +281,14 @@ void FrmSetupWizardTest::anEditBeginsWithTheLocalPaths() {
 
 void FrmSetupWizardTest::revertAsksForTheStoredRecipient() {
     openEdit();
+    tabs().setTabEnabled(kAlertsTab, true);  // as the steps before it do
     main_->dialogs.expectBox("Revert Alert", "Revert Alerts to DESK2 ?", BoxAnswer::Yes, BoxStyle::Question,
                              BoxButtons::YesNo);
     click("Command13");
     const auto& box = controlOf<QComboBox>(screen(), "Combo1");
     QCOMPARE(box.itemText(0), QStringLiteral("Query"));
     QCOMPARE(box.currentText(), QStringLiteral("DESK2"));
+    tabs().setTabEnabled(kAlertsTab, true);
     main_->dialogs.expectBox("Revert Alert", "Revert Zip Alerts to Nobody ?", BoxAnswer::No);
     click("Command15");
 }
