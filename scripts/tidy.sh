@@ -11,4 +11,4 @@ cmake --build --preset dev --target help | grep -q '^quillon_ui_autogen:' && cma
 if [ $# -eq 0 ]; then
     set -- $(find src tests tools bench -name '*.cpp')
 fi
-printf '%s\n' "$@" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet
+printf '%s\n' "$@" | xargs -P "$(nproc)" -n 4 clang-tidy -p build/dev --quiet --extra-arg=-Wno-unknown-warning-option
