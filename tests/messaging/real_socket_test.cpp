@@ -4,6 +4,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <thread>
 
@@ -252,6 +253,8 @@ TEST(HostNames, TextThatIsNoNameFailsAtOnce) {
 }
 
 TEST(HostNames, TheLoopbackIsKnown) {
+    if (!std::filesystem::exists("/etc/hosts"))
+        GTEST_SKIP() << "this computer has no hosts database";
     const auto address = resolveHost("localhost");
     ASSERT_TRUE(address);
     EXPECT_EQ(*address, kHere) << "the IPv4 address is preferred";
