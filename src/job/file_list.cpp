@@ -11,7 +11,7 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t kReadBytes = 64 * 1024;
+constexpr std::size_t kReadBytes = std::size_t{64} * 1024;
 constexpr std::size_t kLongestLine = 1'000'000;
 constexpr std::string_view kMark = "\xFF\xFE";
 

@@ -310,7 +310,7 @@ LocalTime JobDriver::logStart(const std::string& text) {
 void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
     const auto& surroundings = job_.surroundings();
     const LocalTime now = surroundings.clock.now();
-    const std::int64_t day = 24 * 60 * 60;
+    const std::int64_t day = 24LL * 60 * 60;
     const std::int64_t seconds = (now.secondOfDay() - start.secondOfDay() + day) % day;
     LocalTime elapsed;
     elapsed.hour = static_cast<int>(seconds / 3600);

@@ -75,7 +75,9 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
         return false;
     }
     // A failed check repairs what it can; the second one tells whether that was enough.
-    if (checkFolderStructure(installation) || checkFolderStructure(installation))
+    if (checkFolderStructure(installation))
+        return true;
+    if (checkFolderStructure(installation))
         return true;
     err << "quillon-job: the folders of the installation are not whole and cannot be created: "
         << readable(installation.paths().localPath.native()) << ", " << readable(installation.paths().zipPath.native())
