@@ -4,11 +4,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
+#include "ui/show_state.h"
 #include "ui/step_guard.h"
 #include "ui/theme.h"
 #include "ui/window_event_loop.h"
@@ -111,16 +111,7 @@ void frmZip::showRows() {
 
 void frmZip::showRecipients() {
     const ZipState& state = zip_.state;
-    const QSignalBlocker blocker(Combo1);
-    QStringList items;
-    for (const auto& item : state.recipients) items.append(toQt(item));
-    QStringList shown;
-    for (int i = 0; i < Combo1->count(); ++i) shown.append(Combo1->itemText(i));
-    if (items != shown) {
-        Combo1->clear();
-        Combo1->addItems(items);
-    }
-    Combo1->setCurrentIndex(state.recipientIndex);
+    showItems(*Combo1, state.recipients, state.recipientIndex);
     Combo1->setEnabled(state.recipientsEnabled);
 }
 

@@ -9,6 +9,7 @@
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
+#include "ui/show_state.h"
 #include "ui/step_guard.h"
 #include "ui/window_event_loop.h"
 
@@ -149,16 +150,7 @@ void frmSetupWizard::showChecks() {
 }
 
 void frmSetupWizard::showRecipients(const WizardRecipients& shown, QComboBox& box, QPushButton& button) {
-    const QSignalBlocker blocker(box);
-    QStringList items;
-    for (const auto& item : shown.items) items.append(toQt(item));
-    QStringList present;
-    for (int i = 0; i < box.count(); ++i) present.append(box.itemText(i));
-    if (items != present) {
-        box.clear();
-        box.addItems(items);
-    }
-    box.setCurrentIndex(shown.index);
+    showItems(box, shown.items, shown.index);
     box.setEnabled(shown.enabled);
     button.setText(toQt(shown.buttonCaption));
     button.setEnabled(shown.buttonEnabled);

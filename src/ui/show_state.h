@@ -4,6 +4,7 @@
 // Puts the state of a screen's logic into its controls. Showing is not typing: no control tells of a change that was
 // made here.
 
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -12,6 +13,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QStringList>
 
 #include "ui/grid.h"
 #include "ui/qt_text.h"
@@ -27,6 +29,20 @@ inline void showText(QLineEdit& box, std::string_view utf8) {
 
 inline void showChoice(QComboBox& box, int index) {
     const QSignalBlocker quiet(box);
+    box.setCurrentIndex(index);
+}
+
+/// Items and the chosen one; the same items again leave an open list alone.
+inline void showItems(QComboBox& box, const std::vector<std::string>& items, int index) {
+    const QSignalBlocker quiet(box);
+    QStringList wanted;
+    for (const auto& item : items) wanted.append(toQt(item));
+    QStringList present;
+    for (int i = 0; i < box.count(); ++i) present.append(box.itemText(i));
+    if (wanted != present) {
+        box.clear();
+        box.addItems(wanted);
+    }
     box.setCurrentIndex(index);
 }
 
