@@ -10,6 +10,10 @@ class EventLoop {
 public:
     virtual ~EventLoop() = default;
     virtual void turn() = 0;
+
+    /// False where a window hangs on the loop: a step that would wait for a disk then waits beside the loop, turning
+    /// it.
+    [[nodiscard]] virtual bool mayStandStill() const { return true; }
 };
 
 }  // namespace quillon

@@ -6,17 +6,28 @@
 namespace quillon {
 
 Job::Job(Installation& installation, const Surroundings& surroundings)
-    : installation_(installation), surroundings_(surroundings), kept_(installation, surroundings.clock) {
+    : installation_(installation),
+      surroundings_(surroundings),
+      kept_(installation, surroundings.clock),
+      heads_(surroundings.loop.mayStandStill() ? HeadsAhead::FirstWait::Allowed : HeadsAhead::FirstWait::Never) {
 }
 
-Result<std::u16string_view> Job::checkFile(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+HeaderTest& Job::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
         termFiles_.emplace(NativePath(folder));
         test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderTestHost&>(*this));
     }
-    return test_->checkFile(fields, extension);
+    return *test_;
+}
+
+Result<std::u16string_view> Job::checkFile(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+    return headerTest().checkFile(fields, extension);
+}
+
+bool Job::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+    return headerTest().mayOpen(fields, extension);
 }
 
 void Job::raise(TestCount count) {

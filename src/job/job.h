@@ -12,6 +12,7 @@
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
+#include "platform/heads_ahead.h"
 #include "testing/header_test.h"
 #include "testing/skip_list.h"
 
@@ -38,6 +39,12 @@ public:
     [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
                                                         std::u16string_view extension);
 
+    /// Whether checkFile would open the file now. See HeaderTest::mayOpen.
+    [[nodiscard]] bool mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension);
+
+    /// Where the header test gets heads of files from; who knows the rows to come asks it for theirs.
+    [[nodiscard]] HeadsAhead& heads() { return heads_; }
+
     /// A row in the job log with the time of this moment.
     void log(const std::string& text, std::optional<std::uint32_t> colour = std::nullopt);
 
@@ -48,17 +55,18 @@ public:
     [[nodiscard]] Result<NativePath> finalListPath() const;
 
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
-    void releaseSource() { heads_.closeFolder(); }
+    void releaseSource() { heads_.release(); }
 
 private:
     bool useCommonHeaders() override { return state.options.useCommonHeaders; }
     void raise(TestCount count) override;
     void logAccessError(const std::string& text) override { log(text, kLightRed); }
+    [[nodiscard]] HeaderTest& headerTest();
 
     Installation& installation_;
     Surroundings surroundings_;
     KeptFiles kept_;
-    SourceFiles heads_;
+    HeadsAhead heads_;
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderTest> test_;

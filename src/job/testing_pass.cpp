@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "job/final_list.h"
+#include "job/rows_ahead.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "text/fields.h"
@@ -47,7 +48,8 @@ void TestingPass::run() {
 }
 
 void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
-    while (const auto line = rawList.next()) {
+    RowsAhead rows(rawList, job_);
+    while (const auto line = rows.next()) {
         ++job_.state.counters.rowsRead;
         if (gradeRow(*line)) {
             if (job_.state.options.showProgress)
@@ -81,13 +83,8 @@ bool TestingPass::gradeRow(std::u16string_view line) {
 }
 
 Result<void> TestingPass::grade(std::u16string_view path) {
-    // ">" stands for "," in a list and can be in an extension too.
-    std::u16string restored;
-    std::u16string_view extension = extensionOf(path);
-    if (extension.find(u'>') != extension.npos) {
-        restored = withCommas(extension);
-        extension = restored;
-    }
+    std::u16string buffer;
+    const std::u16string_view extension = extensionInList(path, buffer);
     if (extension.empty()) {
         ++job_.state.counters.noExtension;
         result_ = job_.messages[Message::NoExtension];

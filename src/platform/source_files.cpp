@@ -6,12 +6,69 @@
 
 #include <fcntl.h>
 #include <linux/limits.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "platform/system_error.h"
 
 namespace quillon {
+
+namespace {
+
+// File systems of disks in this computer. All others may be a server's or a program's.
+constexpr std::array<std::uint32_t, 14> kDiskVolumes = {
+    EXT4_SUPER_MAGIC,
+    BTRFS_SUPER_MAGIC,
+    XFS_SUPER_MAGIC,
+    F2FS_SUPER_MAGIC,
+    OVERLAYFS_SUPER_MAGIC,
+    MSDOS_SUPER_MAGIC,
+    EXFAT_SUPER_MAGIC,
+    ISOFS_SUPER_MAGIC,
+    UDF_SUPER_MAGIC,
+    SQUASHFS_MAGIC,
+    0x7366746e,  // ntfs3
+    0x482b,      // hfsplus
+    0x4244,      // hfs
+    0x2fc12fc1,  // zfs
+};
+
+struct PathParts {
+    std::string_view folder;
+    std::string_view name;
+};
+
+PathParts splitPath(std::string_view nativePath) {
+    const auto slash = nativePath.rfind('/');
+    if (slash == nativePath.npos)
+        return {".", nativePath};
+    return {nativePath.substr(0, slash + 1), nativePath.substr(slash + 1)};
+}
+
+// One page and no read-ahead: a damaged disk has fewer bad sectors to stumble over.
+void adviseOnePage(int descriptor) {
+    ::posix_fadvise(descriptor, 0, 0, POSIX_FADV_RANDOM);
+}
+
+// A look that never waits. Where a disk has to be asked, its answer is under way from here on.
+bool liesInMemory(int descriptor) {
+    char first;
+    const iovec place{&first, sizeof first};
+    return retried([&] { return ::preadv2(descriptor, &place, 1, 0, RWF_NOWAIT); }) >= 0;
+}
+
+// A read that fails midway may have touched the buffer; only the bytes it reports count.
+void readInto(int descriptor, HeaderBytes& head) {
+    HeaderBytes bytes;
+    const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
+    if (count > 0)
+        std::copy_n(bytes.begin(), count, head.begin());
+}
+
+}  // namespace
 
 Result<void> SourceFiles::enter(std::string_view folder) {
     if (folder_.isOpen() && folder == folderPath_)
@@ -22,20 +79,29 @@ Result<void> SourceFiles::enter(std::string_view folder) {
         return failure(opened.error());
     folder_ = std::move(*opened);
     folderPath_ = folder;
+    volume_ = volumeOfFolder();
     return {};
+}
+
+SourceFiles::Volume SourceFiles::volumeOfFolder() const {
+    struct statfs info {};
+    if (::fstatfs(folder_.handle(), &info) != 0)
+        return Volume::Elsewhere;
+    const auto kind = static_cast<std::uint32_t>(info.f_type);
+    if (kind == TMPFS_MAGIC || kind == RAMFS_MAGIC)
+        return Volume::Memory;
+    return std::ranges::find(kDiskVolumes, kind) != kDiskVolumes.end() ? Volume::Disk : Volume::Elsewhere;
 }
 
 Result<int> SourceFiles::openRegular(std::string_view nativePath) {
     if (nativePath.find('\0') != nativePath.npos)
         return failure(systemError(nativePath, EINVAL));
-    const auto slash = nativePath.rfind('/');
-    const std::string_view parent = slash == nativePath.npos ? "." : nativePath.substr(0, slash + 1);
-    const std::string_view name = slash == nativePath.npos ? nativePath : nativePath.substr(slash + 1);
+    const auto [folder, name] = splitPath(nativePath);
     if (name.empty())
         return failure(systemError(nativePath, ENOENT));
     if (name.size() > NAME_MAX)
         return failure(systemError(nativePath, ENAMETOOLONG));
-    if (auto entered = enter(parent); !entered)
+    if (auto entered = enter(folder); !entered)
         return failure(entered.error());
 
     std::array<char, NAME_MAX + 1> terminated;
@@ -70,15 +136,35 @@ Result<void> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& hea
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
-    ::posix_fadvise(*descriptor, 0, 0,
-                    POSIX_FADV_RANDOM);  // one page, no read-ahead: fewer bad sectors to stumble over
-    // A read that fails midway may have touched the buffer; only the bytes it reports count.
-    HeaderBytes bytes;
-    const auto count = retried([&] { return ::read(*descriptor, bytes.data(), bytes.size()); });
-    if (count > 0)
-        std::copy_n(bytes.begin(), count, head.begin());
+    adviseOnePage(*descriptor);
+    readInto(*descriptor, head);
     ::close(*descriptor);
     return {};
+}
+
+Result<Attempt> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& head) {
+    head.fill(' ');
+    // The folder first, so that no file of a volume elsewhere is opened.
+    if (volume_ != Volume::Elsewhere) {
+        if (const auto entered = enter(splitPath(nativePath).folder); !entered)
+            return failure(entered.error());
+    }
+    if (volume_ == Volume::Elsewhere)
+        return Attempt::WouldWait;
+    const auto descriptor = openRegular(nativePath);
+    if (!descriptor)
+        return failure(descriptor.error());
+    adviseOnePage(*descriptor);
+    const bool atHand = volume_ == Volume::Memory || liesInMemory(*descriptor);
+    if (atHand)
+        readInto(*descriptor, head);
+    ::close(*descriptor);
+    return atHand ? Attempt::Read : Attempt::WouldWait;
+}
+
+void SourceFiles::closeFolder() {
+    folder_.close();
+    volume_ = Volume::Disk;
 }
 
 Result<File> SourceFiles::open(std::string_view nativePath) {

@@ -31,22 +31,34 @@ public:
     [[nodiscard]] virtual Result<void> readHead(std::string_view nativePath, HeaderBytes& head) = 0;
 };
 
+/// What came of an attempt to read a head that must not wait.
+enum class Attempt { Read, WouldWait };
+
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
     [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override;
 
+    /// As readHead for a head that lies in memory. WouldWait, and a head of no meaning: a disk would have to give it,
+    /// or the file system is one of another computer or of a program, which may make every call wait; from the first
+    /// folder of such a one until closeFolder nothing is tried any more.
+    [[nodiscard]] Result<Attempt> tryHead(std::string_view nativePath, HeaderBytes& head);
+
     /// Opens a regular file; anything else is a PermissionDenied failure.
     [[nodiscard]] Result<File> open(std::string_view nativePath);
 
     /// Forgets the folder handle, so that nothing of the source stays open.
-    void closeFolder() { folder_.close(); }
+    void closeFolder();
 
 private:
+    enum class Volume { Memory, Disk, Elsewhere };
+
     [[nodiscard]] Result<int> openRegular(std::string_view nativePath);
     [[nodiscard]] Result<void> enter(std::string_view folder);
+    [[nodiscard]] Volume volumeOfFolder() const;
 
     Directory folder_;
+    Volume volume_ = Volume::Disk;  // of the open folder
     std::string folderPath_;
     bool leaveAccessTimes_ = true;
 };

@@ -32,20 +32,35 @@ std::u16string_view HeaderTest::grade(TestCount count, Message message) {
     return messages_[message];
 }
 
-Result<std::u16string_view> HeaderTest::checkFile(std::span<const std::u16string_view> fields,
-                                                  std::u16string_view extension) {
+// What size and attributes decide; no value when they leave it to the content.
+Result<std::optional<HeaderTest::Verdict>> HeaderTest::judgeRow(std::span<const std::u16string_view> fields) {
     if (fields.size() < 3)
         return tooFewFields();
     const double size = fixedPoint(numericPrefix(fields[2]));
     if (size == 0)
-        return grade(TestCount::ZeroBytes, Message::ZeroBytes);
+        return Verdict{TestCount::ZeroBytes, Message::ZeroBytes};
     if (size < kSmallestTested)
-        return grade(TestCount::Small, Message::TooSmall);
+        return Verdict{TestCount::Small, Message::TooSmall};
     if (fields.size() < 4)
         return tooFewFields();
     const auto attributes = fields[3].substr(0, fields[3].find(u';'));
     if (numericPrefix(attributes) >= kEncryptedFrom)
-        return grade(TestCount::Encrypted, Message::Encrypted);
+        return Verdict{TestCount::Encrypted, Message::Encrypted};
+    return std::nullopt;
+}
+
+bool HeaderTest::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+    const auto judged = judgeRow(fields);
+    return judged && !*judged && !extension.empty() && (host_.useCommonHeaders() || termFiles_.mayHave(extension));
+}
+
+Result<std::u16string_view> HeaderTest::checkFile(std::span<const std::u16string_view> fields,
+                                                  std::u16string_view extension) {
+    const auto judged = judgeRow(fields);
+    if (!judged)
+        return failure(judged.error());
+    if (*judged)
+        return grade((*judged)->count, (*judged)->message);
 
     const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())

@@ -44,7 +44,16 @@ public:
     [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
                                                         std::u16string_view extension);
 
+    /// Whether checkFile would open the file if it were called now: neither its row nor the lack of a term file
+    /// decides. Counts nothing. A term file that came or went since the last test of its extension is not seen.
+    [[nodiscard]] bool mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension);
+
 private:
+    struct Verdict {
+        TestCount count;
+        Message message;
+    };
+    [[nodiscard]] static Result<std::optional<Verdict>> judgeRow(std::span<const std::u16string_view> fields);
     [[nodiscard]] std::u16string_view grade(TestCount count, Message message);
     [[nodiscard]] std::u16string_view testContent(const std::vector<CompiledTerm>* terms);
     [[nodiscard]] MatchResult matchTerms(const std::vector<CompiledTerm>& terms) const;

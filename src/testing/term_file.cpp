@@ -91,6 +91,11 @@ const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) 
     return entry.exists ? &entry.terms : nullptr;
 }
 
+bool TermFiles::mayHave(std::u16string_view extension) {
+    const auto known = entries_.find(extension);
+    return known != entries_.end() ? known->second.exists : find(extension) != nullptr;
+}
+
 // The folder may have been put aside and another one put in its place.
 void TermFiles::checkFolder() {
     const auto there = fileStamp(folder_);

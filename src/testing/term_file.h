@@ -50,6 +50,9 @@ public:
     /// cannot be read has no terms. The result is good until the next call.
     [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
 
+    /// Whether there was a term file when the extension was last looked up; an extension that never was is looked up.
+    [[nodiscard]] bool mayHave(std::u16string_view extension);
+
 private:
     struct Entry {
         std::string foldedName;  // of the term file: the extension in lower case and ".dat"

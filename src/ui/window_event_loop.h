@@ -24,6 +24,7 @@ public:
     explicit WindowEventLoop(const Clock& clock) : clock_(clock) {}
 
     void turn() override;
+    [[nodiscard]] bool mayStandStill() const override { return false; }
 
     /// Refreshes the screens and runs the loop now. Whoever ran a pass calls it behind it: a short pass ends before its
     /// first real turn, and would leave old numbers on the screen.
