@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t kThreads = 16;
 // What comes from memory comes in a few microseconds, what comes from a disk in a hundred and more.
 constexpr std::chrono::microseconds kSlow{100};
+// Behind a slow head the next is most likely slow too, and trying it would open it twice.
+constexpr unsigned kTryEvery = 16;
 
 }  // namespace
 
@@ -33,6 +35,8 @@ bool HeadsAhead::readInLine(Slot& slot) {
         readTimed(slot);
         return true;
     }
+    if (quickInARow_ == 0 && ++untried_ % kTryEvery != 0)
+        return false;
     const auto attempt = files_.tryHead(slot.path, slot.head);
     slot.result = attempt ? Result<void>() : failure(attempt.error());
     return !attempt || *attempt == Attempt::Read;

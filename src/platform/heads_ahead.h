@@ -79,6 +79,7 @@ private:
     MakeReader makeReader_;
     SourceFiles files_;
     std::size_t quickInARow_ = kMost;
+    unsigned untried_ = 0;
 
     std::vector<Slot> slots_ = std::vector<Slot>(kMost);  // a ring: asked_ slots from first_ on are in use
     std::size_t first_ = 0;
