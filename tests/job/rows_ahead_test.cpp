@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// Rows with the heads of their files asked for ahead. Files of /proc stand for a slow source: they lie on no disk.
+#include "job/rows_ahead.h"
+
+#include "job/job_fixture.h"
+#include "job/testing_pass.h"
+
+namespace quillon::test {
+
+namespace {
+
+using Rows = std::vector<std::u16string>;
+
+class WatchedLoop final : public EventLoop {
+public:
+    void turn() override { ++turns; }
+    bool mayStandStill() const override { return false; }
+    int turns = 0;
+};
+
+class RowsAheadTest : public JobFixture {
+protected:
+    RowsAheadTest() : watched(installation, {fake.clock, fake.dates, fake.dialogs, loop, "LAB7"}) {
+        watched.messages = ReportMessages::fallback();
+        watched.state.options = state.options;
+    }
+
+    Rows rowsOfList(const Rows& lines) {
+        writeRawList(lines);
+        auto reader = ListReader::open(folder / "app/tFile.csv");
+        RowsAhead rows(*reader, watched);
+        Rows read;
+        while (const auto line = rows.next()) read.emplace_back(*line);
+        return read;
+    }
+
+    // How many heads are asked for while the first of `lines` is in work.
+    std::size_t askedFor(const Rows& lines) {
+        writeRawList(lines);
+        auto reader = ListReader::open(folder / "app/tFile.csv");
+        RowsAhead rows(*reader, watched);
+        EXPECT_TRUE(rows.next());
+        return watched.heads().asked();
+    }
+
+    std::u16string row(const std::string& name, std::string_view bytes) const {
+        const std::string path = sourceFile(name, bytes);
+        return std::u16string(path.begin(), path.end()) + u",15/11/2026, 600, 32;Ab9x";
+    }
+
+    WatchedLoop loop;
+    Job watched;
+};
+
+TEST_F(RowsAheadTest, RowsComeInTheOrderOfTheListWhateverTheyHold) {
+    termFile("txt", "1,XX,T\r\n");
+    Rows lines = {u"", u"nocomma", u"/s/none.txt,,,", u",,,,", row("a.txt", "XX")};
+    for (int i = 0; i < 300; ++i) {
+        lines.push_back(row("a" + std::to_string(i % 9) + ".txt", "XX"));
+        if (i % 3 != 0)
+            lines.push_back(u"/proc/none" + std::u16string(1, static_cast<char16_t>('a' + i % 26)) +
+                            u".txt,15/11/2026, 600, 32");
+    }
+    EXPECT_EQ(rowsOfList(lines), lines);
+}
+
+TEST_F(RowsAheadTest, OnlyFilesThatTheTestWillOpenAreAskedFor) {
+    termFile("txt", "1,XX,T\r\n");
+    EXPECT_EQ(askedFor({row("a.txt", "XX")}), 1U);
+    EXPECT_EQ(askedFor({u"/proc/a.txt,15/11/2026, 0, 32"}), 0U) << "zero bytes";
+    EXPECT_EQ(askedFor({u"/proc/a.txt,15/11/2026, 511, 32"}), 0U) << "too small";
+    EXPECT_EQ(askedFor({u"/proc/a.txt,15/11/2026, 600, 16384"}), 0U) << "encrypted";
+    EXPECT_EQ(askedFor({u"/proc/a,15/11/2026, 600, 32"}), 0U) << "no extension";
+    EXPECT_EQ(askedFor({u"/proc/a.none,15/11/2026, 600, 32"}), 0U) << "nothing is known of the type";
+    EXPECT_EQ(askedFor({u"/proc/a.txt"}), 0U) << "no comma";
+    watched.state.options.useCommonHeaders = true;
+    EXPECT_EQ(askedFor({u"/proc/a.none,15/11/2026, 600, 32"}), 1U) << "a common header may be found";
+}
+
+TEST_F(RowsAheadTest, BehindASlowFileManyHeadsAreAskedForAndNotOneMoreThanFits) {
+    termFile("txt", "1,XX,T\r\n");
+    const Rows lines(200, u"/proc/a.txt,15/11/2026, 600, 32");
+    EXPECT_EQ(askedFor(lines), HeadsAhead::kMost);
+    EXPECT_EQ(rowsOfList(lines), lines);
+}
+
+TEST_F(RowsAheadTest, AWatchedPassGradesAsOneThatReadsInLine) {
+    termFile("txt", "1,XX,T\r\n");
+    termFile("slow", "1,XX,T\r\n");
+    Rows lines;
+    for (int i = 0; i < 200; ++i) {
+        const std::string number = std::to_string(i);
+        lines.push_back(row("f" + number + ".txt", i % 5 == 0 ? "no" : "XX" + std::string(600, '.')));
+        lines.push_back(u"/proc/none.slow,15/11/2026, 600, 32");
+        lines.push_back(u"");
+    }
+    writeRawList(lines);
+    TestingPass(job, nullptr).run();
+    const Rows inLine = finalRows();
+    TestingPass(watched, nullptr).run();
+    EXPECT_EQ(finalRows(), inLine);
+    EXPECT_EQ(watched.state.counters.good, job.state.counters.good);
+    EXPECT_EQ(watched.state.counters.corrupt, job.state.counters.corrupt);
+    EXPECT_EQ(watched.state.counters.accessErrors, 200);
+    EXPECT_GE(loop.turns, 600) << "one behind each row, and more where a head kept the pass waiting";
+}
+
+}  // namespace
+
+}  // namespace quillon::test
