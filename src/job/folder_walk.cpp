@@ -112,6 +112,7 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
         return;
     job_.state.counters.totalBytes += info->size;
     ++job_.state.counters.files;
+    showSize(job_.state);
     appendColumns(name, folder, *info);
     if (!rawList_.write(row_))
         ++job_.state.counters.lostRows;

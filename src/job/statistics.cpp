@@ -82,7 +82,7 @@ void resetCounters(JobState& state) {
     state.counters = JobCounters{};
     state.texts.quality = "0";
     state.shownQuality = -1;
-    state.texts.size = "0";
+    state.sizeShown = false;
     state.texts.copied = "0";
 }
 
@@ -104,7 +104,11 @@ void updateQuality(JobState& state) {
 }
 
 void showSize(JobState& state) {
-    state.texts.size = sizeText(state.counters.totalBytes);
+    state.sizeShown = true;
+}
+
+std::string sizeLabel(const JobState& state) {
+    return state.sizeShown ? sizeText(state.counters.totalBytes) : "0";
 }
 
 void timerTick(Job& job) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "job/job_fixture.h"
+#include "job/statistics.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
@@ -242,6 +243,15 @@ TEST_F(WalkTest, TheLoopTurnsOncePerFile) {
     for (const char* name : {"a", "b", "c"}) sourceFile(name);
     walk();
     EXPECT_EQ(fake.loop.turns, 3);
+}
+
+TEST_F(WalkTest, CountAndSizeAreShownWithEveryFile) {
+    sourceFile("a", "1234");
+    sourceFile("b", std::string(2044, 'x'));
+    std::vector<std::string> shown = {sizeLabel(state)};
+    fake.loop.onTurn = [&](int) { shown.push_back(std::to_string(state.counters.files) + ": " + sizeLabel(state)); };
+    walk();
+    EXPECT_EQ(shown, (std::vector<std::string>{"0", "1: 4 Bytes", "2: 2.0 Kb"}));
 }
 
 TEST_F(WalkTest, ASkippedFileIsCountedNowhereElse) {

@@ -2,6 +2,7 @@
 #include "job/job_driver.h"
 
 #include "job/driver_fixture.h"
+#include "job/statistics.h"
 #include "platform/folder_lock.h"
 #include "text/fields.h"
 
@@ -29,7 +30,7 @@ TEST_F(DriverTest, ATestedJobGoesThroughItsStepsInOrder) {
               }));
     EXPECT_EQ(finalRows().size(), 1U);
     EXPECT_EQ(state.counters.folders, 1);
-    EXPECT_EQ(state.texts.size, "1 Bytes");
+    EXPECT_EQ(sizeLabel(state), "1 Bytes");
 }
 
 TEST_F(DriverTest, AJobWithoutTestingCopiesTheRawListAndDoesNotEnableView) {
