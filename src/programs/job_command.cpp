@@ -8,6 +8,7 @@
 #include "app/folder_structure.h"
 #include "job/completion_report.h"
 #include "job/job_driver.h"
+#include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
 #include "platform/folders.h"
 #include "platform/host.h"
@@ -85,18 +86,17 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
     return false;
 }
 
+// The options of the command take away from what the settings say.
 void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
-    const AppSettings& settings = job.installation().settings;
+    JobSetup(job.installation(), job.surroundings(), job.state).loadSettings();
     JobOptions& options = job.state.options;
     options.jobId = chosen.jobId;
     options.source = chosen.source;
     options.target = chosen.target;
     options.copy = chosen.target.has_value();
-    options.checkFileQuality = settings.runHeaderTest == 1 && chosen.test;
-    const NativePath& folder = job.installation().paths().localSettings;
-    options.useSkipList = settings.useSkipList == 1 && chosen.skipList && pathExists(folder / kSkipListFileName);
-    options.useCommonHeaders =
-        settings.useCommonHeaders == 1 && chosen.commonHeaders && pathExists(folder / kCommonHeadersFileName);
+    options.checkFileQuality = options.checkFileQuality && chosen.test;
+    options.useSkipList = options.useSkipList && chosen.skipList;
+    options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
     options.showProgress = showProgress;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;

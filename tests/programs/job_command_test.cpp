@@ -202,6 +202,20 @@ TEST_F(JobCommandTest, OptionsSwitchTestingSkipListAndCommonHeadersOff) {
     EXPECT_EQ(counter({"--no-test"}, "rows_read"), 0);
 }
 
+TEST_F(JobCommandTest, TheSkipListOfTheShareServesTheFirstJob) {
+    install();
+    Installation installation(folder / "app");
+    ASSERT_TRUE(installation.loadSettingsRecord());
+    installation.settings.useSharedDb = 1;
+    installation.settings.sharedPath.assign(pageFromPath(folder / "share"));
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Settings/SkipList.dat", "skipme\r\n");
+    folder.write("source/skipme.txt", "x");
+    EXPECT_EQ(job({"--json"}), 0) << err.str();
+    EXPECT_EQ(nlohmann::json::parse(out.str())["counters"].at("skipped"), 1);
+}
+
 TEST_F(JobCommandTest, FilesAreCopiedAndAFailedCopyIsStatus3) {
     install();
     const auto a = folder.write("source/a.abc", "MZ" + std::string(600, '.'));
