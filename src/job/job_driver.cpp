@@ -202,8 +202,8 @@ JobDriver::Next JobDriver::walkSource() {
     } else {
         if (state.options.source)
             FolderWalk(job_, *rawList).run(*state.options.source);
-        if (!rawList->close())
-            ++state.counters.lostRows;
+        if (const auto closed = rawList->close(); !closed)
+            job_.rowLost(closed.error());
     }
     if (state.stopRequested) {
         state.timerRunning = false;

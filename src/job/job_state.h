@@ -147,6 +147,7 @@ struct JobState {
     JobControls controls;
     JobLog log;
 
+    std::string lossReason;          ///< why the first of the lost rows could not be written
     std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none
     bool sizeShown = false;          ///< the size label shows the total size; "0" before
     bool stopRequested = false;      ///< set by Stop, read by the phases

@@ -81,6 +81,7 @@ Result<void> recount(Job& job, const NativePath& list) {
 void resetCounters(JobState& state) {
     state.counters = JobCounters{};
     state.texts.quality = "0";
+    state.lossReason.clear();
     state.shownQuality = -1;
     state.sizeShown = false;
     state.texts.copied = "0";

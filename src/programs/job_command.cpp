@@ -124,11 +124,12 @@ void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ost
     }
     if (end == JobEnd::Stopped)
         err << "quillon-job: stopped\n";
-    const auto tell = [&err](std::int32_t count, const char* what) {
+    const auto tell = [&err](std::int32_t count, const std::string& what) {
         if (count > 0)
             err << "quillon-job: " << grouped(count) << what << '\n';
     };
-    tell(counters.lostRows, " rows of a list could not be written");
+    const std::string& reason = job.state.lossReason;
+    tell(counters.lostRows, " rows of a list could not be written" + (reason.empty() ? "" : " (" + reason + ")"));
     tell(counters.copyErrors, " files could not be copied");
     tell(counters.unlistedFolders, " folders could not be read to their end");
 }

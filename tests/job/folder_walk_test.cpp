@@ -305,6 +305,7 @@ TEST_F(WalkTest, ASourceThatIsNotThereHasNoFoldersAndNoRows) {
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_TRUE(walk().empty());
     EXPECT_EQ(state.counters.unlistedFolders, 1);
+    EXPECT_EQ(logTexts(), std::vector<std::string>{"Unable to read folder : " + (folder / "source").native()});
 }
 
 TEST_F(WalkTest, AFolderThatCannotBeEnteredIsCountedLoggedInLightRedAndGoneOnBehind) {
@@ -318,7 +319,8 @@ TEST_F(WalkTest, AFolderThatCannotBeEnteredIsCountedLoggedInLightRedAndGoneOnBeh
         const auto& rows = state.log.rows();
         const bool logged = rows.size() == 1 && rows[0].colour == 0xC0C0FFU &&
                             rows[0].text == "Folder access error : " + (folder / "source/locked").native();
-        return counted && logged && walkedNames() == Names{"open/file"} && state.counters.unlistedFolders == 1;
+        const bool goneOn = walkedNames() == Names{"open/file"} && state.counters.unlistedFolders == 1;
+        return counted && logged && goneOn && rows.size() == 1;
     }));
 }
 
@@ -330,7 +332,11 @@ TEST_F(WalkTest, AFolderThatMayBeEnteredAndNotListedIsNoFolderErrorButIsMissed) 
     EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
         ListFolders(job, folder / "source");
         const bool counted = state.counters.folders == 1 && state.counters.folderErrors == 0;
-        return counted && walkedNames().empty() && state.counters.unlistedFolders == 1;
+        const bool missed = walkedNames().empty() && state.counters.unlistedFolders == 1;
+        const auto& rows = state.log.rows();
+        const bool logged = rows.size() == 1 && rows[0].colour == 0xC0C0FFU &&
+                            rows[0].text == "Unable to read folder : " + (folder / "source/closed").native();
+        return counted && missed && logged;
     }));
 }
 
