@@ -86,6 +86,17 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
     return false;
 }
 
+// The job leaves the source alone, but it writes to its own folders wherever they are.
+void tellOwnFoldersInSource(const NativePath& source, const Installation& installation, std::ostream& err) {
+    const NativePath root = realPath(source);
+    for (const NativePath& own : {installation.appFolder(), installation.paths().localPath}) {
+        if (!liesIn(realPath(own), root))
+            continue;
+        err << "quillon-job: " << readable(own.native()) << " lies in the source, and the job writes to it\n";
+        return;
+    }
+}
+
 // The options of the command take away from what the settings say.
 void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
     JobSetup(job.installation(), job.surroundings(), job.state).loadSettings();
@@ -184,6 +195,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     Installation installation(options.appFolder ? *options.appFolder : applicationFolder());
     if (!prepareInstallation(installation, streams.err, options.quiet))
         return kExitNoList;
+    if (!options.quiet)
+        tellOwnFoldersInSource(options.source, installation, streams.err);
     return runJob(options, installation, streams);
 }
 
