@@ -25,15 +25,6 @@ std::string withOneSlash(std::string folder) {
     return folder;
 }
 
-// The place of a path behind all links; a path too long to be asked for stays as it reads. No separator at its end.
-NativePath realPath(const NativePath& path) {
-    std::error_code error;
-    NativePath real = std::filesystem::weakly_canonical(path, error);
-    if (error)
-        real = path.lexically_normal();
-    return real.has_filename() ? real : real.parent_path();
-}
-
 bool leadsUp(std::string_view relative) {
     const auto parts = splitFields(relative, '/');
     return std::find(parts.begin(), parts.end(), "..") != parts.end();
@@ -148,11 +139,7 @@ bool CopyPass::progress(std::uint64_t done, std::uint64_t total) {
 
 // A target such as "/", or a link in it, may lead back to where the files come from.
 bool CopyPass::liesInSource(const NativePath& folder) const {
-    if (realSource_.empty())
-        return false;
-    const NativePath target = realPath(folder);
-    const auto mismatch = std::mismatch(realSource_.begin(), realSource_.end(), target.begin(), target.end());
-    return mismatch.first == realSource_.end();
+    return !realSource_.empty() && liesIn(realPath(folder), realSource_);
 }
 
 }  // namespace quillon

@@ -84,8 +84,20 @@ void FolderWalk::run(const NativePath& source) {
         notListed(source.native());
 }
 
-void FolderWalk::notListed(std::string_view /*path*/) {
+void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
+    if (!canBeEntered)
+        refused_ = path;
+}
+
+// A folder that cannot be entered has its row from the folder test. Of any other the person hears here that files of it
+// are missing from the list.
+void FolderWalk::notListed(std::string_view path) {
     ++job_.state.counters.unlistedFolders;
+    if (path == refused_)
+        return;
+    if (path.size() > 1 && path.back() == '/')
+        path.remove_suffix(1);
+    job_.log("Unable to read folder : " + readable(path), kLightRed);
 }
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
@@ -112,9 +124,10 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
         return;
     job_.state.counters.totalBytes += info->size;
     ++job_.state.counters.files;
+    showSize(job_.state);
     appendColumns(name, folder, *info);
-    if (!rawList_.write(row_))
-        ++job_.state.counters.lostRows;
+    if (const auto written = rawList_.write(row_); !written)
+        job_.rowLost(written.error());
     job_.turn();
 }
 

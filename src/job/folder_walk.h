@@ -52,6 +52,7 @@ public:
 private:
     bool cancelled() override { return job_.state.stopRequested; }
     bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
+    void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;
     void found(const Directory& folder, std::string_view name);
     [[nodiscard]] bool skipped();
@@ -64,6 +65,7 @@ private:
     std::u16string token_;
     bool haveToken_ = false;
     bool undescribed_ = false;  // a file of the folder in work has a name and cannot be described
+    std::string refused_;       // the last folder that cannot be entered
     std::u16string folderText_;
     std::u16string row_;
 };

@@ -67,6 +67,11 @@ void Job::log(const std::string& text, std::optional<std::uint32_t> colour) {
     state.log.add({surroundings_.clock.now(), text, colour});
 }
 
+void Job::rowLost(const FileError& why) {
+    if (++state.counters.lostRows == 1)
+        state.lossReason = why.text;
+}
+
 Result<NativePath> Job::finalListPath() const {
     const NativePath& folder = installation_.paths().localPath;
     if (folder.empty())

@@ -48,6 +48,9 @@ public:
     /// A row in the job log with the time of this moment.
     void log(const std::string& text, std::optional<std::uint32_t> colour = std::nullopt);
 
+    /// Counts a row of a list that could not be written; the reason of the first one is kept.
+    void rowLost(const FileError& why);
+
     /// One turn of the front end's event loop.
     void turn() { surroundings_.loop.turn(); }
 

@@ -118,10 +118,13 @@ void JobDriver::refreshRuleLists() {
     JobOptions& options = job_.state.options;
     const Paths& paths = job_.installation().paths();
     step_ = "attempting to load the shared skiplist and common headers ";
-    if (options.useSkipList &&
-        loadSkipList(job_.installation(), options.useSkipList, job_.kept(), job_.skipList) == SkipListState::Missing) {
-        options.useSkipList = false;
-        options.useSkipListEnabled = false;
+    if (options.useSkipList) {
+        if (auto fetched = fetchSkipList(paths, job_.kept()); !fetched)
+            report(fetched.error());
+        if (loadSkipList(job_.installation(), options.useSkipList, job_.skipList) == SkipListState::Missing) {
+            options.useSkipList = false;
+            options.useSkipListEnabled = false;
+        }
     }
     if (auto fetched = fetchCommonHeaders(paths, job_.kept()); !fetched)
         report(fetched.error());
@@ -199,8 +202,8 @@ JobDriver::Next JobDriver::walkSource() {
     } else {
         if (state.options.source)
             FolderWalk(job_, *rawList).run(*state.options.source);
-        if (!rawList->close())
-            ++state.counters.lostRows;
+        if (const auto closed = rawList->close(); !closed)
+            job_.rowLost(closed.error());
     }
     if (state.stopRequested) {
         state.timerRunning = false;

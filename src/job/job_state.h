@@ -53,7 +53,7 @@ struct JobCounters {
     std::int32_t encrypted = 0;        ///< lEncrypted
     std::int32_t copyErrors = 0;       ///< lCopyErrors
     std::int32_t tested = 0;           ///< files compared with the database; no label of its own
-    std::uint64_t totalBytes = 0;      ///< lsize, through the size display
+    std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
 
@@ -65,7 +65,6 @@ struct JobTexts {
     std::string status;         ///< Label8
     std::string statusPanel;    ///< StatusBar1, panel 3
     std::string quality = "0";  ///< lRPC
-    std::string size = "0";     ///< lsize
     std::string throughput;     ///< Label16
     std::string jobPercent;     ///< Label22
     std::string filePercent;    ///< the percentage of the file in work
@@ -148,7 +147,9 @@ struct JobState {
     JobControls controls;
     JobLog log;
 
+    std::string lossReason;          ///< why the first of the lost rows could not be written
     std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none
+    bool sizeShown = false;          ///< the size label shows the total size; "0" before
     bool stopRequested = false;      ///< set by Stop, read by the phases
     bool copyCancelled = false;      ///< set by Stop, read by the copy in progress
     bool timerRunning = false;       ///< Timer1

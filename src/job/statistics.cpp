@@ -81,8 +81,9 @@ Result<void> recount(Job& job, const NativePath& list) {
 void resetCounters(JobState& state) {
     state.counters = JobCounters{};
     state.texts.quality = "0";
+    state.lossReason.clear();
     state.shownQuality = -1;
-    state.texts.size = "0";
+    state.sizeShown = false;
     state.texts.copied = "0";
 }
 
@@ -104,7 +105,11 @@ void updateQuality(JobState& state) {
 }
 
 void showSize(JobState& state) {
-    state.texts.size = sizeText(state.counters.totalBytes);
+    state.sizeShown = true;
+}
+
+std::string sizeLabel(const JobState& state) {
+    return state.sizeShown ? sizeText(state.counters.totalBytes) : "0";
 }
 
 void timerTick(Job& job) {

@@ -15,8 +15,12 @@ void resetCounters(JobState& state);
 /// label stays as it was.
 void updateQuality(JobState& state);
 
-/// Fills the size label from the total size.
+/// From here to the next reset the size label shows the total size as it grows.
 void showSize(JobState& state);
+
+/// What the size label shows: "0" behind a reset, "0 Bytes" for a tree of no bytes. The text is made when somebody
+/// looks at it, and not for every file.
+[[nodiscard]] std::string sizeLabel(const JobState& state);
 
 /// The handler of the timer that ticks every second while a job runs: elapsed time in the status panel, files per
 /// minute in the throughput label. The count is rows read if above 0, and files otherwise.

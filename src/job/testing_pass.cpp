@@ -34,8 +34,8 @@ void TestingPass::run() {
     } else {
         rawListFailed(rawList.error());
     }
-    if (!finalList->close())
-        ++job_.state.counters.lostRows;
+    if (const auto closed = finalList->close(); !closed)
+        job_.rowLost(closed.error());
     job_.releaseSource();
     stopped_ = job_.state.stopRequested;
     if (stopped_) {
@@ -140,8 +140,8 @@ void TestingPass::writeRow(ListWriter& finalList, std::u16string_view line) {
     row_.push_back(u',');
     row_.append(result_);
     row_.append(u"\r\n");
-    if (!finalList.write(row_))
-        ++job_.state.counters.lostRows;
+    if (const auto written = finalList.write(row_); !written)
+        job_.rowLost(written.error());
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {

@@ -139,6 +139,19 @@ Result<NativePath> childPath(const NativePath& folder, std::string_view name) {
     return folder / name;
 }
 
+NativePath realPath(const NativePath& path) {
+    std::error_code error;
+    NativePath real = std::filesystem::weakly_canonical(path, error);
+    if (error)
+        real = path.lexically_normal();
+    return real.has_filename() ? real : real.parent_path();
+}
+
+bool liesIn(const NativePath& path, const NativePath& folder) {
+    const auto mismatch = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end());
+    return mismatch.first == folder.end();
+}
+
 NativePath programFolder() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);

@@ -64,6 +64,13 @@ struct FileStamp {
 /// `folder`/`name`, or a BadName failure when `name` is no file name.
 [[nodiscard]] Result<NativePath> childPath(const NativePath& folder, std::string_view name);
 
+/// The place of a path behind all links, with no separator at its end. A part that does not exist stays as it reads,
+/// and so does a path too long to be asked for.
+[[nodiscard]] NativePath realPath(const NativePath& path);
+
+/// True when `path` is `folder` or lies below it; both as `realPath` gives them.
+[[nodiscard]] bool liesIn(const NativePath& path, const NativePath& folder);
+
 /// The folder of the running program.
 [[nodiscard]] NativePath programFolder();
 

@@ -50,10 +50,13 @@ void CommandLoop::showLine() {
     const std::int32_t done = counting ? counters.files : counters.rowsRead;
     const double seconds = static_cast<double>(clock_.milliseconds() - job_->state.startTick) / 1000.0;
     const double rate = seconds > 0 ? done / seconds : 0;
-    std::string line = job_->state.texts.status + "  " + grouped(done);
-    if (!counting)
-        line += "/" + grouped(counters.files);
-    line += fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(rate)));
+    std::string line = job_->state.texts.status + "  ";
+    if (counting && done == 0) {
+        line += grouped(counters.folders) + " folders";
+    } else {
+        line += grouped(done) + (counting ? "" : "/" + grouped(counters.files));
+        line += fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(rate)));
+    }
     if (!counting && rate > 0)
         line += "  " + clockText(static_cast<std::int64_t>((counters.files - done) / rate)) + " left";
     err_ << "\r\033[K" << line << std::flush;

@@ -8,6 +8,7 @@
 #include "app/folder_structure.h"
 #include "job/completion_report.h"
 #include "job/job_driver.h"
+#include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
 #include "platform/folders.h"
 #include "platform/host.h"
@@ -85,18 +86,28 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
     return false;
 }
 
+// The job leaves the source alone, but it writes to its own folders wherever they are.
+void tellOwnFoldersInSource(const NativePath& source, const Installation& installation, std::ostream& err) {
+    const NativePath root = realPath(source);
+    for (const NativePath& own : {installation.appFolder(), installation.paths().localPath}) {
+        if (!liesIn(realPath(own), root))
+            continue;
+        err << "quillon-job: " << readable(own.native()) << " lies in the source, and the job writes to it\n";
+        return;
+    }
+}
+
+// The options of the command take away from what the settings say.
 void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
-    const AppSettings& settings = job.installation().settings;
+    JobSetup(job.installation(), job.surroundings(), job.state).loadSettings();
     JobOptions& options = job.state.options;
     options.jobId = chosen.jobId;
     options.source = chosen.source;
     options.target = chosen.target;
     options.copy = chosen.target.has_value();
-    options.checkFileQuality = settings.runHeaderTest == 1 && chosen.test;
-    const NativePath& folder = job.installation().paths().localSettings;
-    options.useSkipList = settings.useSkipList == 1 && chosen.skipList && pathExists(folder / kSkipListFileName);
-    options.useCommonHeaders =
-        settings.useCommonHeaders == 1 && chosen.commonHeaders && pathExists(folder / kCommonHeadersFileName);
+    options.checkFileQuality = options.checkFileQuality && chosen.test;
+    options.useSkipList = options.useSkipList && chosen.skipList;
+    options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
     options.showProgress = showProgress;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;
@@ -124,11 +135,12 @@ void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ost
     }
     if (end == JobEnd::Stopped)
         err << "quillon-job: stopped\n";
-    const auto tell = [&err](std::int32_t count, const char* what) {
+    const auto tell = [&err](std::int32_t count, const std::string& what) {
         if (count > 0)
             err << "quillon-job: " << grouped(count) << what << '\n';
     };
-    tell(counters.lostRows, " rows of a list could not be written");
+    const std::string& reason = job.state.lossReason;
+    tell(counters.lostRows, " rows of a list could not be written" + (reason.empty() ? "" : " (" + reason + ")"));
     tell(counters.copyErrors, " files could not be copied");
     tell(counters.unlistedFolders, " folders could not be read to their end");
 }
@@ -183,6 +195,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     Installation installation(options.appFolder ? *options.appFolder : applicationFolder());
     if (!prepareInstallation(installation, streams.err, options.quiet))
         return kExitNoList;
+    if (!options.quiet)
+        tellOwnFoldersInSource(options.source, installation, streams.err);
     return runJob(options, installation, streams);
 }
 

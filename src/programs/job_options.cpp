@@ -2,6 +2,7 @@
 #include "programs/job_options.h"
 
 #include <algorithm>
+#include <memory>
 #include <ostream>
 
 #include <fmt/format.h>
@@ -23,6 +24,34 @@ NativePath absolutePath(const std::string& text) {
     return error ? NativePath(text) : path;
 }
 
+constexpr const char* kUsage = "quillon-job --job ID --source DIR";
+
+constexpr const char* kStatuses = R"(Exit status:
+  0    the list is complete
+  1    the job ended without a list
+  2    wrong usage
+  3    the list is there, but rows or copies failed or folders could not be read
+  130  stopped
+
+Ctrl-C is Stop. Without --yes a question is asked on the terminal; without one the cautious answer is taken.)";
+
+class HelpText final : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App* /*command*/, std::string /*name*/) const override {
+        return std::string("Usage: ") + kUsage + " [OPTIONS]\n";
+    }
+};
+
+// Why a path is no folder to work with; empty when it is one.
+std::string folderProblem(const NativePath& path) {
+    if (isFolder(path))
+        return {};
+    const auto stamp = fileStamp(path);
+    if (stamp)
+        return "is not a folder";
+    return stamp.error().kind == ErrorKind::NotFound ? "does not exist" : "cannot be reached";
+}
+
 // What is wrong with the values, if anything is.
 std::string wrongUsage(const JobCommandOptions& options, const std::string& givenSource) {
     if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(options.jobId + ".csv")) {
@@ -31,14 +60,15 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
             "| \"",
             readable(std::string_view(options.jobId)));
     }
-    if (givenSource.empty() || !isFolder(options.source)) {
-        return fmt::format("--source \"{}\" is not a folder", readable(std::string_view(givenSource)));
-    }
-    if (options.target && pathExists(*options.target) && !isFolder(*options.target)) {
+    if (givenSource.empty())
+        return "--source names no folder";
+    if (const auto problem = folderProblem(options.source); !problem.empty())
+        return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
+    if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
-    }
-    if (options.appFolder && !isFolder(*options.appFolder)) {
-        return fmt::format("--app \"{}\" is not a folder", readable(options.appFolder->native()));
+    if (options.appFolder) {
+        if (const auto problem = folderProblem(*options.appFolder); !problem.empty())
+            return fmt::format("--app \"{}\" {}", readable(options.appFolder->native()), problem);
     }
     return {};
 }
@@ -50,9 +80,13 @@ void declareOptions(CLI::App& command, JobCommandOptions& options, std::string& 
         ->required()
         ->type_name("DIR");
     command.add_option("--target", target, "Copy the files below this folder")->type_name("DIR");
-    command.add_flag("!--no-test", options.test, "List only, without testing the headers");
-    command.add_flag("!--no-skip-list", options.skipList, "List the files of the skip list too");
-    command.add_flag("!--no-common-headers", options.commonHeaders, "Do not look for common headers");
+    const auto switchesOff = [&command](const char* name, bool& value, const char* meaning) {
+        command.add_flag_callback(
+            name, [&value] { value = false; }, meaning);
+    };
+    switchesOff("--no-test", options.test, "List only, without testing the headers");
+    switchesOff("--no-skip-list", options.skipList, "List the files of the skip list too");
+    switchesOff("--no-common-headers", options.commonHeaders, "Do not look for common headers");
     command.add_option("--alert", options.alertComputer, "Send the completion report to this computer")
         ->type_name("COMPUTER");
     command.add_option("--app", app, "Application folder (default: the folder of this program)")->type_name("DIR");
@@ -72,6 +106,8 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
     std::string target;
     std::string app;
     CLI::App command("Tests every file of a recovered tree and writes the job's file list.", "quillon-job");
+    command.formatter(std::make_shared<HelpText>());
+    command.footer(kStatuses);
     declareOptions(command, options, source, target, app);
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
@@ -79,7 +115,7 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
     } catch (const CLI::Success& done) {
         return {std::nullopt, command.exit(done, out, err)};
     } catch (const CLI::ParseError& wrong) {
-        err << "quillon-job: " << wrong.what() << " (usage: quillon-job --job ID --source DIR; see --help)\n";
+        err << "quillon-job: " << wrong.what() << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
     options.source = absolutePath(source);
@@ -88,7 +124,7 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
     if (!app.empty())
         options.appFolder = absolutePath(app);
     if (const auto wrong = wrongUsage(options, source); !wrong.empty()) {
-        err << "quillon-job: " << wrong << " (usage: quillon-job --job ID --source DIR; see --help)\n";
+        err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
     return {options, 0};

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "job/statistics.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -65,7 +66,7 @@ std::string jobResultAsJson(const Job& job, const PhaseTimes& times, JobEnd end,
     result["end"] = nameOf(end);
     result["list"] = end == JobEnd::Complete && list ? Json(readable(list->native())) : Json(nullptr);
     result["quality"] = job.state.texts.quality;
-    result["size"] = job.state.texts.size;
+    result["size"] = sizeLabel(job.state);
     result["counters"] = countersAsJson(job.state.counters);
     result["seconds"] = {{"folder_tests", seconds(times.folderTests)},
                          {"file_count", seconds(times.fileCount)},

@@ -71,17 +71,18 @@ bool SkipList::matches(std::u16string_view listPath) const {
                        [path](const Clue& clue) { return path.find(clue.text) != path.npos && fits(clue, path); });
 }
 
-SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFiles& kept, SkipList& list) {
+Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
+    const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
+    if (!paths.useSharedDb || !pathExists(shared))
+        return {};
+    return takeSharedCopy(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
+}
+
+SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {
     const Paths& paths = installation.paths();
     const NativePath local = fileIn(paths.localSettings, kSkipListFileName);
-    if (paths.useSharedDb) {
-        const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
-        if (pathExists(shared)) {
-            passOver(takeSharedCopy(shared, local, kept), "the local copy then serves");
-        } else if (!pathExists(local)) {
-            return SkipListState::Missing;
-        }
-    }
+    if (paths.useSharedDb && !pathExists(local) && !pathExists(fileIn(paths.sharedSettings, kSkipListFileName)))
+        return SkipListState::Missing;
     if (!wanted)
         return SkipListState::Available;
     const auto bytes = readWholeFile(local);

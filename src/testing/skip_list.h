@@ -48,11 +48,13 @@ private:
 /// What `loadSkipList` found, besides the list itself.
 enum class SkipListState { Available, Missing };
 
-/// Loads the list for a job. With sharing on, the shared file first replaces the local one; when neither is there, the
-/// answer is Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted`
-/// (`chkUseSkip` is ticked) and it exists; otherwise, and for a file without lines, the list stays as it was.
-[[nodiscard]] SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFiles& kept,
-                                         SkipList& list);
+/// With sharing on, puts the shared file over the local one when there is one. After a failure the local file serves.
+[[nodiscard]] Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept);
+
+/// Loads the list for a job, behind `fetchSkipList`. When sharing is on and neither file is there, the answer is
+/// Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted` (`chkUseSkip` is
+/// ticked) and it exists; otherwise, and for a file without lines, the list stays as it was.
+[[nodiscard]] SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list);
 
 /// What `chkUseSkip` becomes when settings are applied.
 struct SkipAvailability {

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <QToolButton>
 
+#include "job/statistics.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 #include "ui/frmMain.h"
@@ -102,7 +103,7 @@ void frmMain::showTexts() {
     showText(*Label8, texts.status);
     showText(*statusPanels[2], texts.statusPanel);
     showText(*lRPC, texts.quality);
-    showText(*lsize, texts.size);
+    showText(*lsize, sizeLabel(job_.state));
     showText(*Label16, texts.throughput);
     showText(*Label22, texts.jobPercent);
     showText(*Label2_1, texts.filePercent);

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "job/job_fixture.h"
+#include "job/statistics.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
@@ -244,6 +245,15 @@ TEST_F(WalkTest, TheLoopTurnsOncePerFile) {
     EXPECT_EQ(fake.loop.turns, 3);
 }
 
+TEST_F(WalkTest, CountAndSizeAreShownWithEveryFile) {
+    sourceFile("a", "1234");
+    sourceFile("b", std::string(2044, 'x'));
+    std::vector<std::string> shown = {sizeLabel(state)};
+    fake.loop.onTurn = [&](int) { shown.push_back(std::to_string(state.counters.files) + ": " + sizeLabel(state)); };
+    walk();
+    EXPECT_EQ(shown, (std::vector<std::string>{"0", "1: 4 Bytes", "2: 2.0 Kb"}));
+}
+
 TEST_F(WalkTest, ASkippedFileIsCountedNowhereElse) {
     state.options.useSkipList = true;
     job.skipList.assign({u"thumbs.db", u"a>b"});
@@ -295,6 +305,7 @@ TEST_F(WalkTest, ASourceThatIsNotThereHasNoFoldersAndNoRows) {
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_TRUE(walk().empty());
     EXPECT_EQ(state.counters.unlistedFolders, 1);
+    EXPECT_EQ(logTexts(), std::vector<std::string>{"Unable to read folder : " + (folder / "source").native()});
 }
 
 TEST_F(WalkTest, AFolderThatCannotBeEnteredIsCountedLoggedInLightRedAndGoneOnBehind) {
@@ -308,7 +319,8 @@ TEST_F(WalkTest, AFolderThatCannotBeEnteredIsCountedLoggedInLightRedAndGoneOnBeh
         const auto& rows = state.log.rows();
         const bool logged = rows.size() == 1 && rows[0].colour == 0xC0C0FFU &&
                             rows[0].text == "Folder access error : " + (folder / "source/locked").native();
-        return counted && logged && walkedNames() == Names{"open/file"} && state.counters.unlistedFolders == 1;
+        const bool goneOn = walkedNames() == Names{"open/file"} && state.counters.unlistedFolders == 1;
+        return counted && logged && goneOn && rows.size() == 1;
     }));
 }
 
@@ -320,7 +332,11 @@ TEST_F(WalkTest, AFolderThatMayBeEnteredAndNotListedIsNoFolderErrorButIsMissed) 
     EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
         ListFolders(job, folder / "source");
         const bool counted = state.counters.folders == 1 && state.counters.folderErrors == 0;
-        return counted && walkedNames().empty() && state.counters.unlistedFolders == 1;
+        const bool missed = walkedNames().empty() && state.counters.unlistedFolders == 1;
+        const auto& rows = state.log.rows();
+        const bool logged = rows.size() == 1 && rows[0].colour == 0xC0C0FFU &&
+                            rows[0].text == "Unable to read folder : " + (folder / "source/closed").native();
+        return counted && missed && logged;
     }));
 }
 

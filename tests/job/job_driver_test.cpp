@@ -2,6 +2,7 @@
 #include "job/job_driver.h"
 
 #include "job/driver_fixture.h"
+#include "job/statistics.h"
 #include "platform/folder_lock.h"
 #include "text/fields.h"
 
@@ -29,7 +30,7 @@ TEST_F(DriverTest, ATestedJobGoesThroughItsStepsInOrder) {
               }));
     EXPECT_EQ(finalRows().size(), 1U);
     EXPECT_EQ(state.counters.folders, 1);
-    EXPECT_EQ(state.texts.size, "1 Bytes");
+    EXPECT_EQ(sizeLabel(state), "1 Bytes");
 }
 
 TEST_F(DriverTest, AJobWithoutTestingCopiesTheRawListAndDoesNotEnableView) {
@@ -146,130 +147,6 @@ TEST_F(DriverTest, TheSameJobIdOfAListWithTheSeparatorIsAnOrdinaryList) {
     EXPECT_TRUE(exists("local/1234-Partition 1.csv"));
 }
 
-TEST_F(DriverTest, WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList) {
-    installation.settings.useCommonHeaders = 0;
-    installation.settings.useSharedDb = 1;
-    installation.refreshPathVariables();
-    state.options.useSkipList = true;
-    state.options.useCommonHeaders = true;
-    folder.write("local/Settings/SkipList.dat", "file\r\n");
-    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
-    folder.write("share/Settings/CommonHeaders.dat", "shared");
-    sourceFile("file", "x");
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_EQ(state.counters.skipped, 0);
-    EXPECT_EQ(state.counters.files, 1);
-    EXPECT_FALSE(exists("local/Database/abc.dat"));
-    EXPECT_NE(folder.read("local/Settings/CommonHeaders.dat"), "shared");
-}
-
-TEST_F(DriverTest, TheSkipListOfTheJobIsUsed) {
-    state.options.useSkipList = true;
-    folder.write("local/Settings/SkipList.dat", "skipme\r\n");
-    sourceFile("SkipMe.txt", "x");
-    sourceFile("kept.txt", "x");
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_EQ(state.counters.skipped, 1);
-    EXPECT_EQ(finalRows().size(), 1U);
-}
-
-class SharedDriverTest : public DriverTest {
-protected:
-    SharedDriverTest() {
-        installation.settings.useSharedDb = 1;
-        installation.refreshPathVariables();
-    }
-};
-
-TEST_F(SharedDriverTest, TheLocalDatabaseFollowsTheSharedOne) {
-    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
-    folder.write("local/Database/orphan.dat", "1,XX,T\r\n");
-    folder.write("share/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n");
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_EQ(folder.read("local/Database/abc.dat"), "1,MZ,T\r\n");
-    EXPECT_FALSE(exists("local/Database/orphan.dat"));
-    EXPECT_EQ(folder.read("local/Kept/2026-11-15 10.20.30/Database/orphan.dat"), "1,XX,T\r\n");
-    EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "0,PK,T,Zip\r\n");
-    EXPECT_EQ(logTexts().at(0), "Copying ext database from network drive");
-}
-
-TEST_F(SharedDriverTest, WithoutTestingTheDatabaseIsNotRefreshedButTheListsAre) {
-    state.options.checkFileQuality = false;
-    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
-    folder.write("share/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n");
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_FALSE(exists("local/Database/abc.dat"));
-    EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "0,PK,T,Zip\r\n");
-}
-
-TEST_F(SharedDriverTest, AnEmptySharedDatabaseAsksAndNoEndsTheJob) {
-    fake.dialogs.expectBox("No Database",
-                           "Unable to find shared database. Do you want to continue the check with the local copy?",
-                           BoxAnswer::No, std::nullopt, BoxButtons::YesNo);
-    EXPECT_EQ(run(), JobEnd::NotStarted);
-    EXPECT_EQ(logTexts(), std::vector<std::string>{"Copying ext database from network drive"});
-}
-
-TEST_F(SharedDriverTest, WithoutAnyDatabaseTheThreeAnswersAreKept) {
-    const auto expectBoth = [this](BoxAnswer answer) {
-        fake.dialogs.expectBox("No Database",
-                               "Unable to find shared database. Do you want to continue the check with the local copy?",
-                               BoxAnswer::Yes);
-        fake.dialogs.expectBox("No Database",
-                               "Unable to find local database. Do you want to disable the file quality testing?",
-                               answer, std::nullopt, BoxButtons::YesNoCancel);
-    };
-    expectBoth(BoxAnswer::Cancel);
-    EXPECT_EQ(run(), JobEnd::NotStarted);
-    EXPECT_TRUE(state.options.checkFileQuality);
-    expectBoth(BoxAnswer::No);
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_TRUE(state.options.checkFileQuality);
-    fs::remove(folder / "local/1234.csv");
-    expectBoth(BoxAnswer::Yes);
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_FALSE(state.options.checkFileQuality);
-    EXPECT_EQ(logTexts().back(), "File list process complete");
-}
-
-TEST_F(SharedDriverTest, AMissingSkipListClearsAndDisablesItsBox) {
-    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
-    state.options.useSkipList = true;
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_FALSE(state.options.useSkipList);
-    EXPECT_FALSE(state.options.useSkipListEnabled);
-}
-
-TEST_F(DriverTest, AMissingCommonListClearsAndDisablesItsBox) {
-    fs::remove(folder / "local/Settings/CommonHeaders.dat");
-    state.options.useCommonHeaders = true;
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_FALSE(state.options.useCommonHeaders);
-    EXPECT_FALSE(state.options.useCommonHeadersEnabled);
-}
-
-TEST_F(DriverTest, TheErrorHandlerTellsTheStepAndTheJobGoesOn) {
-    folder.write("share/Settings/CommonHeaders.dat/inside", "a folder where the list should be");
-    std::string told;
-    fake.dialogs.onProblem = [&](const std::string& problem) { told += problem; };
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_NE(told.find("box \"Error\": The following error has occurred : "), std::string::npos) << told;
-    EXPECT_NE(told.find(" while attempting to load the shared skiplist and common headers .\r\n Please ensure you have "
-                        "the correct permissions on the drive under test and the database locations."),
-              std::string::npos)
-        << told;
-}
-
-TEST_F(DriverTest, TheCommonListIsLoadedWhenItsBoxIsTicked) {
-    folder.write("local/Settings/CommonHeaders.dat", "0,PK,T,Zip\r\n0,MZ,T,Program\r\n");
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_TRUE(job.commonList.records().empty());
-    state.options.useCommonHeaders = true;
-    state.options.overwriteConfirmed = true;
-    EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_EQ(job.commonList.records().size(), 2U);
-}
-
 TEST_F(DriverTest, StopDuringTheFolderTestsEndsTheWalkAtItsStart) {
     sourceFile("a/file", "x");
     fake.loop.onTurn = [this](int turn) {
@@ -336,6 +213,30 @@ TEST_F(DriverTest, StopAsksAndOnlyYesStops) {
     EXPECT_TRUE(state.stopRequested);
     EXPECT_TRUE(state.copyCancelled);
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
+}
+
+TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
+    termFile("abc", "1,MZ,T\r\n");
+    const std::string healthy = "MZ" + std::string(600, '.');
+    for (const char* name : {"0 same", "1 gone", "2 fifo", "3 link", "4 shrunk", "5 folder"})
+        sourceFile(std::string(name) + ".abc", healthy);
+    folder.write("outside.abc", healthy);
+    fake.loop.onTurn = [this](int turn) {
+        if (turn != 6)  // behind the last row of the walk
+            return;
+        for (const char* name : {"1 gone", "2 fifo", "3 link", "5 folder"})
+            fs::remove(folder / ("source/" + std::string(name) + ".abc"));
+        makeFifo(folder / "source/2 fifo.abc");
+        fs::create_symlink(folder / "outside.abc", folder / "source/3 link.abc");
+        fs::resize_file(folder / "source/4 shrunk.abc", 1);
+        fs::create_directory(folder / "source/5 folder.abc");
+    };
+    EXPECT_EQ(run(), JobEnd::Complete);
+    std::vector<std::u16string> grades;
+    for (const auto& row : finalRows()) grades.push_back(row.substr(row.rfind(u',') + 1));
+    const std::u16string denied = u"Access error";
+    EXPECT_EQ(grades, (std::vector<std::u16string>{u"Header OK", denied, denied, denied, u"Header Corrupt", denied}));
+    EXPECT_EQ(state.counters.accessErrors, 4);
 }
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {

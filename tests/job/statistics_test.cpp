@@ -19,7 +19,7 @@ protected:
     std::string size(std::uint64_t bytes) {
         state.counters.totalBytes = bytes;
         showSize(state);
-        return state.texts.size;
+        return sizeLabel(state);
     }
     void recount(const std::vector<std::u16string>& results) {
         std::vector<std::u16string> rows;
@@ -65,11 +65,11 @@ TEST_F(StatisticsTest, AResetPutsEveryCounterAndLabelToZero) {
     state.counters.copyErrors = 4;
     state.counters.tested = 5;
     state.counters.totalBytes = 6;
-    state.texts.size = "6 Bytes";
+    showSize(state);
     state.texts.copied = "7";
     resetCounters(state);
     EXPECT_EQ(state.counters, JobCounters());
-    EXPECT_EQ(state.texts.size, "0");
+    EXPECT_EQ(sizeLabel(state), "0");
     EXPECT_EQ(state.texts.copied, "0");
 }
 

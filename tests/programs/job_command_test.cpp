@@ -88,8 +88,24 @@ TEST_F(JobCommandTest, WrongUsageIsStatus2AndALineThatSaysHow) {
     }
 }
 
+TEST_F(JobCommandTest, WrongFoldersAreToldApart) {
+    const std::string file = folder.write("file", "x").native();
+    const std::string missing = (folder / "missing").native();
+    const std::string source = (folder / "source").native();
+    EXPECT_EQ(command({"--job", "1", "--source", file}), 2);
+    EXPECT_TRUE(told("--source \"" + file + "\" is not a folder")) << err.str();
+    EXPECT_EQ(command({"--job", "1", "--source", missing}), 2);
+    EXPECT_TRUE(told("--source \"" + missing + "\" does not exist")) << err.str();
+    EXPECT_EQ(command({"--job", "1", "--source", source, "--target", file}), 2);
+    EXPECT_TRUE(told("--target \"" + file + "\" is not a folder")) << err.str();
+    EXPECT_EQ(command({"--job", "1", "--source", source, "--app", missing}), 2);
+    EXPECT_TRUE(told("--app \"" + missing + "\" does not exist")) << err.str();
+}
+
 TEST_F(JobCommandTest, HelpAndVersionGoToStandardOutput) {
     EXPECT_EQ(command({"--help"}), 0);
+    EXPECT_NE(out.str().find("Usage: quillon-job --job ID --source DIR [OPTIONS]\n"), std::string::npos) << out.str();
+    EXPECT_NE(out.str().find("130  stopped\n"), std::string::npos) << "the statuses are told";
     for (const char* option : {"--job", "--source", "--target", "--no-test", "--no-skip-list", "--no-common-headers",
                                "--alert", "--app", "--json", "--yes", "--quiet"})
         EXPECT_NE(out.str().find(option), std::string::npos) << option;
@@ -200,6 +216,30 @@ TEST_F(JobCommandTest, OptionsSwitchTestingSkipListAndCommonHeadersOff) {
     EXPECT_EQ(counter({}, "common"), 1);
     EXPECT_EQ(counter({"--no-common-headers"}, "unknown"), 1);
     EXPECT_EQ(counter({"--no-test"}, "rows_read"), 0);
+}
+
+TEST_F(JobCommandTest, TheSkipListOfTheShareServesTheFirstJob) {
+    install();
+    Installation installation(folder / "app");
+    ASSERT_TRUE(installation.loadSettingsRecord());
+    installation.settings.useSharedDb = 1;
+    installation.settings.sharedPath.assign(pageFromPath(folder / "share"));
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Settings/SkipList.dat", "skipme\r\n");
+    folder.write("source/skipme.txt", "x");
+    EXPECT_EQ(job({"--json"}), 0) << err.str();
+    EXPECT_EQ(nlohmann::json::parse(out.str())["counters"].at("skipped"), 1);
+}
+
+TEST_F(JobCommandTest, OwnFoldersInTheSourceAreTold) {
+    install();
+    const std::vector<std::string> around = {
+        "--job", "1", "--source", folder.path().native(), "--app", (folder / "app").native()};
+    EXPECT_EQ(command(around), 0);
+    EXPECT_TRUE(told("quillon-job: " + (folder / "app").native() + " lies in the source, and the job writes to it\n"));
+    EXPECT_EQ(job(), 0);
+    EXPECT_FALSE(told("lies in the source"));
 }
 
 TEST_F(JobCommandTest, FilesAreCopiedAndAFailedCopyIsStatus3) {

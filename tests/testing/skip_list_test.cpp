@@ -110,9 +110,13 @@ TEST(SkipListTest, ManyTermsGiveTheAnswerOfTryingThemOneByOne) {
 
 class LoadSkipListTest : public ListFolders {
 protected:
-    SkipListState load(bool wanted = true) { return loadSkipList(installation, wanted, kept, list); }
+    SkipListState load(bool wanted = true) {
+        fetched = fetchSkipList(installation.paths(), kept).has_value();
+        return loadSkipList(installation, wanted, list);
+    }
 
     SkipList list;
+    bool fetched = false;
 };
 
 TEST_F(LoadSkipListTest, EveryLineOfTheLocalFileIsAPattern) {
@@ -157,10 +161,20 @@ TEST_F(LoadSkipListTest, WithSharingTheSharedFileReplacesTheLocalOne) {
     EXPECT_EQ(folder.read(keptName("Settings/SkipList.dat")), "local\r\n");
 }
 
+TEST_F(LoadSkipListTest, ASharedFileThatCannotBeCopiedIsAFailureAndTheLocalOneServes) {
+    share();
+    folder.write("share/Settings/SkipList.dat/inside", "a folder where the list should be");
+    folder.write("local/Settings/SkipList.dat", "local\r\n");
+    EXPECT_EQ(load(), SkipListState::Available);
+    EXPECT_FALSE(fetched);
+    EXPECT_EQ(list.patterns(), std::vector<std::u16string>{u"*local*"});
+}
+
 TEST_F(LoadSkipListTest, WithSharingTheLocalFileServesWhenTheShareHasNone) {
     share();
     folder.write("local/Settings/SkipList.dat", "local\r\n");
     EXPECT_EQ(load(), SkipListState::Available);
+    EXPECT_TRUE(fetched);
     EXPECT_EQ(list.patterns(), std::vector<std::u16string>{u"*local*"});
     EXPECT_FALSE(exists("share/Settings/SkipList.dat"));
 }

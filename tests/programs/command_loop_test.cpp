@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#include "programs/command_loop.h"
+
+#include <sstream>
+
+#include "job/job_fixture.h"
+
+namespace quillon::test {
+
+namespace {
+
+class CommandLoopTest : public JobFixture {
+protected:
+    CommandLoopTest() {
+        loop.attach(job);
+        state.startTick = 0;
+        state.texts.status = "Working";
+    }
+
+    // The line that stands on the terminal at a time; the clock is looked at once in so many turns.
+    std::string lineAt(std::int64_t milliseconds) {
+        fake.clock.tick = milliseconds;
+        err.str("");
+        for (int i = 0; i < 32; ++i) loop.turn();
+        return err.str();
+    }
+
+    std::ostringstream err;
+    int interrupts = 0;
+    CommandLoop loop{fake.clock, err, true, [this] { return interrupts; }};
+};
+
+TEST_F(CommandLoopTest, TheFolderTestsShowFolders) {
+    state.counters.folders = 1234;
+    EXPECT_EQ(lineAt(1000), "\r\x1B[KWorking  1,234 folders");
+}
+
+TEST_F(CommandLoopTest, TheWalkShowsFilesAndTheirRate) {
+    state.counters.folders = 12;
+    state.counters.files = 5000;
+    EXPECT_EQ(lineAt(2000), "\r\x1B[KWorking  5,000  2,500 files/s");
+}
+
+TEST_F(CommandLoopTest, APassShowsHowMuchIsLeft) {
+    state.counters.files = 40000;
+    state.counters.rowsRead = 10000;
+    EXPECT_EQ(lineAt(10000), "\r\x1B[KWorking  10,000/40,000  1,000 files/s  00:00:30 left");
+}
+
+TEST_F(CommandLoopTest, TheLineComesAFewTimesASecond) {
+    EXPECT_NE(lineAt(1000), "");
+    EXPECT_EQ(lineAt(1199), "");
+    EXPECT_NE(lineAt(1200), "");
+}
+
+TEST_F(CommandLoopTest, TheLineIsTakenAwayOnce) {
+    static_cast<void>(lineAt(1000));
+    err.str("");
+    loop.clearLine();
+    loop.clearLine();
+    EXPECT_EQ(err.str(), "\r\x1B[K");
+}
+
+TEST_F(CommandLoopTest, EveryPressOfCtrlCIsOneStop) {
+    loop.turn();
+    EXPECT_FALSE(state.stopRequested);
+    interrupts = 1;
+    for (int i = 0; i < 3; ++i) loop.turn();
+    EXPECT_TRUE(state.stopRequested);
+    EXPECT_TRUE(state.copyCancelled);
+    EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
+}
+
+}  // namespace
+
+}  // namespace quillon::test
