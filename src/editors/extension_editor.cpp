@@ -48,8 +48,11 @@ void ExtensionEditor::load(const EditorHandover& handover) {
 
 void ExtensionEditor::loadFiles(const EditorHandover& handover) {
     for (const auto& file : handover.files) {
-        if (lengthOf(toNative(file.path)) != 0)
-            state.files.push_back(file.path);
+        // A damaged list may have characters of value 0, which no path has.
+        std::u16string path = file.path;
+        std::erase(path, u'\0');
+        if (lengthOf(toNative(path)) != 0)
+            state.files.push_back(std::move(path));
     }
 }
 
@@ -77,9 +80,7 @@ void ExtensionEditor::chooseFile(int file) {
 void ExtensionEditor::showFile() {
     if (state.currentFile < 0)
         return;
-    std::string path = toNative(state.files[static_cast<std::size_t>(state.currentFile)]);
-    std::erase(path, '\0');
-    auto bytes = firstBytes(path);
+    auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
     if (!bytes)
         return;
     passOver(File::create(job_.installation().appFolder() / kCurrentFileName).and_then([&](File file) {

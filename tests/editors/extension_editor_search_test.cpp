@@ -139,6 +139,14 @@ TEST_F(ExtensionEditorSearchTest, CommonHeaderControlsShowForTheirCategoryAlone)
     EXPECT_FALSE(editor.state.commonShown);
 }
 
+TEST_F(ExtensionEditorSearchTest, IdentifiersAreSortedAsAPersonReads) {
+    folders.folder.write("local/Settings/CommonHeaders.dat", "1,PK,T,archive\r\n");
+    for (const char16_t* identifier : {u"picture", u"JPEG", u"Zip", u"archive"})
+        addFile("a.qlx", "PK..", std::u16string(u"Appears to be of file type : ") + identifier);
+    open(9);
+    EXPECT_EQ(editor.state.identifiers, (Texts{u"(Please Select)", u"archive", u"JPEG", u"picture", u"Zip"}));
+}
+
 TEST_F(ExtensionEditorSearchTest, TheCommonControlsShowWithoutAnyIdentifier) {
     folders.folder.write("local/Settings/CommonHeaders.dat", "1,PK,T,archive\r\n");
     open(9);
