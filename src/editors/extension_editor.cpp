@@ -32,6 +32,11 @@ std::optional<std::string> firstBytes(const std::string& path) {
     return std::string(bytes.data(), count.value_or(0));
 }
 
+// A record is one line: what was pasted with it is left out.
+std::string firstLine(const std::string& typed) {
+    return typed.substr(0, typed.find_first_of("\r\n"));
+}
+
 }  // namespace
 
 void ExtensionEditor::load(const EditorHandover& handover) {
@@ -110,9 +115,13 @@ void ExtensionEditor::previousFile() {
     showFile();
 }
 
+void ExtensionEditor::positionChanged(const std::string& position) {
+    state.position = firstLine(position);
+}
+
 void ExtensionEditor::termChanged(const std::string& term) {
-    state.term = term;
-    if (term.find(',') == std::string::npos)
+    state.term = firstLine(term);
+    if (state.term.find(',') == std::string::npos)
         return;
     job_.surroundings().dialogs.tell(
         "No Commas!",

@@ -72,8 +72,10 @@ void frmExtEditor::act(QPushButton* button, void (ExtensionEditor::*operation)()
 
 void frmExtEditor::connectCriteria() {
     connect(Text2, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (!showing_)
-            editor_.state.position = fromQt(text);
+        if (showing_)
+            return;
+        editor_.positionChanged(fromQt(text));
+        showState();
     });
     connect(Text3, &QLineEdit::textChanged, this, &frmExtEditor::Text3_Change);
     connect(Combo2, &QComboBox::currentIndexChanged, this, [this](int type) {
@@ -163,8 +165,12 @@ void frmExtEditor::Text3_Change(const QString& text) {
     if (showing_)
         return;
     editor_.termChanged(fromQt(text));
-    if (editor_.state.term != fromQt(text))
-        showState();
+    if (editor_.state.term == fromQt(text))
+        return;
+    // The person goes on where the comma was.
+    const int place = Text3->cursorPosition();
+    showState();
+    Text3->setCursorPosition(place - static_cast<int>(text.left(place).count(QLatin1Char(','))));
 }
 
 // Done

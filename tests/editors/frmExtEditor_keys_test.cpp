@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -24,6 +25,8 @@ private slots:
     void cleanup() { VERIFY_DIALOGS(screen_); }
     void tabGoesThroughTheControlsInOrder();
     void enterInPositionAndTermAdds();
+    void aRefusedCommaLeavesTheCaretInItsPlace();
+    void ofPastedLinesTheFirstCounts();
     void deleteInTheTermsAsksAndDeletes();
     void arrowsInTheTermsFillTheCriteria();
     void aClickNamesTheTermInThePopup();
@@ -90,6 +93,33 @@ void FrmExtEditorKeysTest::enterInPositionAndTermAdds() {
     QTest::keyClick(&screen_->control<QLineEdit>("Text2"), Qt::Key_Return);
     QCOMPARE(screen_->rows(),
              (QStringList{QStringLiteral("T1|1|T"), QStringLiteral("NEW|7|T"), QStringLiteral("NEW|7|T")}));
+}
+
+void FrmExtEditorKeysTest::aRefusedCommaLeavesTheCaretInItsPlace() {
+    openOver(0);
+    screen_->dialogs().expectBox(
+        "No Commas!",
+        "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
+        "using a comma, use a HEX based search for '2C'.",
+        BoxAnswer::Ok, BoxStyle::Plain, BoxButtons::Ok);
+    screen_->type("Text3", "abcd");
+    auto& term = screen_->control<QLineEdit>("Text3");
+    term.setCursorPosition(2);
+    QTest::keyClicks(&term, QStringLiteral(",X"));
+    QCOMPARE(term.text(), QStringLiteral("abXcd"));
+}
+
+void FrmExtEditorKeysTest::ofPastedLinesTheFirstCounts() {
+    openOver(0);
+    for (const char* box : {"Text2", "Text3"}) {
+        QApplication::clipboard()->setText(QStringLiteral("12\r\n34"));
+        screen_->control<QLineEdit>(box).selectAll();
+        screen_->control<QLineEdit>(box).paste();
+        QCOMPARE(screen_->text(box), QStringLiteral("12"));
+    }
+    screen_->click("Command2");
+    screen_->click("Command5");
+    QCOMPARE(screen_->bytesOf("local/Database/qlx.dat"), std::string("12,12,T\r\n"));
 }
 
 void FrmExtEditorKeysTest::deleteInTheTermsAsksAndDeletes() {

@@ -301,7 +301,7 @@ TEST_F(ViewerTest, WithSharingASkipTermIsAppendedToBothLists) {
     folders.installation.refreshPathVariables();
     viewer.load();
     folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
-                                     "thumbs.db", "");
+                                     "thumbs.db\nof two lines", "");
     viewer.addToSkipList();
     EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "thumbs.db\r\n");
     EXPECT_EQ(folders.folder.read("share/Settings/SkipList.dat"), "thumbs.db\r\n");
