@@ -32,6 +32,11 @@ std::optional<std::string> firstBytes(const std::string& path) {
     return std::string(bytes.data(), count.value_or(0));
 }
 
+// A record is one line: what was pasted with it is left out.
+std::string firstLine(const std::string& typed) {
+    return typed.substr(0, typed.find_first_of("\r\n"));
+}
+
 }  // namespace
 
 void ExtensionEditor::load(const EditorHandover& handover) {
@@ -48,8 +53,11 @@ void ExtensionEditor::load(const EditorHandover& handover) {
 
 void ExtensionEditor::loadFiles(const EditorHandover& handover) {
     for (const auto& file : handover.files) {
-        if (lengthOf(toNative(file.path)) != 0)
-            state.files.push_back(file.path);
+        // A damaged list may have characters of value 0, which no path has.
+        std::u16string path = file.path;
+        std::erase(path, u'\0');
+        if (lengthOf(toNative(path)) != 0)
+            state.files.push_back(std::move(path));
     }
 }
 
@@ -77,9 +85,7 @@ void ExtensionEditor::chooseFile(int file) {
 void ExtensionEditor::showFile() {
     if (state.currentFile < 0)
         return;
-    std::string path = toNative(state.files[static_cast<std::size_t>(state.currentFile)]);
-    std::erase(path, '\0');
-    auto bytes = firstBytes(path);
+    auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
     if (!bytes)
         return;
     passOver(File::create(job_.installation().appFolder() / kCurrentFileName).and_then([&](File file) {
@@ -109,9 +115,13 @@ void ExtensionEditor::previousFile() {
     showFile();
 }
 
+void ExtensionEditor::positionChanged(const std::string& position) {
+    state.position = firstLine(position);
+}
+
 void ExtensionEditor::termChanged(const std::string& term) {
-    state.term = term;
-    if (term.find(',') == std::string::npos)
+    state.term = firstLine(term);
+    if (state.term.find(',') == std::string::npos)
         return;
     job_.surroundings().dialogs.tell(
         "No Commas!",

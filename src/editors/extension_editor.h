@@ -23,7 +23,7 @@ inline constexpr int kHexType = 1;
 /// What the screen shows. Texts are UTF-8 but those marked as list text.
 struct ExtensionEditorState {
     std::u16string extension;                 ///< Text1, list text
-    std::string position = "1";               ///< Text2; the screen writes it
+    std::string position = "1";               ///< Text2; the screen writes it through positionChanged
     std::string term;                         ///< Text3; the screen writes it through termChanged
     int type = kTextType;                     ///< Combo2; the screen writes it
     bool updating = false;                    ///< Command2 reads "Update", otherwise "Add"
@@ -74,7 +74,8 @@ public:
     /// The caret of the hex view moved to this byte, from 0.
     void caretMoved(int byte) { state.position = std::to_string(byte + 1); }
 
-    /// The text of the term changed. A term with a comma is refused and loses it.
+    /// A text was typed or pasted; of several lines the first counts. A term with a comma is refused and loses it.
+    void positionChanged(const std::string& position);
     void termChanged(const std::string& term);
 
     /// A row becomes the current one and goes to the criteria. A row that does not exist is passed over.

@@ -48,8 +48,9 @@ void ExtensionEditor::loadCommonHeaders(const EditorHandover& handover) {
     state.identifiers = {kPleaseSelectIdentifier};
     if (handover.category == kCommonHeaderCategory) {
         for (auto& identifier : identifiersOf(handover)) state.identifiers.push_back(std::move(identifier));
-        // The list is a sorted one, its first entry included.
-        std::sort(state.identifiers.begin(), state.identifiers.end());
+        // The list is a sorted one, its first entry included; capitals sort like small letters.
+        std::sort(state.identifiers.begin(), state.identifiers.end(),
+                  [](const auto& a, const auto& b) { return lowered(a) < lowered(b); });
         // Kept: shown even when no identifier was found (test TheCommonControlsShowWithoutAnyIdentifier).
         state.commonShown = true;
     }

@@ -19,6 +19,7 @@
 #include "ui/hex_view.h"
 #include "ui/navigator.h"
 #include "ui/qt_text.h"
+#include "ui/show_state.h"
 
 namespace quillon {
 
@@ -71,14 +72,17 @@ void frmExtEditor::act(QPushButton* button, void (ExtensionEditor::*operation)()
 
 void frmExtEditor::connectCriteria() {
     connect(Text2, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (!showing_)
-            editor_.state.position = fromQt(text);
+        if (showing_)
+            return;
+        editor_.positionChanged(fromQt(text));
+        showState();
     });
     connect(Text3, &QLineEdit::textChanged, this, &frmExtEditor::Text3_Change);
     connect(Combo2, &QComboBox::currentIndexChanged, this, [this](int type) {
         if (!showing_)
             editor_.state.type = type;
     });
+    for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
     act(Command2, &ExtensionEditor::addOrUpdate);
     act(Command3, &ExtensionEditor::clear);
     act(Command11, &ExtensionEditor::search);
@@ -94,10 +98,11 @@ void frmExtEditor::connectTerms() {
         editor_.selectRow(row);
         showState();
     });
-    connect(iGrid1, &Grid::rowClicked, this, [this](int row) {
-        editor_.hitRow(row);
-        showState();
+    connect(iGrid1, &Grid::keyPressed, this, [this](int /*row*/, int key) {
+        if (key == Qt::Key_Delete)
+            Command1->click();
     });
+    connect(iGrid1, &Grid::rowClicked, this, &frmExtEditor::iGrid1_Mouse);
     connect(iGrid1, &Grid::rowRightClicked, this, &frmExtEditor::iGrid1_RightClick);
     act(Command12_0, &ExtensionEditor::moveUp);
     act(Command12_1, &ExtensionEditor::moveDown);
@@ -142,21 +147,30 @@ void frmExtEditor::connectFiles() {
     act(Command13, &ExtensionEditor::testCommon);
 }
 
-void frmExtEditor::iGrid1_RightClick(int row, const QPoint& place) {
+void frmExtEditor::iGrid1_Mouse(int row) {
     if (row < 0)
         return;
     editor_.hitRow(row);
+    mnuAdd->setText(menuText(editor_.addCommonCaption()));
     showState();
-    mnuAdd->setText(toQt(editor_.addCommonCaption()).replace(QLatin1Char('&'), QLatin1String("&&")));
-    mnuA->popup(place);
+}
+
+void frmExtEditor::iGrid1_RightClick(int row, const QPoint& place) {
+    iGrid1_Mouse(row);
+    if (row >= 0)
+        mnuA->popup(place);
 }
 
 void frmExtEditor::Text3_Change(const QString& text) {
     if (showing_)
         return;
     editor_.termChanged(fromQt(text));
-    if (editor_.state.term != fromQt(text))
-        showState();
+    if (editor_.state.term == fromQt(text))
+        return;
+    // The person goes on where the comma was.
+    const int place = Text3->cursorPosition();
+    showState();
+    Text3->setCursorPosition(place - static_cast<int>(text.left(place).count(QLatin1Char(','))));
 }
 
 // Done
@@ -208,8 +222,11 @@ void frmExtEditor::showCriteria() {
 void frmExtEditor::showTerms() {
     const ExtensionEditorState& state = editor_.state;
     if (shownRows_ != state.rows) {
+        const bool grew = state.rows.size() > shownRows_.size();
         shownRows_ = state.rows;
-        iGrid1->rows().sourceChanged();
+        iGrid1->showOtherRows(iGrid1->topRow(), state.currentRow);
+        if (grew)
+            iGrid1->scrollToEnd();
     }
     if (iGrid1->currentRow() != state.currentRow)
         iGrid1->setCurrentRow(state.currentRow);
@@ -241,7 +258,7 @@ void frmExtEditor::showState() {
     showCriteria();
     showTerms();
     showFile();
-    for (QGroupBox* frame : {Frame1, Frame2, Frame3}) frame->setEnabled(editor_.state.framesEnabled);
+    busyParts_.setEnabled(editor_.state.framesEnabled);
     if (editor_.state.busyPointer)
         setCursor(Qt::WaitCursor);
     else

@@ -34,6 +34,7 @@
 #include <QMainWindow>
 
 #include "editors/extension_editor.h"
+#include "ui/busy_parts.h"
 #include "ui/grid_model.h"
 #include "ui/screen_context.h"
 
@@ -102,6 +103,7 @@ private:
 
     /// Connects a button to one operation of the editor.
     void act(QPushButton* button, void (ExtensionEditor::*operation)());
+    void iGrid1_Mouse(int row);
     void iGrid1_RightClick(int row, const QPoint& place);
     void Text3_Change(const QString& text);
     void leave();
@@ -125,6 +127,7 @@ private:
     int shownFile_ = -1;
     bool showing_ = false;
     bool left_ = false;
+    BusyParts busyParts_;
 
     QGroupBox *Frame1, *Frame2, *Frame3;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7;

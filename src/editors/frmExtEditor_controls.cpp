@@ -221,6 +221,7 @@ void frmExtEditor::arrange() {
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->addWidget(splitter);
     setCentralWidget(central);
+    busyParts_ = {Frame1, Frame2, Frame3};
     resize(1180, 720);
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/folders.h"
 #include "platform/whole_file.h"
 
 namespace quillon {
@@ -13,6 +14,11 @@ Result<void> ListSaver::save(const NativePath& file, const std::string& bytes) {
     if (std::find(seen_.begin(), seen_.end(), bytes) == seen_.end())
         seen_.push_back(bytes);
     const auto old = readWholeFile(file);
+    // Bytes that cannot be read can still be moved.
+    if (!old && pathExists(file) && !isFolder(file)) {
+        if (const auto moved = kept_.moveAway(file); !moved)
+            return failure(moved.error());
+    }
     if (old && !old->empty() && std::find(seen_.begin(), seen_.end(), *old) == seen_.end()) {
         if (const auto copy = kept_.copyAway(file); !copy)
             return failure(copy.error());

@@ -23,8 +23,8 @@ public:
     /// Nothing of a file is on the screen any more: whatever it holds is kept.
     void forget() { seen_.clear(); }
 
-    /// Replaces the file's content, which has been on the screen from now on. When unseen bytes cannot be kept, nothing
-    /// is written. An empty path is a NotFound failure.
+    /// Replaces the file's content, which has been on the screen from now on. A file that cannot be read was not seen
+    /// either: it is moved. When unseen bytes cannot be kept, nothing is written. An empty path is a NotFound failure.
     [[nodiscard]] Result<void> save(const NativePath& file, const std::string& bytes);
 
 private:

@@ -17,6 +17,19 @@ constexpr std::string_view kMark = "\xFF\xFE";
 
 static_assert(std::endian::native == std::endian::little, "rows are handed to the file as they lie in memory");
 
+// The second byte of nearly every 16-bit character of a path, a date or a number is zero. 8-bit text holds no zero
+// byte, unless a damaged disk left some; but then it has line ends as two bytes side by side, as 16-bit text hardly
+// ever has.
+bool looksSixteenBit(std::string_view bytes) {
+    std::size_t zeros = 0;
+    std::size_t lineEnds = 0;
+    for (std::size_t i = 1; i < bytes.size(); ++i) {
+        zeros += i % 2 == 1 && bytes[i] == '\0' ? 1 : 0;
+        lineEnds += bytes[i - 1] == '\r' && bytes[i] == '\n' ? 1 : 0;
+    }
+    return zeros > 4 * lineEnds;
+}
+
 }  // namespace
 
 Result<ListReader> ListReader::open(const NativePath& path) {
@@ -31,7 +44,6 @@ Result<ListReader> ListReader::open(const NativePath& path) {
     return reader;
 }
 
-// 8-bit text holds no zero byte; the second byte of nearly every 16-bit character of a path, a date or a number is one.
 void ListReader::detectEncoding() {
     const auto count = file_.read(std::as_writable_bytes(std::span(raw_)));
     if (!count) {
@@ -44,11 +56,7 @@ void ListReader::detectEncoding() {
         encoding_ = ListEncoding::Utf16WithMark;
         start = kMark.size();
     } else {
-        encoding_ = ListEncoding::Page;
-        for (std::size_t i = 1; i < *count; i += 2) {
-            if (raw_[i] == '\0')
-                encoding_ = ListEncoding::Utf16;
-        }
+        encoding_ = looksSixteenBit({raw_.data(), *count}) ? ListEncoding::Utf16 : ListEncoding::Page;
     }
     std::memmove(raw_.data(), raw_.data() + start, *count - start);
     decode(*count - start);
@@ -98,10 +106,12 @@ std::optional<std::u16string_view> ListReader::next() {
         if (searched >= kLongestLine || !fill())
             break;
     }
-    const std::u16string_view rest = std::u16string_view(text_).substr(at_);
+    std::u16string_view rest = std::u16string_view(text_).substr(at_);
     if (rest.empty())
         return std::nullopt;
     at_ = text_.size();
+    if (ended_ && rest.back() == u'\r')  // a line end that was cut in half
+        rest.remove_suffix(1);
     return rest;
 }
 

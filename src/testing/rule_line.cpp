@@ -11,7 +11,8 @@ Result<void> appendRuleLine(const NativePath& folder, std::string_view name, con
     const NativePath file = folder / name;
     const auto old = readWholeFile(file);
     const bool openEnd = old && !old->empty() && old->back() != '\n' && old->back() != '\r';
-    return appendToFile(file, (openEnd ? "\r\n" : "") + line.bytes + "\r\n");
+    const std::string oneLine = line.bytes.substr(0, line.bytes.find_first_of("\r\n"));
+    return appendToFile(file, (openEnd ? "\r\n" : "") + oneLine + "\r\n");
 }
 
 }  // namespace quillon

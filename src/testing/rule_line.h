@@ -9,8 +9,8 @@
 namespace quillon {
 
 /// Appends one line to a rule list of a settings folder, making the file when it is missing. A last line that lacks its
-/// end, as an editor may leave it, gets one first, so that two lines never become one. An empty `folder` is a NotFound
-/// failure.
+/// end, as an editor may leave it, gets one first, so that two lines never become one; of a line that was pasted as
+/// several the first counts. An empty `folder` is a NotFound failure.
 [[nodiscard]] Result<void> appendRuleLine(const NativePath& folder, std::string_view name, const PageText& line);
 
 }  // namespace quillon

@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 
 #include "ui/qt_text.h"
@@ -43,6 +44,7 @@ Grid::Grid(QWidget* parent) : QTableView(parent), model_(new GridModel(this)) {
     setWordWrap(false);
     setAlternatingRowColors(true);
     setHorizontalScrollMode(ScrollPerPixel);
+    setVerticalScrollMode(ScrollPerItem);
     setCornerButtonEnabled(false);
     verticalHeader()->hide();
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -119,15 +121,35 @@ void Grid::setCurrentRow(int row) {
         selectionModel()->clear();
         return;
     }
+    selectionModel()->setCurrentIndex(indexOf(row), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollToRow(row);
+}
+
+// The first cell of the row that is shown.
+QModelIndex Grid::indexOf(int row) const {
     int column = 0;
     while (column + 1 < columnCount() && isColumnHidden(column)) ++column;
-    selectionModel()->setCurrentIndex(model_->index(row, column),
-                                      QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    scrollToRow(row);
+    return model_->index(row, column);
 }
 
 void Grid::scrollToRow(int row) {
     scrollTo(model_->index(row, horizontalHeader()->logicalIndexAt(1)));
+}
+
+int Grid::topRow() const {
+    return verticalScrollBar()->value();
+}
+
+void Grid::showOtherRows(int topRow, int currentRow) {
+    model_->sourceChanged();
+    // A row that becomes current scrolls itself into view otherwise.
+    setAutoScroll(false);
+    if (currentRow >= 0 && currentRow < rowCount())
+        selectionModel()->setCurrentIndex(indexOf(currentRow),
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    setAutoScroll(true);
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(topRow);
 }
 
 std::vector<std::pair<int, int>> Grid::selectedRanges() const {
@@ -140,6 +162,13 @@ std::vector<std::pair<int, int>> Grid::selectedRanges() const {
 
 void Grid::allowManyRows() {
     setSelectionMode(ExtendedSelection);
+}
+
+QModelIndex Grid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const bool toEnd = action == MoveHome || action == MoveEnd;
+    if (!currentIndex().isValid() && rowCount() > 0 && !toEnd)
+        return indexOf(topRow());
+    return QTableView::moveCursor(action, modifiers);
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {

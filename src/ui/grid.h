@@ -41,6 +41,11 @@ public:
     /// Selects the row and brings it into view; -1 for no row. Tells `currentRowChanged` when it is another one.
     void setCurrentRow(int row);
     void scrollToRow(int row);
+    /// The row at the upper edge of the view, 0 without rows.
+    [[nodiscard]] int topRow() const;
+    /// The source's rows are others: shows them with this row at the upper edge, as far as the rows go, and this
+    /// current row (-1 for none), which need not be in view.
+    void showOtherRows(int topRow, int currentRow);
     void scrollToEnd() { scrollToBottom(); }
     /// Selected rows as ranges of first and last, ascending. Never a list of single rows: a million may be selected.
     [[nodiscard]] std::vector<std::pair<int, int>> selectedRanges() const;
@@ -58,6 +63,8 @@ signals:
     void keyPressed(int row, int key);
 
 protected:
+    /// Without a current row the keys begin at the row at the upper edge of the view, not at the first of all.
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -66,6 +73,7 @@ protected:
 
 private:
     void fitRowHeight();
+    [[nodiscard]] QModelIndex indexOf(int row) const;
 
     GridModel* model_;
 };

@@ -3,6 +3,7 @@
 #include "ui/hex_view.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include <QApplication>
@@ -61,7 +62,8 @@ HexView::HexView(QWidget* parent) : QAbstractScrollArea(parent) {
 
 void HexView::measure() {
     const QFontMetrics metrics(font());
-    charWidth_ = metrics.horizontalAdvance(QLatin1Char('0'));
+    // Rounded up: a fraction of a point lost in each character cuts off the last one of an offset.
+    charWidth_ = static_cast<int>(std::ceil(QFontMetricsF(font()).horizontalAdvance(QLatin1Char('0'))));
     lineHeight_ = metrics.height() + 2;
     updateGeometry();
     fitScrollBars();

@@ -12,6 +12,8 @@
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
 
 #include "text/list_text.h"
 #include "ui/grid.h"
@@ -58,22 +60,25 @@ void frmViewList::connectControls() {
     connect(Command2, &QPushButton::clicked, this, &frmViewList::Command2_Click);
     connect(Text1, &QLineEdit::textChanged, this,
             [this](const QString& text) { viewer_.state.maxFiles = fromQt(text); });
+    connect(Text1, &QLineEdit::returnPressed, Command2, &QPushButton::click);
     // Kept: Text2 "Start From" and Check1 "Use Ignore List" have no effect (test
     // StartFromAndUseIgnoreListHaveNoEffect).
     connect(iGrid1, &Grid::currentRowChanged, this, &frmViewList::iGrid1_Row);
     connect(iGrid1, &Grid::keyPressed, this, &frmViewList::iGrid1_KeyDown);
     connect(iGrid1, &Grid::rowRightClicked, this, &frmViewList::iGrid1_RightClick);
-    connect(mnuAddSkip, &QAction::triggered, this, [this] { viewer_.addToSkipList(); });
-    connect(Combo2, &QComboBox::currentIndexChanged, this, [this](int entry) {
-        if (showing_)
-            return;
-        viewer_.selectExtension(entry);
-        showState();
+    connect(iGrid1->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int topRow) {
+        if (!showing_)
+            viewer_.state.topRow = topRow;
     });
+    connect(mnuAddSkip, &QAction::triggered, this, [this] { viewer_.addToSkipList(); });
+    connect(Combo2, &QComboBox::currentIndexChanged, this, &frmViewList::Combo2_Click);
+    // The entry that is chosen already may be chosen again, to have its files counted again.
+    connect(Combo2, &QComboBox::activated, this, &frmViewList::Combo2_Click);
     connect(Command3, &QPushButton::clicked, this, &frmViewList::Command3_Click);
     connect(Command4, &QPushButton::clicked, this, &frmViewList::Command4_Click);
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
     connect(Command1, &QPushButton::clicked, this, &frmViewList::Command1_Click);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, Command1, &QPushButton::click);
 }
 
 void frmViewList::iGrid1_Row(int row) {
@@ -93,6 +98,13 @@ void frmViewList::iGrid1_KeyDown(int row, int key) {
 void frmViewList::iGrid1_RightClick(int row, const QPoint& place) {
     if (row >= 0)
         mnuMnu->popup(place);
+}
+
+void frmViewList::Combo2_Click(int entry) {
+    if (showing_)
+        return;
+    viewer_.selectExtension(entry);
+    showState();
 }
 
 // Filter
@@ -167,10 +179,11 @@ void frmViewList::showRows() {
     viewer_.settleRows();
     if (shownContents_ != viewer_.state.contents) {
         shownContents_ = viewer_.state.contents;
-        iGrid1->rows().sourceChanged();
+        iGrid1->showOtherRows(viewer_.state.topRow, viewer_.state.currentRow);
     }
     if (iGrid1->currentRow() != viewer_.state.currentRow)
         iGrid1->setCurrentRow(viewer_.state.currentRow);
+    viewer_.state.topRow = iGrid1->topRow();
 }
 
 void frmViewList::showExtensions() {
@@ -193,9 +206,7 @@ void frmViewList::showState() {
     Label1->setText(toQt(state.matching));
     Label4->setText(toQt(state.status));
     Command3->setEnabled(state.runEnabled);
-    for (QWidget* part : {static_cast<QWidget*>(Frame1), static_cast<QWidget*>(Frame2), static_cast<QWidget*>(Frame3),
-                          static_cast<QWidget*>(Command1)})
-        part->setEnabled(!state.busy);
+    busyParts_.setEnabled(!state.busy);
     if (state.busyPointer)
         setCursor(Qt::WaitCursor);
     else

@@ -25,6 +25,7 @@
 
 #include <QWidget>
 
+#include "ui/busy_parts.h"
 #include "ui/grid_model.h"
 #include "ui/screen_context.h"
 #include "viewer/list_viewer.h"
@@ -76,6 +77,7 @@ private:
     void iGrid1_Row(int row);
     void iGrid1_KeyDown(int row, int key);
     void iGrid1_RightClick(int row, const QPoint& place);
+    void Combo2_Click(int entry);
     void Command1_Click();
     void Command2_Click();
     void Command3_Click();
@@ -97,6 +99,7 @@ private:
     int shownContents_ = -1;
     std::vector<std::u16string> shownExtensions_;
     bool showing_ = false;
+    BusyParts busyParts_;
 
     QGroupBox *Frame1, *Frame2, *Frame3;
     QComboBox *Combo1, *Combo2, *Combo3;

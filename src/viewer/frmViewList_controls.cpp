@@ -143,6 +143,7 @@ void frmViewList::arrange() {
     row->addStretch();
     row->addWidget(Command1);
     layout->addLayout(row);
+    busyParts_ = {Frame1, Frame2, Frame3, Command1};
     resize(1000, 700);
 }
 

@@ -66,6 +66,7 @@ void ListViewer::updateLabels() {
 void ListViewer::filter() {
     state.rows.clear();
     state.currentRow = -1;
+    state.topRow = 0;
     ++state.contents;
     goBusy();
     state.extensions.clear();
@@ -187,10 +188,12 @@ void ListViewer::retest() {
     }
     state.busyPointer = false;
     settleRows();
-    if (end == RetestEnd::Done)
+    if (end == RetestEnd::Done) {
         endRetest();
-    else
+    } else {
+        host_.showState();
         dialogs.tell("Error", kRetestFailed);
+    }
     goIdle();
     host_.showState();
     if (state.rows.count() > 0)
@@ -208,7 +211,12 @@ void ListViewer::endRetest() {
 void ListViewer::settleRows() {
     if (state.rows.isSettled())
         return;
-    state.currentRow = state.rows.settle(state.currentRow);
+    if (state.currentRow >= 0) {
+        const bool removed = state.rows.isRemoved(state.rows.idAt(state.currentRow));
+        state.currentRow = removed ? -1 : state.rows.settledPlace(state.currentRow);
+    }
+    state.topRow = state.rows.settledPlace(state.topRow);
+    state.rows.settle();
     ++state.contents;
 }
 

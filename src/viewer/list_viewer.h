@@ -23,6 +23,7 @@ struct ViewerState {
     std::string maxFiles = "3000";      ///< Text1; the screen writes it
     ViewRows rows;                      ///< iGrid1
     int currentRow = -1;
+    int topRow = 0;            ///< at the upper edge of the grid; the screen writes it
     int contents = 0;          ///< another number whenever the rows or their places are others
     ExtensionList extensions;  ///< Combo2
     std::string matching;      ///< Label1
@@ -84,7 +85,9 @@ public:
     void goBusy() { state.busy = true; }
     void goIdle() { state.busy = false; }
 
-    /// Closes the gaps that removed rows left. The screen calls it before it shows the rows.
+    /// Closes the gaps that removed rows left; the rows in view stay in view. A current row that was removed has no
+    /// successor: the row event of another one would choose its extension, and a second retest would mean that one.
+    /// The screen calls it before it shows the rows.
     void settleRows();
 
 private:

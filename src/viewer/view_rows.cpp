@@ -79,16 +79,13 @@ void ViewRows::remove(Id id) {
     --live_;
 }
 
-int ViewRows::settle(int row) {
-    if (isSettled())
-        return row;
-    int place = -1;
-    if (row >= 0 && row < shown() && !isRemoved(idAt(row))) {
-        place = static_cast<int>(
-            std::count_if(order_.begin(), order_.begin() + row, [this](Id id) { return !isRemoved(id); }));
-    }
+int ViewRows::settledPlace(int row) const {
+    const auto end = order_.begin() + std::clamp(row, 0, shown());
+    return static_cast<int>(std::count_if(order_.begin(), end, [this](Id id) { return !isRemoved(id); }));
+}
+
+void ViewRows::settle() {
     std::erase_if(order_, [this](Id id) { return isRemoved(id); });
-    return place;
 }
 
 bool endsWithIgnoringCase(std::u16string_view text, std::u16string_view suffix) {

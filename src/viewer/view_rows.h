@@ -43,8 +43,10 @@ public:
     [[nodiscard]] bool isRemoved(Id id) const { return rows_[id].removed; }
     /// Takes a row out. The others keep their places until `settle`, since a pass may take out most of a million.
     void remove(Id id);
-    /// Closes the gaps. Gives the new place of `row`, -1 when that row was removed.
-    int settle(int row);
+    /// The place that `row` will have once the rows have settled; for a removed row that of the next one that stays.
+    [[nodiscard]] int settledPlace(int row) const;
+    /// Closes the gaps.
+    void settle();
     [[nodiscard]] bool isSettled() const { return shown() == live_; }
 
 private:

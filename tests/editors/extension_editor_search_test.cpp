@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <random>
+
 #include "editors/extension_editor_fixture.h"
+#include "editors/term_search.h"
+#include "text/page_text.h"
 
 namespace quillon::test {
 namespace {
@@ -126,6 +130,34 @@ TEST_F(ExtensionEditorSearchTest, AVanishedFileDropsTheSearchSilently) {
     EXPECT_TRUE(editor.state.rows.empty());
 }
 
+// Files that pass the gates of size and attributes, which the search does not look at.
+TEST_F(ExtensionEditorSearchTest, WhatTheSearchCountsGoodTheHeaderTestGradesGood) {
+    std::mt19937 random(5);
+    const auto anyOf = [&random](std::string_view letters) { return letters[random() % letters.size()]; };
+    int good = 0;
+    for (int round = 0; round < 300; ++round) {
+        std::string head;
+        while (head.size() < 512) head.push_back(anyOf("aAbB \xE4\xC4"));
+        const bool hexadecimal = round % 2 == 0;
+        std::string term;
+        for (std::size_t i = 0; i <= random() % 3; ++i)
+            term += hexadecimal ? std::string(1, anyOf("46")) + anyOf("12") : std::string(1, anyOf("aAbB\xE4\xC4"));
+        const std::string position = std::to_string(round % 3 == 0 ? 0 : random() % 516);
+        const std::u16string path = toListText(folders.folder.write("source/f.qlx", head + "beyond").native());
+        folders.folder.write("local/Database/qlx.dat", position + "," + term + (hexadecimal ? ",H\r\n" : ",T\r\n"));
+
+        SourceFiles heads;
+        const auto counts = searchTerm({position, toUtf8(PageText{term}), hexadecimal}, {path}, heads);
+        const std::vector<std::u16string_view> row = {path, u"15/11/2026", u" 518", u" 32;Ab9x"};
+        const auto grade = job.checkFile(row, u"qlx");
+        ASSERT_TRUE(counts && grade);
+        EXPECT_EQ(counts->good == 1, *grade == job.messages[Message::Good]) << position << " " << term;
+        good += counts->good;
+    }
+    EXPECT_GT(good, 30) << "both outcomes are met";
+    EXPECT_LT(good, 270);
+}
+
 TEST_F(ExtensionEditorSearchTest, CommonHeaderControlsShowForTheirCategoryAlone) {
     folders.folder.write("local/Settings/CommonHeaders.dat", "1,PK,T,archive\r\n");
     addFile("a.qlx", "PK..", u"Appears to be of file type : archive");
@@ -137,6 +169,14 @@ TEST_F(ExtensionEditorSearchTest, CommonHeaderControlsShowForTheirCategoryAlone)
     EXPECT_EQ(editor.state.identifier, 0);
     open(1);
     EXPECT_FALSE(editor.state.commonShown);
+}
+
+TEST_F(ExtensionEditorSearchTest, IdentifiersAreSortedAsAPersonReads) {
+    folders.folder.write("local/Settings/CommonHeaders.dat", "1,PK,T,archive\r\n");
+    for (const char16_t* identifier : {u"picture", u"JPEG", u"Zip", u"archive"})
+        addFile("a.qlx", "PK..", std::u16string(u"Appears to be of file type : ") + identifier);
+    open(9);
+    EXPECT_EQ(editor.state.identifiers, (Texts{u"(Please Select)", u"archive", u"JPEG", u"picture", u"Zip"}));
 }
 
 TEST_F(ExtensionEditorSearchTest, TheCommonControlsShowWithoutAnyIdentifier) {

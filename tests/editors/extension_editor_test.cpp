@@ -49,6 +49,19 @@ TEST_F(ExtensionEditorTest, LinesOfOneFieldAreLeftOut) {
     EXPECT_EQ(listed(), "1,AAA,\r\n");
 }
 
+TEST_F(ExtensionEditorTest, AFileThatIsGoneIsLeftOutAndAZeroInItsPathIsPassedOver) {
+    const std::string path = addHead("a.qlx", "first");
+    handover.files.push_back({toListText(path + "2"), {}});
+    std::u16string damaged = toListText(path);
+    damaged.insert(damaged.size() - 3, 1, u'\0');
+    handover.files.push_back({damaged, {}});
+    open();
+    ASSERT_EQ(editor.state.files.size(), 2U);
+    editor.chooseFile(1);
+    EXPECT_EQ(editor.state.viewing, "Viewing file  2 of  2");
+    EXPECT_EQ(editor.state.head.substr(0, 5), "first");
+}
+
 TEST_F(ExtensionEditorTest, AShortFileGivesAShortWorkFile) {
     addFile("a.qlx", "tiny");
     open();

@@ -51,6 +51,18 @@ TEST_F(ListReaderTest, ATextOfForeignLettersIsStillSixteenBit) {
     EXPECT_EQ(encoding(utf16Bytes(u"\u4E2D\u6587\u4E2D\u6587,")), ListEncoding::Utf16);
 }
 
+TEST_F(ListReaderTest, AZeroByteInAnEightBitListLeavesItEightBit) {
+    std::string bytes = "/a,1\r\n/b" + std::string(3, '\0') + ",2\r\n";
+    EXPECT_EQ(encoding(bytes), ListEncoding::Page);
+    EXPECT_EQ(lines(bytes), (Lines{u"/a,1", std::u16string(u"/b\0\0\0,2", 7)}));
+}
+
+TEST_F(ListReaderTest, ALineEndCutInHalfAtTheEndIsNone) {
+    EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\r")), (Lines{u"a", u"b"}));
+    EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\r\n").substr(0, 11)), (Lines{u"a", u"b"}));
+    EXPECT_EQ(lines("a\rb\r"), (Lines{u"a\rb"}));
+}
+
 TEST_F(ListReaderTest, LinesEndInLfOrCrLfAndTheLastNeedsNoEnd) {
     EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\nc")), (Lines{u"a", u"b", u"c"}));
     EXPECT_EQ(lines("a\r\nb\nc"), (Lines{u"a", u"b", u"c"}));

@@ -37,6 +37,18 @@ std::string traced(const std::string& options, const std::string& program) {
     return "exec strace -qq -o /dev/null " + options + " " + program;
 }
 
+std::vector<std::string> everyFault(const std::map<std::string, int>& counts, int more) {
+    std::vector<std::string> faults;
+    for (const auto& [call, count] : counts) {
+        for (int i = 1; i <= count + more; ++i) {
+            const std::string at = ":when=" + std::to_string(i);
+            for (const auto& how : {":signal=KILL" + at, ":error=ENOSPC" + at, ":error=EIO" + at + "+"})
+                faults.push_back("-e inject=" + call + how);
+        }
+    }
+    return faults;
+}
+
 std::map<std::string, int> countCalls(const std::string& calls, const std::string& program, const std::string& log) {
     EXPECT_EQ(runShell("exec strace -qq -o '" + log + "' -e signal=none -e trace=" + calls + " " + program), 0);
     std::map<std::string, int> counts;

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace quillon::test {
 
@@ -23,6 +24,10 @@ inline constexpr int kKilledStatus = 128 + 9;
 
 /// The shell command that runs `program` (quoted, with its arguments) under strace with these options.
 [[nodiscard]] std::string traced(const std::string& options, const std::string& program);
+
+/// The options that disturb each of these calls once: killed at it, failing at it, failing from it on. A call that a
+/// program makes only once it has been disturbed is met when `more` calls of each kind are added.
+[[nodiscard]] std::vector<std::string> everyFault(const std::map<std::string, int>& counts, int more = 0);
 
 /// How often an undisturbed run of `program`, which must end with status 0, makes each of these calls. `log` is the
 /// path of a file to use and remove.

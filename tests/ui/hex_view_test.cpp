@@ -3,6 +3,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -31,6 +32,7 @@ private slots:
     void aClickOnTheCaretsByteTellsItAgain();
     void keysMoveTheCaretAndScroll();
     void shiftSelectsAndCopyTakesThePanesForm();
+    void noCharacterIsCutOffAtAnySize();
     void readersSeeTheDumpAndTheCaret();
     void withoutBytesNothingHappens();
 
@@ -95,6 +97,20 @@ void HexViewTest::shiftSelectsAndCopyTakesThePanesForm() {
     QCOMPARE(view_->selection().count, 0);
     QTest::keyClick(view_, Qt::Key_Right, Qt::ShiftModifier);
     QCOMPARE(view_->selectionText(), QStringLiteral("MZ"));
+}
+
+void HexViewTest::noCharacterIsCutOffAtAnySize() {
+    for (double size = 6; size < 25; size += 0.5) {
+        QFont font = view_->font();
+        font.setPointSizeF(size);
+        view_->setFont(font);
+        const QRect pair = view_->byteRect(0, HexPane::Hex);
+        const QFontMetricsF metrics(font);
+        QVERIFY2(metrics.horizontalAdvance(QStringLiteral("4D")) <= pair.width(), qPrintable(font.toString()));
+        // Two columns lie between an offset and the first pair, and an eighth of the offset is one of its digits.
+        const int offsetWidth = HexLayout::kOffsetColumns * pair.width() / 2;
+        QVERIFY2(metrics.horizontalAdvance(QStringLiteral("000001F0")) <= offsetWidth, qPrintable(font.toString()));
+    }
 }
 
 void HexViewTest::readersSeeTheDumpAndTheCaret() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The screen "View File List": every control by its name, and what each does.
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -9,6 +10,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 #include "text/list_text.h"
@@ -39,6 +41,12 @@ private slots:
     void aRightClickOffersTheSkipList();
     void runWithoutAnExtensionStaysHere();
     void theScreenIsBusyDuringARetestAndCannotBeClosed();
+    void theViewStaysWhereItIsWhenRowsLeave();
+    void theKeysGoOnInViewWhenTheCurrentRowHasLeft();
+    void anEntryChosenAgainIsCountedAgain();
+    void theKeyboardStaysOnTheButtonOfAFilterWithoutRows();
+    void enterInTheLimitFilters();
+    void escapeIsDone();
     void doneRecountsAndShowsTheMainWindow();
     void closingShowsTheMainWindow();
     void tabGoesThroughTheControlsInOrder();
@@ -52,8 +60,13 @@ private:
         return *found;
     }
     void click(const char* button) const { control<QPushButton>(button).click(); }
+    void activate() const {
+        screen_->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(screen_));
+    }
     void filter(const char* category) const;
     void addRow(std::string_view path, std::u16string_view result);
+    void filterLongList();
 
     std::unique_ptr<test::MainWindow> main_;
     QWidget* screen_ = nullptr;
@@ -186,8 +199,7 @@ void FrmViewListTest::filterFillsGridAndExtensions() {
 
 void FrmViewListTest::theFocusAloneMakesNoRowCurrent() {
     filter("Header Corrupt");
-    screen_->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(screen_));
+    activate();
     control<QComboBox>("Combo1").setFocus();
     control<Grid>("iGrid1").setFocus(Qt::TabFocusReason);
     QCOMPARE(control<Grid>("iGrid1").currentRow(), -1);
@@ -280,6 +292,84 @@ void FrmViewListTest::theScreenIsBusyDuringARetestAndCannotBeClosed() {
     QCOMPARE(control<QLabel>("Label1").text(), QStringLiteral("Matching :  2"));
 }
 
+// 300 rows, every fifth of which a retest finds good: the others are not on the disk.
+void FrmViewListTest::filterLongList() {
+    main_->makePictures(60);
+    list_.clear();
+    for (int i = 0; i < 300; ++i) {
+        const std::string name = i % 5 == 0 ? "source/p" + std::to_string(i / 5) : "source/gone" + std::to_string(i);
+        addRow((main_->temp / (name + ".jpg")).native(), u"Header Corrupt");
+    }
+    filter("Header Corrupt");
+}
+
+void FrmViewListTest::theViewStaysWhereItIsWhenRowsLeave() {
+    filterLongList();
+    auto& grid = control<Grid>("iGrid1");
+    grid.setCurrentRow(1);
+    grid.verticalScrollBar()->setValue(101);
+    const std::string top = grid.cell(101, 0);
+    const std::string current = grid.cell(1, 0);
+    click("Command4");
+    QCOMPARE(grid.rowCount(), 240);
+    QCOMPARE(grid.topRow(), 80);
+    QCOMPARE(grid.cell(80, 0), top);
+    QCOMPARE(grid.currentRow(), 0);
+    QCOMPARE(grid.cell(0, 0), current);
+    filter("Header Corrupt");
+    QCOMPARE(grid.topRow(), 0);
+}
+
+void FrmViewListTest::theKeysGoOnInViewWhenTheCurrentRowHasLeft() {
+    filterLongList();
+    auto& grid = control<Grid>("iGrid1");
+    grid.setCurrentRow(100);
+    grid.verticalScrollBar()->setValue(98);
+    click("Command4");
+    QCOMPARE(grid.currentRow(), -1);
+    QCOMPARE(control<QComboBox>("Combo2").currentText(), QStringLiteral("jpg"));
+    QTest::keyClick(&grid, Qt::Key_Down);
+    QCOMPARE(grid.currentRow(), grid.topRow());
+    QCOMPARE(grid.topRow(), 78);
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 240"));
+}
+
+void FrmViewListTest::anEntryChosenAgainIsCountedAgain() {
+    filter("Header Corrupt");
+    control<Grid>("iGrid1").setCurrentRow(1);
+    click("Command4");
+    QCOMPARE(control<QLabel>("Label4").text(), QString());
+    auto& extensions = control<QComboBox>("Combo2");
+    QCOMPARE(extensions.currentText(), QStringLiteral("jpg"));
+    extensions.setFocus();
+    extensions.showPopup();
+    QTest::keyClick(extensions.view(), Qt::Key_Return);
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 1"));
+}
+
+void FrmViewListTest::theKeyboardStaysOnTheButtonOfAFilterWithoutRows() {
+    activate();
+    control<QPushButton>("Command2").setFocus();
+    QTest::keyClick(&control<QPushButton>("Command2"), Qt::Key_Space);
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 0);
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("Command2"));
+}
+
+void FrmViewListTest::enterInTheLimitFilters() {
+    auto& category = control<QComboBox>("Combo1");
+    category.setCurrentIndex(category.findText(QStringLiteral("Header Corrupt")));
+    QTest::keyClick(&control<QLineEdit>("Text1"), Qt::Key_Return);
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
+}
+
+void FrmViewListTest::escapeIsDone() {
+    activate();
+    QTest::keyClick(screen_, Qt::Key_Escape);
+    QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::ViewList) == nullptr);
+    QCOMPARE(main_->text("lCorruptFiles"), QStringLiteral("3"));
+}
+
 void FrmViewListTest::doneRecountsAndShowsTheMainWindow() {
     click("Command1");
     QVERIFY(main_->window->isVisible());
@@ -297,8 +387,7 @@ void FrmViewListTest::closingShowsTheMainWindow() {
 
 void FrmViewListTest::tabGoesThroughTheControlsInOrder() {
     control<QComboBox>("Combo1").setCurrentIndex(1);
-    screen_->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(screen_));
+    activate();
     control<QComboBox>("Combo1").setFocus();
     for (const char* next :
          {"Command2", "Text1", "Text2", "Check1", "iGrid1", "Combo2", "Command3", "Command4", "Command1", "Combo1"}) {

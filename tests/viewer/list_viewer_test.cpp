@@ -73,6 +73,46 @@ TEST_F(ViewerTest, OnlyGradesThatCanBeTaughtEnableRun) {
     }
 }
 
+TEST_F(ViewerTest, TheFallbackListEnablesRunByItsTextsToo) {
+    std::filesystem::remove(folders.folder / "local/Settings/Errors.dat");
+    expectWarning("Error", "Unable to find Report Header Database. This should be stored in " +
+                               (folders.folder / "local").string() +
+                               "\\Settings\\errors.dat. Switching to default settings.\r\n");
+    viewer.load();
+    const std::vector<bool> expected = {false, true, true, true, true, false, false, false, false, true, true};
+    for (int entry = 0; entry < 11; ++entry) {
+        viewer.chooseCategory(entry);
+        EXPECT_EQ(viewer.state.runEnabled, expected[static_cast<std::size_t>(entry)]) << entry;
+    }
+}
+
+TEST_F(ViewerTest, TheMessagesInMemoryDecideNotTheLinesOfTheFile) {
+    folders.folder.write("local/Settings/Errors.dat", "Fine\r\nHeader OK\r\nAccess error\r\nNo way in\r\n");
+    job.messages[Message::Good] = u"Fine";
+    job.messages[Message::AccessError] = u"No way in";
+    viewer.load();
+    EXPECT_EQ(viewer.state.categories, (Texts{u"Please Select", u"Header OK", u"Access error", u"No way in"}));
+    viewer.chooseCategory(2);
+    EXPECT_TRUE(viewer.state.runEnabled);
+    viewer.chooseCategory(3);
+    EXPECT_FALSE(viewer.state.runEnabled);
+}
+
+TEST_F(ViewerTest, AResultHoldsTheCategoryAnywhereAndInItsOwnCase) {
+    filterCorrupt(listRow(u"/s/a.x", u"Header Corrupt  ") + listRow(u"/s/b.x", u"very Header Corrupt, no") +
+                  listRow(u"/s/c.x", u"The Header Corrupt one") + listRow(u"/s/d.x", u"header corrupt"));
+    EXPECT_EQ(paths(), (Texts{u"/s/a.x", u"/s/c.x"}));
+}
+
+TEST_F(ViewerTest, AListThatCannotBeReadShowsNoRowsAndNoBox) {
+    std::filesystem::create_directory(folders.folder / "local/J1.csv");
+    open(u"Header Corrupt");
+    viewer.filter();
+    EXPECT_EQ(viewer.state.matching, "Matching :  0");
+    EXPECT_FALSE(viewer.state.busy);
+    EXPECT_FALSE(viewer.state.busyPointer);
+}
+
 TEST_F(ViewerTest, PleaseSelectMatchesNothing) {
     writeList(listRow(u"/s/a.jpg", u"Header Corrupt"));
     viewer.load();
@@ -261,7 +301,7 @@ TEST_F(ViewerTest, WithSharingASkipTermIsAppendedToBothLists) {
     folders.installation.refreshPathVariables();
     viewer.load();
     folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
-                                     "thumbs.db", "");
+                                     "thumbs.db\nof two lines", "");
     viewer.addToSkipList();
     EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "thumbs.db\r\n");
     EXPECT_EQ(folders.folder.read("share/Settings/SkipList.dat"), "thumbs.db\r\n");

@@ -68,6 +68,30 @@ TEST_F(RetestTest, ASecondRetestGradesTheRowsThatStayed) {
     EXPECT_EQ(viewer.state.extensions.entries(), std::vector<std::u16string>{u"qlx"}) << "the old entries stay";
 }
 
+TEST_F(RetestTest, TheRowsInViewStayInViewWhenOthersLeave) {
+    const auto first = makeFile("first.qlx", "nope");
+    const auto gone = makeFile("gone.qlx", "QLX!");
+    const auto top = makeFile("top.qlx", "nope");
+    const auto last = makeFile("last.qlx", "QLX!");
+    folders.folder.write("local/Database/qlx.dat", "1,QLX!,T\r\n");
+    filterCorrupt(listRow(first, u"Header Corrupt") + listRow(gone, u"Header Corrupt") +
+                  listRow(top, u"Header Corrupt") + listRow(last, u"Header Corrupt"));
+    viewer.selectRow(0);
+    viewer.state.topRow = 2;
+    viewer.retest();
+    EXPECT_EQ(paths(), (std::vector<std::u16string>{first, top}));
+    EXPECT_EQ(viewer.state.topRow, 1);
+    EXPECT_EQ(viewer.state.currentRow, 0);
+}
+
+TEST_F(RetestTest, ACurrentRowThatLeavesHasNoSuccessorAndTheExtensionStays) {
+    openWithTerm();
+    viewer.retest();
+    EXPECT_EQ(viewer.state.currentRow, -1);
+    EXPECT_EQ(viewer.state.extensions.chosenText(), u"qlx");
+    EXPECT_EQ(viewer.state.status, "");
+}
+
 TEST_F(RetestTest, AnUnknownRowLeavesTheGridToo) {
     openWithTerm();
     std::filesystem::remove(folders.folder / "local/Database/qlx.dat");

@@ -28,11 +28,14 @@ TEST(ViewRowsTest, RemovedRowsKeepTheirPlacesUntilTheRowsSettle) {
     EXPECT_EQ(rows.count(), 3);
     EXPECT_EQ(rows.shown(), 4);
     EXPECT_EQ(rows.countOf(u"X"), 2);
-    EXPECT_EQ(rows.settle(3), 2);
+    EXPECT_EQ(rows.settledPlace(0), 0);
+    EXPECT_EQ(rows.settledPlace(1), 1) << "the place of the next one that stays";
+    EXPECT_EQ(rows.settledPlace(3), 2);
+    rows.settle();
     EXPECT_EQ(rows.shown(), 3);
     EXPECT_EQ(rows.path(rows.idAt(1)), u"/c.y");
     rows.remove(rows.idAt(1));
-    EXPECT_EQ(rows.settle(1), -1) << "the row itself has gone";
+    rows.settle();
     EXPECT_EQ(rows.countOf(u"y"), 0);
     EXPECT_EQ(rows.foldedExtensions(), Texts{u"x"});
 }
