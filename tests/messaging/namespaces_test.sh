@@ -65,9 +65,9 @@ mkdir -p "$work/app" "$work/source/folder"
 cp "$db" "$work/app/db.zip"
 printf 'x' >"$work/source/folder/small.txt"
 logs="$work/app/Data/Settings/Messaging logs/logs.dat"
-run_job() { # job-id; sets $seconds and $status
+run_job() { # job-id [recipient]; sets $seconds and $status
     started=$(date +%s%N)
-    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert DESK2 --yes \
+    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert "${2:-DESK2}" --yes \
         >"$work/job.out" 2>"$work/job.err"
     status=$?
     seconds=$(( ($(date +%s%N) - started) / 1000000000 ))
@@ -123,7 +123,23 @@ has "$work/here.err" '0 alerts (0 problems), 0 acknowledged, 0 could not be ackn
 kill -INT "$messenger_pid"; wait "$messenger_pid" || fail "the messenger ended with $?"
 has "$work/messenger.err" '3 alerts (0 problems), 2 acknowledged, 1 could not be acknowledged, 0 bad datagrams' "no summary"
 
-echo "4. the computers of the network"
+echo "4. a name server that never answers holds nobody up longer than the wait"
+# A messenger on its port takes every question and answers none.
+nsenter --target "$there_pid" --net --mount --uts -- env LC_ALL=C "$messenger" --port 53 \
+    >"$work/dead.out" 2>"$work/dead.err" &
+dead_pid=$!
+wait_for "$work/dead.err" listening
+echo 'nameserver 10.77.0.2' >"$work/resolv.conf"
+run_job 1237 NOBODY
+[ "$seconds" -ge 10 ] && [ "$seconds" -le 12 ] || fail "the wait took $seconds s"
+has "$work/job.err" 'could not send notification to NOBODY' "no warning"
+has "$logs" '\\NOBODY,File list complete for Job ID : 1237,[0-9:]*,0, 0,' "no line of an alert whose name was never found"
+kill -TERM "$dead_pid"; wait "$dead_pid" || fail "the messenger ended with $?"
+has "$work/dead.err" '0 alerts (0 problems), 0 acknowledged, 0 could not be acknowledged, [1-9][0-9]* bad datagrams' \
+    "nobody was asked for the name"
+: >"$work/resolv.conf"
+
+echo "5. the computers of the network"
 [ "$("$list")" = '\\LAB7,\\DESK2,' ] || fail "the hosts database gives $("$list")"
 
 if ! command -v avahi-daemon >/dev/null 2>&1 || ! command -v dbus-daemon >/dev/null 2>&1; then
