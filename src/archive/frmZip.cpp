@@ -2,6 +2,7 @@
 #include "archive/frmZip.h"
 
 #include <QApplication>
+#include <QShortcut>
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
@@ -30,9 +31,10 @@ frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork
 }
 
 void frmZip::connectControls() {
-    connect(iGrid1, &Grid::rowDoubleClicked, this, [this](int row) {
-        if (row >= 0)
-            run([this, row] { zip_.removeRow(static_cast<std::size_t>(row)); });
+    connect(iGrid1, &Grid::rowDoubleClicked, this, &frmZip::removeFile);
+    connect(iGrid1, &Grid::keyPressed, this, [this](int row, int key) {
+        if (key == Qt::Key_Delete)
+            removeFile(row);
     });
     connect(Command1, &QPushButton::clicked, this, [this] { run([this] { zip_.addFiles(); }); });
     connect(Command5, &QPushButton::clicked, this, [this] { run([this] { zip_.reload(); }); });
@@ -46,6 +48,7 @@ void frmZip::connectControls() {
     connect(Command8, &QPushButton::clicked, this, &frmZip::Command8_Click);
     connect(Command4, &QPushButton::clicked, this, [this] { run([this] { zip_.zip(); }); });
     connect(Command3, &QPushButton::clicked, this, &frmZip::Command3_Click);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 // What is read when a step comes to it is heard at once, also while that step turns the event loop.
@@ -103,6 +106,11 @@ void frmZip::showFiles() {
 
 void frmZip::beep() {
     QApplication::beep();
+}
+
+void frmZip::removeFile(int row) {
+    if (row >= 0)
+        run([this, row] { zip_.removeRow(static_cast<std::size_t>(row)); });
 }
 
 // Query Network

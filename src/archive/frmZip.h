@@ -62,6 +62,7 @@ private:
     void connectControls();
     void connectPlainInputs();
     void showFiles();
+    void removeFile(int row);
     void Command3_Click();
     void Command7_Click();
     void Command8_Click();

@@ -23,6 +23,7 @@ private slots:
     void ignoringTheSeparatorLoadsMoreLists();
     void reloadBringsARemovedRowBack();
     void aDoubleClickAsksBeforeItRemoves();
+    void theDeleteKeyDoesTheSame();
     void anAddedFileStandsOnceInTheGrid();
     void aPasswordTicksRetain();
     void maskingShowsStars();
@@ -34,6 +35,7 @@ private slots:
     void theScreenStaysAliveWhileATestWaits();
     void theDestinationCanBeChangedForGood();
     void closingBringsTheMainWindowBack();
+    void escapeCloses();
 
 private:
     [[nodiscard]] QWidget& screen() const { return *main_->navigator.window(Screen::Zip); }
@@ -140,6 +142,14 @@ void FrmZipTest::aDoubleClickAsksBeforeItRemoves() {
     main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-B.csv") + "? ", BoxAnswer::No);
     emit grid().rowDoubleClicked(1);
     QCOMPARE(grid().rowCount(), 2);
+}
+
+void FrmZipTest::theDeleteKeyDoesTheSame() {
+    main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-B.csv") + "? ", BoxAnswer::Yes);
+    grid().setCurrentRow(1);
+    QTest::keyClick(&grid(), Qt::Key_Delete);
+    QCOMPARE(grid().rowCount(), 1);
+    QCOMPARE(grid().cell(0, 0), list("1234-A.csv"));
 }
 
 void FrmZipTest::anAddedFileStandsOnceInTheGrid() {
@@ -262,6 +272,12 @@ void FrmZipTest::closingBringsTheMainWindowBack() {
     main_->window->hide();
     click("Command3");
     QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
+}
+
+void FrmZipTest::escapeCloses() {
+    QVERIFY(QTest::qWaitForWindowActive(&screen()));
+    QTest::keyClick(&screen(), Qt::Key_Escape);
     QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
 }
 
