@@ -134,8 +134,12 @@ void FrmZipTest::reloadBringsARemovedRowBack() {
                              BoxStyle::Question, BoxButtons::YesNo);
     emit grid().rowDoubleClicked(0);
     QCOMPARE(grid().rowCount(), 1);
+    controlOf<QCheckBox>(screen(), "Check4").setChecked(true);
+    controlOf<QCheckBox>(screen(), "Check5").setChecked(true);
     click("Command5");
     QCOMPARE(grid().rowCount(), 2);
+    QVERIFY2(!controlOf<QCheckBox>(screen(), "Check4").isChecked(), "the steps of the load run again");
+    QVERIFY(controlOf<QCheckBox>(screen(), "Check5").isChecked());
 }
 
 void FrmZipTest::aDoubleClickAsksBeforeItRemoves() {
