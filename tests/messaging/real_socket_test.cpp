@@ -42,7 +42,7 @@ std::int32_t freePort() {
 
 class RealSockets : public testing::Test {
 protected:
-    explicit RealSockets(HostResolver resolver = fixedNames) : server(resolver, kHere), client(resolver, kHere) {
+    explicit RealSockets(const HostResolver& resolver = fixedNames) : server(resolver, kHere), client(resolver, kHere) {
         installation.settings.localPath.assign(pageFromPath(folder.path() / "local"));
         installation.settings.alertSourcePort = freePort();
         installation.settings.alertListenPort = freePort();

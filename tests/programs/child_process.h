@@ -30,6 +30,7 @@ public:
         id = ::fork();
         if (id == 0) {
             std::vector<char*> arguments;
+            arguments.reserve(words.size() + 1);
             for (auto& word : words) arguments.push_back(word.data());
             arguments.push_back(nullptr);
             ::dup2(::open("/dev/null", O_RDONLY), 0);
