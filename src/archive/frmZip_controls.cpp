@@ -62,9 +62,9 @@ QWidget* frmZip::createFiles() {
 
     QLabel* hint = makeLabel("Label2", "Doublie-click file to remove file");
     makeRemark(*hint);
-    Check3 = makeCheck("Check3", "Ignore Separator");
-    Command5 = makeButton("Command5", "Reload");
-    Command1 = makeButton("Command1", "Add File");
+    Check3 = makeCheck("Check3", "&Ignore Separator");
+    Command5 = makeButton("Command5", "&Reload");
+    Command1 = makeButton("Command1", "&Add File");
     QHBoxLayout* line = rowOf({hint, Check3, Command5, Command1});
     line->setStretch(0, 1);
     layout->addLayout(line);
@@ -75,24 +75,24 @@ QWidget* frmZip::createArchive() {
     QGroupBox* frame = makeFrame("frameArchive", "Archive");
     QGridLayout* lines = frameLines(*frame);
     Text1 = make<QLineEdit>("Text1");
-    addLabelled(*lines, 0, makeLabel("labelJob", "Job ID"), Text1);
+    addLabelled(*lines, 0, makeLabel("labelJob", "&Job ID"), Text1);
     Text2 = make<QLineEdit>("Text2");
     Text2->setMaxLength(1);
     Text2->setFixedWidth(40);
     Text2->setAlignment(Qt::AlignCenter);
-    QLabel* separator = makeLabel("labelSeparator", "Separator");
+    QLabel* separator = makeLabel("labelSeparator", "&Separator");
     separator->setBuddy(Text2);
     lines->addWidget(separator, 0, 2);
     lines->addWidget(Text2, 0, 3, Qt::AlignRight);
     Text3 = make<QLineEdit>("Text3");
     Text3->setStyleSheet(QStringLiteral("lineedit-password-character: 42"));
-    addLabelled(*lines, 1, makeLabel("Label1", "Add Password"), Text3);
-    Check1 = makeCheck("Check1", "Mask Password");
+    addLabelled(*lines, 1, makeLabel("Label1", "Add &Password"), Text3);
+    Check1 = makeCheck("Check1", "&Mask Password");
     lines->addWidget(Check1, 1, 2, 1, 2);
-    Check2 = makeCheck("Check2", "Retain raw file lists");
+    Check2 = makeCheck("Check2", "Retain raw file &lists");
     Check2->setToolTip(QStringLiteral(
         "It is not necessary to retain files lists after zipping as they will be archived to the zip file."));
-    Command2 = makeButton("Command2", "Change destination");
+    Command2 = makeButton("Command2", "Change &destination");
     QHBoxLayout* last = rowOf({Check2, Command2});
     last->insertStretch(1, 1);
     lines->addLayout(last, 2, 0, 1, 4);
@@ -103,12 +103,12 @@ QWidget* frmZip::createNotification() {
     QGroupBox* frame = makeFrame("frameNotify", "Notification");
     QGridLayout* lines = frameLines(*frame);
     Combo1 = make<QComboBox>("Combo1");
-    addLabelled(*lines, 0, makeLabel("Label3", "Net send to"), Combo1, 2);
-    Command7 = makeButton("Command7", "Query Network");
-    Command8 = makeButton("Command8", "Test");
+    addLabelled(*lines, 0, makeLabel("Label3", "&Net send to"), Combo1, 2);
+    Command7 = makeButton("Command7", "&Query Network");
+    Command8 = makeButton("Command8", "&Test");
     lines->addLayout(rowOf({Command7, Command8}), 1, 2);
-    Check4 = makeCheck("Check4", "Show Company");
-    Check5 = makeCheck("Check5", "Show Computer");
+    Check4 = makeCheck("Check4", "Show C&ompany");
+    Check5 = makeCheck("Check5", "Show Comp&uter");
     QHBoxLayout* last = rowOf({Check4, Check5});
     last->addStretch(1);
     last->addStrut(Command8->sizeHint().height());  // in line with the frame beside it
@@ -124,8 +124,8 @@ QLayout* frmZip::createCommands() {
     ProgressBar1->setVisible(false);
     Command6 = makeButton("Command6", "Zip and Email");
     Command6->setVisible(false);
-    Command4 = makeButton("Command4", "Zip");
-    Command3 = makeButton("Command3", "Close");
+    Command4 = makeButton("Command4", "&Zip");
+    Command3 = makeButton("Command3", "&Close");
     makePrimary(*Command4);
     QHBoxLayout* line = rowOf({ProgressBar1, Command6, Command4, Command3});
     line->setStretch(0, 1);
