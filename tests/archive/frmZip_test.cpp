@@ -259,7 +259,7 @@ void FrmZipTest::theScreenStaysAliveWhileATestWaits() {
                              "allowing messages to be sent.\r\n",
                              BoxAnswer::Ok, BoxStyle::Warning);
     click("Command8");
-    QVERIFY2(beats > 20, qPrintable(QString::number(beats)));
+    QVERIFY2(beats >= 5, qPrintable(QString::number(beats)));
     QVERIFY(controlOf<QCheckBox>(screen(), "Check5").isChecked());
 }
 

@@ -23,6 +23,7 @@ if [ "${QUILLON_INSIDE:-}" != yes ]; then
 fi
 
 job=$1 messenger=$2 list=$3 db=$4
+data=$(cd "$(dirname "$0")/../../data" && pwd)
 work=$(mktemp -d)
 failures=0
 trap 'rm -rf "$work"' EXIT
@@ -150,9 +151,12 @@ else
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow receive_sender="*"/><allow own="*"/>
 <allow user="*"/></policy></busconfig>
 BUS
+    # One computer announces itself as such, the other by the file that comes with the messenger.
     for name in labpc-a labpc-b; do
-        printf '[server]\nhost-name=%s\nuse-ipv6=no\n[publish]\npublish-workstation=yes\n' "$name" >"$work/$name.conf"
+        printf '[server]\nhost-name=%s\nuse-ipv6=no\n[publish]\npublish-workstation=no\n' "$name" >"$work/$name.conf"
     done
+    sed -i 's/workstation=no/workstation=yes/' "$work/labpc-a.conf"
+    there mount --bind "$data/avahi" /etc/avahi/services
     announce='mount -t tmpfs tmpfs /run && mkdir -p /run/dbus /run/avahi-daemon &&
         dbus-daemon --config-file="$1/bus.conf" --nofork & sleep 0.5
         exec avahi-daemon --no-drop-root --no-chroot --no-rlimits -f "$1/$2.conf"'
