@@ -2,21 +2,17 @@
 #include "archive/frmZip.h"
 
 #include <QApplication>
-#include <QCloseEvent>
-#include <QHBoxLayout>
-#include <QVBoxLayout>
+#include <QShortcut>
 
 #include "text/list_text.h"
 #include "ui/qt_text.h"
 #include "ui/show_state.h"
-#include "ui/step_guard.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
 
 namespace quillon {
 
 frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork network)
-    : context_(context),
+    : StepScreen(context.loop),
+      context_(context),
       handOver_(std::move(handOver)),
       network_(std::move(network)),
       exchange_(AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
@@ -34,24 +30,11 @@ frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork
     connectControls();
 }
 
-// Inputs go in, the operation runs, what came of it is shown.
-template <typename Operation>
-void frmZip::run(Operation operation) {
-    {
-        const StepGuard guard(running_);
-        readInputs();
-        operation();
-        showState();
-        context_.loop.flush();
-    }
-    if (running_ == 0 && closeAsked_)
-        close();
-}
-
 void frmZip::connectControls() {
-    connect(iGrid1, &Grid::rowDoubleClicked, this, [this](int row) {
-        if (row >= 0)
-            run([this, row] { zip_.removeRow(static_cast<std::size_t>(row)); });
+    connect(iGrid1, &Grid::rowDoubleClicked, this, &frmZip::removeFile);
+    connect(iGrid1, &Grid::keyPressed, this, [this](int row, int key) {
+        if (key == Qt::Key_Delete)
+            removeFile(row);
     });
     connect(Command1, &QPushButton::clicked, this, [this] { run([this] { zip_.addFiles(); }); });
     connect(Command5, &QPushButton::clicked, this, [this] { run([this] { zip_.reload(); }); });
@@ -59,11 +42,21 @@ void frmZip::connectControls() {
     connect(Text3, &QLineEdit::textChanged, this,
             [this](const QString& text) { run([this, text] { zip_.setPassword(fromQt(text)); }); });
     connect(Check1, &QCheckBox::toggled, this, [this] { run([] {}); });
+    connectPlainInputs();
     connect(Command2, &QPushButton::clicked, this, [this] { run([this] { zip_.changeDestination(); }); });
     connect(Command7, &QPushButton::clicked, this, &frmZip::Command7_Click);
     connect(Command8, &QPushButton::clicked, this, &frmZip::Command8_Click);
     connect(Command4, &QPushButton::clicked, this, [this] { run([this] { zip_.zip(); }); });
     connect(Command3, &QPushButton::clicked, this, &frmZip::Command3_Click);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+}
+
+// What is read when a step comes to it is heard at once, also while that step turns the event loop.
+void frmZip::connectPlainInputs() {
+    connect(iGrid1, &Grid::currentRowChanged, this, &frmZip::readInputs);
+    for (const QLineEdit* box : {Text1, Text2}) connect(box, &QLineEdit::textChanged, this, &frmZip::readInputs);
+    for (const QCheckBox* box : {Check2, Check4, Check5}) connect(box, &QCheckBox::toggled, this, &frmZip::readInputs);
+    connect(Combo1, &QComboBox::currentIndexChanged, this, &frmZip::readInputs);
 }
 
 void frmZip::readInputs() {
@@ -81,12 +74,14 @@ void frmZip::readInputs() {
 
 void frmZip::showState() {
     const ZipState& state = zip_.state;
-    showRows();
-    showRecipients();
-    if (fromQt(Text1->text()) != state.jobId)
-        Text1->setText(toQt(state.jobId));
+    showFiles();
+    showItems(*Combo1, state.recipients, state.recipientIndex);
+    Combo1->setEnabled(state.recipientsEnabled);
+    showText(*Text1, state.jobId);
     Text3->setEchoMode(state.maskPassword ? QLineEdit::Password : QLineEdit::Normal);
-    Check2->setChecked(state.retainLists);
+    showTick(*Check2, state.retainLists);
+    showTick(*Check4, state.showCompany);
+    showTick(*Check5, state.showComputer);
     Command8->setEnabled(state.testEnabled);
     ProgressBar1->setVisible(state.progressVisible);
     ProgressBar1->setValue(static_cast<int>(state.progress));
@@ -96,27 +91,26 @@ void frmZip::showState() {
         unsetCursor();
 }
 
-void frmZip::showRows() {
+// The same files again leave the grid and its place alone.
+void frmZip::showFiles() {
     const ZipState& state = zip_.state;
-    if (state.rows != shownRows_) {
-        shownRows_ = state.rows;
-        iGrid1->clearRows();
+    if (state.rows != shownFiles_) {
+        shownFiles_ = state.rows;
         std::vector<GridRow> rows;
         for (const auto& path : state.rows) rows.push_back({{readable(path.native())}, std::nullopt});
-        iGrid1->addRows(std::move(rows));
+        showRows(*iGrid1, std::move(rows));
     }
-    if (state.selectedRow && static_cast<int>(*state.selectedRow) < iGrid1->rowCount())
-        iGrid1->setCurrentRow(static_cast<int>(*state.selectedRow));
-}
-
-void frmZip::showRecipients() {
-    const ZipState& state = zip_.state;
-    showItems(*Combo1, state.recipients, state.recipientIndex);
-    Combo1->setEnabled(state.recipientsEnabled);
+    if (state.selectedRow && *state.selectedRow < state.rows.size())
+        showCurrentRow(*iGrid1, static_cast<int>(*state.selectedRow));
 }
 
 void frmZip::beep() {
     QApplication::beep();
+}
+
+void frmZip::removeFile(int row) {
+    if (row >= 0)
+        run([this, row] { zip_.removeRow(static_cast<std::size_t>(row)); });
 }
 
 // Query Network
@@ -135,13 +129,7 @@ void frmZip::Command3_Click() {
     close();
 }
 
-void frmZip::closeEvent(QCloseEvent* event) {
-    if (running_ > 0) {
-        closeAsked_ = true;
-        event->ignore();
-        return;
-    }
-    event->accept();
+void frmZip::leave() {
     if (MainWindowDoor* main = context_.navigator.main())
         main->showMain();
     context_.navigator.unload(Screen::Zip);

@@ -29,7 +29,6 @@
 
 #include <QComboBox>
 #include <QLineEdit>
-#include <QWidget>
 
 #include "archive/zip_file_lists.h"
 #include "archive/zip_handover.h"
@@ -40,21 +39,19 @@
 #include "ui/grid.h"
 #include "ui/navigator.h"
 #include "ui/screen_context.h"
+#include "ui/step_screen.h"
 
 namespace quillon {
 
 /// Where the screen finds other computers; null looks nowhere.
 using SharedNetwork = std::shared_ptr<NetworkProvider>;
 
-class frmZip final : public QWidget, private ZipHost {
+class frmZip final : public StepScreen, private ZipHost {
     Q_OBJECT
 
 public:
     /// The context must outlive the screen.
     frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork network);
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     void createControls();
@@ -63,17 +60,17 @@ private:
     [[nodiscard]] QWidget* createNotification();
     [[nodiscard]] QLayout* createCommands();
     void connectControls();
-    void readInputs();
-    void showRows();
-    void showRecipients();
+    void connectPlainInputs();
+    void showFiles();
+    void removeFile(int row);
     void Command3_Click();
     void Command7_Click();
     void Command8_Click();
-    template <typename Operation>
-    void run(Operation operation);
 
-    // ZipHost
+    // StepScreen and ZipHost
+    void readInputs() override;
     void showState() override;
+    void leave() override;
     void beep() override;
     [[nodiscard]] std::string mainJobId() const override { return handOver_.jobId; }
     [[nodiscard]] std::string mainSeparator() const override { return handOver_.separator; }
@@ -85,9 +82,7 @@ private:
     UdpSocket wClient_;
     AlertExchange exchange_;
     ZipFileLists zip_;
-    std::vector<NativePath> shownRows_;
-    int running_ = 0;          // steps on the stack
-    bool closeAsked_ = false;  // during one of them
+    std::vector<NativePath> shownFiles_;
 
     Grid* iGrid1 = nullptr;
     QPushButton *Command1 = nullptr, *Command2 = nullptr, *Command3 = nullptr, *Command4 = nullptr, *Command5 = nullptr,

@@ -51,14 +51,18 @@ void ZipFileLists::zip() {
 }
 
 void ZipFileLists::runSteps() {
-    if (state.jobId.empty())
+    if (state.jobId.empty()) {
         state.jobId = "FileList";
+        host_.showState();
+    }
     Run run;
     const std::string name = archiveBaseName(state.jobId, state.separator) + ".zip";
     run.archive = childPath(workingFolder(), name);
     if (confirmPassword())
         run.password = state.password;
-    if (!collectNames(run) || !clearTheWay(run))
+    const bool collected = collectNames(run);
+    host_.showState();
+    if (!collected || !clearTheWay(run))
         return;
     writeArchive(run);
     if (run.conflict) {
@@ -168,6 +172,7 @@ bool ZipFileLists::removeLists(const Run& run) {
 
 void ZipFileLists::notify(Run& run) {
     showBusy(true);
+    alerts_.closeSockets();
     alerts_.setAckState(AckState::Pending);
     const std::string recipient(trimRight(state.recipient()));
     if (alerts_.isThisComputer(recipient)) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "archive/zip_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -22,6 +23,14 @@ bool isUtf8(std::string_view text) {
             return false;
     }
     return true;
+}
+
+// To programs that unpack the archive a "\" is the end of a folder's name, and a control character makes no name at
+// all.
+std::string storedName(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F || c == '\\'; }, '_');
+    return name;
 }
 
 void onProgress(zip_t* /*archive*/, double fraction, void* state) {
@@ -135,7 +144,7 @@ Result<void> ZipWriter::add(const NativePath& file, const std::string& name) {
     zip_source_t* source = zip_source_file(zip, file.c_str(), 0, -1);
     if (source == nullptr)
         return failure(zipError(file, zip_get_error(zip)));
-    const std::string free = freeName(name);
+    const std::string free = freeName(storedName(name));
     const zip_int64_t index = zip_file_add(zip, free.c_str(), source, isUtf8(free) ? ZIP_FL_ENC_UTF_8 : ZIP_FL_ENC_RAW);
     if (index < 0) {
         zip_source_free(source);

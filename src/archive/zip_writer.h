@@ -38,8 +38,8 @@ public:
     ZipWriter(const ZipWriter&) = delete;
     ZipWriter& operator=(const ZipWriter&) = delete;
 
-    /// Takes a regular, readable file into the archive. A name that is taken gets " (2)" and so on ahead of its
-    /// extension. After a failure the files before are still in.
+    /// Takes a regular, readable file into the archive. In its name every "\" and control character becomes "_", and a
+    /// name that is taken gets " (2)" and so on ahead of its extension. After a failure the files before are still in.
     [[nodiscard]] Result<void> add(const NativePath& file, const std::string& name);
 
     /// What was added, under the names that the archive has.

@@ -46,6 +46,7 @@ public:
 
     [[nodiscard]] bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                                  const std::string& body, std::int16_t alertFlag) override;
+    void closeSockets() override;
     [[nodiscard]] AckState ackState() const override { return ackState_; }
     void setAckState(AckState state) override { ackState_ = state; }
     void turnWhilePending() override;
@@ -53,7 +54,6 @@ public:
 
     /// What a test begins with: nothing has arrived, nothing is acknowledged.
     void clearState();
-    void closeSockets();
 
     [[nodiscard]] const AlertScreenRules& rules() const { return rules_; }
     /// The description of the last failure of a socket. On the main window and the zip screen "0" when the last send

@@ -31,6 +31,10 @@ public:
     [[nodiscard]] virtual bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                                          const std::string& body, std::int16_t alertFlag) = 0;
 
+    /// Closes both sockets: an answer to an earlier alert that still waits in one is gone. `sendAlert` does so itself;
+    /// a caller that may end without sending calls this.
+    virtual void closeSockets() = 0;
+
     [[nodiscard]] virtual AckState ackState() const = 0;
     virtual void setAckState(AckState state) = 0;
 

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "archive/frmZip.h"
 
+#include <functional>
+
 #include <QTest>
+#include <QTimer>
 
 #include "support/screen_control.h"
 #include "ui/main_window.h"
@@ -20,18 +23,36 @@ private slots:
     void ignoringTheSeparatorLoadsMoreLists();
     void reloadBringsARemovedRowBack();
     void aDoubleClickAsksBeforeItRemoves();
+    void theDeleteKeyDoesTheSame();
     void anAddedFileStandsOnceInTheGrid();
     void aPasswordTicksRetain();
     void maskingShowsStars();
     void zippingNothingWarns();
     void zippingWritesTheArchiveAndEmptiesTheGrid();
+    void anEmptyJobIdReadsFileListFromTheRunOn();
+    void whatIsChangedWhileTheArchiveIsWrittenCounts();
+    void closingWithinARunWaitsForItsEnd();
+    void theScreenStaysAliveWhileATestWaits();
     void theDestinationCanBeChangedForGood();
     void closingBringsTheMainWindowBack();
+    void escapeCloses();
 
 private:
     [[nodiscard]] QWidget& screen() const { return *main_->navigator.window(Screen::Zip); }
     void click(const char* button) const { controlOf<QPushButton>(screen(), button).click(); }
     [[nodiscard]] Grid& grid() const { return controlOf<Grid>(screen(), "iGrid1"); }
+    void expectComplete() const {
+        main_->dialogs.expectBox("Process complete", "Zip Processing complete", BoxAnswer::Ok, BoxStyle::Warning);
+    }
+    // Once, in the first turn of the event loop in which the archive is being written.
+    void whileWriting(std::function<void()> act) {
+        main_->loop.addRefresh([this, act = std::move(act), done = false]() mutable {
+            if (!done && controlOf<QProgressBar>(screen(), "ProgressBar1").isVisible()) {
+                done = true;
+                act();
+            }
+        });
+    }
     [[nodiscard]] std::string list(const char* name) const { return (main_->temp / "local" / name).native(); }
 
     std::unique_ptr<test::MainWindow> main_;
@@ -113,14 +134,26 @@ void FrmZipTest::reloadBringsARemovedRowBack() {
                              BoxStyle::Question, BoxButtons::YesNo);
     emit grid().rowDoubleClicked(0);
     QCOMPARE(grid().rowCount(), 1);
+    controlOf<QCheckBox>(screen(), "Check4").setChecked(true);
+    controlOf<QCheckBox>(screen(), "Check5").setChecked(true);
     click("Command5");
     QCOMPARE(grid().rowCount(), 2);
+    QVERIFY2(!controlOf<QCheckBox>(screen(), "Check4").isChecked(), "the steps of the load run again");
+    QVERIFY(controlOf<QCheckBox>(screen(), "Check5").isChecked());
 }
 
 void FrmZipTest::aDoubleClickAsksBeforeItRemoves() {
     main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-B.csv") + "? ", BoxAnswer::No);
     emit grid().rowDoubleClicked(1);
     QCOMPARE(grid().rowCount(), 2);
+}
+
+void FrmZipTest::theDeleteKeyDoesTheSame() {
+    main_->dialogs.expectBox("Remove file", "Remove file " + list("1234-B.csv") + "? ", BoxAnswer::Yes);
+    grid().setCurrentRow(1);
+    QTest::keyClick(&grid(), Qt::Key_Delete);
+    QCOMPARE(grid().rowCount(), 1);
+    QCOMPARE(grid().cell(0, 0), list("1234-A.csv"));
 }
 
 void FrmZipTest::anAddedFileStandsOnceInTheGrid() {
@@ -159,12 +192,75 @@ void FrmZipTest::zippingNothingWarns() {
 
 void FrmZipTest::zippingWritesTheArchiveAndEmptiesTheGrid() {
     controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
-    main_->dialogs.expectBox("Process complete", "Zip Processing complete", BoxAnswer::Ok, BoxStyle::Warning);
+    expectComplete();
     click("Command4");
     QVERIFY(std::filesystem::exists(main_->temp / "archives/1234.zip"));
     QVERIFY(!std::filesystem::exists(main_->temp / "local/1234-A.csv"));
     QCOMPARE(grid().rowCount(), 0);
     QVERIFY(controlOf<QProgressBar>(screen(), "ProgressBar1").isHidden());
+}
+
+void FrmZipTest::anEmptyJobIdReadsFileListFromTheRunOn() {
+    controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+    controlOf<QLineEdit>(screen(), "Text1").clear();
+    expectComplete();
+    click("Command4");
+    QCOMPARE(controlOf<QLineEdit>(screen(), "Text1").text(), QStringLiteral("FileList"));
+    QVERIFY(std::filesystem::exists(main_->temp / "archives/FileList.zip"));
+}
+
+// Lists are removed and a notification is sent behind the writing: by what the screen shows then.
+void FrmZipTest::whatIsChangedWhileTheArchiveIsWrittenCounts() {
+    whileWriting([this] {
+        controlOf<QCheckBox>(screen(), "Check2").setChecked(true);
+        controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+        grid().setCurrentRow(1);
+    });
+    expectComplete();
+    click("Command4");
+    QVERIFY(controlOf<QCheckBox>(screen(), "Check2").isChecked());
+    QVERIFY(std::filesystem::exists(main_->temp / "local/1234-A.csv"));
+    QVERIFY(std::filesystem::exists(main_->temp / "archives/1234.zip"));
+    QCOMPARE(controlOf<QComboBox>(screen(), "Combo1").currentIndex(), 0);
+}
+
+void FrmZipTest::closingWithinARunWaitsForItsEnd() {
+    controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+    whileWriting([this] {
+        click("Command3");
+        QVERIFY(screen().isVisible());
+    });
+    expectComplete();
+    click("Command4");
+    QVERIFY(std::filesystem::exists(main_->temp / "archives/1234.zip"));
+    QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
+}
+
+void FrmZipTest::theScreenStaysAliveWhileATestWaits() {
+    UdpSocket source;
+    UdpSocket listen;
+    QVERIFY(source.bind(0) && listen.bind(0));
+    main_->installation.settings.alertSourcePort = source.boundPort();
+    main_->installation.settings.alertListenPort = listen.boundPort();
+    source.close();
+    listen.close();
+    int beats = 0;
+    QTimer heart;
+    connect(&heart, &QTimer::timeout, this, [&] {
+        ++beats;
+        controlOf<QCheckBox>(screen(), "Check5").setChecked(true);
+    });
+    heart.start(0);
+    main_->dialogs.expectBox("Communication error",
+                             "Unable to connect to computer \r\nThe problem is one of the following\r\n\r\n1 The "
+                             "computer is turned off.\r\n2 The ZOV Messaging software is not installed on the remote "
+                             "computer.\r\n3 The Remote computer is listening on the wrong port.\r\n4 The Remote "
+                             "computer's firewall is blocking communication.\r\n5 This computer's firewall is not "
+                             "allowing messages to be sent.\r\n",
+                             BoxAnswer::Ok, BoxStyle::Warning);
+    click("Command8");
+    QVERIFY2(beats >= 5, qPrintable(QString::number(beats)));
+    QVERIFY(controlOf<QCheckBox>(screen(), "Check5").isChecked());
 }
 
 void FrmZipTest::theDestinationCanBeChangedForGood() {
@@ -180,6 +276,12 @@ void FrmZipTest::closingBringsTheMainWindowBack() {
     main_->window->hide();
     click("Command3");
     QVERIFY(main_->window->isVisible());
+    QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
+}
+
+void FrmZipTest::escapeCloses() {
+    QVERIFY(QTest::qWaitForWindowActive(&screen()));
+    QTest::keyClick(&screen(), Qt::Key_Escape);
     QVERIFY(main_->navigator.window(Screen::Zip) == nullptr);
 }
 

@@ -40,6 +40,7 @@ public:
                    const std::string& /*body*/, std::int16_t /*alertFlag*/) override {
         return false;
     }
+    void closeSockets() override {}
     AckState ackState() const override { return AckState::None; }
     void setAckState(AckState /*state*/) override {}
     void turnWhilePending() override {}

@@ -171,6 +171,8 @@ TEST_F(ZipRunTest, AnArchiveInTheGridIsRemovedWithTheConflictBox) {
     expectComplete();
     lists.zip();
     EXPECT_THAT(archiveNames(), ElementsAre("1234-Partition 1.csv", "1234-Partition 2.csv"));
+    EXPECT_THAT(logText(), HasSubstr("; Files in zip : ;" + path("local/1234-Partition 1.csv") + "," +
+                                     path("local/1234-Partition 2.csv") + "," + path("zips/1234.ZIP") + ";Send"));
 }
 
 TEST_F(ZipRunTest, AConflictAheadOfTheLastRowEndsTheRun) {
@@ -326,6 +328,7 @@ TEST_F(ZipNotificationTest, AnAcknowledgedNotificationIsTold) {
     EXPECT_EQ(alerts.sent[0].body, "File list is complete. Location " + path("zips/1234.zip"));
     EXPECT_EQ(alerts.sent[0].alertFlag, 0);
     EXPECT_EQ(alerts.sent[0].stateBefore, AckState::Pending);
+    EXPECT_TRUE(alerts.sent[0].closedBefore);
     EXPECT_EQ(alerts.waits, 1);
     EXPECT_THAT(logText(), EndsWith(expectedLog("DESK2", " Yes and acknowledgment received")));
 }
@@ -344,6 +347,8 @@ TEST_F(ZipNotificationTest, ThisComputerGetsNone) {
     expectComplete();
     lists.zip();
     EXPECT_TRUE(alerts.sent.empty());
+    EXPECT_EQ(alerts.closings, 1) << "the sockets of an earlier test do not stay open";
+    EXPECT_EQ(alerts.state, AckState::Pending);
     EXPECT_THAT(logText(), EndsWith(expectedLog("LAB7", " No - unable to send to same computer.")));
 }
 
@@ -353,6 +358,7 @@ TEST_F(ZipNotificationTest, PleaseSelectCountsAsTheFirstItem) {
     expectComplete();
     lists.zip();
     EXPECT_TRUE(alerts.sent.empty());
+    EXPECT_EQ(alerts.closings, 0);
     EXPECT_THAT(logText(), EndsWith(expectedLog("Please Select", "")));
 }
 

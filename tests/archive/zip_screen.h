@@ -20,10 +20,11 @@ class ScriptedAlerts final : public AlertSender {
 public:
     bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject, const std::string& body,
                    std::int16_t alertFlag) override {
-        sent.push_back({target, subject, body, ackRequest, alertFlag, state});
+        sent.push_back({target, subject, body, ackRequest, alertFlag, state, closings > 0});
         state = answer ? AckState::Acknowledged : AckState::None;
         return answer;
     }
+    void closeSockets() override { ++closings; }
     AckState ackState() const override { return state; }
     void setAckState(AckState newState) override { state = newState; }
     void turnWhilePending() override { ++waits; }
@@ -36,10 +37,12 @@ public:
         std::int16_t ackRequest;
         std::int16_t alertFlag;
         AckState stateBefore;
+        bool closedBefore;
     };
     std::vector<Sent> sent;
     bool answer = true;
     int waits = 0;
+    int closings = 0;
     AckState state = AckState::None;
 };
 

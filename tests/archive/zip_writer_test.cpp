@@ -87,6 +87,16 @@ TEST_F(ZipWriterTest, NamesOfAnyBytesAreStored) {
     EXPECT_THAT(equal(writer), ElementsAre(true, true));
 }
 
+TEST_F(ZipWriterTest, NoNameLeadsOutOfAFolderOrHoldsAControlCharacter) {
+    ZipWriter writer(archive(), {});
+    for (const char* name : {"..\\..\\evil.csv", "\x1B[31m\xC3\x84.csv", "a\nb.csv", "a\tb.csv"})
+        ASSERT_TRUE(writer.add(folder_.write(name, name), name).has_value()) << name;
+    ASSERT_TRUE(writer.finish().has_value());
+    EXPECT_THAT(*listArchive(archive()), ElementsAre(".._.._evil.csv", "_[31m\xC3\x84.csv", "a_b.csv", "a_b (2).csv"));
+    EXPECT_THAT(equal(writer), ElementsAre(true, true, true, true));
+    EXPECT_TRUE(extractArchive(archive(), folder_ / "out").has_value());
+}
+
 TEST_F(ZipWriterTest, AFileThatCannotBeTakenIsAFailureAndTheOthersStay) {
     ZipWriter writer(archive(), {});
     ASSERT_TRUE(writer.add(folder_.write("a.csv", "1"), "a.csv").has_value());

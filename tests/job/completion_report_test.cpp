@@ -17,6 +17,7 @@ public:
         state = answer;
         return answer != AckState::None;
     }
+    void closeSockets() override {}
     AckState ackState() const override { return state; }
     void setAckState(AckState next) override { state = next; }
     void turnWhilePending() override { ++waits; }

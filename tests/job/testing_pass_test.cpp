@@ -38,6 +38,7 @@ public:
         sent.push_back(target + "|" + subject + "|" + body);
         return true;
     }
+    void closeSockets() override {}
     AckState ackState() const override { return state; }
     void setAckState(AckState next) override { state = next; }
     void turnWhilePending() override {}

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What arrives during the wait, on either socket.
-#include <cstdlib>
-#include <random>
-
 #include <gmock/gmock.h>
 
 #include "messaging/exchange_fixture.h"
+#include "support/random_datagrams.h"
 
 namespace quillon {
 namespace {
@@ -214,56 +212,26 @@ TEST_F(AlertArrival, WhilePendingTheCallersTurnsHearTheAnswer) {
     EXPECT_EQ(exchange->ackState(), AckState::Acknowledged);
 }
 
-// The whole run takes QUILLON_RANDOM_DATAGRAMS=1000000.
-int randomDatagramCount() {
-    const char* text = std::getenv("QUILLON_RANDOM_DATAGRAMS");
-    return text != nullptr ? std::atoi(text) : 20000;
-}
-
-std::string randomDatagram(std::mt19937& random) {
-    static const std::vector<std::string> pieces{"\xFF", "\xFF", "\xFF", "Acknowledged", " 1",
-                                                 "1",    "0",    "LAB7", "\r\n"};
-    std::string bytes;
-    const auto count = random() % 9;
-    for (unsigned i = 0; i < count; ++i) {
-        if (random() % 4 == 0)
-            bytes += static_cast<char>(random() % 256);
-        else
-            bytes += pieces[random() % pieces.size()];
-    }
-    return bytes;
-}
-
-// What a wait must answer for the first datagram, told from its bytes alone.
-bool isAnswer(const std::string& bytes) {
-    const auto first = bytes.find('\xFF');
-    const auto second = first == std::string::npos ? first : bytes.find('\xFF', first + 1);
-    if (second == std::string::npos)
-        return false;
-    const auto end = bytes.find('\xFF', second + 1);
-    return bytes.substr(second + 1, end == std::string::npos ? end : end - second - 1) == "Acknowledged";
-}
-
 TEST_F(AlertArrival, RandomDatagramsNeverCrashAndTheFirstOneDecides) {
     use(AlertScreen::SetupWizard);  // writes no log
     std::mt19937 random(20261115);
     int answered = 0;
-    for (int left = randomDatagramCount(); left > 0;) {
+    for (int left = test::randomDatagramCount(20000); left > 0;) {
         around.loop.turns = 0;
         std::string first;
         around.loop.onTurn = [&](int) {
             around.clock.tick += 1;
-            first = randomDatagram(random);
+            first = test::randomDatagram(random);
             client.arrive(first);
             for (int more = 0; more < 3; ++more) {
-                client.arrive(randomDatagram(random));
-                server.arrive(randomDatagram(random));
+                client.arrive(test::randomDatagram(random));
+                server.arrive(test::randomDatagram(random));
             }
             left -= 7;
         };
         exchange->clearState();
         const bool result = send();
-        ASSERT_EQ(result, isAnswer(first)) << testing::PrintToString(first);
+        ASSERT_EQ(result, test::isAnswer(first)) << testing::PrintToString(first);
         ASSERT_EQ(around.loop.turns, 1);
         answered += result ? 1 : 0;
     }

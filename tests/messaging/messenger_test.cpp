@@ -3,12 +3,13 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <cstdlib>
 #include <mutex>
 #include <random>
 #include <thread>
 
 #include <gmock/gmock.h>
+
+#include "support/random_datagrams.h"
 
 namespace quillon {
 namespace {
@@ -91,10 +92,8 @@ TEST_F(MessengerTest, ProblemsAreCounted) {
     EXPECT_EQ(messenger.counts().problems, 1U);
 }
 
-// The whole run takes QUILLON_RANDOM_DATAGRAMS=1000000.
 TEST_F(MessengerTest, RandomDatagramsNeverCrashAndAreAnsweredOnlyAsAlerts) {
-    const char* text = std::getenv("QUILLON_RANDOM_DATAGRAMS");
-    const int count = text != nullptr ? std::atoi(text) : 50000;
+    const int count = test::randomDatagramCount(50000);
     std::mt19937 random(5);
     for (int i = 0; i < count; ++i) {
         std::string bytes(random() % 40, '\0');

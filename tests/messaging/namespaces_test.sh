@@ -23,6 +23,7 @@ if [ "${QUILLON_INSIDE:-}" != yes ]; then
 fi
 
 job=$1 messenger=$2 list=$3 db=$4
+data=$(cd "$(dirname "$0")/../../data" && pwd)
 work=$(mktemp -d)
 failures=0
 trap 'rm -rf "$work"' EXIT
@@ -65,9 +66,9 @@ mkdir -p "$work/app" "$work/source/folder"
 cp "$db" "$work/app/db.zip"
 printf 'x' >"$work/source/folder/small.txt"
 logs="$work/app/Data/Settings/Messaging logs/logs.dat"
-run_job() { # job-id; sets $seconds and $status
+run_job() { # job-id [recipient]; sets $seconds and $status
     started=$(date +%s%N)
-    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert DESK2 --yes \
+    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert "${2:-DESK2}" --yes \
         >"$work/job.out" 2>"$work/job.err"
     status=$?
     seconds=$(( ($(date +%s%N) - started) / 1000000000 ))
@@ -123,7 +124,23 @@ has "$work/here.err" '0 alerts (0 problems), 0 acknowledged, 0 could not be ackn
 kill -INT "$messenger_pid"; wait "$messenger_pid" || fail "the messenger ended with $?"
 has "$work/messenger.err" '3 alerts (0 problems), 2 acknowledged, 1 could not be acknowledged, 0 bad datagrams' "no summary"
 
-echo "4. the computers of the network"
+echo "4. a name server that never answers holds nobody up longer than the wait"
+# A messenger on its port takes every question and answers none.
+nsenter --target "$there_pid" --net --mount --uts -- env LC_ALL=C "$messenger" --port 53 \
+    >"$work/dead.out" 2>"$work/dead.err" &
+dead_pid=$!
+wait_for "$work/dead.err" listening
+echo 'nameserver 10.77.0.2' >"$work/resolv.conf"
+run_job 1237 NOBODY
+[ "$seconds" -ge 10 ] && [ "$seconds" -le 12 ] || fail "the wait took $seconds s"
+has "$work/job.err" 'could not send notification to NOBODY' "no warning"
+has "$logs" '\\NOBODY,File list complete for Job ID : 1237,[0-9:]*,0, 0,' "no line of an alert whose name was never found"
+kill -TERM "$dead_pid"; wait "$dead_pid" || fail "the messenger ended with $?"
+has "$work/dead.err" '0 alerts (0 problems), 0 acknowledged, 0 could not be acknowledged, [1-9][0-9]* bad datagrams' \
+    "nobody was asked for the name"
+: >"$work/resolv.conf"
+
+echo "5. the computers of the network"
 [ "$("$list")" = '\\LAB7,\\DESK2,' ] || fail "the hosts database gives $("$list")"
 
 if ! command -v avahi-daemon >/dev/null 2>&1 || ! command -v dbus-daemon >/dev/null 2>&1; then
@@ -134,9 +151,12 @@ else
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow receive_sender="*"/><allow own="*"/>
 <allow user="*"/></policy></busconfig>
 BUS
+    # One computer announces itself as such, the other by the file that comes with the messenger.
     for name in labpc-a labpc-b; do
-        printf '[server]\nhost-name=%s\nuse-ipv6=no\n[publish]\npublish-workstation=yes\n' "$name" >"$work/$name.conf"
+        printf '[server]\nhost-name=%s\nuse-ipv6=no\n[publish]\npublish-workstation=no\n' "$name" >"$work/$name.conf"
     done
+    sed -i 's/workstation=no/workstation=yes/' "$work/labpc-a.conf"
+    there mount --bind "$data/avahi" /etc/avahi/services
     announce='mount -t tmpfs tmpfs /run && mkdir -p /run/dbus /run/avahi-daemon &&
         dbus-daemon --config-file="$1/bus.conf" --nofork & sleep 0.5
         exec avahi-daemon --no-drop-root --no-chroot --no-rlimits -f "$1/$2.conf"'

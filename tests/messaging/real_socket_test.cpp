@@ -3,7 +3,6 @@
 // both can hold the same port; the ports are the system's choice.
 #include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <thread>
@@ -13,6 +12,7 @@
 #include "messaging/alert_datagram.h"
 #include "messaging/alert_exchange.h"
 #include "support/fake_surroundings.h"
+#include "support/random_datagrams.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
@@ -42,7 +42,7 @@ std::int32_t freePort() {
 
 class RealSockets : public testing::Test {
 protected:
-    explicit RealSockets(HostResolver resolver = fixedNames) : server(resolver, kHere), client(resolver, kHere) {
+    explicit RealSockets(const HostResolver& resolver = fixedNames) : server(resolver, kHere), client(resolver, kHere) {
         installation.settings.localPath.assign(pageFromPath(folder.path() / "local"));
         installation.settings.alertSourcePort = freePort();
         installation.settings.alertListenPort = freePort();
@@ -235,6 +235,41 @@ TEST_F(RealSockets, AFloodOfRandomDatagramsEndsTheWaitAtTheFirst) {
     }
     stop = true;
     flood.join();
+}
+
+// All of them are in a socket before the wait looks for the first time: none is lost, and the first one is known.
+TEST_F(RealSockets, RandomDatagramsReallyArriveAndTheFirstOneDecides) {
+    constexpr int kEach = 50;
+    UdpSocket stranger(fixedNames, kThere);
+    std::mt19937 random(20261115);
+    int answered = 0;
+    for (int left = test::randomDatagramCount(20000); left > 0; left -= 2 * kEach) {
+        std::string first;
+        loop.turns = 0;
+        loop.onTurn = [&](int turn) {
+            for (int i = 0; turn == 1 && i < kEach; ++i) {
+                const std::string bytes = test::randomDatagram(random);
+                if (i == 0)
+                    first = bytes;
+                stranger.setRemotePort(installation.settings.alertListenPort);
+                ASSERT_TRUE(stranger.sendTo(kHere, bytes));
+                stranger.setRemotePort(installation.settings.alertSourcePort);
+                ASSERT_TRUE(stranger.sendTo(kHere, test::randomDatagram(random)));
+            }
+        };
+        exchange.clearState();
+        const bool result = send("127.0.0.2");
+        ASSERT_EQ(result, test::isAnswer(first)) << testing::PrintToString(first);
+        ASSERT_EQ(loop.turns, 1);
+        answered += result ? 1 : 0;
+        int more = 0;
+        while (client.poll(milliseconds(0)).arrived) {
+            ASSERT_LT(client.getData().size(), 200U);
+            ++more;
+        }
+        ASSERT_EQ(more, result ? 0 : kEach - 1) << "an answer closes the socket, anything else leaves it open";
+    }
+    EXPECT_GT(answered, 0) << "some of them are acknowledgements";
 }
 
 TEST(HostNames, ANumericAddressIsItsOwn) {

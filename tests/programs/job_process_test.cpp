@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The program quillon-job itself, as a process: first run, exit statuses, Ctrl-C. QUILLON_JOB is its path.
-#include <array>
 #include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "app/installation.h"
+#include "programs/child_process.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
@@ -38,51 +37,15 @@ protected:
         ASSERT_TRUE(installation.saveSettingsRecord());
     }
 
-    // Starts a job whose standard error comes through a pipe, and whose standard output goes to `output`.
     void start(const std::vector<std::string>& more = {}) {
         std::vector<std::string> words = {
             QUILLON_JOB, "--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()};
         words.insert(words.end(), more.begin(), more.end());
-        std::array<int, 2> ends{};
-        ASSERT_EQ(::pipe(ends.data()), 0);
-        child = ::fork();
-        if (child == 0) {
-            std::vector<char*> arguments;
-            for (auto& word : words) arguments.push_back(word.data());
-            arguments.push_back(nullptr);
-            ::dup2(::open("/dev/null", O_RDONLY), 0);
-            ::dup2(::open((folder / "output").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), 1);
-            ::dup2(ends[1], 2);
-            ::close(ends[0]);
-            ::close(ends[1]);
-            ::execv(QUILLON_JOB, arguments.data());
-            ::_exit(99);
-        }
-        ::close(ends[1]);
-        pipe = ends[0];
+        job.start(words, (folder / "output").native());
     }
-
-    // Reads standard error until it holds `text`, or to its end.
-    bool readUntil(const std::string& text) {
-        std::array<char, 4096> buffer;
-        while (said.find(text) == std::string::npos) {
-            const auto count = ::read(pipe, buffer.data(), buffer.size());
-            if (count <= 0)
-                return false;
-            said.append(buffer.data(), static_cast<std::size_t>(count));
-        }
-        return true;
-    }
-
-    int finish() {
-        readUntil("\x01 nothing ever says this");
-        ::close(pipe);
-        int status = 0;
-        EXPECT_EQ(::waitpid(child, &status, 0), child);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
+    bool readUntil(const std::string& text) { return job.readUntil(text); }
+    int finish() { return job.finish(); }
     int run(const std::vector<std::string>& more = {}) {
-        said.clear();
         start(more);
         return finish();
     }
@@ -95,9 +58,8 @@ protected:
     }
 
     TempFolder folder;
-    std::string said;
-    pid_t child = 0;
-    int pipe = -1;
+    ChildProcess job;
+    const std::string& said = job.said;
 };
 
 TEST_F(JobProcess, AFirstRunSetsUpTheDefaultInstallationAndGrades) {
@@ -130,7 +92,7 @@ TEST_F(JobProcess, CtrlCStopsTheJobWithStatus130) {
     manyFiles();
     start();
     ASSERT_TRUE(readUntil("Start file count ")) << said;
-    ::kill(child, SIGINT);
+    ::kill(job.id, SIGINT);
     EXPECT_EQ(finish(), 130) << said;
     EXPECT_NE(said.find("Process stopped by user"), std::string::npos) << said;
     EXPECT_NE(said.find("quillon-job: stopped"), std::string::npos) << said;
@@ -141,7 +103,7 @@ TEST_F(JobProcess, CtrlCInTheTestingPassEndsBehindTheLastRow) {
     manyFiles();
     start();
     ASSERT_TRUE(readUntil("Start file quality testing ")) << said;
-    ::kill(child, SIGINT);
+    ::kill(job.id, SIGINT);
     EXPECT_EQ(finish(), 130) << said;
     EXPECT_NE(said.find("Delete partial file list?: Process stopped, do you want to delete the current file list ?"),
               std::string::npos)
@@ -154,7 +116,7 @@ TEST_F(JobProcess, AKilledJobLeavesWholeRowsAndTheNextOneRuns) {
     manyFiles();
     start();
     ASSERT_TRUE(readUntil("Start file count ")) << said;
-    ::kill(child, SIGKILL);
+    ::kill(job.id, SIGKILL);
     EXPECT_EQ(finish(), -SIGKILL);
     EXPECT_EQ(run({"--yes"}), 0) << said << "\nthe lock of a dead job holds nobody up";
     EXPECT_NE(folder.read("output").find("Total Files : 6,000 "), std::string::npos);

@@ -4,15 +4,20 @@
 #include "programs/messenger_command.h"
 
 #include <atomic>
+#include <filesystem>
 #include <future>
+#include <random>
 #include <sstream>
 #include <thread>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include "messaging/alert_exchange.h"
+#include "messaging/messenger.h"
 #include "platform/host.h"
 #include "support/fake_surroundings.h"
+#include "support/random_datagrams.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
@@ -179,6 +184,77 @@ TEST_F(MessengerCommand, ASenderThatCannotBeFoundIsShownAndGetsNoAnswer) {
     messenger.end();
     EXPECT_THAT(messenger.out.str(), HasSubstr("  NOBODY\n"));
     EXPECT_THAT(messenger.err.str(), HasSubstr("2 alerts (0 problems), 1 acknowledged, 1 could not be acknowledged"));
+}
+
+// What the messenger has to say of datagrams, and how many it can answer.
+struct Expected {
+    MessengerCounts counts;
+    int answers = 0;
+    int unknown = 0;
+
+    void take(const std::string& bytes) {
+        const auto alert = decodeAlert(bytes);
+        if (!alert) {
+            ++(isAcknowledgement(bytes) ? counts.acknowledgements : counts.bad);
+            return;
+        }
+        ++counts.alerts;
+        if (alert->problem)
+            ++counts.problems;
+        if (alert->wantsAnswer)
+            ++(alert->sender.bytes == "LAB7" ? answers : unknown);
+    }
+};
+
+// The messenger reads in order: an answer to the alert behind a batch tells that the whole batch has been read, so that
+// nothing is lost and every datagram has to show in the summary.
+TEST_F(MessengerCommand, RandomDatagramsAreAllCountedAndThoseThatAskAreAnsweredOnce) {
+    constexpr int kBatch = 50;
+    const std::string asking =
+        "LAB7\xFF 1\xFFs\xFF"
+        "b\xFF"
+        "0";
+    RunningMessenger messenger(arguments());
+    ASSERT_TRUE(client.bind(installation.settings.alertListenPort));
+    UdpSocket raw(fixedNames, *numericAddress("127.0.0.1"));
+    raw.setRemotePort(installation.settings.alertListenPort);
+    Expected expected;
+    int answered = 0;
+    std::mt19937 random(20261115);
+    for (int left = test::randomDatagramCount(5000); left > 0; left -= kBatch) {
+        for (int i = 0; i <= kBatch; ++i) {
+            const std::string bytes = i == kBatch ? asking : test::randomDatagram(random);
+            ASSERT_TRUE(raw.sendTo(*numericAddress("127.0.0.2"), bytes));
+            expected.take(bytes);
+        }
+        for (; answered < expected.answers; ++answered) {
+            ASSERT_TRUE(client.poll(std::chrono::milliseconds(10000)).arrived);
+            ASSERT_NE(client.getData(), "");
+        }
+    }
+    messenger.end();
+    EXPECT_FALSE(client.poll(std::chrono::milliseconds(0)).arrived) << "no alert is answered twice";
+    EXPECT_THAT(messenger.err.str(),
+                HasSubstr(fmt::format("\nquillon-messenger: {} alerts ({} problems), {} acknowledged, {} could not be "
+                                      "acknowledged, {} bad datagrams\nquillon-messenger: {} acknowledgements for",
+                                      expected.counts.alerts, expected.counts.problems, answered, expected.unknown,
+                                      expected.counts.bad, expected.counts.acknowledgements)));
+}
+
+TEST_F(MessengerCommand, AnAlertThatCannotBeStoredIsToldOnceAndCounted) {
+    if (!std::filesystem::exists("/dev/full"))
+        GTEST_SKIP() << "this computer has no /dev/full";
+    RunningMessenger messenger(arguments({"--log", "/dev/full"}));
+    EXPECT_TRUE(send("one", "shown and acknowledged all the same", 0));
+    EXPECT_TRUE(send("two", "b", 0));
+    messenger.end();
+    EXPECT_EQ(messenger.status, 0);
+    EXPECT_THAT(messenger.out.str(), HasSubstr("  two\n"));
+    const std::string err = messenger.err.str();
+    const auto told = err.find("an alert could not be stored: /dev/full: ");
+    ASSERT_NE(told, std::string::npos) << err;
+    EXPECT_EQ(err.find("an alert could not be stored: ", told + 1), std::string::npos) << err;
+    EXPECT_THAT(err, HasSubstr("quillon-messenger: 2 alerts could not be stored\n"));
 }
 
 TEST_F(MessengerCommand, SaysWhenThePortIsTaken) {

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The program quillon-messenger itself, as a process. QUILLON_MESSENGER is its path.
+#include <csignal>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+#include "platform/datagram_socket.h"
+#include "programs/child_process.h"
+#include "support/temp_folder.h"
+
+namespace quillon::test {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+class MessengerProcess : public testing::Test {
+protected:
+    MessengerProcess() {
+        UdpSocket probe;
+        EXPECT_TRUE(probe.bind(0));
+        port = std::to_string(probe.boundPort());
+    }
+    void start(std::vector<std::string> more = {}) {
+        more.insert(more.begin(), {QUILLON_MESSENGER, "--address", "127.0.0.1", "--port", port});
+        messenger.start(more, (folder / "output").native());
+    }
+
+    TempFolder folder;
+    std::string port;
+    ChildProcess messenger;
+};
+
+TEST_F(MessengerProcess, CtrlCAndTheServiceManagerEndItWithTheSummary) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        start({"--log", (folder / "alerts.log").native()});
+        ASSERT_TRUE(messenger.readUntil("quillon-messenger: listening on UDP port " + port + "; Ctrl-C ends\n"));
+        ::kill(messenger.id, signal);
+        EXPECT_EQ(messenger.finish(), 0) << signal;
+        EXPECT_THAT(messenger.said, EndsWith("quillon-messenger: 0 alerts (0 problems), 0 acknowledged, 0 could not be "
+                                             "acknowledged, 0 bad datagrams\n"));
+        EXPECT_TRUE(std::filesystem::exists(folder / "alerts.log")) << "what cannot be stored is known at the start";
+    }
+}
+
+TEST_F(MessengerProcess, ATakenPortIsStatusOne) {
+    UdpSocket other;
+    ASSERT_TRUE(other.bind(std::stoi(port)));
+    start();
+    EXPECT_EQ(messenger.finish(), 1);
+    EXPECT_THAT(messenger.said, HasSubstr("UDP port " + port));
+    EXPECT_THAT(messenger.said, EndsWith(" (another program of this computer has it)\n"));
+}
+
+TEST_F(MessengerProcess, HelpIsStatusZeroAndNonsenseTwo) {
+    start({"--help"});
+    EXPECT_EQ(messenger.finish(), 0);
+    EXPECT_THAT(folder.read("output"), HasSubstr("--notify"));
+    start({"--nonsense"});
+    EXPECT_EQ(messenger.finish(), 2);
+    EXPECT_THAT(messenger.said, HasSubstr("usage: quillon-messenger"));
+}
+
+}  // namespace
+}  // namespace quillon::test
