@@ -8,7 +8,7 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/folder_repair.h"
-#include "setup/shared_database.h"
+#include "testing/shared_copy.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 

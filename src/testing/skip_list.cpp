@@ -77,7 +77,7 @@ SkipListState loadSkipList(const Installation& installation, bool wanted, KeptFi
     if (paths.useSharedDb) {
         const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
         if (pathExists(shared)) {
-            passOver(takeSharedCopy(shared, local, kept), "the local copy then serves");
+            passOver(copyKeepingOld(shared, local, kept), "the local copy then serves");
         } else if (!pathExists(local)) {
             return SkipListState::Missing;
         }
