@@ -133,6 +133,18 @@ TEST_F(Faults, ARefusedRenameStillSaves) {
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
 
+// While another computer reads it, a share does not let the file be replaced; to write into it would give that reader a
+// mixture.
+TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
+    work.prepare();
+    const auto before = test::statOf(temp / "7.csv").st_ino;
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EBUSY:when=1..20", probe + work.arguments)), 0);
+    EXPECT_TRUE(work.newStands());
+    EXPECT_NE(test::statOf(temp / "7.csv").st_ino, before);
+    EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
+}
+
 TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old", "new bytes");
     for (const char* call : {"write", "fsync", "chmod"}) {
