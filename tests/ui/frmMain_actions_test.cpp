@@ -232,11 +232,11 @@ void FrmMainActionsTest::setUpNetworkOpensFromTheSettingsButtonAndByItsKey() {
     QCOMPARE(settings.actions(), QList<QAction*>{&entry});
     int opened = 0;
     countNetworkSetups(opened);
-    entry.trigger();
-    QCOMPARE(opened, 1);
     main_->window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(main_->window.get()));
     QTest::keyClick(main_->window.get(), Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(opened, 1);
+    entry.trigger();
     QCOMPARE(opened, 2);
     QVERIFY(main_->navigator.window(Screen::SetupNetwork) == nullptr);
 }
