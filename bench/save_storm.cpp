@@ -24,5 +24,7 @@ int main(int argc, char** argv) {
     const auto counts = test::runSaveStorm(NativePath(argv[1]) / "storm.dat", storm);
     fmt::print("saved {}, refused {}; read whole {}, absent {}, empty {}, torn {}\n", counts.saved, counts.refused,
                counts.whole, counts.absent, counts.empty, counts.torn);
+    if (counts.refused != 0)
+        fmt::print("one refusal: {}\n", counts.refusal);
     return counts.empty + counts.torn == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -13,7 +13,7 @@ reads=${2:-100000}
 dev=build/dev
 
 # shellcheck disable=SC2086  # a list of words
-install_missing $BUILD_PACKAGES $TEST_PACKAGES samba smbnetfs fuse unzip iproute2
+install_missing $BUILD_PACKAGES $TEST_PACKAGES samba smbnetfs unzip iproute2
 configure dev
 cmake --build --preset dev --target app_folder quillon_bench_save_storm
 storm=$PWD/$dev/bench/quillon_bench_save_storm
@@ -54,7 +54,7 @@ start_server() {
  writable = yes
  guest ok = yes
 END
-    within smbd -F --no-process-group -s "$work/smb.conf" </dev/null >"$work/smbd.out" 2>&1 &
+    nsenter --net=/run/netns/"$space" smbd -F --no-process-group -s "$work/smb.conf" </dev/null >"$work/smbd.out" 2>&1 &
     server=$!
 }
 
@@ -64,7 +64,7 @@ mount_share() {
     echo 'auth "guest" ""' >"$work/home/.smb/smbnetfs.conf"
     printf '[global]\n client min protocol = SMB2\n' >"$work/home/.smb/smb.conf"
     chmod 600 "$work/home/.smb/smbnetfs.conf"
-    HOME=$work/home within smbnetfs "$work/mount$1" -o direct_io,attr_timeout=0,entry_timeout=0,neg_cache=off
+    HOME=$work/home within smbnetfs "$work/mount$1" -o direct_io,attr_timeout=0,entry_timeout=0
     tries=0
     until ls "$work/mount$1/127.0.0.1/quillon" >/dev/null 2>&1; do
         tries=$((tries + 1))
@@ -99,7 +99,7 @@ run_job() {
 }
 say() { printf '%-70s %s\n' "$1" "$2"; }
 expect() { [ "$2" = "$3" ] && say "$1" yes || { say "$1" "no: $2, not $3"; failed=1; }; }
-times() { find "$work/station$1/data/Database" -type f -printf '%f %i %C@\n' | sort | cksum; }
+stamps() { find "$work/station$1/data/Database" -type f -printf '%f %i %C@\n' | sort | cksum; }
 failed=0
 
 # road SHARE1 SHARE2: what two workstations have to see, each through its own path
@@ -113,9 +113,9 @@ road() {
     run_job 1
     run_job 2
     expect "  both have all term files" "$(ls "$work/station1/data/Database")" "$(ls "$work/station2/data/Database")"
-    before=$(times 1)
+    before=$(stamps 1)
     run_job 1
-    expect "  an unchanged database is not copied again" "$(times 1)" "$before"
+    expect "  an unchanged database is not copied again" "$(stamps 1)" "$before"
     printf '1,abcdef,T\r\n' >"$1/Database/xyz.dat"
     run_job 2
     expect "  what one was taught is on the other" "$(cat "$work/station2/data/Database/xyz.dat")" "$(printf '1,abcdef,T\r')"

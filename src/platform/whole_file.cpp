@@ -103,30 +103,36 @@ Result<void> writeInPlace(const Target& target, std::string_view bytes, Result<v
     return written;
 }
 
-// A share does not let a file be replaced while another computer reads it. That is over soon, and to write into a file
-// that is being read would give the reader a mixture.
-Result<void> renameOver(const NativePath& temporary, const NativePath& target) {
+// A share does not let a file be replaced while another computer reads it or replaces it, too. That is over soon.
+bool isBusy(int number) {
+    return number == EBUSY || number == ETXTBSY || number == EEXIST;
+}
+
+// The number of the error that the last try ended with; 0 when the file has its name.
+int renameOver(const NativePath& temporary, const NativePath& target) {
     std::chrono::milliseconds wait{1};
     for (int tries = 1; ::rename(temporary.c_str(), target.c_str()) != 0; ++tries) {
         const int number = errno;
-        const bool busy = number == EBUSY || number == ETXTBSY;
-        if (tries >= (busy ? kBusyTries : kRenameTries))
-            return failure(systemError(target.native(), number));
-        if (busy) {
+        if (tries >= (isBusy(number) ? kBusyTries : kRenameTries))
+            return number;
+        if (isBusy(number)) {
             std::this_thread::sleep_for(wait);
             wait = std::min(2 * wait, kLongestWait);
         }
     }
-    return {};
+    return 0;
 }
 
+// To write into a file that is being read gives its reader a mixture, so that comes last; and where the share has
+// failed altogether it would only put the old bytes at risk.
 Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
-    auto renamed = renameOver(temporary, target.path);
-    if (renamed) {
+    const int number = renameOver(temporary, target.path);
+    if (number == 0) {
         syncFolder(target.folder);
         return {};
     }
-    if (!target.exists || isFolder(target.path))
+    Result<void> renamed = failure(systemError(target.path.native(), number));
+    if (number == EIO || !target.exists || isFolder(target.path))
         return renamed;
     return writeInPlace(target, bytes, std::move(renamed));
 }

@@ -2,6 +2,8 @@
 #include "support/save_storm.h"
 
 #include <atomic>
+#include <chrono>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -16,6 +18,9 @@ namespace quillon::test {
 namespace {
 
 constexpr std::size_t kLineBytes = 22;  // "1,<16 digits>,H" and the end of the line
+
+constexpr int kSaveTries = 100;
+constexpr std::chrono::milliseconds kPause{100};
 
 // A version is one line again and again; the digits say which version, and with it how many lines.
 std::size_t linesOf(std::size_t version) {
@@ -48,13 +53,27 @@ public:
         for (unsigned i = 0; i < storm_.writers; ++i) threads.emplace_back([this] { saveAll(); });
         for (unsigned i = 0; i < storm_.readers; ++i) threads.emplace_back([this] { readAll(); });
         threads.clear();  // waits for all
-        return {saved_, refused_, whole_, absent_, empty_, torn_};
+        return {saved_, refused_, whole_, absent_, empty_, torn_, refusal_};
     }
 
 private:
+    // A refused save is tried again, as its user would.
     void save(std::size_t version) {
-        const auto done = saveWholeFile(file_, versionText(storm_.process, version), TemporaryPlace::AboveFolder);
-        ++(done ? saved_ : refused_);
+        const std::string text = versionText(storm_.process, version);
+        for (int tries = 0; tries < kSaveTries; ++tries) {
+            const auto done = saveWholeFile(file_, text, TemporaryPlace::AboveFolder);
+            if (done) {
+                ++saved_;
+                return;
+            }
+            tellRefusal(done.error().text);
+            std::this_thread::sleep_for(kPause);
+        }
+    }
+    void tellRefusal(const std::string& text) {
+        ++refused_;
+        const std::lock_guard lock(mutex_);
+        refusal_ = text;
     }
     void saveAll() {
         while (true) {
@@ -80,6 +99,8 @@ private:
     const SaveStorm& storm_;
     std::atomic<std::size_t> nextSave_{1}, nextRead_{0}, saved_{0}, refused_{0}, whole_{0}, absent_{0}, empty_{0},
         torn_{0};
+    std::mutex mutex_;
+    std::string refusal_;
 };
 
 }  // namespace

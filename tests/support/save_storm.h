@@ -5,6 +5,7 @@
 // version, whichever.
 
 #include <cstddef>
+#include <string>
 
 #include "platform/file.h"
 
@@ -21,11 +22,12 @@ struct SaveStorm {
 
 struct StormCounts {
     std::size_t saved = 0;
-    std::size_t refused = 0;  ///< saves that reported a failure
+    std::size_t refused = 0;  ///< saves that reported a failure, and were tried again
     std::size_t whole = 0;    ///< reads of one whole version
     std::size_t absent = 0;   ///< reads that failed
     std::size_t empty = 0;
     std::size_t torn = 0;  ///< of several versions, or cut
+    std::string refusal;   ///< what one of the refused saves said
 };
 
 /// Saves and reads `file` from all threads until both counts are reached. The file exists from the start.
