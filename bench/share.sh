@@ -54,7 +54,7 @@ start_server() {
  writable = yes
  guest ok = yes
 END
-    nsenter --net=/run/netns/"$space" smbd -F --no-process-group -s "$work/smb.conf" </dev/null >"$work/smbd.out" 2>&1 &
+    nsenter --net=/run/netns/"$space" smbd -F -s "$work/smb.conf" </dev/null >"$work/smbd.out" 2>&1 &
     server=$!
 }
 

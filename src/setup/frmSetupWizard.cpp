@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -56,6 +57,7 @@ void frmSetupWizard::connectControls() {
     }
     connect(Check5, &QCheckBox::toggled, this, [this](bool on) { run([this, on] { wizard_.setUseSharedDb(on); }); });
     connect(Timer1, &QTimer::timeout, this, [this] { run([this] { wizard_.hideHints(); }); });
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
     connectSteps();
     connectRecipients();
 }

@@ -90,7 +90,7 @@ private slots:
     void theWholeFirstRunLeadsToTheMainWindow();
     void withoutTheArchiveTheLocalPathsStepEnds();
     void exitAsksAndBringsTheMainWindow();
-    void theCloseBoxAsksAsExitDoes();
+    void theCloseBoxAndEscapeAskAsExitDoes();
     void exportTellsThatThereAreNoSettings();
     void anEditBeginsWithTheLocalPaths();
     void revertAsksForTheStoredRecipient();
@@ -225,10 +225,15 @@ void FrmSetupWizardTest::exitAsksAndBringsTheMainWindow() {
     QVERIFY(main_->window->isVisible());
 }
 
-void FrmSetupWizardTest::theCloseBoxAsksAsExitDoes() {
+void FrmSetupWizardTest::theCloseBoxAndEscapeAskAsExitDoes() {
     main_->openFirstRun();
     main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No);
     screen().close();
+    QVERIFY(screen().isVisible());
+    screen().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&screen()));
+    main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No);
+    QTest::keyClick(&screen(), Qt::Key_Escape);
     QVERIFY(screen().isVisible());
 }
 
