@@ -63,7 +63,7 @@ void CommonHeadersEditor::load() {
     readInto(localFile());
     saver_.loaded(commonHeaderBytes(rows_));
     if (!sharedFile().empty())
-        passOver(takeSharedCopy(localFile(), sharedFile(), kept_), "the share may be away; the list is loaded");
+        passOver(copyKeepingOld(localFile(), sharedFile(), kept_), "the share may be away; the list is loaded");
 }
 
 CommonHeadersEditor::Entered CommonHeadersEditor::addOrUpdate() {

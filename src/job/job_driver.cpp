@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
-#include "job/board_progress.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
 #include "job/file_list.h"
 #include "job/final_list.h"
 #include "job/folder_walk.h"
+#include "job/share_steps.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
 #include "platform/folders.h"
-#include "setup/shared_database.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -69,28 +68,25 @@ JobDriver::Next JobDriver::checkTarget() {
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
-    const bool shared = job_.installation().paths().useSharedDb;
-    if (job_.state.options.checkFileQuality && shared && refreshTermFiles() == Next::End)
+    ShareSteps share(job_);
+    if (job_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
         return Next::End;
-    refreshRuleLists();
+    refreshRuleLists(share);
     return Next::GoOn;
 }
 
-JobDriver::Next JobDriver::refreshTermFiles() {
-    JobOptions& options = job_.state.options;
-    const Paths& paths = job_.installation().paths();
-    BoardProgress progress(job_.state);
-    const auto orphans = deleteOrphanTermFiles(paths, job_.kept(), progress);
+JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
+    const auto orphans = share.deleteOrphans();
     if (orphans.failed > 0)
         report({ErrorKind::PermissionDenied,
                 grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
     job_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
-    auto names = databaseFiles(paths.sharedDatabase);
+    auto names = share.sharedFiles();
     if (names.empty() && askWithoutDatabase(names) == Next::End)
         return Next::End;
-    if (options.checkFileQuality)
-        copyChangedTermFiles(names, paths, job_.kept(), progress);
+    if (job_.state.options.checkFileQuality)
+        share.copyChanged(names);
     return Next::GoOn;
 }
 
@@ -114,21 +110,20 @@ JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     return Next::GoOn;
 }
 
-void JobDriver::refreshRuleLists() {
+void JobDriver::refreshRuleLists(ShareSteps& share) {
     JobOptions& options = job_.state.options;
-    const Paths& paths = job_.installation().paths();
     step_ = "attempting to load the shared skiplist and common headers ";
     if (options.useSkipList) {
-        if (auto fetched = fetchSkipList(paths, job_.kept()); !fetched)
+        if (auto fetched = share.fetchSkips(); !fetched)
             report(fetched.error());
-        if (loadSkipList(job_.installation(), options.useSkipList, job_.skipList) == SkipListState::Missing) {
+        if (share.loadSkips() == SkipListState::Missing) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;
         }
     }
-    if (auto fetched = fetchCommonHeaders(paths, job_.kept()); !fetched)
+    if (auto fetched = share.fetchCommon(); !fetched)
         report(fetched.error());
-    const NativePath local = fileIn(paths.localSettings, kCommonHeadersFileName);
+    const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
         options.useCommonHeadersEnabled = false;

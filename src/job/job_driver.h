@@ -16,6 +16,8 @@
 
 namespace quillon {
 
+class ShareSteps;
+
 /// What the driver asks of its screen besides dialogs.
 class JobHost {
 public:
@@ -59,9 +61,9 @@ private:
     void begin();
     [[nodiscard]] Next checkTarget();
     [[nodiscard]] Next refreshDatabases();
-    [[nodiscard]] Next refreshTermFiles();
+    [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
-    void refreshRuleLists();
+    void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
     void lockScreen();

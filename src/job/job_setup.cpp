@@ -185,7 +185,10 @@ void JobSetup::loadSettings() {
     resetCounters(state_);
 }
 
+// With sharing on the answer changes nothing here, and a share that hangs would hold the window for it.
 void JobSetup::checkSkip() {
+    if (installation_.paths().useSharedDb)
+        return;
     const SkipAvailability skip = checkSkipAvailable(installation_);
     if (skip.appliesToBox) {
         state_.options.useSkipListEnabled = skip.enabled;

@@ -211,16 +211,24 @@ CopyResult FileCopier::copy(std::string_view source, const NativePath& target, c
     return copied;
 }
 
-Result<void> copyDataFile(const NativePath& source, const NativePath& target) {
-    const auto bytes = readWholeFile(source);
+Result<DataFile> readDataFile(const NativePath& path) {
+    const auto modified = modificationTime(path);
+    if (!modified)
+        return failure(modified.error());
+    auto bytes = readWholeFile(path);
     if (!bytes)
         return failure(bytes.error());
-    const auto time = modificationTime(source);
-    if (!time)
-        return failure(time.error());
-    if (auto saved = saveWholeFile(target, *bytes, TemporaryPlace::AboveFolder); !saved)
-        return saved;
-    return setModificationTime(target, *time);
+    return DataFile{*std::move(bytes), *modified};
+}
+
+Result<void> saveDataFile(const NativePath& path, const DataFile& file) {
+    return saveWholeFile(path, file.bytes, TemporaryPlace::AboveFolder).and_then([&] {
+        return setModificationTime(path, file.modified);
+    });
+}
+
+Result<void> copyDataFile(const NativePath& source, const NativePath& target) {
+    return readDataFile(source).and_then([&target](const DataFile& file) { return saveDataFile(target, file); });
 }
 
 }  // namespace quillon

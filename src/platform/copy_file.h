@@ -11,6 +11,7 @@
 
 #include "platform/directory.h"
 #include "platform/file.h"
+#include "platform/folders.h"
 #include "platform/result.h"
 #include "platform/source_files.h"
 
@@ -49,8 +50,19 @@ private:
     NativePath targetFolderPath_;
 };
 
-/// Copies a data file of the program's own. The copy has the source's modification time as the target's file system
-/// keeps it; an existing target is replaced as a whole. For small files: the bytes are held in memory.
+/// A data file of the program's own, which is small: its bytes, and the modification time that it had before they were
+/// read. Whoever goes by the time then sees a file that changed meanwhile as changed.
+struct DataFile {
+    std::string bytes;
+    FileTime modified;
+};
+
+[[nodiscard]] Result<DataFile> readDataFile(const NativePath& path);
+
+/// Replaces a file as a whole. It has the modification time as its file system keeps it.
+[[nodiscard]] Result<void> saveDataFile(const NativePath& path, const DataFile& file);
+
+/// Both, one after the other.
 [[nodiscard]] Result<void> copyDataFile(const NativePath& source, const NativePath& target);
 
 }  // namespace quillon

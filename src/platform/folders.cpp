@@ -82,8 +82,12 @@ Result<FileTime> modificationTime(const NativePath& path) {
     return fileStamp(path).map([](const FileStamp& stamp) { return stamp.modified; });
 }
 
+// Both times are named: many file systems in user space pass over a request that leaves one out, and say nothing.
 Result<void> setModificationTime(const NativePath& path, FileTime time) {
-    const struct timespec times[2] = {{0, UTIME_OMIT}, {time.seconds, time.nanoseconds}};
+    struct stat info {};
+    if (::stat(path.c_str(), &info) != 0)
+        return failure(systemError(path.native()));
+    const struct timespec times[2] = {info.st_atim, {time.seconds, time.nanoseconds}};
     if (::utimensat(AT_FDCWD, path.c_str(), times, 0) != 0)
         return failure(systemError(path.native()));
     return {};

@@ -4,7 +4,11 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
 #include <ctime>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -23,6 +27,9 @@ namespace {
 
 constexpr std::string_view kTemporaryPrefix = ".quillon-save-";
 constexpr int kRenameTries = 3;
+// With waits that double up to the longest one, about three seconds in all.
+constexpr int kBusyTries = 200;
+constexpr std::chrono::milliseconds kLongestWait{16};
 
 struct Target {
     NativePath path;  // behind all links
@@ -96,16 +103,36 @@ Result<void> writeInPlace(const Target& target, std::string_view bytes, Result<v
     return written;
 }
 
-Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
-    Result<void> renamed;
-    for (int i = 0; i < kRenameTries; ++i) {
-        renamed = renameFile(temporary, target.path);
-        if (renamed) {
-            syncFolder(target.folder);
-            return {};
+// A share does not let a file be replaced while another computer reads it or replaces it, too. That is over soon.
+bool isBusy(int number) {
+    return number == EBUSY || number == ETXTBSY || number == EEXIST;
+}
+
+// The number of the error that the last try ended with; 0 when the file has its name.
+int renameOver(const NativePath& temporary, const NativePath& target) {
+    std::chrono::milliseconds wait{1};
+    for (int tries = 1; ::rename(temporary.c_str(), target.c_str()) != 0; ++tries) {
+        const int number = errno;
+        if (tries >= (isBusy(number) ? kBusyTries : kRenameTries))
+            return number;
+        if (isBusy(number)) {
+            std::this_thread::sleep_for(wait);
+            wait = std::min(2 * wait, kLongestWait);
         }
     }
-    if (!target.exists || isFolder(target.path))
+    return 0;
+}
+
+// To write into a file that is being read gives its reader a mixture, so that comes last; and where the share has
+// failed altogether it would only put the old bytes at risk.
+Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
+    const int number = renameOver(temporary, target.path);
+    if (number == 0) {
+        syncFolder(target.folder);
+        return {};
+    }
+    Result<void> renamed = failure(systemError(target.path.native(), number));
+    if (number == EIO || !target.exists || isFolder(target.path))
         return renamed;
     return writeInPlace(target, bytes, std::move(renamed));
 }
@@ -142,7 +169,7 @@ Result<std::string> readWholeFile(const NativePath& path, std::size_t limit) {
     if (!file)
         return failure(file.error());
     std::string bytes;
-    std::array<std::byte, 16384> buffer;
+    std::array<std::byte, 65536> buffer;  // nearly every file at one look: a share may be written to between two
     while (true) {
         const auto count = file->read(buffer);
         if (!count)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/dialogs.h"
 #include "app/installation.h"
+#include "app/surroundings.h"
 
 namespace quillon {
 
@@ -12,6 +12,6 @@ namespace quillon {
 /// Kept: the archive folder is taken from its settings field with the blanks that fill the field up, so that only a
 /// path of the field's full length is created here (test TheArchiveFolderIsNotRepaired); the check of the structure
 /// looks at the archive folder by itself.
-void repairFolders(const Installation& installation, Dialogs& dialogs);
+void repairFolders(const Installation& installation, const Surroundings& surroundings);
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "ui/qt_text.h"
@@ -66,6 +67,7 @@ void frmSetupNetwork::connectControls() {
     }
     connect(Command1, &QPushButton::clicked, this, &frmSetupNetwork::Command1_Click);
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 void frmSetupNetwork::readInputs() {

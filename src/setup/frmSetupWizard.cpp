@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QTimer>
 
@@ -46,11 +47,17 @@ void frmSetupWizard::connectControls() {
             run([this, tab] { wizard_.selectTab(static_cast<std::size_t>(tab)); });
     });
     for (std::size_t i = 0; i < Option1.size(); ++i) {
-        connect(Option1[i], &QRadioButton::clicked, this,
-                [this, i] { run([this, i] { wizard_.chooseMethod(static_cast<SetupMethod>(i)); }); });
+        const auto choose = [this, i] { run([this, i] { wizard_.chooseMethod(static_cast<SetupMethod>(i)); }); };
+        // A click on the chosen one counts too: its text may be another one by then.
+        connect(Option1[i], &QRadioButton::clicked, this, choose);
+        connect(Option1[i], &QRadioButton::toggled, this, [choose](bool on) {
+            if (on)
+                choose();
+        });
     }
     connect(Check5, &QCheckBox::toggled, this, [this](bool on) { run([this, on] { wizard_.setUseSharedDb(on); }); });
     connect(Timer1, &QTimer::timeout, this, [this] { run([this] { wizard_.hideHints(); }); });
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
     connectSteps();
     connectRecipients();
 }
@@ -80,8 +87,9 @@ void frmSetupWizard::connectSteps() {
 
 void frmSetupWizard::connectRecipients() {
     const auto connectOne = [this](WizardRecipient which, QComboBox& box, QPushButton& ask, QPushButton& revert) {
-        connect(&box, &QComboBox::activated, this,
-                [this, which](int index) { run([=, this] { wizard_.chooseRecipient(which, index); }); });
+        const auto choose = [this, which](int index) { run([=, this] { wizard_.chooseRecipient(which, index); }); };
+        connect(&box, &QComboBox::activated, this, choose);  // the same one again, too
+        connect(&box, &QComboBox::currentIndexChanged, this, choose);
         connect(&ask, &QPushButton::clicked, this,
                 [this, which] { run([=, this] { wizard_.pressRecipientButton(which); }); });
         connect(&revert, &QPushButton::clicked, this,
@@ -109,7 +117,7 @@ void frmSetupWizard::showState() {
         SftTabs1->setCurrentIndex(static_cast<int>(state.currentTab));
     }
     if (state.method != SetupMethod::None)
-        Option1[static_cast<std::size_t>(state.method)]->setChecked(true);
+        showTick(*Option1[static_cast<std::size_t>(state.method)], true);
     Label4->setText(toQt(state.methodText));
     Command1->setEnabled(state.methodNextEnabled);
     showPaths();
@@ -129,9 +137,9 @@ void frmSetupWizard::showState() {
 void frmSetupWizard::showPaths() {
     const SetupWizardState& state = wizard_.state;
     Label5->setText(toQt(state.guide));
-    Text1->setText(toQt(readable(state.localPath.native())));
-    Text2->setText(toQt(readable(state.archivePath.native())));
-    Text3->setText(toQt(readable(state.sharedPath.native())));
+    showText(*Text1, readable(state.localPath.native()));
+    showText(*Text2, readable(state.archivePath.native()));
+    showText(*Text3, readable(state.sharedPath.native()));
     Command3->setEnabled(state.browseArchiveEnabled);
     Command6->setEnabled(state.localPathsNextEnabled);
     Command7->setEnabled(state.sharedPathNextEnabled);
@@ -141,12 +149,11 @@ void frmSetupWizard::showPaths() {
 
 void frmSetupWizard::showChecks() {
     const SetupWizardState& state = wizard_.state;
-    const QSignalBlocker blocker(Check5);
-    Check5->setChecked(state.useSharedDb);
-    Check1->setChecked(state.testNetwork);
-    Check2->setChecked(state.runHeaderTest);
-    Check3->setChecked(state.useSkipList);
-    Check4->setChecked(state.useCommonHeaders);
+    showTick(*Check5, state.useSharedDb);
+    showTick(*Check1, state.testNetwork);
+    showTick(*Check2, state.runHeaderTest);
+    showTick(*Check3, state.useSkipList);
+    showTick(*Check4, state.useCommonHeaders);
 }
 
 void frmSetupWizard::showRecipients(const WizardRecipients& shown, QComboBox& box, QPushButton& button) {

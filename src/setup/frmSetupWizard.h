@@ -79,7 +79,6 @@ private:
     [[nodiscard]] QWidget* createDefaultsTab();
     [[nodiscard]] QWidget* createAlertsTab();
     [[nodiscard]] QWidget* createExportTab();
-    [[nodiscard]] QLineEdit* createPath(const char* name);
     void connectControls();
     void connectSteps();
     void connectRecipients();

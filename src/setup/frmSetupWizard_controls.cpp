@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The controls of the Setup Wizard and where they stand.
+#include <tuple>
+
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QTimer>
@@ -42,11 +44,11 @@ QPushButton* addNext(QVBoxLayout& layout, const char* name, const char* caption 
     return button;
 }
 
-void addPathRow(QGridLayout& grid, int row, QLabel* label, QLineEdit* box, QPushButton* browse) {
-    label->setBuddy(box);
-    grid.addWidget(label, row, 0);
-    grid.addWidget(box, row, 1);
-    grid.addWidget(browse, row, 2);
+// Puts a control into a layout and gives it back.
+template <typename Control>
+Control* add(QBoxLayout& layout, Control* control) {
+    layout.addWidget(control);
+    return control;
 }
 
 QLabel* makeHint(const char* name) {
@@ -56,11 +58,43 @@ QLabel* makeHint(const char* name) {
     return hint;
 }
 
-QGridLayout* makeGrid() {
+using PathRow = std::tuple<QLineEdit*, QPushButton*>;
+
+// A path with its label ahead and its "Browse" behind.
+PathRow addPath(QGridLayout& grid, QLabel* label, const char* box, const char* browse) {
+    const int row = grid.rowCount();
+    PathRow made(make<QLineEdit>(box), makeButton(browse, "Browse"));
+    const auto& [text, button] = made;
+    text->setReadOnly(true);
+    label->setBuddy(text);
+    grid.addWidget(label, row, 0);
+    grid.addWidget(text, row, 1);
+    grid.addWidget(button, row, 2);
+    return made;
+}
+
+using RecipientRow = std::tuple<QComboBox*, QPushButton*, QPushButton*>;
+
+// A recipient below its label, with the button that queries or tests and "Revert".
+RecipientRow addRecipient(QBoxLayout& layout, QLabel* label, const char* box, const char* ask, const char* revert) {
+    RecipientRow made(make<QComboBox>(box), makeButton(ask, "Query"), makeButton(revert, "Revert"));
+    label->setBuddy(std::get<0>(made));
+    layout.addWidget(label);
+    auto* line = new QHBoxLayout;
+    line->setSpacing(kSpacing);
+    line->addWidget(std::get<0>(made), 1);
+    line->addWidget(std::get<1>(made));
+    line->addWidget(std::get<2>(made));
+    layout.addLayout(line);
+    return made;
+}
+
+QGridLayout* addGrid(QBoxLayout& layout) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(kSpacing);
     grid->setVerticalSpacing(kSpacing);
     grid->setColumnStretch(1, 1);
+    layout.addLayout(grid);
     return grid;
 }
 
@@ -84,6 +118,7 @@ void frmSetupWizard::createControls() {
     SftTabs1->addTab(createExportTab(), QStringLiteral("Export"));
     SftTabs1->addTab(new QWidget, QStringLiteral("Done"));
     layout->addWidget(SftTabs1, 1);
+    for (QLineEdit* path : {Text1, Text2, Text3}) path->installEventFilter(this);
 
     auto* status = new QHBoxLayout;
     status->setSpacing(kSpacing);
@@ -104,13 +139,6 @@ void frmSetupWizard::createControls() {
     resize(760, 500);
 }
 
-QLineEdit* frmSetupWizard::createPath(const char* name) {
-    auto* box = make<QLineEdit>(name);
-    box->setReadOnly(true);
-    box->installEventFilter(this);
-    return box;
-}
-
 QWidget* frmSetupWizard::createMethodTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameMethod", "Setup Method");
@@ -118,12 +146,10 @@ QWidget* frmSetupWizard::createMethodTab() {
     const char* captions[] = {"Importing a current setup", "Manually Setup this sytem"};
     const char* names[] = {"Option1_0", "Option1_1"};
     for (std::size_t i = 0; i < Option1.size(); ++i) {
-        Option1[i] = make<QRadioButton>(names[i]);
+        Option1[i] = add(*content, make<QRadioButton>(names[i]));
         Option1[i]->setText(QLatin1String(captions[i]));
-        content->addWidget(Option1[i]);
     }
-    Label4 = makeText("Label4", "");
-    content->addWidget(Label4);
+    Label4 = add(*content, makeText("Label4", ""));
     Command1 = addNext(*content, "Command1");
     return tab;
 }
@@ -131,18 +157,11 @@ QWidget* frmSetupWizard::createMethodTab() {
 QWidget* frmSetupWizard::createLocalTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameLocal", "Local Paths");
-    Label5 = makeText("Label5", "");
-    content->addWidget(Label5);
-    QGridLayout* grid = makeGrid();
-    Text1 = createPath("Text1");
-    Command2 = makeButton("Command2", "Browse");
-    addPathRow(*grid, 0, makeLabel("Label7", "Local Path"), Text1, Command2);
-    Text2 = createPath("Text2");
-    Command3 = makeButton("Command3", "Browse");
-    addPathRow(*grid, 1, makeLabel("Label8", "Archive Path"), Text2, Command3);
-    content->addLayout(grid);
-    Label6 = makeHint("Label6");
-    content->addWidget(Label6);
+    Label5 = add(*content, makeText("Label5", ""));
+    QGridLayout* grid = addGrid(*content);
+    std::tie(Text1, Command2) = addPath(*grid, makeLabel("Label7", "Local Path"), "Text1", "Command2");
+    std::tie(Text2, Command3) = addPath(*grid, makeLabel("Label8", "Archive Path"), "Text2", "Command3");
+    Label6 = add(*content, makeHint("Label6"));
     Command6 = addNext(*content, "Command6");
     return tab;
 }
@@ -154,17 +173,11 @@ QWidget* frmSetupWizard::createSharedTab() {
         makeText("Label9",
                  "Set this to the location on your network where the shared database is to be stored. If the "
                  "databases do not exist, then the local databases will be copied to the selected location."));
-    Check5 = makeCheck("Check5", "Use Shared DB (Recommended))");
-    content->addWidget(Check5);
-    QGridLayout* grid = makeGrid();
-    Text3 = createPath("Text3");
-    Command4 = makeButton("Command4", "Browse");
-    addPathRow(*grid, 0, makeLabel("Label10", "Shared DB Path"), Text3, Command4);
-    content->addLayout(grid);
-    Label11 = makeHint("Label11");
-    content->addWidget(Label11);
-    Check1 = makeCheck("Check1", "Test Network R/W Operations");
-    content->addWidget(Check1);
+    Check5 = add(*content, makeCheck("Check5", "Use Shared DB (Recommended))"));
+    QGridLayout* grid = addGrid(*content);
+    std::tie(Text3, Command4) = addPath(*grid, makeLabel("Label10", "Shared DB Path"), "Text3", "Command4");
+    Label11 = add(*content, makeHint("Label11"));
+    Check1 = add(*content, makeCheck("Check1", "Test Network R/W Operations"));
     Command7 = addNext(*content, "Command7");
     return tab;
 }
@@ -173,19 +186,16 @@ QWidget* frmSetupWizard::createDefaultsTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameDefaults", "Set Program Default Testing Settings");
     content->addWidget(makeText("Label12", "Select the default settings to use when running the software. "));
-    Check2 = makeCheck("Check2", "Run File Header Test");
-    Check3 = makeCheck("Check3", "Use Skip List");
-    Check4 = makeCheck("Check4", "Use Common Headers");
-    for (QCheckBox* box : {Check2, Check3, Check4}) content->addWidget(box);
+    Check2 = add(*content, makeCheck("Check2", "Run File Header Test"));
+    Check3 = add(*content, makeCheck("Check3", "Use Skip List"));
+    Check4 = add(*content, makeCheck("Check4", "Use Common Headers"));
     auto* line = new QHBoxLayout;
     line->setSpacing(kSpacing);
-    Text4 = make<QLineEdit>("Text4");
+    QLabel* label = add(*line, makeLabel("Label19", "File list separator"));
+    Text4 = add(*line, make<QLineEdit>("Text4"));
     Text4->setFixedWidth(40);
     Text4->setAlignment(Qt::AlignCenter);
-    QLabel* label = makeLabel("Label19", "File list separator");
     label->setBuddy(Text4);
-    line->addWidget(label);
-    line->addWidget(Text4);
     line->addStretch(1);
     content->addLayout(line);
     Command8 = addNext(*content, "Command8");
@@ -199,26 +209,12 @@ QWidget* frmSetupWizard::createAlertsTab() {
         makeText("Label13",
                  "Select which computer to send alerts to. Note that the ZOV Messenger software needs to be "
                  "installed on the machine that is to receive the messages."));
-    const auto addRecipient = [content](const char* labelName, const char* text, QComboBox* box, QPushButton* ask,
-                                        QPushButton* revert) {
-        QLabel* label = makeText(labelName, text);
-        label->setBuddy(box);
-        content->addWidget(label);
-        auto* line = new QHBoxLayout;
-        line->setSpacing(kSpacing);
-        line->addWidget(box, 1);
-        line->addWidget(ask);
-        line->addWidget(revert);
-        content->addLayout(line);
-    };
-    Combo1 = make<QComboBox>("Combo1");
-    Command9 = makeButton("Command9", "Query");
-    Command13 = makeButton("Command13", "Revert");
-    addRecipient("Label14", "Set Computer to receive automatic program alerts", Combo1, Command9, Command13);
-    Combo2 = make<QComboBox>("Combo2");
-    Command10 = makeButton("Command10", "Query");
-    Command15 = makeButton("Command15", "Revert");
-    addRecipient("Label15", "Set Computer to receive 'file zipped' notifications", Combo2, Command10, Command15);
+    std::tie(Combo1, Command9, Command13) =
+        addRecipient(*content, makeText("Label14", "Set Computer to receive automatic program alerts"), "Combo1",
+                     "Command9", "Command13");
+    std::tie(Combo2, Command10, Command15) =
+        addRecipient(*content, makeText("Label15", "Set Computer to receive 'file zipped' notifications"), "Combo2",
+                     "Command10", "Command15");
     Command11 = addNext(*content, "Command11");
     return tab;
 }
@@ -231,8 +227,8 @@ QWidget* frmSetupWizard::createExportTab() {
                  "Clicking on [Export] allows you to export these settings to a shared location where they may be "
                  "imported by other ZOV Systems on your netwrok. This will save time when intalling the software "
                  "on multiple machines."));
-    Command12 = makeButton("Command12", "Export");
-    content->addWidget(Command12, 0, Qt::AlignRight);
+    Command12 = add(*content, makeButton("Command12", "Export"));
+    content->setAlignment(Command12, Qt::AlignRight);
     content->addStretch(1);
     QGroupBox* frame = makeFrame("frameSave", "Save Settings");
     auto* save = new QVBoxLayout(frame);

@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "setup/network_setup.h"
 
+#include <utility>
+
 #include <fmt/format.h>
 
 #include "app/folder_structure.h"
+#include "app/run_beside.h"
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/folder_repair.h"
-#include "setup/shared_database.h"
+#include "testing/shared_copy.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -58,9 +61,16 @@ void NetworkSetup::setAll(bool ticked) {
     host_.showState();
 }
 
+// A share may take its time. The screen is modal and its commands are switched off meanwhile, so no handler changes
+// what the work looks at.
+template <typename Work>
+auto NetworkSetup::beside(Work work) {
+    return answerBeside(surroundings_.loop, std::move(work));
+}
+
 void NetworkSetup::copy() {
-    if (!checkFolderStructure(installation_))
-        repairFolders(installation_, surroundings_.dialogs);
+    if (!beside([this] { return checkFolderStructure(installation_); }))
+        repairFolders(installation_, surroundings_);
     for (std::size_t i = 0; i < kNetworkBoxCount; ++i) {
         const auto index = static_cast<NetworkBoxIndex>(i);
         if (!state.boxes[i].ticked)
@@ -81,15 +91,17 @@ void NetworkSetup::tick(NetworkBoxIndex index, bool ticked, bool enabled) {
 }
 
 bool NetworkSetup::mayReplace(const NativePath& target, const std::string& name) {
-    return !pathExists(target) ||
+    return !beside([&target] { return pathExists(target); }) ||
            surroundings_.dialogs.ask("Overwrite file", "Do you want to overwrite the existing " + name + " file ?");
 }
 
 Result<void> NetworkSetup::copyOver(const NativePath& source, const NativePath& target) {
-    return copyKeepingOld(source, target, kept_).and_then([&target]() -> Result<void> {
-        if (!pathExists(target))
-            return failure(ErrorKind::NotFound, target.native());
-        return {};
+    return beside([&] {
+        return copyKeepingOld(source, target, kept_).and_then([&target]() -> Result<void> {
+            if (!pathExists(target))
+                return failure(ErrorKind::NotFound, target.native());
+            return {};
+        });
     });
 }
 
@@ -146,7 +158,8 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
     options.mask = kArchivedSkipList;
     options.useFolders = false;
     options.kept = &kept_;
-    if (extractArchive(archive, installation_.paths().sharedSettings, options) && pathExists(target))
+    const NativePath& folder = installation_.paths().sharedSettings;
+    if (beside([&] { return extractArchive(archive, folder, options).has_value() && pathExists(target); }))
         tick(kSkipListBox, false);
     else
         warn("Error decompressing default skiplist");
@@ -154,14 +167,15 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
 
 void NetworkSetup::copyDatabase() {
     const Paths& paths = installation_.paths();
-    const DatabaseFolder shared(paths.sharedDatabase);
-    if (!databaseFiles(paths.sharedDatabase).empty() &&
+    const auto present = beside([&paths] { return databaseFiles(paths.sharedDatabase); });
+    if (!present.empty() &&
         !surroundings_.dialogs.ask("Overwrite shared DB?",
                                    "A database aready exists in the target folder. Do you want to overwrite the "
                                    "existing database?")) {
         tick(kMainDatabaseBox, false);
         return;
     }
+    const DatabaseFolder shared(paths.sharedDatabase, present);
     const auto names = databaseFiles(paths.localDatabase);
     const auto total = static_cast<std::int64_t>(names.size());
     std::int64_t number = 0;
@@ -169,7 +183,9 @@ void NetworkSetup::copyDatabase() {
     for (const auto& name : names) {
         state.progress = "Copying file " + plainNumber(++number) + " of " + plainNumber(total);
         host_.showState();
-        if (auto copied = copyKeepingOld(paths.localDatabase / name, shared.pathOf(name), kept_); !copied)
+        const auto copied =
+            beside([&] { return copyKeepingOld(paths.localDatabase / name, shared.pathOf(name), kept_); });
+        if (!copied)
             trapped = copied;
         surroundings_.loop.turn();
     }

@@ -64,6 +64,8 @@ public:
     void copy();
 
 private:
+    template <typename Work>
+    [[nodiscard]] auto beside(Work work);
     void copyDatabase();
     void copySkipList();
     void extractSkipList(const NativePath& target);

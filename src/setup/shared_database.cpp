@@ -99,15 +99,4 @@ Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
     return copyKeepingOld(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept);
 }
 
-Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept) {
-    const auto time = modificationTime(source);
-    if (!time)
-        return failure(time.error());
-    if (auto taken = takeSharedCopy(source, target, kept); !taken)
-        return taken;
-    // Told again for equal bytes, and because the source may have changed while it was read: an older time is looked
-    // at again by the next job.
-    return setModificationTime(target, *time);
-}
-
 }  // namespace quillon

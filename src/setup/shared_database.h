@@ -51,8 +51,4 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
 /// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).
 [[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
 
-/// Replaces `target` by the bytes of `source`, with its modification time; other old bytes go under Kept first. For
-/// small data files.
-[[nodiscard]] Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept);
-
 }  // namespace quillon

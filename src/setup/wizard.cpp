@@ -40,8 +40,7 @@ SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroun
       surroundings_(surroundings),
       alerts_(alerts),
       network_(std::move(network)),
-      host_(host),
-      kept_(installation, surroundings.clock) {
+      host_(host) {
 }
 
 void SetupWizard::load() {

@@ -10,9 +10,7 @@
 #include <string>
 
 #include "app/installation.h"
-#include "app/kept_files.h"
 #include "app/surroundings.h"
-#include "archive/zip_reader.h"
 #include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
 #include "setup/wizard_state.h"
@@ -102,11 +100,14 @@ private:
     void runLocalPaths();
     [[nodiscard]] bool createLocalFolders();
     [[nodiscard]] bool extractLocally();
-    [[nodiscard]] Result<Extracted> extractTo(const NativePath& folder);
+    [[nodiscard]] Result<void> extractTo(const NativePath& folder);
+    template <typename Work>
+    [[nodiscard]] Result<void> besideWithBar(Work work);
 
     void runSharedPath();
     [[nodiscard]] bool fillShare(Result<void>& trapped);
     [[nodiscard]] bool createSharedFolders(const NativePath& shared);
+    [[nodiscard]] bool holdsFiles(const NativePath& folder);
     [[nodiscard]] Result<void> backUpShare(const NativePath& shared);
     void storeSharedPath(const NativePath& shared);
 
@@ -115,7 +116,6 @@ private:
     AlertExchange& alerts_;
     std::shared_ptr<NetworkProvider> network_;
     WizardHost& host_;
-    KeptFiles kept_;
     AppSettings settingsBackup_;
     bool editingExisting_ = false;
     NativePath chosenSharedPath_;

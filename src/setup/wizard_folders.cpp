@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The wizard's steps that create folders and unpack the default database: local paths and shared path.
+#include <atomic>
+#include <functional>
+
 #include "app/folder_structure.h"
+#include "app/kept_files.h"
+#include "app/run_beside.h"
+#include "archive/zip_reader.h"
 #include "platform/folders.h"
 #include "setup/database_backup.h"
 #include "setup/database_folder.h"
@@ -27,7 +33,48 @@ bool existsOrCreated(const NativePath& folder) {
     return folder.is_absolute() && (pathExists(folder) || CreateFolderPath(folder));
 }
 
+// Whether the shared folders stand after two looks at them, of which the first may create them.
+bool sharedFoldersStand(const NativePath& shared) {
+    for (int pass = 1; pass <= 2; ++pass) {
+        int count = 0;
+        if (!existsOrCreated(shared))
+            count = 1;
+        if (!pathExists(shared / "Database") && CreateFolderPath(shared / "Database"))
+            count += 2;
+        if (!pathExists(shared / "Settings") && CreateFolderPath(shared / "Settings"))
+            count += 4;
+        if (count < 1)
+            return true;
+    }
+    return false;
+}
+
 }  // namespace
+
+// Packs or unpacks beside the event loop while the bar follows. Other tabs may be used meanwhile: the work goes by the
+// installation as it is now.
+template <typename Work>
+Result<void> SetupWizard::besideWithBar(Work work) {
+    const Installation installation = installation_;
+    KeptFiles kept(installation, surroundings_.clock);
+    std::atomic<double> percent{0};
+    state.progressVisible = true;
+    const auto showBar = [&] {
+        state.progress = percent;
+        host_.showState();
+    };
+    showBar();
+    auto done = answerBeside(
+        surroundings_.loop, [&] { return work(kept, [&percent](double reached) { percent = reached; }); }, showBar);
+    surroundings_.loop.turn();
+    state.progressVisible = false;
+    host_.showState();
+    return done;
+}
+
+bool SetupWizard::holdsFiles(const NativePath& folder) {
+    return !answerBeside(surroundings_.loop, [&folder] { return databaseFiles(folder); }).empty();
+}
 
 void SetupWizard::nextLocalPaths() {
     runOnce(stepRunning_, [this] { runLocalPaths(); });
@@ -39,10 +86,10 @@ void SetupWizard::runLocalPaths() {
     saveAndRefresh();
     if (!createLocalFolders())
         return;
-    const bool filled = !databaseFiles(installation_.paths().localDatabase).empty();
     const bool extract =
-        !filled || surroundings_.dialogs.ask(
-                       "Overwrite DB?", "There are files in the local database folders, do you want to replace them?");
+        !holdsFiles(installation_.paths().localDatabase) ||
+        surroundings_.dialogs.ask("Overwrite DB?",
+                                  "There are files in the local database folders, do you want to replace them?");
     if (extract && !extractLocally())
         return;
     saveAndRefresh();
@@ -60,7 +107,8 @@ bool SetupWizard::createLocalFolders() {
         {state.archivePath, "Unable to create directory for the Archived Lists"},
     };
     for (const auto& [folder, text] : wanted) {
-        if (!existsOrCreated(folder)) {
+        // The archive folder may be on a share.
+        if (!answerBeside(surroundings_.loop, [path = folder] { return existsOrCreated(path); })) {
             errorBox("Create Folder Structure Error", text);
             return false;
         }
@@ -79,21 +127,16 @@ bool SetupWizard::extractLocally() {
     return extracted.has_value();
 }
 
-Result<Extracted> SetupWizard::extractTo(const NativePath& folder) {
-    ExtractOptions options;
-    options.kept = &kept_;
-    options.progress = [this](double percent) {
-        state.progress = percent;
-        host_.showState();
-        surroundings_.loop.turn();
-    };
-    state.progressVisible = true;
-    state.progress = 0;
-    host_.showState();
-    auto extracted = extractArchive(installation_.defaultDatabasePath(), folder, options);
-    state.progressVisible = false;
-    host_.showState();
-    return extracted;
+Result<void> SetupWizard::extractTo(const NativePath& folder) {
+    return besideWithBar([archive = installation_.defaultDatabasePath(), folder](
+                             KeptFiles& kept, const std::function<void(double)>& progress) -> Result<void> {
+        ExtractOptions options;
+        options.kept = &kept;
+        options.progress = progress;
+        if (const auto extracted = extractArchive(archive, folder, options); !extracted)
+            return failure(extracted.error());
+        return {};
+    });
 }
 
 void SetupWizard::nextSharedPath() {
@@ -124,7 +167,7 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
     if (!createSharedFolders(shared))
         return false;
     Dialogs& dialogs = surroundings_.dialogs;
-    if (!databaseFiles(shared / "Database").empty()) {
+    if (holdsFiles(shared / "Database")) {
         if (!dialogs.ask(
                 "Overwrite Existing Files?",
                 "There are already files in this folder. Do you want to overwrite any existing header database "
@@ -142,44 +185,30 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
                  "The Default database does not exist. Please re-install the application to extract the database.");
         return false;
     }
-    if (const auto extracted = extractTo(shared); !extracted)
-        trapped = failure(extracted.error());
+    trapped = extractTo(shared);
     return true;
 }
 
 bool SetupWizard::createSharedFolders(const NativePath& shared) {
-    for (int pass = 1; pass <= 2; ++pass) {
-        int count = 0;
-        if (!existsOrCreated(shared))
-            count = 1;
-        if (!pathExists(shared / "Database") && CreateFolderPath(shared / "Database"))
-            count += 2;
-        if (!pathExists(shared / "Settings") && CreateFolderPath(shared / "Settings"))
-            count += 4;
-        if (count < 1)
-            return true;
-    }
-    errorBox("Error", "Unable to create the shared databases");
-    return false;
+    const bool stand = answerBeside(surroundings_.loop, [&shared] { return sharedFoldersStand(shared); });
+    if (!stand)
+        errorBox("Error", "Unable to create the shared databases");
+    return stand;
 }
 
 Result<void> SetupWizard::backUpShare(const NativePath& shared) {
     state.copyStatus = "Backing up old Database files";
     host_.showState();
     surroundings_.loop.turn();
-    ZipOptions options;
-    options.kept = &kept_;
-    options.loop = &surroundings_.loop;
-    options.progress = [this](double percent) {
-        state.progressVisible = percent < 100;
-        state.progress = percent;
-        host_.showState();
-    };
     Paths paths = installation_.paths();
     paths.sharedPath = shared;  // not stored yet
     showBusy(true);
-    auto saved = backUpSharedDatabase(paths, surroundings_, options);
-    state.progressVisible = false;
+    auto saved = besideWithBar([&](KeptFiles& kept, const std::function<void(double)>& progress) {
+        ZipOptions options;
+        options.kept = &kept;
+        options.progress = progress;
+        return backUpSharedDatabase(paths, surroundings_, options);
+    });
     showBusy(false);
     return saved;
 }

@@ -57,7 +57,7 @@ void loadReportMessages(const Installation& installation, Dialogs& dialogs, Kept
             return;
         }
         if (shareHasIt)
-            shared = takeSharedCopy(onShare, local, kept);
+            shared = copyKeepingOld(onShare, local, kept);
         // A shared copy that was just taken holds the same bytes already; only a missing one has to be written.
         if (shared && !shareHasIt)
             shared = copyDataFile(local, onShare);

@@ -6,18 +6,19 @@
 
 namespace quillon {
 
-Result<void> takeSharedCopy(const NativePath& shared, const NativePath& local, KeptFiles& kept) {
-    const auto theirs = readWholeFile(shared);
+Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept) {
+    const auto theirs = readDataFile(source);
     if (!theirs)
         return failure(theirs.error());
-    const auto ours = readWholeFile(local);
-    if (ours && *ours == *theirs)
+    const auto ours = readWholeFile(target);
+    if (ours && *ours == theirs->bytes) {
+        passOver(setModificationTime(target, theirs->modified),
+                 "the bytes are there; their time is not worth a failure");
         return {};
-    if (pathExists(local)) {
-        if (const auto copy = kept.copyAway(local); !copy)
-            return failure(copy.error());
     }
-    return copyDataFile(shared, local);
+    if (const auto copy = kept.copyAway(target); !copy)
+        return failure(copy.error());
+    return saveDataFile(target, *theirs);
 }
 
 }  // namespace quillon

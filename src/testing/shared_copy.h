@@ -6,8 +6,8 @@
 
 namespace quillon {
 
-/// Puts the shared copy of a data file over the local one. The old local bytes go under Kept when they differ; equal
-/// bytes are left alone. A copy of a file that cannot be kept is not made.
-[[nodiscard]] Result<void> takeSharedCopy(const NativePath& shared, const NativePath& local, KeptFiles& kept);
+/// Puts a copy of a small data file over another, with its modification time. The old bytes of the target go under Kept
+/// when they differ; equal bytes are left alone but for their time. A copy over a file that cannot be kept is not made.
+[[nodiscard]] Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept);
 
 }  // namespace quillon

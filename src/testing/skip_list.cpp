@@ -75,7 +75,7 @@ Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
     const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
     if (!paths.useSharedDb || !pathExists(shared))
         return {};
-    return takeSharedCopy(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
+    return copyKeepingOld(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
 }
 
 SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {

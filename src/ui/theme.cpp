@@ -68,7 +68,7 @@ QPalette paletteOf(const Colours& colours) {
 constexpr const char* kStyleSheet = R"(
 QGroupBox { border: 1px solid @line; border-radius: 6px; margin-top: 1.5em; padding: 2px; background: @panel; }
 QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 2px; color: @quietText; }
-QGroupBox QLabel, QGroupBox QCheckBox { background: transparent; }
+QGroupBox QLabel, QGroupBox QCheckBox, QGroupBox QRadioButton { background: transparent; }
 QPushButton { background: @button; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 4px 12px; }
 QPushButton:hover { background: @hoverButton; }
 QPushButton:pressed { background: @line; }
@@ -79,6 +79,17 @@ QLineEdit { background: @base; color: @text; border: 1px solid @edge; border-rad
 QLineEdit:focus { border: 1px solid @accent; }
 QLineEdit:disabled { color: @quiet; background: @window; border: 1px solid @line; }
 QCheckBox { spacing: 6px; }
+QRadioButton { spacing: 6px; }
+QRadioButton::indicator { width: 14px; height: 14px; border: 1px solid @edge; border-radius: 8px; background: @base; }
+QRadioButton::indicator:hover, QRadioButton::indicator:focus { border: 1px solid @accent; }
+QRadioButton::indicator:checked { width: 6px; height: 6px; border: 5px solid @accent; background: @onAccent; }
+QTabWidget::pane { border: 1px solid @line; border-radius: 6px; top: -1px; }
+QTabBar::tab { border: 1px solid @line; border-top-left-radius: 4px; border-top-right-radius: 4px; padding: 5px 12px;
+    margin-right: 2px; background: @window; color: @text; }
+QTabBar::tab:selected { background: @panel; border-bottom: 2px solid @accent; }
+QTabBar::tab:hover:!selected { background: @hoverButton; }
+QTabBar::tab:disabled { color: @quiet; }
+QTabBar::tab:focus { border-color: @accent; }
 QProgressBar { background: @base; border: 1px solid @edge; border-radius: 4px; }
 QProgressBar::chunk { background: @accent; border-radius: 3px; }
 QToolBar { border: 0; border-bottom: 1px solid @line; padding: 4px 8px; spacing: 4px; }

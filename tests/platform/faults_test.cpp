@@ -127,6 +127,28 @@ TEST_F(Faults, ARefusedRenameStillSaves) {
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
 
+// While another computer reads it, a share does not let the file be replaced; to write into it would give that reader a
+// mixture.
+TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
+    for (const char* busy : {"EBUSY", "EEXIST", "ETXTBSY"}) {
+        work.prepare();
+        const auto before = test::statOf(temp / "7.csv").st_ino;
+        const std::string fault = std::string("-e inject=rename:error=") + busy + ":when=1..9";
+        EXPECT_EQ(runShell(traced(fault, probe + work.arguments)), 0) << busy;
+        EXPECT_TRUE(work.newStands()) << busy;
+        EXPECT_NE(test::statOf(temp / "7.csv").st_ino, before) << busy;
+        EXPECT_EQ(test::namesIn(temp.path()), "7.csv") << busy;
+    }
+}
+
+TEST_F(Faults, AShareThatFailsAltogetherIsNotWrittenInto) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
+    work.prepare();
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EIO", probe + work.arguments)), 3);
+    EXPECT_TRUE(work.oldStands());
+}
+
 TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old", "new bytes");
     for (const char* call : {"write", "fsync", "chmod"}) {

@@ -26,7 +26,7 @@ protected:
 TEST_F(FolderRepairTest, EveryMissingFolderIsCreated) {
     std::filesystem::remove_all(folder / "local");
     std::filesystem::remove_all(folder / "share");
-    repairFolders(installation, fake.dialogs);
+    repairFolders(installation, fake.surroundings);
     for (const char* name : {"local/Settings", "local/Database", "share/Database", "share/Settings"})
         EXPECT_TRUE(exists(name)) << name;
 }
@@ -36,7 +36,7 @@ TEST_F(FolderRepairTest, TheArchiveFolderIsNotRepaired) {
     installation.refreshPathVariables();
     folder.write("file", "in the way");
     expectFailureBox();
-    repairFolders(installation, fake.dialogs);
+    repairFolders(installation, fake.surroundings);
     for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
         EXPECT_EQ(entry.path().native().find(' '), std::string::npos) << entry.path();
 }
@@ -46,7 +46,7 @@ TEST_F(FolderRepairTest, AShareOutOfReachIsTold) {
     installation.refreshPathVariables();
     folder.write("file", "in the way");
     expectFailureBox();
-    repairFolders(installation, fake.dialogs);
+    repairFolders(installation, fake.surroundings);
 }
 
 }  // namespace

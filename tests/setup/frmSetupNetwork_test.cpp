@@ -19,6 +19,7 @@ private slots:
     void selectAllLeavesSystemMessagesAlone();
     void copyFillsAFreshShareAndCloses();
     void cancelClosesWithoutACopy();
+    void escapeIsCancel();
 
 private:
     [[nodiscard]] QWidget& screen() const { return *main_->navigator.window(Screen::SetupNetwork); }
@@ -93,6 +94,15 @@ void FrmSetupNetworkTest::copyFillsAFreshShareAndCloses() {
 void FrmSetupNetworkTest::cancelClosesWithoutACopy() {
     click("Command3_1");
     click("Command2");
+    QVERIFY(main_->navigator.window(Screen::SetupNetwork) == nullptr || screen().isHidden());
+    QVERIFY(!std::filesystem::exists(main_->temp / "share/Database/jpg.dat"));
+}
+
+void FrmSetupNetworkTest::escapeIsCancel() {
+    click("Command3_1");
+    screen().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&screen()));
+    QTest::keyClick(&screen(), Qt::Key_Escape);
     QVERIFY(main_->navigator.window(Screen::SetupNetwork) == nullptr || screen().isHidden());
     QVERIFY(!std::filesystem::exists(main_->temp / "share/Database/jpg.dat"));
 }

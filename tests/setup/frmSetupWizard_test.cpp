@@ -4,18 +4,12 @@
 #include <QTest>
 #include <QTimer>
 
-#include "archive/zip_bytes.h"
-#include "support/screen_control.h"
-#include "ui/main_window.h"
+#include "setup/wizard_window.h"
 
 using namespace quillon;
 using test::controlOf;
 
 namespace {
-
-void writeDefaultDatabase(const NativePath& path) {
-    test::writeZip(path, {{"Database/png.dat", "1,89504E47,H\r\n"}, {"Settings/SkipList.dat", "*.tmp*\r\n"}});
-}
 
 // Every control with a caption, in screen order.
 constexpr std::pair<const char*, const char*> kCaptions[] = {
@@ -96,42 +90,31 @@ private slots:
     void theWholeFirstRunLeadsToTheMainWindow();
     void withoutTheArchiveTheLocalPathsStepEnds();
     void exitAsksAndBringsTheMainWindow();
-    void theCloseBoxAsksAsExitDoes();
+    void theCloseBoxAndEscapeAskAsExitDoes();
     void exportTellsThatThereAreNoSettings();
     void anEditBeginsWithTheLocalPaths();
     void revertAsksForTheStoredRecipient();
 
 private:
-    [[nodiscard]] QWidget& screen() const { return *main_->navigator.window(Screen::SetupWizard); }
-    void click(const char* button) const { controlOf<QPushButton>(screen(), button).click(); }
-    [[nodiscard]] QTabWidget& tabs() const { return controlOf<QTabWidget>(screen(), "SftTabs1"); }
-    [[nodiscard]] QString label(const char* name) const { return controlOf<QLabel>(screen(), name).text(); }
-    void openFirstRun();
+    [[nodiscard]] QWidget& screen() const { return main_->screen(); }
+    void click(const char* button) const { main_->click(button); }
+    [[nodiscard]] QTabWidget& tabs() const { return main_->tabs(); }
+    [[nodiscard]] QString label(const char* name) const { return main_->label(name); }
     void openEdit();
-    void passMethod() const;
 
-    std::unique_ptr<test::MainWindow> main_;
+    std::unique_ptr<test::WizardWindow> main_;
 };
 
 void FrmSetupWizardTest::init() {
-    main_ = std::make_unique<test::MainWindow>();
-    main_->window = std::make_unique<frmMain>(main_->context, MainWindowAlerts{});
-    registerScreens(main_->context);
+    main_ = std::make_unique<test::WizardWindow>();
 }
 
 void FrmSetupWizardTest::cleanup() {
     const bool done = main_->dialogs.done();
     const QStringList problems = main_->problems;
-    main_->navigator.unloadAll();
     main_.reset();
     QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
     QVERIFY(done);
-}
-
-void FrmSetupWizardTest::openFirstRun() {
-    main_->installation.settings = AppSettings{};
-    main_->installation.refreshPathVariables();
-    main_->navigator.open(Screen::SetupWizard);
 }
 
 void FrmSetupWizardTest::openEdit() {
@@ -142,13 +125,8 @@ void FrmSetupWizardTest::openEdit() {
     main_->navigator.open(Screen::SetupWizard);
 }
 
-void FrmSetupWizardTest::passMethod() const {
-    controlOf<QRadioButton>(screen(), "Option1_1").click();
-    click("Command1");
-}
-
 void FrmSetupWizardTest::everyControlHasItsNameAndCaption() {
-    openFirstRun();
+    main_->openFirstRun();
     QCOMPARE(screen().windowTitle(), QStringLiteral("Setup Wizard"));
     const char* captions[] = {"Setup DB", "Local Paths", "Shared Path", "Defaults", "Alerts", "Export", "Done"};
     QCOMPARE(tabs().count(), 7);
@@ -160,7 +138,7 @@ void FrmSetupWizardTest::everyControlHasItsNameAndCaption() {
 }
 
 void FrmSetupWizardTest::aFirstRunBeginsWithTheMethod() {
-    openFirstRun();
+    main_->openFirstRun();
     QCOMPARE(tabs().currentIndex(), 0);
     for (int i = 1; i < 7; ++i) QVERIFY(!tabs().isTabEnabled(i));
     QVERIFY(!controlOf<QRadioButton>(screen(), "Option1_0").isChecked());
@@ -170,7 +148,7 @@ void FrmSetupWizardTest::aFirstRunBeginsWithTheMethod() {
 }
 
 void FrmSetupWizardTest::theMethodTextFollowsTheChoice() {
-    openFirstRun();
+    main_->openFirstRun();
     controlOf<QRadioButton>(screen(), "Option1_0").click();
     QCOMPARE(label("Label4"),
              QStringLiteral(
@@ -187,8 +165,8 @@ void FrmSetupWizardTest::theMethodTextFollowsTheChoice() {
 }
 
 void FrmSetupWizardTest::aKeyInAPathAsksForTheBrowseButton() {
-    openFirstRun();
-    passMethod();
+    main_->openFirstRun();
+    main_->passMethod();
     QCOMPARE(tabs().currentIndex(), 1);
     auto& hint = controlOf<QLabel>(screen(), "Label6");
     QTest::keyClick(&controlOf<QLineEdit>(screen(), "Text1"), Qt::Key_X);
@@ -202,13 +180,10 @@ void FrmSetupWizardTest::aKeyInAPathAsksForTheBrowseButton() {
 }
 
 void FrmSetupWizardTest::theWholeFirstRunLeadsToTheMainWindow() {
-    writeDefaultDatabase(main_->temp / "app/db.zip");
-    openFirstRun();
-    passMethod();
-    main_->dialogs.expectFolder("Select folder for local database..", main_->temp / "new");
-    click("Command2");
-    main_->dialogs.expectFolder("Select folder to store Archives ..", main_->temp / "new/zips");
-    click("Command3");
+    main_->writeDefaultDatabase();
+    main_->openFirstRun();
+    main_->passMethod();
+    main_->browseLocalPaths();
     click("Command6");
     QCOMPARE(tabs().currentIndex(), 2);
     QCOMPARE(main_->temp.read("new/Database/png.dat"), "1,89504E47,H\r\n");
@@ -231,19 +206,16 @@ void FrmSetupWizardTest::theWholeFirstRunLeadsToTheMainWindow() {
 }
 
 void FrmSetupWizardTest::withoutTheArchiveTheLocalPathsStepEnds() {
-    openFirstRun();
-    passMethod();
-    main_->dialogs.expectFolder("Select folder for local database..", main_->temp / "new");
-    click("Command2");
-    main_->dialogs.expectFolder("Select folder to store Archives ..", main_->temp / "new/zips");
-    click("Command3");
+    main_->openFirstRun();
+    main_->passMethod();
+    main_->browseLocalPaths();
     main_->dialogs.expectBox("Setup Error", "Unable to find default Databases, please re-install the application.");
     click("Command6");
     QCOMPARE(tabs().currentIndex(), 1);
 }
 
 void FrmSetupWizardTest::exitAsksAndBringsTheMainWindow() {
-    openFirstRun();
+    main_->openFirstRun();
     main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No,
                              BoxStyle::Question, BoxButtons::YesNo);
     click("Command5");
@@ -253,15 +225,20 @@ void FrmSetupWizardTest::exitAsksAndBringsTheMainWindow() {
     QVERIFY(main_->window->isVisible());
 }
 
-void FrmSetupWizardTest::theCloseBoxAsksAsExitDoes() {
-    openFirstRun();
+void FrmSetupWizardTest::theCloseBoxAndEscapeAskAsExitDoes() {
+    main_->openFirstRun();
     main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No);
     screen().close();
+    QVERIFY(screen().isVisible());
+    screen().activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&screen()));
+    main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No);
+    QTest::keyClick(&screen(), Qt::Key_Escape);
     QVERIFY(screen().isVisible());
 }
 
 void FrmSetupWizardTest::exportTellsThatThereAreNoSettings() {
-    openFirstRun();
+    main_->openFirstRun();
     tabs().setTabEnabled(kExportTab, true);  // as the steps before it do
     main_->dialogs.expectBox("No Settings", "There are no settigns to export.", BoxAnswer::Ok, BoxStyle::Warning);
     click("Command12");

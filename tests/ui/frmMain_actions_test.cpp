@@ -41,6 +41,8 @@ private slots:
     void clearLogAsksFirst();
     void openingAScreenBlocksItsEntry();
     void theToolbarOpensTheSameScreens();
+    void setUpNetworkOpensFromTheSettingsButtonAndByItsKey();
+    void setUpNetworkStaysShutDuringAJob();
     void viewAndZipHideTheWindow();
     void aScreenThatIsMissingLeavesTheWindow();
     void closingAsksAndNoKeepsTheWindow();
@@ -48,6 +50,7 @@ private slots:
     void namesOfRecoveredFilesAreNoMarkUp();
 
 private:
+    void countNetworkSetups(int& opened);
     void click(const char* button) { main_->control<QPushButton>(button).click(); }
     std::unique_ptr<test::MainWindow> main_;
 };
@@ -210,6 +213,47 @@ void FrmMainActionsTest::theToolbarOpensTheSameScreens() {
     });
     main_->control<QToolButton>("Toolbar1_8").click();
     QVERIFY(opened);
+}
+
+// A screen in place of "Set up Network" that counts its openings and closes at once.
+void FrmMainActionsTest::countNetworkSetups(int& opened) {
+    main_->navigator.add(Screen::SetupNetwork, [this, &opened](const std::any&) {
+        ++opened;
+        QTimer::singleShot(0, this, [this] { main_->navigator.window(Screen::SetupNetwork)->close(); });
+        return std::make_unique<QWidget>();
+    });
+}
+
+void FrmMainActionsTest::setUpNetworkOpensFromTheSettingsButtonAndByItsKey() {
+    auto& entry = main_->control<QAction>("openSetupNetwork");
+    QCOMPARE(entry.text(), QStringLiteral("Set up Network"));
+    auto& settings = main_->control<QToolButton>("Toolbar1_7");
+    QCOMPARE(settings.contextMenuPolicy(), Qt::ActionsContextMenu);
+    QCOMPARE(settings.actions(), QList<QAction*>{&entry});
+    int opened = 0;
+    countNetworkSetups(opened);
+    main_->window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(main_->window.get()));
+    QTest::keyClick(main_->window.get(), Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    QCOMPARE(opened, 1);
+    entry.trigger();
+    QCOMPARE(opened, 2);
+    QVERIFY(main_->navigator.window(Screen::SetupNetwork) == nullptr);
+}
+
+void FrmMainActionsTest::setUpNetworkStaysShutDuringAJob() {
+    int opened = 0;
+    countNetworkSetups(opened);
+    main_->makePictures(3);
+    main_->chooseSource("1234");
+    bool pressed = false;
+    QTimer::singleShot(0, this, [&] {
+        pressed = main_->window->isJobRunning();
+        main_->control<QAction>("openSetupNetwork").trigger();
+    });
+    click("CommandButton3");
+    QVERIFY(pressed);
+    QCOMPARE(opened, 0);
 }
 
 void FrmMainActionsTest::viewAndZipHideTheWindow() {

@@ -15,6 +15,7 @@
 
 #include "main_window.h"
 #include "platform/folders.h"
+#include "support/hanging_share.h"
 #include "ui/frmMain.h"
 #include "ui/grid.h"
 
@@ -39,6 +40,7 @@ private slots:
     void openExistingRecountsAsTheJobCounted();
     void closingDuringAJobStopsIt();
     void theLoopStaysAliveDuringAJob();
+    void aShareThatHangsDoesNotHoldTheWindow();
 
 private:
     void click(const char* button) { main_->control<QPushButton>(button).click(); }
@@ -283,6 +285,35 @@ void FrmMainJobTest::theLoopStaysAliveDuringAJob() {
     }
     QVERIFY(beats > 0);
     QVERIFY2(best <= 100, qPrintable(QString::number(best)));
+}
+
+// Nothing but the window's own timer lets the share go: a window that is held would never come back.
+void FrmMainJobTest::aShareThatHangsDoesNotHoldTheWindow() {
+    std::filesystem::create_directories(main_->temp / "share");
+    const auto share = test::HangingShare::mount(main_->temp / "share");
+    if (share == nullptr)
+        QSKIP("no file system can be mounted here");
+    main_->chooseSource("1234");
+    main_->installation.settings.sharedPath.assign(pageFromPath(main_->temp / "share"));
+    main_->installation.settings.useSharedDb = 1;
+    main_->installation.refreshPathVariables();
+    int beats = 0;
+    QTimer heart;
+    connect(&heart, &QTimer::timeout, this, [&] {
+        click("CommandButton3");  // a second press of Run has no effect
+        if (++beats == 5) {
+            heart.stop();
+            share->goAway();
+        }
+    });
+    heart.start(1);
+    main_->dialogs.expectBox("No Database",
+                             "Unable to find shared database. Do you want to continue the check with the local copy?",
+                             BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
+    click("CommandButton3");
+    QCOMPARE(beats, 5);
+    QCOMPARE(log().back(), std::string("Copying ext database from network drive"));
+    QCOMPARE(main_->temp.read("local/Kept/2026-11-15 10.20.30/Database/jpg.dat"), "1,FFD8FF,H\r\n");
 }
 
 QTEST_MAIN(FrmMainJobTest)

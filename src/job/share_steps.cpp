@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "job/share_steps.h"
+
+#include "app/progress_relay.h"
+#include "job/board_progress.h"
+
+namespace quillon {
+
+// A step that shows its progress in the job's bar.
+template <typename Step>
+auto ShareSteps::showing(Step step) {
+    ProgressRelay relay;
+    BoardProgress board(job_.state);
+    return answerBeside(
+        job_.surroundings().loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+}
+
+OrphanCounts ShareSteps::deleteOrphans() {
+    return showing([this](ProgressHost& progress) { return deleteOrphanTermFiles(paths(), kept_, progress); });
+}
+
+std::vector<std::string> ShareSteps::sharedFiles() {
+    return answerBeside(job_.surroundings().loop, [this] { return databaseFiles(paths().sharedDatabase); });
+}
+
+void ShareSteps::copyChanged(const std::vector<std::string>& names) {
+    static_cast<void>(
+        showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }));
+}
+
+Result<void> ShareSteps::fetchSkips() {
+    return answerBeside(job_.surroundings().loop, [this] { return fetchSkipList(paths(), kept_); });
+}
+
+SkipListState ShareSteps::loadSkips() {
+    SkipList list = job_.skipList;  // where there is none to load, the one of the last job stays
+    const bool wanted = job_.state.options.useSkipList;
+    const auto state =
+        answerBeside(job_.surroundings().loop, [&] { return loadSkipList(installation_, wanted, list); });
+    job_.skipList = std::move(list);
+    return state;
+}
+
+Result<void> ShareSteps::fetchCommon() {
+    return answerBeside(job_.surroundings().loop, [this] { return fetchCommonHeaders(paths(), kept_); });
+}
+
+}  // namespace quillon

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The steps at the start of a job that ask the share. Each runs beside the event loop, so that a share that hangs does
+// not hold the window; the job goes on only when the step has ended. What a handler may change meanwhile is not theirs:
+// they go by the installation as it was when this was made.
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/run_beside.h"
+#include "job/job.h"
+#include "setup/shared_database.h"
+#include "testing/skip_list.h"
+
+namespace quillon {
+
+class ShareSteps {
+public:
+    /// The job must outlive this.
+    explicit ShareSteps(Job& job)
+        : job_(job), installation_(job.installation()), kept_(installation_, job.surroundings().clock) {}
+    ShareSteps(const ShareSteps&) = delete;
+    ShareSteps& operator=(const ShareSteps&) = delete;
+
+    [[nodiscard]] const Paths& paths() const { return installation_.paths(); }
+
+    [[nodiscard]] OrphanCounts deleteOrphans();
+    /// The names in the shared database.
+    [[nodiscard]] std::vector<std::string> sharedFiles();
+    /// A file that cannot be copied is tried again by the next job.
+    void copyChanged(const std::vector<std::string>& names);
+    [[nodiscard]] Result<void> fetchSkips();
+    /// Loads the skip list of the job.
+    [[nodiscard]] SkipListState loadSkips();
+    [[nodiscard]] Result<void> fetchCommon();
+
+private:
+    template <typename Step>
+    [[nodiscard]] auto showing(Step step);
+
+    Job& job_;
+    const Installation installation_;
+    KeptFiles kept_;
+};
+
+}  // namespace quillon
