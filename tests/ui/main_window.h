@@ -56,7 +56,7 @@ public:
 
     /// Makes the window and runs its start sequence.
     frmMain& open() {
-        window = std::make_unique<frmMain>(context, MainWindowAlerts{});
+        window = std::make_unique<frmMain>(context, alerts);
         window->reloadForm();
         return *window;
     }
@@ -95,6 +95,7 @@ public:
     Job job{installation, surroundings};
     Navigator navigator;
     ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
+    MainWindowAlerts alerts;  ///< what `open` gives the window; at first nothing can be sent or found
     std::unique_ptr<frmMain> window;
 };
 
