@@ -188,8 +188,8 @@ QWidget* frmMainControls::arrangeUpper() const {
     left->addStretch();
     auto* board = new QHBoxLayout;
     board->setSpacing(kMargin);
-    board->addWidget(leftSide, 5);
-    board->addWidget(Frame5, 6);
+    board->addWidget(leftSide, 1);
+    board->addWidget(Frame5, 1);
 
     auto* upper = new QWidget;
     auto* layout = new QVBoxLayout(upper);
