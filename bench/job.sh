@@ -4,36 +4,12 @@
 # Usage: bench/job.sh [COUNT] [ROUNDS]      100000 files and 5 rounds by default; medians are shown
 set -eu
 cd "$(dirname "$0")/.."
-. scripts/packages.sh
-count=${1:-100000}
+. bench/prepare.sh
+prepare "${1:-100000}" time strace file
 rounds=${2:-5}
-work=$PWD/build/bench
-tree=$work/tree-$count
-app=$work/Quillon
-release=build/release
-
-# shellcheck disable=SC2086  # a list of words
-install_missing $BUILD_PACKAGES time strace file
-configure release
-cmake --build --preset release --target app_folder quillon_bench_make_tree quillon_bench_limit
-mkdir -p "$work"
-if ! [ -e "$tree.made" ]; then
-    echo "Making $count files"
-    rm -rf "$tree"
-    $release/bench/quillon_bench_make_tree "$tree" "$count"
-    : >"$tree.made"
-fi
-# A first job over nothing sets the application folder up, which is no part of what is measured.
-rm -rf "$app"
-cp -r $release/Quillon "$app"
-rm -rf "$app/settings.dat" "$app/Data" # of jobs that were run there
-mkdir -p "$work/nothing"
-"$app/quillon-job" --app "$app" --job first --source "$work/nothing" --yes --quiet >/dev/null 2>&1 || true
 
 # file(1) reads up to 1 MiB of each file and is so slow that it gets a sample of every k-th file only.
 find "$tree" -type f | awk -v step=$(((count + 4999) / 5000)) 'NR % step == 0' >"$work/names"
-limit() { "$@" $release/bench/quillon_bench_limit "$tree" "$work/rows" data/starter/Database; }
-job() { "$@" "$app/quillon-job" --app "$app" --job bench --source "$tree" --yes --quiet; }
 find_rows() { "$@" find "$tree" -type f -printf '%p,%t, %s\n'; }
 file_types() { "$@" file -b -f "$work/names"; }
 
@@ -58,11 +34,6 @@ measure file_types # one run tells enough
 calls() {
     "$1" strace -f -c -o "$work/calls" >/dev/null 2>&1 || true
     awk -v files="$count" '$NF == "total" { printf "%.2f", $4 / files }' "$work/calls"
-}
-
-median() { # FILE COLUMN(S): median of the sum of the columns
-    awk -v columns="$2" '{ n = split(columns, c, ","); sum = 0; for (i = 1; i <= n; i++) sum += $c[i]; print sum }' "$1" |
-        sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'
 }
 
 limit_cpu=$(median "$work/limit.times" 2,3)

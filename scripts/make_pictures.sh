@@ -1,34 +1,37 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
-# Makes the pictures of the help and the README from the real window, on a display of its own (Xvfb), light and dark, at two
-# sizes. They go to docs/help/images.
+# Makes pictures of all screens, light and dark, on a display of its own (Xvfb), in build/pictures. Those that the help and the
+# README show are put into docs/help/images: the main window in both looks, all others light.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 # shellcheck disable=SC2086  # lists of words
 install_missing $BUILD_PACKAGES $WINDOW_PACKAGES $TEST_PACKAGES xvfb xauth
 configure dev
-cmake --build --preset dev --target quillon_picture_maker starter_database
-# A path that says nothing of the computer on which the pictures were made.
-sample=${TMPDIR:-/tmp}/recovered
-scripts/make_sample_tree.sh "$sample"
+cmake --build --preset dev --target quillon_picture_maker starter_database help_file
+# Paths that say nothing of the computer on which the pictures were made.
+stage=/tmp/quillon-pictures
+mkdir -p "$stage"
+scripts/make_sample_tree.sh "$stage/recovered"
 
-pictures=docs/help/images
+pictures=build/pictures
+rm -rf "$pictures"
 mkdir -p "$pictures"
-# picture LOOK WIDTH HEIGHT NAME [OPTION...]
-picture() {
-    look=$1 width=$2 height=$3 name=$4
-    shift 4
-    xvfb-run -a -s "-screen 0 ${width}x${height}x24" env LC_ALL=C QT_QPA_PLATFORM=xcb build/dev/tests/ui/quillon_picture_maker \
-        build/dev/Quillon/db.zip "$sample" "$look" "$width" "$height" "$pictures/$name.png" "$@"
-    echo "$pictures/$name.png"
-}
 for look in light dark; do
-    picture $look 1280 800 main-$look
-    picture $look 2560 1440 main-$look-large
+    rm -rf "$stage/Quillon"
+    mkdir "$stage/Quillon"
+    cp build/dev/Quillon/db.zip build/dev/Quillon/Quillon.chm "$stage/Quillon"
+    xvfb-run -a -s "-screen 0 2560x1440x24" env LC_ALL=C QT_QPA_PLATFORM=xcb \
+        build/dev/tests/ui/quillon_picture_maker "$stage/Quillon" "$stage/recovered" $look "$pictures"
 done
-picture light 1280 800 main-start --start
-picture light 1280 800 database --screen Updatedb
-picture light 1280 800 skip-list --screen SkipList
-picture light 1280 800 list --screen ViewList
-picture light 1280 800 setup --screen SetupWizard
+
+# shown NAME [LOOK]: into the help; the light picture of a screen needs no word about its look
+shown() { cp "$pictures/$1-${2:-light}.png" "docs/help/images/$1${2:+-$2}.png"; }
+for look in light dark; do
+    shown main $look
+    shown main-large $look
+done
+for name in main-start skip-list database common-headers messages bad-sectors zip setup-network list editor \
+    setup setup-2 setup-3 setup-4 setup-5 setup-6; do
+    shown $name
+done

@@ -50,10 +50,11 @@ private:
         if (visitor_.cancelled())
             return false;
         Level level;
-        if (!handle.list(files_, level.folders))
+        const Pause pause = [this] { visitor_.listing(); };
+        if (!handle.list(files_, level.folders, pause))
             visitor_.notListed(path_);
-        files_.sort();
-        level.folders.sort();
+        files_.sort(pause);
+        level.folders.sort(pause);
         if (!files_.empty() && !visitor_.files(handle, path_, files_))
             return false;
         if (files_.size() > kLargeFolder)

@@ -24,6 +24,8 @@ public:
     virtual bool files(const Directory& /*folder*/, std::string_view /*path*/, const EntryNames& /*names*/) {
         return true;
     }
+    /// A very large folder is being listed; called for every few thousand entries, so that a screen stays alive.
+    virtual void listing() {}
     /// A folder whose entries could not all be read, or not even be asked for. Those that could are delivered. A folder
     /// that has gone meanwhile is none.
     virtual void notListed(std::string_view /*path*/) {}

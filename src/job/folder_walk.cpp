@@ -30,6 +30,7 @@ public:
         }
         job_.turn();
     }
+    void listing() override { job_.turn(); }
 
 private:
     Job& job_;

@@ -51,6 +51,7 @@ public:
 
 private:
     bool cancelled() override { return job_.state.stopRequested; }
+    void listing() override { job_.turn(); }
     bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
     void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;

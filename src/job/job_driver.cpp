@@ -141,6 +141,7 @@ JobDriver::Next JobDriver::confirmOverwrite() {
     }
     options.overwriteConfirmed = false;
     job_.state.stopRequested = false;
+    job_.state.controls.toolbarRestricted = true;
     host_.updateToolbar();
     job_.state.startTime = job_.surroundings().clock.now();
     job_.state.timerRunning = true;
@@ -174,6 +175,7 @@ void JobDriver::unlockScreen() {
     controls.runEnabled = true;
     controls.framesEnabled = true;
     controls.menusEnabled = true;
+    controls.toolbarRestricted = false;
     host_.updateToolbar();
 }
 
@@ -235,6 +237,9 @@ void JobDriver::testFiles() {
         state.startTick = job_.surroundings().clock.milliseconds();
         if (state.counters.files > 0)
             state.controls.progress.maximum = state.counters.files;
+        // The end of the job before this one has hidden them.
+        if (state.options.showProgress)
+            state.controls.progress.visible = state.controls.currentFileVisible = true;
         TestingPass pass(job_, alerts_);
         pass.run();
         listMade_ = pass.madeList();

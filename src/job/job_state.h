@@ -83,6 +83,7 @@ struct ProgressState {
 struct JobControls {
     bool framesEnabled = true;       ///< Frame1 and Frame3
     bool menusEnabled = true;        ///< mnu and mnuFile
+    bool toolbarRestricted = false;  ///< Toolbar1: only Stop can be used
     bool runEnabled = false;         ///< CommandButton3
     bool stopEnabled = false;        ///< CommandButton4
     bool viewEnabled = false;        ///< CommandButton5

@@ -16,6 +16,7 @@ namespace {
 void lockScreen(JobControls& controls, bool locked) {
     controls.framesEnabled = !locked;
     controls.menusEnabled = !locked;
+    controls.toolbarRestricted = locked;
     controls.runEnabled = !locked;
     controls.zipEnabled = !locked;
     controls.stopEnabled = locked;

@@ -19,8 +19,9 @@ namespace quillon {
 namespace {
 
 constexpr std::size_t kReadChunk = 256UL * 1024;
-// One copy_file_range call moves at most this much, so that a cancel takes effect soon.
-constexpr std::size_t kRangeChunk = 8UL * 1024 * 1024;
+// One copy_file_range call moves at most this much: a screen stands still meanwhile, and a system that has much to
+// write back lets the caller wait in it.
+constexpr std::size_t kRangeChunk = 1024UL * 1024;
 
 using CopyResult = tl::expected<void, CopyError>;
 

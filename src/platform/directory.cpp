@@ -95,9 +95,24 @@ std::string_view EntryNames::operator[](std::size_t index) const {
     return std::string_view(bytes_).substr(entry.offset, entry.length);
 }
 
-void EntryNames::sort() {
+// Piece by piece, then the pieces together two and two, with a pause behind each step.
+void EntryNames::sort(const Pause& pause) {
     const auto nameOf = [this](const Entry& e) { return std::string_view(bytes_).substr(e.offset, e.length); };
-    std::sort(entries_.begin(), entries_.end(), [&](const Entry& a, const Entry& b) { return nameOf(a) < nameOf(b); });
+    const auto less = [&](const Entry& a, const Entry& b) { return nameOf(a) < nameOf(b); };
+    const std::size_t size = entries_.size();
+    const auto at = [&](std::size_t index) {
+        return entries_.begin() + static_cast<std::ptrdiff_t>(std::min(index, size));
+    };
+    for (std::size_t first = 0; first < size; first += kPauseEvery) {
+        std::sort(at(first), at(first + kPauseEvery), less);
+        if (size > kPauseEvery)
+            pause();
+    }
+    for (std::size_t width = kPauseEvery; width < size; width *= 2)
+        for (std::size_t first = 0; first + width < size; first += 2 * width) {
+            std::inplace_merge(at(first), at(first + width), at(first + 2 * width), less);
+            pause();
+        }
 }
 
 Directory::Directory(Directory&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {
@@ -160,9 +175,10 @@ bool Directory::canBeEntered() const {
     return ::fstatat(descriptor_, "./.", &info, 0) == 0;
 }
 
-Result<void> Directory::list(EntryNames& files, EntryNames& folders) const {
+Result<void> Directory::list(EntryNames& files, EntryNames& folders, const Pause& pause) const {
     files.clear();
     folders.clear();
+    std::size_t nextPause = EntryNames::kPauseEvery;
     alignas(KernelEntry) std::array<char, kListBuffer> buffer;
     if (::lseek(descriptor_, 0, SEEK_SET) < 0)
         return failure(systemError("."));
@@ -173,6 +189,10 @@ Result<void> Directory::list(EntryNames& files, EntryNames& folders) const {
             return failure(systemError("."));
         if (count == 0)
             return {};
+        if (files.size() + folders.size() >= nextPause) {
+            nextPause = files.size() + folders.size() + EntryNames::kPauseEvery;
+            pause();
+        }
         for (long at = 0; at < count;) {
             const auto* entry = reinterpret_cast<const KernelEntry*>(buffer.data() + at);
             at += entry->length;

@@ -6,6 +6,7 @@
 // length.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,13 +17,19 @@
 
 namespace quillon {
 
+/// Called now and then during a step that a very large folder makes long, once for some thousands of names.
+using Pause = std::function<void()>;
+
 /// The names in one folder, kept in one block of memory.
 class EntryNames {
 public:
+    /// So many names are worked on between two pauses.
+    static constexpr std::size_t kPauseEvery = 2048;
+
     void clear();
     void add(std::string_view name);
     /// Sorts by bytes.
-    void sort();
+    void sort(const Pause& pause = [] {});
     [[nodiscard]] std::size_t size() const { return entries_.size(); }
     [[nodiscard]] bool empty() const { return entries_.empty(); }
     [[nodiscard]] std::string_view operator[](std::size_t index) const;
@@ -78,7 +85,8 @@ public:
 
     /// Replaces both lists by the regular files and the folders in here, unsorted. Links, FIFOs, sockets and devices
     /// are in neither. What was listed before a read error stays in the lists.
-    [[nodiscard]] Result<void> list(EntryNames& files, EntryNames& folders) const;
+    [[nodiscard]] Result<void> list(
+        EntryNames& files, EntryNames& folders, const Pause& pause = [] {}) const;
 
     /// Creates a subfolder; one that exists already is a success.
     [[nodiscard]] Result<void> createFolder(std::string_view name) const;

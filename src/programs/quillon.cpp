@@ -52,8 +52,8 @@ int runWindow(QApplication& application) {
     applyLook(application, lookOfDesktop());
     const SystemClock clock;
     const DateTexts dates;
-    QtDialogs dialogs;
     WindowEventLoop loop(clock);
+    QtDialogs dialogs([&loop] { loop.refreshScreens(); });
     const Surroundings surroundings{clock, dates, dialogs, loop, hostName()};
     Installation installation(applicationFolder());
     Job job(installation, surroundings);

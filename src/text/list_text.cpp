@@ -70,9 +70,14 @@ std::u16string toListText(std::string_view nativePath) {
 void toNative(std::u16string_view listPath, std::string& out) {
     out.clear();
     for (std::size_t i = 0; i < listPath.size();) {
-        const char16_t unit = listPath[i];
-        if (unit < 0x80) {
-            out.push_back(unit == u'>' ? ',' : static_cast<char>(unit));
+        const auto run = std::find_if(listPath.begin() + static_cast<std::ptrdiff_t>(i), listPath.end(),
+                                      [](char16_t unit) { return unit >= 0x80 || unit == u'>'; });
+        out.append(listPath.begin() + static_cast<std::ptrdiff_t>(i), run);
+        i = static_cast<std::size_t>(run - listPath.begin());
+        if (i == listPath.size())
+            return;
+        if (listPath[i] == u'>') {
+            out.push_back(',');
             ++i;
             continue;
         }
@@ -103,6 +108,9 @@ std::u16string withCommas(std::u16string_view listPath) {
 }
 
 std::string readable(std::string_view nativePath) {
+    // Nearly every path is printable as it is, and a window shows one for each row that it tests.
+    if (std::all_of(nativePath.begin(), nativePath.end(), [](char c) { return c >= 0x20 && c < 0x7F; }))
+        return std::string(nativePath);
     std::string out;
     out.reserve(nativePath.size());
     for (std::size_t i = 0; i < nativePath.size();) {

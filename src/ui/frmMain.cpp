@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 #include <QToolButton>
 
@@ -24,6 +25,8 @@ namespace quillon {
 namespace {
 
 constexpr int kTimerInterval = 1000;
+// Room for the score board and some ten rows of the log.
+constexpr QSize kFirstSize(1180, 780);
 // How long a stopped job may take to come back before a program that the person has left ends without it.
 constexpr std::int64_t kLeavePatience = 2000;
 
@@ -37,6 +40,7 @@ frmMain::frmMain(const ScreenContext& context, MainWindowAlerts alerts)
       logRows_(job_.state.log, context.surroundings.dates),
       timer_(new QTimer(this)) {
     createControls(*this);
+    resize(kFirstSize.boundedTo(screen()->availableSize()));
     setAcceptDrops(true);
     timer_->setObjectName(QStringLiteral("Timer1"));
     timer_->setInterval(kTimerInterval);

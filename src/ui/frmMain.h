@@ -189,7 +189,7 @@ private:
     int refreshNumber_ = 0;
     bool loaded_ = false;
     bool running_ = false;
-    bool toolbarLocked_ = false;
+    bool toolbarRestricted_ = false;
     bool unloading_ = false;
     bool showing_ = false;
     std::int64_t leaveBy_ = 0;

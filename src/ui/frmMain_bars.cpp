@@ -19,6 +19,7 @@ namespace {
 QMenu* addMenu(QMainWindow& window, const char* name, const char* caption) {
     QMenu* menu = window.menuBar()->addMenu(QLatin1String(caption));
     menu->setObjectName(QLatin1String(name));
+    menu->menuAction()->setObjectName(QLatin1String(name));
     return menu;
 }
 

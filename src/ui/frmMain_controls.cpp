@@ -142,11 +142,14 @@ void frmMainControls::createCommands() {
     row->addWidget(Check1);
     row->addSpacing(kSpacing);
 
-    auto* bars = new QVBoxLayout;
+    auto* place = new QWidget;  // keeps the buttons where they are when both bars are hidden
+    auto* bars = new QVBoxLayout(place);
+    bars->setContentsMargins(0, 0, 0, 0);
     bars->setSpacing(4);
     ProgressBar1 = makeProgress("ProgressBar1", "Progress of the job");
     ProgressBar2 = makeProgress("ProgressBar2", "Progress of the file");
     Label2_1 = makeLabel("Label2_1", "");
+    makeRemark(*Label2_1);
     auto* fileRow = new QHBoxLayout;
     fileRow->setSpacing(kSpacing);
     fileRow->addWidget(ProgressBar2, 1);
@@ -155,7 +158,7 @@ void frmMainControls::createCommands() {
     bars->addWidget(ProgressBar1);
     bars->addLayout(fileRow);
     bars->addStretch();
-    row->addLayout(bars, 1);
+    row->addWidget(place, 1);
 }
 
 void frmMainControls::createLog(QVBoxLayout& layout) {
@@ -188,8 +191,8 @@ QWidget* frmMainControls::arrangeUpper() const {
     left->addStretch();
     auto* board = new QHBoxLayout;
     board->setSpacing(kMargin);
-    board->addWidget(leftSide, 5);
-    board->addWidget(Frame5, 6);
+    board->addWidget(leftSide, 1);
+    board->addWidget(Frame5, 1);
 
     auto* upper = new QWidget;
     auto* layout = new QVBoxLayout(upper);

@@ -19,6 +19,20 @@
 #include "ui/window_event_loop.h"
 
 namespace quillon {
+namespace {
+
+// The one folder that is dragged, empty for anything else. Its bytes are taken as they are: a name that is not UTF-8
+// cannot be chosen in Qt's picker, since Qt's own paths would change it, but it comes through a drop.
+NativePath draggedFolder(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    if (urls.size() != 1 || !urls.constFirst().isLocalFile())
+        return {};
+    const QUrl folder = urls.constFirst().adjusted(QUrl::StripTrailingSlash);
+    NativePath path(QByteArray::fromPercentEncoding(folder.path(QUrl::FullyEncoded).toLatin1()).toStdString());
+    return isFolder(path) ? path : NativePath{};
+}
+
+}  // namespace
 
 void frmMain::connectControls() {
     connect(Textbox1, &QLineEdit::textChanged, this, &frmMain::Textbox1_Change);
@@ -158,17 +172,17 @@ void frmMain::upDateAllLabels() {
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    const bool folder =
-        urls.size() == 1 && urls.constFirst().isLocalFile() && isFolder(fromQtPath(urls.constFirst().toLocalFile()));
     // As with the button: a source can be chosen only with a job ID, and not during a job.
-    if (folder && CommandButton1->isEnabled())
+    if (CommandButton1->isEnabled() && !draggedFolder(*event->mimeData()).empty())
         event->acceptProposedAction();
 }
 
 void frmMain::dropEvent(QDropEvent* event) {
+    const NativePath folder = draggedFolder(*event->mimeData());
+    if (folder.empty())  // it went since it was dragged in
+        return;
     event->acceptProposedAction();
-    afterSource(setup_.dropSource(fromQtPath(event->mimeData()->urls().constFirst().toLocalFile())));
+    afterSource(setup_.dropSource(folder));
 }
 
 }  // namespace quillon

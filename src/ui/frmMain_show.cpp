@@ -107,6 +107,7 @@ void frmMain::showTexts() {
     showText(*Label16, texts.throughput);
     showText(*Label22, texts.jobPercent);
     showText(*Label2_1, texts.filePercent);
+    Label2_1->setVisible(!texts.filePercent.empty());
     showText(*Label21, texts.copiedCaption);
     copiedNote->setVisible(texts.copiedCaption.empty());
     showText(*lTotCopied, texts.copied);
@@ -157,23 +158,23 @@ void frmMain::showControls() {
     sFileTU->setVisible(controls.currentFileVisible);
     showBar(*ProgressBar1, controls.progress);
     showBar(*ProgressBar2, controls.fileProgress);
-    if (controls.busyPointer != testAttribute(Qt::WA_SetCursor))
+    if (controls.busyPointer != (cursor().shape() == Qt::WaitCursor))
         controls.busyPointer ? setCursor(Qt::WaitCursor) : unsetCursor();
     if (job_.state.timerRunning != timer_->isActive())
         job_.state.timerRunning ? timer_->start() : timer_->stop();
 }
 
 void frmMain::showToolbar() {
-    const bool locked = !job_.state.controls.framesEnabled;
-    if (locked) {
+    const bool restricted = job_.state.controls.toolbarRestricted;
+    if (restricted) {
         disableToolbar();
         toolbarButtons[5]->setEnabled(job_.state.controls.stopEnabled);
-    } else if (toolbarLocked_) {
+    } else if (toolbarRestricted_) {
         enableToolbar();
     } else {
         syncToolbar();
     }
-    toolbarLocked_ = locked;
+    toolbarRestricted_ = restricted;
 }
 
 void frmMain::showLog() {

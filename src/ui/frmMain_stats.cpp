@@ -68,7 +68,7 @@ void frmMainControls::createStats() {
     auto* layout = new QVBoxLayout(Frame5);
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(kSpacing);
-    grid->setVerticalSpacing(6);
+    grid->setVerticalSpacing(10);
     // A count stands close to its caption; what a wide window has to give goes between the blocks.
     for (int block = 0; block + 1 < kBlocks; ++block) {
         grid->setColumnMinimumWidth(block * kCellColumns + 3, kMargin);
@@ -81,7 +81,7 @@ void frmMainControls::createStats() {
     for (const GradeLook& look : kGrades) parts.push_back({QLatin1String(look.name), QColor(look.colour), 0});
     gradeBar->setParts(std::move(parts));
     grid->addWidget(gradeBar, kBarRow, 0, 1, kBlocks * kCellColumns - 1);
-    grid->setRowMinimumHeight(kBarRow, 40);
+    grid->setRowMinimumHeight(kBarRow, 56);
     createGrades(*grid);
     layout->addLayout(grid);
     layout->addStretch();
@@ -91,7 +91,7 @@ void frmMainControls::createQuality(QGridLayout& grid) {
     Label10 = makeLabel("Label10", "Recovery Quality:");
     lRPC = makeLabel("lRPC", "0");
     QFont large = countFont(lRPC->font());
-    large.setPointSizeF(large.pointSizeF() * 2.2);
+    large.setPointSizeF(large.pointSizeF() * 2.6);
     lRPC->setFont(large);
     lRPC->setMinimumWidth(lRPC->fontMetrics().horizontalAdvance(QStringLiteral("100.00%")));
     Label10->setBuddy(lRPC);
@@ -100,6 +100,10 @@ void frmMainControls::createQuality(QGridLayout& grid) {
     Label22 = makeLabel("Label22", "");
     Label16->setMinimumWidth(Label16->fontMetrics().horizontalAdvance(QStringLiteral("000,000 Files per minute")));
     Label19->setBuddy(Label16);
+    // A copy hides it; what stands below keeps its place.
+    QSizePolicy keepsPlace = Label16->sizePolicy();
+    keepsPlace.setRetainSizeWhenHidden(true);
+    Label16->setSizePolicy(keepsPlace);
 
     auto* block = new QVBoxLayout;
     block->setSpacing(2);

@@ -29,8 +29,8 @@ public:
     void setParts(std::vector<GradePart> parts);
     void setCounts(const std::vector<std::int64_t>& counts);
 
-    [[nodiscard]] QSize sizeHint() const override { return {240, 16}; }
-    [[nodiscard]] QSize minimumSizeHint() const override { return {80, 16}; }
+    [[nodiscard]] QSize sizeHint() const override { return {240, 20}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {80, 20}; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

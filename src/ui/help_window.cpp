@@ -2,12 +2,15 @@
 #include "ui/help_window.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QHBoxLayout>
+#include <QImage>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>
+#include <QTextBlock>
 #include <QTextBrowser>
 #include <QTextDocument>
 #include <QVBoxLayout>
@@ -44,6 +47,20 @@ private:
     NativePath helpFile_;
 };
 
+// Qt shrinks a picture to the width that its page tells without smoothing it, which makes its letters ragged. So it is
+// shrunk here, to the pixels of this screen.
+void shrinkPictures(const QTextDocument& page, const QDir& folder, qreal pixelRatio) {
+    for (QTextBlock block = page.begin(); block.isValid(); block = block.next())
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextImageFormat told = part.fragment().charFormat().toImageFormat();
+            const int width = qRound(told.width() * pixelRatio);
+            const QString file = folder.filePath(told.name());
+            const QImage picture = told.isValid() ? QImage(file) : QImage();
+            if (width > 0 && picture.width() > width)
+                picture.scaledToWidth(width, Qt::SmoothTransformation).save(file);
+        }
+}
+
 }  // namespace
 
 HelpWindow::HelpWindow(const NativePath& helpFile)
@@ -67,6 +84,7 @@ void HelpWindow::createControls() {
     search_->setClearButtonEnabled(true);
     contents_->setObjectName(QStringLiteral("contents"));
     contents_->setAccessibleName(QStringLiteral("Contents"));
+    contents_->setSpacing(3);
     browser_->setObjectName(QStringLiteral("page"));
     browser_->setOpenExternalLinks(false);
     browser_->document()->setDocumentMargin(20);
@@ -103,6 +121,7 @@ bool HelpWindow::load(const NativePath& helpFile) {
             continue;
         QTextDocument document;
         document.setHtml(QString::fromUtf8(file.readAll()));
+        shrinkPictures(document, QDir(folder_.path()), devicePixelRatio());
         pages_.push_back(
             {file.fileName(), document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText()});
     }

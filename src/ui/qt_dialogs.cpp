@@ -78,6 +78,7 @@ QString existingFolder(NativePath folder) {
 }  // namespace
 
 BoxAnswer QtDialogs::show(const MessageBox& box) {
+    refresh_();
     QMessageBox shown(iconOf(box.style), toQt(box.title.empty() ? std::string_view(kProgramTitle) : box.title), {},
                       buttonsOf(box.buttons), front());
     shown.setObjectName(QStringLiteral("MessageBox"));
@@ -100,6 +101,7 @@ BoxAnswer QtDialogs::show(const MessageBox& box) {
 
 std::optional<std::string> QtDialogs::input(const std::string& title, const std::string& prompt,
                                             const std::string& initial) {
+    refresh_();
     QInputDialog box(front());
     box.setObjectName(QStringLiteral("InputBox"));
     box.setWindowTitle(toQt(title));
@@ -115,6 +117,7 @@ std::optional<std::string> QtDialogs::input(const std::string& title, const std:
 }
 
 std::optional<NativePath> QtDialogs::pickFolder(const std::string& title, const NativePath& start) {
+    refresh_();
     QFileDialog picker(front(), toQt(title), existingFolder(start));
     picker.setObjectName(QStringLiteral("FolderPicker"));
     picker.setFileMode(QFileDialog::Directory);
@@ -126,6 +129,7 @@ std::optional<NativePath> QtDialogs::pickFolder(const std::string& title, const 
 }
 
 std::vector<NativePath> QtDialogs::pickFiles(const FilePick& pick) {
+    refresh_();
     QFileDialog picker(front(), toQt(pick.title), existingFolder(pick.startFolder));
     picker.setObjectName(QStringLiteral("FilePicker"));
     picker.setFileMode(pick.multiple ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);

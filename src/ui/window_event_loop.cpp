@@ -10,16 +10,23 @@
 namespace quillon {
 
 void WindowEventLoop::turn() {
-    if (clock_.milliseconds() - last_ >= interval_)
+    const std::int64_t now = clock_.milliseconds();
+    if (now - lastRun_ < kInterval)
+        return;
+    if (now >= nextRefresh_) {
         flush();
+    } else {
+        QCoreApplication::processEvents();
+        lastRun_ = clock_.milliseconds();
+    }
 }
 
 void WindowEventLoop::flush() {
     const std::int64_t start = clock_.milliseconds();
     refreshScreens();
     QCoreApplication::processEvents();
-    last_ = clock_.milliseconds();
-    interval_ = std::clamp(8 * (last_ - start), kInterval, kLongestInterval);
+    lastRun_ = clock_.milliseconds();
+    nextRefresh_ = lastRun_ + std::clamp(8 * (lastRun_ - start), kShortestRefresh, kLongestRefresh);
 }
 
 void WindowEventLoop::refreshScreens() {

@@ -43,6 +43,22 @@ TEST(DirectoryTest, ListsRegularFilesAndFoldersAndNothingElse) {
     EXPECT_EQ(files.size(), 5U);
 }
 
+TEST(EntryNamesTest, SortsManyNamesPieceByPiece) {
+    for (const std::size_t count : {0UL, 1UL, 2048UL, 2049UL, 5000UL, 20000UL}) {
+        EntryNames names;
+        Names expected;
+        for (std::size_t i = 0; i < count; ++i) {
+            expected.push_back("name " + std::to_string(i * 7919 % 20011));
+            names.add(expected.back());
+        }
+        std::sort(expected.begin(), expected.end());
+        int pauses = 0;
+        names.sort([&pauses] { ++pauses; });
+        EXPECT_EQ(pauses > 0, count > EntryNames::kPauseEvery) << count;
+        EXPECT_EQ(sorted(names), expected) << count;
+    }
+}
+
 TEST(DirectoryTest, ListsAFolderOfManyFilesWhole) {
     const TempFolder temp;
     Names expected;
@@ -53,7 +69,9 @@ TEST(DirectoryTest, ListsAFolderOfManyFilesWhole) {
     std::sort(expected.begin(), expected.end());
     EntryNames files;
     EntryNames folders;
-    ASSERT_TRUE(Directory::open(temp.path()).value().list(files, folders));
+    int pauses = 0;
+    ASSERT_TRUE(Directory::open(temp.path()).value().list(files, folders, [&pauses] { ++pauses; }));
+    EXPECT_EQ(pauses, 1) << "a screen that waits for a large folder stays alive";
     EXPECT_EQ(sorted(files), expected);
     EXPECT_TRUE(folders.empty());
     files.release();

@@ -2,11 +2,13 @@
 // What a person does in the main window apart from running a job.
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -19,6 +21,7 @@
 #include "main_window.h"
 #include "ui/frmMain.h"
 #include "ui/grid.h"
+#include "ui/qt_dialogs.h"
 
 using namespace quillon;
 
@@ -34,6 +37,9 @@ private slots:
     void noAtTheOverwriteQuestionGoesBackToTheJobId();
     void choosingTheTargetShowsIt();
     void aDroppedFolderIsASource();
+    void aDroppedFolderKeepsTheBytesOfItsName();
+    void onlyOneFolderCanBeDropped();
+    void aQuestionStandsOverWhatItAsksAbout();
     void theSeparatorEntryAsksAndSaves();
     void AutoUpdateStaysTicked();
     void CheckFoldersHasNoEffect();
@@ -52,6 +58,8 @@ private slots:
 private:
     void countNetworkSetups(int& opened);
     void click(const char* button) { main_->control<QPushButton>(button).click(); }
+    /// Drags this over the window, and drops it if the window takes it; true when it did.
+    static bool drop(frmMain& window, const QMimeData& data);
     std::unique_ptr<test::MainWindow> main_;
 };
 
@@ -120,22 +128,74 @@ void FrmMainActionsTest::choosingTheTargetShowsIt() {
     QCOMPARE(main_->text("lblTarget"), toQtPath(main_->temp / "target"));
 }
 
+bool FrmMainActionsTest::drop(frmMain& window, const QMimeData& data) {
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(&window, &enter);
+    if (!enter.isAccepted())
+        return false;
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &drop);
+    return drop.isAccepted();
+}
+
 void FrmMainActionsTest::aDroppedFolderIsASource() {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(toQtPath(main_->temp / "source"))});
-    const auto enter = [&] {
-        QDragEnterEvent event(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        event.ignore();
-        QCoreApplication::sendEvent(main_->window.get(), &event);
-        return event.isAccepted();
-    };
-    QVERIFY(!enter());
+    QVERIFY(!drop(*main_->window, data));
     main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("1234"));
-    QVERIFY(enter());
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(main_->window.get(), &drop);
+    QVERIFY(drop(*main_->window, data));
     QCOMPARE(main_->text("lblSource"), toQtPath(main_->temp / "source"));
     QVERIFY(main_->control<QPushButton>("CommandButton3").isEnabled());
+}
+
+void FrmMainActionsTest::aDroppedFolderKeepsTheBytesOfItsName() {
+    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("1234"));
+    for (const char* name : {"no UTF-8 \xE4 100%25", "\xC3\xA4 #?&", "plain"}) {
+        const NativePath folder = main_->temp / name;
+        std::filesystem::create_directories(folder);
+        QMimeData data;
+        const QByteArray bytes = QByteArray::fromStdString(folder.native()).toPercentEncoding("/");
+        data.setData(QStringLiteral("text/uri-list"), "file://" + bytes + "/\r\n");
+        QVERIFY2(drop(*main_->window, data), name);
+        QCOMPARE(main_->job.state.options.source.value_or(NativePath()).native(), folder.native());
+    }
+}
+
+void FrmMainActionsTest::onlyOneFolderCanBeDropped() {
+    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("1234"));
+    const QUrl folder = QUrl::fromLocalFile(toQtPath(main_->temp / "source"));
+    const QUrl file = QUrl::fromLocalFile(toQtPath(main_->temp.write("file", "")));
+    const QUrl elsewhere(QStringLiteral("smb://server/source"));
+    for (const QList<QUrl>& urls : {QList<QUrl>{folder, folder}, {file}, {elsewhere}, {}}) {
+        QMimeData data;
+        data.setUrls(urls);
+        QVERIFY(!drop(*main_->window, data));
+    }
+    QCOMPARE(main_->text("lblSource"), QStringLiteral("None"));
+}
+
+void FrmMainActionsTest::aQuestionStandsOverWhatItAsksAbout() {
+    main_->temp.write("local/1234.csv", "");
+    QtDialogs dialogs([this] { main_->loop.refreshScreens(); });
+    const Surroundings surroundings{main_->clock, main_->dates, dialogs, main_->loop, "LAB7"};
+    Job job(main_->installation, surroundings);
+    const ScreenContext context{main_->installation, surroundings, job.kept(), job, main_->navigator, main_->loop};
+    frmMain window(context, {});
+    window.reloadForm();
+    window.findChild<QLineEdit*>(QStringLiteral("Textbox1"))->setText(QStringLiteral("1234"));
+    QTimer::singleShot(0, &window, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box != nullptr);
+        QCOMPARE(window.findChild<QLabel*>(QStringLiteral("lblSource"))->text(), toQtPath(main_->temp / "source"));
+        QCOMPARE(window.findChild<Grid*>(QStringLiteral("iGrid1"))->rowCount(), 1);
+        QVERIFY(window.findChild<QToolButton*>(QStringLiteral("Toolbar1_3"))->isEnabled());
+        box->button(QMessageBox::No)->click();
+    });
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(toQtPath(main_->temp / "source"))});
+    QVERIFY(drop(window, data));
+    QVERIFY(!job.state.options.overwriteConfirmed);
 }
 
 void FrmMainActionsTest::theSeparatorEntryAsksAndSaves() {

@@ -22,11 +22,11 @@
 
 namespace quillon::test {
 
-/// The time of day stands still; milliseconds jump at each look, so that no turn is left out.
+/// The time of day stands still; milliseconds jump at each look, so that every turn is a refresh.
 class JumpingClock final : public Clock {
 public:
     LocalTime now() const override { return {2026, 11, 15, 10, 20, 30, 0, 318}; }
-    std::int64_t milliseconds() const override { return tick_ += WindowEventLoop::kLongestInterval; }
+    std::int64_t milliseconds() const override { return tick_ += WindowEventLoop::kLongestRefresh; }
 
 private:
     mutable std::int64_t tick_ = 1000;
@@ -56,7 +56,7 @@ public:
 
     /// Makes the window and runs its start sequence.
     frmMain& open() {
-        window = std::make_unique<frmMain>(context, MainWindowAlerts{});
+        window = std::make_unique<frmMain>(context, alerts);
         window->reloadForm();
         return *window;
     }
@@ -95,6 +95,7 @@ public:
     Job job{installation, surroundings};
     Navigator navigator;
     ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
+    MainWindowAlerts alerts;  ///< what `open` gives the window; at first nothing can be sent or found
     std::unique_ptr<frmMain> window;
 };
 

@@ -1,29 +1,27 @@
 // SPDX-License-Identifier: MIT
-// Makes the pictures of the help and the README from the real window: sets an installation up, runs a job over a tree
-// and saves what the window shows. Run by scripts/make_pictures.sh.
+// Makes the pictures of the help and the README from the real screens: sets an installation up, runs a job over a tree
+// and saves what the main window and every screen behind it show. Run by scripts/make_pictures.sh.
 //
-//   quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE [--start | --time | --screen NAME]
+//   quillon_picture_maker APPLICATION_FOLDER SOURCE LOOK FOLDER
 //
-// --start shows the window before a job, --screen another screen behind it; --time runs the job with "Show Progress" on
-// and tells its processor time, to be compared with quillon-job over the same tree.
+// APPLICATION_FOLDER has the starter database and the help and is set up by this; its path is in the pictures. LOOK is
+// "light" or "dark". Two runs make the same pictures.
 
 #include <cstdio>
-#include <ctime>
-#include <map>
 
 #include <QApplication>
-#include <QCheckBox>
+#include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTimer>
+#include <QTabWidget>
 
+#include "archive/zip_handover.h"
+#include "editors/sector_preview.h"
 #include "job/job.h"
-#include "platform/copy_file.h"
 #include "setup/default_installation.h"
-#include "support/temp_folder.h"
+#include "support/yes_dialogs.h"
 #include "ui/frmMain.h"
-#include "ui/help_window.h"
-#include "ui/qt_dialogs.h"
+#include "ui/grid.h"
 #include "ui/qt_text.h"
 #include "ui/theme.h"
 #include "ui/window_event_loop.h"
@@ -32,95 +30,144 @@ using namespace quillon;
 
 namespace {
 
-// Answers every question by its first button: a picture is made without a person.
-class YesDialogs final : public Dialogs {
-public:
-    BoxAnswer show(const MessageBox& box) override {
-        return box.buttons == BoxButtons::Ok ? BoxAnswer::Ok : BoxAnswer::Yes;
-    }
-    std::optional<std::string> input(const std::string&, const std::string&, const std::string& initial) override {
-        return initial;
-    }
-    std::optional<NativePath> pickFolder(const std::string&, const NativePath&) override { return source; }
-    std::vector<NativePath> pickFiles(const FilePick&) override { return {}; }
+constexpr const char* kJobId = "2026-0417";
 
-    NativePath source;
+// The time of day stands still, and each look at the milliseconds is one: a figure of speed is the same in every run.
+class PictureClock final : public Clock {
+public:
+    LocalTime now() const override { return {2026, 4, 17, 10, 20, 30, 5, 106}; }
+    std::int64_t milliseconds() const override { return ++tick_; }
+
+private:
+    mutable std::int64_t tick_ = 1000;
 };
 
-void runJob(frmMain& window) {
-    window.findChild<QLineEdit*>(QStringLiteral("Textbox1"))->setText(QStringLiteral("2026-0417"));
-    for (const char* button : {"CommandButton1", "CommandButton3"})
-        window.findChild<QPushButton*>(QLatin1String(button))->click();
+template <typename Control>
+Control& control(QWidget& window, const char* name) {
+    auto* found = window.findChild<Control*>(QLatin1String(name));
+    if (found == nullptr)
+        qFatal("no control %s", name);
+    return *found;
 }
 
-// Opens one screen over the main window, as its entry does, and saves what it shows.
-bool saveScreen(Navigator& navigator, const QString& name, const QString& file) {
-    const std::map<QString, Screen> screens = {
-        {QStringLiteral("SkipList"), Screen::SkipList},      {QStringLiteral("CommonHeaders"), Screen::CommonHeaders},
-        {QStringLiteral("Updatedb"), Screen::Updatedb},      {QStringLiteral("Errors"), Screen::Errors},
-        {QStringLiteral("ViewList"), Screen::ViewList},      {QStringLiteral("Zip"), Screen::Zip},
-        {QStringLiteral("SetupWizard"), Screen::SetupWizard}};
-    const auto screen = screens.find(name);
-    if (screen == screens.end())
-        return false;
-    navigator.open(screen->second);
-    QApplication::processEvents();
-    QWidget* window = navigator.window(screen->second);
-    return window != nullptr && window->grab().save(file);
-}
+class Camera {
+public:
+    Camera(const ScreenContext& context, QString folder, QString look)
+        : context_(context), folder_(std::move(folder)), look_(std::move(look)) {}
 
-bool takePicture(frmMain& window, Navigator& navigator, WindowEventLoop& loop, const QStringList& arguments) {
-    const QString option = arguments.value(7);
-    window.resize(arguments[4].toInt(), arguments[5].toInt());
-    window.reloadForm();
-    if (option == QStringLiteral("--time"))
-        window.findChild<QCheckBox*>(QStringLiteral("Check1"))->setChecked(true);
-    const std::clock_t before = std::clock();
-    if (option != QStringLiteral("--start"))
-        runJob(window);
-    if (option == QStringLiteral("--time"))
-        std::printf("CPU milliseconds of the job: %ld\n",
-                    static_cast<long>((std::clock() - before) * 1000 / CLOCKS_PER_SEC));
-    loop.flush();
-    if (option == QStringLiteral("--screen"))
-        return saveScreen(navigator, arguments.value(8), arguments[6]);
-    return window.grab().save(arguments[6]);
-}
+    void takeMainWindow(frmMain& window) {
+        window.resize(1280, 800);
+        window.reloadForm();
+        save(window, QStringLiteral("main-start"));
+        control<QLineEdit>(window, "Textbox1").setText(QLatin1String(kJobId));
+        for (const char* button : {"CommandButton1", "CommandButton3"}) control<QPushButton>(window, button).click();
+        save(window, QStringLiteral("main"));
+        window.resize(2560, 1440);
+        save(window, QStringLiteral("main-large"));
+        window.resize(1024, 700);
+        save(window, QStringLiteral("main-small"));
+        window.resize(1280, 800);
+    }
 
-int makePicture(QApplication& application, const QStringList& arguments) {
+    void takeScreens() {
+        take(Screen::SkipList, "skip-list");
+        take(Screen::Updatedb, "database");
+        take(Screen::CommonHeaders, "common-headers");
+        take(Screen::Errors, "messages");
+        take(Screen::BadSectors, "bad-sectors");
+        take(Screen::PreviewBadSector, "bad-sector-preview", SectorPreview{std::string(512, '\xE5')});
+        take(Screen::Zip, "zip", ZipHandover{kJobId, "-"});
+        take(Screen::SetupNetwork, "setup-network");
+        take(Screen::About, "about");
+        take(Screen::Help, "help");
+    }
+
+    // The corrupt files, and the first of them in the editor.
+    void takeViewerAndEditor() {
+        QWidget& viewer = open(Screen::ViewList);
+        auto& category = control<QComboBox>(viewer, "Combo1");
+        category.setCurrentIndex(category.findText(QStringLiteral("Header Corrupt")));
+        control<QPushButton>(viewer, "Command2").click();
+        control<Grid>(viewer, "iGrid1").setCurrentRow(0);
+        save(viewer, QStringLiteral("list"));
+        control<QPushButton>(viewer, "Command3").click();
+        if (QWidget* editor = context_.navigator.window(Screen::ExtEditor))
+            save(*editor, QStringLiteral("editor"));
+        context_.navigator.unload(Screen::ExtEditor);
+        context_.navigator.unload(Screen::ViewList);
+    }
+
+    void takeWizard() {
+        QWidget& wizard = open(Screen::SetupWizard);
+        auto& tabs = control<QTabWidget>(wizard, "SftTabs1");
+        for (int tab = 0; tab < tabs.count(); ++tab) {
+            const QSignalBlocker quiet(tabs);  // a tab is looked at, not gone to
+            tabs.setTabEnabled(tab, true);
+            tabs.setCurrentIndex(tab);
+            save(wizard, tab == 0 ? QStringLiteral("setup") : QStringLiteral("setup-%1").arg(tab + 1));
+        }
+        context_.navigator.unload(Screen::SetupWizard);
+    }
+
+    [[nodiscard]] bool failed() const { return failed_; }
+
+private:
+    QWidget& open(Screen screen, const std::any& handOver = {}) {
+        context_.navigator.open(screen, handOver);
+        return *context_.navigator.window(screen);
+    }
+
+    void take(Screen screen, const char* name, const std::any& handOver = {}) {
+        save(open(screen, handOver), QLatin1String(name));
+        context_.navigator.unload(screen);
+    }
+
+    void save(QWidget& window, const QString& name) {
+        context_.loop.flush();
+        const QString file = folder_ + QLatin1Char('/') + name + QLatin1Char('-') + look_ + QStringLiteral(".png");
+        const bool saved = window.grab().save(file, nullptr, 0);  // 0: packed as tightly as can be
+        failed_ = failed_ || !saved;
+        std::puts(qPrintable(file));
+    }
+
+    const ScreenContext& context_;
+    QString folder_;
+    QString look_;
+    bool failed_ = false;
+};
+
+int makePictures(QApplication& application, const QStringList& arguments) {
     applyLook(application, arguments[3] == QStringLiteral("dark") ? Look::Dark : Look::Light);
-    const test::TempFolder temp;
-    const NativePath zip = temp / kDefaultDatabaseName;
-    if (!copyDataFile(fromQtPath(arguments[1]), zip))
-        return 1;
-    const SystemClock clock;
+    const PictureClock clock;
     const DateTexts dates("C");
-    YesDialogs dialogs;
-    dialogs.source = fromQtPath(arguments[2]);
+    test::YesDialogs dialogs(fromQtPath(arguments[2]));
     WindowEventLoop loop(clock);
     const Surroundings surroundings{clock, dates, dialogs, loop, "LAB7"};
-    Installation installation(temp.path());
+    Installation installation(fromQtPath(arguments[1]));
     if (!setUpDefaultInstallation(installation))
         return 1;
-    temp.write(kHelpFileName, "");
     Job job(installation, surroundings);
     Navigator navigator;
     const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
     registerScreens(context);
     frmMain window(context, {});
-    return takePicture(window, navigator, loop, arguments) ? 0 : 1;
+    Camera camera(context, arguments[4], arguments[3]);
+    camera.takeMainWindow(window);
+    camera.takeScreens();
+    camera.takeViewerAndEditor();
+    camera.takeWizard();
+    return camera.failed() ? 1 : 0;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() < 7) {
-        std::fputs(
-            "usage: quillon_picture_maker DB_ZIP SOURCE LOOK WIDTH HEIGHT PICTURE [--start | --time | --screen NAME]\n",
-            stderr);
+    if (arguments.size() != 5) {
+        std::fputs("usage: quillon_picture_maker APPLICATION_FOLDER SOURCE LOOK FOLDER\n", stderr);
         return 2;
     }
-    return makePicture(application, arguments);
+    return makePictures(application, arguments);
 }

@@ -40,6 +40,7 @@ private slots:
     void anInputGivesItsTextOrNothing();
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
+    void theScreensBehindAreBroughtUpToDateFirst();
 };
 
 void QtDialogsTest::aBoxHasTitleAndTextToTheLetterAsPlainText() {
@@ -126,6 +127,26 @@ void QtDialogsTest::aFilePickerHasFiltersSuffixAndFolder() {
         QMetaObject::invokeMethod(&picker, "accept");
     });
     QCOMPARE(QtDialogs().pickFiles(pick), std::vector<NativePath>{wanted});
+}
+
+void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
+    int refreshes = 0;
+    QtDialogs dialogs([&refreshes] { ++refreshes; });
+    int shown = 0;
+    const auto leave = [&](QDialog& dialog) {
+        ++shown;
+        QCOMPARE(refreshes, shown);
+        dialog.reject();
+    };
+    onDialog<QDialog>(leave);
+    dialogs.show({"T", "x", BoxStyle::Question, BoxButtons::YesNo});
+    onDialog<QDialog>(leave);
+    dialogs.input("T", "p", "");
+    onDialog<QDialog>(leave);
+    dialogs.pickFolder("T", {});
+    onDialog<QDialog>(leave);
+    dialogs.pickFiles({});
+    QCOMPARE(shown, 4);
 }
 
 QTEST_MAIN(QtDialogsTest)
