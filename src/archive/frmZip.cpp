@@ -142,8 +142,7 @@ void frmZip::closeEvent(QCloseEvent* event) {
         return;
     }
     event->accept();
-    if (MainWindowDoor* main = context_.navigator.main())
-        main->showMain();
+    context_.navigator.showMain();
     context_.navigator.unload(Screen::Zip);
 }
 

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "ui/window_place.h"
+
+#include <algorithm>
+
+#include <QScreen>
+#include <QWidget>
+
+namespace quillon {
+
+void placeOver(QWidget& window, const QWidget* opener) {
+    if (opener == nullptr || opener == &window)
+        return;
+    const QRect opened = opener->frameGeometry();
+    const QSize border = opened.size() - opener->size();
+    QRect place({}, window.size() + border);
+    place.moveCenter(opened.center());
+    const QRect room = opener->screen()->availableGeometry();
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+    window.move(std::max(place.left(), room.left()), std::max(place.top(), room.top()));
+}
+
+void hideInPlace(QWidget& window) {
+    const QPoint place = window.pos();
+    window.hide();
+    window.move(place);
+}
+
+}  // namespace quillon
