@@ -135,6 +135,7 @@ QLayout* frmZip::createCommands() {
     Command3 = makeButton("Command3", "Close");
     makePrimary(*Command4);
     line->addWidget(ProgressBar1, 1);
+    line->addStretch();  // where there is no bar, the buttons keep their size
     line->addWidget(Command6);
     line->addWidget(Command4);
     line->addWidget(Command3);
