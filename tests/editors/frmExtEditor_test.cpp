@@ -10,9 +10,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QTest>
 
-#include "support/screen_control.h"
 #include "text/list_text.h"
 #include "ui/grid.h"
 #include "ui/hex_view.h"
@@ -29,6 +27,7 @@ private slots:
     void cleanup();
     void everyControlHasItsNameCaptionAndState();
     void theGridHasItsColumns();
+    void theExtensionCannotBeEdited();
     void theFirstFileIsShown();
     void steppingGoesThroughTheFiles();
     void theListShowsReadableNames();
@@ -169,6 +168,11 @@ void FrmExtEditorTest::theGridHasItsColumns() {
     QCOMPARE(grid.columnWidth(1), 60);
     QCOMPARE(grid.columnWidth(2), 50);
     QCOMPARE(terms(), std::string("AAA|1|T\nFFD8|0|H\n"));
+}
+
+void FrmExtEditorTest::theExtensionCannotBeEdited() {
+    QTest::keyClicks(&control<QLineEdit>("Text1"), QStringLiteral("x"));
+    QCOMPARE(field("Text1"), QStringLiteral("qlx"));
 }
 
 void FrmExtEditorTest::theFirstFileIsShown() {
