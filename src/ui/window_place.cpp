@@ -5,6 +5,7 @@
 
 #include <QScreen>
 #include <QWidget>
+#include <QWindow>
 
 namespace quillon {
 
@@ -21,10 +22,14 @@ void placeOver(QWidget& window, const QWidget* opener) {
     window.move(std::max(place.left(), room.left()), std::max(place.top(), room.top()));
 }
 
+// The place is set although it is the same: only a window that was placed by its program asks for its place when it is
+// shown.
 void hideInPlace(QWidget& window) {
-    const QPoint place = window.pos();
+    QWindow* handle = window.windowHandle();
+    const QPoint place = handle != nullptr ? handle->framePosition() : QPoint();
     window.hide();
-    window.move(place);
+    if (handle != nullptr)
+        handle->setFramePosition(place);
 }
 
 }  // namespace quillon
