@@ -24,6 +24,15 @@ function(zipped variable file name)
     set(${variable} ${${variable}} "${package_folder}/${name}.gz" PARENT_SCOPE)
 endfunction()
 
+# The day of the release stands in CHANGELOG.md; the package tells it too, so that a build is the same on every day.
+file(STRINGS CHANGELOG.md release_heading REGEX "^## ${PROJECT_VERSION} - [0-9-]+$")
+string(REGEX MATCH "[0-9-]+$" release_day "${release_heading}")
+execute_process(COMMAND date --utc --rfc-email "--date=${release_day} 12:00" OUTPUT_VARIABLE release_date
+    OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(NOT release_day OR NOT release_date)
+    message(FATAL_ERROR "CHANGELOG.md has no line \"## ${PROJECT_VERSION} - YYYY-MM-DD\"")
+endif()
+
 set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-messenger.1)
 set(completions data/completion/quillon-job data/completion/quillon-messenger)
 
@@ -41,9 +50,10 @@ foreach(page IN LISTS manual_pages)
     zipped(zipped_pages "${PROJECT_SOURCE_DIR}/${page}" "${name}")
 endforeach()
 zipped(zipped_changelog "${package_folder}/changelog" changelog)
-add_custom_target(package_documents ALL DEPENDS ${zipped_pages} ${zipped_changelog})
+zipped(zipped_changes "${PROJECT_SOURCE_DIR}/CHANGELOG.md" CHANGELOG.md)
+add_custom_target(package_documents ALL DEPENDS ${zipped_pages} ${zipped_changelog} ${zipped_changes})
 install(FILES ${zipped_pages} DESTINATION usr/share/man/man1 COMPONENT debian)
-install(FILES ${zipped_changelog} data/package/copyright DESTINATION usr/share/doc/quillon COMPONENT debian)
+install(FILES ${zipped_changelog} ${zipped_changes} data/package/copyright DESTINATION usr/share/doc/quillon COMPONENT debian)
 install(FILES data/avahi/quillon-messenger.service DESTINATION usr/share/doc/quillon/examples/avahi COMPONENT debian)
 install(FILES data/systemd/quillon-messenger.service DESTINATION usr/lib/systemd/user COMPONENT debian)
 install(FILES ${completions} DESTINATION usr/share/bash-completion/completions COMPONENT debian)

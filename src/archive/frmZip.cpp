@@ -130,8 +130,7 @@ void frmZip::Command3_Click() {
 }
 
 void frmZip::leave() {
-    if (MainWindowDoor* main = context_.navigator.main())
-        main->showMain();
+    context_.navigator.showMain();
     context_.navigator.unload(Screen::Zip);
 }
 

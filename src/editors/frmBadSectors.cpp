@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "editors/bad_sector_marker.h"
@@ -29,6 +30,7 @@ frmBadSectors::frmBadSectors(const ScreenContext& context) : context_(context) {
     connect(tBadsector, &QLineEdit::returnPressed, Command3, &QPushButton::click);
     connect(Command3, &QPushButton::clicked, this, &frmBadSectors::Command3_Click);
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
     tBadsector->setFocus();
 }
 
@@ -90,8 +92,7 @@ void frmBadSectors::Command3_Click() {
 void frmBadSectors::closeEvent(QCloseEvent* event) {
     event->accept();
     context_.navigator.unload(Screen::PreviewBadSector);
-    if (context_.navigator.main() != nullptr)
-        context_.navigator.main()->showMain();
+    context_.navigator.showMain();
     context_.navigator.unload(Screen::BadSectors);
 }
 

@@ -239,8 +239,7 @@ void frmCommonHeaders::showEntry() {
 
 void frmCommonHeaders::closeEvent(QCloseEvent* event) {
     event->accept();
-    if (context_.navigator.main() != nullptr)
-        context_.navigator.main()->showMain();
+    context_.navigator.showMain();
 }
 
 }  // namespace quillon

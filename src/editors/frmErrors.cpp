@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "job/job.h"
@@ -63,6 +64,7 @@ void frmErrors::connectControls() {
         connect(tError[i], &QLineEdit::returnPressed, Command1, &QPushButton::click);
     }
     connect(Command1, &QPushButton::clicked, this, &frmErrors::Command1_Click);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 // A save that failed leaves the screen open with all that was typed.
@@ -77,8 +79,7 @@ void frmErrors::Command1_Click() {
 
 void frmErrors::closeEvent(QCloseEvent* event) {
     event->accept();
-    if (context_.navigator.main() != nullptr)
-        context_.navigator.main()->showMain();
+    context_.navigator.showMain();
 }
 
 }  // namespace quillon

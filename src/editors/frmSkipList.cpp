@@ -155,8 +155,7 @@ void frmSkipList::showEntry() {
 
 void frmSkipList::closeEvent(QCloseEvent* event) {
     event->accept();
-    if (context_.navigator.main() != nullptr)
-        context_.navigator.main()->showMain();
+    context_.navigator.showMain();
 }
 
 }  // namespace quillon

@@ -258,8 +258,7 @@ void frmUpdatedb::showCriteria() {
 void frmUpdatedb::closeEvent(QCloseEvent* event) {
     editor_.save();
     event->accept();
-    if (context_.navigator.main() != nullptr)
-        context_.navigator.main()->showMain();
+    context_.navigator.showMain();
 }
 
 }  // namespace quillon

@@ -14,6 +14,7 @@
 #include "platform/host.h"
 #include "setup/default_installation.h"
 #include "text/list_text.h"
+#include "ui/enter_key.h"
 #include "ui/frmMain.h"
 #include "ui/help_window.h"
 #include "ui/navigator.h"
@@ -60,6 +61,7 @@ int runWindow(QApplication& application) {
     Navigator navigator;
     const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
     registerScreens(context);
+    installEnterKey(application);
     installHelpKey(application, navigator, installation.appFolder() / kHelpFileName);
 
     UdpSocket server(resolveHost);

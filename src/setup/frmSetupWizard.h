@@ -6,17 +6,20 @@
 //
 //   Label1                          "Setup the ZOV Software"  heading
 //   SftTabs1, tab "Setup DB"
+//     frameMethod                   "Setup Method"
 //     Label3                        "I want to setup my system by .."
 //     Option1_0, Option1_1          "Importing a current setup", "Manually Setup this sytem"
 //     Label4                        a text that follows the choice
 //     Command1                      "Next >"
 //   tab "Local Paths"
+//     frameLocal                    "Local Paths"
 //     Label5                        guide text
 //     Label7, Text1, Command2       "Local Path", shown only, "Browse"
 //     Label8, Text2, Command3       "Archive Path", shown only, "Browse"
 //     Label6                        hint to browse, shown after a key press in a path
 //     Command6                      "Next >"
 //   tab "Shared Path"
+//     frameShared                   "Shared DB Path"
 //     Label9                        what the shared path is for
 //     Check5                        "Use Shared DB (Recommended))"
 //     Label10, Text3, Command4      "Shared DB Path", shown only, "Browse"
@@ -24,15 +27,18 @@
 //     Label11                       hint to browse
 //     Command7                      "Next >"
 //   tab "Defaults"
+//     frameDefaults                 "Set Program Default Testing Settings"
 //     Label12; Check2 "Run File Header Test", Check3 "Use Skip List", Check4 "Use Common Headers"
 //     Label19, Text4                "File list separator": without effect
 //     Command8                      "Next >"
 //   tab "Alerts"
+//     frameAlerts                   "Alerts"
 //     Label13
 //     Label14, Combo1, Command9, Command13    computer for automatic alerts, "Query" or "Test", "Revert"
 //     Label15, Combo2, Command10, Command15   computer for 'file zipped' notifications
 //     Command11                     "Next >"
 //   tab "Export"
+//     frameExport, frameSave        "Export Settings", "Save Settings"
 //     Label16, Command12            "Export"
 //     Label20, Command14            "Done"
 //   tab "Done"                      empty; no step leads to it

@@ -25,7 +25,8 @@
 //     Command3                      "Test"                    sends a test alert
 //   Frame5 "Stats"
 //     Label7 lfiles "Total Files:"; Label25 lFOlders "Total folders:"; Label9 lsize "Total Size:";
-//     Label26 lFolderErrors "Folder Errors:"; Label9_1 lCopyErrors "Copy Errors"; Label21 lTotCopied;
+//     Label26 lFolderErrors "Folder Errors:"; Label9_1 lCopyErrors "Copy Errors"; Label21 lTotCopied, and copiedNote
+//     (ours) "Copied:" while Label21 is empty;
 //     Label10 lRPC "Recovery Quality:"; Label19 "Throughput", Label16 files per minute, Label22 percentage of the copy;
 //     Label4 lGoodFIles "Good:"; Label24 lCommon "C/Head:"; Label5 lCorruptFiles "Corrupt:";
 //     Label6 lUnknownFiles "Unknown:"; Label1 lNoextensioN "No Ext:"; Label20 lEncrypted "Encrypted:";
@@ -44,6 +45,7 @@
 //   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 empty, _3 status of the job), Timer1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
 //     mnuFLS, mnuAutoUpdate), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
+//   openSetupNetwork (ours)         "Set up Network"        in the menu of the toolbar's Settings button
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).

@@ -8,6 +8,7 @@
 #include "ui/frmMain.h"
 #include "ui/qt_text.h"
 #include "ui/window_event_loop.h"
+#include "ui/window_place.h"
 
 namespace quillon {
 namespace {
@@ -87,7 +88,7 @@ void frmMain::openAndHide(Screen screen, const std::any& handOver) {
     if (!context_.navigator.has(screen))
         return;
     context_.navigator.open(screen, handOver);
-    hide();
+    hideInPlace(*this);
 }
 
 void frmMain::mnuOpen_Click() {

@@ -10,6 +10,8 @@
 #include <QEventLoop>
 #include <QWindow>
 
+#include "ui/window_place.h"
+
 namespace quillon {
 namespace {
 
@@ -65,6 +67,7 @@ QWidget* Navigator::load(Screen screen, const std::any& handOver) {
         return nullptr;
     std::erase_if(loaded_, [](const Loaded& one) { return one.window.isNull(); });
     QWidget* made = factory->second(handOver).release();
+    placeOver(*made, QApplication::activeWindow());
     loaded_.push_back({screen, made});
     return made;
 }
@@ -100,7 +103,7 @@ void Navigator::openModal(Screen screen, const std::any& handOver) {
 
 void Navigator::hide(Screen screen) {
     if (QWidget* shown = window(screen))
-        shown->hide();
+        hideInPlace(*shown);
 }
 
 void Navigator::unload(Screen screen) {

@@ -81,6 +81,11 @@ public:
     /// Null before the main window is made.
     void setMain(MainWindowDoor* main) { main_ = main; }
     [[nodiscard]] MainWindowDoor* main() const { return main_; }
+    /// Shows the main window behind a screen that goes. Nothing happens before it is made.
+    void showMain() const {
+        if (main_ != nullptr)
+            main_->showMain();
+    }
 
 private:
     struct Loaded {

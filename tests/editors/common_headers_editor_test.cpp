@@ -24,7 +24,7 @@ protected:
     [[nodiscard]] std::string listed() const { return commonHeaderBytes(editor.rows()); }
 
     EditorFolders folders;
-    CommonHeadersEditor editor{folders.installation, folders.dialogs(), folders.kept};
+    CommonHeadersEditor editor{folders.installation, folders.dialogs, folders.kept};
 };
 
 TEST_F(CommonHeadersEditorTest, ALineHoldsPositionTermTypeAndId) {
@@ -123,12 +123,12 @@ TEST_F(CommonHeadersEditorTest, AHexTermIsStoredInCapitalsWithoutBlanks) {
 }
 
 TEST_F(CommonHeadersEditorTest, ABadHexTermIsToldAndTheKeyboardGoesBackToIt) {
-    folders.dialogs().expectBox("Error", "Invalid hex must be in pairs (e.d. 01 02 03 or 010203)", BoxAnswer::Ok,
-                                BoxStyle::Warning, BoxButtons::Ok);
+    folders.dialogs.expectBox("Error", "Invalid hex must be in pairs (e.d. 01 02 03 or 010203)", BoxAnswer::Ok,
+                              BoxStyle::Warning, BoxButtons::Ok);
     EXPECT_EQ(enter({"X", "01 2", "1", true}), Entered::BadHexDigits);
-    folders.dialogs().expectBox("Hex Error",
-                                "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F",
-                                BoxAnswer::Ok, BoxStyle::Warning, BoxButtons::Ok);
+    folders.dialogs.expectBox("Hex Error",
+                              "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F",
+                              BoxAnswer::Ok, BoxStyle::Warning, BoxButtons::Ok);
     EXPECT_EQ(enter({"X", "0g", "1", true}), Entered::BadHexDigits);
     EXPECT_TRUE(editor.rows().empty());
 }
@@ -175,12 +175,12 @@ TEST_F(CommonHeadersEditorTest, DeleteSelectedAsks) {
     editor.load();
     editor.deleteSelected();
     editor.selectRow(1);
-    folders.dialogs().expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
-                                BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
+                              BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
     editor.deleteSelected();
     EXPECT_EQ(listed(), kTwo);
-    folders.dialogs().expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
-                                BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
+                              BoxAnswer::Yes);
     editor.deleteSelected();
     EXPECT_EQ(listed(), "1,MZ,T,Program\r\n");
     EXPECT_EQ(editor.selected(), -1);
@@ -193,12 +193,12 @@ constexpr const char* kAllShared = "Do you want to delete the SHARED copy of the
 TEST_F(CommonHeadersEditorTest, DeleteAllAsksAndKeepsTheLocalFile) {
     folders.folder.write(kLocal, kTwo);
     editor.load();
-    folders.dialogs().expectBox("Delete All?", kAll, BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Delete All?", kAll, BoxAnswer::No, BoxStyle::Question, BoxButtons::YesNo);
     editor.deleteAll();
     EXPECT_EQ(listed(), kTwo);
     editor.deleteAllEnabled = true;
     editor.selectRow(0);
-    folders.dialogs().expectBox("Delete All?", kAll, BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete All?", kAll, BoxAnswer::Yes);
     editor.deleteAll();
     EXPECT_TRUE(editor.rows().empty());
     EXPECT_EQ(editor.fields, CommonHeadersEditor::Fields{});
@@ -210,11 +210,11 @@ TEST_F(CommonHeadersEditorTest, DeleteAllAsksAndKeepsTheLocalFile) {
 TEST_F(CommonHeadersEditorTest, DeleteAllAsksForTheSharedCopyByItself) {
     for (const auto answer : {BoxAnswer::No, BoxAnswer::Yes}) {
         EditorFolders place(true);
-        CommonHeadersEditor screen(place.installation, place.dialogs(), place.kept);
+        CommonHeadersEditor screen(place.installation, place.dialogs, place.kept);
         place.folder.write(kShared, kTwo);
         screen.load();
-        place.dialogs().expectBox("Delete All?", kAll, BoxAnswer::Yes);
-        place.dialogs().expectBox("Delete Shared Copy?", kAllShared, answer, BoxStyle::Question, BoxButtons::YesNo);
+        place.dialogs.expectBox("Delete All?", kAll, BoxAnswer::Yes);
+        place.dialogs.expectBox("Delete Shared Copy?", kAllShared, answer, BoxStyle::Question, BoxButtons::YesNo);
         screen.deleteAll();
         EXPECT_EQ(place.has(kShared), answer == BoxAnswer::No);
         EXPECT_EQ(place.has(place.keptName("CommonHeaders.dat")), answer == BoxAnswer::Yes);
@@ -226,8 +226,8 @@ TEST_F(CommonHeadersEditorTest, ASharedCopyThatWasNotToBeDeletedIsKeptBeforeTheE
     folders.share(true);
     folders.folder.write(kShared, kTwo);
     editor.load();
-    folders.dialogs().expectBox("Delete All?", kAll, BoxAnswer::Yes);
-    folders.dialogs().expectBox("Delete Shared Copy?", kAllShared, BoxAnswer::No);
+    folders.dialogs.expectBox("Delete All?", kAll, BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete Shared Copy?", kAllShared, BoxAnswer::No);
     editor.deleteAll();
     ASSERT_TRUE(editor.save());
     EXPECT_EQ(folders.bytesOf(kShared), "");

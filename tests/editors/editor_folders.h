@@ -24,12 +24,12 @@ public:
     /// True for a file or folder of this name below the root of all.
     [[nodiscard]] bool has(std::string_view name) const { return pathExists(folder / name); }
 
-    [[nodiscard]] ScriptedDialogs& dialogs() { return fake.dialogs; }
-
     /// The bytes of a file, "(missing)" when there is none.
     [[nodiscard]] std::string bytesOf(std::string_view name) const {
         return readWholeFile(folder / name).value_or("(missing)");
     }
+
+    ScriptedDialogs& dialogs = fake.dialogs;
 };
 
 }  // namespace quillon::test

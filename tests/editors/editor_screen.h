@@ -13,7 +13,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStringList>
-#include <QTest>
 
 #include "editors/editor_folders.h"
 #include "job/job.h"
@@ -29,14 +28,14 @@ namespace quillon::test {
 class EditorScreen : public EditorFolders, private MainWindowDoor {
 public:
     explicit EditorScreen(Screen screen) : screen_(screen) {
-        dialogs().onProblem = [this](const std::string& problem) { problems << toQt(problem); };
+        dialogs.onProblem = [this](const std::string& problem) { problems << toQt(problem); };
         registerScreens(context);
         navigator.setMain(this);
     }
 
     // The dialogs outlive the list of problems.
     ~EditorScreen() override {
-        dialogs().onProblem = [](const std::string&) {};
+        dialogs.onProblem = [](const std::string&) {};
     }
 
     /// Opens the screen without waiting for it.
@@ -81,14 +80,10 @@ public:
         }
     }
 
-    /// What does not fit the table, one line for each control; empty when all fits.
-    [[nodiscard]] QStringList misfits(const std::vector<ControlState>& table) const {
-        QStringList found;
-        for (const ControlState& told : table) {
-            if (const QString difference = differenceFrom(told, window()); !difference.isEmpty())
-                found << difference;
-        }
-        return found;
+    /// A shortcut of a window, which hears keys only while it is the active one.
+    static void pressIn(QWidget& window, Qt::Key key) {
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::keyClick(&window, key);
     }
 
     QStringList problems;
@@ -109,13 +104,3 @@ private:
 };
 
 }  // namespace quillon::test
-
-/// Ends a screen test: all questions were asked as told, and no other one.
-#define VERIFY_DIALOGS(screen)                                                      \
-    do {                                                                            \
-        const bool allAsked = (screen)->dialogs().done();                           \
-        const QStringList problems = (screen)->problems;                            \
-        (screen).reset();                                                           \
-        QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n')))); \
-        QVERIFY(allAsked);                                                          \
-    } while (false)

@@ -61,10 +61,10 @@ protected:
         editor.state.type = type;
     }
     void expectWarning(const char* title, const char* text) {
-        folders.dialogs().expectBox(title, text, BoxAnswer::Ok, BoxStyle::Warning, BoxButtons::Ok);
+        folders.dialogs.expectBox(title, text, BoxAnswer::Ok, BoxStyle::Warning, BoxButtons::Ok);
     }
     void expectQuestion(const char* title, const std::string& text, BoxAnswer answer) {
-        folders.dialogs().expectBox(title, text, answer, BoxStyle::Question, BoxButtons::YesNo);
+        folders.dialogs.expectBox(title, text, answer, BoxStyle::Question, BoxButtons::YesNo);
     }
     void expectResult(const std::string& good, const std::string& bad, BoxAnswer answer) {
         expectQuestion("Add term",

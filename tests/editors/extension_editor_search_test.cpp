@@ -88,11 +88,11 @@ TEST_F(ExtensionEditorSearchTest, OtherCharactersMayBecomeATextSearch) {
     addHead("a.qlx", "WORD");
     open();
     enter("1", "wo rd", kHexType);
-    folders.dialogs().expectBox("Hex Error", question, BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Hex Error", question, BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
     editor.search();
     EXPECT_EQ(host.termFocus, 1);
     EXPECT_EQ(editor.state.type, kHexType);
-    folders.dialogs().expectBox("Hex Error", question, BoxAnswer::Yes, BoxStyle::Warning, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Hex Error", question, BoxAnswer::Yes, BoxStyle::Warning, BoxButtons::YesNo);
     expectResult(" 1", " 0", BoxAnswer::Yes);
     editor.search();
     EXPECT_EQ(listed(), "1,WORD,T\r\n");
@@ -220,22 +220,22 @@ TEST_F(ExtensionEditorSearchTest, AnIdentifierIsAppendedToTheSharedListAlone) {
     const char* prompt =
         "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term FFD8\r\nThe current prefix is "
         "\r\n\r\nAppears to be of file type: \r\n";
-    folders.dialogs().expectInput("Enter Identifier", prompt, "Picture", "");
+    folders.dialogs.expectInput("Enter Identifier", prompt, "Picture", "");
     editor.popupAddCommon();
     EXPECT_EQ(folders.bytesOf("share/Settings/CommonHeaders.dat"), "1,PK,T,archive\r\n0,FFD8,H,Picture\r\n");
     EXPECT_FALSE(folders.has("local/Settings/CommonHeaders.dat"));
-    folders.dialogs().expectInput("Enter Identifier", prompt, "");
-    folders.dialogs().expectBox("No ID Entered", "Term not added!", BoxAnswer::Ok, BoxStyle::Plain, BoxButtons::Ok);
+    folders.dialogs.expectInput("Enter Identifier", prompt, "");
+    folders.dialogs.expectBox("No ID Entered", "Term not added!", BoxAnswer::Ok, BoxStyle::Plain, BoxButtons::Ok);
     editor.popupAddCommon();
 }
 
 TEST_F(ExtensionEditorSearchTest, WithoutSharingAnIdentifierIsAskedForAndNothingIsStored) {
     openTerms("1,AAA,T\r\n");
     editor.hitRow(0);
-    folders.dialogs().expectInput("Enter Identifier",
-                                  "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term "
-                                  "AAA\r\nThe current prefix is \r\n\r\nAppears to be of file type: \r\n",
-                                  "Picture");
+    folders.dialogs.expectInput("Enter Identifier",
+                                "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term "
+                                "AAA\r\nThe current prefix is \r\n\r\nAppears to be of file type: \r\n",
+                                "Picture");
     editor.popupAddCommon();
     EXPECT_FALSE(folders.has("local/Settings/CommonHeaders.dat"));
     EXPECT_FALSE(folders.has("share/Settings/CommonHeaders.dat"));

@@ -213,7 +213,7 @@ TEST_F(ExtensionEditorTest, PresetsFillTheCriteriaAlone) {
 
 TEST_F(ExtensionEditorTest, ACommaIsRefusedInATerm) {
     open();
-    folders.dialogs().expectBox(
+    folders.dialogs.expectBox(
         "No Commas!",
         "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
         "using a comma, use a HEX based search for '2C'.",

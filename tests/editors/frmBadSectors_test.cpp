@@ -15,14 +15,12 @@ private slots:
     void init();
     void cleanup();
     void everyControlHasItsNameAndCaption();
-    void previewShowsTheSector();
     void anEmptyMarkerShowsNothing();
     void positionAndCheckBoxPlayNoPart();
     void addDoesNothing();
-    void aSecondPreviewShowsTheNewMarker();
-    void doneOnThePreviewGoesBack();
     void doneShowsTheMainWindow();
     void theCloseBoxShowsTheMainWindowToo();
+    void escapeShowsTheMainWindowToo();
 
 private:
     [[nodiscard]] std::string preview() const {
@@ -42,37 +40,37 @@ void FrmBadSectorsTest::init() {
 }
 
 void FrmBadSectorsTest::cleanup() {
-    VERIFY_DIALOGS(screen_);
+    test::closeScreens(screen_);
 }
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"Frame1",
+     "Bad sectors",
+     {
+         {"Label1", "Marker Text"},
+         {"tBadsector", ""},
+         {"Label2", "Position in sector"},
+         {"UniTextBoxEx1", "1"},
+         {"Check1", "Text repeats throughout sector"},
+         {"iGrid1", ""},
+         {"Command1", "Add"},
+         {"Command3", "Preview"},
+     }},
+    {"",
+     "",
+     {
+         {"Command2", "Done"},
+     }},
+};
+
+}  // namespace
 
 void FrmBadSectorsTest::everyControlHasItsNameAndCaption() {
     QCOMPARE(screen_->window().objectName(), QStringLiteral("frmBadSectors"));
     QCOMPARE(screen_->window().windowTitle(), QStringLiteral("Bad Sectors"));
-    QCOMPARE(screen_->misfits({{"Frame1", "Bad sectors"},
-                               {"Label1", "Marker Text"},
-                               {"tBadsector", ""},
-                               {"Label2", "Position in sector"},
-                               {"UniTextBoxEx1", "1"},
-                               {"Check1", "Text repeats throughout sector"},
-                               {"iGrid1", ""},
-                               {"Command1", "Add"},
-                               {"Command3", "Preview"},
-                               {"Command2", "Done"}}),
-             QStringList{});
-}
-
-void FrmBadSectorsTest::previewShowsTheSector() {
-    showMarker("BAD");
-    QWidget& window = screen_->windowOf(Screen::PreviewBadSector);
-    QCOMPARE(window.objectName(), QStringLiteral("frmPreviewBadSector"));
-    QCOMPARE(window.windowTitle(), QStringLiteral("Preview Bad Sector Marker"));
-    QCOMPARE(window.findChild<QWidget*>(QStringLiteral("Frame1"))->property("title").toString(),
-             QStringLiteral("Sector Preview"));
-    QCOMPARE(window.findChild<QPushButton*>(QStringLiteral("Command1"))->text(), QStringLiteral("Done"));
-    QCOMPARE(preview().size(), std::size_t{514});
-    QCOMPARE(preview().substr(0, 6), std::string("BADBAD"));
-    QCOMPARE(preview().substr(510), std::string("BA\r\n"));
-    QCOMPARE(screen_->bytesOf("app/bSector.test"), preview());
+    QCOMPARE(test::misfits(screen_->window(), kControls), QStringList());
 }
 
 void FrmBadSectorsTest::anEmptyMarkerShowsNothing() {
@@ -95,21 +93,6 @@ void FrmBadSectorsTest::addDoesNothing() {
     QCOMPARE(screen_->text("tBadsector"), QStringLiteral("x"));
 }
 
-void FrmBadSectorsTest::aSecondPreviewShowsTheNewMarker() {
-    showMarker("x");
-    showMarker("y");
-    QCOMPARE(preview(), std::string(512, 'y') + "\r\n");
-}
-
-void FrmBadSectorsTest::doneOnThePreviewGoesBack() {
-    showMarker("x");
-    screen_->windowOf(Screen::PreviewBadSector).findChild<QPushButton*>(QStringLiteral("Command1"))->click();
-    QVERIFY(screen_->navigator.window(Screen::PreviewBadSector) == nullptr);
-    QVERIFY(screen_->window().isVisible());
-    QCOMPARE(screen_->text("tBadsector"), QStringLiteral("x"));
-    QCOMPARE(screen_->mainShown, 0);
-}
-
 void FrmBadSectorsTest::doneShowsTheMainWindow() {
     showMarker("x");
     screen_->click("Command2");
@@ -120,6 +103,12 @@ void FrmBadSectorsTest::doneShowsTheMainWindow() {
 
 void FrmBadSectorsTest::theCloseBoxShowsTheMainWindowToo() {
     screen_->window().close();
+    QCOMPARE(screen_->mainShown, 1);
+    QVERIFY(screen_->navigator.window(Screen::BadSectors) == nullptr);
+}
+
+void FrmBadSectorsTest::escapeShowsTheMainWindowToo() {
+    test::EditorScreen::pressIn(screen_->window(), Qt::Key_Escape);
     QCOMPARE(screen_->mainShown, 1);
     QVERIFY(screen_->navigator.window(Screen::BadSectors) == nullptr);
 }

@@ -18,6 +18,7 @@ private slots:
     void everyControlHasItsNameAndCaption();
     void addAppendsARowAndClearsTheFields();
     void aRefusedEntryLeavesAllAsItIs();
+    void clearEmptiesTheFieldsAndTheSwitch();
     void aHexTermIsCheckedAndTakesTheKeyboard();
     void aClickOnARowUpdatesIt();
     void theRightButtonOnTheButtonChangesTheMode();
@@ -41,26 +42,41 @@ void FrmCommonHeadersTest::init() {
 }
 
 void FrmCommonHeadersTest::cleanup() {
-    VERIFY_DIALOGS(screen_);
+    test::closeScreens(screen_);
 }
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"",
+     "",
+     {
+         {"Label1", "ID"},
+         {"tID", ""},
+         {"Label2", "Term"},
+         {"Label5", "Offset"},
+         {"Label6", "Type"},
+         {"tTerm", ""},
+         {"tOffset", ""},
+         {"cboType", "Text"},
+         {"Command1", "Add"},
+         {"Command2", "Clear"},
+         {"Command3", "Delete Selected"},
+         {"Command4", "Done"},
+         {"Command5", "Delete All", true, false},
+         {"Check1", "Enable Delete all"},
+         {"Label4", "Current Prefix : Looks <b>like</b>: "},
+         {"Label3", "Right click on Update button to toggle input mode.", false},
+         {"iGrid1", ""},
+     }},
+};
+
+}  // namespace
 
 void FrmCommonHeadersTest::everyControlHasItsNameAndCaption() {
     QCOMPARE(screen_->window().objectName(), QStringLiteral("frmCommonHeaders"));
     QCOMPARE(screen_->window().windowTitle(), QStringLiteral("Common Headers"));
-    QCOMPARE(screen_->misfits({{"tID", ""},
-                               {"tTerm", ""},
-                               {"tOffset", ""},
-                               {"cboType", ""},
-                               {"Command1", "Add"},
-                               {"Command2", "Clear"},
-                               {"Command3", "Delete Selected"},
-                               {"Command4", "Done"},
-                               {"Command5", "Delete All", true, false},
-                               {"Check1", "Enable Delete all"},
-                               {"Label4", "Current Prefix : Looks <b>like</b>: "},
-                               {"Label3", "Right click on Update button to toggle input mode.", false},
-                               {"iGrid1", ""}}),
-             QStringList{});
+    QCOMPARE(test::misfits(screen_->window(), kControls), QStringList());
     QCOMPARE(screen_->control<QLabel>("Label4").textFormat(), Qt::PlainText);
     const QComboBox& type = screen_->control<QComboBox>("cboType");
     QCOMPARE(type.count(), 2);
@@ -99,13 +115,25 @@ void FrmCommonHeadersTest::aRefusedEntryLeavesAllAsItIs() {
     QCOMPARE(screen_->rows().size(), 3);
 }
 
+void FrmCommonHeadersTest::clearEmptiesTheFieldsAndTheSwitch() {
+    for (const char* box : {"tID", "tTerm", "tOffset"}) screen_->type(box, "1");
+    screen_->control<QComboBox>("cboType").setCurrentIndex(1);
+    screen_->control<QCheckBox>("Check1").setChecked(true);
+    screen_->click("Command2");
+    for (const char* box : {"tID", "tTerm", "tOffset"}) QCOMPARE(screen_->text(box), QString());
+    QCOMPARE(screen_->control<QComboBox>("cboType").currentIndex(), 0);
+    QVERIFY(!screen_->control<QCheckBox>("Check1").isChecked());
+    QVERIFY(!screen_->control<QPushButton>("Command5").isEnabled());
+    QCOMPARE(screen_->grid().rowCount(), 2);
+}
+
 void FrmCommonHeadersTest::aHexTermIsCheckedAndTakesTheKeyboard() {
     QVERIFY(QTest::qWaitForWindowActive(&screen_->window()));
     screen_->type("tID", "Zip");
     screen_->type("tTerm", "50 4");
     screen_->type("tOffset", "1");
     screen_->control<QComboBox>("cboType").setCurrentIndex(1);
-    screen_->dialogs().expectBox("Error", "Invalid hex must be in pairs (e.d. 01 02 03 or 010203)");
+    screen_->dialogs.expectBox("Error", "Invalid hex must be in pairs (e.d. 01 02 03 or 010203)");
     screen_->click("Command1");
     QVERIFY(screen_->control<QLineEdit>("tTerm").hasFocus());
     QCOMPARE(screen_->rows().size(), 2);
@@ -145,8 +173,8 @@ void FrmCommonHeadersTest::theMenuOfARowDeletesIt() {
     QCOMPARE(screen_->grid().currentRow(), 0);
     // An "&" of the data is written twice, so that a menu shows it.
     QCOMPARE(screen_->control<QAction>("mnuDelete").text(), QStringLiteral("Delete 'Program && more'"));
-    screen_->dialogs().expectBox("Delete Common Header ?",
-                                 "Are you sure you want to delete the entry for Program & more ?", BoxAnswer::Yes);
+    screen_->dialogs.expectBox("Delete Common Header ?",
+                               "Are you sure you want to delete the entry for Program & more ?", BoxAnswer::Yes);
     screen_->control<QAction>("mnuDelete").trigger();
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("OLE file|D0CF11|0|H")});
     screen_->control<QMenu>("mnuMenu").close();
@@ -155,8 +183,8 @@ void FrmCommonHeadersTest::theMenuOfARowDeletesIt() {
 void FrmCommonHeadersTest::deleteSelectedAsks() {
     screen_->click("Command3");
     screen_->clickRow(1);
-    screen_->dialogs().expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
-                                 BoxAnswer::No);
+    screen_->dialogs.expectBox("Delete Common Header ?", "Are you sure you want to delete the entry for OLE file ?",
+                               BoxAnswer::No);
     screen_->click("Command3");
     QCOMPARE(screen_->rows().size(), 2);
 }
@@ -164,8 +192,8 @@ void FrmCommonHeadersTest::deleteSelectedAsks() {
 void FrmCommonHeadersTest::deleteAllIsSwitchedOnByItsBox() {
     screen_->control<QCheckBox>("Check1").click();
     QVERIFY(screen_->control<QPushButton>("Command5").isEnabled());
-    screen_->dialogs().expectBox(
-        "Delete All?", "Are you sure you want to remove all refererences to common file types?", BoxAnswer::Yes);
+    screen_->dialogs.expectBox("Delete All?", "Are you sure you want to remove all refererences to common file types?",
+                               BoxAnswer::Yes);
     screen_->click("Command5");
     QVERIFY(screen_->rows().isEmpty());
     QVERIFY(!screen_->control<QCheckBox>("Check1").isChecked());

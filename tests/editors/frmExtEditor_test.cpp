@@ -10,10 +10,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
-#include <QTest>
 
 #include "text/list_text.h"
-#include "ui/control_table.h"
 #include "ui/grid.h"
 #include "ui/hex_view.h"
 #include "ui/main_window.h"
@@ -27,9 +25,9 @@ class FrmExtEditorTest : public QObject {
 private slots:
     void init();
     void cleanup();
-    void everyControlHasItsNameCaptionAndState_data();
     void everyControlHasItsNameCaptionAndState();
     void theGridHasItsColumns();
+    void theExtensionCannotBeEdited();
     void theFirstFileIsShown();
     void steppingGoesThroughTheFiles();
     void theListShowsReadableNames();
@@ -53,10 +51,7 @@ private slots:
 private:
     template <typename Control>
     [[nodiscard]] Control& control(const char* name) const {
-        auto* found = screen_->findChild<Control*>(QLatin1String(name));
-        if (found == nullptr)
-            qFatal("no control %s", name);
-        return *found;
+        return test::controlOf<Control>(*screen_, name);
     }
     void click(const char* button) const { control<QPushButton>(button).click(); }
     [[nodiscard]] QString field(const char* name) const { return control<QLineEdit>(name).text(); }
@@ -93,11 +88,7 @@ void FrmExtEditorTest::open(int category) {
 }
 
 void FrmExtEditorTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
 
 void FrmExtEditorTest::enter(const char* position, const char* term, int type) const {
@@ -116,53 +107,57 @@ std::string FrmExtEditorTest::terms() const {
 
 namespace {
 
-constexpr test::ControlCase kControls[] = {
-    {"Frame1", "", "Criteria"},
-    {"Label5", "Frame1", "Ext"},
-    {"Text1", "Frame1", "qlx", true, false},
-    {"Label2", "Frame1", "Position"},
-    {"Text2", "Frame1", ""},
-    {"Label3", "Frame1", "(0 = Anywhere)"},
-    {"Label1", "Frame1", "Term"},
-    {"Text3", "Frame1", ""},
-    {"Label4", "Frame1", "Type"},
-    {"Combo2", "Frame1", "Text"},
-    {"Command2", "Frame1", "Add"},
-    {"Command3", "Frame1", "Clr"},
-    {"Command11", "Frame1", "Test"},
-    {"Command6", "Frame1", "EXE/DLL"},
-    {"Command7", "Frame1", "OLE"},
-    {"Command8", "Frame1", "WP"},
-    {"Frame3", "", "Existing Terms"},
-    {"iGrid1", "Frame3", ""},
-    {"Command1", "Frame3", "Delete"},
-    {"Check1", "Frame3", "Enable Delete all"},
-    {"Command10", "Frame3", "Delete All", true, false},
-    {"Command12_0", "Frame3", "\xE2\x96\xB2"},
-    {"Command12_1", "Frame3", "\xE2\x96\xBC"},
-    {"Check2", "Frame3", "Update Master DB"},
-    {"Command5", "Frame3", "Done"},
-    {"Frame2", "", "Hex View"},
-    {"Command9", "Frame2", "-"},
-    {"Command4", "Frame2", "+"},
-    {"Label6", "Frame2", "Viewing file  1 of  3"},
-    {"Hex1", "Frame2", ""},
-    {"Label7", "Frame2", "Common header info", false},
-    {"Combo3", "Frame2", "(Please Select)", false},
-    {"Command13", "Frame2", "Test", false},
+const std::vector<test::FrameCase> kControls = {
+    {"Frame1",
+     "Criteria",
+     {
+         {"Label5", "Ext"},
+         {"Text1", "qlx", true, false},
+         {"Label2", "Position"},
+         {"Text2", ""},
+         {"Label3", "(0 = Anywhere)"},
+         {"Label1", "Term"},
+         {"Text3", ""},
+         {"Label4", "Type"},
+         {"Combo2", "Text"},
+         {"Command2", "Add"},
+         {"Command3", "Clr"},
+         {"Command11", "Test"},
+         {"Command6", "EXE/DLL"},
+         {"Command7", "OLE"},
+         {"Command8", "WP"},
+     }},
+    {"Frame3",
+     "Existing Terms",
+     {
+         {"iGrid1", ""},
+         {"Command1", "Delete"},
+         {"Check1", "Enable Delete all"},
+         {"Command10", "Delete All", true, false},
+         {"Command12_0", "\xE2\x96\xB2"},
+         {"Command12_1", "\xE2\x96\xBC"},
+         {"Check2", "Update Master DB"},
+         {"Command5", "Done"},
+     }},
+    {"Frame2",
+     "Hex View",
+     {
+         {"Command9", "-"},
+         {"Command4", "+"},
+         {"Label6", "Viewing file  1 of  3"},
+         {"Hex1", ""},
+         {"Label7", "Common header info", false},
+         {"Combo3", "(Please Select)", false},
+         {"Command13", "Test", false},
+     }},
 };
 
 }  // namespace
 
-void FrmExtEditorTest::everyControlHasItsNameCaptionAndState_data() {
-    test::addControlRows(kControls);
-}
-
 void FrmExtEditorTest::everyControlHasItsNameCaptionAndState() {
-    QFETCH(int, index);
     QCOMPARE(screen_->objectName(), QStringLiteral("frmExtEditor"));
     QCOMPARE(screen_->windowTitle(), QStringLiteral("Extension Editor"));
-    test::checkControl(*screen_, kControls[index]);
+    QCOMPARE(test::misfits(*screen_, kControls), QStringList());
 }
 
 void FrmExtEditorTest::theGridHasItsColumns() {
@@ -173,6 +168,11 @@ void FrmExtEditorTest::theGridHasItsColumns() {
     QCOMPARE(grid.columnWidth(1), 60);
     QCOMPARE(grid.columnWidth(2), 50);
     QCOMPARE(terms(), std::string("AAA|1|T\nFFD8|0|H\n"));
+}
+
+void FrmExtEditorTest::theExtensionCannotBeEdited() {
+    QTest::keyClicks(&control<QLineEdit>("Text1"), QStringLiteral("x"));
+    QCOMPARE(field("Text1"), QStringLiteral("qlx"));
 }
 
 void FrmExtEditorTest::theFirstFileIsShown() {

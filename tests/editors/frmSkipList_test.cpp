@@ -27,6 +27,7 @@ private slots:
     void helpOpensTheHelp();
     void theHelpOfAModalScreenCanBeUsed();
     void doneAndTheCloseBoxShowTheMainWindow();
+    void escapeShowsTheMainWindowToo();
     void modalWaitsUntilDone();
 
 private:
@@ -42,22 +43,39 @@ void FrmSkipListTest::init() {
 }
 
 void FrmSkipListTest::cleanup() {
-    VERIFY_DIALOGS(screen_);
+    test::closeScreens(screen_);
 }
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"Frame2",
+     "Criteria",
+     {
+         {"Label1", "Term"},
+         {"TextBox1", ""},
+         {"Command1", "Add"},
+         {"Command3", "Clear"},
+     }},
+    {"Frame1",
+     "Current Terms",
+     {
+         {"iGrid1", ""},
+         {"Command2", "Delete"},
+     }},
+    {"",
+     "",
+     {
+         {"Command4", "Done"},
+     }},
+};
+
+}  // namespace
 
 void FrmSkipListTest::everyControlHasItsNameAndCaption() {
     QCOMPARE(screen_->window().objectName(), QStringLiteral("frmSkipList"));
     QCOMPARE(screen_->window().windowTitle(), QStringLiteral("Skip List"));
-    QCOMPARE(screen_->misfits({{"Frame2", "Criteria"},
-                               {"Label1", "Term"},
-                               {"TextBox1", ""},
-                               {"Command1", "Add"},
-                               {"Command3", "Clear"},
-                               {"Frame1", "Current Terms"},
-                               {"iGrid1", ""},
-                               {"Command2", "Delete"},
-                               {"Command4", "Done"}}),
-             QStringList{});
+    QCOMPARE(test::misfits(screen_->window(), kControls), QStringList());
     QCOMPARE(screen_->control<QMenu>("mnu").title(), QStringLiteral("File"));
     QCOMPARE(screen_->control<QAction>("mnuLoad").text(), QStringLiteral("Load"));
     QCOMPARE(screen_->control<QAction>("mnuHelp").text(), QStringLiteral("Help"));
@@ -81,7 +99,7 @@ void FrmSkipListTest::enterInTheEntryAdds() {
 
 void FrmSkipListTest::anEqualTermIsTold() {
     screen_->type("TextBox1", "BETA");
-    screen_->dialogs().expectBox("Quillon", "Term already in skip list. ");
+    screen_->dialogs.expectBox("Quillon", "Term already in skip list. ");
     screen_->click("Command1");
     QCOMPARE(screen_->text("TextBox1"), QStringLiteral("BETA"));
 }
@@ -112,7 +130,7 @@ void FrmSkipListTest::clearGoesBackToAdd() {
 void FrmSkipListTest::deleteAsks() {
     screen_->click("Command2");
     screen_->clickRow(0);
-    screen_->dialogs().expectBox("Delete term?", "Are you sure you want to delete the term \r\nalpha?", BoxAnswer::Yes);
+    screen_->dialogs.expectBox("Delete term?", "Are you sure you want to delete the term \r\nalpha?", BoxAnswer::Yes);
     screen_->click("Command2");
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("beta")});
     QCOMPARE(screen_->grid().currentRow(), -1);
@@ -121,17 +139,17 @@ void FrmSkipListTest::deleteAsks() {
 
 void FrmSkipListTest::theDeleteKeyAsksToo() {
     screen_->clickRow(0);
-    screen_->dialogs().expectBox("Delete term?", "Are you sure you want to delete the term \r\nalpha?", BoxAnswer::No);
+    screen_->dialogs.expectBox("Delete term?", "Are you sure you want to delete the term \r\nalpha?", BoxAnswer::No);
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);
     QCOMPARE(screen_->rows().size(), 2);
 }
 
 void FrmSkipListTest::loadTakesAListFromAFile() {
     const NativePath chosen = screen_->folder.write("other.txt", "new\r\n");
-    screen_->dialogs().expectBox(
-        "Overwrite existing skip list",
-        "Importing a skip list will overwrite the existing skip list. Do you want to continue?", BoxAnswer::Yes);
-    screen_->dialogs().expectFiles("Open Skip List", {chosen});
+    screen_->dialogs.expectBox("Overwrite existing skip list",
+                               "Importing a skip list will overwrite the existing skip list. Do you want to continue?",
+                               BoxAnswer::Yes);
+    screen_->dialogs.expectFiles("Open Skip List", {chosen});
     screen_->control<QAction>("mnuLoad").trigger();
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("new")});
 }
@@ -169,6 +187,11 @@ void FrmSkipListTest::doneAndTheCloseBoxShowTheMainWindow() {
     screen_->open();
     screen_->window().close();
     QCOMPARE(screen_->mainShown, 2);
+}
+
+void FrmSkipListTest::escapeShowsTheMainWindowToo() {
+    test::EditorScreen::pressIn(screen_->window(), Qt::Key_Escape);
+    QCOMPARE(screen_->mainShown, 1);
 }
 
 void FrmSkipListTest::modalWaitsUntilDone() {

@@ -53,34 +53,50 @@ void FrmUpdatedbTest::init() {
 }
 
 void FrmUpdatedbTest::cleanup() {
-    VERIFY_DIALOGS(screen_);
+    test::closeScreens(screen_);
 }
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"Frame2",
+     "Criteria",
+     {
+         {"Label5", "Ext"},
+         {"Text1", ""},
+         {"Command4", "..."},
+         {"Label6", "Type extension or open file"},
+         {"Label2", "Position"},
+         {"Text2", ""},
+         {"Label3", "(0 = Anywhere)"},
+         {"Label1", "Term"},
+         {"Text3", ""},
+         {"Label4", "Type"},
+         {"Combo1", "Text"},
+         {"Command2", "Add"},
+         {"Command3", "Clr"},
+     }},
+    {"Frame3",
+     "Existing Terms",
+     {
+         {"iGrid1", ""},
+         {"Command1", "Delete"},
+         {"Check1", "Delete all terms"},
+         {"Command5", "Done"},
+     }},
+    {"Frame1",
+     "Hex View",
+     {
+         {"Hex1", ""},
+     }},
+};
+
+}  // namespace
 
 void FrmUpdatedbTest::everyControlHasItsNameAndCaption() {
     QCOMPARE(screen_->window().objectName(), QStringLiteral("frmUpdatedb"));
     QCOMPARE(screen_->window().windowTitle(), QStringLiteral("Manually Update Database"));
-    QCOMPARE(screen_->misfits({{"Frame2", "Criteria"},
-                               {"Label5", "Ext"},
-                               {"Text1", ""},
-                               {"Command4", "..."},
-                               {"Label6", "Type extension or open file"},
-                               {"Label2", "Position"},
-                               {"Text2", ""},
-                               {"Label3", "(0 = Anywhere)"},
-                               {"Label1", "Term"},
-                               {"Text3", ""},
-                               {"Label4", "Type"},
-                               {"Combo1", ""},
-                               {"Command2", "Add"},
-                               {"Command3", "Clr"},
-                               {"Frame3", "Existing Terms"},
-                               {"iGrid1", ""},
-                               {"Command1", "Delete"},
-                               {"Check1", "Delete all terms"},
-                               {"Command5", "Done"},
-                               {"Frame1", "Hex View"},
-                               {"Hex1", ""}}),
-             QStringList{});
+    QCOMPARE(test::misfits(screen_->window(), kControls), QStringList());
     const QComboBox& type = screen_->control<QComboBox>("Combo1");
     QCOMPARE(type.itemText(0), QStringLiteral("Text"));
     QCOMPARE(type.itemText(1), QStringLiteral("HEX"));
@@ -105,7 +121,7 @@ void FrmUpdatedbTest::typingAnExtensionLoadsItsTerms() {
 
 void FrmUpdatedbTest::openShowsTheSampleAndItsTerms() {
     const NativePath sample = screen_->folder.write("photo.jpg", std::string(511, 'a') + "bc");
-    screen_->dialogs().expectFiles("open a file to view headers", {sample});
+    screen_->dialogs.expectFiles("open a file to view headers", {sample});
     screen_->control<QAction>("mnuOpen").trigger();
     QCOMPARE(screen_->control<HexView>("Hex1").bytes(), std::string(511, 'a') + "b");
     QCOMPARE(screen_->bytesOf("app/fDump.bin"), std::string(511, 'a') + "b");
@@ -115,9 +131,9 @@ void FrmUpdatedbTest::openShowsTheSampleAndItsTerms() {
 
 void FrmUpdatedbTest::theButtonOpensAsTheMenuDoes() {
     const NativePath sample = screen_->folder.write("small.jpg", std::string(511, 'a'));
-    screen_->dialogs().expectFiles("open a file to view headers", {sample});
-    screen_->dialogs().expectBox("File too small", "File needs to be at least 512 bytes", BoxAnswer::Ok,
-                                 BoxStyle::Warning);
+    screen_->dialogs.expectFiles("open a file to view headers", {sample});
+    screen_->dialogs.expectBox("File too small", "File needs to be at least 512 bytes", BoxAnswer::Ok,
+                               BoxStyle::Warning);
     screen_->click("Command4");
     QCOMPARE(screen_->control<HexView>("Hex1").bytes(), std::string());
     QCOMPARE(screen_->text("Text1"), QString());
@@ -151,7 +167,7 @@ void FrmUpdatedbTest::whatIsMissingGetsTheKeyboard() {
                  {"Please enter a search term.", "Text3", "x"}};
     for (const auto& one : cases) {
         screen_->control<QPushButton>("Command5").setFocus();
-        screen_->dialogs().expectBox("Error", one.text, BoxAnswer::Ok, BoxStyle::Warning);
+        screen_->dialogs.expectBox("Error", one.text, BoxAnswer::Ok, BoxStyle::Warning);
         screen_->click("Command2");
         QVERIFY2(screen_->control<QLineEdit>(one.box).hasFocus(), one.box);
         screen_->type(one.box, one.fill);
@@ -179,9 +195,9 @@ void FrmUpdatedbTest::aRowUpdatesUntilClr() {
 
 void FrmUpdatedbTest::anEqualTermBecomesTheCurrentRowAndTheFieldsStay() {
     screen_->type("Text1", "jpg");
-    screen_->dialogs().expectBox("Term Exists",
-                                 "A similar term exists for this extension. Do you still want to add this term?",
-                                 BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
+    screen_->dialogs.expectBox("Term Exists",
+                               "A similar term exists for this extension. Do you still want to add this term?",
+                               BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
     add("3", "jfif & MORE");
     QCOMPARE(screen_->grid().currentRow(), 1);
     QCOMPARE(screen_->text("Text3"), QStringLiteral("jfif & MORE"));
@@ -199,8 +215,8 @@ void FrmUpdatedbTest::theMenuOfARowTellsTheTerm() {
     QCOMPARE(screen_->control<QAction>("mnuCommonHeader").text(),
              QStringLiteral("Add 'JFIF && more' to common headers"));
     menu.close();
-    screen_->dialogs().expectBox("Delete entry", "Are you sure you want to delete the term JFIF & more ?",
-                                 BoxAnswer::Yes);
+    screen_->dialogs.expectBox("Delete entry", "Are you sure you want to delete the term JFIF & more ?",
+                               BoxAnswer::Yes);
     screen_->control<QAction>("mnuDelete").trigger();
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("FFD8|1|H")});
 }
@@ -215,7 +231,7 @@ void FrmUpdatedbTest::AddToCommonHeadersDoesNothing() {
 
 void FrmUpdatedbTest::aClickInTheHexViewDoesNotFillThePosition() {
     const NativePath sample = screen_->folder.write("photo.jpg", std::string(600, 'a'));
-    screen_->dialogs().expectFiles("open a file to view headers", {sample});
+    screen_->dialogs.expectFiles("open a file to view headers", {sample});
     screen_->click("Command4");
     HexView& hex = screen_->control<HexView>("Hex1");
     QTest::mouseClick(hex.viewport(), Qt::LeftButton, Qt::NoModifier, hex.byteRect(5, HexPane::Hex).center());
@@ -225,7 +241,7 @@ void FrmUpdatedbTest::aClickInTheHexViewDoesNotFillThePosition() {
 void FrmUpdatedbTest::deleteAsks() {
     screen_->type("Text1", "jpg");
     screen_->clickRow(0);
-    screen_->dialogs().expectBox("Delete entry", "Are you sure you want to delete the term FFD8 ?", BoxAnswer::Yes);
+    screen_->dialogs.expectBox("Delete entry", "Are you sure you want to delete the term FFD8 ?", BoxAnswer::Yes);
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("JFIF & more|7|T")});
     QCOMPARE(screen_->grid().currentRow(), -1);
@@ -235,7 +251,7 @@ void FrmUpdatedbTest::deleteAsks() {
 void FrmUpdatedbTest::deletingAllAsks() {
     screen_->type("Text1", "jpg");
     screen_->control<QCheckBox>("Check1").click();
-    screen_->dialogs().expectBox("Delete entry", "Are you sure you want to delete all terms for jpg ?", BoxAnswer::No);
+    screen_->dialogs.expectBox("Delete entry", "Are you sure you want to delete all terms for jpg ?", BoxAnswer::No);
     screen_->click("Command1");
     QCOMPARE(screen_->rows().size(), 2);
     QVERIFY(!screen_->has("local/Kept"));

@@ -64,9 +64,9 @@ TEST_F(ManualUpdateTest, AnExtensionNeverLeadsOutOfTheDatabaseFolders) {
         EXPECT_TRUE(editor.rows().empty()) << name;
         editor.save();
         editor.deleteAllTerms = true;
-        folders.dialogs().expectBox("Delete entry",
-                                    "Are you sure you want to delete all terms for " + std::string(name) + " ?",
-                                    BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
+        folders.dialogs.expectBox("Delete entry",
+                                  "Are you sure you want to delete all terms for " + std::string(name) + " ?",
+                                  BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
         editor.deleteTerms();
     }
     EXPECT_EQ(folders.bytesOf("local/secret.dat"), "1,MZ,T\r\n");
@@ -93,12 +93,12 @@ TEST_F(ManualUpdateTest, ASampleLoadsItsTermsAndLeavesTheDumpWithoutALineEnd) {
     EXPECT_EQ(listed(), "1,JFIF,T\r\n");
     EXPECT_EQ(editor.extension(), "JPG");
     EXPECT_EQ(folders.bytesOf("app/fDump.bin"), bytes.substr(0, 512));
-    EXPECT_EQ(folders.dialogs().lastPick().startFolder, NativePath("/"));
+    EXPECT_EQ(folders.dialogs.lastPick().startFolder, NativePath("/"));
 }
 
 TEST_F(ManualUpdateTest, ACancelAndAPathThatDoesNotExistEndTheActionWithoutAWord) {
     editor.setExtension("jpg");
-    folders.dialogs().expectFiles("open a file to view headers", {});
+    folders.dialogs.expectFiles("open a file to view headers", {});
     EXPECT_EQ(editor.openSample(), Opened::Nothing);
     EXPECT_EQ(open(folders.folder / "missing.jpg"), Opened::Nothing);
     EXPECT_EQ(open({}), Opened::Nothing);
@@ -155,7 +155,7 @@ TEST_F(ManualUpdateTest, TheRemovedRowStaysOnTheDisk) {
     folders.folder.write(kShared, "1,one,T\r\n2,two,T\r\n");
     editor.setExtension("jpg");
     editor.selectRow(0);
-    folders.dialogs().expectBox("Delete entry", kDeleteOne, BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Delete entry", kDeleteOne, BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
     editor.deleteTerms();
     EXPECT_EQ(listed(), "2,two,T\r\n");
     EXPECT_EQ(folders.bytesOf(kLocal), "1,one,T\r\n2,two,T\r\n");
@@ -171,7 +171,7 @@ TEST_F(ManualUpdateTest, ANoLeavesTheRowButTheLocalFileIsWritten) {
     editor.setExtension("jpg");
     add("2", "two");
     editor.selectRow(0);
-    folders.dialogs().expectBox("Delete entry", kDeleteOne, BoxAnswer::No);
+    folders.dialogs.expectBox("Delete entry", kDeleteOne, BoxAnswer::No);
     editor.deleteTerms();
     EXPECT_EQ(listed(), "1,one,T\r\n2,two,T\r\n");
     EXPECT_EQ(folders.bytesOf(kLocal), "1,one,T\r\n2,two,T\r\n");
@@ -193,7 +193,7 @@ TEST_F(ManualUpdateTest, DeletingAllTermsWritesTheLocalFileAgain) {
     folders.folder.write(kShared, "1,one,T\r\n");
     editor.setExtension("jpg");
     editor.deleteAllTerms = true;
-    folders.dialogs().expectBox("Delete entry", kDeleteAll, BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Delete entry", kDeleteAll, BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
     editor.deleteTerms();
     EXPECT_EQ(listed(), "1,one,T\r\n");
     EXPECT_FALSE(folders.has(kShared));
@@ -209,7 +209,7 @@ TEST_F(ManualUpdateTest, ANoToDeletingAllEndsTheWholeAction) {
     add("1", "one");
     editor.selectRow(0);
     editor.deleteAllTerms = true;
-    folders.dialogs().expectBox("Delete entry", kDeleteAll, BoxAnswer::No);
+    folders.dialogs.expectBox("Delete entry", kDeleteAll, BoxAnswer::No);
     editor.deleteTerms();
     EXPECT_FALSE(folders.has(kLocal));
     EXPECT_EQ(editor.rows().size(), 1U);
@@ -221,8 +221,8 @@ TEST_F(ManualUpdateTest, DeletingAllAndTheCurrentRowAsksTwice) {
     editor.setExtension("jpg");
     editor.selectRow(0);
     editor.deleteAllTerms = true;
-    folders.dialogs().expectBox("Delete entry", kDeleteAll, BoxAnswer::Yes);
-    folders.dialogs().expectBox("Delete entry", kDeleteOne, BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete entry", kDeleteAll, BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete entry", kDeleteOne, BoxAnswer::Yes);
     editor.deleteTerms();
     EXPECT_TRUE(editor.rows().empty());
     EXPECT_EQ(folders.bytesOf(kShared), "8,untouched,T\r\n");

@@ -17,7 +17,7 @@ class ReportMessagesEditorTest : public testing::Test {
 protected:
     EditorFolders folders;
     ReportMessages messages;
-    ReportMessagesEditor editor{folders.installation, folders.dialogs(), folders.kept, messages};
+    ReportMessagesEditor editor{folders.installation, folders.dialogs, folders.kept, messages};
 };
 
 const std::array<std::string, 10> kOwnTexts{"Header OK",

@@ -42,14 +42,14 @@ struct Screens {
         manualUpdate.setExtension("jpg");
         return manualUpdate;
     }
-    void expectYes(const char* title, const char* text) { folders.dialogs().expectBox(title, text, BoxAnswer::Yes); }
+    void expectYes(const char* title, const char* text) { folders.dialogs.expectBox(title, text, BoxAnswer::Yes); }
 
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
     SilentEditor editorHost;
     SilentViewer viewerHost;
     ExtensionEditor extensionEditor{job, editorHost};
-    ManualUpdate manualUpdate{folders.installation, folders.dialogs(), folders.kept};
+    ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
     ListViewer viewer{job, viewerHost};
     std::string loaded;  // what an action that loads has read
 };
@@ -118,15 +118,15 @@ void addCommonHeader(Screens& s) {
     s.job.messages[Message::CommonHeader] = u"Type:";
     s.editor().state.rows = {{{"1"}, {"PK"}, {"T"}}};
     s.extensionEditor.hitRow(0);
-    s.folders.dialogs().expectInput("Enter Identifier",
-                                    "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term "
-                                    "PK\r\nThe current prefix is \r\n\r\nType:\r\n",
-                                    "Zip");
+    s.folders.dialogs.expectInput("Enter Identifier",
+                                  "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term "
+                                  "PK\r\nThe current prefix is \r\n\r\nType:\r\n",
+                                  "Zip");
     s.extensionEditor.popupAddCommon();
 }
 void addSkipTerm(Screens& s) {
-    s.folders.dialogs().expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
-                                    "*.tmp");
+    s.folders.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
+                                  "*.tmp");
     s.viewer.addToSkipList();
 }
 

@@ -29,7 +29,7 @@ protected:
     }
 
     EditorFolders folders;
-    SkipListEditor editor{folders.installation, folders.dialogs(), folders.kept};
+    SkipListEditor editor{folders.installation, folders.dialogs, folders.kept};
 };
 
 TEST_F(SkipListEditorTest, LinesAreShownAsTheyStandAndInFileOrder) {
@@ -76,7 +76,7 @@ TEST_F(SkipListEditorTest, ATermIsStoredInLowerCaseAndMovesToItsPlace) {
 TEST_F(SkipListEditorTest, ATermThatExistsInOtherCaseIsRefused) {
     folders.folder.write(kLocal, "Thumbs.db\r\n");
     editor.load();
-    folders.dialogs().expectBox("Quillon", "Term already in skip list. ");
+    folders.dialogs.expectBox("Quillon", "Term already in skip list. ");
     add("THUMBS.db");
     EXPECT_EQ(folders.bytesOf(kLocal), "Thumbs.db\r\n");
     EXPECT_EQ(editor.entry, "THUMBS.db");
@@ -140,11 +140,11 @@ TEST_F(SkipListEditorTest, DeleteAsksAndSaves) {
     editor.load();
     editor.deleteSelected();
     editor.selectRow(1);
-    folders.dialogs().expectBox("Delete term?", "Are you sure you want to delete the term \r\nbeta?", BoxAnswer::No,
-                                BoxStyle::Question, BoxButtons::YesNo);
+    folders.dialogs.expectBox("Delete term?", "Are you sure you want to delete the term \r\nbeta?", BoxAnswer::No,
+                              BoxStyle::Question, BoxButtons::YesNo);
     editor.deleteSelected();
     EXPECT_EQ(folders.bytesOf(kLocal), "alpha\r\nbeta\r\n");
-    folders.dialogs().expectBox("Delete term?", "Are you sure you want to delete the term \r\nbeta?", BoxAnswer::Yes);
+    folders.dialogs.expectBox("Delete term?", "Are you sure you want to delete the term \r\nbeta?", BoxAnswer::Yes);
     editor.deleteSelected();
     EXPECT_EQ(folders.bytesOf(kLocal), "alpha\r\n");
     EXPECT_EQ(editor.entry, "");
@@ -174,8 +174,8 @@ TEST_F(SkipListEditorTest, APathThatCannotBeWrittenIsToldAndTheNextOneIsWritten)
     folders.share(true);
     std::filesystem::remove_all(folders.folder / "local/Settings");
     editor.load();
-    folders.dialogs().expectBox("Error", "Unable to find Skip list path (" + (folders.folder / kLocal).string() + ").",
-                                BoxAnswer::Ok, BoxStyle::Warning);
+    folders.dialogs.expectBox("Error", "Unable to find Skip list path (" + (folders.folder / kLocal).string() + ").",
+                              BoxAnswer::Ok, BoxStyle::Warning);
     add("term");
     EXPECT_EQ(folders.bytesOf(kShared), "term\r\n");
     EXPECT_EQ(termsOf(editor), Terms{"term"});
@@ -184,17 +184,17 @@ TEST_F(SkipListEditorTest, APathThatCannotBeWrittenIsToldAndTheNextOneIsWritten)
 TEST_F(SkipListEditorTest, AnImportAsksOnlyWhenTheListHasRows) {
     const NativePath chosen = folders.folder.write("other.txt", "X\r\na\r\n");
     editor.load();
-    folders.dialogs().expectFiles("Open Skip List", {chosen});
+    folders.dialogs.expectFiles("Open Skip List", {chosen});
     EXPECT_TRUE(editor.loadFromFile());
-    EXPECT_EQ(folders.dialogs().lastPick().filter, "All Files(*.*)|*.*");
+    EXPECT_EQ(folders.dialogs.lastPick().filter, "All Files(*.*)|*.*");
     EXPECT_EQ(termsOf(editor), (Terms{"X", "a"}));
     EXPECT_EQ(folders.bytesOf(kLocal), "X\r\na\r\n");
 
     const char* question = "Importing a skip list will overwrite the existing skip list. Do you want to continue?";
-    folders.dialogs().expectBox("Overwrite existing skip list", question, BoxAnswer::No);
+    folders.dialogs.expectBox("Overwrite existing skip list", question, BoxAnswer::No);
     EXPECT_TRUE(editor.loadFromFile());
-    folders.dialogs().expectBox("Overwrite existing skip list", question, BoxAnswer::Yes);
-    folders.dialogs().expectFiles("Open Skip List", {});
+    folders.dialogs.expectBox("Overwrite existing skip list", question, BoxAnswer::Yes);
+    folders.dialogs.expectFiles("Open Skip List", {});
     EXPECT_TRUE(editor.loadFromFile());
     EXPECT_EQ(folders.bytesOf(kLocal), "X\r\na\r\n");
     EXPECT_FALSE(folders.has("local/Kept"));
@@ -207,10 +207,10 @@ TEST_F(SkipListEditorTest, AnImportKeepsTheOldListAndGoesToTheFileThatIsRead) {
     const NativePath chosen = folders.folder.write("other.txt", "imported\r\n");
     editor.load();
     editor.selectRow(0);
-    folders.dialogs().expectBox("Overwrite existing skip list",
-                                "Importing a skip list will overwrite the existing skip list. Do you want to continue?",
-                                BoxAnswer::Yes);
-    folders.dialogs().expectFiles("Open Skip List", {chosen});
+    folders.dialogs.expectBox("Overwrite existing skip list",
+                              "Importing a skip list will overwrite the existing skip list. Do you want to continue?",
+                              BoxAnswer::Yes);
+    folders.dialogs.expectFiles("Open Skip List", {chosen});
     EXPECT_TRUE(editor.loadFromFile());
     EXPECT_EQ(termsOf(editor), Terms{"imported"});
     EXPECT_FALSE(editor.updating());
@@ -222,10 +222,10 @@ TEST_F(SkipListEditorTest, AnImportKeepsTheOldListAndGoesToTheFileThatIsRead) {
 TEST_F(SkipListEditorTest, AFailedImportLeavesTheListAsItWas) {
     folders.folder.write(kLocal, "alpha\r\n");
     editor.load();
-    folders.dialogs().expectBox("Overwrite existing skip list",
-                                "Importing a skip list will overwrite the existing skip list. Do you want to continue?",
-                                BoxAnswer::Yes);
-    folders.dialogs().expectFiles("Open Skip List", {folders.folder / "missing.txt"});
+    folders.dialogs.expectBox("Overwrite existing skip list",
+                              "Importing a skip list will overwrite the existing skip list. Do you want to continue?",
+                              BoxAnswer::Yes);
+    folders.dialogs.expectFiles("Open Skip List", {folders.folder / "missing.txt"});
     EXPECT_FALSE(editor.loadFromFile());
     EXPECT_EQ(termsOf(editor), Terms{"alpha"});
     EXPECT_EQ(folders.bytesOf(kLocal), "alpha\r\n");

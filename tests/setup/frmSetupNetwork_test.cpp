@@ -42,31 +42,37 @@ void FrmSetupNetworkTest::init() {
 }
 
 void FrmSetupNetworkTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_->navigator.unloadAll();
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"frameFiles",
+     "Files to copy to Network",
+     {
+         {"Check1_0", "Main Database"},
+         {"Check1_1", "Skiplist"},
+         {"Check1_2", "Common Header database"},
+         {"Check1_3", "Use settings on this machine as default"},
+         {"Check1_4", "System messages"},
+         {"Command3_1", "Select All"},
+         {"Command3_0", "Clear All"},
+     }},
+    {"",
+     "",
+     {
+         {"Label1", ""},
+         {"Command1", "Copy"},
+         {"Command2", "Cancel"},
+     }},
+};
+
+}  // namespace
 
 void FrmSetupNetworkTest::everyControlHasItsNameCaptionAndState() {
     QCOMPARE(screen().windowTitle(), QStringLiteral("Set up Network"));
-    const test::ControlState table[] = {{"frameFiles", "Files to copy to Network"},
-                                        {"Check1_0", "Main Database"},
-                                        {"Check1_1", "Skiplist"},
-                                        {"Check1_2", "Common Header database"},
-                                        {"Check1_3", "Use settings on this machine as default"},
-                                        {"Check1_4", "System messages"},
-                                        {"Command3_1", "Select All"},
-                                        {"Command3_0", "Clear All"},
-                                        {"Label1", ""},
-                                        {"Command1", "Copy"},
-                                        {"Command2", "Cancel"}};
-    for (const auto& row : table) {
-        const QString difference = test::differenceFrom(row, screen());
-        QVERIFY2(difference.isEmpty(), qPrintable(difference));
-    }
+    QCOMPARE(test::misfits(screen(), kControls), QStringList());
     for (const char* box : {"Check1_0", "Check1_1", "Check1_2", "Check1_3", "Check1_4"}) QVERIFY(!ticked(box));
 }
 

@@ -110,11 +110,7 @@ void FrmSetupWizardTest::init() {
 }
 
 void FrmSetupWizardTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
 
 void FrmSetupWizardTest::openEdit() {

@@ -42,6 +42,7 @@ void FrmABoutTest::showsProductVersionMakerAndAddress() {
              QStringLiteral("Version : %1.%2.%3").arg(version.major).arg(version.minor).arg(version.revision));
     for (const char* name : {"Label3", "Label4"})
         QVERIFY(!about.findChild<QLabel*>(QLatin1String(name))->text().isEmpty());
+    QCOMPARE(about.findChild<QLabel*>(QStringLiteral("Picture1"))->accessibleName(), QStringLiteral("Quillon"));
 }
 
 void FrmABoutTest::theButtonClosesTheScreen() {

@@ -70,11 +70,7 @@ void FrmMainActionsTest::init() {
 }
 
 void FrmMainActionsTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
 
 void FrmMainActionsTest::choosingTheSourceShowsItAndEnablesRun() {

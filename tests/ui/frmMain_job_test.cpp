@@ -64,11 +64,7 @@ void FrmMainJobTest::init() {
 }
 
 void FrmMainJobTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
 
 void FrmMainJobTest::pressAt(const char* status, const char* button) {

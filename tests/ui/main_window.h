@@ -15,6 +15,7 @@
 #include "job/job.h"
 #include "support/fake_surroundings.h"
 #include "support/list_bytes.h"
+#include "support/screen_control.h"
 #include "support/temp_folder.h"
 #include "ui/frmMain.h"
 #include "ui/qt_text.h"
@@ -64,10 +65,7 @@ public:
     /// The control of this object name; never null in a test that goes on.
     template <typename Control>
     Control& control(const char* name) const {
-        auto* found = window->findChild<Control*>(QLatin1String(name));
-        if (found == nullptr)
-            qFatal("no control %s", name);
-        return *found;
+        return controlOf<Control>(*window, name);
     }
     QString text(const char* label) const { return control<QLabel>(label).text(); }
 

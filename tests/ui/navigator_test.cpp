@@ -2,6 +2,7 @@
 #include "ui/navigator.h"
 
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTimer>
 
@@ -21,6 +22,8 @@ private slots:
     void hidingEndsTheWaitLikeClosing();
     void whatIsHandedOverReachesTheScreen();
     void allScreensUnload();
+    void aScreenOpensOverItsOpener();
+    void aHiddenScreenComesBackWhereItStood();
     void aTurnRunsTheLoopOnlyAfterSixteenMilliseconds();
     void aSlowTurnPutsTheNextOneOff();
     void aFlushAlwaysRefreshesAndRuns();
@@ -98,6 +101,40 @@ void NavigatorTest::allScreensUnload() {
     navigator.unloadAll();
     QVERIFY(navigator.window(Screen::ViewList) == nullptr);
     QVERIFY(navigator.window(Screen::ExtEditor) == nullptr);
+}
+
+// An opener in the middle of the screen, and one at its edge: the new window stays whole on the screen.
+void NavigatorTest::aScreenOpensOverItsOpener() {
+    const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget opener;
+    opener.resize(200, 100);
+    opener.show();
+    for (const QPoint centre : {room.center(), room.bottomRight(), room.topLeft()}) {
+        opener.move(centre - QPoint(100, 50));
+        opener.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&opener));
+        Navigator navigator;
+        navigator.add(Screen::Zip, [](const std::any&) {
+            auto made = std::make_unique<QWidget>();
+            made->resize(300, 200);
+            return made;
+        });
+        navigator.open(Screen::Zip);
+        const QRect place = navigator.window(Screen::Zip)->frameGeometry();
+        QVERIFY(room.contains(place));
+        if (centre == room.center())
+            QVERIFY((place.center() - opener.frameGeometry().center()).manhattanLength() <= 2);
+    }
+}
+
+void NavigatorTest::aHiddenScreenComesBackWhereItStood() {
+    Navigator navigator;
+    navigator.add(Screen::ViewList, [](const std::any&) { return std::make_unique<QWidget>(); });
+    navigator.open(Screen::ViewList);
+    navigator.window(Screen::ViewList)->move(70, 90);
+    navigator.hide(Screen::ViewList);
+    navigator.open(Screen::ViewList);
+    QCOMPARE(navigator.window(Screen::ViewList)->pos(), QPoint(70, 90));
 }
 
 void NavigatorTest::aTurnRunsTheLoopOnlyAfterSixteenMilliseconds() {

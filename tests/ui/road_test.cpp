@@ -39,10 +39,7 @@ Control& control(const test::MainWindow& main, Screen screen, const char* name) 
     auto* window = main.navigator.window(screen);
     if (window == nullptr)
         qFatal("no screen with %s", name);
-    auto* found = window->findChild<Control*>(QLatin1String(name));
-    if (found == nullptr)
-        qFatal("no control %s", name);
-    return *found;
+    return test::controlOf<Control>(*window, name);
 }
 
 void click(const test::MainWindow& main, Screen screen, const char* button) {

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -13,8 +12,8 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "support/screen_control.h"
 #include "text/list_text.h"
-#include "ui/control_table.h"
 #include "ui/grid.h"
 #include "ui/main_window.h"
 
@@ -26,7 +25,6 @@ class FrmViewListTest : public QObject {
 private slots:
     void init();
     void cleanup();
-    void everyControlHasItsNameCaptionAndState_data();
     void everyControlHasItsNameCaptionAndState();
     void theGridHasItsColumns();
     void textsArePlain();
@@ -54,10 +52,7 @@ private slots:
 private:
     template <typename Control>
     [[nodiscard]] Control& control(const char* name) const {
-        auto* found = screen_->findChild<Control*>(QLatin1String(name));
-        if (found == nullptr)
-            qFatal("no control %s", name);
-        return *found;
+        return test::controlOf<Control>(*screen_, name);
     }
     void click(const char* button) const { control<QPushButton>(button).click(); }
     void activate() const {
@@ -91,11 +86,7 @@ void FrmViewListTest::init() {
 }
 
 void FrmViewListTest::cleanup() {
-    const bool done = main_->dialogs.done();
-    const QStringList problems = main_->problems;
-    main_.reset();
-    QVERIFY2(problems.isEmpty(), qPrintable(problems.join(QLatin1Char('\n'))));
-    QVERIFY(done);
+    test::closeScreens(main_);
 }
 
 void FrmViewListTest::addRow(std::string_view path, std::u16string_view result) {
@@ -111,45 +102,53 @@ void FrmViewListTest::filter(const char* category) const {
 
 namespace {
 
-constexpr test::ControlCase kControls[] = {
-    {"Frame1", "", "Vew Files of type"},
-    {"Combo1", "Frame1", "Please Select"},
-    {"Command2", "Frame1", "Filter"},
-    {"Label5", "Frame1", "Max Files"},
-    {"Text1", "Frame1", "3000"},
-    {"Label9", "Frame1", "Start From"},
-    {"Text2", "Frame1", "1"},
-    {"Check1", "Frame1", "Use Ignore List"},
-    {"Frame2", "", "Matching Files"},
-    {"iGrid1", "Frame2", ""},
-    {"Label1", "Frame2", ""},
-    {"Label6", "Frame2", "File marked", false},
-    {"Label7", "Frame2", "    ", false},
-    {"Label8", "Frame2", "Have no extension and can not be edited", false},
-    {"Frame3", "", "Extension Editor"},
-    {"Label2", "Frame3", "Extension"},
-    {"Combo2", "Frame3", ""},
-    {"Label4", "Frame3", "Ready ..>"},
-    {"Command3", "Frame3", "Run", true, false},
-    {"Command4", "Frame3", "Retest"},
-    {"Label3", "Frame3", "Mark Files as", false},
-    {"Combo3", "Frame3", "Please Select", false},
-    {"Command5", "Frame3", "Run", false},
-    {"Command6", "Frame3", "Retest Skip List", false, false},
-    {"Command1", "", "Done"},
+const std::vector<test::FrameCase> kControls = {
+    {"Frame1",
+     "Vew Files of type",
+     {
+         {"Combo1", "Please Select"},
+         {"Command2", "Filter"},
+         {"Label5", "Max Files"},
+         {"Text1", "3000"},
+         {"Label9", "Start From"},
+         {"Text2", "1"},
+         {"Check1", "Use Ignore List"},
+     }},
+    {"Frame2",
+     "Matching Files",
+     {
+         {"iGrid1", ""},
+         {"Label1", ""},
+         {"Label6", "File marked", false},
+         {"Label7", "    ", false},
+         {"Label8", "Have no extension and can not be edited", false},
+     }},
+    {"Frame3",
+     "Extension Editor",
+     {
+         {"Label2", "Extension"},
+         {"Combo2", ""},
+         {"Label4", "Ready ..>"},
+         {"Command3", "Run", true, false},
+         {"Command4", "Retest"},
+         {"Label3", "Mark Files as", false},
+         {"Combo3", "Please Select", false},
+         {"Command5", "Run", false},
+         {"Command6", "Retest Skip List", false, false},
+     }},
+    {"",
+     "",
+     {
+         {"Command1", "Done"},
+     }},
 };
 
 }  // namespace
 
-void FrmViewListTest::everyControlHasItsNameCaptionAndState_data() {
-    test::addControlRows(kControls);
-}
-
 void FrmViewListTest::everyControlHasItsNameCaptionAndState() {
-    QFETCH(int, index);
     QCOMPARE(screen_->objectName(), QStringLiteral("frmViewList"));
     QCOMPARE(screen_->windowTitle(), QStringLiteral("View File List"));
-    test::checkControl(*screen_, kControls[index]);
+    QCOMPARE(test::misfits(*screen_, kControls), QStringList());
 }
 
 void FrmViewListTest::theGridHasItsColumns() {

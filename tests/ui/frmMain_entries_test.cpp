@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+// The entries of the main window that open another screen or nothing, and the parts of it that have names of ours.
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QTest>
+#include <QTimer>
+
+#include "ui/main_window.h"
+
+using namespace quillon;
+
+class FrmMainEntriesTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void everyPartOfOursHasItsNameAndCaption();
+    void aboutOpensBesideTheWindow();
+    void entriesWithoutAFunctionOpenNothing();
+    void theBadSectorEntryWouldHideTheWindow();
+    void setUpNetworkOpensModal();
+    void withoutNetworkNothingIsFoundAndNothingSent();
+    void theCommonHeadersBoxIsTheOptionOfTheNextTest();
+
+private:
+    [[nodiscard]] bool isOpen(Screen screen) const {
+        const QWidget* window = main_->navigator.window(screen);
+        return window != nullptr && window->isVisible();
+    }
+    void choose(const char* entry) const { main_->control<QAction>(entry).trigger(); }
+
+    std::unique_ptr<test::MainWindow> main_;
+};
+
+void FrmMainEntriesTest::init() {
+    main_ = std::make_unique<test::MainWindow>();
+    registerScreens(main_->context);
+    main_->open();
+}
+
+void FrmMainEntriesTest::cleanup() {
+    test::closeScreens(main_);
+}
+
+namespace {
+
+const std::vector<test::FrameCase> kControls = {
+    {"Frame5", "Stats", {{"gradeBar", ""}, {"copiedNote", "Copied:"}}},
+    {"", "", {{"Label2_1", ""}, {"StatusBar1_2", ""}}},
+};
+
+}  // namespace
+
+void FrmMainEntriesTest::everyPartOfOursHasItsNameAndCaption() {
+    QCOMPARE(test::misfits(*main_->window, kControls), QStringList());
+}
+
+void FrmMainEntriesTest::aboutOpensBesideTheWindow() {
+    choose("mnuAbout");
+    QVERIFY(isOpen(Screen::About));
+    QVERIFY(main_->window->isVisible());
+}
+
+void FrmMainEntriesTest::entriesWithoutAFunctionOpenNothing() {
+    for (const char* entry : {"mnuBS", "mnuMsgLogs", "mnuView"}) choose(entry);
+    QVERIFY(!main_->control<QAction>("mnuBS").isEnabled());
+    QVERIFY(!main_->control<QAction>("mnuMsgLogs").isEnabled());
+    for (int screen = static_cast<int>(Screen::About); screen <= static_cast<int>(Screen::PreviewBadSector); ++screen)
+        QVERIFY(main_->navigator.window(static_cast<Screen>(screen)) == nullptr);
+    QVERIFY(main_->window->isVisible());
+}
+
+// The entry is switched off; what is behind it works all the same.
+void FrmMainEntriesTest::theBadSectorEntryWouldHideTheWindow() {
+    main_->control<QAction>("mnuBS").setEnabled(true);
+    choose("mnuBS");
+    QVERIFY(isOpen(Screen::BadSectors));
+    QVERIFY(!main_->window->isVisible());
+    test::controlOf<QPushButton>(*main_->navigator.window(Screen::BadSectors), "Command2").click();
+    QVERIFY(main_->window->isVisible());
+}
+
+void FrmMainEntriesTest::setUpNetworkOpensModal() {
+    bool wasModal = false;
+    QTimer::singleShot(0, this, [&] {
+        wasModal = isOpen(Screen::SetupNetwork) && main_->navigator.window(Screen::SetupNetwork)->isModal();
+        main_->navigator.hide(Screen::SetupNetwork);
+    });
+    choose("openSetupNetwork");
+    QVERIFY(wasModal);
+    QVERIFY(!isOpen(Screen::SetupNetwork));
+}
+
+// A window that was given no sockets and no network.
+void FrmMainEntriesTest::withoutNetworkNothingIsFoundAndNothingSent() {
+    for (const char* button : {"Command2", "Command3"}) main_->control<QPushButton>(button).click();
+    QCOMPARE(main_->control<QComboBox>("Combo1").currentText(), QStringLiteral("Query"));
+}
+
+void FrmMainEntriesTest::theCommonHeadersBoxIsTheOptionOfTheNextTest() {
+    auto& box = main_->control<QCheckBox>("chkCommon");
+    for (const bool ticked : {false, true}) {
+        box.setChecked(ticked);
+        QCOMPARE(main_->job.state.options.useCommonHeaders, ticked);
+    }
+}
+
+QTEST_MAIN(FrmMainEntriesTest)
+#include "frmMain_entries_test.moc"
