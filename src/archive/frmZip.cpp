@@ -129,7 +129,7 @@ void frmZip::Command3_Click() {
     close();
 }
 
-void frmZip::leave() {
+void frmZip::leaveOrAsk() {
     if (MainWindowDoor* main = context_.navigator.main())
         main->showMain();
     context_.navigator.unload(Screen::Zip);
