@@ -129,7 +129,7 @@ void frmZip::Command3_Click() {
     close();
 }
 
-void frmZip::leave() {
+void frmZip::leaveOrAsk() {
     context_.navigator.showMain();
     context_.navigator.unload(Screen::Zip);
 }

@@ -70,7 +70,7 @@ private:
     // StepScreen and ZipHost
     void readInputs() override;
     void showState() override;
-    void leave() override;
+    void leaveOrAsk() override;
     void beep() override;
     [[nodiscard]] std::string mainJobId() const override { return handOver_.jobId; }
     [[nodiscard]] std::string mainSeparator() const override { return handOver_.separator; }

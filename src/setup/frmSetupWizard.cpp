@@ -2,7 +2,6 @@
 #include "setup/frmSetupWizard.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QShortcut>
 #include <QSignalBlocker>
@@ -11,13 +10,12 @@
 #include "text/list_text.h"
 #include "ui/qt_text.h"
 #include "ui/show_state.h"
-#include "ui/step_guard.h"
-#include "ui/window_event_loop.h"
 
 namespace quillon {
 
 frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<NetworkProvider> network)
-    : context_(context),
+    : StepScreen(context.loop),
+      context_(context),
       exchange_(AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
                 [] { return std::string(); }),
       wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this) {
@@ -27,18 +25,6 @@ frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<Net
     wizard_.load();
     showState();
     connectControls();
-}
-
-// Inputs go in, the step runs, what came of it is shown.
-template <typename Operation>
-void frmSetupWizard::run(Operation operation) {
-    const StepGuard guard(running_);
-    readInputs();
-    operation();
-    if (leaving_)
-        return;  // the screen goes as soon as the event loop turns
-    showState();
-    context_.loop.flush();
 }
 
 void frmSetupWizard::connectControls() {
@@ -76,7 +62,7 @@ void frmSetupWizard::connectSteps() {
                                                                       {Command5, &SetupWizard::exit}};
     // A step that turns the event loop must end before the screen goes.
     const auto mayRun = [this](const QPushButton* button) {
-        return running_ == 0 || (button != Command5 && button != Command14);
+        return !isRunning() || (button != Command5 && button != Command14);
     };
     for (const auto& [button, step] : steps)
         connect(button, &QPushButton::clicked, this, [this, mayRun, button = button, step = step] {
@@ -178,7 +164,7 @@ void frmSetupWizard::startHintTimer() {
 }
 
 void frmSetupWizard::leave(bool reload) {
-    leaving_ = true;
+    setLeft();
     Timer1->stop();
     hide();
     MainWindowDoor* main = context_.navigator.main();
@@ -213,14 +199,8 @@ bool frmSetupWizard::eventFilter(QObject* watched, QEvent* event) {
 }
 
 // The close box asks as "Exit" does.
-void frmSetupWizard::closeEvent(QCloseEvent* event) {
-    if (leaving_) {
-        event->accept();
-        return;
-    }
-    event->ignore();
-    if (running_ == 0)
-        run([this] { wizard_.exit(); });
+void frmSetupWizard::leaveOrAsk() {
+    run([this] { wizard_.exit(); });
 }
 
 }  // namespace quillon

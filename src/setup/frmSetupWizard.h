@@ -60,13 +60,14 @@
 #include "ui/control_maker.h"
 #include "ui/navigator.h"
 #include "ui/screen_context.h"
+#include "ui/step_screen.h"
 
 class QTimer;
 class QVBoxLayout;
 
 namespace quillon {
 
-class frmSetupWizard final : public QWidget, private WizardHost {
+class frmSetupWizard final : public StepScreen, private WizardHost {
     Q_OBJECT
 
 public:
@@ -74,7 +75,6 @@ public:
     frmSetupWizard(const ScreenContext& context, std::shared_ptr<NetworkProvider> network);
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -88,15 +88,14 @@ private:
     void connectControls();
     void connectSteps();
     void connectRecipients();
-    void readInputs();
     void showPaths();
     void showChecks();
     static void showRecipients(const WizardRecipients& shown, QComboBox& box, QPushButton& button);
-    template <typename Operation>
-    void run(Operation operation);
 
-    // WizardHost
+    // StepScreen and WizardHost
+    void readInputs() override;
     void showState() override;
+    void leaveOrAsk() override;
     void beep() override;
     void focusBrowse(WizardPath path) override;
     void startHintTimer() override;
@@ -107,8 +106,6 @@ private:
     UdpSocket wClient_;
     AlertExchange exchange_;
     SetupWizard wizard_;
-    int running_ = 0;       // steps on the stack
-    bool leaving_ = false;  // the screen is done for
 
     QTabWidget* SftTabs1 = nullptr;
     std::array<QRadioButton*, 2> Option1{};

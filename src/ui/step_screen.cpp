@@ -6,13 +6,11 @@
 namespace quillon {
 
 void StepScreen::closeEvent(QCloseEvent* event) {
-    if (running_ > 0) {
-        closeAsked_ = true;
-        event->ignore();
-        return;
-    }
-    event->accept();
-    leave();
+    if (isRunning() && !left_)
+        closeLater_ = true;
+    else if (!left_)
+        leaveOrAsk();
+    event->setAccepted(!isVisible());
 }
 
 }  // namespace quillon

@@ -26,19 +26,29 @@ protected:
             const StepGuard guard(running_);
             readInputs();
             operation();
+            if (left_)
+                return;
             showState();
             loop_.flush();
         }
-        if (running_ == 0 && closeAsked_)
+        if (running_ == 0 && closeLater_) {
+            closeLater_ = false;
             close();
+        }
     }
+
+    [[nodiscard]] bool isRunning() const { return running_ > 0; }
+
+    /// Called by a step that has hidden and unloaded the screen, which goes as soon as the event loop turns: nothing is
+    /// shown any more.
+    void setLeft() { left_ = true; }
 
     /// From the controls into the logic's state.
     virtual void readInputs() = 0;
     /// From the logic's state into the controls.
     virtual void showState() = 0;
-    /// The screen has been closed; no step is on the stack.
-    virtual void leave() = 0;
+    /// The screen is to be closed, and no step is on the stack: hides and unloads it, or asks first.
+    virtual void leaveOrAsk() = 0;
 
     /// A screen that is closed within a step closes behind the last one.
     void closeEvent(QCloseEvent* event) override;
@@ -46,7 +56,8 @@ protected:
 private:
     WindowEventLoop& loop_;
     int running_ = 0;
-    bool closeAsked_ = false;
+    bool closeLater_ = false;
+    bool left_ = false;
 };
 
 }  // namespace quillon

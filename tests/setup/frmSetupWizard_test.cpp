@@ -89,6 +89,7 @@ private slots:
     void aKeyInAPathAsksForTheBrowseButton();
     void theWholeFirstRunLeadsToTheMainWindow();
     void withoutTheArchiveTheLocalPathsStepEnds();
+    void closingWithinAStepAsksBehindIt();
     void exitAsksAndBringsTheMainWindow();
     void theCloseBoxAndEscapeAskAsExitDoes();
     void exportTellsThatThereAreNoSettings();
@@ -208,6 +209,21 @@ void FrmSetupWizardTest::withoutTheArchiveTheLocalPathsStepEnds() {
     main_->dialogs.expectBox("Setup Error", "Unable to find default Databases, please re-install the application.");
     click("Command6");
     QCOMPARE(tabs().currentIndex(), 1);
+}
+
+void FrmSetupWizardTest::closingWithinAStepAsksBehindIt() {
+    main_->navigator.open(Screen::SetupWizard);
+    bool closed = false;
+    const int refresh = main_->loop.addRefresh([&] {
+        if (!closed) {
+            closed = true;
+            QVERIFY(!screen().close());
+        }
+    });
+    main_->dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::No);
+    controlOf<QRadioButton>(screen(), "Option1_0").click();
+    main_->loop.removeRefresh(refresh);
+    QVERIFY(closed && screen().isVisible());
 }
 
 void FrmSetupWizardTest::exitAsksAndBringsTheMainWindow() {
