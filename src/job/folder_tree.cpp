@@ -52,9 +52,8 @@ private:
         Level level;
         if (!handle.list(files_, level.folders))
             visitor_.notListed(path_);
-        files_.sort();
         level.folders.sort();
-        if (!files_.empty() && !visitor_.files(handle, path_, files_))
+        if (!deliverFiles(handle))
             return false;
         if (files_.size() > kLargeFolder)
             files_.release();
@@ -66,6 +65,13 @@ private:
             closeForNow(levels_[levels_.size() - kOpenLevels]);
         levels_.push_back(std::move(level));
         return true;
+    }
+
+    [[nodiscard]] bool deliverFiles(const Directory& handle) {
+        if (files_.empty() || !visitor_.wantsFiles())
+            return true;
+        files_.sort();
+        return visitor_.files(handle, path_, files_);
     }
 
     bool descend(Level& level) {
