@@ -68,12 +68,15 @@ std::u16string toListText(std::string_view nativePath) {
 }
 
 void toNative(std::u16string_view listPath, std::string& out) {
-    out.clear();
-    for (std::size_t i = 0; i < listPath.size();) {
-        const char16_t unit = listPath[i];
-        if (unit < 0x80) {
-            out.push_back(unit == u'>' ? ',' : static_cast<char>(unit));
-            ++i;
+    // Most paths are ASCII to their end, where each unit is one byte.
+    out.resize(listPath.size());
+    const auto ascii = [](char16_t unit) { return unit == u'>' ? ',' : static_cast<char>(unit); };
+    std::size_t i = 0;
+    for (; i < listPath.size() && listPath[i] < 0x80; ++i) out[i] = ascii(listPath[i]);
+    out.resize(i);
+    while (i < listPath.size()) {
+        if (listPath[i] < 0x80) {
+            out.push_back(ascii(listPath[i++]));
             continue;
         }
         const char32_t character = nextUtf16(listPath, i);
