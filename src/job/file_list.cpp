@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstring>
 
+#include "text/fields.h"
 #include "text/page_text.h"
 
 namespace quillon {
@@ -96,7 +97,7 @@ std::optional<std::u16string_view> ListReader::next() {
     std::size_t searched = 0;
     while (true) {
         const std::u16string_view rest = std::u16string_view(text_).substr(at_);
-        const auto end = rest.find(u'\n', searched);
+        const auto end = findAscii(rest, u'\n', searched);
         if (end != rest.npos) {
             at_ += end + 1;
             const bool pair = end > 0 && rest[end - 1] == u'\r';

@@ -53,9 +53,8 @@ private:
         const Pause pause = [this] { visitor_.listing(); };
         if (!handle.list(files_, level.folders, pause))
             visitor_.notListed(path_);
-        files_.sort(pause);
         level.folders.sort(pause);
-        if (!files_.empty() && !visitor_.files(handle, path_, files_))
+        if (!deliverFiles(handle, pause))
             return false;
         if (files_.size() > kLargeFolder)
             files_.release();
@@ -67,6 +66,13 @@ private:
             closeForNow(levels_[levels_.size() - kOpenLevels]);
         levels_.push_back(std::move(level));
         return true;
+    }
+
+    [[nodiscard]] bool deliverFiles(const Directory& handle, const Pause& pause) {
+        if (files_.empty() || !visitor_.wantsFiles())
+            return true;
+        files_.sort(pause);
+        return visitor_.files(handle, path_, files_);
     }
 
     bool descend(Level& level) {

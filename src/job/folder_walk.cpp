@@ -21,6 +21,8 @@ class FolderTest final : public FolderVisitor {
 public:
     explicit FolderTest(Job& job) : job_(job) {}
 
+    bool wantsFiles() const override { return false; }
+
     void subfolder(std::string_view path, bool canBeEntered) override {
         ++job_.state.counters.folders;
         if (!canBeEntered) {

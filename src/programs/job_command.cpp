@@ -54,6 +54,19 @@ public:
     void updateToolbar() override {}
 };
 
+// What an installation needs and does not have, each with a blank ahead; the shared folders only with sharing on.
+std::string missingFolders(const Paths& paths) {
+    std::vector<NativePath> needed = {paths.localSettings, paths.localDatabase, paths.zipPath};
+    if (paths.useSharedDb)
+        needed.insert(needed.end(), {paths.sharedPath, paths.sharedDatabase});
+    std::string missing;
+    for (const auto& folder : needed) {
+        if (!pathExists(folder))
+            missing += folder.empty() ? " (a path that is not set)" : " " + readable(folder.native());
+    }
+    return missing;
+}
+
 // Loads the settings, or sets up the default on a first run. False: it cannot be done, and `err` says why.
 bool prepareInstallation(Installation& installation, std::ostream& err, bool quiet) {
     if (!pathExists(installation.paths().settingsFile)) {
@@ -80,9 +93,8 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
         return true;
     if (checkFolderStructure(installation))
         return true;
-    err << "quillon-job: the folders of the installation are not whole and cannot be created: "
-        << readable(installation.paths().localPath.native()) << ", " << readable(installation.paths().zipPath.native())
-        << '\n';
+    err << "quillon-job: the folders of the installation are not whole and cannot be created:"
+        << missingFolders(installation.paths()) << '\n';
     return false;
 }
 

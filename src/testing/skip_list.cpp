@@ -16,12 +16,23 @@ namespace quillon {
 
 namespace {
 
+constexpr std::array<char16_t, 128> makeFoldTable() {
+    std::array<char16_t, 128> table{};
+    for (std::size_t unit = 0; unit < table.size(); ++unit) {
+        const bool upper = unit >= 'A' && unit <= 'Z';
+        table[unit] = unit == '\\' ? u'/' : static_cast<char16_t>(upper ? unit + 0x20 : unit);
+    }
+    return table;
+}
+
+constexpr std::array<char16_t, 128> kFolded = makeFoldTable();
+
 char16_t foldUnit(char16_t unit) {
-    return unit == u'\\' ? u'/' : lowerUnit(unit);
+    return unit < kFolded.size() ? kFolded[unit] : lowerUnit(unit);
 }
 
 std::size_t startHash(char16_t first, char16_t second) {
-    return (first * 31U + second) & 0xFFU;
+    return (first * 31U + second) & 0xFFFU;
 }
 
 }  // namespace
@@ -48,8 +59,13 @@ void SkipList::assign(const std::vector<std::u16string>& lines) {
         Clue clue{compiled->longestLiteral(), std::nullopt};
         if (clue.text.size() + 2 != pattern.size())
             clue.pattern = std::move(compiled);
-        auto& clues = clue.text.size() < 2 ? shortClues_ : cluesByStart_[startHash(clue.text[0], clue.text[1])];
-        clues.push_back(std::move(clue));
+        if (clue.text.size() < 2) {
+            shortClues_.push_back(std::move(clue));
+            continue;
+        }
+        const std::size_t start = startHash(clue.text[0], clue.text[1]);
+        starts_.set(start);
+        cluesByStart_[start % cluesByStart_.size()].push_back(std::move(clue));
     }
 }
 
@@ -57,13 +73,22 @@ bool SkipList::fits(const Clue& clue, std::u16string_view path) {
     return !clue.pattern || clue.pattern->matches(path);
 }
 
+// True when the clue stands at the start of `rest`. Its last character is looked at first, as the first two are known.
+bool SkipList::begins(std::u16string_view rest, const Clue& clue) {
+    const std::size_t length = clue.text.size();
+    return length <= rest.size() && rest[length - 1] == clue.text.back() && rest.starts_with(clue.text);
+}
+
 bool SkipList::matches(std::u16string_view listPath) const {
     folded_.resize(listPath.size());
     std::transform(listPath.begin(), listPath.end(), folded_.begin(), foldUnit);
     const std::u16string_view path = folded_;
     for (std::size_t i = 0; i + 1 < path.size(); ++i) {
-        for (const auto& clue : cluesByStart_[startHash(path[i], path[i + 1])]) {
-            if (path.substr(i, clue.text.size()) == clue.text && fits(clue, path))
+        const std::size_t start = startHash(path[i], path[i + 1]);
+        if (!starts_[start])
+            continue;
+        for (const auto& clue : cluesByStart_[start % cluesByStart_.size()]) {
+            if (begins(path.substr(i), clue) && fits(clue, path))
                 return true;
         }
     }

@@ -4,6 +4,7 @@
 // The skip list: patterns of files that the walk leaves out. docs/formats/rule-lists.md.
 
 #include <array>
+#include <bitset>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,9 +38,12 @@ private:
         std::optional<WildcardPattern> pattern;
     };
     [[nodiscard]] static bool fits(const Clue& clue, std::u16string_view path);
+    [[nodiscard]] static bool begins(std::u16string_view rest, const Clue& clue);
 
     std::vector<std::u16string> patterns_;
-    // Clues are looked for all at once, by the hash of their first two characters; shorter ones one by one.
+    // Clues are looked for all at once, by the hash of their first two characters; shorter ones one by one. Most places
+    // of a path can begin no clue, which one bit tells.
+    std::bitset<4096> starts_;
     std::array<std::vector<Clue>, 256> cluesByStart_;
     std::vector<Clue> shortClues_;
     mutable std::u16string folded_;  // room for the path in work

@@ -3,11 +3,32 @@
 
 // Comma fields without quoting, as all lists and term files have them, and the cutting of blanks.
 
+#include <bit>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillon {
+
+/// The first place of an ASCII character from `from` on; npos when there is none.
+[[nodiscard]] inline std::size_t findAscii(std::string_view text, char character, std::size_t from = 0) {
+    return text.find(character, from);
+}
+/// Looks for the low byte first: many times quicker than going from unit to unit.
+[[nodiscard]] inline std::size_t findAscii(std::u16string_view text, char16_t character, std::size_t from = 0) {
+    static_assert(std::endian::native == std::endian::little, "the low byte of a unit comes first");
+    const auto* const bytes = reinterpret_cast<const char*>(text.data());
+    for (std::size_t at = from * 2; at < text.size() * 2; ++at) {
+        const auto* const hit = static_cast<const char*>(std::memchr(bytes + at, character, text.size() * 2 - at));
+        if (hit == nullptr)
+            break;
+        at = static_cast<std::size_t>(hit - bytes);
+        if (at % 2 == 0 && text[at / 2] == character)
+            return at / 2;
+    }
+    return text.npos;
+}
 
 /// Splits at every separator; n separators give n + 1 fields and an empty text gives none, as the readers of the lists
 /// count them. The views look into `text`. The vector is replaced, keeping its room.
@@ -18,7 +39,7 @@ void splitInto(std::vector<std::basic_string_view<Char>>& fields, std::basic_str
         return;
     std::size_t start = 0;
     while (true) {
-        const auto end = text.find(separator, start);
+        const auto end = findAscii(text, separator, start);
         if (end == text.npos)
             break;
         fields.push_back(text.substr(start, end - start));

@@ -68,17 +68,15 @@ std::u16string toListText(std::string_view nativePath) {
 }
 
 void toNative(std::u16string_view listPath, std::string& out) {
-    out.clear();
-    for (std::size_t i = 0; i < listPath.size();) {
-        const auto run = std::find_if(listPath.begin() + static_cast<std::ptrdiff_t>(i), listPath.end(),
-                                      [](char16_t unit) { return unit >= 0x80 || unit == u'>'; });
-        out.append(listPath.begin() + static_cast<std::ptrdiff_t>(i), run);
-        i = static_cast<std::size_t>(run - listPath.begin());
-        if (i == listPath.size())
-            return;
-        if (listPath[i] == u'>') {
-            out.push_back(',');
-            ++i;
+    // Most paths are ASCII to their end, where each unit is one byte.
+    out.resize(listPath.size());
+    const auto ascii = [](char16_t unit) { return unit == u'>' ? ',' : static_cast<char>(unit); };
+    std::size_t i = 0;
+    for (; i < listPath.size() && listPath[i] < 0x80; ++i) out[i] = ascii(listPath[i]);
+    out.resize(i);
+    while (i < listPath.size()) {
+        if (listPath[i] < 0x80) {
+            out.push_back(ascii(listPath[i++]));
             continue;
         }
         const char32_t character = nextUtf16(listPath, i);

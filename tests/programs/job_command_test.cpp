@@ -127,6 +127,20 @@ TEST_F(JobCommandTest, AnEmptySettingsFileIsTold) {
     EXPECT_TRUE(told("is empty: set the installation up first"));
 }
 
+TEST_F(JobCommandTest, FoldersThatCannotBeMadeAreNamed) {
+    install();
+    Installation installation(folder / "app");
+    ASSERT_TRUE(installation.loadSettingsRecord());
+    installation.settings.useSharedDb = 1;
+    installation.settings.sharedPath.assign(PageText{"/proc/share"});
+    installation.settings.zipPath.assign(PageText{});
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    EXPECT_EQ(job(), 1);
+    EXPECT_EQ(err.str(),
+              "quillon-job: the folders of the installation are not whole and cannot be created: "
+              "(a path that is not set) /proc/share /proc/share/Database\n");
+}
+
 // --- results ---
 
 TEST_F(JobCommandTest, ACompleteJobPrintsReportAndPathAndIsStatus0) {

@@ -9,6 +9,18 @@ namespace {
 
 using Views = std::vector<std::string_view>;
 
+TEST(FindAscii, AByteOfAnotherCharacterIsNoHit) {
+    // U+2C0A, U+0A2C and U+2C2C hold the bytes of "," and of a line feed.
+    const std::u16string text = u"\x2C0A\x0A2C\x2C2C,x\n,";
+    EXPECT_EQ(findAscii(text, u','), 3U);
+    EXPECT_EQ(findAscii(text, u',', 4), 6U);
+    EXPECT_EQ(findAscii(text, u'\n'), 5U);
+    EXPECT_EQ(findAscii(text, u',', 7), std::u16string_view::npos);
+    EXPECT_EQ(findAscii(text, u',', 8), std::u16string_view::npos) << "behind the end";
+    EXPECT_EQ(findAscii(std::u16string_view(), u','), std::u16string_view::npos);
+    EXPECT_EQ(findAscii(text, u'z'), std::u16string_view::npos);
+}
+
 TEST(Fields, NSeparatorsGiveOneFieldMore) {
     EXPECT_EQ(splitFields("a,b,c"), (Views{"a", "b", "c"}));
     EXPECT_EQ(splitFields("a"), (Views{"a"}));

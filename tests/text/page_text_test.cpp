@@ -103,6 +103,18 @@ TEST(PageText, LowerCasingFoldsTheLettersAndNothingElse) {
         EXPECT_EQ(pageLower(static_cast<unsigned char>(i)), expected[i]) << std::hex << i;
 }
 
+TEST(PageText, ARunOfAnyLengthIsLoweredByteByByte) {
+    std::string all;
+    for (int i = 0; i < 256; ++i) all.push_back(static_cast<char>(i));
+    for (std::size_t length = 0; length <= all.size(); ++length) {
+        std::string run = all.substr(all.size() - length);
+        std::string expected = run;
+        for (char& c : expected) c = static_cast<char>(pageLower(static_cast<unsigned char>(c)));
+        lowerPageInPlace(run);
+        EXPECT_EQ(run, expected) << length;
+    }
+}
+
 TEST(PageText, LowerCasingKeepsLengthAndZeroBytes) {
     const PageText text{std::string("A\0B\xC4", 4)};
     EXPECT_EQ(lowered(text).bytes, std::string("a\0b\xE4", 4));
