@@ -4,11 +4,15 @@
 // Makes the controls of a screen with their given names. Every control is put into a layout by its screen, which makes
 // the window its owner.
 
+#include <type_traits>
+
 #include <QCheckBox>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 
 #include "ui/elided_label.h"
 
@@ -19,6 +23,9 @@ template <typename Control>
 [[nodiscard]] Control* make(const char* name) {
     auto* control = new Control;
     control->setObjectName(QLatin1String(name));
+    // The rows of an open list follow the style sheet only with this delegate.
+    if constexpr (std::is_base_of_v<QComboBox, Control>)
+        control->setItemDelegate(new QStyledItemDelegate(control));
     return control;
 }
 

@@ -243,7 +243,7 @@ void HexView::paintByte(QPainter& painter, int index, int top, HexPane pane) con
         painter.fillRect(cell,
                          palette().brush(hasFocus() ? QPalette::Active : QPalette::Inactive, QPalette::Highlight));
     const bool quiet = pane == HexPane::Text ? hexCharacter(byte) == u'.' && byte != '.' : byte == 0;
-    painter.setPen(palette().color(quiet && !selected ? QPalette::Disabled : QPalette::Active,
+    painter.setPen(palette().color((quiet && !selected) || !isEnabled() ? QPalette::Disabled : QPalette::Active,
                                    selected ? QPalette::HighlightedText : QPalette::Text));
     const QString text = pane == HexPane::Hex ? toQt(hexByte(byte)) : QString(QChar(hexCharacter(byte)));
     painter.drawText(cell, Qt::AlignCenter, text);

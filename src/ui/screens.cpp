@@ -44,8 +44,10 @@ void registerScreens(const ScreenContext& context) {
     });
     screens.add(Screen::ViewList, [&context](const std::any&) { return std::make_unique<frmViewList>(context); });
     screens.add(Screen::ExtEditor, [&context](const std::any& handOver) {
+        // Not copied: a handover may name a million files.
+        static const EditorHandover nothing;
         const auto* given = std::any_cast<EditorHandover>(&handOver);
-        return std::make_unique<frmExtEditor>(context, given != nullptr ? *given : EditorHandover{});
+        return std::make_unique<frmExtEditor>(context, given != nullptr ? *given : nothing);
     });
 }
 

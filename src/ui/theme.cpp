@@ -115,7 +115,11 @@ QCheckBox::indicator:hover, QCheckBox::indicator:focus { border: 1px solid @acce
 QCheckBox::indicator:checked { background: @accent; border: 1px solid @accent; image: url(:/icons/check.svg); }
 QCheckBox::indicator:disabled { border: 1px solid @line; background: @window; }
 QCheckBox::indicator:checked:disabled { background: @quiet; border: 1px solid @quiet; }
-QComboBox { background: @button; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 3px 8px; }
+QComboBox { background: @button; color: @text; border: 1px solid @edge; border-radius: 4px; padding: 3px 8px;
+    combobox-popup: 0; }
+QComboBox QAbstractItemView { background: @base; color: @text; border: 1px solid @edge; outline: 0; }
+QComboBox QAbstractItemView::item { min-height: 22px; }
+QComboBox QAbstractItemView::item:selected { background: @accent; color: @onAccent; }
 QComboBox:focus { border: 1px solid @accent; }
 QComboBox:disabled { color: @quiet; background: @window; border: 1px solid @line; }
 QComboBox::drop-down { border: 0; width: 22px; }

@@ -2,6 +2,8 @@
 // What the controls do. How they are made and stand together is in frmViewList_controls.cpp.
 #include "viewer/frmViewList.h"
 
+#include <utility>
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -13,7 +15,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QShortcut>
 
 #include "text/list_text.h"
 #include "ui/grid.h"
@@ -78,7 +79,6 @@ void frmViewList::connectControls() {
     connect(Command4, &QPushButton::clicked, this, &frmViewList::Command4_Click);
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
     connect(Command1, &QPushButton::clicked, this, &frmViewList::Command1_Click);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, Command1, &QPushButton::click);
 }
 
 void frmViewList::iGrid1_Row(int row) {
@@ -122,7 +122,7 @@ void frmViewList::Command3_Click() {
         if (screen)
             screen->Command4->setEnabled(true);
     };
-    context_.navigator.open(Screen::ExtEditor, *handover);
+    context_.navigator.open(Screen::ExtEditor, std::move(*handover));
     context_.navigator.hide(Screen::ViewList);
 }
 

@@ -172,10 +172,14 @@ void ListViewer::retest() {
     host_.showState();
     const std::u16string extension(state.extensions.chosenText());
     state.passRunning = true;
-    Retest pass(job_, state.rows, [this] {
+    int counted = -1;
+    Retest pass(job_, state.rows, [this, &counted] {
         // The pointer is the normal one from the first line on, though the pass goes on.
         state.busyPointer = false;
-        updateLabels();
+        if (state.rows.count() != counted) {
+            counted = state.rows.count();
+            updateLabels();
+        }
         job_.turn();
     });
     const RetestEnd end = pass.run(listPath_, temporaryListPath_, extension);

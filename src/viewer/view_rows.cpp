@@ -48,7 +48,8 @@ void ViewRows::add(std::u16string_view path, std::u16string_view problem) {
     const std::uint32_t extension = extensionNumber(path);
     ++extensions_[extension].rows;
     order_.push_back(static_cast<Id>(rows_.size()));
-    rows_.push_back({keep(path), keep(problem), extension, false});
+    rows_.push_back({keep(path), keep(problem), extension});
+    removed_.push_back(false);
     ++live_;
 }
 
@@ -71,11 +72,10 @@ int ViewRows::countOf(std::u16string_view extension) const {
 }
 
 void ViewRows::remove(Id id) {
-    Row& row = rows_[id];
-    if (row.removed)
+    if (isRemoved(id))
         return;
-    row.removed = true;
-    --extensions_[row.extension].rows;
+    removed_[id] = true;
+    --extensions_[rows_[id].extension].rows;
     --live_;
 }
 

@@ -40,7 +40,7 @@ public:
     /// How many rows have the extension, ignoring case.
     [[nodiscard]] int countOf(std::u16string_view extension) const;
 
-    [[nodiscard]] bool isRemoved(Id id) const { return rows_[id].removed; }
+    [[nodiscard]] bool isRemoved(Id id) const { return removed_[id]; }
     /// Takes a row out. The others keep their places until `settle`, since a pass may take out most of a million.
     void remove(Id id);
     /// The place that `row` will have once the rows have settled; for a removed row that of the next one that stays.
@@ -54,7 +54,6 @@ private:
         std::u16string_view path;
         std::u16string_view problem;
         std::uint32_t extension = 0;
-        bool removed = false;
     };
     struct Extension {
         std::u16string folded;
@@ -66,6 +65,7 @@ private:
 
     std::deque<std::u16string> blocks_;  // all texts, in blocks that never move
     std::deque<Row> rows_;
+    std::vector<bool> removed_;  // by Id; apart from the rows, since a pass asks all of them many times
     std::vector<Id> order_;
     std::vector<Extension> extensions_;
     std::unordered_map<std::u16string, std::uint32_t> numbers_;

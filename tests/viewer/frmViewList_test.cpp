@@ -39,12 +39,12 @@ private slots:
     void aRightClickOffersTheSkipList();
     void runWithoutAnExtensionStaysHere();
     void theScreenIsBusyDuringARetestAndCannotBeClosed();
+    void aCopyInUseLeavesTheScreenBusyUntilItIsClosed();
     void theViewStaysWhereItIsWhenRowsLeave();
     void theKeysGoOnInViewWhenTheCurrentRowHasLeft();
     void anEntryChosenAgainIsCountedAgain();
     void theKeyboardStaysOnTheButtonOfAFilterWithoutRows();
     void enterInTheLimitFilters();
-    void escapeIsDone();
     void doneRecountsAndShowsTheMainWindow();
     void closingShowsTheMainWindow();
     void tabGoesThroughTheControlsInOrder();
@@ -154,11 +154,9 @@ void FrmViewListTest::everyControlHasItsNameCaptionAndState() {
 void FrmViewListTest::theGridHasItsColumns() {
     auto& grid = control<Grid>("iGrid1");
     QCOMPARE(grid.columnCount(), 3);
-    QCOMPARE(grid.columnTitle(0), std::string("Path"));
-    QCOMPARE(grid.columnTitle(1), std::string("Ext"));
-    QCOMPARE(grid.columnTitle(2), std::string("Problem!"));
-    QVERIFY(grid.isColumnHidden(2));
-    QCOMPARE(grid.columnWidth(1), 50);
+    const std::string titles = grid.columnTitle(0) + "|" + grid.columnTitle(1) + "|" + grid.columnTitle(2);
+    QCOMPARE(titles, std::string("Path|Ext|Problem!"));
+    QVERIFY(grid.isColumnHidden(2) && grid.columnWidth(1) == 50);
 }
 
 void FrmViewListTest::textsArePlain() {
@@ -291,11 +289,22 @@ void FrmViewListTest::theScreenIsBusyDuringARetestAndCannotBeClosed() {
     QCOMPARE(control<QLabel>("Label1").text(), QStringLiteral("Matching :  2"));
 }
 
-// 300 rows, every fifth of which a retest finds good: the others are not on the disk.
+void FrmViewListTest::aCopyInUseLeavesTheScreenBusyUntilItIsClosed() {
+    std::filesystem::create_directories(main_->temp / "app/tFile.csv/in the way");
+    main_->dialogs.expectBox("Error",
+                             "Warning, the file appears to be open in another application! Please close any "
+                             "programs that may be accessing the file list.");
+    click("Command4");
+    for (const char* name : {"Frame1", "Frame2", "Frame3", "Command1"}) QVERIFY(!control<QWidget>(name).isEnabled());
+    screen_->close();
+    QVERIFY(main_->window->isVisible());
+}
+
+// 150 rows, every fifth of which a retest finds good: the others are not on the disk.
 void FrmViewListTest::filterLongList() {
-    main_->makePictures(60);
+    main_->makePictures(30);
     list_.clear();
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 150; ++i) {
         const std::string name = i % 5 == 0 ? "source/p" + std::to_string(i / 5) : "source/gone" + std::to_string(i);
         addRow((main_->temp / (name + ".jpg")).native(), u"Header Corrupt");
     }
@@ -306,13 +315,13 @@ void FrmViewListTest::theViewStaysWhereItIsWhenRowsLeave() {
     filterLongList();
     auto& grid = control<Grid>("iGrid1");
     grid.setCurrentRow(1);
-    grid.verticalScrollBar()->setValue(101);
-    const std::string top = grid.cell(101, 0);
+    grid.verticalScrollBar()->setValue(51);
+    const std::string top = grid.cell(51, 0);
     const std::string current = grid.cell(1, 0);
     click("Command4");
-    QCOMPARE(grid.rowCount(), 240);
-    QCOMPARE(grid.topRow(), 80);
-    QCOMPARE(grid.cell(80, 0), top);
+    QCOMPARE(grid.rowCount(), 120);
+    QCOMPARE(grid.topRow(), 40);
+    QCOMPARE(grid.cell(40, 0), top);
     QCOMPARE(grid.currentRow(), 0);
     QCOMPARE(grid.cell(0, 0), current);
     filter("Header Corrupt");
@@ -322,15 +331,15 @@ void FrmViewListTest::theViewStaysWhereItIsWhenRowsLeave() {
 void FrmViewListTest::theKeysGoOnInViewWhenTheCurrentRowHasLeft() {
     filterLongList();
     auto& grid = control<Grid>("iGrid1");
-    grid.setCurrentRow(100);
-    grid.verticalScrollBar()->setValue(98);
+    grid.setCurrentRow(50);
+    grid.verticalScrollBar()->setValue(48);
     click("Command4");
     QCOMPARE(grid.currentRow(), -1);
     QCOMPARE(control<QComboBox>("Combo2").currentText(), QStringLiteral("jpg"));
     QTest::keyClick(&grid, Qt::Key_Down);
     QCOMPARE(grid.currentRow(), grid.topRow());
-    QCOMPARE(grid.topRow(), 78);
-    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 240"));
+    QCOMPARE(grid.topRow(), 38);
+    QCOMPARE(control<QLabel>("Label4").text(), QStringLiteral("jpg = 120"));
 }
 
 void FrmViewListTest::anEntryChosenAgainIsCountedAgain() {
@@ -355,18 +364,9 @@ void FrmViewListTest::theKeyboardStaysOnTheButtonOfAFilterWithoutRows() {
 }
 
 void FrmViewListTest::enterInTheLimitFilters() {
-    auto& category = control<QComboBox>("Combo1");
-    category.setCurrentIndex(category.findText(QStringLiteral("Header Corrupt")));
+    control<QComboBox>("Combo1").setCurrentIndex(1);
     QTest::keyClick(&control<QLineEdit>("Text1"), Qt::Key_Return);
     QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
-}
-
-void FrmViewListTest::escapeIsDone() {
-    activate();
-    QTest::keyClick(screen_, Qt::Key_Escape);
-    QVERIFY(main_->window->isVisible());
-    QVERIFY(main_->navigator.window(Screen::ViewList) == nullptr);
-    QCOMPARE(main_->text("lCorruptFiles"), QStringLiteral("3"));
 }
 
 void FrmViewListTest::doneRecountsAndShowsTheMainWindow() {
