@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "messaging/message_log.h"
 
-#include <vector>
-
 #include "app/folder_structure.h"
+#include "app/run_beside.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "text/fields.h"
@@ -23,6 +22,17 @@ Result<void> appendRecord(const NativePath& settingsFolder, const std::string& r
     return appendToFile(settingsFolder / kLogFolder / kLogFile, record);
 }
 
+// The folders of the logs, and the record in each log.
+Result<void> writeRecord(const Paths& paths, const NativePath& appFolder, const std::string& record) {
+    if (paths.useSharedDb && !pathExists(fileIn(paths.sharedSettings, kLogFolder)))
+        CreateFolderPath(fileIn(paths.sharedSettings, kLogFolder));
+    if (!pathExists(appFolder / kAskedFolder))
+        CreateFolderPath(fileIn(paths.localSettings, kLogFolder));
+    if (auto written = appendRecord(paths.localSettings, record); !written || !paths.useSharedDb)
+        return written;
+    return appendRecord(paths.sharedSettings, record);
+}
+
 }  // namespace
 
 std::string withoutLineBreaks(const std::string& text) {
@@ -32,17 +42,10 @@ std::string withoutLineBreaks(const std::string& text) {
 }
 
 Result<void> writeMessageLog(std::string& text, const Installation& installation, const Surroundings& surroundings) {
-    const Paths& paths = installation.paths();
-    text = withoutLineBreaks(text);
-    if (paths.useSharedDb && !pathExists(fileIn(paths.sharedSettings, kLogFolder)))
-        CreateFolderPath(fileIn(paths.sharedSettings, kLogFolder));
-    if (!pathExists(installation.appFolder() / kAskedFolder))
-        CreateFolderPath(fileIn(paths.localSettings, kLogFolder));
-    text = surroundings.dates.general(surroundings.clock.now()) + ";" + text;
-    const std::string record = toPage(text).bytes + "\r\n";
-    if (auto written = appendRecord(paths.localSettings, record); !written || !paths.useSharedDb)
-        return written;
-    return appendRecord(paths.sharedSettings, record);
+    text = surroundings.dates.general(surroundings.clock.now()) + ";" + withoutLineBreaks(text);
+    return answerBeside(surroundings.loop,
+                        [paths = installation.paths(), appFolder = installation.appFolder(),
+                         record = toPage(text).bytes + "\r\n"] { return writeRecord(paths, appFolder, record); });
 }
 
 }  // namespace quillon

@@ -21,7 +21,8 @@ inline constexpr const char* kRecordLineBreak = "\u00FD";
 
 /// Appends one record, date and time, ";" and the text, to "Messaging logs/logs.dat" in the local settings folder and,
 /// with sharing on, in the shared one. `text` comes back as it was written. The first failure ends the work: the
-/// remaining file is skipped, and callers pass the failure over, since messaging never fails because of its log.
+/// remaining file is skipped, and callers pass the failure over, since messaging never fails because of its log. The
+/// loop turns while a share hangs.
 ///
 /// Kept: whether the local folder has to be made is asked of "Messageing Logs" in the application folder, which never
 /// exists, so that the creation is tried at every call (test TheLocalFolderIsMadeAtEveryCall).
