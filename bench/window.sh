@@ -11,11 +11,15 @@ rounds=${2:-5}
 grep -qs '^QUILLON_GUI:[A-Z]*=ON' build/release/CMakeCache.txt || configure release -DQUILLON_GUI=ON
 cmake --build --preset release --target quillon_bench_window
 
+# window [TARGET]: a job in the window. The untimed pass goes over the tree when the display is there, which takes some seconds.
 window() {
-    xvfb-run -a -s "-screen 0 1280x800x24" env QT_QPA_PLATFORM=xcb $release/bench/quillon_bench_window "$app" "$tree" "$@"
+    # shellcheck disable=SC2016  # for the inner shell
+    xvfb-run -a -s "-screen 0 1280x800x24" env QT_QPA_PLATFORM=xcb sh -c \
+        '"$1" "$2" "$3" data/starter/Database >/dev/null; program=$4 app=$5 tree=$2; shift 5; exec "$program" "$app" "$tree" "$@"' \
+        sh $release/bench/quillon_bench_limit "$tree" "$work/rows" $release/bench/quillon_bench_window "$app" "$@"
 }
 # A line of user and system seconds for each run of quillon-job, one of names and figures for each run in the window. An untimed
-# pass goes ahead of each, since the system pages out what was not touched for some seconds.
+# pass goes right ahead of each, since the system pages out what was not touched for some seconds.
 rm -f "$work"/window-*.times
 round=0
 while [ $round -lt "$rounds" ]; do
@@ -23,7 +27,6 @@ while [ $round -lt "$rounds" ]; do
     echo "Round $round of $rounds"
     limit >/dev/null
     job /usr/bin/time -a -o "$work/window-job.times" -f '%U %S' >/dev/null 2>&1
-    limit >/dev/null
     window >>"$work/window-test.times"
 done
 # A copying job tells of the heart alone: what a copy costs is the disk's.

@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Makes pictures of all screens, light and dark, on a display of its own (Xvfb), in build/pictures. Those that the help and the
-# README show are put into docs/help/images: the main window in both looks, all others light.
+# README show are put into docs/help/images, and the main window at both sizes in both looks.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -25,13 +25,10 @@ for look in light dark; do
         build/dev/tests/ui/quillon_picture_maker "$stage/Quillon" "$stage/recovered" $look "$pictures"
 done
 
-# shown NAME [LOOK]: into the help; the light picture of a screen needs no word about its look
-shown() { cp "$pictures/$1-${2:-light}.png" "docs/help/images/$1${2:+-$2}.png"; }
-for look in light dark; do
-    shown main $look
-    shown main-large $look
-done
-for name in main-start skip-list database common-headers messages bad-sectors zip setup-network list editor \
-    setup setup-2 setup-3 setup-4 setup-5 setup-6; do
-    shown $name
+# Those that a page shows: a name without a look is the light picture of its screen.
+for shown in $(grep -oh 'images/[a-z0-9-]*\.png' README.md docs/help/*.html | sort -u) images/main-dark.png images/main-large-light.png \
+    images/main-large-dark.png; do
+    name=$(basename "$shown" .png)
+    [ -e "$pictures/$name.png" ] || name=$name-light
+    cp "$pictures/$name.png" "docs/help/$shown"
 done

@@ -4,7 +4,7 @@
 // The event loop of a window program. Passes turn it once per row; it looks at the clock and really runs the loop only
 // when 16 milliseconds have passed since the last time, so that mouse, keys and timers are prompt. Painting is what
 // costs: a repaint for every row would make a fast disk wait for the screen two hundred times as long. So the screens
-// are brought up to date some twenty times a second, which is as fast as a person reads a count, and less often where
+// are brought up to date some ten times a second, which is as fast as a person reads a count, and less often where
 // one refresh is slow, as on a remote display.
 
 #include <functional>
@@ -20,7 +20,7 @@ public:
     /// Milliseconds between two runs of the loop.
     static constexpr std::int64_t kInterval = 16;
     /// Milliseconds between two refreshes: eight times what the last one took, within these bounds.
-    static constexpr std::int64_t kShortestRefresh = 48;
+    static constexpr std::int64_t kShortestRefresh = 96;
     static constexpr std::int64_t kLongestRefresh = 240;
 
     /// The clock must outlive the loop.

@@ -5,7 +5,7 @@
 //   quillon_picture_maker APPLICATION_FOLDER SOURCE LOOK FOLDER
 //
 // APPLICATION_FOLDER has the starter database and the help and is set up by this; its path is in the pictures. LOOK is
-// "light" or "dark". Two runs make the same pictures.
+// "light" or "dark".
 
 #include <cstdio>
 
@@ -123,6 +123,7 @@ private:
     }
 
     void save(QWidget& window, const QString& name) {
+        QApplication::setActiveWindow(&window);  // whatever the display has made of it by now
         context_.loop.flush();
         const QString file = folder_ + QLatin1Char('/') + name + QLatin1Char('-') + look_ + QStringLiteral(".png");
         const bool saved = window.grab().save(file, nullptr, 0);  // 0: packed as tightly as can be
@@ -164,6 +165,7 @@ int makePictures(QApplication& application, const QStringList& arguments) {
 int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setCursorFlashTime(0);  // a caret that blinks would be in every other picture
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 5) {
         std::fputs("usage: quillon_picture_maker APPLICATION_FOLDER SOURCE LOOK FOLDER\n", stderr);
