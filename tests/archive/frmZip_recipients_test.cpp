@@ -55,9 +55,8 @@ void FrmZipRecipientsTest::cleanup() {
 void FrmZipRecipientsTest::queryFillsTheBoxWithTheComputers() {
     click("Command7");
     const auto& box = controlOf<QComboBox>(screen(), "Combo1");
-    QStringList items;
-    for (int i = 0; i < box.count(); ++i) items << box.itemText(i);
-    QCOMPARE(items, (QStringList{QStringLiteral("Please Select"), QStringLiteral("LAB7"), QStringLiteral("DESK2")}));
+    QCOMPARE(test::itemsOf(box),
+             (QStringList{QStringLiteral("Please Select"), QStringLiteral("LAB7"), QStringLiteral("DESK2")}));
     QCOMPARE(box.currentIndex(), 0);
 }
 

@@ -38,10 +38,7 @@ private:
     }
     void openTab(WizardTab tab) const { controlOf<QTabWidget>(screen(), "SftTabs1").setTabEnabled(tab, true); }
     [[nodiscard]] QStringList items(const char* name) const {
-        const auto& box = controlOf<QComboBox>(screen(), name);
-        QStringList all;
-        for (int i = 0; i < box.count(); ++i) all << box.itemText(i);
-        return all;
+        return test::itemsOf(controlOf<QComboBox>(screen(), name));
     }
     [[nodiscard]] AppSettings saved() const { return decodeSettings(main_->temp.read("app/settings.dat")); }
 

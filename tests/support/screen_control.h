@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include <QComboBox>
 #include <QProgressBar>
 #include <QStringList>
 #include <QTest>
@@ -47,6 +48,13 @@ inline QString captionOf(const QWidget& control) {
             return text.toString().remove(QLatin1Char('&'));
     }
     return {};
+}
+
+/// All entries of a choice.
+inline QStringList itemsOf(const QComboBox& box) {
+    QStringList items;
+    for (int i = 0; i < box.count(); ++i) items << box.itemText(i);
+    return items;
 }
 
 /// What differs between a control and its line of the table; empty when nothing does.
