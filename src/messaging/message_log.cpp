@@ -43,9 +43,9 @@ std::string withoutLineBreaks(const std::string& text) {
 
 Result<void> writeMessageLog(std::string& text, const Installation& installation, const Surroundings& surroundings) {
     text = surroundings.dates.general(surroundings.clock.now()) + ";" + withoutLineBreaks(text);
-    return answerBeside(surroundings.loop,
-                        [paths = installation.paths(), appFolder = installation.appFolder(),
-                         record = toPage(text).bytes + "\r\n"] { return writeRecord(paths, appFolder, record); });
+    const auto write = [paths = installation.paths(), appFolder = installation.appFolder(),
+                        record = toPage(text).bytes + "\r\n"] { return writeRecord(paths, appFolder, record); };
+    return installation.paths().useSharedDb ? answerBeside(surroundings.loop, write) : write();
 }
 
 }  // namespace quillon

@@ -22,7 +22,7 @@ class FrmExtEditorKeysTest : public QObject {
 
 private slots:
     void init();
-    void cleanup() { VERIFY_DIALOGS(screen_); }
+    void cleanup() { test::closeScreens(screen_); }
     void tabGoesThroughTheControlsInOrder();
     void enterInPositionAndTermAdds();
     void aRefusedCommaLeavesTheCaretInItsPlace();
@@ -44,7 +44,7 @@ private:
                                                       : QApplication::focusWidget()->objectName();
     }
     void expectNotFound() const {
-        screen_->dialogs().expectBox("Term not found", "Search term not found", BoxAnswer::Ok, BoxStyle::Warning,
+        screen_->dialogs.expectBox("Term not found", "Search term not found", BoxAnswer::Ok, BoxStyle::Warning,
                                      BoxButtons::Ok);
     }
 
@@ -97,7 +97,7 @@ void FrmExtEditorKeysTest::enterInPositionAndTermAdds() {
 
 void FrmExtEditorKeysTest::aRefusedCommaLeavesTheCaretInItsPlace() {
     openOver(0);
-    screen_->dialogs().expectBox(
+    screen_->dialogs.expectBox(
         "No Commas!",
         "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
         "using a comma, use a HEX based search for '2C'.",
@@ -126,7 +126,7 @@ void FrmExtEditorKeysTest::deleteInTheTermsAsksAndDeletes() {
     openOver(2);
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);  // no row is current: nothing is asked
     screen_->grid().setCurrentRow(1);
-    screen_->dialogs().expectBox("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes, BoxStyle::Question,
+    screen_->dialogs.expectBox("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes, BoxStyle::Question,
                                  BoxButtons::YesNo);
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("T1|1|T")});
@@ -166,12 +166,12 @@ void FrmExtEditorKeysTest::aRefusedTermGetsTheKeyboard() {
     screen_->type("Text3", "ABC");
     screen_->control<QComboBox>("Combo2").setCurrentIndex(1);
     focus("Command11");
-    screen_->dialogs().expectBox("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ", BoxAnswer::Ok,
+    screen_->dialogs.expectBox("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ", BoxAnswer::Ok,
                                  BoxStyle::Warning, BoxButtons::Ok);
     screen_->click("Command11");
     QCOMPARE(focused(), QStringLiteral("Text3"));
     screen_->type("Text2", "");
-    screen_->dialogs().expectBox(
+    screen_->dialogs.expectBox(
         "Error", "Please enter a starting position for the search term (0= Anywhere in the first 512 bytes)",
         BoxAnswer::Ok, BoxStyle::Warning, BoxButtons::Ok);
     screen_->click("Command11");
@@ -208,7 +208,7 @@ void FrmExtEditorKeysTest::theWholeSearchGoesByKeys() {
     QTest::keyClick(&screen_->window(), Qt::Key_T, Qt::AltModifier);
     QCOMPARE(focused(), QStringLiteral("Text3"));
     QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("X!"));
-    screen_->dialogs().expectBox(
+    screen_->dialogs.expectBox(
         "Add term", "Search results :\r\n\r\nGood files :  1\r\nBad files :  0\r\n\r\n Do you want to add the term ?",
         BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
     QTest::keyClick(&screen_->window(), Qt::Key_S, Qt::AltModifier);

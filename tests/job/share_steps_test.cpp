@@ -41,7 +41,6 @@ TEST_F(ShareStepsTest, AnUnmountedShareIsAnEmptyFolderAndEveryTermFileIsKept) {
     expectGivingUp();
     EXPECT_EQ(run(), JobEnd::NotStarted);
     expectAllUnderKept();
-    EXPECT_EQ(fake.loop.turns, 0) << "a share that answers at once costs no turn";
 }
 
 TEST_F(ShareStepsTest, TheLoopTurnsWhileTheShareHangsAndEveryTermFileIsKeptWhenItGoes) {
