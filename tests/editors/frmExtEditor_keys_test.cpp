@@ -45,7 +45,7 @@ private:
     }
     void expectNotFound() const {
         screen_->dialogs.expectBox("Term not found", "Search term not found", BoxAnswer::Ok, BoxStyle::Warning,
-                                     BoxButtons::Ok);
+                                   BoxButtons::Ok);
     }
 
     std::unique_ptr<test::EditorScreen> screen_;
@@ -127,7 +127,7 @@ void FrmExtEditorKeysTest::deleteInTheTermsAsksAndDeletes() {
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);  // no row is current: nothing is asked
     screen_->grid().setCurrentRow(1);
     screen_->dialogs.expectBox("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes, BoxStyle::Question,
-                                 BoxButtons::YesNo);
+                               BoxButtons::YesNo);
     QTest::keyClick(&screen_->grid(), Qt::Key_Delete);
     QCOMPARE(screen_->rows(), QStringList{QStringLiteral("T1|1|T")});
 }
@@ -167,7 +167,7 @@ void FrmExtEditorKeysTest::aRefusedTermGetsTheKeyboard() {
     screen_->control<QComboBox>("Combo2").setCurrentIndex(1);
     focus("Command11");
     screen_->dialogs.expectBox("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ", BoxAnswer::Ok,
-                                 BoxStyle::Warning, BoxButtons::Ok);
+                               BoxStyle::Warning, BoxButtons::Ok);
     screen_->click("Command11");
     QCOMPARE(focused(), QStringLiteral("Text3"));
     screen_->type("Text2", "");
