@@ -48,7 +48,7 @@ namespace {
 
 const std::vector<test::FrameCase> kControls = {
     {"Frame5", "Stats", {{"gradeBar", ""}, {"copiedNote", "Copied:"}}},
-    {"", "", {{"Label2_1", ""}, {"StatusBar1_2", ""}}},
+    {"", "", {{"Label2_1", "", false}, {"StatusBar1_2", ""}}},
 };
 
 }  // namespace

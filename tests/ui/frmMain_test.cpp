@@ -32,6 +32,7 @@ private slots:
     void everyControlHasItsNameCaptionAndState();
     void everyMenuEntryHasItsNameCaptionAndState_data();
     void everyMenuEntryHasItsNameCaptionAndState();
+    void theViewMenuIsHidden();
     void everyToolbarButtonHasItsToolTip();
     void theStatusBarShowsTheVersion();
     void theLogHasItsColumns();
@@ -143,7 +144,12 @@ void FrmMainTest::everyMenuEntryHasItsNameCaptionAndState() {
         {"mnuFile", "File"}, {"mnu", "Menu"}, {"mnuViewf", "View"}, {"mnuh3", "Help"}};
     for (const auto& [name, title] : menus)
         QCOMPARE(main_->control<QMenu>(name).title().remove(QLatin1Char('&')), QLatin1String(title));
-    QVERIFY(!main_->control<QMenu>("mnuViewf").menuAction()->isVisible());
+}
+
+void FrmMainTest::theViewMenuIsHidden() {
+    const QAction* entry = main_->control<QMenu>("mnuViewf").menuAction();
+    QVERIFY(!entry->isVisible());
+    QCOMPARE(entry->objectName(), QStringLiteral("mnuViewf"));
 }
 
 void FrmMainTest::everyToolbarButtonHasItsToolTip() {

@@ -6,9 +6,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "support/fake_surroundings.h"
 #include "support/temp_folder.h"
-#include "ui/window_event_loop.h"
 
 using namespace quillon;
 
@@ -24,9 +22,6 @@ private slots:
     void allScreensUnload();
     void aScreenOpensOverItsOpener();
     void aHiddenScreenComesBackWhereItStood();
-    void aTurnRunsTheLoopOnlyAfterSixteenMilliseconds();
-    void aSlowTurnPutsTheNextOneOff();
-    void aFlushAlwaysRefreshesAndRuns();
 };
 
 void NavigatorTest::aScreenThatNobodyMadeOpensNothing() {
@@ -135,56 +130,6 @@ void NavigatorTest::aHiddenScreenComesBackWhereItStood() {
     navigator.hide(Screen::ViewList);
     navigator.open(Screen::ViewList);
     QCOMPARE(navigator.window(Screen::ViewList)->pos(), QPoint(70, 90));
-}
-
-void NavigatorTest::aTurnRunsTheLoopOnlyAfterSixteenMilliseconds() {
-    test::FakeClock clock;
-    WindowEventLoop loop(clock);
-    int refreshed = 0;
-    const int number = loop.addRefresh([&] { ++refreshed; });
-    loop.turn();
-    QCOMPARE(refreshed, 1);
-    for (int i = 0; i < 100; ++i) loop.turn();
-    clock.tick += 15;
-    loop.turn();
-    QCOMPARE(refreshed, 1);
-    clock.tick += 1;
-    loop.turn();
-    QCOMPARE(refreshed, 2);
-    loop.removeRefresh(number);
-    clock.tick += 16;
-    loop.turn();
-    QCOMPARE(refreshed, 2);
-}
-
-void NavigatorTest::aSlowTurnPutsTheNextOneOff() {
-    test::FakeClock clock;
-    WindowEventLoop loop(clock);
-    int refreshed = 0;
-    loop.addRefresh([&] {
-        ++refreshed;
-        clock.tick += 5;
-    });
-    loop.flush();
-    clock.tick += 39;
-    loop.turn();
-    QCOMPARE(refreshed, 1);
-    clock.tick += 1;
-    loop.turn();
-    QCOMPARE(refreshed, 2);
-}
-
-void NavigatorTest::aFlushAlwaysRefreshesAndRuns() {
-    test::FakeClock clock;
-    WindowEventLoop loop(clock);
-    bool ran = false;
-    int refreshed = 0;
-    loop.addRefresh([&] { ++refreshed; });
-    QTimer::singleShot(0, this, [&] { ran = true; });
-    loop.flush();
-    loop.flush();
-    QVERIFY(ran);
-    QCOMPARE(refreshed, 2);
 }
 
 QTEST_MAIN(NavigatorTest)

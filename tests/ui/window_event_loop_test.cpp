@@ -27,7 +27,7 @@ private slots:
     void aTurnRunsTheLoopWhenSixteenMillisecondsHavePassed();
     void screensAreRefreshedLessOftenThanTheLoopRuns();
     void aSlowRefreshPutsTheNextOneOff();
-    void flushRefreshesAtOnce();
+    void flushRefreshesAndRunsAtOnce();
     void aRemovedRefreshIsNotCalled();
 
 private:
@@ -94,9 +94,13 @@ void WindowEventLoopTest::aSlowRefreshPutsTheNextOneOff() {
     QCOMPARE(refreshes_, 4);
 }
 
-void WindowEventLoopTest::flushRefreshesAtOnce() {
+void WindowEventLoopTest::flushRefreshesAndRunsAtOnce() {
+    bool ran = false;
+    QMetaObject::invokeMethod(
+        this, [&ran] { ran = true; }, Qt::QueuedConnection);
     loop_->flush();
     loop_->flush();
+    QVERIFY(ran);
     QCOMPARE(refreshes_, 2);
 }
 
