@@ -2,9 +2,7 @@
 // "Zip" while it is killed or fails at every single system call that changes something: no half archive stands under
 // the archive's name, and the bytes of every list and of an overwritten archive stand somewhere. The calls are made to
 // fail by strace; without it, or where it may not trace, this program says so and counts as skipped.
-#include <cstdlib>
 #include <filesystem>
-#include <iostream>
 #include <map>
 #include <set>
 #include <string>
@@ -16,21 +14,13 @@
 #include "archive/zip_writer.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
+#include "support/strace.h"
 #include "support/temp_folder.h"
-#include "text/fields.h"
 
 namespace quillon {
 namespace {
 
 std::string probe;  // the path of quillon_zip_fault_probe, from the command line
-
-const char* const kChanging =
-    "write,pwrite64,writev,fsync,fdatasync,rename,renameat,renameat2,ftruncate,chmod,fchmod,unlink,unlinkat,utimensat,"
-    "copy_file_range,mkdir,lseek";
-
-bool run(const std::string& command) {
-    return std::system(command.c_str()) == 0;
-}
 
 class ZipFaults : public testing::Test {
 protected:
@@ -43,19 +33,7 @@ protected:
         oldArchive = withOldArchive ? temp.read("zips/1234.zip") : "";
     }
 
-    [[nodiscard]] std::string command(const std::string& options) const {
-        return "exec strace -qq " + options + " '" + probe + "' '" + temp.path().native() + "' 2>/dev/null";
-    }
-
-    // How often an undisturbed run makes each of these calls.
-    std::map<std::string, int> calls() {
-        const std::string log = (temp / "strace.log").native();
-        EXPECT_TRUE(run(command("-o '" + log + "' -e signal=none -e trace=" + kChanging)));
-        std::map<std::string, int> counts;
-        const std::string text = readWholeFile(log).value_or("");
-        for (const auto line : splitLines(text)) ++counts[std::string(line.substr(0, line.find('(')))];
-        return counts;
-    }
+    [[nodiscard]] std::string program() const { return probe + " '" + temp.path().native() + "' 2>/dev/null"; }
 
     // The bytes of every file that can be seen below the folders, archives opened.
     std::multiset<std::string> allBytes() const {
@@ -88,20 +66,14 @@ protected:
 
     void disturb(bool withOldArchive) {
         prepare(withOldArchive);
-        int runs = 0;
-        for (const auto& [call, count] : calls()) {
-            for (int i = 1; i <= count; ++i) {
-                const std::string at = ":when=" + std::to_string(i);
-                for (const auto& how : {":signal=KILL" + at, ":error=ENOSPC" + at, ":error=EIO" + at + "+"}) {
-                    const std::string fault = "-e inject=" + call + how;
-                    prepare(withOldArchive);
-                    const bool saidDone = run(command("-o /dev/null " + fault));
-                    expectNothingLost(saidDone, fault);
-                    ++runs;
-                }
-            }
+        const auto calls = test::changingCalls() + ",lseek";
+        const auto faults = test::everyFault(test::countCalls(calls, program(), (temp / "strace.log").native()));
+        EXPECT_GE(faults.size(), 30U) << "hardly a call was disturbed";
+        for (const auto& fault : faults) {
+            prepare(withOldArchive);
+            const bool saidDone = test::runShell(test::traced(fault, program())) == 0;
+            expectNothingLost(saidDone, fault);
         }
-        EXPECT_GE(runs, 30) << "hardly a call was disturbed";
     }
 
     test::TempFolder temp;
@@ -123,7 +95,7 @@ TEST_F(ZipFaults, AListThatCannotBeReadIsNotLost) {
         prepare(false);
         const std::string fault = "-P '" + (temp / "local/1234-2.csv").native() +
                                   "' -e inject=read,pread64:error=EIO:when=" + std::to_string(i) + "+";
-        const bool saidDone = run(command("-o /dev/null " + fault));
+        const bool saidDone = test::runShell(test::traced(fault, program())) == 0;
         EXPECT_TRUE(i > 1 || !saidDone) << "the first read is the packing";
         expectNothingLost(saidDone, fault);
     }
@@ -132,12 +104,6 @@ TEST_F(ZipFaults, AListThatCannotBeReadIsNotLost) {
 }  // namespace
 }  // namespace quillon
 
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    if (argc < 2 || std::system("strace -o /dev/null -e inject=fsync:error=EIO true 2>/dev/null") != 0) {
-        std::cout << "strace is missing or may not trace here: skipped\n";
-        return 77;
-    }
-    quillon::probe = argv[1];
-    return RUN_ALL_TESTS();
+int main(int count, char* arguments[]) {
+    return quillon::test::runTracingTests(count, arguments, quillon::probe);
 }

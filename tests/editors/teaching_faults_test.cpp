@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <iostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -72,7 +71,7 @@ protected:
         });
     }
     [[nodiscard]] std::string program(const std::string& what) const {
-        return probe + what + " '" + temp.path().native() + "'";
+        return probe + " " + what + " '" + temp.path().native() + "'";
     }
     /// Runs the program under every fault and has each outcome judged.
     void disturb(const std::string& what, const std::function<void(int status, const std::string& fault)>& judge) {
@@ -164,12 +163,5 @@ TEST_F(TeachingFaults, ATermFileThatCannotBeReadGoesUnderKept) {
 }  // namespace quillon
 
 int main(int count, char* arguments[]) {
-    testing::InitGoogleTest(&count, arguments);
-    if (count != 2) {
-        std::cerr << "Usage: " << arguments[0] << " PROBE\n";
-        return 2;
-    }
-    quillon::probe = "'" + std::string(arguments[1]) + "' ";
-    constexpr int skipped = 77;
-    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
+    return quillon::test::runTracingTests(count, arguments, quillon::probe);
 }

@@ -3,7 +3,6 @@
 // the old bytes or the new ones, and a failure is reported. The calls are made to fail by strace; without it, or where
 // it may not trace, this program says so and counts as skipped.
 #include <functional>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -50,14 +49,14 @@ void expectOldOrNew(const Work& work, int status, const std::string& fault) {
 
 void disturb(const TempFolder& temp, const Work& work, const std::string& always = "") {
     work.prepare();
-    auto counts = countCalls(changingCalls(), probe + work.arguments, (temp / "strace.log").native());
+    auto counts = countCalls(changingCalls(), probe + " " + work.arguments, (temp / "strace.log").native());
     std::erase_if(counts, [&always](const auto& count) { return always.find(count.first) != std::string::npos; });
     const auto faults = everyFault(counts, always.empty() ? 0 : 3);
     EXPECT_GE(faults.size(), 3U) << "no call was disturbed";
     for (const auto& one : faults) {
         const std::string fault = always + " " + one;
         work.prepare();
-        expectOldOrNew(work, runShell(traced(fault, probe + work.arguments)), fault);
+        expectOldOrNew(work, runShell(traced(fault, probe + " " + work.arguments)), fault);
     }
 }
 
@@ -122,7 +121,7 @@ TEST_F(Faults, ASaveInPlaceLosesNothing) {
 TEST_F(Faults, ARefusedRenameStillSaves) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(runShell(traced("-e inject=rename:error=EACCES", probe + work.arguments)), 0);
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EACCES", probe + " " + work.arguments)), 0);
     EXPECT_TRUE(work.newStands());
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
@@ -135,7 +134,7 @@ TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
         work.prepare();
         const auto before = test::statOf(temp / "7.csv").st_ino;
         const std::string fault = std::string("-e inject=rename:error=") + busy + ":when=1..9";
-        EXPECT_EQ(runShell(traced(fault, probe + work.arguments)), 0) << busy;
+        EXPECT_EQ(runShell(traced(fault, probe + " " + work.arguments)), 0) << busy;
         EXPECT_TRUE(work.newStands()) << busy;
         EXPECT_NE(test::statOf(temp / "7.csv").st_ino, before) << busy;
         EXPECT_EQ(test::namesIn(temp.path()), "7.csv") << busy;
@@ -145,7 +144,7 @@ TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
 TEST_F(Faults, AShareThatFailsAltogetherIsNotWrittenInto) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(runShell(traced("-e inject=rename:error=EIO", probe + work.arguments)), 3);
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EIO", probe + " " + work.arguments)), 3);
     EXPECT_TRUE(work.oldStands());
 }
 
@@ -153,7 +152,8 @@ TEST_F(Faults, AFailedSaveLeavesNoTemporaryFile) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old", "new bytes");
     for (const char* call : {"write", "fsync", "chmod"}) {
         work.prepare();
-        EXPECT_EQ(runShell(traced(std::string("-e inject=") + call + ":error=EIO", probe + work.arguments)), 3) << call;
+        EXPECT_EQ(runShell(traced(std::string("-e inject=") + call + ":error=EIO", probe + " " + work.arguments)), 3)
+            << call;
         EXPECT_EQ(test::namesIn(temp.path()), "7.csv") << call;
     }
 }
@@ -163,11 +163,11 @@ TEST_F(Faults, AFailedOpenOrCloseIsReported) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes", "new bytes");
     work.prepare();
     for (const auto& [call, count] :
-         countCalls("openat,close", probe + work.arguments, (temp / "strace.log").native())) {
+         countCalls("openat,close", probe + " " + work.arguments, (temp / "strace.log").native())) {
         for (int i = 1; i <= count; ++i) {
             const std::string fault = "-e inject=" + call + ":error=EIO:when=" + std::to_string(i);
             work.prepare();
-            expectOldOrNew(work, runShell(traced(fault, probe + work.arguments) + " 2>/dev/null"), fault);
+            expectOldOrNew(work, runShell(traced(fault, probe + " " + work.arguments) + " 2>/dev/null"), fault);
         }
     }
 }
@@ -190,9 +190,9 @@ TEST_F(Faults, AReadErrorOfTheSourceLeavesTheOlderTarget) {
     const Work work =
         changing("copy " + path("source") + " " + path("to/a"), "to/a", "older target", std::string(700000, 's'));
     work.prepare();
-    EXPECT_EQ(
-        runShell(traced("-P " + path("source") + " -e inject=copy_file_range,read:error=EIO", probe + work.arguments)),
-        3);
+    EXPECT_EQ(runShell(traced("-P " + path("source") + " -e inject=copy_file_range,read:error=EIO",
+                              probe + " " + work.arguments)),
+              3);
     EXPECT_TRUE(work.oldStands());
     EXPECT_EQ(test::namesIn(temp / "to"), "a");
 }
@@ -223,12 +223,5 @@ TEST_F(Faults, AMoveUnderKeptNeverLosesTheBytes) {
 }  // namespace quillon
 
 int main(int count, char* arguments[]) {
-    testing::InitGoogleTest(&count, arguments);
-    if (count != 2) {
-        std::cerr << "Usage: " << arguments[0] << " PROBE\n";
-        return 2;
-    }
-    quillon::probe = "'" + std::string(arguments[1]) + "' ";
-    constexpr int skipped = 77;
-    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
+    return quillon::test::runTracingTests(count, arguments, quillon::probe);
 }

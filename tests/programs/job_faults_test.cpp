@@ -4,7 +4,6 @@
 // this program says so and counts as skipped.
 #include <fstream>
 #include <functional>
-#include <iostream>
 #include <map>
 #include <regex>
 #include <string>
@@ -219,12 +218,5 @@ TEST_F(JobFaults, AKilledJobNeverLosesTheListOfAnEarlierOne) {
 }  // namespace quillon
 
 int main(int count, char* arguments[]) {
-    testing::InitGoogleTest(&count, arguments);
-    if (count != 2) {
-        std::cerr << "Usage: " << arguments[0] << " QUILLON-JOB\n";
-        return 2;
-    }
-    quillon::program = "'" + std::string(arguments[1]) + "'";
-    constexpr int skipped = 77;
-    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
+    return quillon::test::runTracingTests(count, arguments, quillon::program);
 }

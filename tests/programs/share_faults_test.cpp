@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // quillon-job whose share goes at any call of the job's start: every byte of the local database stands where it was or
 // under Kept. The calls are made to fail by strace; without it this program says so and counts as skipped.
-#include <iostream>
 #include <map>
 #include <string>
 
@@ -134,12 +133,5 @@ TEST_F(ShareFaults, NothingIsLostWhenTheShareGoesAtAnyCall) {
 }  // namespace quillon
 
 int main(int count, char* arguments[]) {
-    testing::InitGoogleTest(&count, arguments);
-    if (count != 2) {
-        std::cerr << "Usage: " << arguments[0] << " QUILLON-JOB\n";
-        return 2;
-    }
-    quillon::program = "'" + std::string(arguments[1]) + "'";
-    constexpr int skipped = 77;
-    return quillon::test::canTrace() ? RUN_ALL_TESTS() : skipped;
+    return quillon::test::runTracingTests(count, arguments, quillon::program);
 }

@@ -58,4 +58,15 @@ std::map<std::string, int> countCalls(const std::string& calls, const std::strin
     return counts;
 }
 
+int runTracingTests(int count, char* arguments[], std::string& program) {
+    testing::InitGoogleTest(&count, arguments);
+    if (count != 2) {
+        std::cerr << "Usage: " << arguments[0] << " PROGRAM\n";
+        return 2;
+    }
+    program = "'" + std::string(arguments[1]) + "'";
+    constexpr int skipped = 77;
+    return canTrace() ? RUN_ALL_TESTS() : skipped;
+}
+
 }  // namespace quillon::test

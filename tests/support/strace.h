@@ -34,4 +34,8 @@ inline constexpr int kKilledStatus = 128 + 9;
 [[nodiscard]] std::map<std::string, int> countCalls(const std::string& calls, const std::string& program,
                                                     const std::string& log);
 
+/// The main of tests that trace a program, which is their one argument and comes back quoted in `program`. Ends with
+/// the status of the tests, or with that of a skipped test where no program can be traced.
+[[nodiscard]] int runTracingTests(int count, char* arguments[], std::string& program);
+
 }  // namespace quillon::test
