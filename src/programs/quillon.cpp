@@ -10,10 +10,7 @@
 #include "app/folder_structure.h"
 #include "job/job.h"
 #include "messaging/alert_exchange.h"
-#include "platform/folders.h"
 #include "platform/host.h"
-#include "setup/default_installation.h"
-#include "text/list_text.h"
 #include "ui/enter_key.h"
 #include "ui/frmMain.h"
 #include "ui/help_window.h"
@@ -26,27 +23,12 @@
 namespace quillon {
 namespace {
 
-// A first run sets the default up, so that a job can run at once; the log says where.
-void setUpFirstRun(Job& job) {
-    Installation& installation = job.installation();
-    if (pathExists(installation.paths().settingsFile))
-        return;
-    const auto done = setUpDefaultInstallation(installation);
-    if (done)
-        job.log("First run: set up " + readable(done->localPath.native()) + " with the default database");
-    else
-        job.log("Cannot set up " + readable(installation.appFolder().native()) + ": " + done.error().text, kLightRed);
-}
-
-void openFirstScreen(FirstScreen first, Job& job, Navigator& navigator, frmMain& window) {
-    if (first == FirstScreen::SetupWizard && navigator.has(Screen::SetupWizard)) {
-        // The wizard loads the main window itself when it has finished.
-        navigator.openModal(Screen::SetupWizard);
-        return;
-    }
+void openFirstScreen(FirstScreen first, Navigator& navigator, frmMain& window) {
+    // The wizard loads the main window itself when it has finished.
     if (first == FirstScreen::SetupWizard)
-        setUpFirstRun(job);
-    window.reloadForm();
+        navigator.openModal(Screen::SetupWizard);
+    else
+        window.reloadForm();
 }
 
 int runWindow(QApplication& application) {
@@ -71,7 +53,7 @@ int runWindow(QApplication& application) {
     frmMain window(context, {&exchange, systemNetwork()});
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
-    openFirstScreen(decideFirstScreen(installation), job, navigator, window);
+    openFirstScreen(decideFirstScreen(installation), navigator, window);
     return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
 }
 

@@ -78,6 +78,7 @@ protected:
     }
     [[nodiscard]] std::vector<std::u16string> paths() const {
         std::vector<std::u16string> all;
+        all.reserve(static_cast<std::size_t>(viewer.state.rows.shown()));
         for (int row = 0; row < viewer.state.rows.shown(); ++row)
             all.emplace_back(viewer.state.rows.path(viewer.state.rows.idAt(row)));
         return all;
