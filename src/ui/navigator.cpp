@@ -51,6 +51,8 @@ Navigator::~Navigator() {
         loaded_.pop_back();
         delete window.data();
     }
+    // No event loop turns for these any more, and what they refer to may go right behind this.
+    for (const auto& window : leaving_) delete window.data();
 }
 
 QWidget* Navigator::window(Screen screen) const {
@@ -112,6 +114,8 @@ void Navigator::unload(Screen screen) {
     if (gone == nullptr)
         return;
     gone->hide();
+    std::erase_if(leaving_, [](const QPointer<QWidget>& window) { return window.isNull(); });
+    leaving_.emplace_back(gone);
     gone->deleteLater();
 }
 

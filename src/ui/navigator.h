@@ -95,7 +95,8 @@ private:
     QWidget* load(Screen screen, const std::any& handOver);
 
     std::map<Screen, Factory> factories_;
-    std::vector<Loaded> loaded_;  // in order of opening
+    std::vector<Loaded> loaded_;              // in order of opening
+    std::vector<QPointer<QWidget>> leaving_;  // unloaded, and gone at the next turn of the event loop
     MainWindowDoor* main_ = nullptr;
 };
 

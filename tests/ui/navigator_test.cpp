@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/navigator.h"
 
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
@@ -20,6 +21,7 @@ private slots:
     void hidingEndsTheWaitLikeClosing();
     void whatIsHandedOverReachesTheScreen();
     void allScreensUnload();
+    void anUnloadedScreenGoesWithTheNavigatorAtTheLatest();
     void aScreenOpensOverItsOpener();
     void aHiddenScreenComesBackWhereItStood();
 };
@@ -99,6 +101,19 @@ void NavigatorTest::allScreensUnload() {
 }
 
 // An opener in the middle of the screen, and one at its edge: the new window stays whole on the screen.
+void NavigatorTest::anUnloadedScreenGoesWithTheNavigatorAtTheLatest() {
+    QPointer<QWidget> window;
+    {
+        Navigator navigator;
+        navigator.add(Screen::ViewList, [](const std::any&) { return std::make_unique<QWidget>(); });
+        navigator.open(Screen::ViewList);
+        window = navigator.window(Screen::ViewList);
+        navigator.unload(Screen::ViewList);
+        QVERIFY2(!window.isNull(), "it may be on the stack");
+    }
+    QVERIFY(window.isNull());
+}
+
 void NavigatorTest::aScreenOpensOverItsOpener() {
     const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
     QWidget opener;
