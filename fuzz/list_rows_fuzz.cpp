@@ -41,7 +41,7 @@ std::vector<std::u16string> plainLines(const std::u16string& text) {
     for (std::size_t at = 0; at < text.size();) {
         const auto end = text.find(u'\n', at);
         std::u16string line = text.substr(at, end == text.npos ? end : end - at);
-        if (end != text.npos && !line.empty() && line.back() == u'\r')
+        if (!line.empty() && line.back() == u'\r')  // at the end of the list: of a line end that was cut in half
             line.pop_back();
         lines.push_back(line);
         at = end == text.npos ? text.size() : end + 1;

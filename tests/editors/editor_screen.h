@@ -88,8 +88,8 @@ public:
 
     QStringList problems;
     Job job{installation, fake.surroundings};
-    Navigator navigator;
     WindowEventLoop loop{fake.clock};
+    Navigator navigator;
     ScreenContext context{installation, fake.surroundings, kept, job, navigator, loop};
     int mainShown = 0;
 
