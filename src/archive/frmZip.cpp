@@ -85,10 +85,7 @@ void frmZip::showState() {
     Command8->setEnabled(state.testEnabled);
     ProgressBar1->setVisible(state.progressVisible);
     ProgressBar1->setValue(static_cast<int>(state.progress));
-    if (state.busyPointer)
-        setCursor(Qt::WaitCursor);
-    else
-        unsetCursor();
+    showPointer(*this, state.busyPointer);
 }
 
 // The same files again leave the grid and its place alone.

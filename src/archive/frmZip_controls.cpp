@@ -118,9 +118,7 @@ QWidget* frmZip::createNotification() {
 
 QLayout* frmZip::createCommands() {
     ProgressBar1 = makeProgress("ProgressBar1", "Progress of the archive");
-    QSizePolicy policy = ProgressBar1->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);  // the buttons keep their place
-    ProgressBar1->setSizePolicy(policy);
+    keepRoomWhenHidden(*ProgressBar1);
     ProgressBar1->setVisible(false);
     Command6 = makeButton("Command6", "Zip and Email");
     Command6->setVisible(false);

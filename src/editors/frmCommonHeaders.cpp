@@ -58,9 +58,7 @@ void frmCommonHeaders::createEntry() {
     Command2 = makeButton("Command2", "Clear");
     Label3 = makeLabel("Label3", "Right click on Update button to toggle input mode.");
     makeRemark(*Label3);
-    QSizePolicy keepsRoom = Label3->sizePolicy();
-    keepsRoom.setRetainSizeWhenHidden(true);
-    Label3->setSizePolicy(keepsRoom);
+    keepRoomWhenHidden(*Label3);
     Label4 = makeLabel("Label4", "");
     makePlain(*Label4);
     Label4->setText(toQt(currentPrefix(context_.job.messages)));

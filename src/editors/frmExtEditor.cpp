@@ -259,10 +259,7 @@ void frmExtEditor::showState() {
     showTerms();
     showFile();
     busyParts_.setEnabled(editor_.state.framesEnabled);
-    if (editor_.state.busyPointer)
-        setCursor(Qt::WaitCursor);
-    else
-        unsetCursor();
+    showPointer(*this, editor_.state.busyPointer);
     showing_ = false;
 }
 

@@ -36,7 +36,6 @@ void TestingPass::run() {
     }
     if (const auto closed = finalList->close(); !closed)
         job_.rowLost(closed.error());
-    job_.releaseSource();
     stopped_ = job_.state.stopRequested;
     if (stopped_) {
         if (const auto path = job_.finalListPath())

@@ -114,10 +114,7 @@ void frmSetupWizard::showState() {
     Label18->setText(toQt(state.networkStatus));
     ProgressBar1->setVisible(state.progressVisible);
     ProgressBar1->setValue(static_cast<int>(state.progress));
-    if (state.busyPointer)
-        setCursor(Qt::WaitCursor);
-    else
-        unsetCursor();
+    showPointer(*this, state.busyPointer);
 }
 
 void frmSetupWizard::showPaths() {

@@ -52,4 +52,10 @@ QProgressBar* makeProgress(const char* name, const char* accessibleName) {
     return bar;
 }
 
+void keepRoomWhenHidden(QWidget& control) {
+    QSizePolicy policy = control.sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    control.setSizePolicy(policy);
+}
+
 }  // namespace quillon

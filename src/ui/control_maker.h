@@ -39,5 +39,7 @@ template <typename Control>
 /// A count at the right edge of its column.
 [[nodiscard]] QLabel* makeCount(const char* name);
 [[nodiscard]] QProgressBar* makeProgress(const char* name, const char* accessibleName);
+/// What stands beside the control keeps its place when the control is hidden.
+void keepRoomWhenHidden(QWidget& control);
 
 }  // namespace quillon

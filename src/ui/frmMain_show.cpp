@@ -20,29 +20,10 @@
 #include "ui/grade_bar.h"
 #include "ui/grid.h"
 #include "ui/qt_text.h"
+#include "ui/show_state.h"
 
 namespace quillon {
 namespace {
-
-void showText(QLabel& label, const std::string& text) {
-    const QString shown = toQt(text);
-    if (label.text() != shown)
-        label.setText(shown);
-}
-
-void showText(QLineEdit& box, const std::string& text) {
-    const QString shown = toQt(text);
-    if (box.text() == shown)
-        return;
-    const QSignalBlocker quiet(box);
-    box.setText(shown);
-}
-
-void showTick(QCheckBox& box, bool ticked, bool enabled = true) {
-    const QSignalBlocker quiet(box);
-    box.setChecked(ticked);
-    box.setEnabled(enabled);
-}
 
 void showEnabled(QWidget& control, bool enabled) {
     // Not isEnabled(): inside of a disabled frame that is always false.
@@ -122,8 +103,10 @@ void frmMain::showOptions() {
     showText(*lblTarget, options.target ? readable(options.target->native()) : "None");
     showTick(*chkCopy, options.copy);
     showTick(*chkFileQuality, options.checkFileQuality);
-    showTick(*chkUseSkip, options.useSkipList, options.useSkipListEnabled);
-    showTick(*chkCommon, options.useCommonHeaders, options.useCommonHeadersEnabled);
+    showTick(*chkUseSkip, options.useSkipList);
+    chkUseSkip->setEnabled(options.useSkipListEnabled);
+    showTick(*chkCommon, options.useCommonHeaders);
+    chkCommon->setEnabled(options.useCommonHeadersEnabled);
     showTick(*chkDefaults, setup_.useDefaults);
     showTick(*Check1, options.showProgress);
     const QSignalBlocker quiet(Combo1);
@@ -158,8 +141,7 @@ void frmMain::showControls() {
     sFileTU->setVisible(controls.currentFileVisible);
     showBar(*ProgressBar1, controls.progress);
     showBar(*ProgressBar2, controls.fileProgress);
-    if (controls.busyPointer != (cursor().shape() == Qt::WaitCursor))
-        controls.busyPointer ? setCursor(Qt::WaitCursor) : unsetCursor();
+    showPointer(*this, controls.busyPointer);
     if (job_.state.timerRunning != timer_->isActive())
         job_.state.timerRunning ? timer_->start() : timer_->stop();
 }

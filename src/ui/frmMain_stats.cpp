@@ -100,10 +100,7 @@ void frmMainControls::createQuality(QGridLayout& grid) {
     Label22 = makeLabel("Label22", "");
     Label16->setMinimumWidth(Label16->fontMetrics().horizontalAdvance(QStringLiteral("000,000 Files per minute")));
     Label19->setBuddy(Label16);
-    // A copy hides it; what stands below keeps its place.
-    QSizePolicy keepsPlace = Label16->sizePolicy();
-    keepsPlace.setRetainSizeWhenHidden(true);
-    Label16->setSizePolicy(keepsPlace);
+    keepRoomWhenHidden(*Label16);  // a copy hides it
 
     auto* block = new QVBoxLayout;
     block->setSpacing(2);

@@ -121,8 +121,12 @@ void Grid::setCurrentRow(int row) {
         selectionModel()->clear();
         return;
     }
-    selectionModel()->setCurrentIndex(indexOf(row), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    makeCurrent(row);
     scrollToRow(row);
+}
+
+void Grid::makeCurrent(int row) {
+    selectionModel()->setCurrentIndex(indexOf(row), QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 // The first cell of the row that is shown.
@@ -145,8 +149,7 @@ void Grid::showOtherRows(int topRow, int currentRow) {
     // A row that becomes current scrolls itself into view otherwise.
     setAutoScroll(false);
     if (currentRow >= 0 && currentRow < rowCount())
-        selectionModel()->setCurrentIndex(indexOf(currentRow),
-                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+        makeCurrent(currentRow);
     setAutoScroll(true);
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(topRow);

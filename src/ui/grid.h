@@ -74,6 +74,7 @@ protected:
 private:
     void fitRowHeight();
     [[nodiscard]] QModelIndex indexOf(int row) const;
+    void makeCurrent(int row);
 
     GridModel* model_;
 };

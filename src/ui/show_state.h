@@ -11,6 +11,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QStringList>
@@ -19,6 +20,12 @@
 #include "ui/qt_text.h"
 
 namespace quillon {
+
+/// The same text again costs nothing.
+inline void showText(QLabel& label, std::string_view utf8) {
+    if (const QString text = toQt(utf8); text != label.text())
+        label.setText(text);
+}
 
 /// The same text again leaves cursor and selection alone.
 inline void showText(QLineEdit& box, std::string_view utf8) {
@@ -62,6 +69,16 @@ inline void showCurrentRow(Grid& grid, int row) {
     const QSignalBlocker quiet(grid);
     if (row != grid.currentRow())
         grid.setCurrentRow(row);
+}
+
+/// The pointer over a screen: the busy one, or the usual one.
+inline void showPointer(QWidget& screen, bool busy) {
+    if (busy == (screen.cursor().shape() == Qt::WaitCursor))
+        return;
+    if (busy)
+        screen.setCursor(Qt::WaitCursor);
+    else
+        screen.unsetCursor();
 }
 
 /// A menu text in which an "&" of the data stays an "&".

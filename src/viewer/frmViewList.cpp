@@ -20,6 +20,7 @@
 #include "ui/grid.h"
 #include "ui/navigator.h"
 #include "ui/qt_text.h"
+#include "ui/show_state.h"
 #include "ui/window_event_loop.h"
 
 namespace quillon {
@@ -154,8 +155,7 @@ void frmViewList::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    if (MainWindowDoor* main = context_.navigator.main())
-        main->showMain();
+    context_.navigator.showMain();
     context_.navigator.unload(Screen::ViewList);
     event->accept();
 }
@@ -207,10 +207,7 @@ void frmViewList::showState() {
     Label4->setText(toQt(state.status));
     Command3->setEnabled(state.runEnabled);
     busyParts_.setEnabled(!state.busy);
-    if (state.busyPointer)
-        setCursor(Qt::WaitCursor);
-    else
-        unsetCursor();
+    showPointer(*this, state.busyPointer);
     showing_ = false;
 }
 
