@@ -32,12 +32,12 @@ bool leadsUp(std::string_view relative) {
 
 }  // namespace
 
-std::optional<NativePath> copyTarget(const std::string& targetFolder, std::string_view source) {
+std::optional<std::string> copyTarget(const std::string& targetFolder, std::string_view source) {
     const auto first = source.find_first_not_of('/');
     const auto relative = first == source.npos ? std::string_view() : source.substr(first);
     if (relative.empty() || leadsUp(relative))
         return std::nullopt;
-    return NativePath(targetFolder + std::string(relative));
+    return targetFolder + std::string(relative);
 }
 
 void CopyPass::run() {
@@ -98,7 +98,7 @@ void CopyPass::showJobProgress(const std::string& source) {
     state.texts.currentFile = "Copying " + readable(source);
 }
 
-tl::expected<void, CopyError> CopyPass::copyOneFile(const std::string& source, const NativePath& target) {
+tl::expected<void, CopyError> CopyPass::copyOneFile(const std::string& source, const std::string& target) {
     if (!prepareFolder(target)) {
         const std::string text = "the target folder lies in the source, which is never written to";
         return tl::unexpected<CopyError>(CopyError{CopySide::Target, {ErrorKind::PermissionDenied, text}});
@@ -109,9 +109,8 @@ tl::expected<void, CopyError> CopyPass::copyOneFile(const std::string& source, c
 
 // Creates the folders that lead to a target, with at most two tries. Consecutive files of one folder ask once. False
 // when they would lie in the source: nothing is created there.
-bool CopyPass::prepareFolder(const NativePath& target) {
-    const std::string& path = target.native();
-    const std::string_view folder = std::string_view(path).substr(0, path.rfind('/'));
+bool CopyPass::prepareFolder(const std::string& target) {
+    const std::string_view folder = std::string_view(target).substr(0, target.rfind('/'));
     if (folder == lastFolder_)
         return !lastFolderRefused_;
     const NativePath parent(folder);

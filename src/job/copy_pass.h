@@ -14,7 +14,7 @@ namespace quillon {
 
 /// The target file of a source path: the target folder, which ends in "/", and the path without the separators it
 /// begins with. No value for a path that would lead out of the target.
-[[nodiscard]] std::optional<NativePath> copyTarget(const std::string& targetFolder, std::string_view source);
+[[nodiscard]] std::optional<std::string> copyTarget(const std::string& targetFolder, std::string_view source);
 
 class CopyPass {
 public:
@@ -25,9 +25,9 @@ public:
 private:
     void copyRow(std::u16string_view line, const std::string& targetFolder);
     void showJobProgress(const std::string& source);
-    [[nodiscard]] tl::expected<void, CopyError> copyOneFile(const std::string& source, const NativePath& target);
+    [[nodiscard]] tl::expected<void, CopyError> copyOneFile(const std::string& source, const std::string& target);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
-    [[nodiscard]] bool prepareFolder(const NativePath& target);
+    [[nodiscard]] bool prepareFolder(const std::string& target);
     [[nodiscard]] bool liesInSource(const NativePath& folder) const;
 
     Job& job_;

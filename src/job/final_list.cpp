@@ -36,7 +36,7 @@ Result<ListWriter> createFinalList(Job& job) {
 Result<void> copyToFinalList(Job& job) {
     const std::string rawList = job.installation().rawListPath().native();
     return replacingList(job, [&](const NativePath& path) -> Result<void> {
-        const auto copied = FileCopier().copy(rawList, path, [&job](std::uint64_t, std::uint64_t) {
+        const auto copied = FileCopier().copy(rawList, path.native(), [&job](std::uint64_t, std::uint64_t) {
             job.turn();
             return true;
         });

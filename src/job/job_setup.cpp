@@ -263,7 +263,7 @@ std::optional<std::string> JobSetup::openExisting() {
             return true;
         };
         // A list that could not be copied is not there, and the counts stay at 0.
-        static_cast<void>(copier.copy(files.front().native(), list, turning));
+        static_cast<void>(copier.copy(files.front().native(), list.native(), turning));
         state_.controls.busyPointer = false;
         state_.texts.status.clear();
     }

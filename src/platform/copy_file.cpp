@@ -29,17 +29,38 @@ CopyResult failed(CopySide side, FileError error) {
     return tl::unexpected<CopyError>(CopyError{side, std::move(error)});
 }
 
-// One copy in progress: two open files, and what is known of the source.
+// A hole takes no blocks. One that does not show here is too small to be worth a look.
+bool mayHaveHoles(const struct stat& info) {
+    return info.st_blocks * 512 < info.st_size;
+}
+
+// One copy in progress: two open files at their beginnings, and what is known of the source.
 class Transfer {
 public:
+    /// `buffer` is for this transfer alone; it is made when it is needed, and good for the next transfer.
     Transfer(int source, std::string_view sourcePath, int target, std::string_view targetPath,
-             const CopyProgress& progress)
-        : source_(source), sourcePath_(sourcePath), target_(target), targetPath_(targetPath), progress_(progress) {}
+             std::vector<char>& buffer, const CopyProgress& progress)
+        : source_(source),
+          sourcePath_(sourcePath),
+          target_(target),
+          targetPath_(targetPath),
+          buffer_(buffer),
+          progress_(progress) {}
 
-    CopyResult run(std::uint64_t total) {
-        total_ = total;
-        if (!progress_(0, total_))
+    CopyResult run(const struct stat& info) {
+        size_ = info.st_size;
+        if (!progress_(0, static_cast<std::uint64_t>(size_)))
             return cancelled();
+        // The two calls of a small file are cheaper than one that moves pages.
+        useRange_ = static_cast<std::size_t>(size_) >= kReadChunk;
+        return mayHaveHoles(info) ? copyData() : copyPiece(0, -1);
+    }
+
+private:
+    CopyResult cancelled() { return failed(CopySide::Cancelled, {ErrorKind::PathAccess, "cancelled"}); }
+
+    // Piece by piece, so that holes stay holes.
+    CopyResult copyData() {
         off_t at = 0;
         while (true) {
             // A file system without holes gives the file as one piece of data.
@@ -47,9 +68,9 @@ public:
             if (data < 0 && errno == ENXIO)
                 break;
             if (data < 0)
-                return copyPiece(at, -1).and_then([&] { return finish(); });
+                return goTo(at).and_then([&] { return copyPiece(at, -1); }).and_then([&] { return finish(); });
             const off_t hole = ::lseek(source_, data, SEEK_HOLE);
-            if (auto copied = copyPiece(data, hole < 0 ? -1 : hole); !copied)
+            if (auto copied = goTo(data).and_then([&] { return copyPiece(data, hole < 0 ? -1 : hole); }); !copied)
                 return copied;
             if (hole < 0)
                 return finish();
@@ -63,9 +84,6 @@ public:
         return finish();
     }
 
-private:
-    CopyResult cancelled() { return failed(CopySide::Cancelled, {ErrorKind::PathAccess, "cancelled"}); }
-
     // The end of the file may lie in a hole; cutting to the length makes it so in the target.
     CopyResult finish() {
         if (::ftruncate(target_, end_) != 0)
@@ -73,12 +91,16 @@ private:
         return {};
     }
 
-    // Copies from `from` to `to`, or to the end of the source when `to` is -1.
-    CopyResult copyPiece(off_t from, off_t to) {
-        if (::lseek(source_, from, SEEK_SET) < 0)
+    CopyResult goTo(off_t place) {
+        if (::lseek(source_, place, SEEK_SET) < 0)
             return failed(CopySide::Source, systemError(sourcePath_));
-        if (::lseek(target_, from, SEEK_SET) < 0)
+        if (::lseek(target_, place, SEEK_SET) < 0)
             return failed(CopySide::Target, systemError(targetPath_));
+        return {};
+    }
+
+    // Copies from `from`, where both files stand, to `to`, or to the end of the source when `to` is -1.
+    CopyResult copyPiece(off_t from, off_t to) {
         off_t at = from;
         while (to < 0 || at < to) {
             const std::size_t wanted =
@@ -90,8 +112,10 @@ private:
                 break;
             at += static_cast<off_t>(*moved);
             end_ = std::max(end_, at);
-            if (!progress_(static_cast<std::uint64_t>(at), total_))
+            if (!progress_(static_cast<std::uint64_t>(at), static_cast<std::uint64_t>(size_)))
                 return cancelled();
+            if (at == size_ && *moved < std::min(wanted, kReadChunk))  // there was no more to be had
+                break;
         }
         return {};
     }
@@ -107,8 +131,7 @@ private:
     }
 
     tl::expected<std::size_t, CopyError> moveByBuffer(std::size_t wanted) {
-        if (buffer_.empty())
-            buffer_.resize(kReadChunk);
+        buffer_.resize(kReadChunk);
         const std::size_t size = std::min(wanted, buffer_.size());
         const auto count = retried([&] { return ::read(source_, buffer_.data(), size); });
         if (count < 0)
@@ -127,16 +150,24 @@ private:
     std::string_view sourcePath_;
     int target_;
     std::string_view targetPath_;
+    std::vector<char>& buffer_;
     const CopyProgress& progress_;
-    std::uint64_t total_ = 0;
+    off_t size_ = 0;  // of the source as it was opened
     off_t end_ = 0;
     bool useRange_ = true;
-    std::vector<char> buffer_;
 };
+
+// What a file is made with, which spares most files a change: it can be written until it is whole, and gets no special
+// bits before.
+unsigned firstMode(const struct stat& info) {
+    return (info.st_mode & 0777U) | 0200U;
+}
 
 // Times and mode as the source has them. A target volume that keeps no modes or no such times loses only those.
 void carryOver(int target, const struct stat& info) {
-    if (::fchmod(target, info.st_mode & 07777U) != 0)
+    struct stat made {};
+    const bool asWanted = ::fstat(target, &made) == 0 && made.st_mode == info.st_mode;
+    if (!asWanted && ::fchmod(target, info.st_mode & 07777U) != 0)
         errno = 0;
     const struct timespec times[2] = {info.st_atim, info.st_mtim};
     if (::futimens(target, times) != 0)
@@ -157,59 +188,23 @@ std::string CopyError::text() const {
     return "cancelled";
 }
 
-Result<void> FileCopier::enterTarget(const NativePath& folder) {
-    struct stat info {};
-    const bool gone = targetFolder_.isOpen() && (::fstat(targetFolder_.handle(), &info) != 0 || info.st_nlink == 0);
-    if (gone)  // removed, and perhaps made anew, since the last copy
-        targetFolder_.close();
-    if (targetFolder_.isOpen() && folder == targetFolderPath_)
-        return {};
-    targetFolder_.close();
-    auto opened = Directory::openToLookUp(folder);
-    if (!opened)
-        return failure(opened.error());
-    targetFolder_ = std::move(*opened);
-    targetFolderPath_ = folder;
-    return {};
-}
-
-CopyResult FileCopier::fillTemporary(const File& from, std::string_view source, const std::string& temporary,
-                                     const NativePath& target, const CopyProgress& progress) {
-    struct stat info {};
-    if (::fstat(from.descriptor_, &info) != 0)
-        return failed(CopySide::Source, systemError(source));
-    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int descriptor = retried([&] { return ::openat(targetFolder_.handle(), temporary.c_str(), flags, 0600); });
-    if (descriptor < 0)
-        return failed(CopySide::Target, systemError(target.native()));
-    File to(descriptor, target);
-    Transfer transfer(from.descriptor_, source, descriptor, target.native(), progress);
-    if (auto copied = transfer.run(static_cast<std::uint64_t>(info.st_size)); !copied)
-        return copied;
-    carryOver(descriptor, info);
-    if (auto closed = to.close(); !closed)
-        return failed(CopySide::Target, closed.error());
-    return {};
-}
-
-CopyResult FileCopier::copy(std::string_view source, const NativePath& target, const CopyProgress& progress) {
-    if (target.native().find('\0') != std::string::npos)
-        return failed(CopySide::Target, systemError(target.native(), EINVAL));
+CopyResult FileCopier::copy(std::string_view source, std::string_view target, const CopyProgress& progress) {
     const auto from = sources_.open(source);
     if (!from)
         return failed(CopySide::Source, from.error());
-    if (auto entered = enterTarget(target.parent_path()); !entered)
-        return failed(CopySide::Target, entered.error());
-
-    const std::string name = target.filename().native();
-    const std::string temporary = temporaryName();
-    auto copied = fillTemporary(*from, source, temporary, target, progress);
-    if (copied && ::renameat(targetFolder_.handle(), temporary.c_str(), targetFolder_.handle(), name.c_str()) != 0) {
-        copied = failed(CopySide::Target, systemError(target.native()));
-    }
-    if (!copied)
-        ::unlinkat(targetFolder_.handle(), temporary.c_str(), 0);
-    return copied;
+    struct stat info {};
+    if (::fstat(from->descriptor_, &info) != 0)
+        return failed(CopySide::Source, systemError(source));
+    auto to = targets_.begin(target, firstMode(info));
+    if (!to)
+        return failed(CopySide::Target, to.error());
+    Transfer transfer(from->descriptor_, source, to->handle(), target, buffer_, progress);
+    if (auto copied = transfer.run(info); !copied)
+        return copied;
+    carryOver(to->handle(), info);
+    if (auto arrived = to->arrive(); !arrived)
+        return failed(CopySide::Target, arrived.error());
+    return {};
 }
 
 Result<DataFile> readDataFile(const NativePath& path) {

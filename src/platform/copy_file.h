@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Copies one file so that the target is complete or absent: into a temporary name in the target's folder, times and
-// mode set, then renamed. Holes stay holes. A target that exists survives a failed copy.
+// Copies one file so that the target is complete or absent: it gets its name when its bytes, times and mode are there.
+// Holes stay holes. A target that exists survives a failed copy.
 
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "platform/directory.h"
+#include "platform/arriving_file.h"
 #include "platform/file.h"
 #include "platform/folders.h"
 #include "platform/result.h"
@@ -36,18 +37,13 @@ using CopyProgress = std::function<bool(std::uint64_t done, std::uint64_t total)
 class FileCopier {
 public:
     /// Copies `source` (a regular file, opened as SourceFiles does) to `target`, whose folder must exist.
-    [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, const NativePath& target,
+    [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, std::string_view target,
                                                      const CopyProgress& progress);
 
 private:
-    [[nodiscard]] Result<void> enterTarget(const NativePath& folder);
-    [[nodiscard]] tl::expected<void, CopyError> fillTemporary(const File& from, std::string_view source,
-                                                              const std::string& temporary, const NativePath& target,
-                                                              const CopyProgress& progress);
-
     SourceFiles sources_;
-    Directory targetFolder_;
-    NativePath targetFolderPath_;
+    ArrivalFolder targets_;
+    std::vector<char> buffer_;
 };
 
 /// A data file of the program's own, which is small: its bytes, and the modification time that it had before they were

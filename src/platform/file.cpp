@@ -11,7 +11,7 @@
 
 namespace quillon {
 
-File::File(int descriptor, NativePath path) : descriptor_(descriptor), path_(std::move(path)) {
+File::File(int descriptor, std::string path) : descriptor_(descriptor), path_(std::move(path)) {
 }
 
 File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)), path_(std::move(other.path_)) {
@@ -41,7 +41,7 @@ Result<File> File::open(const NativePath& path, int flags, unsigned mode) {
     const int descriptor = retried([&] { return ::open(path.c_str(), flags | always, static_cast<mode_t>(mode)); });
     if (descriptor < 0)
         return failure(systemError(path.native()));
-    return File(descriptor, path);
+    return File(descriptor, path.native());
 }
 
 Result<File> File::openForReading(const NativePath& path) {
@@ -77,7 +77,7 @@ Result<std::size_t> File::read(std::span<std::byte> buffer) {
     while (done < buffer.size()) {
         const auto count = retried([&] { return ::read(descriptor_, buffer.data() + done, buffer.size() - done); });
         if (count < 0)
-            return failure(systemError(path_.native()));
+            return failure(systemError(path_));
         if (count == 0)
             break;
         done += static_cast<std::size_t>(count);
@@ -89,7 +89,7 @@ Result<void> File::write(std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
         const auto count = retried([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
         if (count < 0)
-            return failure(systemError(path_.native()));
+            return failure(systemError(path_));
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
     return {};
@@ -102,26 +102,26 @@ Result<void> File::write(std::string_view bytes) {
 Result<std::uint64_t> File::size() const {
     struct stat info {};
     if (::fstat(descriptor_, &info) != 0)
-        return failure(systemError(path_.native()));
+        return failure(systemError(path_));
     return static_cast<std::uint64_t>(info.st_size);
 }
 
 Result<void> File::seek(std::uint64_t offset) {
     if (::lseek(descriptor_, static_cast<off_t>(offset), SEEK_SET) < 0)
-        return failure(systemError(path_.native()));
+        return failure(systemError(path_));
     return {};
 }
 
 Result<void> File::truncate(std::uint64_t length) {
     if (retried([&] { return ::ftruncate(descriptor_, static_cast<off_t>(length)); }) != 0)
-        return failure(systemError(path_.native()));
+        return failure(systemError(path_));
     return seek(length);
 }
 
 Result<void> File::sync() {
     // A medium that has no such call keeps the bytes as well as it can; that is no failure of the save.
     if (retried([&] { return ::fsync(descriptor_); }) != 0 && errno != EINVAL && errno != EROFS)
-        return failure(systemError(path_.native()));
+        return failure(systemError(path_));
     return {};
 }
 
@@ -131,7 +131,7 @@ Result<void> File::close() {
     const int descriptor = std::exchange(descriptor_, -1);
     // The descriptor is gone whatever close says; only the report is of interest.
     if (::close(descriptor) != 0 && errno != EINTR)
-        return failure(systemError(path_.native()));
+        return failure(systemError(path_));
     return {};
 }
 

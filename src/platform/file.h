@@ -53,16 +53,16 @@ public:
     /// success.
     [[nodiscard]] Result<void> close();
 
-    [[nodiscard]] const NativePath& path() const { return path_; }
+    [[nodiscard]] NativePath path() const { return path_; }
 
 private:
     friend class SourceFiles;
     friend class FileCopier;
-    File(int descriptor, NativePath path);
+    File(int descriptor, std::string path);
     [[nodiscard]] static Result<File> open(const NativePath& path, int flags, unsigned mode);
 
     int descriptor_ = -1;
-    NativePath path_;
+    std::string path_;
 };
 
 }  // namespace quillon

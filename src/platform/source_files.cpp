@@ -171,7 +171,7 @@ Result<File> SourceFiles::open(std::string_view nativePath) {
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
-    return File(*descriptor, NativePath(nativePath));
+    return File(*descriptor, std::string(nativePath));
 }
 
 }  // namespace quillon

@@ -137,6 +137,19 @@ Result<void> replaceTarget(const NativePath& temporary, const Target& target, st
     return writeInPlace(target, bytes, std::move(renamed));
 }
 
+// Tells this process from all others, on this computer and others, that ever saved.
+std::string processName() {
+    std::array<char, 256> host{};
+    ::gethostname(host.data(), host.size() - 1);
+    std::string name = host.data();
+    name.resize(std::min<std::size_t>(name.size(), 64));
+    std::replace(name.begin(), name.end(), '/', '_');
+    // The time of day tells this process from one of the same number that died before it.
+    struct timespec now {};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return fmt::format("{}-{}-{:x}{:08x}", name, ::getpid(), now.tv_sec, now.tv_nsec);
+}
+
 }  // namespace
 
 bool isTemporaryName(std::string_view name) {
@@ -144,16 +157,9 @@ bool isTemporaryName(std::string_view name) {
 }
 
 std::string temporaryName() {
+    static const std::string process = processName();
     static std::atomic<unsigned> counter{0};
-    std::array<char, 256> host{};
-    ::gethostname(host.data(), host.size() - 1);
-    std::string name = host.data();
-    name.resize(std::min<std::size_t>(name.size(), 64));
-    std::replace(name.begin(), name.end(), '/', '_');
-    // The time of day tells this name from those that died with a process of the same number.
-    struct timespec now {};
-    ::clock_gettime(CLOCK_REALTIME, &now);
-    return fmt::format("{}{}-{}-{:x}{:08x}-{}", kTemporaryPrefix, name, ::getpid(), now.tv_sec, now.tv_nsec, counter++);
+    return fmt::format("{}{}-{}", kTemporaryPrefix, process, counter++);
 }
 
 void syncFolder(const NativePath& folder) {

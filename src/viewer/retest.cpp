@@ -35,7 +35,7 @@ RetestEnd Retest::run(const NativePath& list, const NativePath& copy, std::u16st
 
 Result<void> Retest::makeCopies(const NativePath& list, const NativePath& copy) {
     FileCopier copier;
-    const auto copied = copier.copy(list.native(), copy, [](std::uint64_t, std::uint64_t) { return true; });
+    const auto copied = copier.copy(list.native(), copy.native(), [](std::uint64_t, std::uint64_t) { return true; });
     if (!copied)
         return failure(copied.error().error);
     const auto kept = job_.kept().copyAway(list);

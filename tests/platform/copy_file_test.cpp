@@ -42,7 +42,7 @@ protected:
     }
     [[nodiscard]] tl::expected<void, CopyError> copy(const std::string& from, const std::string& to,
                                                      const CopyProgress& progress = goOn) {
-        return copier.copy((temp / from).native(), temp / to, progress);
+        return copier.copy((temp / from).native(), (temp / to).native(), progress);
     }
 
     TempFolder temp;
@@ -191,7 +191,7 @@ TEST_F(CopyTest, NamesOfAnyBytesAndOfFullLengthAreCopied) {
         ASSERT_TRUE(copy("from/" + name, "to/" + name));
         EXPECT_EQ(temp.read("to/" + name), name);
     }
-    EXPECT_FALSE(copier.copy((temp / "from/ -").native(), temp.path() / std::string("to\0x/a", 6), goOn));
+    EXPECT_FALSE(copier.copy((temp / "from/ -").native(), (temp.path() / std::string("to\0x/a", 6)).native(), goOn));
 }
 
 TEST_F(CopyTest, PathsLongerThanTheSystemTakesAreCopiedFromAndTo) {
@@ -200,7 +200,7 @@ TEST_F(CopyTest, PathsLongerThanTheSystemTakesAreCopiedFromAndTo) {
     test::writeDeep(from / "a.txt", "deep bytes");
     test::writeDeep(from / "b.txt", "more");
     for (const char* name : {"a.txt", "b.txt"}) {
-        const auto copied = copier.copy((from / name).native(), to / name, goOn);
+        const auto copied = copier.copy((from / name).native(), (to / name).native(), goOn);
         ASSERT_TRUE(copied) << copied.error().text();
     }
     EXPECT_EQ(test::readDeep(to / "a.txt"), "deep bytes");

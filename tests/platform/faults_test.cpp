@@ -183,6 +183,7 @@ TEST_F(Faults, ACopyLeavesTheOlderTargetOrTheWholeNewOne) {
     const auto work = changing("copy " + path("source") + " " + path("to/a"), "to/a", "older target", bytes);
     disturb(temp, work);
     disturb(temp, work, "-e inject=copy_file_range:error=EXDEV");
+    disturb(temp, work, "-e inject=linkat:error=EPERM");
 }
 
 TEST_F(Faults, AReadErrorOfTheSourceLeavesTheOlderTarget) {

@@ -85,8 +85,8 @@ TEST_F(FullDisk, ACopyThatDoesNotFitNamesTheTargetAndLeavesTheOlderOne) {
     temp.write("source", std::string(300000, 's'));
     temp.write("disk/a", "older target");
     FileCopier copier;
-    const auto copied =
-        copier.copy((temp / "source").native(), temp / "disk/a", [](std::uint64_t, std::uint64_t) { return true; });
+    const auto copied = copier.copy((temp / "source").native(), (temp / "disk/a").native(),
+                                    [](std::uint64_t, std::uint64_t) { return true; });
     ASSERT_FALSE(copied);
     EXPECT_EQ(copied.error().side, CopySide::Target);
     EXPECT_EQ(temp.read("disk/a"), "older target");

@@ -161,8 +161,8 @@ TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
 }
 
 TEST_F(JobFaults, CopiesThatFailAreCountedAndLeaveNoCutFile) {
-    for (const char* fault :
-         {"copy_file_range:error=EIO:when=2+ -e inject=write:error=ENOSPC:when=9", "renameat:error=EIO:when=2"}) {
+    for (const char* fault : {"copy_file_range:error=EIO:when=2+ -e inject=write:error=ENOSPC:when=9",
+                              "linkat:error=ENOSPC:when=3", "linkat:error=EPERM -e inject=renameat:error=EIO:when=2"}) {
         std::filesystem::remove_all(temp / "target");
         std::filesystem::create_directory(temp / "target");
         const int status = runShell(traced(std::string("-e inject=") + fault, copyingJob()));
@@ -193,8 +193,24 @@ TEST_F(JobFaults, AKilledCopyLeavesNoCutFileUnderAFinalName) {
         std::filesystem::remove_all(temp / "target");
         std::filesystem::create_directory(temp / "target");
     };
-    killAtEach("copy_file_range,write,renameat,rename,fchmod,utimensat,ftruncate,mkdirat", copyingJob(),
-               (temp / "log").native(), prepare, [this](const std::string&) { static_cast<void>(wholeCopies()); });
+    const auto check = [this](const std::string&) { static_cast<void>(wholeCopies()); };
+    killAtEach("copy_file_range,write,linkat,rename,fchmod,utimensat,ftruncate,mkdirat", copyingJob(),
+               (temp / "log").native(), prepare, check);
+}
+
+TEST_F(JobFaults, AKilledCopyLeavesOlderTargetsWhole) {
+    const NativePath root = temp / "target" / (temp / "source").relative_path();
+    const auto prepare = [&] {
+        for (const auto& [name, bytes] : files_)
+            temp.write((root / name).lexically_relative(temp.path()).native(), "older");
+    };
+    const auto check = [&](const std::string& fault) {
+        for (const auto& [name, bytes] : files_) {
+            const auto copy = readWholeFile(root / name).value_or("");
+            EXPECT_TRUE(copy == "older" || copy == bytes) << fault << ": " << name << " is neither";
+        }
+    };
+    killAtEach("write,linkat,renameat,unlinkat", copyingJob(), (temp / "log").native(), prepare, check);
 }
 
 // The list of an earlier job stands in its place or under Kept, at whatever moment the next one dies.

@@ -30,7 +30,7 @@ bool canTrace() {
 
 std::string changingCalls() {
     return "write,pwrite64,writev,fsync,fdatasync,rename,renameat,renameat2,ftruncate,chmod,fchmod,fchmodat,unlink,"
-           "unlinkat,utimensat,copy_file_range,sendfile,mkdir,mkdirat";
+           "unlinkat,linkat,utimensat,copy_file_range,sendfile,mkdir,mkdirat";
 }
 
 std::string traced(const std::string& options, const std::string& program) {

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "platform/arriving_file.h"
+
+#include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fmt/format.h>
+
+#include "platform/system_error.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+int openNameless(int folder, unsigned mode) {
+    return retried([&] { return ::openat(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode); });
+}
+
+bool linkFile(int file, Naming naming, int folder, const char* name) {
+    if (naming == Naming::LinkHandle)
+        return ::linkat(file, "", folder, name, AT_EMPTY_PATH) == 0;
+    const auto shown = fmt::format("/proc/self/fd/{}", file);
+    return ::linkat(AT_FDCWD, shown.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0;
+}
+
+// Not every volume knows nameless files, not every one that knows them lets them be linked, and who may link by handle
+// depends on the system: it is tried once.
+Naming namingOf(int folder) {
+    const int file = openNameless(folder, 0600);
+    if (file < 0)
+        return Naming::Rename;
+    Naming found = Naming::Rename;
+    const std::string name = temporaryName();
+    for (const Naming naming : {Naming::LinkHandle, Naming::LinkProc}) {
+        if (linkFile(file, naming, folder, name.c_str())) {
+            found = ::unlinkat(folder, name.c_str(), 0) == 0 ? naming : Naming::Rename;
+            break;
+        }
+    }
+    ::close(file);
+    return found;
+}
+
+}  // namespace
+
+ArrivingFile::ArrivingFile(const Directory& folder, std::string_view nativePath, Naming naming)
+    : folder_(folder.handle()),
+      nativePath_(nativePath),
+      name_(nativePath.substr(nativePath.rfind('/') + 1)),
+      naming_(naming) {
+}
+
+ArrivingFile::ArrivingFile(ArrivingFile&& other) noexcept
+    : folder_(other.folder_),
+      nativePath_(other.nativePath_),
+      name_(std::move(other.name_)),
+      temporary_(std::exchange(other.temporary_, {})),
+      naming_(other.naming_),
+      descriptor_(std::exchange(other.descriptor_, -1)) {
+}
+
+ArrivingFile::~ArrivingFile() {
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+    if (!temporary_.empty())
+        ::unlinkat(folder_, temporary_.c_str(), 0);
+}
+
+Result<ArrivingFile> ArrivingFile::begin(const Directory& folder, std::string_view nativePath, Naming naming,
+                                         unsigned mode) {
+    ArrivingFile file(folder, nativePath, naming);
+    file.descriptor_ = file.create(mode);
+    if (file.descriptor_ < 0)
+        return failure(systemError(nativePath));
+    return file;
+}
+
+int ArrivingFile::create(unsigned mode) {
+    if (naming_ != Naming::Rename)
+        return openNameless(folder_, mode);
+    std::string name = temporaryName();
+    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    const int descriptor = retried([&] { return ::openat(folder_, name.c_str(), flags, mode); });
+    if (descriptor >= 0)
+        temporary_ = std::move(name);
+    return descriptor;
+}
+
+Result<void> ArrivingFile::arrive() {
+    const bool arrived = naming_ == Naming::Rename ? close() && replaceByTemporary() : linkAndClose();
+    if (!arrived)
+        return failure(systemError(nativePath_));
+    return {};
+}
+
+// A link replaces nothing; over an older file it gives a temporary name first.
+bool ArrivingFile::linkAndClose() {
+    if (!linkFile(descriptor_, naming_, folder_, name_.c_str())) {
+        if (errno != EEXIST)
+            return false;
+        std::string name = temporaryName();
+        if (!linkFile(descriptor_, naming_, folder_, name.c_str()))
+            return false;
+        temporary_ = std::move(name);
+        return close() && replaceByTemporary();
+    }
+    if (close())
+        return true;
+    const int number = errno;  // bytes may be missing
+    ::unlinkat(folder_, name_.c_str(), 0);
+    errno = number;
+    return false;
+}
+
+bool ArrivingFile::replaceByTemporary() {
+    if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0)
+        return false;
+    temporary_.clear();
+    return true;
+}
+
+// A full or remote disk may tell only here that it did not keep the bytes.
+bool ArrivingFile::close() {
+    return ::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR;
+}
+
+Result<void> ArrivalFolder::enter(std::string_view folder) {
+    struct stat info {};
+    const bool gone = folder_.isOpen() && (::fstat(folder_.handle(), &info) != 0 || info.st_nlink == 0);
+    if (gone)  // removed, and perhaps made anew, since the last file
+        folder_.close();
+    if (folder_.isOpen() && folder == path_)
+        return {};
+    folder_.close();
+    auto opened = Directory::openToLookUp(NativePath(folder));
+    if (!opened)
+        return failure(opened.error());
+    folder_ = std::move(*opened);
+    path_ = folder;
+    if (::fstat(folder_.handle(), &info) == 0 && info.st_dev != device_) {
+        device_ = info.st_dev;
+        naming_ = namingOf(folder_.handle());
+    }
+    return {};
+}
+
+Result<ArrivingFile> ArrivalFolder::begin(std::string_view nativePath, unsigned mode) {
+    if (nativePath.find('\0') != nativePath.npos)
+        return failure(systemError(nativePath, EINVAL));
+    const auto slash = nativePath.rfind('/');
+    const auto folder = slash == nativePath.npos ? std::string_view(".") : nativePath.substr(0, slash + 1);
+    return enter(folder).and_then([&] { return ArrivingFile::begin(folder_, nativePath, naming_, mode); });
+}
+
+}  // namespace quillon

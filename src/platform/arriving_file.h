@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Files that come under their names only when they are whole. Until then a file has no name at all, so that a program
+// that is killed leaves nothing of it; on volumes that know no such files it has a temporary name.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/directory.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+/// How a volume lets a file get its name late.
+enum class Naming {
+    LinkHandle,  ///< without a name, linked by its handle
+    LinkProc,    ///< without a name, linked by what /proc shows of its handle; slower, but asks for no privilege
+    Rename,      ///< under a temporary name, renamed
+};
+
+/// A file in the making. One that is let go before `arrive` leaves nothing behind.
+class ArrivingFile {
+public:
+    /// Makes an empty file with the permissions `mode`, less what the process's mask takes, that will be the last part
+    /// of `nativePath` in `folder`; both must outlive this.
+    [[nodiscard]] static Result<ArrivingFile> begin(const Directory& folder, std::string_view nativePath, Naming naming,
+                                                    unsigned mode);
+    ArrivingFile(ArrivingFile&& other) noexcept;
+    ArrivingFile& operator=(ArrivingFile&&) = delete;
+    ArrivingFile(const ArrivingFile&) = delete;
+    ArrivingFile& operator=(const ArrivingFile&) = delete;
+    ~ArrivingFile();
+
+    [[nodiscard]] int handle() const { return descriptor_; }
+
+    /// Closes the file and gives it its name; an older file of this name is replaced as a whole, or stays when this
+    /// fails.
+    [[nodiscard]] Result<void> arrive();
+
+private:
+    ArrivingFile(const Directory& folder, std::string_view nativePath, Naming naming);
+    [[nodiscard]] int create(unsigned mode);
+    [[nodiscard]] bool replaceByTemporary();
+    [[nodiscard]] bool linkAndClose();
+    [[nodiscard]] bool close();
+
+    int folder_;
+    std::string_view nativePath_;
+    std::string name_;
+    std::string temporary_;  // while there is a file of this name
+    Naming naming_;
+    int descriptor_ = -1;
+};
+
+/// The folder that files arrive in, held open while consecutive files have the same.
+class ArrivalFolder {
+public:
+    /// Begins a file in its folder, which must exist, with the permissions `mode`, less what the process's mask takes.
+    /// The file must be gone at the next call.
+    [[nodiscard]] Result<ArrivingFile> begin(std::string_view nativePath, unsigned mode);
+
+private:
+    [[nodiscard]] Result<void> enter(std::string_view folder);
+
+    Directory folder_;
+    std::string path_;
+    std::uint64_t device_ = 0;
+    Naming naming_ = Naming::Rename;  // of device_, once a folder was entered
+};
+
+}  // namespace quillon
