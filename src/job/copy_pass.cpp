@@ -19,6 +19,9 @@ namespace {
 // Files above this size show a per-file percentage.
 constexpr std::uint64_t kLargeFile = 2'000'000;
 
+// Between two turns of the event loop while a file keeps its row waiting.
+constexpr std::chrono::milliseconds kWait{10};
+
 std::string withOneSlash(std::string folder) {
     folder.push_back('/');
     while (folder.size() > 1 && folder[folder.size() - 2] == '/') folder.pop_back();
@@ -40,9 +43,14 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
     return targetFolder + std::string(relative);
 }
 
+CopyPass::CopyPass(Job& job)
+    : job_(job),
+      copies_(job.surroundings().loop.mayStandStill() ? CopiesAhead::Helping::Allowed : CopiesAhead::Helping::Never) {
+}
+
 void CopyPass::run() {
     JobState& state = job_.state;
-    const std::string targetFolder = withOneSlash(state.options.target.value_or(NativePath()).native());
+    targetFolder_ = withOneSlash(state.options.target.value_or(NativePath()).native());
     const auto list = job_.finalListPath();
     if (!list || !pathExists(*list)) {
         job_.surroundings().dialogs.tell("Error copying files", "Unable to find file list..", BoxStyle::Critical);
@@ -59,10 +67,11 @@ void CopyPass::run() {
         job_.surroundings().dialogs.tell(kProgramTitle, "Error : " + reader.error().text);
     } else {
         while (!state.stopRequested) {
-            const auto line = reader->next();
-            if (!line)
+            lookAhead(*reader);
+            if (rows_.empty())
                 break;
-            copyRow(*line, targetFolder);
+            copyRow(rows_.front());
+            rows_.pop_front();
             job_.turn();
         }
         if (reader->error())
@@ -72,21 +81,48 @@ void CopyPass::run() {
     state.texts.jobPercent.clear();
 }
 
-void CopyPass::copyRow(std::u16string_view line, const std::string& targetFolder) {
+// Some rows at once, since to wake a thread for each would cost more than it does.
+void CopyPass::lookAhead(ListReader& list) {
+    if (rows_.size() > CopiesAhead::kMost / 2)
+        return;
+    while (rows_.size() < CopiesAhead::kMost) {
+        const auto line = list.next();
+        if (!line)
+            return;
+        Row& row = rows_.emplace_back();
+        toNative(line->substr(0, line->find(u',')), row.source);
+        row.refused = askForCopy(row.source);
+    }
+}
+
+std::optional<CopyError> CopyPass::askForCopy(const std::string& source) {
+    const auto target = copyTarget(targetFolder_, source);
+    if (!target)
+        return CopyError{CopySide::Source, {ErrorKind::BadName, "no path below a target"}};
+    if (!prepareFolder(*target)) {
+        const std::string text = "the target folder lies in the source, which is never written to";
+        return CopyError{CopySide::Target, {ErrorKind::PermissionDenied, text}};
+    }
+    copies_.ask(source, *target);
+    return std::nullopt;
+}
+
+void CopyPass::copyRow(const Row& row) {
     ++job_.state.counters.rowsRead;
     job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
-    toNative(line.substr(0, line.find(u',')), source_);
-    showJobProgress(source_);
-    const auto target = copyTarget(targetFolder, source_);
-    auto copied =
-        target ? copyOneFile(source_, *target)
-               : tl::unexpected<CopyError>(CopyError{CopySide::Source, {ErrorKind::BadName, "no path below a target"}});
+    showJobProgress(row.source);
+    const auto copied = row.refused ? tl::unexpected<CopyError>(*row.refused) : copyFirst();
     if (copied)
         return;
     ++job_.state.counters.copyErrors;
-    job_.log("Error copying : " + readable(source_));
+    job_.log("Error copying : " + readable(row.source));
     if (copied.error().side != CopySide::Cancelled)
         job_.log(copied.error().text());
+}
+
+tl::expected<void, CopyError> CopyPass::copyFirst() {
+    while (!copies_.firstArrives(kWait)) job_.turn();
+    return copies_.finishFirst([this](std::uint64_t done, std::uint64_t total) { return progress(done, total); });
 }
 
 void CopyPass::showJobProgress(const std::string& source) {
@@ -96,15 +132,6 @@ void CopyPass::showJobProgress(const std::string& source) {
     state.texts.jobPercent = percent(fraction);
     state.controls.progress.value = std::clamp<std::int64_t>(static_cast<std::int64_t>(fraction * 100), 0, 100);
     state.texts.currentFile = "Copying " + readable(source);
-}
-
-tl::expected<void, CopyError> CopyPass::copyOneFile(const std::string& source, const std::string& target) {
-    if (!prepareFolder(target)) {
-        const std::string text = "the target folder lies in the source, which is never written to";
-        return tl::unexpected<CopyError>(CopyError{CopySide::Target, {ErrorKind::PermissionDenied, text}});
-    }
-    return copier_.copy(source, target,
-                        [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); });
 }
 
 // Creates the folders that lead to a target, with at most two tries. Consecutive files of one folder ask once. False

@@ -4,11 +4,14 @@
 // Brings the files of a finished list to a target folder, keeping each file's folders below the target. Every row is
 // copied, whatever its grade.
 
+#include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "job/file_list.h"
 #include "job/job.h"
-#include "platform/copy_file.h"
+#include "platform/copies_ahead.h"
 
 namespace quillon {
 
@@ -18,24 +21,33 @@ namespace quillon {
 
 class CopyPass {
 public:
-    explicit CopyPass(Job& job) : job_(job) {}
+    explicit CopyPass(Job& job);
 
     void run();
 
 private:
-    void copyRow(std::u16string_view line, const std::string& targetFolder);
+    // A row of the list that was looked at ahead of its turn.
+    struct Row {
+        std::string source;
+        std::optional<CopyError> refused;  // else its copy is asked for
+    };
+
+    void lookAhead(ListReader& list);
+    [[nodiscard]] std::optional<CopyError> askForCopy(const std::string& source);
+    void copyRow(const Row& row);
+    [[nodiscard]] tl::expected<void, CopyError> copyFirst();
     void showJobProgress(const std::string& source);
-    [[nodiscard]] tl::expected<void, CopyError> copyOneFile(const std::string& source, const std::string& target);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
     [[nodiscard]] bool prepareFolder(const std::string& target);
     [[nodiscard]] bool liesInSource(const NativePath& folder) const;
 
     Job& job_;
-    FileCopier copier_;
-    std::string source_;
+    std::string targetFolder_;  // ends in "/"
+    NativePath realSource_;     // behind all links; empty for none
     std::string lastFolder_;
     bool lastFolderRefused_ = false;
-    NativePath realSource_;  // behind all links; empty for none
+    std::deque<Row> rows_;
+    CopiesAhead copies_;
 };
 
 }  // namespace quillon

@@ -28,6 +28,11 @@ bool linkFile(int file, Naming naming, int folder, const char* name) {
     return ::linkat(AT_FDCWD, shown.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0;
 }
 
+std::string_view folderOf(std::string_view nativePath) {
+    const auto slash = nativePath.rfind('/');
+    return slash == nativePath.npos ? std::string_view(".") : nativePath.substr(0, slash + 1);
+}
+
 // Not every volume knows nameless files, not every one that knows them lets them be linked, and who may link by handle
 // depends on the system: it is tried once.
 Naming namingOf(int folder) {
@@ -48,15 +53,15 @@ Naming namingOf(int folder) {
 
 }  // namespace
 
-ArrivingFile::ArrivingFile(const Directory& folder, std::string_view nativePath, Naming naming)
-    : folder_(folder.handle()),
+ArrivingFile::ArrivingFile(std::shared_ptr<const Directory> folder, std::string_view nativePath, Naming naming)
+    : folder_(std::move(folder)),
       nativePath_(nativePath),
       name_(nativePath.substr(nativePath.rfind('/') + 1)),
       naming_(naming) {
 }
 
 ArrivingFile::ArrivingFile(ArrivingFile&& other) noexcept
-    : folder_(other.folder_),
+    : folder_(std::move(other.folder_)),
       nativePath_(other.nativePath_),
       name_(std::move(other.name_)),
       temporary_(std::exchange(other.temporary_, {})),
@@ -68,12 +73,12 @@ ArrivingFile::~ArrivingFile() {
     if (descriptor_ >= 0)
         ::close(descriptor_);
     if (!temporary_.empty())
-        ::unlinkat(folder_, temporary_.c_str(), 0);
+        ::unlinkat(folder_->handle(), temporary_.c_str(), 0);
 }
 
-Result<ArrivingFile> ArrivingFile::begin(const Directory& folder, std::string_view nativePath, Naming naming,
-                                         unsigned mode) {
-    ArrivingFile file(folder, nativePath, naming);
+Result<ArrivingFile> ArrivingFile::begin(std::shared_ptr<const Directory> folder, std::string_view nativePath,
+                                         Naming naming, unsigned mode) {
+    ArrivingFile file(std::move(folder), nativePath, naming);
     file.descriptor_ = file.create(mode);
     if (file.descriptor_ < 0)
         return failure(systemError(nativePath));
@@ -82,10 +87,10 @@ Result<ArrivingFile> ArrivingFile::begin(const Directory& folder, std::string_vi
 
 int ArrivingFile::create(unsigned mode) {
     if (naming_ != Naming::Rename)
-        return openNameless(folder_, mode);
+        return openNameless(folder_->handle(), mode);
     std::string name = temporaryName();
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int descriptor = retried([&] { return ::openat(folder_, name.c_str(), flags, mode); });
+    const int descriptor = retried([&] { return ::openat(folder_->handle(), name.c_str(), flags, mode); });
     if (descriptor >= 0)
         temporary_ = std::move(name);
     return descriptor;
@@ -100,11 +105,11 @@ Result<void> ArrivingFile::arrive() {
 
 // A link replaces nothing; over an older file it gives a temporary name first.
 bool ArrivingFile::linkAndClose() {
-    if (!linkFile(descriptor_, naming_, folder_, name_.c_str())) {
+    if (!linkFile(descriptor_, naming_, folder_->handle(), name_.c_str())) {
         if (errno != EEXIST)
             return false;
         std::string name = temporaryName();
-        if (!linkFile(descriptor_, naming_, folder_, name.c_str()))
+        if (!linkFile(descriptor_, naming_, folder_->handle(), name.c_str()))
             return false;
         temporary_ = std::move(name);
         return close() && replaceByTemporary();
@@ -112,13 +117,13 @@ bool ArrivingFile::linkAndClose() {
     if (close())
         return true;
     const int number = errno;  // bytes may be missing
-    ::unlinkat(folder_, name_.c_str(), 0);
+    ::unlinkat(folder_->handle(), name_.c_str(), 0);
     errno = number;
     return false;
 }
 
 bool ArrivingFile::replaceByTemporary() {
-    if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0)
+    if (::renameat(folder_->handle(), temporary_.c_str(), folder_->handle(), name_.c_str()) != 0)
         return false;
     temporary_.clear();
     return true;
@@ -130,31 +135,35 @@ bool ArrivingFile::close() {
 }
 
 Result<void> ArrivalFolder::enter(std::string_view folder) {
-    struct stat info {};
-    const bool gone = folder_.isOpen() && (::fstat(folder_.handle(), &info) != 0 || info.st_nlink == 0);
-    if (gone)  // removed, and perhaps made anew, since the last file
-        folder_.close();
-    if (folder_.isOpen() && folder == path_)
+    if (folder_ && folder == path_)
         return {};
-    folder_.close();
+    folder_.reset();
     auto opened = Directory::openToLookUp(NativePath(folder));
     if (!opened)
         return failure(opened.error());
-    folder_ = std::move(*opened);
+    folder_ = std::make_shared<const Directory>(std::move(*opened));
     path_ = folder;
-    if (::fstat(folder_.handle(), &info) == 0 && info.st_dev != device_) {
+    struct stat info {};
+    if (::fstat(folder_->handle(), &info) == 0 && info.st_dev != device_) {
         device_ = info.st_dev;
-        naming_ = namingOf(folder_.handle());
+        naming_ = namingOf(folder_->handle());
     }
     return {};
+}
+
+bool ArrivalFolder::forgetRemoved() {
+    const bool removed = folder_ && folder_->isRemoved();
+    if (removed)
+        folder_.reset();
+    return removed;
 }
 
 Result<ArrivingFile> ArrivalFolder::begin(std::string_view nativePath, unsigned mode) {
     if (nativePath.find('\0') != nativePath.npos)
         return failure(systemError(nativePath, EINVAL));
-    const auto slash = nativePath.rfind('/');
-    const auto folder = slash == nativePath.npos ? std::string_view(".") : nativePath.substr(0, slash + 1);
-    return enter(folder).and_then([&] { return ArrivingFile::begin(folder_, nativePath, naming_, mode); });
+    return enter(folderOf(nativePath)).and_then([&] {
+        return ArrivingFile::begin(folder_, nativePath, naming_, mode);
+    });
 }
 
 }  // namespace quillon

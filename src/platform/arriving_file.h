@@ -5,6 +5,7 @@
 // that is killed leaves nothing of it; on volumes that know no such files it has a temporary name.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -24,9 +25,9 @@ enum class Naming {
 class ArrivingFile {
 public:
     /// Makes an empty file with the permissions `mode`, less what the process's mask takes, that will be the last part
-    /// of `nativePath` in `folder`; both must outlive this.
-    [[nodiscard]] static Result<ArrivingFile> begin(const Directory& folder, std::string_view nativePath, Naming naming,
-                                                    unsigned mode);
+    /// of `nativePath` in `folder`. `nativePath` must outlive this.
+    [[nodiscard]] static Result<ArrivingFile> begin(std::shared_ptr<const Directory> folder,
+                                                    std::string_view nativePath, Naming naming, unsigned mode);
     ArrivingFile(ArrivingFile&& other) noexcept;
     ArrivingFile& operator=(ArrivingFile&&) = delete;
     ArrivingFile(const ArrivingFile&) = delete;
@@ -38,15 +39,17 @@ public:
     /// Closes the file and gives it its name; an older file of this name is replaced as a whole, or stays when this
     /// fails.
     [[nodiscard]] Result<void> arrive();
+    /// True when its folder was removed since it was opened: no file arrives there, not even where it was made anew.
+    [[nodiscard]] bool isStranded() const { return folder_->isRemoved(); }
 
 private:
-    ArrivingFile(const Directory& folder, std::string_view nativePath, Naming naming);
+    ArrivingFile(std::shared_ptr<const Directory> folder, std::string_view nativePath, Naming naming);
     [[nodiscard]] int create(unsigned mode);
     [[nodiscard]] bool replaceByTemporary();
     [[nodiscard]] bool linkAndClose();
     [[nodiscard]] bool close();
 
-    int folder_;
+    std::shared_ptr<const Directory> folder_;
     std::string_view nativePath_;
     std::string name_;
     std::string temporary_;  // while there is a file of this name
@@ -58,13 +61,17 @@ private:
 class ArrivalFolder {
 public:
     /// Begins a file in its folder, which must exist, with the permissions `mode`, less what the process's mask takes.
-    /// The file must be gone at the next call.
+    /// `nativePath` must outlive it.
     [[nodiscard]] Result<ArrivingFile> begin(std::string_view nativePath, unsigned mode);
+
+    /// No file arrives in a folder that was removed since it was opened, not even where it was made anew. True when
+    /// that happened: the next file finds the new one.
+    [[nodiscard]] bool forgetRemoved();
 
 private:
     [[nodiscard]] Result<void> enter(std::string_view folder);
 
-    Directory folder_;
+    std::shared_ptr<const Directory> folder_;  // also of its files, which may come later than it is left
     std::string path_;
     std::uint64_t device_ = 0;
     Naming naming_ = Naming::Rename;  // of device_, once a folder was entered

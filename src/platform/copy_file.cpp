@@ -2,7 +2,7 @@
 #include "platform/copy_file.h"
 
 #include <algorithm>
-#include <array>
+#include <limits>
 #include <vector>
 
 #include <fcntl.h>
@@ -25,7 +25,7 @@ constexpr std::size_t kRangeChunk = 1024UL * 1024;
 
 using CopyResult = tl::expected<void, CopyError>;
 
-CopyResult failed(CopySide side, FileError error) {
+tl::unexpected<CopyError> failed(CopySide side, FileError error) {
     return tl::unexpected<CopyError>(CopyError{side, std::move(error)});
 }
 
@@ -50,15 +50,13 @@ public:
     CopyResult run(const struct stat& info) {
         size_ = info.st_size;
         if (!progress_(0, static_cast<std::uint64_t>(size_)))
-            return cancelled();
+            return tl::unexpected<CopyError>(CopyError::cancelled());
         // The two calls of a small file are cheaper than one that moves pages.
         useRange_ = static_cast<std::size_t>(size_) >= kReadChunk;
         return mayHaveHoles(info) ? copyData() : copyPiece(0, -1);
     }
 
 private:
-    CopyResult cancelled() { return failed(CopySide::Cancelled, {ErrorKind::PathAccess, "cancelled"}); }
-
     // Piece by piece, so that holes stay holes.
     CopyResult copyData() {
         off_t at = 0;
@@ -113,7 +111,7 @@ private:
             at += static_cast<off_t>(*moved);
             end_ = std::max(end_, at);
             if (!progress_(static_cast<std::uint64_t>(at), static_cast<std::uint64_t>(size_)))
-                return cancelled();
+                return tl::unexpected<CopyError>(CopyError::cancelled());
             if (at == size_ && *moved < std::min(wanted, kReadChunk))  // there was no more to be had
                 break;
         }
@@ -135,12 +133,12 @@ private:
         const std::size_t size = std::min(wanted, buffer_.size());
         const auto count = retried([&] { return ::read(source_, buffer_.data(), size); });
         if (count < 0)
-            return tl::unexpected<CopyError>(CopyError{CopySide::Source, systemError(sourcePath_)});
+            return failed(CopySide::Source, systemError(sourcePath_));
         for (ssize_t done = 0; done < count;) {
             const auto put = retried(
                 [&] { return ::write(target_, buffer_.data() + done, static_cast<std::size_t>(count - done)); });
             if (put < 0)
-                return tl::unexpected<CopyError>(CopyError{CopySide::Target, systemError(targetPath_)});
+                return failed(CopySide::Target, systemError(targetPath_));
             done += put;
         }
         return static_cast<std::size_t>(count);
@@ -189,22 +187,40 @@ std::string CopyError::text() const {
 }
 
 CopyResult FileCopier::copy(std::string_view source, std::string_view target, const CopyProgress& progress) {
-    const auto from = sources_.open(source);
-    if (!from)
-        return failed(CopySide::Source, from.error());
+    auto copied = copyOnce(source, target, progress);
+    if (!copied && copied.error().side == CopySide::Target && targets_.forgetRemoved())
+        copied = copyOnce(source, target, progress);
+    return copied;
+}
+
+CopyResult FileCopier::copyOnce(std::string_view source, std::string_view target, const CopyProgress& progress) {
+    auto prepared = prepare(source, target, std::numeric_limits<std::uint64_t>::max(), progress);
+    if (!prepared)
+        return tl::unexpected<CopyError>(std::move(prepared.error()));
+    if (auto arrived = prepared->arrive(); !arrived)
+        return failed(CopySide::Target, arrived.error());
+    return {};
+}
+
+tl::expected<ArrivingFile, CopyError> FileCopier::prepare(std::string_view source, std::string_view target,
+                                                          std::uint64_t largest, const CopyProgress& progress) {
     struct stat info {};
-    if (::fstat(from->descriptor_, &info) != 0)
-        return failed(CopySide::Source, systemError(source));
+    const auto descriptor = sources_.openRegular(source, info);
+    if (!descriptor)
+        return failed(CopySide::Source, descriptor.error());
+    const File from(*descriptor, {});
+    if (static_cast<std::uint64_t>(info.st_size) > largest)
+        return failed(CopySide::Source, systemError(source, EFBIG));
     auto to = targets_.begin(target, firstMode(info));
     if (!to)
         return failed(CopySide::Target, to.error());
-    Transfer transfer(from->descriptor_, source, to->handle(), target, buffer_, progress);
-    if (auto copied = transfer.run(info); !copied)
-        return copied;
+    Transfer transfer(*descriptor, source, to->handle(), target, buffer_, progress);
+    if (auto copied = transfer.run(info); !copied) {
+        copied.error().opened = true;
+        return tl::unexpected<CopyError>(std::move(copied.error()));
+    }
     carryOver(to->handle(), info);
-    if (auto arrived = to->arrive(); !arrived)
-        return failed(CopySide::Target, arrived.error());
-    return {};
+    return *std::move(to);
 }
 
 Result<DataFile> readDataFile(const NativePath& path) {

@@ -24,6 +24,9 @@ enum class CopySide { Source, Target, Cancelled };
 struct CopyError {
     CopySide side = CopySide::Source;
     FileError error;
+    bool opened = false;  ///< both files could be opened; what failed came later
+
+    [[nodiscard]] static CopyError cancelled() { return {CopySide::Cancelled, {ErrorKind::PathAccess, "cancelled"}}; }
 
     /// "source: <text>", "target: <text>" or "cancelled".
     [[nodiscard]] std::string text() const;
@@ -40,7 +43,15 @@ public:
     [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, std::string_view target,
                                                      const CopyProgress& progress);
 
+    /// All of a copy but the name, which the file gets when it arrives. `target` must outlive it. A file of more than
+    /// `largest` bytes is left alone, as a failure of the source.
+    [[nodiscard]] tl::expected<ArrivingFile, CopyError> prepare(std::string_view source, std::string_view target,
+                                                                std::uint64_t largest, const CopyProgress& progress);
+
 private:
+    [[nodiscard]] tl::expected<void, CopyError> copyOnce(std::string_view source, std::string_view target,
+                                                         const CopyProgress& progress);
+
     SourceFiles sources_;
     ArrivalFolder targets_;
     std::vector<char> buffer_;

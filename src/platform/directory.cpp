@@ -170,6 +170,11 @@ Result<Directory> Directory::openFolderWith(std::string_view name, int flags) co
     return Directory(descriptor);
 }
 
+bool Directory::isRemoved() const {
+    struct stat info {};
+    return ::fstat(descriptor_, &info) == 0 && info.st_nlink == 0;
+}
+
 bool Directory::canBeEntered() const {
     struct stat info {};
     return ::fstatat(descriptor_, "./.", &info, 0) == 0;

@@ -80,6 +80,9 @@ public:
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }
     void close();
 
+    /// True when the folder was removed since it was opened.
+    [[nodiscard]] bool isRemoved() const;
+
     /// True when names in the folder can be looked up. A folder may be readable and yet not enterable.
     [[nodiscard]] bool canBeEntered() const;
 

@@ -170,4 +170,9 @@ void raiseOpenFileLimit() {
     ::setrlimit(RLIMIT_NOFILE, &limit);
 }
 
+std::uint64_t openFileLimit() {
+    struct rlimit limit {};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 ? limit.rlim_cur : 0;
+}
+
 }  // namespace quillon

@@ -76,5 +76,7 @@ struct FileStamp {
 
 /// Raises the number of files that may be open at once to what the system allows the process.
 void raiseOpenFileLimit();
+/// How many files may be open at once.
+[[nodiscard]] std::uint64_t openFileLimit();
 
 }  // namespace quillon

@@ -2,7 +2,6 @@
 #include "platform/heads_ahead.h"
 
 #include <cassert>
-#include <system_error>
 
 namespace quillon {
 
@@ -16,6 +15,15 @@ constexpr std::chrono::microseconds kSlow{100};
 constexpr unsigned kTryEvery = 16;
 
 }  // namespace
+
+HeadsAhead::HeadsAhead(FirstWait firstWait, MakeReader makeReader)
+    : firstWait_(firstWait), threads_(kThreads, [makeReader = std::move(makeReader)]() -> AheadThreads::Work {
+          return [reader = std::shared_ptr(makeReader())](AheadTask& task) {
+              auto& slot = static_cast<Slot&>(task);
+              slot.result = reader->readHead(slot.path, slot.head);
+          };
+      }) {
+}
 
 void HeadsAhead::ask(std::string_view nativePath) {
     assert(asked_ < kMost);
@@ -51,54 +59,18 @@ void HeadsAhead::readTimed(Slot& slot) {
 
 // False: no thread could be started, and the head was read in line after all.
 bool HeadsAhead::leaveToThread(Slot& slot) {
-    if (!startThread()) {
+    threads_.add();
+    if (!threads_.any()) {
         slot.result = files_.readHead(slot.path, slot.head);
         return false;
     }
-    {
-        const std::lock_guard lock(mutex_);
-        slot.arrived = false;
-        toRead_.push_back(&slot);
-    }
-    toDo_.notify_one();
+    threads_.leave(slot);
     return true;
-}
-
-bool HeadsAhead::startThread() {
-    if (threads_.size() == kThreads)
-        return true;
-    try {
-        threads_.emplace_back([this] { work(); });
-    } catch (const std::system_error&) {
-        // A system out of threads: those that run have to do.
-    }
-    return !threads_.empty();
-}
-
-void HeadsAhead::work() {
-    const auto reader = makeReader_();
-    std::unique_lock lock(mutex_);
-    while (true) {
-        toDo_.wait(lock, [this] { return ending_ || !toRead_.empty(); });
-        if (ending_)
-            return;
-        Slot& slot = *toRead_.front();
-        toRead_.pop_front();
-        lock.unlock();
-        auto result = reader->readHead(slot.path, slot.head);
-        lock.lock();
-        slot.result = std::move(result);
-        slot.arrived = true;
-        done_.notify_one();
-    }
 }
 
 bool HeadsAhead::firstArrives(std::chrono::milliseconds limit) {
     assert(asked_ > 0);
-    if (!first().left)
-        return true;
-    std::unique_lock lock(mutex_);
-    return done_.wait_for(lock, limit, [this] { return first().arrived; });
+    return !first().left || threads_.isDoneWithin(first(), limit);
 }
 
 void HeadsAhead::dropFirst() {
@@ -110,24 +82,14 @@ void HeadsAhead::dropFirst() {
 Result<void> HeadsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
     if (asked_ == 0 || first().path != nativePath)
         return files_.readHead(nativePath, head);
-    if (first().left) {
-        std::unique_lock lock(mutex_);
-        done_.wait(lock, [this] { return first().arrived; });
-    }
+    if (first().left)
+        threads_.waitFor(first());
     head = first().head;
     return first().result;
 }
 
 void HeadsAhead::release() {
-    {
-        const std::lock_guard lock(mutex_);
-        ending_ = true;
-        toRead_.clear();
-    }
-    toDo_.notify_all();
-    for (auto& thread : threads_) thread.join();
-    threads_.clear();
-    ending_ = false;
+    threads_.end();
     asked_ = 0;
     quickInARow_ = kMost;
     files_.closeFolder();

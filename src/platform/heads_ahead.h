@@ -5,18 +5,14 @@
 // one that a disk or a server has to be waited for is read by a thread, many at a time, so that a slow source is kept
 // busy and whoever needs the head can do something else until it comes. What is read and how is that of SourceFiles.
 
-#include <array>
 #include <chrono>
-#include <condition_variable>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
+#include "platform/ahead_threads.h"
 #include "platform/source_files.h"
 
 namespace quillon {
@@ -34,8 +30,7 @@ public:
     using MakeReader = std::function<std::unique_ptr<HeadReader>()>;
 
     explicit HeadsAhead(
-        FirstWait firstWait, MakeReader makeReader = [] { return std::make_unique<SourceFiles>(); })
-        : firstWait_(firstWait), makeReader_(std::move(makeReader)) {}
+        FirstWait firstWait, MakeReader makeReader = [] { return std::make_unique<SourceFiles>(); });
     ~HeadsAhead() override { release(); }
     HeadsAhead(const HeadsAhead&) = delete;
     HeadsAhead& operator=(const HeadsAhead&) = delete;
@@ -60,23 +55,19 @@ public:
     void release();
 
 private:
-    struct Slot {
+    struct Slot : AheadTask {
         std::string path;
         HeaderBytes head;
         Result<void> result;
-        bool left = false;     // to a thread
-        bool arrived = false;  // from the thread; guarded by mutex_
+        bool left = false;  // to a thread
     };
 
     [[nodiscard]] Slot& first() { return slots_[first_]; }
     [[nodiscard]] bool readInLine(Slot& slot);
     void readTimed(Slot& slot);
     [[nodiscard]] bool leaveToThread(Slot& slot);
-    [[nodiscard]] bool startThread();
-    void work();
 
     FirstWait firstWait_;
-    MakeReader makeReader_;
     SourceFiles files_;
     std::size_t quickInARow_ = kMost;
     unsigned untried_ = 0;
@@ -85,12 +76,7 @@ private:
     std::size_t first_ = 0;
     std::size_t asked_ = 0;
 
-    std::vector<std::thread> threads_;
-    std::mutex mutex_;
-    std::condition_variable toDo_;
-    std::condition_variable done_;
-    std::deque<Slot*> toRead_;  // guarded by mutex_, as is the next
-    bool ending_ = false;
+    AheadThreads threads_;
 };
 
 }  // namespace quillon

@@ -94,6 +94,11 @@ SourceFiles::Volume SourceFiles::volumeOfFolder() const {
 }
 
 Result<int> SourceFiles::openRegular(std::string_view nativePath) {
+    struct stat info {};
+    return openRegular(nativePath, info);
+}
+
+Result<int> SourceFiles::openRegular(std::string_view nativePath, struct stat& info) {
     if (nativePath.find('\0') != nativePath.npos)
         return failure(systemError(nativePath, EINVAL));
     const auto [folder, name] = splitPath(nativePath);
@@ -121,7 +126,6 @@ Result<int> SourceFiles::openRegular(std::string_view nativePath) {
     }
     if (descriptor < 0)  // a link gives ELOOP and a socket ENXIO: no regular file
         return failure(systemError(nativePath, errno == ELOOP || errno == ENXIO ? EACCES : errno));
-    struct stat info {};
     if (::fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode)) {
         ::close(descriptor);
         return failure(systemError(nativePath, EACCES));

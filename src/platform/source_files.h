@@ -14,6 +14,8 @@
 #include "platform/directory.h"
 #include "platform/file.h"
 
+struct stat;
+
 namespace quillon {
 
 inline constexpr std::size_t kHeaderBytes = 512;
@@ -51,9 +53,11 @@ public:
     void closeFolder();
 
 private:
+    friend class FileCopier;
     enum class Volume { Memory, Disk, Elsewhere };
 
     [[nodiscard]] Result<int> openRegular(std::string_view nativePath);
+    [[nodiscard]] Result<int> openRegular(std::string_view nativePath, struct stat& info);
     [[nodiscard]] Result<void> enter(std::string_view folder);
     [[nodiscard]] Volume volumeOfFolder() const;
 

@@ -33,7 +33,7 @@ protected:
         std::filesystem::create_directory(temp / "to");
         auto opened = Directory::openToLookUp(temp / "to");
         ASSERT_TRUE(opened);
-        folder = std::move(*opened);
+        folder = std::make_shared<const Directory>(std::move(*opened));
         if (auto file = begin("probe"); !file || !file->arrive())
             GTEST_SKIP() << "not allowed on the volume of the temporary folder, or not to this user";
         std::filesystem::remove(temp / "to/probe");
@@ -44,7 +44,7 @@ protected:
     }
 
     TempFolder temp;
-    Directory folder;
+    std::shared_ptr<const Directory> folder;
     std::string path;
 };
 
@@ -126,21 +126,29 @@ TEST(ArrivalFolder, FindsTheFolderOfEachFile) {
     EXPECT_EQ(namesIn(temp / "two"), "a x");
 }
 
-TEST(ArrivalFolder, AFolderThatWasMadeAnewIsFoundAndAMissingOneIsAFailure) {
+TEST(ArrivalFolder, AFolderThatWasMadeAnewIsFoundWhenItIsForgotten) {
     const TempFolder temp;
     const std::string path = (temp / "to/a").native();
+    const auto arrive = [&path](ArrivalFolder& folder) {
+        return folder.begin(path, 0600).and_then([](ArrivingFile file) { return file.arrive(); });
+    };
     ArrivalFolder folder;
-    for (int round = 0; round < 2; ++round) {
-        std::filesystem::create_directory(temp / "to");
-        auto file = folder.begin(path, 0600);
-        ASSERT_TRUE(file);
-        ASSERT_TRUE(file->arrive());
-        EXPECT_EQ(namesIn(temp / "to"), "a");
-        std::filesystem::remove_all(temp / "to");
-    }
-    const auto missing = folder.begin(path, 0600);
-    ASSERT_FALSE(missing);
-    EXPECT_EQ(missing.error().kind, ErrorKind::NotFound);
+    EXPECT_FALSE(folder.forgetRemoved());
+    std::filesystem::create_directory(temp / "to");
+    ASSERT_TRUE(arrive(folder));
+    EXPECT_FALSE(folder.forgetRemoved());
+    std::filesystem::remove_all(temp / "to");
+    std::filesystem::create_directory(temp / "to");
+    ASSERT_FALSE(arrive(folder));
+    EXPECT_TRUE(folder.forgetRemoved());
+    ASSERT_TRUE(arrive(folder));
+    EXPECT_EQ(namesIn(temp / "to"), "a");
+}
+
+TEST(ArrivalFolder, AMissingFolderAndANameWithAZeroByteAreFailures) {
+    const TempFolder temp;
+    ArrivalFolder folder;
+    EXPECT_EQ(folder.begin((temp / "none/a").native(), 0600).error().kind, ErrorKind::NotFound);
     EXPECT_EQ(folder.begin(std::string("/a\0b", 4), 0600).error().kind, ErrorKind::BadName);
 }
 

@@ -111,6 +111,19 @@ TEST_F(JobProcess, CtrlCInTheTestingPassEndsBehindTheLastRow) {
     EXPECT_EQ(fs::file_size(folder / "local/1234.csv") > fs::file_size(folder / "app/tFile.csv"), true);
 }
 
+// Where few files may be open at once, none are prepared ahead.
+TEST_F(JobProcess, AJobThatMayOpenFewFilesGradesAndCopiesAll) {
+    install();
+    manyFiles();
+    job.start({"/bin/sh", "-c", "ulimit -n 40; exec \"$0\" \"$@\"", QUILLON_JOB, "--job", "1234", "--yes", "--quiet",
+               "--source", (folder / "source").native(), "--target", (folder / "target").native(), "--app",
+               (folder / "app").native()},
+              (folder / "output").native());
+    EXPECT_EQ(finish(), 0) << said;
+    const auto copies = fs::directory_iterator(folder / "target" / (folder / "source").relative_path());
+    EXPECT_EQ(std::distance(fs::begin(copies), fs::end(copies)), 6000);
+}
+
 TEST_F(JobProcess, AKilledJobLeavesWholeRowsAndTheNextOneRuns) {
     install();
     manyFiles();
