@@ -27,9 +27,9 @@ namespace {
 
 constexpr std::string_view kTemporaryPrefix = ".quillon-save-";
 constexpr int kRenameTries = 3;
-// With waits that double up to the longest one, about three seconds in all.
-constexpr int kBusyTries = 200;
-constexpr std::chrono::milliseconds kLongestWait{16};
+// With waits that double up to the longest one, about four seconds in all.
+constexpr int kBusyTries = 1000;
+constexpr std::chrono::milliseconds kLongestWait{4};
 
 struct Target {
     NativePath path;  // behind all links
@@ -91,8 +91,8 @@ Result<void> putInto(const NativePath& path, std::string_view bytes) {
     });
 }
 
-// A share may hold the target open for another computer; the bytes then go into the file that is there. Only where its
-// old bytes are at hand, since a failure on the way has to put them back.
+// A share may let a file be written but not replaced; the bytes then go into the file that is there. Only where its old
+// bytes are at hand, since a failure on the way has to put them back.
 Result<void> writeInPlace(const Target& target, std::string_view bytes, Result<void> renamed) {
     const auto old = readWholeFile(target.path);
     if (!old)
@@ -123,8 +123,8 @@ int renameOver(const NativePath& temporary, const NativePath& target) {
     return 0;
 }
 
-// To write into a file that is being read gives its reader a mixture, so that comes last; and where the share has
-// failed altogether it would only put the old bytes at risk.
+// To write into a file that is being read gives its reader a mixture, so a file that stays busy is left alone; and
+// where the share has failed altogether it would only put the old bytes at risk.
 Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
     const int number = renameOver(temporary, target.path);
     if (number == 0) {
@@ -132,7 +132,7 @@ Result<void> replaceTarget(const NativePath& temporary, const Target& target, st
         return {};
     }
     Result<void> renamed = failure(systemError(target.path.native(), number));
-    if (number == EIO || !target.exists || isFolder(target.path))
+    if (number == EIO || isBusy(number) || !target.exists || isFolder(target.path))
         return renamed;
     return writeInPlace(target, bytes, std::move(renamed));
 }

@@ -29,9 +29,10 @@ enum class TemporaryPlace {
 /// between: temporary file on the same volume, write, fsync, close, rename, fsync of the folder.
 ///
 /// The temporary file stands where `place` says, and never under a name that `listFiles` gives. A target that exists
-/// keeps its mode. A link is followed. Where a share refuses the rename, it is tried again, for about three seconds
-/// while the target is busy at another computer; then the bytes are written in place, while the temporary file still
-/// holds them all; if that fails too, the old bytes are written back. On failure the old file is whole.
+/// keeps its mode. A link is followed. Where a share refuses the rename, it is tried again, for about four seconds
+/// while the target is busy at another computer, and then fails. A share that refuses it for another reason has the
+/// bytes written in place, while the temporary file still holds them all; if that fails too, the old bytes are written
+/// back. On failure the old file is whole.
 [[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
                                          TemporaryPlace place = TemporaryPlace::Beside);
 

@@ -141,6 +141,14 @@ TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
     }
 }
 
+TEST_F(Faults, ATargetThatStaysBusyIsLeftWholeAndTheSaveFails) {
+    const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
+    work.prepare();
+    EXPECT_EQ(runShell(traced("-e inject=rename:error=EBUSY", probe + " " + work.arguments)), 3);
+    EXPECT_TRUE(work.oldStands());
+    EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
+}
+
 TEST_F(Faults, AShareThatFailsAltogetherIsNotWrittenInto) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
