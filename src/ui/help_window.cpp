@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/help_window.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -9,6 +11,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QTextBlock>
 #include <QTextBrowser>
@@ -24,21 +27,29 @@
 namespace quillon {
 namespace {
 
+constexpr int kPageMargin = 20;
+
 // Opens the help at F1, from whatever window has the keyboard. While a modal screen is open the help is modal too:
 // the screen would block any other window.
 class HelpKey final : public QObject {
 public:
-    HelpKey(QApplication& application, Navigator& navigator, NativePath helpFile)
-        : QObject(&application), navigator_(navigator), helpFile_(std::move(helpFile)) {}
+    HelpKey(Navigator& navigator, NativePath helpFile)
+        : QObject(&navigator), navigator_(navigator), helpFile_(std::move(helpFile)) {}
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
             static_cast<QKeyEvent*>(event)->key() != Qt::Key_F1 || !pathExists(helpFile_))
             return QObject::eventFilter(watched, event);
-        if (QApplication::activeModalWidget() == nullptr)
-            navigator_.open(Screen::Help);
-        else if (navigator_.window(Screen::Help) != QApplication::activeModalWidget())
-            navigator_.openModal(Screen::Help);
+        const QWidget* asking = static_cast<QWidget*>(watched)->window();
+        if (asking == navigator_.window(Screen::Help))
+            return true;
+        if (QApplication::activeModalWidget() != nullptr) {
+            navigator_.openModal(Screen::Help, asking->objectName());
+            return true;
+        }
+        navigator_.open(Screen::Help);
+        if (auto* help = qobject_cast<HelpWindow*>(navigator_.window(Screen::Help)))
+            help->showScreen(asking->objectName());
         return true;
     }
 
@@ -87,7 +98,7 @@ void HelpWindow::createControls() {
     contents_->setSpacing(3);
     browser_->setObjectName(QStringLiteral("page"));
     browser_->setOpenExternalLinks(false);
-    browser_->document()->setDocumentMargin(20);
+    browser_->document()->setDocumentMargin(kPageMargin);
 
     auto* left = new QWidget;
     auto* column = new QVBoxLayout(left);
@@ -120,10 +131,11 @@ bool HelpWindow::load(const NativePath& helpFile) {
         if (!file.open(QIODevice::ReadOnly))
             continue;
         QTextDocument document;
-        document.setHtml(QString::fromUtf8(file.readAll()));
+        const QString html = QString::fromUtf8(file.readAll());
+        document.setHtml(html);
         shrinkPictures(document, QDir(folder_.path()), devicePixelRatio());
         pages_.push_back(
-            {file.fileName(), document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText()});
+            {file.fileName(), document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText(), html});
     }
     return !pages_.empty();
 }
@@ -158,6 +170,20 @@ void HelpWindow::showChosen() {
         browser_->find(wanted);
 }
 
+void HelpWindow::showScreen(const QString& name) {
+    const QString anchor = QStringLiteral("<a name=\"%1\">").arg(name);
+    const auto page =
+        std::find_if(pages_.begin(), pages_.end(), [&anchor](const Page& one) { return one.html.contains(anchor); });
+    if (page == pages_.end())
+        return;
+    search_->clear();
+    contents_->setCurrentRow(static_cast<int>(page - pages_.begin()));
+    browser_->scrollToAnchor(name);
+    QScrollBar* bar = browser_->verticalScrollBar();
+    if (bar->value() <= kPageMargin)  // the heading of the page itself
+        bar->setValue(0);
+}
+
 void HelpWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         close();
@@ -166,7 +192,7 @@ void HelpWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void installHelpKey(QApplication& application, Navigator& navigator, const NativePath& helpFile) {
-    application.installEventFilter(new HelpKey(application, navigator, helpFile));
+    application.installEventFilter(new HelpKey(navigator, helpFile));
 }
 
 }  // namespace quillon

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The help: pages of HTML in one archive beside the program, shown with their contents and a search. Names of its
-// controls: "contents" (list), "search" (line), "page" (browser).
+// The help: pages of HTML in one archive beside the program, shown with their contents and a search. A page tells what
+// a screen is for below an anchor with the screen's name. Names of its controls: "contents" (list), "search" (line),
+// "page" (browser).
 
 #include <vector>
 
@@ -31,6 +32,9 @@ public:
     /// Titles of the contents, in order.
     [[nodiscard]] QStringList titles() const;
 
+    /// Goes to what is told of this screen; nothing happens when that is nothing.
+    void showScreen(const QString& name);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -39,6 +43,7 @@ private:
         QString file;
         QString title;
         QString text;  // without mark-up, for the search
+        QString html;
     };
     void createControls();
     [[nodiscard]] bool load(const NativePath& helpFile);
@@ -52,7 +57,8 @@ private:
     QTextBrowser* browser_;
 };
 
-/// F1 in any window of the program opens the help, when the help file exists.
+/// F1 in any window of the program opens the help at what is told of this window, when the help file exists, as
+/// long as the navigator is there.
 void installHelpKey(QApplication& application, Navigator& navigator, const NativePath& helpFile);
 
 }  // namespace quillon

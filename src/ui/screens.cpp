@@ -21,8 +21,11 @@ namespace quillon {
 void registerScreens(const ScreenContext& context) {
     Navigator& screens = context.navigator;
     screens.add(Screen::About, [](const std::any&) { return std::make_unique<frmABout>(); });
-    screens.add(Screen::Help, [&context](const std::any&) {
-        return std::make_unique<HelpWindow>(context.installation.appFolder() / kHelpFileName);
+    screens.add(Screen::Help, [&context](const std::any& handOver) {
+        auto help = std::make_unique<HelpWindow>(context.installation.appFolder() / kHelpFileName);
+        if (const auto* screen = std::any_cast<QString>(&handOver))
+            help->showScreen(*screen);
+        return help;
     });
     screens.add(Screen::Zip, [&context](const std::any& handOver) {
         const auto* job = std::any_cast<ZipHandover>(&handOver);

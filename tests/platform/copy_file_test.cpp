@@ -81,7 +81,7 @@ void writeAt(const NativePath& path, off_t offset, const std::string& bytes) {
 }
 
 TEST_F(CopyTest, HolesStayHolesWhereverTheyLie) {
-    constexpr off_t mega = 1024 * 1024;
+    constexpr off_t mega = 1024L * 1024;
     temp.write("from/a", "");
     writeAt(temp / "from/a", 8 * mega, randomBytes(65536));  // a hole ahead of the data, between, and behind
     writeAt(temp / "from/a", 20 * mega, randomBytes(65536));
@@ -111,7 +111,7 @@ TEST_F(CopyTest, AnExistingTargetIsReplacedWhole) {
 }
 
 TEST_F(CopyTest, ProgressStartsAtZeroAndEndsAtTheLength) {
-    temp.write("from/a", randomBytes(20 * 1024 * 1024));
+    temp.write("from/a", randomBytes(20UL * 1024 * 1024));
     std::vector<std::uint64_t> seen;
     ASSERT_TRUE(copy("from/a", "to/a", [&seen](std::uint64_t done, std::uint64_t total) {
         EXPECT_EQ(total, 20U * 1024 * 1024);
@@ -125,7 +125,7 @@ TEST_F(CopyTest, ProgressStartsAtZeroAndEndsAtTheLength) {
 }
 
 TEST_F(CopyTest, ACancelMidFileLeavesTheOlderTargetAndNothingElse) {
-    temp.write("from/a", randomBytes(20 * 1024 * 1024));
+    temp.write("from/a", randomBytes(20UL * 1024 * 1024));
     temp.write("to/a", "older target");
     int calls = 0;
     const auto copied = copy("from/a", "to/a", [&calls](std::uint64_t, std::uint64_t) { return ++calls < 2; });
@@ -218,7 +218,7 @@ TEST_F(CopyTest, ATargetFolderThatWasMadeAnewIsFound) {
 }
 
 TEST_F(CopyTest, ASourceThatShrinksUnderTheCopyIsNotLengthenedAgain) {
-    temp.write("from/a", randomBytes(20 * 1024 * 1024));
+    temp.write("from/a", randomBytes(20UL * 1024 * 1024));
     const auto copied = copy("from/a", "to/a", [this](std::uint64_t done, std::uint64_t) {
         if (done > 0)
             std::filesystem::resize_file(temp / "from/a", 1000);

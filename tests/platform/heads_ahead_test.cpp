@@ -68,6 +68,7 @@ protected:
 
 TEST_P(HeadsAheadTest, EveryHeadIsThatOfItsFile) {
     std::vector<std::string> paths;
+    paths.reserve(150);
     for (int i = 0; i < 150; ++i)
         paths.push_back(temp.write(std::to_string(i % 7) + "/" + std::to_string(i), std::to_string(i)).native());
     std::size_t next = 0;

@@ -26,7 +26,9 @@ private slots:
     void theHelpShowsItsPagesInOrder();
     void theSearchLeavesThePagesThatHoldIt();
     void aDamagedHelpFileSaysSo();
+    void everyScreenHasItsPlaceInTheHelp();
     void f1OpensTheHelpOnlyWhenItIsThere();
+    void f1OpensTheHelpAtTheScreenThatAsks();
 
 private:
     static constexpr const char* kHelp = QUILLON_HELP_FILE;
@@ -81,6 +83,49 @@ void FrmABoutTest::aDamagedHelpFileSaysSo() {
     QVERIFY(help.titles().isEmpty());
     QCOMPARE(help.findChild<QTextBrowser*>(QStringLiteral("page"))->toPlainText(),
              QStringLiteral("The help file cannot be read."));
+}
+
+void FrmABoutTest::everyScreenHasItsPlaceInTheHelp() {
+    HelpWindow help{NativePath(kHelp)};
+    const auto* contents = help.findChild<QListWidget*>(QStringLiteral("contents"));
+    const std::pair<const char*, const char*> places[] = {{"frmErrors", "The other editors"},
+                                                          {"frmMain", "Running a job"},
+                                                          {"frmViewList", "Bad files and new terms"},
+                                                          {"frmExtEditor", "Bad files and new terms"},
+                                                          {"frmZip", "Zipping the lists"},
+                                                          {"frmUpdatedb", "The other editors"},
+                                                          {"frmSetupWizard", "Setting up"},
+                                                          {"frmSkipList", "The other editors"},
+                                                          {"frmSetupNetwork", "The other editors"},
+                                                          {"frmMain", "Running a job"},
+                                                          {"frmBadSectors", "The other editors"},
+                                                          {"frmZip", "Zipping the lists"},
+                                                          {"frmCommonHeaders", "The other editors"},
+                                                          {"frmViewList", "Bad files and new terms"},
+                                                          {"frmPreviewBadSector", "The other editors"}};
+    for (const auto& [screen, title] : places) {
+        help.showScreen(QLatin1String(screen));
+        QCOMPARE(contents->currentItem()->text(), QLatin1String(title));
+    }
+    help.showScreen(QStringLiteral("a box"));
+    QCOMPARE(contents->currentItem()->text(), QStringLiteral("The other editors"));
+}
+
+void FrmABoutTest::f1OpensTheHelpAtTheScreenThatAsks() {
+    Navigator navigator;
+    navigator.add(Screen::Help, [](const std::any&) { return std::make_unique<HelpWindow>(NativePath(kHelp)); });
+    installHelpKey(*qApp, navigator, NativePath(kHelp));
+    QWidget window;
+    window.setObjectName(QStringLiteral("frmSkipList"));
+    window.show();
+    QTest::keyClick(&window, Qt::Key_F1);
+    const auto* contents = navigator.window(Screen::Help)->findChild<QListWidget*>(QStringLiteral("contents"));
+    QCOMPARE(contents->currentItem()->text(), QStringLiteral("The other editors"));
+    window.setObjectName(QStringLiteral("frmZip"));
+    QTest::keyClick(&window, Qt::Key_F1);
+    QCOMPARE(contents->currentItem()->text(), QStringLiteral("Zipping the lists"));
+    QTest::keyClick(navigator.window(Screen::Help), Qt::Key_F1);
+    QCOMPARE(contents->currentItem()->text(), QStringLiteral("Zipping the lists"));
 }
 
 void FrmABoutTest::f1OpensTheHelpOnlyWhenItIsThere() {
