@@ -19,9 +19,6 @@ namespace {
 // Files above this size show a per-file percentage.
 constexpr std::uint64_t kLargeFile = 2'000'000;
 
-// Between two turns of the event loop while a file keeps its row waiting.
-constexpr std::chrono::milliseconds kWait{10};
-
 std::string withOneSlash(std::string folder) {
     folder.push_back('/');
     while (folder.size() > 1 && folder[folder.size() - 2] == '/') folder.pop_back();
@@ -45,7 +42,8 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
 
 CopyPass::CopyPass(Job& job)
     : job_(job),
-      copies_(job.surroundings().loop.mayStandStill() ? CopiesAhead::Helping::Allowed : CopiesAhead::Helping::Never) {
+      copies_(job.surroundings().loop.mayStandStill() ? CopiesAhead::Helping::Allowed : CopiesAhead::Helping::Never,
+              [&job] { job.turn(); }) {
 }
 
 void CopyPass::run() {
@@ -111,18 +109,14 @@ void CopyPass::copyRow(const Row& row) {
     ++job_.state.counters.rowsRead;
     job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
     showJobProgress(row.source);
-    const auto copied = row.refused ? tl::unexpected<CopyError>(*row.refused) : copyFirst();
+    const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
+    const auto copied = row.refused ? tl::unexpected<CopyError>(*row.refused) : copies_.finishFirst(report);
     if (copied)
         return;
     ++job_.state.counters.copyErrors;
     job_.log("Error copying : " + readable(row.source));
     if (copied.error().side != CopySide::Cancelled)
         job_.log(copied.error().text());
-}
-
-tl::expected<void, CopyError> CopyPass::copyFirst() {
-    while (!copies_.firstArrives(kWait)) job_.turn();
-    return copies_.finishFirst([this](std::uint64_t done, std::uint64_t total) { return progress(done, total); });
 }
 
 void CopyPass::showJobProgress(const std::string& source) {

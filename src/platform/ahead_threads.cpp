@@ -24,18 +24,27 @@ void AheadThreads::add() {
     }
 }
 
-void AheadThreads::leave(AheadTask& task) {
+template <typename Put>
+void AheadThreads::leaveBy(AheadTask& task, Put put) {
     bool wake = false;
     {
         const std::lock_guard lock(mutex_);
         task.done_ = false;
-        left_.push_back(&task);
+        put(&task);
         wake = idle_ > 0;
         if (wake)
             --idle_;  // it is on its way: to wake it once more would only cost
     }
     if (wake)
         toDo_.notify_one();
+}
+
+void AheadThreads::leave(AheadTask& task) {
+    leaveBy(task, [this](AheadTask* left) { left_.push_back(left); });
+}
+
+void AheadThreads::leaveFirst(AheadTask& task) {
+    leaveBy(task, [this](AheadTask* left) { left_.push_front(left); });
 }
 
 AheadTask* AheadThreads::takeBackLast() {

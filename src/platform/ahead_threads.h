@@ -38,8 +38,10 @@ public:
     /// False when none runs: a system may be out of threads, or the process may open too few files for any.
     [[nodiscard]] bool any() const { return !threads_.empty(); }
 
-    /// Leaves a task to the threads, of which there must be one.
+    /// Leaves a task to the threads, of which there must be one, behind all others.
     void leave(AheadTask& task);
+    /// The same ahead of all others.
+    void leaveFirst(AheadTask& task);
     /// The last of the tasks left that none has begun, which now is the owner's again; null when there is none.
     [[nodiscard]] AheadTask* takeBackLast();
     /// The same for this task, the first of those left.
@@ -54,6 +56,8 @@ public:
     void end();
 
 private:
+    template <typename Put>
+    void leaveBy(AheadTask& task, Put put);
     void work();
 
     std::size_t most_;

@@ -35,6 +35,7 @@ public:
     ~ArrivingFile();
 
     [[nodiscard]] int handle() const { return descriptor_; }
+    [[nodiscard]] Naming naming() const { return naming_; }
 
     /// Closes the file and gives it its name; an older file of this name is replaced as a whole, or stays when this
     /// fails.

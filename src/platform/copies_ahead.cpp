@@ -18,13 +18,15 @@ constexpr unsigned kFirstThreads = 4;
 constexpr std::size_t kMostThreads = 16;
 // What comes from memory and goes to memory takes some tens of microseconds.
 constexpr milliseconds kSlow{2};
+// Between two idle calls.
+constexpr milliseconds kWait{10};
 
 }  // namespace
 
-CopiesAhead::CopiesAhead(Helping helping)
-    : helping_(helping), threads_(kMostThreads, [this]() -> AheadThreads::Work {
+CopiesAhead::CopiesAhead(Helping helping, Idle idle)
+    : helping_(helping), idle_(std::move(idle)), threads_(kMostThreads, [this]() -> AheadThreads::Work {
           return [this, copier = std::make_shared<FileCopier>()](AheadTask& task) {
-              prepare(static_cast<Slot&>(task), *copier);
+              work(static_cast<Slot&>(task), *copier);
           };
       }) {
 }
@@ -40,9 +42,28 @@ void CopiesAhead::ask(std::string_view source, std::string_view target) {
     ++asked_;
     slot.source = source;
     slot.target = target;
+    slot.itsTurn = false;
     slot.left = threads_.any();
     if (slot.left)
         threads_.leave(slot);
+}
+
+void CopiesAhead::work(Slot& slot, FileCopier& copier) {
+    if (!slot.itsTurn) {
+        prepare(slot, copier);
+        return;
+    }
+    const auto tell = [&slot](std::uint64_t done, std::uint64_t total) {
+        slot.size = total;
+        slot.done = done;
+        return !slot.cancelled;
+    };
+    try {
+        slot.finished = finish(slot, copier, tell);
+    } catch (const std::bad_alloc&) {
+        slot.finished =
+            tl::unexpected<CopyError>(CopyError{CopySide::Source, {ErrorKind::PathAccess, "memory is short"}});
+    }
 }
 
 void CopiesAhead::prepare(Slot& slot, FileCopier& copier) try {
@@ -65,8 +86,8 @@ void CopiesAhead::prepareTimed(Slot& slot) {
         quickInARow_ = 0;
 }
 
-bool CopiesAhead::firstArrives(milliseconds limit) {
-    assert(asked_ > 0);
+// True when the first copy is prepared, or will not be.
+bool CopiesAhead::firstArrives() {
     Slot& slot = first();
     if (!slot.left || threads_.isDone(slot) || helpUntilDone(slot)) {
         quickInARow_ = std::min(quickInARow_ + 1, kMost);
@@ -76,7 +97,7 @@ bool CopiesAhead::firstArrives(milliseconds limit) {
         return true;
     quickInARow_ = 0;
     threads_.add();
-    return threads_.isDoneWithin(slot, limit);
+    return threads_.isDoneWithin(slot, kWait);
 }
 
 // While a thread is at the first file, or none has come to it, this thread need not stand by.
@@ -96,12 +117,11 @@ bool CopiesAhead::helpUntilDone(Slot& slot) {
     return false;
 }
 
-tl::expected<void, CopyError> CopiesAhead::finishFirst(const CopyProgress& progress) {
+CopiesAhead::Finished CopiesAhead::finishFirst(const CopyProgress& progress) {
     assert(asked_ > 0);
+    while (!firstArrives()) idle_();
     Slot& slot = first();
-    if (slot.left)
-        threads_.waitFor(slot);
-    auto finished = finish(slot, progress);
+    auto finished = mayMakeWait(slot) ? finishBeside(slot, progress) : finish(slot, copier_, progress);
     slot.file.reset();
     slot.size = 0;
     first_ = (first_ + 1) % kMost;
@@ -109,15 +129,36 @@ tl::expected<void, CopyError> CopiesAhead::finishFirst(const CopyProgress& progr
     return finished;
 }
 
-tl::expected<void, CopyError> CopiesAhead::finish(Slot& slot, const CopyProgress& progress) {
+// A large file keeps its caller waiting, and so may a volume that knows no files without a name: it is no disk of this
+// computer, or a slow one.
+bool CopiesAhead::mayMakeWait(const Slot& slot) const {
+    if (helping_ == Helping::Allowed || !threads_.any())
+        return false;
+    return !slot.file || (slot.file->has_value() && (*slot.file)->naming() == Naming::Rename);
+}
+
+CopiesAhead::Finished CopiesAhead::finishBeside(Slot& slot, const CopyProgress& progress) {
+    slot.itsTurn = true;
+    slot.done = 0;
+    slot.cancelled = !progress(0, slot.size);
+    threads_.leaveFirst(slot);
+    while (!threads_.isDoneWithin(slot, kWait)) {
+        if (!progress(slot.done, slot.size))
+            slot.cancelled = true;
+        idle_();
+    }
+    return std::move(slot.finished);
+}
+
+CopiesAhead::Finished CopiesAhead::finish(Slot& slot, FileCopier& copier, const CopyProgress& progress) {
     if (!slot.file)
-        return copier_.copy(slot.source, slot.target, progress);
+        return copier.copy(slot.source, slot.target, progress);
     if (!progress(0, slot.size))
         return tl::unexpected<CopyError>(CopyError::cancelled());
-    return std::move(*slot.file).and_then([&](ArrivingFile file) -> tl::expected<void, CopyError> {
+    return std::move(*slot.file).and_then([&](ArrivingFile file) -> Finished {
         auto arrived = file.arrive();
         if (!arrived && file.isStranded())
-            return copier_.copy(slot.source, slot.target, progress);
+            return copier.copy(slot.source, slot.target, progress);
         if (!arrived)
             return tl::unexpected<CopyError>(CopyError{CopySide::Target, std::move(arrived.error()), true});
         progress(slot.size, slot.size);

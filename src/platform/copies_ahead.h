@@ -3,11 +3,12 @@
 
 // Copies of many files, in the order of their asking. Threads bring the bytes of small files over before their turn
 // comes, which nobody sees: each gets its name at its turn and not before, and a failure is told then. A large file, or
-// one that could not be opened or made ahead, is copied at its turn.
+// one that could not be opened or made ahead, is copied at its turn. Where the caller's thread may not stand still,
+// that is done by a thread, too, and so is the naming on a volume that may be another computer's.
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -29,7 +30,10 @@ public:
     /// Whether the caller's thread may prepare files, too, and so stand still for a slow one.
     enum class Helping { Allowed, Never };
 
-    explicit CopiesAhead(Helping helping);
+    /// Called now and then by a `finishFirst` that waits.
+    using Idle = std::function<void()>;
+
+    CopiesAhead(Helping helping, Idle idle);
     ~CopiesAhead() { release(); }
     CopiesAhead(const CopiesAhead&) = delete;
     CopiesAhead& operator=(const CopiesAhead&) = delete;
@@ -38,32 +42,42 @@ public:
     void ask(std::string_view source, std::string_view target);
     [[nodiscard]] std::size_t asked() const { return asked_; }
 
-    /// True when the turn of the first copy may come: it is prepared, or will not be. Waits for that, but not much
-    /// longer than `limit`.
-    [[nodiscard]] bool firstArrives(std::chrono::milliseconds limit);
     /// The turn of the first copy, which is forgotten then: waits until it is prepared, and makes the file appear.
+    /// `progress` is called from here alone; what a thread has done meanwhile is told now and then.
     [[nodiscard]] tl::expected<void, CopyError> finishFirst(const CopyProgress& progress);
 
     /// Forgets all copies asked for, of which nothing stays, and waits for the threads to end.
     void release();
 
 private:
+    using Finished = tl::expected<void, CopyError>;
+
     struct Slot : AheadTask {
         std::string source;
         std::string target;
-        std::uint64_t size = 0;
         std::optional<tl::expected<ArrivingFile, CopyError>> file;  // all of it but its name, or why not
         bool left = false;                                          // to a thread
+        std::atomic<std::uint64_t> size = 0;
+
+        bool itsTurn = false;  // what a thread has to do is to finish it, and not to prepare it
+        std::atomic<std::uint64_t> done = 0;
+        std::atomic<bool> cancelled = false;
+        Finished finished;
     };
 
     [[nodiscard]] Slot& first() { return slots_[first_]; }
+    [[nodiscard]] bool firstArrives();
     [[nodiscard]] bool mayHelp() const { return helping_ == Helping::Allowed && quickInARow_ == kMost; }
     [[nodiscard]] bool helpUntilDone(Slot& slot);
+    void work(Slot& slot, FileCopier& copier);
     void prepareTimed(Slot& slot);
     void prepare(Slot& slot, FileCopier& copier);
-    [[nodiscard]] tl::expected<void, CopyError> finish(Slot& slot, const CopyProgress& progress);
+    [[nodiscard]] bool mayMakeWait(const Slot& slot) const;
+    [[nodiscard]] Finished finish(Slot& slot, FileCopier& copier, const CopyProgress& progress);
+    [[nodiscard]] Finished finishBeside(Slot& slot, const CopyProgress& progress);
 
     Helping helping_;
+    Idle idle_;
     FileCopier copier_;
     std::size_t quickInARow_ = kMost;
     std::atomic<bool> ending_ = false;

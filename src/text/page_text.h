@@ -16,6 +16,7 @@ namespace quillon {
 struct PageText {
     std::string bytes;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): takes the 0 that the compiler compares with for a pointer
     friend auto operator<=>(const PageText&, const PageText&) = default;
 };
 

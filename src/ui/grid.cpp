@@ -197,6 +197,7 @@ void Grid::focusInEvent(QFocusEvent* event) {
         QTableView::focusInEvent(event);
         return;
     }
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the parent would make the first row current
     QAbstractScrollArea::focusInEvent(event);
     viewport()->update();
 }

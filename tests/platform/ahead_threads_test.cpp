@@ -55,6 +55,17 @@ TEST_F(AheadThreadsTest, TasksAreDoneInTheOrderOfTheirLeaving) {
     EXPECT_EQ(order, (std::vector{0, 1, 2, 3}));
 }
 
+TEST_F(AheadThreadsTest, ATaskMayBeLeftAheadOfAllOthers) {
+    threads.add();
+    threads.leave(tasks[0]);
+    begun.wait();
+    threads.leave(tasks[1]);
+    threads.leaveFirst(tasks[2]);
+    mayWork.count_down();
+    threads.waitFor(tasks[1]);
+    EXPECT_EQ(order, (std::vector{0, 2, 1}));
+}
+
 TEST_F(AheadThreadsTest, WhatNoThreadHasBegunIsGivenBack) {
     threads.add();
     for (Task& task : tasks) threads.leave(task);

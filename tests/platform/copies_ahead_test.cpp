@@ -12,11 +12,8 @@
 namespace quillon {
 namespace {
 
-using std::chrono::milliseconds;
 using test::namesIn;
 using test::TempFolder;
-
-constexpr milliseconds kLong{60'000};
 
 bool goOn(std::uint64_t /*done*/, std::uint64_t /*total*/) {
     return true;
@@ -29,14 +26,11 @@ protected:
     void ask(const std::string& from, const std::string& to) {
         copies.ask((temp / "from" / from).native(), (temp / "to" / to).native());
     }
-    tl::expected<void, CopyError> finish(const CopyProgress& progress = goOn) {
-        EXPECT_TRUE(copies.firstArrives(kLong));
-        return copies.finishFirst(progress);
-    }
+    tl::expected<void, CopyError> finish(const CopyProgress& progress = goOn) { return copies.finishFirst(progress); }
     [[nodiscard]] bool isThere(const std::string& name) const { return std::filesystem::exists(temp / "to" / name); }
 
     TempFolder temp;
-    CopiesAhead copies{GetParam()};
+    CopiesAhead copies{GetParam(), [] {}};
 };
 
 // Files of all sizes, one of them too large to be prepared.
@@ -57,9 +51,8 @@ TEST_P(CopiesAheadTest, EveryFileAppearsWholeAtItsTurn) {
     int next = 0;
     for (int i = 0; i < count; ++i) {
         for (; next < count && copies.asked() < CopiesAhead::kMost; ++next) ask(name(next), name(next));
-        EXPECT_TRUE(copies.firstArrives(kLong));
         EXPECT_FALSE(isThere(name(i)));
-        ASSERT_TRUE(copies.finishFirst(goOn));
+        ASSERT_TRUE(finish());
         EXPECT_EQ(temp.read("to/" + name(i)), bytesOf(i));
         EXPECT_EQ(test::statOf(temp / "to" / name(i)).st_mtim.tv_sec, 1100000000 + i);
     }
@@ -72,7 +65,6 @@ TEST_P(CopiesAheadTest, NothingStaysOfCopiesWhoseTurnDidNotCome) {
         ask(std::to_string(i), std::to_string(i));
     }
     ASSERT_TRUE(finish());
-    EXPECT_TRUE(copies.firstArrives(kLong));
     copies.release();
     EXPECT_EQ(copies.asked(), 0U);
     EXPECT_EQ(namesIn(temp / "to"), "0");
@@ -142,11 +134,24 @@ TEST_P(CopiesAheadTest, ATargetFolderThatWasMadeAnewIsFound) {
     ask("a", "a");
     ASSERT_TRUE(finish());
     ask("a", "b");
-    EXPECT_TRUE(copies.firstArrives(kLong));
     std::filesystem::remove_all(temp / "to");
     std::filesystem::create_directory(temp / "to");
-    ASSERT_TRUE(copies.finishFirst(goOn));
+    ASSERT_TRUE(finish());
     EXPECT_EQ(namesIn(temp / "to"), "b");
+}
+
+TEST_P(CopiesAheadTest, ALargeFileIsCancelledAndTheNextIsCopied) {
+    temp.write("from/a", std::string(CopiesAhead::kLargest + 1, 'a'));
+    temp.write("from/b", "small");
+    temp.write("to/a", "older");
+    ask("a", "a");
+    ask("b", "b");
+    const auto cancelled = finish([](std::uint64_t, std::uint64_t) { return false; });
+    ASSERT_FALSE(cancelled);
+    EXPECT_EQ(cancelled.error().side, CopySide::Cancelled);
+    EXPECT_EQ(temp.read("to/a"), "older");
+    EXPECT_TRUE(finish());
+    EXPECT_EQ(namesIn(temp / "to"), "a b");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, CopiesAheadTest,
