@@ -22,7 +22,7 @@ struct LocalTime {
     int yearDay = 0;  ///< 0 is 1 January
 
     /// Seconds since local midnight.
-    [[nodiscard]] std::int64_t secondOfDay() const { return (hour * 60LL + minute) * 60 + second; }
+    [[nodiscard]] std::int64_t secondOfDay() const { return (std::int64_t{hour} * 60 + minute) * 60 + second; }
 };
 
 /// The local time of a moment given in seconds since 1970 UTC.

@@ -76,7 +76,7 @@ TEST_F(KeptFilesTest, ACopyLeavesTheFileAlone) {
 TEST_F(KeptFilesTest, ALargeFileIsCopiedWhole) {
     std::string bytes;
     for (int i = 0; bytes.size() < 300000; ++i) bytes += std::to_string(i) + "\r\n";
-    bytes.resize(2 * 65536);  // the end falls on the end of a piece
+    bytes.resize(2UL * 65536);  // the end falls on the end of a piece
     const auto place = kept.copyAway(temp.write("local/7.csv", bytes));
     ASSERT_TRUE(place);
     EXPECT_EQ(temp.read("local/Kept/2026-11-15 10.20.30/7.csv"), bytes);

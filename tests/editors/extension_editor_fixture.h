@@ -36,7 +36,7 @@ protected:
 
     /// A file below source/, told to the editor at the next `open`.
     std::string addFile(const std::string& name, const std::string& bytes, const std::u16string& problem = {}) {
-        const std::string path = folders.folder.write("source/" + name, bytes).native();
+        std::string path = folders.folder.write("source/" + name, bytes).native();
         handover.files.push_back({toListText(path), problem});
         return path;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <random>
 
+#include <fmt/format.h>
+
 #include "editors/extension_editor_fixture.h"
 #include "editors/term_search.h"
 #include "text/page_text.h"
@@ -144,7 +146,8 @@ TEST_F(ExtensionEditorSearchTest, WhatTheSearchCountsGoodTheHeaderTestGradesGood
             term += hexadecimal ? std::string(1, anyOf("46")) + anyOf("12") : std::string(1, anyOf("aAbB\xE4\xC4"));
         const std::string position = std::to_string(round % 3 == 0 ? 0 : random() % 516);
         const std::u16string path = toListText(folders.folder.write("source/f.qlx", head + "beyond").native());
-        folders.folder.write("local/Database/qlx.dat", position + "," + term + (hexadecimal ? ",H\r\n" : ",T\r\n"));
+        folders.folder.write("local/Database/qlx.dat",
+                             fmt::format("{},{},{}\r\n", position, term, hexadecimal ? "H" : "T"));
 
         SourceFiles heads;
         const auto counts = searchTerm({position, toUtf8(PageText{term}), hexadecimal}, {path}, heads);

@@ -20,6 +20,7 @@ protected:
     // A list of these native paths, copied.
     void copy(const std::vector<std::string>& paths) {
         std::vector<std::u16string> rows;
+        rows.reserve(paths.size());
         for (const auto& path : paths) rows.push_back(toListText(path) + u",15/11/2026, 5, 32;Ab9x,Header OK");
         writeFinalList(rows);
         state.counters.files = static_cast<std::int32_t>(paths.size());
@@ -134,7 +135,7 @@ TEST_F(CopyPassTest, StopEndsThePassBeforeTheNextRow) {
 }
 
 TEST_F(CopyPassTest, StopMidFileLeavesNoCutFileAndCountsAnError) {
-    const auto a = sourceFile("a", std::string(20'000'000, 'x'));
+    const auto a = sourceFile("a", std::string(8'000'000, 'x'));
     folder.write(landed(a), "older target");
     fake.loop.onTurn = [this](int) { state.stopRequested = state.copyCancelled = true; };
     copy({a});

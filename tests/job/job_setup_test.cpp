@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_setup.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
@@ -38,8 +39,8 @@ protected:
 };
 
 TEST_F(JobSetupTest, AForbiddenCharacterLeavesTheJobIdAtOnce) {
-    for (const std::string forbidden : {":", "\\", "/", "@", "*", "?", "<", ">", "|", "\""}) {
-        setup.jobIdChanged("12" + forbidden + "34" + forbidden);
+    for (const char* forbidden : {":", "\\", "/", "@", "*", "?", "<", ">", "|", "\""}) {
+        setup.jobIdChanged(fmt::format("12{0}34{0}", forbidden));
         EXPECT_EQ(state.options.jobId, "1234") << forbidden;
     }
 }

@@ -23,6 +23,7 @@ protected:
     }
     void recount(const std::vector<std::u16string>& results) {
         std::vector<std::u16string> rows;
+        rows.reserve(results.size());
         for (const auto& result : results) rows.push_back(u"/s/f,15/11/2026, 600, 32;Ab9x," + result);
         writeFinalList(rows);
         upDateAllLabels(job);

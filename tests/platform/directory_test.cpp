@@ -179,7 +179,7 @@ TEST(DirectoryTest, AMovedHandleIsHeldOnce) {
     const TempFolder temp;
     Directory first = Directory::open(temp.path()).value();
     Directory second = std::move(first);
-    EXPECT_FALSE(first.isOpen());
+    EXPECT_FALSE(first.isOpen());  // NOLINT(bugprone-use-after-move): this is what is tested
     EXPECT_TRUE(second.isOpen());
     second = Directory::open("/").value();
     EXPECT_TRUE(second.isOpen());

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "app/settings.h"
@@ -54,7 +55,7 @@ void disturb(const TempFolder& temp, const Work& work, const std::string& always
     const auto faults = everyFault(counts, always.empty() ? 0 : 3);
     EXPECT_GE(faults.size(), 3U) << "no call was disturbed";
     for (const auto& one : faults) {
-        const std::string fault = always + " " + one;
+        const std::string fault = fmt::format("{} {}", always, one);
         work.prepare();
         expectOldOrNew(work, runShell(traced(fault, probe + " " + work.arguments)), fault);
     }

@@ -41,7 +41,7 @@ protected:
         folder.write("local/Settings/CommonHeaders.dat", "0,never to be seen,T,x\r\n");
     }
 
-    int command(std::vector<std::string> arguments) {
+    int command(const std::vector<std::string>& arguments) {
         out.str("");
         err.str("");
         in.clear();

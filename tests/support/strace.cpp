@@ -8,6 +8,7 @@
 
 #include <sys/wait.h>
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 namespace quillon::test {
@@ -43,7 +44,7 @@ std::vector<std::string> everyFault(const std::map<std::string, int>& counts, in
         for (int i = 1; i <= count + more; ++i) {
             const std::string at = ":when=" + std::to_string(i);
             for (const auto& how : {":signal=KILL" + at, ":error=ENOSPC" + at, ":error=EIO" + at + "+"})
-                faults.push_back("-e inject=" + call + how);
+                faults.push_back(fmt::format("-e inject={}{}", call, how));
         }
     }
     return faults;

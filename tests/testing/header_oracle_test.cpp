@@ -6,6 +6,8 @@
 #include <optional>
 #include <random>
 
+#include <fmt/format.h>
+
 #include "testing/testing_fixture.h"
 
 namespace quillon::test {
@@ -126,7 +128,7 @@ Verdict expectedCommon(const Case& data, const std::string& buffer) {
         const auto first = raw.find_first_not_of(' ');
         const std::string description = first == std::string::npos ? "" : raw.substr(first);
         const std::string separator = known || record.position == 0 ? " : " : "";
-        return counted("Appears to be of file type:" + separator + description, {Tested, Common});
+        return counted(fmt::format("Appears to be of file type:{}{}", separator, description), {Tested, Common});
     }
     return known ? counted("Header Corrupt", {Tested, Corrupt})
                  : counted("Unknown or ambiguous file type", {Tested, Unknown});

@@ -245,8 +245,8 @@ void FrmMainActionsTest::openingAScreenBlocksItsEntry() {
         auto& entry = main_->control<QAction>(entryName);
         auto& button = main_->control<QToolButton>(buttonName);
         bool seen = false;
-        main_->navigator.add(screen, [&](const std::any&) {
-            QTimer::singleShot(0, this, [&, opened = screen] {
+        main_->navigator.add(screen, [&, opened = screen](const std::any&) {
+            QTimer::singleShot(0, this, [&, opened] {
                 seen = !entry.isEnabled() && !button.isEnabled();
                 main_->navigator.window(opened)->close();
             });

@@ -81,6 +81,7 @@ void FrmMainJobTest::pressAt(const char* status, const char* button) {
 std::vector<std::string> FrmMainJobTest::log() const {
     std::vector<std::string> rows;
     const auto& grid = main_->control<Grid>("iGrid1");
+    rows.reserve(static_cast<std::size_t>(grid.rowCount()));
     for (int row = 0; row < grid.rowCount(); ++row) rows.push_back(grid.cell(row, 1));
     return rows;
 }
