@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/arriving_file.h"
 
-#include <cstdio>
 #include <utility>
 
 #include <fcntl.h>

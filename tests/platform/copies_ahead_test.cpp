@@ -93,16 +93,19 @@ TEST_P(CopiesAheadTest, AFailureIsToldAtItsTurnAndHoldsNoOtherUp) {
 }
 
 TEST_P(CopiesAheadTest, ACancelledFileLeavesTheOlderTargetAndTheNextIsCopied) {
-    temp.write("from/a", "new");
-    temp.write("to/a", "older");
-    ask("a", "a");
-    ask("a", "b");
-    const auto cancelled = finish([](std::uint64_t, std::uint64_t) { return false; });
-    ASSERT_FALSE(cancelled);
-    EXPECT_EQ(cancelled.error().side, CopySide::Cancelled);
-    EXPECT_EQ(temp.read("to/a"), "older");
-    EXPECT_TRUE(finish());
-    EXPECT_EQ(namesIn(temp / "to"), "a b");
+    temp.write("from/b", "small");
+    for (const std::uint64_t size : {std::uint64_t{3}, CopiesAhead::kLargest + 1}) {
+        temp.write("from/a", std::string(size, 'a'));
+        temp.write("to/a", "older");
+        ask("a", "a");
+        ask("b", "b");
+        const auto cancelled = finish([](std::uint64_t, std::uint64_t) { return false; });
+        ASSERT_FALSE(cancelled) << size;
+        EXPECT_EQ(cancelled.error().side, CopySide::Cancelled) << size;
+        EXPECT_EQ(temp.read("to/a"), "older") << size;
+        EXPECT_TRUE(finish()) << size;
+        EXPECT_EQ(namesIn(temp / "to"), "a b") << size;
+    }
 }
 
 TEST_P(CopiesAheadTest, OfTwoCopiesToOnePlaceTheLaterStands) {
@@ -138,20 +141,6 @@ TEST_P(CopiesAheadTest, ATargetFolderThatWasMadeAnewIsFound) {
     std::filesystem::create_directory(temp / "to");
     ASSERT_TRUE(finish());
     EXPECT_EQ(namesIn(temp / "to"), "b");
-}
-
-TEST_P(CopiesAheadTest, ALargeFileIsCancelledAndTheNextIsCopied) {
-    temp.write("from/a", std::string(CopiesAhead::kLargest + 1, 'a'));
-    temp.write("from/b", "small");
-    temp.write("to/a", "older");
-    ask("a", "a");
-    ask("b", "b");
-    const auto cancelled = finish([](std::uint64_t, std::uint64_t) { return false; });
-    ASSERT_FALSE(cancelled);
-    EXPECT_EQ(cancelled.error().side, CopySide::Cancelled);
-    EXPECT_EQ(temp.read("to/a"), "older");
-    EXPECT_TRUE(finish());
-    EXPECT_EQ(namesIn(temp / "to"), "a b");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, CopiesAheadTest,
