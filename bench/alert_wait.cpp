@@ -21,9 +21,9 @@
 #include "platform/host.h"
 #include "support/temp_folder.h"
 #include "ui/frmMain.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
-#include "ui/window_event_loop.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 namespace {
@@ -120,7 +120,7 @@ int measure(QApplication& application, bool zip, const std::string& recipient) {
     install(installation, folder, recipient);
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
     UdpSocket server;
     UdpSocket client;
     AlertExchange exchange(AlertScreen::Main, server, client, installation, surroundings,
@@ -130,7 +130,7 @@ int measure(QApplication& application, bool zip, const std::string& recipient) {
         screen = std::make_unique<frmZip>(context, ZipHandover{"1234", "-"}, nullptr);
         screen->show();
     } else {
-        auto window = std::make_unique<frmMain>(context, MainWindowAlerts{&exchange, nullptr});
+        auto window = std::make_unique<frmMain>(context, job, MainWindowAlerts{&exchange, nullptr});
         window->reloadForm();
         screen = std::move(window);
     }

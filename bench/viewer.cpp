@@ -25,10 +25,11 @@
 #include "support/temp_folder.h"
 #include "text/list_text.h"
 #include "ui/frmMain.h"
-#include "ui/grid.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "ui/screens.h"
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 namespace {
 
@@ -169,9 +170,9 @@ int run(const test::TempFolder& temp, int rows) {
     configure(installation, temp);
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
-    registerScreens(context);
-    frmMain window(context, {});
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    registerScreens(context, job);
+    frmMain window(context, job, {});
     window.reloadForm();
     controlOf<QLineEdit>(window, "Textbox1").setText(QStringLiteral("7"));
     measure("opening the viewer", [&] { click(window, "CommandButton5"); });

@@ -22,9 +22,9 @@
 #include "job/job.h"
 #include "support/yes_dialogs.h"
 #include "ui/frmMain.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 using namespace quillon;
 
@@ -105,8 +105,8 @@ int measure(QApplication& application, const QStringList& arguments) {
         return 1;
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
-    frmMain window(context, {});
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    frmMain window(context, job, {});
     window.resize(1280, 800);
     window.reloadForm();
     if (arguments.size() > 3)

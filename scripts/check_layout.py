@@ -10,7 +10,8 @@ import sys
 from pathlib import Path
 
 # From the lowest floor to the highest. A file includes only from its own folder or a lower one.
-FLOORS = ["text", "platform", "app", "testing", "messaging", "archive", "setup", "job", "viewer", "editors", "ui", "programs"]
+FLOORS = ["text", "platform", "ahead", "app", "widgets", "testing", "messaging", "archive", "setup", "job", "viewer", "editors",
+          "ui", "programs"]
 
 MAX_FILE_LINES = 400
 MAX_FUNCTION_LINES = 40
@@ -21,7 +22,7 @@ SKIPPED_FOLDERS = {".git", ".cache", "build", "__pycache__"}
 # Headers with the ending .h that are libraries and not doors to the system.
 LIBRARY_HEADERS = re.compile(r"^(fmt/|gtest/|gmock/|benchmark/|zip\.h$|avahi-client/|avahi-common/)")
 # Files in which Qt may stand. The programs without a window share the programs folder with the one that has one.
-QT_FILES = re.compile(r"(^|/)frm[^/]*$|^src/ui/|^src/programs/quillon(?!_job|_messenger)[^/]*$")
+QT_FILES = re.compile(r"(^|/)frm[^/]*$|^src/(ui|widgets)/(?!hex_layout)|^src/programs/quillon(?!_job|_messenger)[^/]*$")
 QT_HEADER = re.compile(r"^(Q[A-Z][A-Za-z]*|Qt[A-Za-z]*/.*|ui_.*\.h)$")
 
 # A comment tells the rule itself, not where somebody once wrote it; and nothing may depend on one machine or mirror.
@@ -64,8 +65,8 @@ def check_floor(name, include):
     own, other = name.split("/")[1], include.split("/")[0]
     if other not in FLOORS or "/" not in include:
         yield f'"{include}" does not start with a folder of src'
-    elif screen_of(name) and other == "ui":
-        pass  # screens of every floor use the shared widgets
+    elif other == "widgets" and own != "widgets" and not QT_FILES.search(name):
+        yield f'"{include}" is of the widgets, which only files with Qt use'
     elif FLOORS.index(other) > FLOORS.index(own):
         yield f'"{include}" is on a higher floor than {own}'
 

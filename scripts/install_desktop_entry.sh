@@ -9,7 +9,7 @@ data=${XDG_DATA_HOME:-$HOME/.local/share}
 here=$(cd -- "$(dirname "$0")/.." && pwd)
 
 mkdir -p "$data/applications" "$data/icons/hicolor/scalable/apps"
-cp "$here/src/ui/icons/quillon.svg" "$data/icons/hicolor/scalable/apps/quillon.svg"
+cp "$here/src/widgets/icons/quillon.svg" "$data/icons/hicolor/scalable/apps/quillon.svg"
 # Within quotes a backslash goes ahead of four characters; and a value of an entry doubles every backslash.
 quoted=$(printf '%s' "$folder/quillon" | sed 's/[\\"`$]/\\&/g; s/\\/\\\\/g; s/%/%%/g')
 {

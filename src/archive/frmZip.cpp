@@ -5,8 +5,8 @@
 #include <QShortcut>
 
 #include "text/list_text.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
 
 namespace quillon {
 

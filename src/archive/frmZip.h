@@ -35,11 +35,11 @@
 #include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
 #include "platform/datagram_socket.h"
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
-#include "ui/step_screen.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 namespace quillon {
 

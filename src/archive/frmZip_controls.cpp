@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "archive/frmZip.h"
-#include "ui/theme.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

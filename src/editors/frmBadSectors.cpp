@@ -14,11 +14,11 @@
 
 #include "editors/bad_sector_marker.h"
 #include "editors/sector_preview.h"
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 

@@ -14,7 +14,7 @@
 
 #include <QWidget>
 
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QCheckBox;
 class QGroupBox;

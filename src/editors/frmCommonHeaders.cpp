@@ -13,17 +13,16 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "job/job.h"
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 
-frmCommonHeaders::frmCommonHeaders(const ScreenContext& context)
+frmCommonHeaders::frmCommonHeaders(const ScreenContext& context, const ReportMessages& messages)
     : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
     setObjectName(QStringLiteral("frmCommonHeaders"));
     setWindowTitle(QStringLiteral("Common Headers"));
@@ -61,7 +60,7 @@ void frmCommonHeaders::createEntry() {
     keepRoomWhenHidden(*Label3);
     Label4 = makeLabel("Label4", "");
     makePlain(*Label4);
-    Label4->setText(toQt(currentPrefix(context_.job.messages)));
+    Label4->setText(toQt(currentPrefix(messages_)));
 }
 
 void frmCommonHeaders::createList() {

@@ -23,7 +23,7 @@
 #include <QWidget>
 
 #include "editors/common_headers_editor.h"
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QAction;
 class QCheckBox;
@@ -41,7 +41,8 @@ class frmCommonHeaders final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit frmCommonHeaders(const ScreenContext& context);
+    /// Context and messages must outlive the screen.
+    frmCommonHeaders(const ScreenContext& context, const ReportMessages& messages);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -64,6 +65,7 @@ private:
     void showEntry();
 
     ScreenContext context_;
+    const ReportMessages& messages_;
     CommonHeadersEditor editor_;
 
     QLabel* Label1;

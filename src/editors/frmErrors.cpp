@@ -11,18 +11,16 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "job/job.h"
-#include "ui/control_maker.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 
-frmErrors::frmErrors(const ScreenContext& context)
-    : context_(context),
-      editor_(context.installation, context.surroundings.dialogs, context.kept, context.job.messages) {
+frmErrors::frmErrors(const ScreenContext& context, ReportMessages& messages)
+    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept, messages) {
     setObjectName(QStringLiteral("frmErrors"));
     setWindowTitle(QStringLiteral("Default Report Messages"));
     createControls();

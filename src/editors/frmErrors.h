@@ -13,7 +13,7 @@
 #include <QWidget>
 
 #include "editors/report_messages_editor.h"
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QGroupBox;
 class QLabel;
@@ -26,7 +26,8 @@ class frmErrors final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit frmErrors(const ScreenContext& context);
+    /// Edits the messages of the job in memory, which outlive the screen, and the files.
+    frmErrors(const ScreenContext& context, ReportMessages& messages);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -15,11 +15,11 @@
 
 #include "text/list_text.h"
 #include "text/page_text.h"
-#include "ui/grid.h"
-#include "ui/hex_view.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
+#include "widgets/grid.h"
+#include "widgets/hex_view.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
 
 namespace quillon {
 
@@ -42,8 +42,8 @@ QVariant FileNames::data(const QModelIndex& index, int role) const {
     return role == Qt::ToolTipRole ? name.toHtmlEscaped() : name;
 }
 
-frmExtEditor::frmExtEditor(const ScreenContext& context, const EditorHandover& handover)
-    : context_(context), editor_(context.job, *this), whenDone_(handover.whenDone) {
+frmExtEditor::frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover)
+    : context_(context), editor_(job, *this), whenDone_(handover.whenDone) {
     setObjectName(QStringLiteral("frmExtEditor"));
     setWindowTitle(QStringLiteral("Extension Editor"));
     createCriteria();

@@ -34,9 +34,9 @@
 #include <QMainWindow>
 
 #include "editors/extension_editor.h"
-#include "ui/busy_parts.h"
-#include "ui/grid_model.h"
-#include "ui/screen_context.h"
+#include "widgets/busy_parts.h"
+#include "widgets/grid_model.h"
+#include "widgets/screen_context.h"
 
 class QCheckBox;
 class QComboBox;
@@ -81,7 +81,7 @@ class frmExtEditor final : public QMainWindow, private ExtensionEditorHost {
 
 public:
     /// The context must outlive the screen.
-    frmExtEditor(const ScreenContext& context, const EditorHandover& handover);
+    frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover);
 
 protected:
     /// Closing is "Done".

@@ -19,10 +19,10 @@
 #include <QVBoxLayout>
 
 #include "editors/frmExtEditor.h"
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/hex_view.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/hex_view.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

@@ -7,10 +7,10 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "ui/control_maker.h"
-#include "ui/hex_view.h"
-#include "ui/navigator.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/hex_view.h"
+#include "widgets/navigator.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 

@@ -10,7 +10,7 @@
 #include <QWidget>
 
 #include "editors/sector_preview.h"
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QGroupBox;
 class QPushButton;

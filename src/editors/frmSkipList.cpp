@@ -14,12 +14,12 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 

@@ -16,7 +16,7 @@
 #include <QWidget>
 
 #include "editors/skip_list_editor.h"
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QAction;
 class QGroupBox;

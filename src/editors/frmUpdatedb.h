@@ -26,7 +26,7 @@
 #include <QWidget>
 
 #include "editors/manual_update.h"
-#include "ui/screen_context.h"
+#include "widgets/screen_context.h"
 
 class QAction;
 class QCheckBox;

@@ -9,9 +9,9 @@
 #include <string>
 #include <string_view>
 
+#include "ahead/copies_ahead.h"
 #include "job/file_list.h"
 #include "job/job.h"
-#include "platform/copies_ahead.h"
 
 namespace quillon {
 

@@ -8,11 +8,11 @@
 #include <string>
 #include <string_view>
 
+#include "ahead/heads_ahead.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
-#include "platform/heads_ahead.h"
 #include "testing/header_test.h"
 #include "testing/skip_list.h"
 

@@ -11,14 +11,15 @@
 #include "job/job.h"
 #include "messaging/alert_exchange.h"
 #include "platform/host.h"
-#include "ui/enter_key.h"
 #include "ui/frmMain.h"
 #include "ui/help_window.h"
-#include "ui/navigator.h"
-#include "ui/qt_dialogs.h"
-#include "ui/screen_context.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "ui/screens.h"
+#include "widgets/enter_key.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_dialogs.h"
+#include "widgets/screen_context.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 namespace {
@@ -41,8 +42,8 @@ int runWindow(QApplication& application) {
     Installation installation(applicationFolder());
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
-    registerScreens(context);
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    registerScreens(context, job);
     installEnterKey(application);
     installHelpKey(application, navigator, installation.appFolder() / kHelpFileName);
 
@@ -50,7 +51,7 @@ int runWindow(QApplication& application) {
     UdpSocket client(resolveHost);
     AlertExchange exchange(AlertScreen::Main, server, client, installation, surroundings,
                            [&job] { return job.state.options.jobId; });
-    frmMain window(context, {&exchange, systemNetwork()});
+    frmMain window(context, job, {&exchange, systemNetwork()});
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
     openFirstScreen(decideFirstScreen(installation), navigator, window);

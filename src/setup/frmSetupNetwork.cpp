@@ -6,9 +6,9 @@
 #include <QShortcut>
 #include <QVBoxLayout>
 
-#include "ui/qt_text.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 

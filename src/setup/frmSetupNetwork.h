@@ -15,9 +15,9 @@
 #include <QWidget>
 
 #include "setup/network_setup.h"
-#include "ui/control_maker.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
+#include "widgets/control_maker.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
 
 namespace quillon {
 

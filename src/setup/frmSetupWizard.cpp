@@ -8,8 +8,8 @@
 #include <QTimer>
 
 #include "text/list_text.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
 
 namespace quillon {
 

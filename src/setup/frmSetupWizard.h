@@ -57,10 +57,10 @@
 #include "messaging/alert_exchange.h"
 #include "platform/datagram_socket.h"
 #include "setup/wizard.h"
-#include "ui/control_maker.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
-#include "ui/step_screen.h"
+#include "widgets/control_maker.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QTimer;
 class QVBoxLayout;

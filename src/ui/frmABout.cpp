@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "app/version.h"
-#include "ui/theme.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

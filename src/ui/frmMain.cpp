@@ -15,11 +15,11 @@
 #include "app/version.h"
 #include "platform/folders.h"
 #include "testing/report_messages.h"
-#include "ui/grid.h"
 #include "ui/help_window.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 namespace {
@@ -32,9 +32,9 @@ constexpr std::int64_t kLeavePatience = 2000;
 
 }  // namespace
 
-frmMain::frmMain(const ScreenContext& context, MainWindowAlerts alerts)
+frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts)
     : context_(context),
-      job_(context.job),
+      job_(job),
       alerts_(std::move(alerts)),
       setup_(context.installation, context.surroundings, job_.state),
       logRows_(job_.state.log, context.surroundings.dates),

@@ -57,9 +57,9 @@
 #include "messaging/recipient_query.h"
 #include "messaging/recipient_test.h"
 #include "ui/frmMain_controls.h"
-#include "ui/grid_model.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
+#include "widgets/grid_model.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
 
 class QTimer;
 
@@ -93,8 +93,8 @@ class frmMain final : public QMainWindow,
     Q_OBJECT
 
 public:
-    /// Context and exchange must outlive the window. Not shown before `reloadForm`.
-    frmMain(const ScreenContext& context, MainWindowAlerts alerts);
+    /// Context, job and exchange must outlive the window. Not shown before `reloadForm`.
+    frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts);
     ~frmMain() override;
 
     /// The start sequence, which ends with showing the window; also run again by the setup.

@@ -3,7 +3,7 @@
 #include <QPushButton>
 
 #include "ui/frmMain.h"
-#include "ui/window_event_loop.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 

@@ -9,9 +9,9 @@
 #include <QToolBar>
 #include <QToolButton>
 
-#include "ui/control_maker.h"
 #include "ui/frmMain_controls.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

@@ -14,11 +14,11 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
-#include "ui/control_maker.h"
-#include "ui/elided_label.h"
 #include "ui/grade_bar.h"
-#include "ui/grid.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/elided_label.h"
+#include "widgets/grid.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

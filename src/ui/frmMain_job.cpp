@@ -14,9 +14,9 @@
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "ui/frmMain.h"
-#include "ui/grid.h"
-#include "ui/qt_text.h"
-#include "ui/window_event_loop.h"
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 namespace {

@@ -6,9 +6,9 @@
 #include <QToolButton>
 
 #include "ui/frmMain.h"
-#include "ui/qt_text.h"
-#include "ui/window_event_loop.h"
-#include "ui/window_place.h"
+#include "widgets/qt_text.h"
+#include "widgets/window_event_loop.h"
+#include "widgets/window_place.h"
 
 namespace quillon {
 namespace {

@@ -18,9 +18,9 @@
 #include "text/numbers.h"
 #include "ui/frmMain.h"
 #include "ui/grade_bar.h"
-#include "ui/grid.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
 
 namespace quillon {
 namespace {

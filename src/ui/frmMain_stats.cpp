@@ -6,10 +6,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
-#include "ui/control_maker.h"
 #include "ui/frmMain_controls.h"
 #include "ui/grade_bar.h"
-#include "ui/theme.h"
+#include "widgets/control_maker.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

@@ -20,9 +20,9 @@
 
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One line for each screen: which class it is and what it is made from.
+#include "ui/screens.h"
+
 #include "archive/frmZip.h"
 #include "editors/frmBadSectors.h"
 #include "editors/frmCommonHeaders.h"
@@ -12,13 +13,13 @@
 #include "setup/frmSetupWizard.h"
 #include "ui/frmABout.h"
 #include "ui/help_window.h"
-#include "ui/navigator.h"
-#include "ui/screen_context.h"
 #include "viewer/frmViewList.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
 
 namespace quillon {
 
-void registerScreens(const ScreenContext& context) {
+void registerScreens(const ScreenContext& context, Job& job) {
     Navigator& screens = context.navigator;
     screens.add(Screen::About, [](const std::any&) { return std::make_unique<frmABout>(); });
     screens.add(Screen::Help, [&context](const std::any& handOver) {
@@ -37,20 +38,23 @@ void registerScreens(const ScreenContext& context) {
                 [&context](const std::any&) { return std::make_unique<frmSetupNetwork>(context); });
     screens.add(Screen::SkipList, [&context](const std::any&) { return std::make_unique<frmSkipList>(context); });
     screens.add(Screen::Updatedb, [&context](const std::any&) { return std::make_unique<frmUpdatedb>(context); });
-    screens.add(Screen::CommonHeaders,
-                [&context](const std::any&) { return std::make_unique<frmCommonHeaders>(context); });
-    screens.add(Screen::Errors, [&context](const std::any&) { return std::make_unique<frmErrors>(context); });
+    screens.add(Screen::CommonHeaders, [&context, &job](const std::any&) {
+        return std::make_unique<frmCommonHeaders>(context, job.messages);
+    });
+    screens.add(Screen::Errors,
+                [&context, &job](const std::any&) { return std::make_unique<frmErrors>(context, job.messages); });
     screens.add(Screen::BadSectors, [&context](const std::any&) { return std::make_unique<frmBadSectors>(context); });
     screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
         const auto* preview = std::any_cast<SectorPreview>(&handOver);
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
     });
-    screens.add(Screen::ViewList, [&context](const std::any&) { return std::make_unique<frmViewList>(context); });
-    screens.add(Screen::ExtEditor, [&context](const std::any& handOver) {
+    screens.add(Screen::ViewList,
+                [&context, &job](const std::any&) { return std::make_unique<frmViewList>(context, job); });
+    screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;
         const auto* given = std::any_cast<EditorHandover>(&handOver);
-        return std::make_unique<frmExtEditor>(context, given != nullptr ? *given : nothing);
+        return std::make_unique<frmExtEditor>(context, job, given != nullptr ? *given : nothing);
     });
 }
 

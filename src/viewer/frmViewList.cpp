@@ -17,11 +17,11 @@
 #include <QScrollBar>
 
 #include "text/list_text.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/show_state.h"
-#include "ui/window_event_loop.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/show_state.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon {
 
@@ -34,7 +34,7 @@ std::string ViewGridRows::cell(int row, int column) const {
     return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
 }
 
-frmViewList::frmViewList(const ScreenContext& context) : context_(context), viewer_(context.job, *this) {
+frmViewList::frmViewList(const ScreenContext& context, Job& job) : context_(context), viewer_(job, *this) {
     setObjectName(QStringLiteral("frmViewList"));
     setWindowTitle(QStringLiteral("View File List"));
     createCategory();

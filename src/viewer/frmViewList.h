@@ -25,10 +25,10 @@
 
 #include <QWidget>
 
-#include "ui/busy_parts.h"
-#include "ui/grid_model.h"
-#include "ui/screen_context.h"
 #include "viewer/list_viewer.h"
+#include "widgets/busy_parts.h"
+#include "widgets/grid_model.h"
+#include "widgets/screen_context.h"
 
 class QCheckBox;
 class QComboBox;
@@ -58,7 +58,7 @@ class frmViewList final : public QWidget, private ViewerHost {
 
 public:
     /// The context must outlive the screen.
-    explicit frmViewList(const ScreenContext& context);
+    frmViewList(const ScreenContext& context, Job& job);
     ~frmViewList() override;
 
 protected:

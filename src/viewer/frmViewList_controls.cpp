@@ -10,10 +10,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "ui/control_maker.h"
-#include "ui/grid.h"
-#include "ui/theme.h"
 #include "viewer/frmViewList.h"
+#include "widgets/control_maker.h"
+#include "widgets/grid.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {

@@ -64,7 +64,7 @@ void FrmZipTest::init() {
     main_->temp.write("local/1234-B.csv", "b");
     main_->temp.write("local/12345.csv", "c");
     main_->open();
-    registerScreens(main_->context);
+    main_->addScreens();
     main_->navigator.open(Screen::Zip, ZipHandover{"1234-A", "-"});
 }
 

@@ -17,11 +17,12 @@
 #include "editors/editor_folders.h"
 #include "job/job.h"
 #include "support/screen_control.h"
-#include "ui/grid.h"
-#include "ui/navigator.h"
-#include "ui/qt_text.h"
-#include "ui/screen_context.h"
-#include "ui/window_event_loop.h"
+#include "ui/screens.h"
+#include "widgets/grid.h"
+#include "widgets/navigator.h"
+#include "widgets/qt_text.h"
+#include "widgets/screen_context.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon::test {
 
@@ -29,7 +30,7 @@ class EditorScreen : public EditorFolders, private MainWindowDoor {
 public:
     explicit EditorScreen(Screen screen) : screen_(screen) {
         dialogs.onProblem = [this](const std::string& problem) { problems << toQt(problem); };
-        registerScreens(context);
+        registerScreens(context, job);
         navigator.setMain(this);
     }
 
@@ -90,7 +91,7 @@ public:
     Job job{installation, fake.surroundings};
     WindowEventLoop loop{fake.clock};
     Navigator navigator;
-    ScreenContext context{installation, fake.surroundings, kept, job, navigator, loop};
+    ScreenContext context{installation, fake.surroundings, kept, navigator, loop};
     int mainShown = 0;
 
 private:

@@ -4,7 +4,7 @@
 #include <QContextMenuEvent>
 
 #include "editors/editor_screen.h"
-#include "ui/hex_view.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 

@@ -12,8 +12,8 @@
 
 #include "editors/editor_screen.h"
 #include "text/list_text.h"
-#include "ui/hex_view.h"
 #include "viewer/editor_handover.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 

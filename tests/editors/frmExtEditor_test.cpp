@@ -12,10 +12,10 @@
 #include <QPushButton>
 
 #include "text/list_text.h"
-#include "ui/grid.h"
-#include "ui/hex_view.h"
 #include "ui/main_window.h"
 #include "viewer/editor_handover.h"
+#include "widgets/grid.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 
@@ -66,7 +66,7 @@ private:
 
 void FrmExtEditorTest::init() {
     main_ = std::make_unique<test::MainWindow>();
-    registerScreens(main_->context);
+    main_->addScreens();
     main_->open();
     main_->window->hide();
     handover_ = {};

@@ -2,7 +2,7 @@
 #include <QApplication>
 
 #include "editors/editor_screen.h"
-#include "ui/hex_view.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 

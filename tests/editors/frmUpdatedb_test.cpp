@@ -7,7 +7,7 @@
 #include <QTimer>
 
 #include "editors/editor_screen.h"
-#include "ui/hex_view.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 

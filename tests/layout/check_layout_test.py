@@ -62,12 +62,16 @@ class Includes(LayoutCase):
         self.assertFinds("does not start with a folder")
 
     def test_screen_may_use_shared_widgets(self):
-        self.put("src/viewer/frmViewList.cpp", '#include <QTableView>\n#include "ui/hex_view.h"\n#include "ui_frmViewList.h"\n')
+        self.put("src/viewer/frmViewList.cpp", '#include <QTableView>\n#include "widgets/hex_view.h"\n#include "ui_frmViewList.h"\n')
         self.assertHolds()
 
-    def test_logic_must_not_use_shared_widgets(self):
-        self.put("src/viewer/list_filter.cpp", '#include "ui/hex_view.h"\n')
+    def test_screen_must_not_look_up_to_the_main_window(self):
+        self.put("src/viewer/frmViewList.cpp", '#include "ui/grade_bar.h"\n')
         self.assertFinds("higher floor")
+
+    def test_logic_must_not_use_shared_widgets(self):
+        self.put("src/viewer/list_filter.cpp", '#include "widgets/hex_view.h"\n')
+        self.assertFinds("only files with Qt use")
 
     def test_screen_including_another_is_found(self):
         self.put("src/editors/frmExtEditor.cpp", '#include "viewer/frmViewList.h"\n')
@@ -81,8 +85,8 @@ class Includes(LayoutCase):
         self.put("src/viewer/retest.cpp", '#include "viewer/frmViewList.h"\n')
         self.assertFinds("the core includes a screen")
 
-    def test_navigator_knows_all_screens(self):
-        self.put("src/ui/navigator.cpp", '#include "viewer/frmViewList.h"\n#include "ui/frmMain.h"\n')
+    def test_the_list_of_screens_knows_all(self):
+        self.put("src/ui/screens.cpp", '#include "viewer/frmViewList.h"\n#include "ui/frmMain.h"\n')
         self.assertHolds()
 
 

@@ -7,7 +7,7 @@
 
 #include "app/installation.h"
 #include "support/temp_folder.h"
-#include "ui/qt_text.h"
+#include "widgets/qt_text.h"
 
 using namespace quillon;
 

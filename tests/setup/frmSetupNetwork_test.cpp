@@ -37,7 +37,7 @@ void FrmSetupNetworkTest::init() {
     main_->installation.settings.sharedPath.assign(pageFromPath(main_->temp / "share"));
     main_->installation.settings.useSharedDb = 1;
     main_->installation.refreshPathVariables();
-    registerScreens(main_->context);
+    main_->addScreens();
     main_->navigator.open(Screen::SetupNetwork);
 }
 

@@ -47,7 +47,7 @@ private:
 
 void FrmSetupWizardFieldsTest::init() {
     main_ = std::make_unique<test::MainWindow>();
-    main_->window = std::make_unique<frmMain>(main_->context, MainWindowAlerts{});
+    main_->window = std::make_unique<frmMain>(main_->context, main_->job, MainWindowAlerts{});
     main_->navigator.add(Screen::SetupWizard, [this](const std::any&) {
         const std::vector<std::string> names = {"DESK2", "DESK3"};
         return std::make_unique<frmSetupWizard>(main_->context, std::make_shared<test::ScriptedNetwork>(names));

@@ -10,14 +10,15 @@
 #include "archive/zip_bytes.h"
 #include "support/screen_control.h"
 #include "ui/main_window.h"
+#include "ui/screens.h"
 
 namespace quillon::test {
 
 class WizardWindow : public MainWindow {
 public:
     WizardWindow() {
-        window = std::make_unique<frmMain>(context, MainWindowAlerts{});
-        registerScreens(context);
+        window = std::make_unique<frmMain>(context, job, MainWindowAlerts{});
+        registerScreens(context, job);
     }
     ~WizardWindow() { navigator.unloadAll(); }
 

@@ -25,9 +25,9 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include "ui/grid.h"
-#include "ui/hex_view.h"
 #include "ui/main_window.h"
+#include "widgets/grid.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 
@@ -98,7 +98,7 @@ void listControls(const QWidget& screen) {
 
 void listScreens() {
     test::MainWindow main;
-    registerScreens(main.context);
+    main.addScreens();
     listControls(main.open());
     for (const Screen screen : {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders,
                                 Screen::SkipList, Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector,

@@ -13,7 +13,7 @@
 #include "app/version.h"
 #include "support/temp_folder.h"
 #include "ui/help_window.h"
-#include "ui/navigator.h"
+#include "widgets/navigator.h"
 
 using namespace quillon;
 

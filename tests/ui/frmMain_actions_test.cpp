@@ -20,8 +20,8 @@
 #include "archive/zip_handover.h"
 #include "main_window.h"
 #include "ui/frmMain.h"
-#include "ui/grid.h"
-#include "ui/qt_dialogs.h"
+#include "widgets/grid.h"
+#include "widgets/qt_dialogs.h"
 
 using namespace quillon;
 
@@ -176,8 +176,8 @@ void FrmMainActionsTest::aQuestionStandsOverWhatItAsksAbout() {
     QtDialogs dialogs([this] { main_->loop.refreshScreens(); });
     const Surroundings surroundings{main_->clock, main_->dates, dialogs, main_->loop, "LAB7"};
     Job job(main_->installation, surroundings);
-    const ScreenContext context{main_->installation, surroundings, job.kept(), job, main_->navigator, main_->loop};
-    frmMain window(context, {});
+    const ScreenContext context{main_->installation, surroundings, job.kept(), main_->navigator, main_->loop};
+    frmMain window(context, job, {});
     window.reloadForm();
     window.findChild<QLineEdit*>(QStringLiteral("Textbox1"))->setText(QStringLiteral("1234"));
     QTimer::singleShot(0, &window, [&] {

@@ -36,7 +36,7 @@ private:
 
 void FrmMainEntriesTest::init() {
     main_ = std::make_unique<test::MainWindow>();
-    registerScreens(main_->context);
+    main_->addScreens();
     main_->open();
 }
 

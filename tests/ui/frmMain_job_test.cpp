@@ -19,7 +19,7 @@
 #include "platform/folders.h"
 #include "support/hanging_share.h"
 #include "ui/frmMain.h"
-#include "ui/grid.h"
+#include "widgets/grid.h"
 
 using namespace quillon;
 

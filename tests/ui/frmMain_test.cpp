@@ -17,8 +17,8 @@
 
 #include "app/version.h"
 #include "support/screen_control.h"
-#include "ui/grid.h"
 #include "ui/main_window.h"
+#include "widgets/grid.h"
 
 using namespace quillon;
 

@@ -18,8 +18,9 @@
 #include "support/screen_control.h"
 #include "support/temp_folder.h"
 #include "ui/frmMain.h"
-#include "ui/qt_text.h"
-#include "ui/window_event_loop.h"
+#include "ui/screens.h"
+#include "widgets/qt_text.h"
+#include "widgets/window_event_loop.h"
 
 namespace quillon::test {
 
@@ -57,7 +58,7 @@ public:
 
     /// Makes the window and runs its start sequence.
     frmMain& open() {
-        window = std::make_unique<frmMain>(context, alerts);
+        window = std::make_unique<frmMain>(context, job, alerts);
         window->reloadForm();
         return *window;
     }
@@ -74,6 +75,9 @@ public:
         for (int i = 0; i < count; ++i)
             temp.write("source/p" + std::to_string(i) + ".jpg", "\xFF\xD8\xFF" + std::string(600, 'x'));
     }
+
+    /// All screens of the program can be opened.
+    void addScreens() { registerScreens(context, job); }
 
     /// Types a job ID and chooses source/ by the button.
     void chooseSource(const char* jobId) {
@@ -92,7 +96,7 @@ public:
     Installation installation{temp / "app"};
     Job job{installation, surroundings};
     Navigator navigator;
-    ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
+    ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
     MainWindowAlerts alerts;  ///< what `open` gives the window; at first nothing can be sent or found
     std::unique_ptr<frmMain> window;
 };

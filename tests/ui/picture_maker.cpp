@@ -21,10 +21,11 @@
 #include "setup/default_installation.h"
 #include "support/yes_dialogs.h"
 #include "ui/frmMain.h"
-#include "ui/grid.h"
-#include "ui/qt_text.h"
-#include "ui/theme.h"
-#include "ui/window_event_loop.h"
+#include "ui/screens.h"
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+#include "widgets/theme.h"
+#include "widgets/window_event_loop.h"
 
 using namespace quillon;
 
@@ -149,9 +150,9 @@ int makePictures(QApplication& application, const QStringList& arguments) {
         return 1;
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), job, navigator, loop};
-    registerScreens(context);
-    frmMain window(context, {});
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    registerScreens(context, job);
+    frmMain window(context, job, {});
     Camera camera(context, arguments[4], arguments[3]);
     camera.takeMainWindow(window);
     camera.takeScreens();

@@ -10,8 +10,8 @@
 #include <QTest>
 
 #include "main_window.h"
-#include "ui/grid.h"
-#include "ui/hex_view.h"
+#include "widgets/grid.h"
+#include "widgets/hex_view.h"
 
 using namespace quillon;
 
@@ -99,7 +99,7 @@ void RoadTest::teachTheTerm() {
 }
 
 void RoadTest::twoHundredCorruptFilesBecomeGood() {
-    registerScreens(main_.context);
+    main_.addScreens();
     runJob();
     filterCorruptFiles();
     teachTheTerm();

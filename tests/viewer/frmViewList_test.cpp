@@ -14,8 +14,8 @@
 
 #include "support/screen_control.h"
 #include "text/list_text.h"
-#include "ui/grid.h"
 #include "ui/main_window.h"
+#include "widgets/grid.h"
 
 using namespace quillon;
 
@@ -70,7 +70,7 @@ private:
 
 void FrmViewListTest::init() {
     main_ = std::make_unique<test::MainWindow>();
-    registerScreens(main_->context);
+    main_->addScreens();
     main_->makePictures(2);
     main_->open();
     main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("J1"));

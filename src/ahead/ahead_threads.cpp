@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+#include "ahead/ahead_threads.h"
+
+#include <system_error>
+
+#include "platform/folders.h"
+
+namespace quillon {
+
+namespace {
+
+// Each thread holds some files and folders open, and so does work that waits for its turn.
+constexpr std::uint64_t kOpenFiles = 256;
+
+}  // namespace
+
+void AheadThreads::add() {
+    if (threads_.size() == most_ || openFileLimit() < kOpenFiles)
+        return;
+    try {
+        threads_.emplace_back([this] { work(); });
+    } catch (const std::system_error&) {
+        // A system out of threads: those that run have to do.
+    }
+}
+
+template <typename Put>
+void AheadThreads::leaveBy(AheadTask& task, Put put) {
+    bool wake = false;
+    {
+        const std::lock_guard lock(mutex_);
+        task.done_ = false;
+        put(&task);
+        wake = idle_ > 0;
+        if (wake)
+            --idle_;  // it is on its way: to wake it once more would only cost
+    }
+    if (wake)
+        toDo_.notify_one();
+}
+
+void AheadThreads::leave(AheadTask& task) {
+    leaveBy(task, [this](AheadTask* left) { left_.push_back(left); });
+}
+
+void AheadThreads::leaveFirst(AheadTask& task) {
+    leaveBy(task, [this](AheadTask* left) { left_.push_front(left); });
+}
+
+AheadTask* AheadThreads::takeBackLast() {
+    const std::lock_guard lock(mutex_);
+    if (left_.empty())
+        return nullptr;
+    AheadTask* task = left_.back();
+    left_.pop_back();
+    task->done_ = true;
+    return task;
+}
+
+bool AheadThreads::takeBack(AheadTask& first) {
+    const std::lock_guard lock(mutex_);
+    if (left_.empty() || left_.front() != &first)
+        return false;
+    left_.pop_front();
+    first.done_ = true;
+    return true;
+}
+
+void AheadThreads::work() {
+    const Work work = makeWork_();
+    std::unique_lock lock(mutex_);
+    while (true) {
+        while (left_.empty() && !ending_) {
+            ++idle_;
+            toDo_.wait(lock);
+        }
+        if (ending_)
+            return;
+        AheadTask& task = *left_.front();
+        left_.pop_front();
+        lock.unlock();
+        work(task);
+        lock.lock();
+        task.done_ = true;
+        done_.notify_one();
+    }
+}
+
+bool AheadThreads::isDone(const AheadTask& task) {
+    const std::lock_guard lock(mutex_);
+    return task.done_;
+}
+
+bool AheadThreads::isDoneWithin(const AheadTask& task, std::chrono::milliseconds limit) {
+    std::unique_lock lock(mutex_);
+    return done_.wait_for(lock, limit, [&task] { return task.done_; });
+}
+
+void AheadThreads::waitFor(const AheadTask& task) {
+    std::unique_lock lock(mutex_);
+    done_.wait(lock, [&task] { return task.done_; });
+}
+
+void AheadThreads::end() {
+    {
+        const std::lock_guard lock(mutex_);
+        ending_ = true;
+        left_.clear();
+    }
+    toDo_.notify_all();
+    for (auto& thread : threads_) thread.join();
+    threads_.clear();
+    ending_ = false;
+    idle_ = 0;
+}
+
+}  // namespace quillon

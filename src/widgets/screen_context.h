@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What a screen is given when it is made: references to objects that live in main, longer than every screen.
+
+#include "app/installation.h"
+#include "app/kept_files.h"
+#include "app/surroundings.h"
+
+namespace quillon {
+
+class Navigator;
+class WindowEventLoop;
+
+struct ScreenContext {
+    Installation& installation;
+    const Surroundings& surroundings;
+    KeptFiles& kept;
+    Navigator& navigator;
+    WindowEventLoop& loop;
+};
+
+}  // namespace quillon

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Puts the state of a screen's logic into its controls. Showing is not typing: no control tells of a change that was
+// made here.
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSignalBlocker>
+#include <QStringList>
+
+#include "widgets/grid.h"
+#include "widgets/qt_text.h"
+
+namespace quillon {
+
+/// The same text again costs nothing.
+inline void showText(QLabel& label, std::string_view utf8) {
+    if (const QString text = toQt(utf8); text != label.text())
+        label.setText(text);
+}
+
+/// The same text again leaves cursor and selection alone.
+inline void showText(QLineEdit& box, std::string_view utf8) {
+    const QSignalBlocker quiet(box);
+    if (const QString text = toQt(utf8); text != box.text())
+        box.setText(text);
+}
+
+inline void showChoice(QComboBox& box, int index) {
+    const QSignalBlocker quiet(box);
+    box.setCurrentIndex(index);
+}
+
+/// Items and the chosen one; the same items again leave an open list alone.
+inline void showItems(QComboBox& box, const std::vector<std::string>& items, int index) {
+    const QSignalBlocker quiet(box);
+    QStringList wanted;
+    for (const auto& item : items) wanted.append(toQt(item));
+    QStringList present;
+    for (int i = 0; i < box.count(); ++i) present.append(box.itemText(i));
+    if (wanted != present) {
+        box.clear();
+        box.addItems(wanted);
+    }
+    box.setCurrentIndex(index);
+}
+
+inline void showTick(QAbstractButton& box, bool ticked) {
+    const QSignalBlocker quiet(box);
+    box.setChecked(ticked);
+}
+
+/// Replaces all rows of a grid that keeps its own.
+inline void showRows(Grid& grid, std::vector<GridRow> rows) {
+    const QSignalBlocker quiet(grid);
+    grid.clearRows();
+    grid.addRows(std::move(rows));
+}
+
+inline void showCurrentRow(Grid& grid, int row) {
+    const QSignalBlocker quiet(grid);
+    if (row != grid.currentRow())
+        grid.setCurrentRow(row);
+}
+
+/// The pointer over a screen: the busy one, or the usual one.
+inline void showPointer(QWidget& screen, bool busy) {
+    if (busy == (screen.cursor().shape() == Qt::WaitCursor))
+        return;
+    if (busy)
+        screen.setCursor(Qt::WaitCursor);
+    else
+        screen.unsetCursor();
+}
+
+/// A menu text in which an "&" of the data stays an "&".
+[[nodiscard]] inline QString menuText(std::string_view utf8) {
+    return toQt(utf8).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+}  // namespace quillon

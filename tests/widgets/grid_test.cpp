@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/grid.h"
+
+#include <QContextMenuEvent>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include "widgets/qt_text.h"
+
+using namespace quillon;
+
+namespace {
+
+class ManyRows final : public GridSource {
+public:
+    int rowCount() const override { return 1'000'000; }
+    std::string cell(int row, int column) const override {
+        return "r" + std::to_string(row) + "c" + std::to_string(column);
+    }
+};
+
+void fill(Grid& grid) {
+    grid.setColumns({{"Path", 420, false}, {"Ext", 50, false}, {"Problem!", 0, true}});
+    grid.addRow({"/b/one.jpg", "jpg", "p1"});
+    grid.addRow({"/A/two.doc", "doc"}, 0xC0C0FFu);
+    grid.addRow({"/a/three", ""});
+}
+
+}  // namespace
+
+class GridTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void columnsHaveTheToldTitlesAndWidths();
+    void cellsReadBackAlsoInHiddenColumns();
+    void aRowColourHasBlueInItsHighByteAndReadableText();
+    void aClickTellsItsRow();
+    void aRightClickMakesTheRowCurrentAndTellsIt();
+    void removingTheCurrentRowLeavesItsNeighbourCurrent();
+    void rowsSwapAndSortByText();
+    void cellsShowMarkUpAsPlainText();
+    void aMillionRowsOpenScrollAndSelectAtOnce();
+    void aGrowingSourceKeepsSelectionAndPlace();
+};
+
+void GridTest::columnsHaveTheToldTitlesAndWidths() {
+    Grid grid;
+    fill(grid);
+    QCOMPARE(grid.columnTitle(0), std::string("Path"));
+    QCOMPARE(grid.columnWidth(0), 420);
+    QVERIFY(grid.isColumnHidden(2));
+    QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Ext"));
+}
+
+void GridTest::cellsReadBackAlsoInHiddenColumns() {
+    Grid grid;
+    fill(grid);
+    QCOMPARE(grid.rowCount(), 3);
+    QCOMPARE(grid.cell(0, 2), std::string("p1"));
+    QCOMPARE(grid.cell(1, 2), std::string());
+    QCOMPARE(grid.cell(9, 0), std::string());
+    grid.setCell(1, 2, "new");
+    QCOMPARE(grid.cell(1, 2), std::string("new"));
+}
+
+void GridTest::aRowColourHasBlueInItsHighByteAndReadableText() {
+    Grid grid;
+    fill(grid);
+    const QModelIndex cell = grid.model()->index(1, 0);
+    QCOMPARE(cell.data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0xFF, 0xC0, 0xC0));
+    QCOMPARE(cell.data(Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::black));
+    QVERIFY(!grid.model()->index(0, 0).data(Qt::BackgroundRole).isValid());
+}
+
+void GridTest::aClickTellsItsRow() {
+    Grid grid;
+    fill(grid);
+    grid.resize(600, 200);
+    grid.show();
+    QSignalSpy clicked(&grid, &Grid::rowClicked);
+    const QRect cell = grid.visualRect(grid.model()->index(1, 0));
+    QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, cell.center());
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.first().first().toInt(), 1);
+    QCOMPARE(grid.currentRow(), 1);
+}
+
+void GridTest::aRightClickMakesTheRowCurrentAndTellsIt() {
+    Grid grid;
+    fill(grid);
+    grid.resize(600, 200);
+    grid.show();
+    QSignalSpy clicked(&grid, &Grid::rowRightClicked);
+    const QPoint place = grid.visualRect(grid.model()->index(2, 0)).center();
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, place, grid.viewport()->mapToGlobal(place));
+    QCoreApplication::sendEvent(grid.viewport(), &menu);
+    QCOMPARE(clicked.count(), 1);
+    QCOMPARE(clicked.first().first().toInt(), 2);
+    QCOMPARE(grid.currentRow(), 2);
+}
+
+void GridTest::removingTheCurrentRowLeavesItsNeighbourCurrent() {
+    Grid grid;
+    fill(grid);
+    grid.setCurrentRow(1);
+    grid.removeRow(1);
+    QCOMPARE(grid.currentRow(), 1);
+    QCOMPARE(grid.cell(1, 0), std::string("/a/three"));
+    grid.clearRows();
+    QCOMPARE(grid.rowCount(), 0);
+    QCOMPARE(grid.currentRow(), -1);
+    grid.removeRow(0);
+    QCOMPARE(grid.rowCount(), 0);
+}
+
+void GridTest::rowsSwapAndSortByText() {
+    Grid grid;
+    fill(grid);
+    grid.rows().swapRows(0, 1);
+    QCOMPARE(grid.cell(0, 1), std::string("doc"));
+    grid.rows().sortByText(0);
+    QCOMPARE(grid.cell(0, 0), std::string("/a/three"));
+    QCOMPARE(grid.cell(1, 0), std::string("/A/two.doc"));
+    QCOMPARE(grid.cell(2, 0), std::string("/b/one.jpg"));
+}
+
+void GridTest::cellsShowMarkUpAsPlainText() {
+    Grid grid;
+    grid.setColumns({{"Term", 100, false}});
+    grid.addRow({"<b>bold</b> (<512 bytes)"});
+    QCOMPARE(grid.model()->index(0, 0).data().toString(), QStringLiteral("<b>bold</b> (<512 bytes)"));
+}
+
+void GridTest::aMillionRowsOpenScrollAndSelectAtOnce() {
+    const ManyRows source;
+    Grid grid;
+    grid.setColumns({{"Path", 420, false}, {"Ext", 50, false}});
+    grid.allowManyRows();
+    grid.resize(800, 500);
+    QElapsedTimer timer;
+    timer.start();
+    grid.rows().setSource(&source);
+    grid.show();
+    QCoreApplication::processEvents();
+    grid.setCurrentRow(999'999);
+    grid.scrollToRow(500'000);
+    grid.selectAll();
+    QCoreApplication::processEvents();
+    QCOMPARE(grid.selectedRanges(), (std::vector<std::pair<int, int>>{{0, 999'999}}));
+    QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void GridTest::aGrowingSourceKeepsSelectionAndPlace() {
+    TextRows source;
+    source.rows.resize(100);
+    Grid grid;
+    grid.setColumns({{"Event", 330, false}});
+    grid.rows().setSource(&source);
+    grid.setCurrentRow(7);
+    source.rows.resize(200);
+    QCOMPARE(grid.rowCount(), 100);
+    grid.rows().sourceGrew();
+    QCOMPARE(grid.rowCount(), 200);
+    QCOMPARE(grid.currentRow(), 7);
+}
+
+QTEST_MAIN(GridTest)
+#include "grid_test.moc"

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/qt_dialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "support/temp_folder.h"
+#include "widgets/qt_text.h"
+
+using namespace quillon;
+
+namespace {
+
+// Runs `act` on the dialog of this kind as soon as one is open.
+template <typename DialogType, typename Act>
+void onDialog(Act act) {
+    QTimer::singleShot(0, qApp, [act] {
+        auto* dialog = qobject_cast<DialogType*>(QApplication::activeModalWidget());
+        QVERIFY(dialog != nullptr);
+        act(*dialog);
+    });
+}
+
+}  // namespace
+
+class QtDialogsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void aBoxHasTitleAndTextToTheLetterAsPlainText();
+    void theAnswerIsTheButton();
+    void closingAnswersNoOrCancel();
+    void aBoxWithoutTitleShowsTheProgramsName();
+    void anInputGivesItsTextOrNothing();
+    void aFolderPickerGivesTheFolder();
+    void aFilePickerHasFiltersSuffixAndFolder();
+    void theScreensBehindAreBroughtUpToDateFirst();
+};
+
+void QtDialogsTest::aBoxHasTitleAndTextToTheLetterAsPlainText() {
+    onDialog<QMessageBox>([](QMessageBox& box) {
+        QCOMPARE(box.objectName(), QStringLiteral("MessageBox"));
+        QCOMPARE(box.windowTitle(), QStringLiteral("Stop process?"));
+        QCOMPARE(box.text(), QStringLiteral("<b>Do you</b> want  to stop?"));
+        QCOMPARE(box.textFormat(), Qt::PlainText);
+        QCOMPARE(box.icon(), QMessageBox::Question);
+        QCOMPARE(box.windowModality(), Qt::ApplicationModal);
+        box.accept();
+    });
+    QtDialogs dialogs;
+    dialogs.show({"Stop process?", "<b>Do you</b> want  to stop?", BoxStyle::Question, BoxButtons::Ok});
+}
+
+void QtDialogsTest::theAnswerIsTheButton() {
+    QtDialogs dialogs;
+    const std::pair<QMessageBox::StandardButton, BoxAnswer> answers[] = {
+        {QMessageBox::Yes, BoxAnswer::Yes}, {QMessageBox::No, BoxAnswer::No}, {QMessageBox::Cancel, BoxAnswer::Cancel}};
+    for (const auto& [button, answer] : answers) {
+        const auto wanted = button;
+        onDialog<QMessageBox>([wanted](QMessageBox& box) { box.button(wanted)->click(); });
+        QCOMPARE(dialogs.show({"T", "x", BoxStyle::Question, BoxButtons::YesNoCancel}), answer);
+    }
+}
+
+void QtDialogsTest::closingAnswersNoOrCancel() {
+    QtDialogs dialogs;
+    onDialog<QMessageBox>([](QMessageBox& box) { box.close(); });
+    QCOMPARE(dialogs.show({"T", "x", BoxStyle::Question, BoxButtons::YesNo}), BoxAnswer::No);
+    onDialog<QMessageBox>([](QMessageBox& box) { box.close(); });
+    QCOMPARE(dialogs.show({"T", "x", BoxStyle::Question, BoxButtons::YesNoCancel}), BoxAnswer::Cancel);
+}
+
+void QtDialogsTest::aBoxWithoutTitleShowsTheProgramsName() {
+    onDialog<QMessageBox>([](QMessageBox& box) {
+        QCOMPARE(box.windowTitle(), QStringLiteral("Quillon"));
+        box.accept();
+    });
+    QtDialogs().show({"", "x", BoxStyle::Plain, BoxButtons::Ok});
+}
+
+void QtDialogsTest::anInputGivesItsTextOrNothing() {
+    QtDialogs dialogs;
+    onDialog<QInputDialog>([](QInputDialog& box) {
+        QCOMPARE(box.windowTitle(), QStringLiteral("File list separator"));
+        QCOMPARE(box.labelText(), QStringLiteral("Enter a file list separator : "));
+        QCOMPARE(box.textValue(), QStringLiteral("-"));
+        box.setTextValue(QStringLiteral("+"));
+        box.accept();
+    });
+    QCOMPARE(dialogs.input("File list separator", "Enter a file list separator : ", "-"), std::string("+"));
+    onDialog<QInputDialog>([](QInputDialog& box) { box.reject(); });
+    QVERIFY(!dialogs.input("T", "p", "").has_value());
+}
+
+void QtDialogsTest::aFolderPickerGivesTheFolder() {
+    const test::TempFolder temp;
+    temp.write("inside/file.txt", "x");
+    const NativePath wanted = temp / "inside";
+    onDialog<QFileDialog>([&](QFileDialog& picker) {
+        QCOMPARE(picker.windowTitle(), QStringLiteral("Select source"));
+        QCOMPARE(picker.fileMode(), QFileDialog::Directory);
+        picker.selectFile(toQtPath(wanted));
+        QMetaObject::invokeMethod(&picker, "accept");
+    });
+    QCOMPARE(QtDialogs().pickFolder("Select source", temp.path()), std::optional<NativePath>(wanted));
+}
+
+void QtDialogsTest::aFilePickerHasFiltersSuffixAndFolder() {
+    const test::TempFolder temp;
+    const NativePath wanted = temp.write("job.csv", "x");
+    FilePick pick;
+    pick.title = "Open existing file list";
+    pick.filter = "File Lists (*.csv)|*.csv|All Files(*.*)";
+    pick.startFolder = temp.path();
+    pick.defaultSuffix = ".csv";
+    onDialog<QFileDialog>([&](QFileDialog& picker) {
+        QCOMPARE(picker.nameFilters(),
+                 (QStringList{QStringLiteral("File Lists (*.csv)"), QStringLiteral("All Files (*)")}));
+        QCOMPARE(picker.directory().absolutePath(), toQtPath(temp.path()));
+        picker.selectFile(toQtPath(wanted));
+        QMetaObject::invokeMethod(&picker, "accept");
+    });
+    QCOMPARE(QtDialogs().pickFiles(pick), std::vector<NativePath>{wanted});
+}
+
+void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
+    int refreshes = 0;
+    QtDialogs dialogs([&refreshes] { ++refreshes; });
+    int shown = 0;
+    const auto leave = [&](QDialog& dialog) {
+        ++shown;
+        QCOMPARE(refreshes, shown);
+        dialog.reject();
+    };
+    onDialog<QDialog>(leave);
+    dialogs.show({"T", "x", BoxStyle::Question, BoxButtons::YesNo});
+    onDialog<QDialog>(leave);
+    dialogs.input("T", "p", "");
+    onDialog<QDialog>(leave);
+    dialogs.pickFolder("T", {});
+    onDialog<QDialog>(leave);
+    dialogs.pickFiles({});
+    QCOMPARE(shown, 4);
+}
+
+QTEST_MAIN(QtDialogsTest)
+#include "qt_dialogs_test.moc"
