@@ -3,13 +3,13 @@
 #include <utility>
 
 #include "archive/zip_file_lists.h"
+#include "messaging/recipient_probe.h"
 #include "messaging/recipient_query.h"
-#include "messaging/recipient_test.h"
 
 namespace quillon {
 
 /// Shows a query or a test on the screen. What other screens have besides is never asked of this one.
-class ZipFileLists::RecipientHost final : public RecipientQueryHost, public RecipientTestHost {
+class ZipFileLists::RecipientHost final : public RecipientQueryHost, public RecipientProbeHost {
 public:
     explicit RecipientHost(ZipFileLists& lists) : lists_(lists) {}
 

@@ -12,12 +12,12 @@ Job::Job(Installation& installation, const Surroundings& surroundings)
       heads_(surroundings.loop.mayStandStill() ? HeadsAhead::FirstWait::Allowed : HeadsAhead::FirstWait::Never) {
 }
 
-HeaderTest& Job::headerTest() {
+HeaderCheck& Job::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
         termFiles_.emplace(NativePath(folder));
-        test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderTestHost&>(*this));
+        test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }

@@ -13,12 +13,12 @@
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
-#include "testing/header_test.h"
+#include "testing/header_check.h"
 #include "testing/skip_list.h"
 
 namespace quillon {
 
-class Job : private HeaderTestHost {
+class Job : private HeaderCheckHost {
 public:
     /// Both must outlive the job.
     Job(Installation& installation, const Surroundings& surroundings);
@@ -35,11 +35,11 @@ public:
     [[nodiscard]] KeptFiles& kept() { return kept_; }
 
     /// The header test over the local database: one row's fields and its extension give the report text. It raises the
-    /// counters of `state` and logs access errors. See HeaderTest::checkFile.
+    /// counters of `state` and logs access errors. See HeaderCheck::checkFile.
     [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
                                                         std::u16string_view extension);
 
-    /// Whether checkFile would open the file now. See HeaderTest::mayOpen.
+    /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
     [[nodiscard]] bool mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension);
 
     /// Where the header test gets heads of files from; who knows the rows to come asks it for theirs.
@@ -64,7 +64,7 @@ private:
     bool useCommonHeaders() override { return state.options.useCommonHeaders; }
     void raise(TestCount count) override;
     void logAccessError(const std::string& text) override { log(text, kLightRed); }
-    [[nodiscard]] HeaderTest& headerTest();
+    [[nodiscard]] HeaderCheck& headerTest();
 
     Installation& installation_;
     Surroundings surroundings_;
@@ -72,7 +72,7 @@ private:
     HeadsAhead heads_;
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
-    std::optional<HeaderTest> test_;
+    std::optional<HeaderCheck> test_;
 };
 
 }  // namespace quillon

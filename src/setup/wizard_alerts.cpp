@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The wizard's tab "Alerts": who is told of jobs and archives.
+#include "messaging/recipient_probe.h"
 #include "messaging/recipient_query.h"
-#include "messaging/recipient_test.h"
 #include "setup/wizard.h"
 
 namespace quillon {
@@ -13,7 +13,7 @@ constexpr const char* kNobody = "Nobody";
 }  // namespace
 
 /// Shows a query or a test in one recipient box, its button and the status line.
-class SetupWizard::RecipientHost final : public RecipientQueryHost, public RecipientTestHost {
+class SetupWizard::RecipientHost final : public RecipientQueryHost, public RecipientProbeHost {
 public:
     RecipientHost(SetupWizard& wizard, WizardRecipient which)
         : wizard_(wizard), which_(which), box_(wizard.recipients(which)) {}

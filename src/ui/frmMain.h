@@ -54,8 +54,8 @@
 
 #include "job/job_driver.h"
 #include "job/job_setup.h"
+#include "messaging/recipient_probe.h"
 #include "messaging/recipient_query.h"
-#include "messaging/recipient_test.h"
 #include "ui/frmMain_controls.h"
 #include "widgets/grid_model.h"
 #include "widgets/navigator.h"
@@ -88,7 +88,7 @@ class frmMain final : public QMainWindow,
                       public MainWindowDoor,
                       private JobHost,
                       private RecipientQueryHost,
-                      private RecipientTestHost,
+                      private RecipientProbeHost,
                       private frmMainControls {
     Q_OBJECT
 
@@ -163,7 +163,7 @@ private:
     void focusTargetPicker() override;
     void updateToolbar() override { showState(); }
 
-    // RecipientQueryHost and RecipientTestHost; status lines and captions are the wizard's alone
+    // RecipientQueryHost and RecipientProbeHost; status lines and captions are the wizard's alone
     void enableQueryButton(bool enabled) override;
     void setQueryButtonCaption(const std::string& /*caption*/) override {}
     void showBusyPointer(bool busy) override;

@@ -50,8 +50,8 @@ class Includes(LayoutCase):
         self.assertHolds()
 
     def test_higher_floor_is_found(self):
-        self.put("src/testing/header_test.cpp", '#include "job/file_list.h"\n')
-        self.assertFinds("src/testing/header_test.cpp", "higher floor")
+        self.put("src/testing/header_check.cpp", '#include "job/file_list.h"\n')
+        self.assertFinds("src/testing/header_check.cpp", "higher floor")
 
     def test_text_must_not_see_platform(self):
         self.put("src/text/page.cpp", '#include "platform/file.h"\n')

@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "support/temp_folder.h"
-#include "testing/header_test.h"
+#include "testing/header_check.h"
 #include "text/fields.h"
 
 namespace quillon::test {
@@ -37,7 +37,7 @@ public:
 };
 
 /// Counts what a test raises and keeps what it logs.
-class RecordingHost final : public HeaderTestHost {
+class RecordingHost final : public HeaderCheckHost {
 public:
     bool useCommonHeaders() override { return common; }
     void raise(TestCount count) override { ++counts[count]; }
@@ -99,7 +99,7 @@ protected:
     CommonList commonList;
     MemoryHeads heads;
     RecordingHost host;
-    HeaderTest test;
+    HeaderCheck test;
     FileError lastError;
 };
 

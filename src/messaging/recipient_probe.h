@@ -12,9 +12,9 @@
 namespace quillon {
 
 /// The controls that a test touches.
-class RecipientTestHost {
+class RecipientProbeHost {
 public:
-    virtual ~RecipientTestHost() = default;
+    virtual ~RecipientProbeHost() = default;
     /// The button that was pressed: Command3, Command8, or the wizard's Command9 or Command10.
     virtual void enableTestButton(bool enabled) = 0;
     /// The hourglass.
@@ -36,6 +36,6 @@ inline constexpr RecipientField kZipScreenRecipient = RecipientField::Alert;
 
 /// Sends a test alert to `name`, tells how it went and, when it was acknowledged, offers to save the name.
 void testRecipient(const std::string& name, RecipientField field, AlertExchange& exchange, Installation& installation,
-                   const Surroundings& surroundings, RecipientTestHost& host);
+                   const Surroundings& surroundings, RecipientProbeHost& host);
 
 }  // namespace quillon

@@ -18,9 +18,9 @@ namespace quillon {
 enum class TestCount { ZeroBytes, Small, Encrypted, Unknown, AccessError, Tested, Good, Common, Corrupt };
 
 /// What the header test asks of its front end.
-class HeaderTestHost {
+class HeaderCheckHost {
 public:
-    virtual ~HeaderTestHost() = default;
+    virtual ~HeaderCheckHost() = default;
     /// `chkCommon`, asked at the moment of each test.
     [[nodiscard]] virtual bool useCommonHeaders() = 0;
     /// Raises a counter by one and shows it.
@@ -29,11 +29,11 @@ public:
     virtual void logAccessError(const std::string& text) = 0;
 };
 
-class HeaderTest {
+class HeaderCheck {
 public:
     /// All must outlive this. The messages and the common list are read anew at each test.
-    HeaderTest(TermFiles& termFiles, const ReportMessages& messages, const CommonList& commonList, HeadReader& heads,
-               HeaderTestHost& host)
+    HeaderCheck(TermFiles& termFiles, const ReportMessages& messages, const CommonList& commonList, HeadReader& heads,
+                HeaderCheckHost& host)
         : termFiles_(termFiles), messages_(messages), commonList_(commonList), heads_(heads), host_(host) {}
 
     /// Grades one row. `fields`: path (list form, ">" read as a comma), date, size, attributes with the list token; a
@@ -69,7 +69,7 @@ private:
     const ReportMessages& messages_;
     const CommonList& commonList_;
     HeadReader& heads_;
-    HeaderTestHost& host_;
+    HeaderCheckHost& host_;
     HeaderBytes head_{};
     std::string nativePath_;
     std::u16string composite_;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "testing/header_test.h"
+#include "testing/header_check.h"
 
 #include "testing/testing_fixture.h"
 

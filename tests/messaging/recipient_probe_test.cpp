@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "messaging/recipient_test.h"
+#include "messaging/recipient_probe.h"
 
 #include <gmock/gmock.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class RecordingTestHost final : public RecipientTestHost {
+class RecordingTestHost final : public RecipientProbeHost {
 public:
     void enableTestButton(bool enabled) override { steps.emplace_back(enabled ? "enable" : "disable"); }
     void showBusyPointer(bool busy) override { steps.emplace_back(busy ? "hourglass" : "pointer"); }
@@ -20,9 +20,9 @@ public:
     std::vector<std::string> steps;
 };
 
-class RecipientTest : public test::ExchangeFixture {
+class RecipientProbe : public test::ExchangeFixture {
 protected:
-    RecipientTest() {
+    RecipientProbe() {
         std::filesystem::create_directories(folder.path() / "app");
         installation.settings.alertRecipient.assign(toPage("OLD1"));
         installation.settings.zipRecipient.assign(toPage("OLD2"));
@@ -55,7 +55,7 @@ protected:
     RecordingTestHost host;
 };
 
-TEST_F(RecipientTest, SendsTheTestTexts) {
+TEST_F(RecipientProbe, SendsTheTestTexts) {
     use(AlertScreen::SetupWizard);
     answer();
     expectSaveQuestion(BoxAnswer::No);
@@ -67,14 +67,14 @@ TEST_F(RecipientTest, SendsTheTestTexts) {
               "0");
 }
 
-TEST_F(RecipientTest, TheMainWindowDisablesItsButtonAndShowsTheHourglass) {
+TEST_F(RecipientProbe, TheMainWindowDisablesItsButtonAndShowsTheHourglass) {
     answer();
     expectSaveQuestion(BoxAnswer::No);
     run("DESK2");
     EXPECT_THAT(host.steps, ElementsAre("disable", "hourglass", "pointer", "enable"));
 }
 
-TEST_F(RecipientTest, TheZipScreenLeavesItsButtonUsableMeanwhile) {
+TEST_F(RecipientProbe, TheZipScreenLeavesItsButtonUsableMeanwhile) {
     use(AlertScreen::Zip);
     answer();
     expectSaveQuestion(BoxAnswer::No);
@@ -82,7 +82,7 @@ TEST_F(RecipientTest, TheZipScreenLeavesItsButtonUsableMeanwhile) {
     EXPECT_THAT(host.steps, ElementsAre("hourglass", "pointer", "enable"));
 }
 
-TEST_F(RecipientTest, TheWizardClosesItsSocketsAndShowsAStatus) {
+TEST_F(RecipientProbe, TheWizardClosesItsSocketsAndShowsAStatus) {
     use(AlertScreen::SetupWizard);
     client.open();
     server.open();
@@ -95,7 +95,7 @@ TEST_F(RecipientTest, TheWizardClosesItsSocketsAndShowsAStatus) {
     EXPECT_EQ(journal[1], "client.Close");
 }
 
-TEST_F(RecipientTest, SilenceIsToldWithTheFiveReasons) {
+TEST_F(RecipientProbe, SilenceIsToldWithTheFiveReasons) {
     for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
         use(screen);
         tickPerTurn(1000);
@@ -105,7 +105,7 @@ TEST_F(RecipientTest, SilenceIsToldWithTheFiveReasons) {
     EXPECT_FALSE(isSaved());
 }
 
-TEST_F(RecipientTest, AnOlderStateIsClearedFirst) {
+TEST_F(RecipientProbe, AnOlderStateIsClearedFirst) {
     use(AlertScreen::SetupWizard);
     exchange->setAckState(AckState::Pending);
     tickPerTurn(1000);
@@ -113,7 +113,7 @@ TEST_F(RecipientTest, AnOlderStateIsClearedFirst) {
     run("DESK2");
 }
 
-TEST_F(RecipientTest, ThisComputerIsRefusedOnTheZipScreenAndTheWizard) {
+TEST_F(RecipientProbe, ThisComputerIsRefusedOnTheZipScreenAndTheWizard) {
     for (const AlertScreen screen : {AlertScreen::Zip, AlertScreen::SetupWizard}) {
         use(screen);
         around.dialogs.expectBox("UDP Conflict", "Unable to send messages to computer with same name.", BoxAnswer::Ok,
@@ -125,7 +125,7 @@ TEST_F(RecipientTest, ThisComputerIsRefusedOnTheZipScreenAndTheWizard) {
     EXPECT_EQ(*(host.steps.end() - 2), "enable");
 }
 
-TEST_F(RecipientTest, TheMainWindowSendsToThisComputerAndHearsItselfInVain) {
+TEST_F(RecipientProbe, TheMainWindowSendsToThisComputerAndHearsItselfInVain) {
     around.loop.onTurn = [this](int turn) {
         if (turn == 1)
             client.arrive(server.sent.at(0));
@@ -135,7 +135,7 @@ TEST_F(RecipientTest, TheMainWindowSendsToThisComputerAndHearsItselfInVain) {
     EXPECT_EQ(around.loop.turns, 1) << "its own datagram ends the wait at once";
 }
 
-TEST_F(RecipientTest, NoKeepsEverything) {
+TEST_F(RecipientProbe, NoKeepsEverything) {
     answer();
     expectSaveQuestion(BoxAnswer::No);
     run("DESK2", RecipientField::Alert);
@@ -143,7 +143,7 @@ TEST_F(RecipientTest, NoKeepsEverything) {
     EXPECT_FALSE(isSaved());
 }
 
-TEST_F(RecipientTest, TheMainWindowSavesWithoutAChange) {
+TEST_F(RecipientProbe, TheMainWindowSavesWithoutAChange) {
     answer();
     expectSaveQuestion(BoxAnswer::Yes);
     run("DESK2", RecipientField::None);
@@ -151,7 +151,7 @@ TEST_F(RecipientTest, TheMainWindowSavesWithoutAChange) {
     EXPECT_EQ(stored(saved().zipRecipient), "OLD2");
 }
 
-TEST_F(RecipientTest, TheZipScreenStoresTheRecipientOfTheMainWindow) {
+TEST_F(RecipientProbe, TheZipScreenStoresTheRecipientOfTheMainWindow) {
     use(AlertScreen::Zip);
     answer();
     expectSaveQuestion(BoxAnswer::Yes);
@@ -160,7 +160,7 @@ TEST_F(RecipientTest, TheZipScreenStoresTheRecipientOfTheMainWindow) {
     EXPECT_EQ(stored(saved().zipRecipient), "OLD2");
 }
 
-TEST_F(RecipientTest, TheWizardsSecondBoxStoresTheZipRecipient) {
+TEST_F(RecipientProbe, TheWizardsSecondBoxStoresTheZipRecipient) {
     use(AlertScreen::SetupWizard);
     answer();
     expectSaveQuestion(BoxAnswer::Yes);
@@ -169,7 +169,7 @@ TEST_F(RecipientTest, TheWizardsSecondBoxStoresTheZipRecipient) {
     EXPECT_EQ(stored(saved().zipRecipient), "DESK2");
 }
 
-TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheWizardWarnsAndAsksToSave) {
+TEST_F(RecipientProbe, WithTheMessengerOnThisComputerTheWizardWarnsAndAsksToSave) {
     use(AlertScreen::SetupWizard);
     client.bindError = FileError{ErrorKind::AddressInUse, "Address in use"};
     around.dialogs.expectBox("Warning",
@@ -183,7 +183,7 @@ TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheWizardWarnsAndAsksToSave)
     EXPECT_EQ(stored(saved().alertRecipient), "DESK2");
 }
 
-TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheOtherScreensTellACommunicationError) {
+TEST_F(RecipientProbe, WithTheMessengerOnThisComputerTheOtherScreensTellACommunicationError) {
     for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip}) {
         use(screen);
         client.bindError = FileError{ErrorKind::AddressInUse, "Address in use"};
@@ -194,7 +194,7 @@ TEST_F(RecipientTest, WithTheMessengerOnThisComputerTheOtherScreensTellACommunic
 }
 
 // Something on the source port ended the wait and left the state as it was.
-TEST_F(RecipientTest, ATestThatWasSentButNotAnsweredTellsTheErrorOnTheZipScreenAndTheWizard) {
+TEST_F(RecipientProbe, ATestThatWasSentButNotAnsweredTellsTheErrorOnTheZipScreenAndTheWizard) {
     for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
         use(screen);
         client.announces = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "messaging/recipient_test.h"
+#include "messaging/recipient_probe.h"
 
 #include "text/page_text.h"
 
@@ -39,7 +39,7 @@ void saveRecipient(const std::string& name, RecipientField field, Installation& 
     passOver(installation.saveSettingsRecord(), "the record in memory goes on, as after every failed save");
 }
 
-void begin(AlertExchange& exchange, RecipientTestHost& host) {
+void begin(AlertExchange& exchange, RecipientProbeHost& host) {
     exchange.clearState();
     if (exchange.rules().testShowsStatus) {
         exchange.closeSockets();
@@ -49,7 +49,7 @@ void begin(AlertExchange& exchange, RecipientTestHost& host) {
         host.enableTestButton(false);
 }
 
-void end(const AlertExchange& exchange, RecipientTestHost& host) {
+void end(const AlertExchange& exchange, RecipientProbeHost& host) {
     host.showBusyPointer(false);
     host.enableTestButton(true);
     if (exchange.rules().testShowsStatus)
@@ -59,7 +59,7 @@ void end(const AlertExchange& exchange, RecipientTestHost& host) {
 }  // namespace
 
 void testRecipient(const std::string& name, RecipientField field, AlertExchange& exchange, Installation& installation,
-                   const Surroundings& surroundings, RecipientTestHost& host) {
+                   const Surroundings& surroundings, RecipientProbeHost& host) {
     begin(exchange, host);
     if (exchange.rules().testRefusesThisComputer && exchange.isThisComputer(name)) {
         surroundings.dialogs.tell("UDP Conflict", "Unable to send messages to computer with same name.");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "testing/header_test.h"
+#include "testing/header_check.h"
 
 #include <cmath>
 
@@ -27,13 +27,13 @@ tl::unexpected<FileError> tooFewFields() {
 
 }  // namespace
 
-std::u16string_view HeaderTest::grade(TestCount count, Message message) {
+std::u16string_view HeaderCheck::grade(TestCount count, Message message) {
     host_.raise(count);
     return messages_[message];
 }
 
 // What size and attributes decide; no value when they leave it to the content.
-Result<std::optional<HeaderTest::Verdict>> HeaderTest::judgeRow(std::span<const std::u16string_view> fields) {
+Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(std::span<const std::u16string_view> fields) {
     if (fields.size() < 3)
         return tooFewFields();
     const double size = fixedPoint(numericPrefix(fields[2]));
@@ -49,13 +49,13 @@ Result<std::optional<HeaderTest::Verdict>> HeaderTest::judgeRow(std::span<const 
     return std::nullopt;
 }
 
-bool HeaderTest::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
+bool HeaderCheck::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
     const auto judged = judgeRow(fields);
     return judged && !*judged && !extension.empty() && (host_.useCommonHeaders() || termFiles_.mayHave(extension));
 }
 
-Result<std::u16string_view> HeaderTest::checkFile(std::span<const std::u16string_view> fields,
-                                                  std::u16string_view extension) {
+Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16string_view> fields,
+                                                   std::u16string_view extension) {
     const auto judged = judgeRow(fields);
     if (!judged)
         return failure(judged.error());
@@ -76,7 +76,7 @@ Result<std::u16string_view> HeaderTest::checkFile(std::span<const std::u16string
     return testContent(terms);
 }
 
-std::u16string_view HeaderTest::testContent(const std::vector<CompiledTerm>* terms) {
+std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* terms) {
     host_.raise(TestCount::Tested);
     if (terms != nullptr) {
         const MatchResult match = matchTerms(*terms);
@@ -100,7 +100,7 @@ std::u16string_view HeaderTest::testContent(const std::vector<CompiledTerm>* ter
 // The first record that does not say no decides. Kept: a record without a term counts as a hit, so an empty line makes
 // every file that reaches it good (test AnEmptyLineInATermFileGradesGood); a position below 1 gives the search up (test
 // ANegativePositionGradesUnknown).
-MatchResult HeaderTest::matchTerms(const std::vector<CompiledTerm>& terms) const {
+MatchResult HeaderCheck::matchTerms(const std::vector<CompiledTerm>& terms) const {
     for (const auto& term : terms) {
         const MatchResult match = term.match(head_);
         if (match != MatchResult::No)
@@ -109,7 +109,7 @@ MatchResult HeaderTest::matchTerms(const std::vector<CompiledTerm>& terms) const
     return MatchResult::No;
 }
 
-HeaderTest::CommonMatch HeaderTest::matchCommon(bool termFileExists) {
+HeaderCheck::CommonMatch HeaderCheck::matchCommon(bool termFileExists) {
     // Kept: a list that was never loaded is a hit without a text (test AnUnloadedCommonListIsAHitWithoutText).
     if (commonList_.records().empty())
         return {MatchResult::Defective, {}};
@@ -126,7 +126,7 @@ HeaderTest::CommonMatch HeaderTest::matchCommon(bool termFileExists) {
 
 // Kept: without a term file and at a fixed position the description follows the message directly (test
 // TheCompositeTextHasNoSeparatorForAFixedPositionWithoutATermFile).
-std::u16string_view HeaderTest::composite(const CommonRecord& record, bool termFileExists) {
+std::u16string_view HeaderCheck::composite(const CommonRecord& record, bool termFileExists) {
     composite_ = trimRight(messages_[Message::CommonHeader]);
     if (termFileExists || record.anywhere)
         composite_ += u" : ";
