@@ -10,9 +10,9 @@
 #include "platform/copy_file.h"
 #include "platform/file_batch.h"
 #include "platform/folders.h"
-#include "platform/posix_files.h"
 #include "platform/whole_file.h"
 #include "support/failing_files.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
