@@ -156,7 +156,7 @@ void frmMain::iGrid1_Click(int row) {
 
 // Clear Log
 void frmMain::Command4_Click() {
-    static_cast<void>(setup_.askClearLog());
+    setup_.askClearLog();
     showState();
 }
 
