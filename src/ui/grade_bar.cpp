@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include <QPainter>
 #include <QPainterPath>
@@ -21,31 +20,22 @@ constexpr qreal kLeastWidth = 2;
 
 GradeBar::GradeBar(QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-}
-
-void GradeBar::setParts(std::vector<GradePart> parts) {
-    parts_ = std::move(parts);
     describe();
-    update();
 }
 
-void GradeBar::setCounts(const std::vector<std::int64_t>& counts) {
-    bool changed = false;
-    for (std::size_t i = 0; i < std::min(counts.size(), parts_.size()); ++i) {
-        changed = changed || parts_[i].count != counts[i];
-        parts_[i].count = counts[i];
-    }
-    if (!changed)
+void GradeBar::setCounts(const ByGrade<std::int32_t>& counts) {
+    if (counts == counts_)
         return;
+    counts_ = counts;
     describe();
     update();
 }
 
 void GradeBar::describe() {
     QStringList texts;
-    for (const GradePart& part : parts_)
-        if (part.count > 0)
-            texts << QStringLiteral("%1 %2").arg(part.name).arg(part.count);
+    for (const Grade grade : kBoardOrder)
+        if (counts_[grade] > 0)
+            texts << QStringLiteral("%1 %2").arg(QLatin1String(kGrades[grade].bar.name)).arg(counts_[grade]);
     setAccessibleName(texts.isEmpty() ? QStringLiteral("No grades yet") : texts.join(QStringLiteral(", ")));
 }
 
@@ -57,15 +47,15 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     shape.addRoundedRect(whole, kCorner, kCorner);
     painter.fillPath(shape, palette().base());
     std::int64_t total = 0;
-    for (const GradePart& part : parts_) total += std::max<std::int64_t>(part.count, 0);
+    for (const std::int32_t count : counts_.values) total += std::max(count, 0);
     painter.setClipPath(shape);
     qreal left = whole.left();
-    for (const GradePart& part : parts_) {
-        if (part.count <= 0)
+    for (const Grade grade : kBoardOrder) {
+        if (counts_[grade] <= 0)
             continue;
-        const qreal share = static_cast<qreal>(part.count) / static_cast<qreal>(total);
+        const qreal share = static_cast<qreal>(counts_[grade]) / static_cast<qreal>(total);
         const qreal width = std::max(whole.width() * share, kLeastWidth);
-        painter.fillRect(QRectF(left, whole.top(), width, whole.height()), part.colour);
+        painter.fillRect(QRectF(left, whole.top(), width, whole.height()), QColor(kGrades[grade].bar.colour));
         left += width;
     }
     painter.setClipping(false);
