@@ -16,6 +16,28 @@ namespace {
 constexpr qreal kCorner = 4;
 constexpr qreal kLeastWidth = 2;
 
+// Parts that would be narrower than the least width get that; the others share what is left, so that all fit.
+ByGrade<qreal> partWidths(const ByGrade<std::int32_t>& counts, qreal room) {
+    qreal total = 0;
+    for (const std::int32_t count : counts.values) total += std::max(count, 0);
+    const auto isNarrow = [&](std::int32_t count) { return room * count < kLeastWidth * total; };
+    qreal others = total;
+    qreal left = room;
+    for (const std::int32_t count : counts.values) {
+        if (count <= 0 || !isNarrow(count))
+            continue;
+        others -= count;
+        left -= kLeastWidth;
+    }
+    ByGrade<qreal> widths;
+    for (std::size_t i = 0; i < kGradeCount; ++i) {
+        const std::int32_t count = counts.values[i];
+        if (count > 0)
+            widths.values[i] = isNarrow(count) ? kLeastWidth : std::max(left * count / others, kLeastWidth);
+    }
+    return widths;
+}
+
 }  // namespace
 
 GradeBar::GradeBar(QWidget* parent) : QWidget(parent) {
@@ -46,15 +68,11 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     QPainterPath shape;
     shape.addRoundedRect(whole, kCorner, kCorner);
     painter.fillPath(shape, palette().base());
-    std::int64_t total = 0;
-    for (const std::int32_t count : counts_.values) total += std::max(count, 0);
+    const ByGrade<qreal> widths = partWidths(counts_, whole.width());
     painter.setClipPath(shape);
     qreal left = whole.left();
     for (const Grade grade : kBoardOrder) {
-        if (counts_[grade] <= 0)
-            continue;
-        const qreal share = static_cast<qreal>(counts_[grade]) / static_cast<qreal>(total);
-        const qreal width = std::max(whole.width() * share, kLeastWidth);
+        const qreal width = widths[grade];
         painter.fillRect(QRectF(left, whole.top(), width, whole.height()), QColor(kGrades[grade].bar.colour));
         left += width;
     }
