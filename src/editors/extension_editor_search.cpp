@@ -70,7 +70,7 @@ void ExtensionEditor::popupAddCommon() {
     const auto identifier = dialogs.input(
         "Enter Identifier",
         "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term " + toUtf8(row.term) +
-            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(job_.messages[Message::CommonHeader]) + "\r\n",
+            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(job_.messages[Grade::CommonHeader]) + "\r\n",
         "");
     if (!identifier || identifier->empty()) {
         dialogs.tell("No ID Entered", "Term not added!");

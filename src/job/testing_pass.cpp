@@ -85,8 +85,8 @@ Result<void> TestingPass::grade(std::u16string_view path) {
     std::u16string buffer;
     const std::u16string_view extension = extensionInList(path, buffer);
     if (extension.empty()) {
-        ++job_.state.counters.noExtension;
-        result_ = job_.messages[Message::NoExtension];
+        ++job_.state.counters[Grade::NoExtension];
+        result_ = job_.messages[Grade::NoExtension];
         return {};
     }
     const auto result = check(extension);
@@ -106,8 +106,8 @@ bool TestingPass::handle(const FileError& error, std::u16string_view path) {
         return true;
     if (error.kind == ErrorKind::PermissionDenied || error.kind == ErrorKind::BadName) {
         // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
-        ++job_.state.counters.accessErrors;
-        result_ = job_.messages[Message::AccessError];
+        ++job_.state.counters[Grade::AccessError];
+        result_ = job_.messages[Grade::AccessError];
         return false;
     }
     ignoringErrors_ = true;

@@ -27,25 +27,25 @@ tl::unexpected<FileError> tooFewFields() {
 
 }  // namespace
 
-std::u16string_view HeaderCheck::grade(TestCount count, Message message) {
-    host_.raise(count);
-    return messages_[message];
+std::u16string_view HeaderCheck::counted(Grade grade) {
+    host_.raise(grade);
+    return messages_[grade];
 }
 
 // What size and attributes decide; no value when they leave it to the content.
-Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(std::span<const std::u16string_view> fields) {
+Result<std::optional<Grade>> HeaderCheck::judgeRow(std::span<const std::u16string_view> fields) {
     if (fields.size() < 3)
         return tooFewFields();
     const double size = fixedPoint(numericPrefix(fields[2]));
     if (size == 0)
-        return Verdict{TestCount::ZeroBytes, Message::ZeroBytes};
+        return Grade::ZeroBytes;
     if (size < kSmallestTested)
-        return Verdict{TestCount::Small, Message::TooSmall};
+        return Grade::TooSmall;
     if (fields.size() < 4)
         return tooFewFields();
     const auto attributes = fields[3].substr(0, fields[3].find(u';'));
     if (numericPrefix(attributes) >= kEncryptedFrom)
-        return Verdict{TestCount::Encrypted, Message::Encrypted};
+        return Grade::Encrypted;
     return std::nullopt;
 }
 
@@ -60,15 +60,15 @@ Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16strin
     if (!judged)
         return failure(judged.error());
     if (*judged)
-        return grade((*judged)->count, (*judged)->message);
+        return counted(**judged);
 
     const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
 
     toNative(fields[0], nativePath_);
     if (!heads_.readHead(nativePath_, head_)) {
-        const auto result = grade(TestCount::AccessError, Message::AccessError);
+        const auto result = counted(Grade::AccessError);
         host_.logAccessError("Access Error : " + readable(nativePath_));
         return result;
     }
@@ -77,24 +77,24 @@ Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16strin
 }
 
 std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* terms) {
-    host_.raise(TestCount::Tested);
+    host_.raiseTested();
     if (terms != nullptr) {
         const MatchResult match = matchTerms(*terms);
         if (match == MatchResult::GivenUp)
-            return grade(TestCount::Unknown, Message::Unknown);
+            return counted(Grade::Unknown);
         if (match != MatchResult::No)
-            return grade(TestCount::Good, Message::Good);
+            return counted(Grade::Good);
         if (!host_.useCommonHeaders())
-            return grade(TestCount::Corrupt, Message::Corrupt);
+            return counted(Grade::Corrupt);
     }
     const CommonMatch common = matchCommon(terms != nullptr);
     if (common.result == MatchResult::GivenUp)
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
     if (common.result != MatchResult::No) {
-        host_.raise(TestCount::Common);
+        host_.raise(Grade::CommonHeader);
         return common.text;
     }
-    return terms != nullptr ? grade(TestCount::Corrupt, Message::Corrupt) : grade(TestCount::Unknown, Message::Unknown);
+    return terms != nullptr ? counted(Grade::Corrupt) : counted(Grade::Unknown);
 }
 
 // The first record that does not say no decides. Kept: a record without a term counts as a hit, so an empty line makes
@@ -127,7 +127,7 @@ HeaderCheck::CommonMatch HeaderCheck::matchCommon(bool termFileExists) {
 // Kept: without a term file and at a fixed position the description follows the message directly (test
 // TheCompositeTextHasNoSeparatorForAFixedPositionWithoutATermFile).
 std::u16string_view HeaderCheck::composite(const CommonRecord& record, bool termFileExists) {
-    composite_ = trimRight(messages_[Message::CommonHeader]);
+    composite_ = trimRight(messages_[Grade::CommonHeader]);
     if (termFileExists || record.anywhere)
         composite_ += u" : ";
     composite_ += *record.description;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/retest.h"
 
+#include <algorithm>
+
 #include "platform/copy_file.h"
 #include "platform/folder_lock.h"
 #include "platform/folders.h"
@@ -86,7 +88,9 @@ Result<void> Retest::testAgain(ViewRows::Id row) {
         return failure(ErrorKind::Subscript, "Subscript out of range");
     result_ = *graded;
     fields_[kResultColumn] = result_;
-    if (result_ == job_.messages[Message::Unknown] || result_ == job_.messages[Message::Good])
+    if (std::ranges::any_of(kGrades.values, [this](const GradeRow& grade) {
+            return grade.afterRetest == AfterRetest::Leaves && result_ == job_.messages[grade.grade];
+        }))
         rows_.remove(row);
     return {};
 }

@@ -154,7 +154,7 @@ TEST_F(ExtensionEditorSearchTest, WhatTheSearchCountsGoodTheHeaderTestGradesGood
         const std::vector<std::u16string_view> row = {path, u"15/11/2026", u" 518", u" 32;Ab9x"};
         const auto grade = job.checkFile(row, u"qlx");
         ASSERT_TRUE(counts && grade);
-        EXPECT_EQ(counts->good == 1, *grade == job.messages[Message::Good]) << position << " " << term;
+        EXPECT_EQ(counts->good == 1, *grade == job.messages[Grade::Good]) << position << " " << term;
         good += counts->good;
     }
     EXPECT_GT(good, 30) << "both outcomes are met";
