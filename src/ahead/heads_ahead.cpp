@@ -79,9 +79,8 @@ void HeadsAhead::dropFirst() {
     --asked_;
 }
 
-Result<void> HeadsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
-    if (asked_ == 0 || first().path != nativePath)
-        return files_.readHead(nativePath, head);
+Result<void> HeadsAhead::readFirst(HeaderBytes& head) {
+    assert(asked_ > 0);
     if (first().left)
         threads_.waitFor(first());
     head = first().head;
