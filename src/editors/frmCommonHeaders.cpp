@@ -23,7 +23,9 @@
 namespace quillon {
 
 frmCommonHeaders::frmCommonHeaders(const ScreenContext& context, const ReportMessages& messages)
-    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
+    : context_(context),
+      messages_(messages),
+      editor_(context.installation, context.surroundings.dialogs, context.kept) {
     setObjectName(QStringLiteral("frmCommonHeaders"));
     setWindowTitle(QStringLiteral("Common Headers"));
     createEntry();
