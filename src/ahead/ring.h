@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Items in the order of their coming, at most a fixed number. A place is used again and again, and so is the room that
-// the items in it own.
+// Items in the order of their coming, at most a fixed number. They never move. A place is used again and again, and so
+// is the room that the items in it own.
 
 #include <cassert>
 #include <cstddef>
@@ -25,6 +25,10 @@ public:
     [[nodiscard]] Item& first() {
         assert(count_ > 0);
         return places_[first_];
+    }
+    [[nodiscard]] Item& last() {
+        assert(count_ > 0);
+        return places_[(first_ + count_ - 1) % places_.size()];
     }
     void dropLast() {
         assert(count_ > 0);
