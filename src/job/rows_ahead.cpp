@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "job/rows_ahead.h"
 
+#include "app/turn_until.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
 namespace quillon {
-
-namespace {
-
-// Between two turns of the event loop while a source keeps the next row waiting.
-constexpr std::chrono::milliseconds kWait{10};
-
-}  // namespace
 
 std::optional<std::u16string_view> RowsAhead::next() {
     leaveRow();
@@ -20,7 +14,9 @@ std::optional<std::u16string_view> RowsAhead::next() {
         return std::nullopt;
     inWork_ = true;
     const Row& row = ring_[first_];
-    while (row.asked && !job_.heads().firstArrives(kWait)) job_.turn();
+    const auto arrives = [this](std::chrono::milliseconds pause) { return job_.heads().firstArrives(pause); };
+    if (row.asked && !arrives(kTurnInterval))
+        turnUntil(job_.surroundings().loop, arrives);
     return row.line;
 }
 
