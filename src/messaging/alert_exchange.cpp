@@ -29,9 +29,10 @@ constexpr AlertScreenRules kMainRules{
     .remembersPortConflict = false,
     .lateAnswerCounts = false,
     .writesLog = true,
+    .disablesButton = true,
+    .showsStatus = false,
+    .oneButton = false,
     .testRefusesThisComputer = false,
-    .testDisablesButton = true,
-    .testShowsStatus = false,
     .testTellsOddState = false,
 };
 constexpr AlertScreenRules kZipRules{
@@ -41,9 +42,10 @@ constexpr AlertScreenRules kZipRules{
     .remembersPortConflict = false,
     .lateAnswerCounts = false,
     .writesLog = true,
+    .disablesButton = false,
+    .showsStatus = false,
+    .oneButton = false,
     .testRefusesThisComputer = true,
-    .testDisablesButton = false,
-    .testShowsStatus = false,
     .testTellsOddState = true,
 };
 constexpr AlertScreenRules kWizardRules{
@@ -53,9 +55,10 @@ constexpr AlertScreenRules kWizardRules{
     .remembersPortConflict = true,
     .lateAnswerCounts = true,
     .writesLog = false,
+    .disablesButton = true,
+    .showsStatus = true,
+    .oneButton = true,
     .testRefusesThisComputer = true,
-    .testDisablesButton = true,
-    .testShowsStatus = true,
     .testTellsOddState = true,
 };
 
