@@ -6,6 +6,8 @@
 #include <memory>
 #include <new>
 
+#include "platform/moment.h"
+
 namespace quillon {
 
 namespace {
@@ -80,9 +82,9 @@ void CopiesAhead::prepare(Slot& slot, FileCopier& copier) try {
 }
 
 void CopiesAhead::prepareTimed(Slot& slot) {
-    const auto start = std::chrono::steady_clock::now();
+    const Moment start = momentNow();
     prepare(slot, copier_);
-    if (std::chrono::steady_clock::now() - start > kSlow)
+    if (momentNow() - start > kSlow)
         quickInARow_ = 0;
 }
 

@@ -3,6 +3,8 @@
 
 #include <cassert>
 
+#include "platform/moment.h"
+
 namespace quillon {
 
 namespace {
@@ -51,9 +53,9 @@ bool HeadsAhead::readInLine(Slot& slot) {
 }
 
 void HeadsAhead::readTimed(Slot& slot) {
-    const auto start = std::chrono::steady_clock::now();
+    const Moment start = momentNow();
     slot.result = files_.readHead(slot.path, slot.head);
-    if (std::chrono::steady_clock::now() - start > kSlow)
+    if (momentNow() - start > kSlow)
         quickInARow_ = 0;
 }
 

@@ -10,13 +10,12 @@
 
 #include <fmt/format.h>
 
+#include "platform/moment.h"
 #include "text/fields.h"
 
 namespace quillon {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // So many names may be looked up at once; a name server that is dead blocks one thread for each.
 constexpr std::size_t kAnswerThreads = 8;
@@ -40,7 +39,7 @@ std::string harmless(std::string_view line) {
 struct AnswerQueue::State {
     struct Waiting {
         std::string name;
-        Clock::time_point deadline;
+        Moment deadline;
     };
 
     std::string bytes;
@@ -58,13 +57,13 @@ struct AnswerQueue::State {
 
     // Looks the name up and sends, unless the time is over by then.
     std::uint64_t Counts::*deliver(const Waiting& answer) {
-        if (Clock::now() > answer.deadline)
+        if (momentNow() > answer.deadline)
             return &Counts::dropped;
         const auto address = resolver(answer.name);
         if (!address)
             return &Counts::failed;
         const std::lock_guard lock(mutex);
-        if (ended || Clock::now() > answer.deadline)
+        if (ended || momentNow() > answer.deadline)
             return &Counts::dropped;
         return send(*address, bytes) ? &Counts::sent : &Counts::failed;
     }
@@ -90,7 +89,7 @@ void AnswerQueue::answer(const std::string& name) {
         ++state_->counts.dropped;
         return;
     }
-    state_->waiting.push_back({name, Clock::now() + state_->limit});
+    state_->waiting.push_back({name, momentNow() + state_->limit});
     // A thread is added only when all that there are may be stuck in a look-up.
     if (state_->busy + state_->waiting.size() > state_->threads && state_->threads < kAnswerThreads) {
         try {
