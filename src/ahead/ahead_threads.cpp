@@ -91,7 +91,7 @@ bool AheadThreads::isDone(const AheadTask& task) {
     return task.done_;
 }
 
-bool AheadThreads::isDoneWithin(const AheadTask& task, std::chrono::milliseconds limit) {
+bool AheadThreads::isDoneWithin(const AheadTask& task, std::chrono::microseconds limit) {
     std::unique_lock lock(mutex_);
     return done_.wait_for(lock, limit, [&task] { return task.done_; });
 }

@@ -49,7 +49,7 @@ public:
 
     [[nodiscard]] bool isDone(const AheadTask& task);
     /// True when a task left is done. Waits for it, but not longer than `limit`.
-    [[nodiscard]] bool isDoneWithin(const AheadTask& task, std::chrono::milliseconds limit);
+    [[nodiscard]] bool isDoneWithin(const AheadTask& task, std::chrono::microseconds limit);
     void waitFor(const AheadTask& task);
 
     /// Forgets the tasks that none has begun, and waits for the threads to end.

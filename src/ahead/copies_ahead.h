@@ -12,35 +12,34 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "ahead/ahead_threads.h"
+#include "ahead/ahead.h"
 #include "platform/arriving_file.h"
 #include "platform/copy_file.h"
 
 namespace quillon {
 
 class CopiesAhead {
+    struct Copy;
+
 public:
     /// So many copies can be asked for at once.
-    static constexpr std::size_t kMost = 64;
+    static constexpr std::size_t kMost = Ahead<Copy>::kMost;
     /// A larger file, in bytes, waits for its turn.
     static constexpr std::uint64_t kLargest = 1024UL * 1024;
-
-    /// Whether the caller's thread may prepare files, too, and so stand still for a slow one.
-    enum class Helping { Allowed, Never };
 
     /// Called now and then by a `finishFirst` that waits.
     using Idle = std::function<void()>;
 
-    CopiesAhead(Helping helping, Idle idle);
+    /// A caller's thread that may stand still prepares files, too.
+    CopiesAhead(StandingStill standingStill, Idle idle);
     ~CopiesAhead() { release(); }
     CopiesAhead(const CopiesAhead&) = delete;
     CopiesAhead& operator=(const CopiesAhead&) = delete;
 
     /// Asks for a copy as FileCopier makes it, behind those asked for before; at most kMost at a time.
     void ask(std::string_view source, std::string_view target);
-    [[nodiscard]] std::size_t asked() const { return asked_; }
+    [[nodiscard]] std::size_t asked() const { return ahead_.asked(); }
 
     /// The turn of the first copy, which is forgotten then: waits until it is prepared, and makes the file appear.
     /// `progress` is called from here alone; what a thread has done meanwhile is told now and then.
@@ -52,11 +51,10 @@ public:
 private:
     using Finished = tl::expected<void, CopyError>;
 
-    struct Slot : AheadTask {
+    struct Copy {
         std::string source;
         std::string target;
         std::optional<tl::expected<ArrivingFile, CopyError>> file;  // all of it but its name, or why not
-        bool left = false;                                          // to a thread
         std::atomic<std::uint64_t> size = 0;
 
         bool itsTurn = false;  // what a thread has to do is to finish it, and not to prepare it
@@ -65,28 +63,19 @@ private:
         Finished finished;
     };
 
-    [[nodiscard]] Slot& first() { return slots_[first_]; }
+    void startThreads();
+    void work(Copy& copy, FileCopier& copier);
+    void prepare(Copy& copy, FileCopier& copier);
     [[nodiscard]] bool firstArrives();
-    [[nodiscard]] bool mayHelp() const { return helping_ == Helping::Allowed && quickInARow_ == kMost; }
-    [[nodiscard]] bool helpUntilDone(Slot& slot);
-    void work(Slot& slot, FileCopier& copier);
-    void prepareTimed(Slot& slot);
-    void prepare(Slot& slot, FileCopier& copier);
-    [[nodiscard]] bool mayMakeWait(const Slot& slot) const;
-    [[nodiscard]] Finished finish(Slot& slot, FileCopier& copier, const CopyProgress& progress);
-    [[nodiscard]] Finished finishBeside(Slot& slot, const CopyProgress& progress);
+    [[nodiscard]] bool mayMakeWait(const Copy& copy) const;
+    [[nodiscard]] Finished finish(Copy& copy, FileCopier& copier, const CopyProgress& progress);
+    [[nodiscard]] Finished finishBeside(Copy& copy, const CopyProgress& progress);
 
-    Helping helping_;
+    StandingStill standingStill_;
     Idle idle_;
     FileCopier copier_;
-    std::size_t quickInARow_ = kMost;
     std::atomic<bool> ending_ = false;
-
-    std::vector<Slot> slots_ = std::vector<Slot>(kMost);  // a ring: asked_ slots from first_ on are in use
-    std::size_t first_ = 0;
-    std::size_t asked_ = 0;
-
-    AheadThreads threads_;
+    Ahead<Copy> ahead_;
 };
 
 }  // namespace quillon

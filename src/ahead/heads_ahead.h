@@ -10,41 +10,41 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "ahead/ahead_threads.h"
+#include "ahead/ahead.h"
 #include "platform/source_files.h"
 
 namespace quillon {
 
 class HeadsAhead final : public HeadReader {
+    struct Asked {
+        std::string path;
+        HeaderBytes head;
+        Result<void> result;
+    };
+
 public:
     /// So many heads can be asked for at once.
-    static constexpr std::size_t kMost = 64;
-
-    /// Whether `ask` may stand still for the first slow head. A caller that may not gets every head without waiting, at
-    /// the price of one more look at each file.
-    enum class FirstWait { Allowed, Never };
+    static constexpr std::size_t kMost = Ahead<Asked>::kMost;
 
     /// What a thread reads with.
     using MakeReader = std::function<std::unique_ptr<HeadReader>()>;
 
+    /// Where `ask` may not stand still for the first slow head, every head comes without waiting, at the price of one
+    /// more look at each file.
     explicit HeadsAhead(
-        FirstWait firstWait, MakeReader makeReader = [] { return std::make_unique<SourceFiles>(); });
-    ~HeadsAhead() override { release(); }
-    HeadsAhead(const HeadsAhead&) = delete;
-    HeadsAhead& operator=(const HeadsAhead&) = delete;
+        StandingStill standingStill, MakeReader makeReader = [] { return std::make_unique<SourceFiles>(); });
 
     /// Asks for a head, behind those asked for before; at most kMost at a time.
     void ask(std::string_view nativePath);
-    [[nodiscard]] std::size_t asked() const { return asked_; }
+    [[nodiscard]] std::size_t asked() const { return ahead_.asked(); }
     /// How many heads it is worth to ask for now: one as long as they lie in memory, kMost behind one that did not.
-    [[nodiscard]] std::size_t worthAsking() const { return quickInARow_ < kMost ? kMost : 1; }
+    [[nodiscard]] std::size_t worthAsking() const { return ahead_.worthAsking(); }
 
     /// True when the first of the heads asked for is at hand. Waits for it, but not longer than `limit`.
-    [[nodiscard]] bool firstArrives(std::chrono::milliseconds limit);
+    [[nodiscard]] bool firstArrives(std::chrono::milliseconds limit) { return ahead_.firstArrives(limit); }
     /// Forgets the first of the heads asked for; it must be at hand.
-    void dropFirst();
+    void dropFirst() { ahead_.dropFirst(); }
 
     /// The first of the heads asked for if it is this file's, waiting for it without a limit; any other file is read in
     /// line.
@@ -55,28 +55,10 @@ public:
     void release();
 
 private:
-    struct Slot : AheadTask {
-        std::string path;
-        HeaderBytes head;
-        Result<void> result;
-        bool left = false;  // to a thread
-    };
+    [[nodiscard]] bool readWhatLiesInMemory(Asked& asked);
 
-    [[nodiscard]] Slot& first() { return slots_[first_]; }
-    [[nodiscard]] bool readInLine(Slot& slot);
-    void readTimed(Slot& slot);
-    [[nodiscard]] bool leaveToThread(Slot& slot);
-
-    FirstWait firstWait_;
     SourceFiles files_;
-    std::size_t quickInARow_ = kMost;
-    unsigned untried_ = 0;
-
-    std::vector<Slot> slots_ = std::vector<Slot>(kMost);  // a ring: asked_ slots from first_ on are in use
-    std::size_t first_ = 0;
-    std::size_t asked_ = 0;
-
-    AheadThreads threads_;
+    Ahead<Asked> ahead_;
 };
 
 }  // namespace quillon

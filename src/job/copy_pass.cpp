@@ -42,7 +42,7 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
 
 CopyPass::CopyPass(Job& job)
     : job_(job),
-      copies_(job.surroundings().loop.mayStandStill() ? CopiesAhead::Helping::Allowed : CopiesAhead::Helping::Never,
+      copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never,
               [&job] { job.turn(); }) {
 }
 

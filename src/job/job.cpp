@@ -9,7 +9,7 @@ Job::Job(Installation& installation, const Surroundings& surroundings)
     : installation_(installation),
       surroundings_(surroundings),
       kept_(installation, surroundings.clock),
-      heads_(surroundings.loop.mayStandStill() ? HeadsAhead::FirstWait::Allowed : HeadsAhead::FirstWait::Never) {
+      heads_(surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
 }
 
 HeaderCheck& Job::headerTest() {

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/posix_files.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
@@ -19,7 +19,7 @@ bool goOn(std::uint64_t /*done*/, std::uint64_t /*total*/) {
     return true;
 }
 
-class CopiesAheadTest : public testing::TestWithParam<CopiesAhead::Helping> {
+class CopiesAheadTest : public testing::TestWithParam<StandingStill> {
 protected:
     void SetUp() override { std::filesystem::create_directory(temp / "to"); }
 
@@ -143,8 +143,7 @@ TEST_P(CopiesAheadTest, ATargetFolderThatWasMadeAnewIsFound) {
     EXPECT_EQ(namesIn(temp / "to"), "b");
 }
 
-INSTANTIATE_TEST_SUITE_P(BothWays, CopiesAheadTest,
-                         testing::Values(CopiesAhead::Helping::Allowed, CopiesAhead::Helping::Never));
+INSTANTIATE_TEST_SUITE_P(BothWays, CopiesAheadTest, testing::Values(StandingStill::Allowed, StandingStill::Never));
 
 }  // namespace
 }  // namespace quillon

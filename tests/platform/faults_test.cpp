@@ -11,8 +11,8 @@
 
 #include "app/settings.h"
 #include "platform/folders.h"
-#include "platform/posix_files.h"
 #include "platform/whole_file.h"
+#include "support/posix_files.h"
 #include "support/strace.h"
 #include "support/temp_folder.h"
 
