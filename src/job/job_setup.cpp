@@ -18,7 +18,6 @@
 namespace quillon {
 namespace {
 
-constexpr const char* kQuery = "Query";
 constexpr const char* kPathNotSet = "System path not set!!";
 
 std::string lowerText(std::string_view text) {
@@ -45,24 +44,6 @@ bool countsAsContent(std::string_view entryName) {
         return false;
     const std::string name = lowerText(entryName);
     return name != "recycler" && name != "system volume information";
-}
-
-bool RecipientBox::holds(std::string_view item) const {
-    return std::find(items.begin(), items.end(), item) != items.end();
-}
-
-void RecipientBox::addQuery() {
-    if (!holds(kQuery))
-        items.emplace_back(kQuery);
-}
-
-void RecipientBox::select(int item) {
-    if (item >= 0 && item < static_cast<int>(items.size()))
-        index = item;
-}
-
-std::string RecipientBox::text() const {
-    return index < 0 ? std::string{} : items[static_cast<std::size_t>(index)];
 }
 
 void JobSetup::log(std::string text, std::optional<std::uint32_t> colour) {

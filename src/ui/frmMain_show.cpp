@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QTimer>
 #include <QToolButton>
 
@@ -109,17 +108,9 @@ void frmMain::showOptions() {
     chkCommon->setEnabled(options.useCommonHeadersEnabled);
     showTick(*chkDefaults, setup_.useDefaults);
     showTick(*Check1, options.showProgress);
-    const QSignalBlocker quiet(Combo1);
-    QStringList items;
-    for (const std::string& item : setup_.recipients.items) items << toQt(item);
-    QStringList shown;
-    for (int i = 0; i < Combo1->count(); ++i) shown << Combo1->itemText(i);
-    if (items != shown) {
-        Combo1->clear();
-        Combo1->addItems(items);
-    }
-    Combo1->setCurrentIndex(setup_.recipients.index);
-    Combo1->setEnabled(setup_.recipients.enabled);
+    showChoice(*Combo1, setup_.recipients);
+    Command2->setEnabled(setup_.recipients.queryEnabled);
+    Command3->setEnabled(setup_.recipients.testEnabled);
     job_.state.options.recipientIndex = setup_.recipients.index;
     job_.state.options.recipient = setup_.recipients.text();
 }
