@@ -62,7 +62,7 @@ case ${1:-} in
 esac
 : >$list.left
 status=0
-UNTIL=$until CHECKS=$checks LEFT=$list.left xargs -r -a $list -P "$(nproc)" -n 1 "$0" --one || status=1
+UNTIL=$until CHECKS=$checks LEFT=$list.left xargs -r -a $list -P "$(nproc)" -n 1 scripts/tidy.sh --one || status=1
 left=$(wc -l <$list.left)
 echo "clang-tidy: $(($(wc -l <$list) - left)) files checked, $left left to scripts/longer_checks.sh"
 exit $status
