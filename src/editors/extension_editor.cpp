@@ -125,8 +125,8 @@ void ExtensionEditor::termChanged(const std::string& term) {
         return;
     job_.surroundings().dialogs.tell(
         "No Commas!",
-        "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
-        "using a comma, use a HEX based search for '2C'.");
+        "You are not allowed to use commas in searches as these are used internally by the program. "
+        "If you need a term using a comma, use a HEX based search for '2C'.");
     std::erase(state.term, ',');
 }
 

@@ -135,8 +135,8 @@ bool ExtensionEditor::checkHexCriteria() {
         return false;
     }
     if (!dialogs.ask("Hex Error",
-                     "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. Did you want "
-                     "to perform a text based search?",
+                     "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. "
+                     "Did you want to perform a text based search?",
                      BoxStyle::Warning))
         return false;
     state.type = kTextType;

@@ -168,10 +168,9 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
 void NetworkSetup::copyDatabase() {
     const Paths& paths = installation_.paths();
     const auto present = beside([&paths] { return databaseFiles(paths.sharedDatabase); });
-    if (!present.empty() &&
-        !surroundings_.dialogs.ask("Overwrite shared DB?",
-                                   "A database aready exists in the target folder. Do you want to overwrite the "
-                                   "existing database?")) {
+    if (!present.empty() && !surroundings_.dialogs.ask("Overwrite shared DB?",
+                                                       "A database aready exists in the target folder. "
+                                                       "Do you want to overwrite the existing database?")) {
         tick(kMainDatabaseBox, false);
         return;
     }

@@ -11,25 +11,23 @@ namespace quillon {
 namespace {
 
 constexpr const char* kFirstGuide =
-    "First we need to set up a location on this computer where the local copy of the database and related files will "
-    "be "
-    "stored.";
+    "First we need to set up a location on this computer where the local copy of the database "
+    "and related files will be stored.";
 constexpr const char* kArchiveGuide =
-    "Now select an archive folder, this is where files are copied to once they are archived. If other people need "
-    "access "
-    "to these files, then make sure you select a shared folder or network share. Once you are ready, click on the "
-    "[Next>] button to copy the default settings to the local folders.";
+    "Now select an archive folder, this is where files are copied to once they are archived. "
+    "If other people need access to these files, then make sure you select a shared folder or network share. "
+    "Once you are ready, click on the [Next>] button to copy the default settings to the local folders.";
 constexpr const char* kNextGuide =
     "Click Next to continue. If there is no database in the folder, the default database will be extracted.";
 
 constexpr const char* kFirstSetUpText =
-    "You should use this option if you are setting up the system for the first time. If you have installed this "
-    "software on another machine, it is recommended that you set the first machine to use network sharing, export the "
-    "settings and databases from that machine and import them into this one..";
+    "You should use this option if you are setting up the system for the first time. "
+    "If you have installed this software on another machine, it is recommended that you set the first machine "
+    "to use network sharing, export the settings and databases from that machine and import them into this one..";
 constexpr const char* kEditText = "You are about to edit existing settings on this computer.";
 constexpr const char* kImportText =
-    "You use this setting if there is already an installation on the network and you have exported the settings to a "
-    "shared location on that computer or a network share.";
+    "You use this setting if there is already an installation on the network and you have exported the settings "
+    "to a shared location on that computer or a network share.";
 
 }  // namespace
 

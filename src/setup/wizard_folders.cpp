@@ -168,10 +168,9 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
         return false;
     Dialogs& dialogs = surroundings_.dialogs;
     if (holdsFiles(shared / "Database")) {
-        if (!dialogs.ask(
-                "Overwrite Existing Files?",
-                "There are already files in this folder. Do you want to overwrite any existing header database "
-                "and settings file ?"))
+        if (!dialogs.ask("Overwrite Existing Files?",
+                         "There are already files in this folder. "
+                         "Do you want to overwrite any existing header database and settings file ?"))
             return true;
         if (dialogs.ask("Backup Old DB?", "Would you like to make a backup of the current shared DB?"))
             trapped = backUpShare(shared);

@@ -186,8 +186,8 @@ void ListViewer::retest() {
     state.passRunning = false;
     if (end == RetestEnd::CopyInUse) {
         dialogs.warn("Error",
-                     "Warning, the file appears to be open in another application! Please close any programs that may "
-                     "be accessing the file list.");
+                     "Warning, the file appears to be open in another application! "
+                     "Please close any programs that may be accessing the file list.");
         return;
     }
     state.busyPointer = false;
