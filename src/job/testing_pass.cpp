@@ -119,7 +119,7 @@ void TestingPass::reportError(const FileError& error) {
 }
 
 void TestingPass::showProgress(const ListRow& row) {
-    job_.state.controls.progress.value = job_.state.counters.rowsRead;
+    job_.state.progress.value = job_.state.counters.rowsRead;
     if (row.columns() > 0)
         job_.state.texts.currentFile = readable(row.nativePath());
 }
