@@ -67,7 +67,7 @@ void frmZip::readInputs() {
     state.retainLists = Check2->isChecked();
     state.showCompany = Check4->isChecked();
     state.showComputer = Check5->isChecked();
-    state.recipientIndex = Combo1->currentIndex();
+    state.recipients.index = Combo1->currentIndex();
     const int row = iGrid1->currentRow();
     state.selectedRow = row < 0 ? std::nullopt : std::optional<std::size_t>(static_cast<std::size_t>(row));
 }
@@ -75,14 +75,13 @@ void frmZip::readInputs() {
 void frmZip::showState() {
     const ZipState& state = zip_.state;
     showFiles();
-    showItems(*Combo1, state.recipients, state.recipientIndex);
-    Combo1->setEnabled(state.recipientsEnabled);
+    showChoice(*Combo1, state.recipients);
     showText(*Text1, state.jobId);
     Text3->setEchoMode(state.maskPassword ? QLineEdit::Password : QLineEdit::Normal);
     showTick(*Check2, state.retainLists);
     showTick(*Check4, state.showCompany);
     showTick(*Check5, state.showComputer);
-    Command8->setEnabled(state.testEnabled);
+    Command8->setEnabled(state.recipients.testEnabled);
     ProgressBar1->setVisible(state.progressVisible);
     ProgressBar1->setValue(static_cast<int>(state.progress));
     showPointer(*this, state.busyPointer);

@@ -5,14 +5,14 @@
 
 #include "app/folder_structure.h"
 #include "archive/list_selection.h"
+#include "messaging/recipient_probe.h"
+#include "messaging/recipient_query.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
 namespace quillon {
 
 namespace {
-
-constexpr const char* kFirstRecipient = "Query";
 
 bool samePath(const NativePath& a, const NativePath& b) {
     return foldedName(a.native()) == foldedName(b.native());
@@ -23,11 +23,6 @@ NativePath defaultArchives(const Paths& paths) {
 }
 
 }  // namespace
-
-std::string ZipState::recipient() const {
-    const auto index = static_cast<std::size_t>(recipientIndex);
-    return recipientIndex >= 0 && index < recipients.size() ? recipients[index] : std::string();
-}
 
 ZipFileLists::ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts,
                            ZipHost& host)
@@ -42,7 +37,7 @@ void ZipFileLists::load() {
     fillGrid();
     fillRecipients();
     state.showCompany = false;
-    state.testEnabled = state.recipientIndex != 0;
+    state.recipients.testEnabled = state.recipients.index != 0;
     host_.showState();
 }
 
@@ -59,11 +54,12 @@ void ZipFileLists::fillGrid() {
 
 void ZipFileLists::fillRecipients() {
     const std::string stored = toUtf8(installation_.settings.zipRecipient.trimmed());
-    state.recipients = {kFirstRecipient};
-    state.recipientsEnabled = true;
-    if (stored != kFirstRecipient)
-        state.recipients.push_back(stored);
-    state.recipientIndex = static_cast<int>(state.recipients.size()) - 1;
+    RecipientBox& box = state.recipients;
+    box.items = {kQueryItem};
+    box.enabled = true;
+    if (stored != kQueryItem)
+        box.items.push_back(stored);
+    box.index = static_cast<int>(box.items.size()) - 1;
 }
 
 void ZipFileLists::setIgnoreSeparator(bool ignore) {
@@ -132,6 +128,20 @@ NativePath ZipFileLists::workingFolder() const {
         return paths.zipPath;
     CreateFolderPath(defaultArchives(paths));
     return defaultArchives(paths);
+}
+
+void ZipFileLists::queryNetwork(std::shared_ptr<NetworkProvider> network) {
+    CNetworkEnum computers(std::move(network), surroundings_.loop);
+    queryRecipients(computers, recipientScreen());
+}
+
+void ZipFileLists::testRecipient(AlertExchange& exchange) {
+    quillon::testRecipient(kZipScreenRecipient, exchange, installation_, surroundings_, recipientScreen());
+}
+
+RecipientScreen ZipFileLists::recipientScreen() {
+    return {alertScreenRules(AlertScreen::Zip), state.recipients, state.busyPointer, nullptr,
+            [this] { host_.showState(); }};
 }
 
 void ZipFileLists::showBusy(bool busy) {

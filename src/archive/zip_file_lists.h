@@ -13,8 +13,8 @@
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "archive/zip_writer.h"
-#include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
+#include "messaging/recipient_box.h"
 
 namespace quillon {
 
@@ -31,16 +31,10 @@ struct ZipState {
     bool ignoreSeparator = false;            ///< Check3, set by `setIgnoreSeparator`
     bool showCompany = false;                ///< Check4; no output depends on it
     bool showComputer = false;               ///< Check5; no output depends on it
-    std::vector<std::string> recipients;     ///< Combo1
-    int recipientIndex = -1;                 ///< Combo1: the chosen item, from 0
-    bool recipientsEnabled = true;           ///< Combo1
-    bool testEnabled = false;                ///< Command8
+    RecipientBox recipients;                 ///< Combo1, and Command8 "Test"; Command7 "Query Network" is never off
     bool progressVisible = false;            ///< ProgressBar1
     double progress = 0;                     ///< ProgressBar1, 0 to 100
     bool busyPointer = false;                ///< hourglass
-
-    /// The text that Combo1 shows; empty without a choice.
-    [[nodiscard]] std::string recipient() const;
 };
 
 /// What the work needs of its screen.
@@ -94,11 +88,11 @@ public:
     void testRecipient(AlertExchange& exchange);
 
 private:
-    class RecipientHost;
     struct Run;
 
     void fillGrid();
     void fillRecipients();
+    [[nodiscard]] RecipientScreen recipientScreen();
     void addRow(const NativePath& file);
     [[nodiscard]] NativePath workingFolder() const;
     void runSteps();

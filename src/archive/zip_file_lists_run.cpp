@@ -6,6 +6,7 @@
 #include "archive/list_selection.h"
 #include "archive/zip_file_lists.h"
 #include "messaging/message_log.h"
+#include "messaging/notification.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -73,9 +74,9 @@ void ZipFileLists::runSteps() {
         return;
     state.rows.clear();
     state.selectedRow.reset();
-    run.log = "Zip notification message Sent to :; " + state.recipient() + "; Files in zip : ;" + run.names +
+    run.log = "Zip notification message Sent to :; " + state.recipients.text() + "; Files in zip : ;" + run.names +
               ";Send message = ;";
-    if (state.recipientIndex >= 1)
+    if (state.recipients.index >= 1)
         notify(run);
     finish(run);
 }
@@ -173,23 +174,25 @@ bool ZipFileLists::removeLists(const Run& run) {
 void ZipFileLists::notify(Run& run) {
     showBusy(true);
     alerts_.closeSockets();
-    alerts_.setAckState(AckState::Pending);
-    const std::string recipient(trimRight(state.recipient()));
-    if (alerts_.isThisComputer(recipient)) {
-        surroundings_.dialogs.warn("Error", "Recipent and receiver are the same computer.");
-        run.log += " No - unable to send to same computer.";
-        return;
-    }
-    std::string subject = "File list " + state.jobId + " complete and zipped.";
-    const std::string body = "File list is complete. Location " + readable(run.archivePath().native());
-    if (alerts_.sendAlert(recipient, kAskForAcknowledgement, subject, body, 0)) {
-        alerts_.turnWhilePending();
-        run.result = "Zip process completed and notifications sent without any errors";
-        run.log += " Yes and acknowledgment received";
-    } else {
-        run.result =
-            "Zip process completed without errors. However, notifications were not acknowledged by " + recipient;
-        run.log += " Yes but no acknowledgment received";
+    const std::string recipient(trimRight(state.recipients.text()));
+    const Notified notified =
+        sendNotification(alerts_, surroundings_.dialogs,
+                         {recipient, "File list " + state.jobId + " complete and zipped.",
+                          "File list is complete. Location " + readable(run.archivePath().native())},
+                         "Recipent and receiver are the same computer.");
+    switch (notified) {
+        case Notified::ThisComputer:
+            run.log += " No - unable to send to same computer.";
+            break;
+        case Notified::Sent:
+            run.result = "Zip process completed and notifications sent without any errors";
+            run.log += " Yes and acknowledgment received";
+            break;
+        case Notified::Silent:
+            run.result =
+                "Zip process completed without errors. However, notifications were not acknowledged by " + recipient;
+            run.log += " Yes but no acknowledgment received";
+            break;
     }
 }
 

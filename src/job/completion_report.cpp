@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/completion_report.h"
 
+#include "messaging/notification.h"
 #include "text/numbers.h"
 
 namespace quillon {
@@ -50,23 +51,15 @@ void sendCompletionReport(Job& job, AlertSender& alerts) {
     if (state.options.recipientIndex <= 0)
         return;
     const std::string& recipient = state.options.recipient;
-    const std::string body = completionReport(state, job.surroundings().hostName);
-    state.controls.busyPointer = true;
-    alerts.setAckState(AckState::Pending);
     Dialogs& dialogs = job.surroundings().dialogs;
-    if (alerts.isThisComputer(recipient)) {
-        dialogs.warn("Error", "Recipient of message is the same as the sender !");
-    } else {
-        std::string subject = "File list complete for Job ID : " + state.options.jobId;
-        static_cast<void>(
-            alerts.sendAlert(recipient, kAskForAcknowledgement, subject, body, hasCopyLine(state) ? 1 : 0));
-        alerts.turnWhilePending();
-        if (alerts.ackState() == AckState::None) {
-            dialogs.warn("File list complete",
-                         "File listing complete, but could not send notification to " + recipient);
-        }
+    const Notified notified = sendNotification(
+        alerts, dialogs,
+        {recipient, "File list complete for Job ID : " + state.options.jobId,
+         completionReport(state, job.surroundings().hostName), static_cast<std::int16_t>(hasCopyLine(state) ? 1 : 0)},
+        "Recipient of message is the same as the sender !");
+    if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
+        dialogs.warn("File list complete", "File listing complete, but could not send notification to " + recipient);
     }
-    state.controls.busyPointer = false;
 }
 
 }  // namespace quillon

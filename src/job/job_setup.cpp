@@ -18,7 +18,6 @@
 namespace quillon {
 namespace {
 
-constexpr const char* kQuery = "Query";
 constexpr const char* kPathNotSet = "System path not set!!";
 
 std::string lowerText(std::string_view text) {
@@ -47,24 +46,6 @@ bool countsAsContent(std::string_view entryName) {
     return name != "recycler" && name != "system volume information";
 }
 
-bool RecipientBox::holds(std::string_view item) const {
-    return std::find(items.begin(), items.end(), item) != items.end();
-}
-
-void RecipientBox::addQuery() {
-    if (!holds(kQuery))
-        items.emplace_back(kQuery);
-}
-
-void RecipientBox::select(int item) {
-    if (item >= 0 && item < static_cast<int>(items.size()))
-        index = item;
-}
-
-std::string RecipientBox::text() const {
-    return index < 0 ? std::string{} : items[static_cast<std::size_t>(index)];
-}
-
 void JobSetup::log(std::string text, std::optional<std::uint32_t> colour) {
     state_.log.add({surroundings_.clock.now(), std::move(text), colour});
 }
@@ -80,9 +61,8 @@ void JobSetup::jobIdChanged(std::string_view text) {
     for (std::string next = cleanJobId(id); next != id; next = cleanJobId(id)) id = next;
     sourceEnabled = !id.empty();
     if (id.empty())
-        state_.controls.runEnabled = false;
-    state_.controls.stopEnabled = false;
-    state_.controls.viewEnabled = true;
+        state_.mayRun = false;
+    state_.mayView = true;
     state_.options.jobId = id;
 }
 
@@ -103,12 +83,10 @@ FocusAfter JobSetup::dropSource(const NativePath& folder) {
 
 FocusAfter JobSetup::takeSource(const std::optional<NativePath>& folder) {
     state_.options.source = folder;
+    state_.mayRun = folder.has_value();
     if (folder) {
         log("Source : " + readable(folder->native()));
-        state_.controls.runEnabled = true;
-        state_.controls.viewEnabled = false;
-    } else {
-        state_.controls.runEnabled = false;
+        state_.mayView = false;
     }
     if (!confirmOverwrite())
         return FocusAfter::JobId;
@@ -255,7 +233,7 @@ std::optional<std::string> JobSetup::openExisting() {
     const NativePath list = listPath(name);
     if (!list.empty() && !pathExists(list)) {
         state_.texts.status = "Copying file, please wait ...";
-        state_.controls.busyPointer = true;
+        state_.fetchingList = true;
         surroundings_.loop.turn();
         FileCopier copier;
         const auto turning = [this](std::uint64_t, std::uint64_t) {
@@ -264,7 +242,7 @@ std::optional<std::string> JobSetup::openExisting() {
         };
         // A list that could not be copied is not there, and the counts stay at 0.
         static_cast<void>(copier.copy(files.front().native(), list.native(), turning));
-        state_.controls.busyPointer = false;
+        state_.fetchingList = false;
         state_.texts.status.clear();
     }
     return name;

@@ -6,11 +6,11 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "app/installation.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
+#include "messaging/recipient_box.h"
 
 namespace quillon {
 
@@ -24,18 +24,6 @@ namespace quillon {
 /// system's own "recycler" and "system volume information", in any case, do not.
 [[nodiscard]] bool countsAsContent(std::string_view entryName);
 
-/// The recipient box: at least the item "Query" once the settings were applied.
-struct RecipientBox {
-    std::vector<std::string> items;
-    int index = -1;
-    bool enabled = true;
-
-    [[nodiscard]] bool holds(std::string_view item) const;
-    void addQuery();  ///< adds "Query" unless an item is exactly that
-    void select(int item);
-    [[nodiscard]] std::string text() const;  ///< of the chosen item; empty for none
-};
-
 /// Where the keyboard goes after a picker.
 enum class FocusAfter { Stays, JobId };
 
@@ -45,7 +33,7 @@ public:
     JobSetup(Installation& installation, const Surroundings& surroundings, JobState& state)
         : installation_(installation), surroundings_(surroundings), state_(state) {}
 
-    RecipientBox recipients;
+    RecipientBox recipients;      ///< holds "Query" once the settings were applied
     std::string separator = "-";  ///< of the separator box; empty when the person emptied it
     bool sourceEnabled = false;   ///< CommandButton1
     bool targetEnabled = false;   ///< Command1

@@ -13,15 +13,6 @@ namespace quillon {
 
 namespace {
 
-void lockScreen(JobControls& controls, bool locked) {
-    controls.framesEnabled = !locked;
-    controls.menusEnabled = !locked;
-    controls.toolbarRestricted = locked;
-    controls.runEnabled = !locked;
-    controls.zipEnabled = !locked;
-    controls.stopEnabled = locked;
-}
-
 bool holds(std::u16string_view result, const std::u16string& message, Recount rule) {
     return rule == Recount::Contained ? result.find(trimRight(std::u16string_view(message))) != result.npos
                                       : result == message;
@@ -120,15 +111,15 @@ void upDateAllLabels(Job& job) {
     resetCounters(state);
     state.texts.status = "Updating statistics ...";
     job.turn();
-    state.controls.busyPointer = true;
-    lockScreen(state.controls, true);
+    state.recounting = true;
     const auto list = job.finalListPath();
     if (list && pathExists(*list)) {
         const auto counted = recount(job, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
-    state.controls.busyPointer = false;
-    lockScreen(state.controls, false);
+    state.recounting = false;
+    state.unlockedByRecount = state.phase != JobPhase::Idle;
+    state.mayRun = true;
 }
 
 }  // namespace quillon

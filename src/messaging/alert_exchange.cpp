@@ -28,9 +28,10 @@ constexpr AlertScreenRules kMainRules{
     .remembersPortConflict = false,
     .lateAnswerCounts = false,
     .writesLog = true,
+    .disablesButton = true,
+    .showsStatus = false,
+    .oneButton = false,
     .testRefusesThisComputer = false,
-    .testDisablesButton = true,
-    .testShowsStatus = false,
     .testTellsOddState = false,
 };
 constexpr AlertScreenRules kZipRules{
@@ -40,9 +41,10 @@ constexpr AlertScreenRules kZipRules{
     .remembersPortConflict = false,
     .lateAnswerCounts = false,
     .writesLog = true,
+    .disablesButton = false,
+    .showsStatus = false,
+    .oneButton = false,
     .testRefusesThisComputer = true,
-    .testDisablesButton = false,
-    .testShowsStatus = false,
     .testTellsOddState = true,
 };
 constexpr AlertScreenRules kWizardRules{
@@ -52,9 +54,10 @@ constexpr AlertScreenRules kWizardRules{
     .remembersPortConflict = true,
     .lateAnswerCounts = true,
     .writesLog = false,
+    .disablesButton = true,
+    .showsStatus = true,
+    .oneButton = true,
     .testRefusesThisComputer = true,
-    .testDisablesButton = true,
-    .testShowsStatus = true,
     .testTellsOddState = true,
 };
 

@@ -16,7 +16,7 @@ namespace quillon {
 
 enum class AlertScreen { Main, Zip, SetupWizard };
 
-/// Where the exchange and the test of a computer differ between the screens.
+/// Where the exchange, and query and test of a recipient box, differ between the screens.
 struct AlertScreenRules {
     bool datePrefix;             ///< date and time stand ahead of subject and body
     bool clientPeerIsTarget;     ///< the client's remote host before its bind is the target, else this computer
@@ -24,9 +24,10 @@ struct AlertScreenRules {
     bool remembersPortConflict;  ///< a taken port warns from then on and counts as acknowledged
     bool lateAnswerCounts;       ///< the time-out leaves an acknowledgement that was set
     bool writesLog;              ///< one record in the messaging log
+    bool disablesButton;         ///< "Query Network" and "Test" are off while they run
+    bool showsStatus;            ///< a line tells what runs; both sockets are closed ahead of a test
+    bool oneButton;              ///< query and test are one button, which follows the chosen item
     bool testRefusesThisComputer;
-    bool testDisablesButton;
-    bool testShowsStatus;    ///< a line of text during the test; both sockets are closed before it
     bool testTellsOddState;  ///< a test that was sent but not answered tells the trapped error
 };
 

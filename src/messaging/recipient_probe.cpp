@@ -39,44 +39,43 @@ void saveRecipient(const std::string& name, RecipientField field, Installation& 
     passOver(installation.saveSettingsRecord(), "the record in memory goes on, as after every failed save");
 }
 
-void begin(AlertExchange& exchange, RecipientProbeHost& host) {
+void begin(AlertExchange& exchange, const RecipientScreen& screen) {
     exchange.clearState();
-    if (exchange.rules().testShowsStatus) {
+    if (screen.rules.showsStatus)
         exchange.closeSockets();
-        host.showTestStatus("Testing network messaging, please wait ... ");
-    }
-    if (exchange.rules().testDisablesButton)
-        host.enableTestButton(false);
+    screen.showStatus("Testing network messaging, please wait ... ");
+    if (screen.rules.disablesButton)
+        screen.enable(screen.box.testEnabled, false);
 }
 
-void end(const AlertExchange& exchange, RecipientProbeHost& host) {
-    host.showBusyPointer(false);
-    host.enableTestButton(true);
-    if (exchange.rules().testShowsStatus)
-        host.showTestStatus("");
+void end(const RecipientScreen& screen) {
+    screen.showBusy(false);
+    screen.enable(screen.box.testEnabled, true);
+    screen.showStatus("");
 }
 
 }  // namespace
 
-void testRecipient(const std::string& name, RecipientField field, AlertExchange& exchange, Installation& installation,
-                   const Surroundings& surroundings, RecipientProbeHost& host) {
-    begin(exchange, host);
-    if (exchange.rules().testRefusesThisComputer && exchange.isThisComputer(name)) {
+void testRecipient(RecipientField field, AlertExchange& exchange, Installation& installation,
+                   const Surroundings& surroundings, const RecipientScreen& screen) {
+    const std::string name = screen.box.text();
+    begin(exchange, screen);
+    if (screen.rules.testRefusesThisComputer && exchange.isThisComputer(name)) {
         surroundings.dialogs.tell("UDP Conflict", "Unable to send messages to computer with same name.");
-        end(exchange, host);
+        end(screen);
         return;
     }
-    host.showBusyPointer(true);
+    screen.showBusy(true);
     std::string subject = "Test from quillon system";
     const bool sent =
         exchange.sendAlert(name, kAskForAcknowledgement, subject, "Future messages can be viewed here.", 0);
-    end(exchange, host);
+    end(screen);
     if (!sent) {
         surroundings.dialogs.warn("Communication error", noConnectionText(name));
     } else if (exchange.ackState() == AckState::Acknowledged) {
         if (surroundings.dialogs.ask("Save as default?", saveQuestion(name, exchange.portConflict())))
             saveRecipient(name, field, installation);
-    } else if (exchange.rules().testTellsOddState && !exchange.portConflict()) {
+    } else if (screen.rules.testTellsOddState && !exchange.portConflict()) {
         surroundings.dialogs.warn("Error", notSentText(exchange.errorText()));
     }
 }

@@ -1,27 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The "Test" button of the recipient boxes: what the main window, the zip screen and the setup wizard have in common.
-
-#include <string>
+// The "Test" button of a recipient box.
 
 #include "app/installation.h"
 #include "app/surroundings.h"
-#include "messaging/alert_exchange.h"
+#include "messaging/recipient_box.h"
 
 namespace quillon {
-
-/// The controls that a test touches.
-class RecipientProbeHost {
-public:
-    virtual ~RecipientProbeHost() = default;
-    /// The button that was pressed: Command3, Command8, or the wizard's Command9 or Command10.
-    virtual void enableTestButton(bool enabled) = 0;
-    /// The hourglass.
-    virtual void showBusyPointer(bool busy) = 0;
-    /// The wizard's Label18. The other screens are never asked.
-    virtual void showTestStatus(const std::string& text) = 0;
-};
 
 /// Where the name goes when the person wants to keep it.
 enum class RecipientField {
@@ -34,8 +20,8 @@ enum class RecipientField {
 /// TheZipScreenStoresTheRecipientOfTheMainWindow).
 inline constexpr RecipientField kZipScreenRecipient = RecipientField::Alert;
 
-/// Sends a test alert to `name`, tells how it went and, when it was acknowledged, offers to save the name.
-void testRecipient(const std::string& name, RecipientField field, AlertExchange& exchange, Installation& installation,
-                   const Surroundings& surroundings, RecipientProbeHost& host);
+/// Sends a test alert to the chosen computer, tells how it went and, when it was acknowledged, offers to save the name.
+void testRecipient(RecipientField field, AlertExchange& exchange, Installation& installation,
+                   const Surroundings& surroundings, const RecipientScreen& screen);
 
 }  // namespace quillon

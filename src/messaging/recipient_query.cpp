@@ -18,33 +18,26 @@ std::vector<std::string> recipientItems(const std::string& serverList) {
     return items;
 }
 
-RecipientButton recipientButtonFor(const std::string& selectedItem) {
-    if (selectedItem == kQueryItem)
-        return {kQueryItem, true};
-    return {kTestCaption, selectedItem != kPleaseSelectItem};
-}
-
-void queryRecipients(AlertScreen screen, CNetworkEnum& network, RecipientQueryHost& host) {
-    const bool isWizard = screen == AlertScreen::SetupWizard;
-    const bool disablesButton = screen != AlertScreen::Zip;
-    if (disablesButton)
-        host.enableQueryButton(false);
-    host.showBusyPointer(true);
-    if (isWizard)
-        host.showQueryStatus("Querying computers on the network, please wait ...");
+void queryRecipients(CNetworkEnum& network, const RecipientScreen& screen) {
+    RecipientBox& box = screen.box;
+    if (screen.rules.disablesButton)
+        screen.enable(box.queryEnabled, false);
+    screen.showBusy(true);
+    screen.showStatus("Querying computers on the network, please wait ...");
     network.Reset();
-    const auto items = recipientItems(network.GetServerList());
-    const bool found = items.front() != kNoComputersItem;
-    host.setRecipients(items, found);
-    host.showBusyPointer(false);
-    RecipientButton button;
-    if (isWizard) {
-        button = recipientButtonFor(found ? items.front() : kQueryItem);
-        host.setQueryButtonCaption(button.caption);
-        host.showQueryStatus("");
+    box.items = recipientItems(network.GetServerList());
+    box.enabled = box.items.front() != kNoComputersItem;
+    if (screen.rules.oneButton) {
+        box.choose(0);
+        box.tests = box.enabled;
+    } else {
+        box.select(0);
     }
-    if (disablesButton)
-        host.enableQueryButton(button.enabled);
+    screen.show();
+    screen.showBusy(false);
+    screen.showStatus("");
+    if (screen.rules.disablesButton)
+        screen.enable(box.queryEnabled, true);
 }
 
 }  // namespace quillon

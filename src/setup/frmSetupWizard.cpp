@@ -139,11 +139,10 @@ void frmSetupWizard::showChecks() {
     showTick(*Check4, state.useCommonHeaders);
 }
 
-void frmSetupWizard::showRecipients(const WizardRecipients& shown, QComboBox& box, QPushButton& button) {
-    showItems(box, shown.items, shown.index);
-    box.setEnabled(shown.enabled);
-    button.setText(toQt(shown.buttonCaption));
-    button.setEnabled(shown.buttonEnabled);
+void frmSetupWizard::showRecipients(const RecipientBox& shown, QComboBox& box, QPushButton& button) {
+    showChoice(box, shown);
+    button.setText(toQt(shown.button().caption));
+    button.setEnabled(shown.button().enabled);
 }
 
 void frmSetupWizard::beep() {

@@ -90,7 +90,7 @@ private:
     void connectRecipients();
     void showPaths();
     void showChecks();
-    static void showRecipients(const WizardRecipients& shown, QComboBox& box, QPushButton& button);
+    static void showRecipients(const RecipientBox& shown, QComboBox& box, QPushButton& button);
 
     // StepScreen and WizardHost
     void readInputs() override;

@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "messaging/recipient_query.h"
 #include "platform/folders.h"
 #include "setup/settings_transfer.h"
 

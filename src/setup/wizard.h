@@ -87,10 +87,8 @@ public:
     void exit();          ///< Command5; the file keeps what the steps have written
 
 private:
-    class RecipientHost;
-
     void fillFromRecord();
-    [[nodiscard]] WizardRecipients& recipients(WizardRecipient which);
+    [[nodiscard]] RecipientBox& recipients(WizardRecipient which);
     void goTo(WizardTab tab);
     void saveAndRefresh();
     void showBusy(bool busy);

@@ -12,66 +12,25 @@ constexpr const char* kNobody = "Nobody";
 
 }  // namespace
 
-/// Shows a query or a test in one recipient box, its button and the status line.
-class SetupWizard::RecipientHost final : public RecipientQueryHost, public RecipientProbeHost {
-public:
-    RecipientHost(SetupWizard& wizard, WizardRecipient which)
-        : wizard_(wizard), which_(which), box_(wizard.recipients(which)) {}
-
-    void enableQueryButton(bool enabled) override { enable(enabled); }
-    void enableTestButton(bool enabled) override { enable(enabled); }
-    void setQueryButtonCaption(const std::string& caption) override {
-        box_.buttonCaption = caption;
-        wizard_.host_.showState();
-    }
-    void showBusyPointer(bool busy) override { wizard_.showBusy(busy); }
-    void showQueryStatus(const std::string& text) override { showStatus(text); }
-    void showTestStatus(const std::string& text) override { showStatus(text); }
-    void setRecipients(const std::vector<std::string>& items, bool enabled) override {
-        box_.items = items;
-        box_.enabled = enabled;
-        wizard_.chooseRecipient(which_, 0);
-    }
-
-private:
-    void enable(bool enabled) {
-        box_.buttonEnabled = enabled;
-        wizard_.host_.showState();
-    }
-    void showStatus(const std::string& text) {
-        wizard_.state.networkStatus = text;
-        wizard_.host_.showState();
-    }
-
-    SetupWizard& wizard_;
-    WizardRecipient which_;
-    WizardRecipients& box_;
-};
-
-WizardRecipients& SetupWizard::recipients(WizardRecipient which) {
+RecipientBox& SetupWizard::recipients(WizardRecipient which) {
     return which == WizardRecipient::Alert ? state.alertRecipients : state.zipRecipients;
 }
 
 void SetupWizard::chooseRecipient(WizardRecipient which, int index) {
-    WizardRecipients& box = recipients(which);
-    box.index = index;
-    if (!box.items.empty()) {
-        const RecipientButton button = recipientButtonFor(box.text());
-        box.buttonCaption = button.caption;
-        box.buttonEnabled = button.enabled;
-    }
+    recipients(which).choose(index);
     host_.showState();
 }
 
 void SetupWizard::pressRecipientButton(WizardRecipient which) {
-    RecipientHost host(*this, which);
-    if (recipients(which).buttonCaption == kQueryItem) {
+    const RecipientScreen screen{alertScreenRules(AlertScreen::SetupWizard), recipients(which), state.busyPointer,
+                                 &state.networkStatus, [this] { host_.showState(); }};
+    if (!screen.box.tests) {
         CNetworkEnum network(network_, surroundings_.loop);
-        queryRecipients(AlertScreen::SetupWizard, network, host);
+        queryRecipients(network, screen);
         return;
     }
     const auto field = which == WizardRecipient::Alert ? RecipientField::Alert : RecipientField::Zip;
-    testRecipient(recipients(which).text(), field, alerts_, installation_, surroundings_, host);
+    testRecipient(field, alerts_, installation_, surroundings_, screen);
 }
 
 void SetupWizard::revertRecipient(WizardRecipient which) {
@@ -83,7 +42,7 @@ void SetupWizard::revertRecipient(WizardRecipient which) {
     const std::string question = alert ? "Revert Alerts to " : "Revert Zip Alerts to ";
     if (!surroundings_.dialogs.ask("Revert Alert", question + name + " ?"))
         return;
-    WizardRecipients& box = recipients(which);
+    RecipientBox& box = recipients(which);
     box.items = {kQueryItem};
     if (name != kNobody)
         box.items.push_back(name);

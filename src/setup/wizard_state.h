@@ -6,8 +6,8 @@
 
 #include <array>
 #include <string>
-#include <vector>
 
+#include "messaging/recipient_box.h"
 #include "platform/file.h"
 
 namespace quillon {
@@ -29,21 +29,6 @@ enum class SetupMethod { None = -1, Import = 0, Manual = 1 };
 
 /// How long the hint about the browse button stays: the interval of `Timer1`.
 inline constexpr int kHintMilliseconds = 6000;
-
-/// A recipient box and the button beside it, which queries the network or tests the chosen computer.
-struct WizardRecipients {
-    std::vector<std::string> items;
-    int index = -1;  ///< the chosen item, from 0
-    bool enabled = true;
-    std::string buttonCaption = "Query";
-    bool buttonEnabled = true;
-
-    /// The text that the box shows; empty without a choice.
-    [[nodiscard]] std::string text() const {
-        const auto at = static_cast<std::size_t>(index);
-        return index >= 0 && at < items.size() ? items[at] : std::string();
-    }
-};
 
 struct SetupWizardState {
     std::size_t currentTab = kSetupDbTab;  ///< SftTabs1
@@ -76,8 +61,8 @@ struct SetupWizardState {
     std::string separator;          ///< Text4; never filled and never read
 
     // "Alerts"
-    WizardRecipients alertRecipients;  ///< Combo1 and Command9
-    WizardRecipients zipRecipients;    ///< Combo2 and Command10
+    RecipientBox alertRecipients;  ///< Combo1 and Command9
+    RecipientBox zipRecipients;    ///< Combo2 and Command10
 
     // Always there
     std::string copyStatus;        ///< Label17

@@ -52,10 +52,11 @@
 
 #include <QMainWindow>
 
+#include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
-#include "messaging/recipient_probe.h"
-#include "messaging/recipient_query.h"
+#include "messaging/alert_exchange.h"
+#include "messaging/network_enum.h"
 #include "ui/frmMain_controls.h"
 #include "widgets/grid_model.h"
 #include "widgets/navigator.h"
@@ -84,12 +85,7 @@ struct MainWindowAlerts {
     std::shared_ptr<NetworkProvider> network;
 };
 
-class frmMain final : public QMainWindow,
-                      public MainWindowDoor,
-                      private JobHost,
-                      private RecipientQueryHost,
-                      private RecipientProbeHost,
-                      private frmMainControls {
+class frmMain final : public QMainWindow, public MainWindowDoor, private JobHost, private frmMainControls {
     Q_OBJECT
 
 public:
@@ -163,21 +159,13 @@ private:
     void focusTargetPicker() override;
     void updateToolbar() override { showState(); }
 
-    // RecipientQueryHost and RecipientProbeHost; status lines and captions are the wizard's alone
-    void enableQueryButton(bool enabled) override;
-    void setQueryButtonCaption(const std::string& /*caption*/) override {}
-    void showBusyPointer(bool busy) override;
-    void showQueryStatus(const std::string& /*text*/) override {}
-    void setRecipients(const std::vector<std::string>& items, bool enabled) override;
-    void enableTestButton(bool enabled) override;
-    void showTestStatus(const std::string& /*text*/) override {}
-
+    [[nodiscard]] RecipientScreen recipientScreen();
     void afterSource(FocusAfter focus);
     void logChangedFromTheGround();
     void showCounts();
     void showTexts();
     void showControls();
-    void showToolbar();
+    void showToolbar(const JobBoard& board);
     void showOptions();
     void showLog();
     void leaveIfAbandoned();
@@ -192,6 +180,7 @@ private:
     bool loaded_ = false;
     bool running_ = false;
     bool toolbarRestricted_ = false;
+    bool askingNetwork_ = false;
     bool unloading_ = false;
     bool showing_ = false;
     std::int64_t leaveBy_ = 0;

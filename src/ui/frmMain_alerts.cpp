@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: MIT
 // The recipient box of the main window: asking the network for computers, and sending one of them a test.
-#include <QPushButton>
-
+#include "messaging/recipient_probe.h"
+#include "messaging/recipient_query.h"
 #include "ui/frmMain.h"
 #include "widgets/window_event_loop.h"
 
 namespace quillon {
+
+RecipientScreen frmMain::recipientScreen() {
+    return {alertScreenRules(AlertScreen::Main), setup_.recipients, askingNetwork_, nullptr,
+            [this] { context_.loop.flush(); }};
+}
 
 // Query Network
 void frmMain::Command2_Click() {
     if (!alerts_.network)
         return;
     CNetworkEnum network(alerts_.network, context_.loop);
-    queryRecipients(AlertScreen::Main, network, *this);
+    queryRecipients(network, recipientScreen());
     showState();
 }
 
@@ -20,28 +25,8 @@ void frmMain::Command2_Click() {
 void frmMain::Command3_Click() {
     if (alerts_.exchange == nullptr)
         return;
-    testRecipient(setup_.recipients.text(), RecipientField::None, *alerts_.exchange, context_.installation,
-                  context_.surroundings, *this);
-    showState();
-}
-
-void frmMain::enableQueryButton(bool enabled) {
-    Command2->setEnabled(enabled);
-}
-
-void frmMain::enableTestButton(bool enabled) {
-    Command3->setEnabled(enabled);
-}
-
-void frmMain::showBusyPointer(bool busy) {
-    job_.state.controls.busyPointer = busy;
-    context_.loop.flush();
-}
-
-void frmMain::setRecipients(const std::vector<std::string>& items, bool enabled) {
-    setup_.recipients.items = items;
-    setup_.recipients.index = items.empty() ? -1 : 0;
-    setup_.recipients.enabled = enabled;
+    testRecipient(RecipientField::None, *alerts_.exchange, context_.installation, context_.surroundings,
+                  recipientScreen());
     showState();
 }
 

@@ -39,18 +39,21 @@ inline void showChoice(QComboBox& box, int index) {
     box.setCurrentIndex(index);
 }
 
-/// Items and the chosen one; the same items again leave an open list alone.
-inline void showItems(QComboBox& box, const std::vector<std::string>& items, int index) {
+/// A choice whose items come and go: anything with `items`, the `index` of the chosen one and `enabled`. The same items
+/// again leave an open list alone.
+template <typename Choice>
+void showChoice(QComboBox& box, const Choice& choice) {
     const QSignalBlocker quiet(box);
     QStringList wanted;
-    for (const auto& item : items) wanted.append(toQt(item));
+    for (const std::string& item : choice.items) wanted.append(toQt(item));
     QStringList present;
     for (int i = 0; i < box.count(); ++i) present.append(box.itemText(i));
     if (wanted != present) {
         box.clear();
         box.addItems(wanted);
     }
-    box.setCurrentIndex(index);
+    box.setCurrentIndex(choice.index);
+    box.setEnabled(choice.enabled);
 }
 
 inline void showTick(QAbstractButton& box, bool ticked) {

@@ -342,7 +342,7 @@ TEST_F(ZipNotificationTest, SilenceIsTold) {
 }
 
 TEST_F(ZipNotificationTest, ThisComputerGetsNone) {
-    lists.state.recipients = {"Query", "LAB7"};
+    lists.state.recipients.items = {"Query", "LAB7"};
     fake.dialogs.expectBox("Error", "Recipent and receiver are the same computer.", BoxAnswer::Ok, BoxStyle::Warning);
     expectComplete();
     lists.zip();
@@ -353,8 +353,8 @@ TEST_F(ZipNotificationTest, ThisComputerGetsNone) {
 }
 
 TEST_F(ZipNotificationTest, PleaseSelectCountsAsTheFirstItem) {
-    lists.state.recipients = {"Please Select", "DESK2"};
-    lists.state.recipientIndex = 0;
+    lists.state.recipients.items = {"Please Select", "DESK2"};
+    lists.state.recipients.index = 0;
     expectComplete();
     lists.zip();
     EXPECT_TRUE(alerts.sent.empty());
@@ -363,7 +363,7 @@ TEST_F(ZipNotificationTest, PleaseSelectCountsAsTheFirstItem) {
 }
 
 TEST_F(ZipNotificationTest, AnEmptyRecipientIsSentTo) {
-    lists.state.recipients = {"Query", ""};
+    lists.state.recipients.items = {"Query", ""};
     alerts.answer = false;
     expectComplete("Zip process completed without errors. However, notifications were not acknowledged by ");
     lists.zip();

@@ -29,28 +29,28 @@ TEST_F(ZipFileListsTest, LoadFillsTheGridWithTheListsOfTheJob) {
 TEST_F(ZipFileListsTest, AStoredRecipientIsAddedAndChosen) {
     installation.settings.zipRecipient.assign(PageText{"DESK2"});
     open();
-    EXPECT_THAT(lists.state.recipients, ElementsAre("Query", "DESK2"));
-    EXPECT_EQ(lists.state.recipientIndex, 1);
-    EXPECT_EQ(lists.state.recipient(), "DESK2");
-    EXPECT_TRUE(lists.state.testEnabled);
+    EXPECT_THAT(lists.state.recipients.items, ElementsAre("Query", "DESK2"));
+    EXPECT_EQ(lists.state.recipients.index, 1);
+    EXPECT_EQ(lists.state.recipients.text(), "DESK2");
+    EXPECT_TRUE(lists.state.recipients.testEnabled);
 }
 
 TEST_F(ZipFileListsTest, QueryAsStoredRecipientStandsOnTheFirstItem) {
     open();
-    EXPECT_THAT(lists.state.recipients, ElementsAre("Query"));
-    EXPECT_EQ(lists.state.recipientIndex, 0);
-    EXPECT_FALSE(lists.state.testEnabled);
+    EXPECT_THAT(lists.state.recipients.items, ElementsAre("Query"));
+    EXPECT_EQ(lists.state.recipients.index, 0);
+    EXPECT_FALSE(lists.state.recipients.testEnabled);
 }
 
 TEST_F(ZipFileListsTest, AnEmptyRecipientStandsOnASecondItem) {
     installation.settings.zipRecipient.assign(PageText{""});
     open();
-    EXPECT_THAT(lists.state.recipients, ElementsAre("Query", ""));
-    EXPECT_EQ(lists.state.recipientIndex, 1);
-    EXPECT_TRUE(lists.state.testEnabled);
+    EXPECT_THAT(lists.state.recipients.items, ElementsAre("Query", ""));
+    EXPECT_EQ(lists.state.recipients.index, 1);
+    EXPECT_TRUE(lists.state.recipients.testEnabled);
     installation.settings.zipRecipient.assign(PageText{"LAB7"});
     lists.reload();
-    EXPECT_EQ(lists.state.recipient(), "LAB7");
+    EXPECT_EQ(lists.state.recipients.text(), "LAB7");
 }
 
 TEST_F(ZipFileListsTest, ReloadBringsTheListsBack) {
@@ -143,24 +143,24 @@ TEST_F(ZipFileListsTest, AnEmptyChoiceGivesArchivesBelowTheLocalPath) {
 TEST_F(ZipFileListsTest, AQueryFillsTheRecipients) {
     open();
     lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"}));
-    EXPECT_THAT(lists.state.recipients, ElementsAre("Please Select", "DESK2", "DESK3"));
-    EXPECT_EQ(lists.state.recipientIndex, 0);
-    EXPECT_TRUE(lists.state.recipientsEnabled);
+    EXPECT_THAT(lists.state.recipients.items, ElementsAre("Please Select", "DESK2", "DESK3"));
+    EXPECT_EQ(lists.state.recipients.index, 0);
+    EXPECT_TRUE(lists.state.recipients.enabled);
     EXPECT_FALSE(lists.state.busyPointer);
 }
 
 TEST_F(ZipFileListsTest, AQueryWithoutAnAnswerDisablesTheBox) {
     open();
     lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{}));
-    EXPECT_THAT(lists.state.recipients, ElementsAre("No Computers Found"));
-    EXPECT_FALSE(lists.state.recipientsEnabled);
+    EXPECT_THAT(lists.state.recipients.items, ElementsAre("No Computers Found"));
+    EXPECT_FALSE(lists.state.recipients.enabled);
 }
 
 TEST_F(ZipFileListsTest, AChoiceAfterAQueryLeavesTestAsItWas) {
     open();
     lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"}));
-    lists.state.recipientIndex = 1;
-    EXPECT_FALSE(lists.state.testEnabled);
+    lists.state.recipients.index = 1;
+    EXPECT_FALSE(lists.state.recipients.testEnabled);
 }
 
 TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameName) {
@@ -170,8 +170,8 @@ TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameName) {
     AlertExchange exchange(AlertScreen::Zip, server, client, installation, fake.surroundings,
                            [this] { return lists.state.jobId; });
     open();
-    lists.state.recipients = {"Query", "LAB7"};
-    lists.state.recipientIndex = 1;
+    lists.state.recipients.items = {"Query", "LAB7"};
+    lists.state.recipients.index = 1;
     fake.dialogs.expectBox("UDP Conflict", "Unable to send messages to computer with same name.", BoxAnswer::Ok,
                            BoxStyle::Plain);
     lists.testRecipient(exchange);

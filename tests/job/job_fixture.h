@@ -13,9 +13,9 @@
 #include <gtest/gtest.h>
 
 #include "job/job.h"
-#include "platform/posix_files.h"
 #include "support/fake_surroundings.h"
 #include "support/list_bytes.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {

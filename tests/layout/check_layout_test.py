@@ -62,7 +62,7 @@ class Includes(LayoutCase):
         self.assertFinds("does not start with a folder")
 
     def test_screen_may_use_shared_widgets(self):
-        self.put("src/viewer/frmViewList.cpp", '#include <QTableView>\n#include "widgets/hex_view.h"\n#include "ui_frmViewList.h"\n')
+        self.put("src/viewer/frmViewList.cpp", '#include <QTableView>\n#include "widgets/hex_view.h"\n')
         self.assertHolds()
 
     def test_screen_must_not_look_up_to_the_main_window(self):
@@ -92,7 +92,7 @@ class Includes(LayoutCase):
 
 class QtAndSystem(LayoutCase):
     def test_qt_in_core_is_found(self):
-        for include in ("<QString>", "<QtCore/QString>", '"ui_frmMain.h"'):
+        for include in ("<QString>", "<QtCore/QString>"):
             with self.subTest(include):
                 self.put("src/job/counts.h", f"#include {include}\n")
                 self.assertFinds("src/job/counts.h", "Qt")

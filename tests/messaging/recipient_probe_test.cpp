@@ -4,21 +4,13 @@
 #include <gmock/gmock.h>
 
 #include "messaging/exchange_fixture.h"
+#include "messaging/recorded_recipients.h"
 #include "platform/folders.h"
 
 namespace quillon {
 namespace {
 
 using testing::ElementsAre;
-
-class RecordingTestHost final : public RecipientProbeHost {
-public:
-    void enableTestButton(bool enabled) override { steps.emplace_back(enabled ? "enable" : "disable"); }
-    void showBusyPointer(bool busy) override { steps.emplace_back(busy ? "hourglass" : "pointer"); }
-    void showTestStatus(const std::string& text) override { steps.push_back("status \"" + text + "\""); }
-
-    std::vector<std::string> steps;
-};
 
 class RecipientProbe : public test::ExchangeFixture {
 protected:
@@ -27,8 +19,14 @@ protected:
         installation.settings.alertRecipient.assign(toPage("OLD1"));
         installation.settings.zipRecipient.assign(toPage("OLD2"));
     }
+    void use(AlertScreen chosen) {
+        screen = chosen;
+        ExchangeFixture::use(chosen);
+    }
     void run(const std::string& name, RecipientField field = RecipientField::None) {
-        testRecipient(name, field, *exchange, installation, around.surroundings, host);
+        host.box.items = {"Query", name};
+        host.box.choose(1);
+        testRecipient(field, *exchange, installation, around.surroundings, host.screen(screen));
     }
     void answer() { arriveInTurn(1, client, test::kAck); }
     void expectNoConnection(const std::string& name) {
@@ -52,7 +50,8 @@ protected:
     AppSettings saved() const { return decodeSettings(folder.read("app/settings.dat")); }
     bool isSaved() const { return pathExists(folder.path() / "app/settings.dat"); }
 
-    RecordingTestHost host;
+    test::RecordedRecipients host;
+    AlertScreen screen = AlertScreen::Main;
 };
 
 TEST_F(RecipientProbe, SendsTheTestTexts) {
@@ -79,7 +78,8 @@ TEST_F(RecipientProbe, TheZipScreenLeavesItsButtonUsableMeanwhile) {
     answer();
     expectSaveQuestion(BoxAnswer::No);
     run("DESK2", kZipScreenRecipient);
-    EXPECT_THAT(host.steps, ElementsAre("hourglass", "pointer", "enable"));
+    EXPECT_THAT(host.steps, ElementsAre("hourglass", "pointer"));
+    EXPECT_TRUE(host.box.testEnabled);
 }
 
 TEST_F(RecipientProbe, TheWizardClosesItsSocketsAndShowsAStatus) {
@@ -96,8 +96,8 @@ TEST_F(RecipientProbe, TheWizardClosesItsSocketsAndShowsAStatus) {
 }
 
 TEST_F(RecipientProbe, SilenceIsToldWithTheFiveReasons) {
-    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
-        use(screen);
+    for (const AlertScreen one : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(one);
         tickPerTurn(1000);
         expectNoConnection("DESK2");
         run("DESK2");
@@ -114,8 +114,8 @@ TEST_F(RecipientProbe, AnOlderStateIsClearedFirst) {
 }
 
 TEST_F(RecipientProbe, ThisComputerIsRefusedOnTheZipScreenAndTheWizard) {
-    for (const AlertScreen screen : {AlertScreen::Zip, AlertScreen::SetupWizard}) {
-        use(screen);
+    for (const AlertScreen one : {AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(one);
         around.dialogs.expectBox("UDP Conflict", "Unable to send messages to computer with same name.", BoxAnswer::Ok,
                                  BoxStyle::Plain);
         run("lab7");
@@ -184,8 +184,8 @@ TEST_F(RecipientProbe, WithTheMessengerOnThisComputerTheWizardWarnsAndAsksToSave
 }
 
 TEST_F(RecipientProbe, WithTheMessengerOnThisComputerTheOtherScreensTellACommunicationError) {
-    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip}) {
-        use(screen);
+    for (const AlertScreen one : {AlertScreen::Main, AlertScreen::Zip}) {
+        use(one);
         client.bindError = FileError{ErrorKind::AddressInUse, "Address in use"};
         tickPerTurn(1000);
         expectNoConnection("DESK2");
@@ -195,8 +195,8 @@ TEST_F(RecipientProbe, WithTheMessengerOnThisComputerTheOtherScreensTellACommuni
 
 // Something on the source port ended the wait and left the state as it was.
 TEST_F(RecipientProbe, ATestThatWasSentButNotAnsweredTellsTheErrorOnTheZipScreenAndTheWizard) {
-    for (const AlertScreen screen : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
-        use(screen);
+    for (const AlertScreen one : {AlertScreen::Main, AlertScreen::Zip, AlertScreen::SetupWizard}) {
+        use(one);
         client.announces = false;
         around.loop.turns = 0;
         around.loop.onTurn = [this](int turn) {
@@ -206,11 +206,11 @@ TEST_F(RecipientProbe, ATestThatWasSentButNotAnsweredTellsTheErrorOnTheZipScreen
             client.arrive("text");
             server.arrive("never read");
         };
-        if (screen != AlertScreen::Main) {
+        if (one != AlertScreen::Main) {
             around.dialogs.expectBox(
                 "Error",
                 "Unable to send test message. The system returned the following error code : " +
-                    std::string(screen == AlertScreen::Zip ? "0" : "") +
+                    std::string(one == AlertScreen::Zip ? "0" : "") +
                     "\r\nIf this system is running the ZOV-Messenger, then this machine will be unable to send "
                     "messages "
                     "as the ports it needs to send data are listening for data coming from other machines.",

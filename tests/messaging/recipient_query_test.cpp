@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "messaging/recorded_recipients.h"
 #include "support/fake_surroundings.h"
 
 namespace quillon {
@@ -21,26 +22,11 @@ public:
     std::vector<NetworkResource> servers;
 };
 
-class RecordingQueryHost final : public RecipientQueryHost {
-public:
-    void enableQueryButton(bool enabled) override { steps.emplace_back(enabled ? "enable" : "disable"); }
-    void setQueryButtonCaption(const std::string& caption) override { steps.push_back("caption " + caption); }
-    void showBusyPointer(bool busy) override { steps.emplace_back(busy ? "hourglass" : "pointer"); }
-    void showQueryStatus(const std::string& text) override { steps.push_back("status \"" + text + "\""); }
-    void setRecipients(const std::vector<std::string>& newItems, bool enabled) override {
-        steps.emplace_back(enabled ? "items" : "items, box disabled");
-        items = newItems;
-    }
-
-    std::vector<std::string> steps;
-    std::vector<std::string> items;
-};
-
 class RecipientQuery : public testing::Test {
 protected:
     void run(AlertScreen screen) {
         CNetworkEnum network(provider, loop);
-        queryRecipients(screen, network, host);
+        queryRecipients(network, host.screen(screen));
     }
     void twoComputers() {
         provider->servers = {{DisplayType::Server, 0, "\\\\LAB7"}, {DisplayType::Server, 0, "\\\\DESK2"}};
@@ -48,18 +34,18 @@ protected:
 
     test::CountingLoop loop;
     std::shared_ptr<FixedNetwork> provider = std::make_shared<FixedNetwork>();
-    RecordingQueryHost host;
+    test::RecordedRecipients host;
 };
 
 TEST_F(RecipientQuery, TheItemsArePleaseSelectAndTheNamesThisComputersOwnIncluded) {
     twoComputers();
     run(AlertScreen::Main);
-    EXPECT_THAT(host.items, ElementsAre("Please Select", "LAB7", "DESK2"));
+    EXPECT_THAT(host.box.items, ElementsAre("Please Select", "LAB7", "DESK2"));
 }
 
 TEST_F(RecipientQuery, WithoutServersTheBoxIsDisabledAndSaysSo) {
     run(AlertScreen::Main);
-    EXPECT_THAT(host.items, ElementsAre("No Computers Found"));
+    EXPECT_THAT(host.box.items, ElementsAre("No Computers Found"));
     EXPECT_THAT(host.steps, ElementsAre("disable", "hourglass", "items, box disabled", "pointer", "enable"));
 }
 
@@ -80,14 +66,16 @@ TEST_F(RecipientQuery, TheWizardShowsAStatusAndItsButtonWaitsForAChoice) {
     run(AlertScreen::SetupWizard);
     EXPECT_THAT(host.steps,
                 ElementsAre("disable", "hourglass", "status \"Querying computers on the network, please wait ...\"",
-                            "items", "pointer", "caption Test", "status \"\"", "disable"));
+                            "items", "caption Test", "pointer", "status \"\""));
+    EXPECT_EQ(host.box.button(), (RecipientButton{"Test", false}));
 }
 
 TEST_F(RecipientQuery, WithoutServersTheWizardsButtonQueriesAgain) {
     run(AlertScreen::SetupWizard);
     EXPECT_THAT(host.steps,
                 ElementsAre("disable", "hourglass", "status \"Querying computers on the network, please wait ...\"",
-                            "items, box disabled", "pointer", "caption Query", "status \"\"", "enable"));
+                            "items, box disabled", "pointer", "status \"\"", "enable"));
+    EXPECT_EQ(host.box.button(), (RecipientButton{"Query", true}));
 }
 
 TEST_F(RecipientQuery, TheWizardsButtonFollowsTheSelectedItem) {

@@ -12,8 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
-#include "platform/posix_files.h"
 #include "platform/whole_file.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
-#include "platform/posix_files.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {

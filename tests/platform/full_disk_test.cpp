@@ -17,9 +17,9 @@
 #include "app/kept_files.h"
 #include "platform/copy_file.h"
 #include "platform/folders.h"
-#include "platform/posix_files.h"
 #include "platform/whole_file.h"
 #include "support/fake_surroundings.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {

@@ -10,8 +10,8 @@
 
 #include "app/installation.h"
 #include "platform/folder_lock.h"
-#include "platform/posix_files.h"
 #include "support/list_bytes.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 #include "text/list_text.h"
 

@@ -13,9 +13,9 @@
 
 #include "app/folder_structure.h"
 #include "platform/folders.h"
-#include "platform/posix_files.h"
 #include "platform/whole_file.h"
 #include "support/list_bytes.h"
+#include "support/posix_files.h"
 #include "support/strace.h"
 #include "support/temp_folder.h"
 #include "text/fields.h"

@@ -26,18 +26,18 @@ protected:
 TEST_F(WizardAlertsTest, TheButtonFollowsTheChoice) {
     state().alertRecipients.items = {"Query", "Please Select", "DESK2"};
     wizard.chooseRecipient(WizardRecipient::Alert, 2);
-    EXPECT_EQ(state().alertRecipients.buttonCaption, "Test");
-    EXPECT_TRUE(state().alertRecipients.buttonEnabled);
+    EXPECT_EQ(state().alertRecipients.button().caption, "Test");
+    EXPECT_TRUE(state().alertRecipients.button().enabled);
     wizard.chooseRecipient(WizardRecipient::Alert, 1);
-    EXPECT_FALSE(state().alertRecipients.buttonEnabled);
+    EXPECT_FALSE(state().alertRecipients.button().enabled);
     wizard.chooseRecipient(WizardRecipient::Alert, 0);
-    EXPECT_EQ(state().alertRecipients.buttonCaption, "Query");
-    EXPECT_TRUE(state().alertRecipients.buttonEnabled);
+    EXPECT_EQ(state().alertRecipients.button().caption, "Query");
+    EXPECT_TRUE(state().alertRecipients.button().enabled);
 }
 
 TEST_F(WizardAlertsTest, QueryFillsItsOwnBox) {
     wizard.chooseRecipient(WizardRecipient::Zip, 1);
-    ASSERT_EQ(state().zipRecipients.buttonCaption, "Query");
+    ASSERT_EQ(state().zipRecipients.button().caption, "Query");
     bool sawStatus = false;
     screen.onShow = [&] {
         sawStatus = sawStatus || state().networkStatus == "Querying computers on the network, please wait ...";
@@ -46,7 +46,7 @@ TEST_F(WizardAlertsTest, QueryFillsItsOwnBox) {
     EXPECT_TRUE(sawStatus);
     EXPECT_THAT(state().zipRecipients.items, ElementsAre("Please Select", "DESK2", "DESK3"));
     EXPECT_EQ(state().zipRecipients.index, 0);
-    EXPECT_FALSE(state().zipRecipients.buttonEnabled);
+    EXPECT_FALSE(state().zipRecipients.button().enabled);
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("DESK2", "Query"));
     EXPECT_EQ(state().networkStatus, "");
     EXPECT_FALSE(state().busyPointer);
@@ -59,7 +59,7 @@ TEST_F(WizardAlertsTest, TestTellsAComputerOfTheSameName) {
                            BoxStyle::Plain);
     wizard.pressRecipientButton(WizardRecipient::Alert);
     EXPECT_TRUE(server.sent.empty());
-    EXPECT_TRUE(state().alertRecipients.buttonEnabled);
+    EXPECT_TRUE(state().alertRecipients.button().enabled);
     EXPECT_EQ(state().networkStatus, "");
 }
 
@@ -73,7 +73,7 @@ TEST_F(WizardAlertsTest, RevertGoesBackToTheStoredName) {
     wizard.revertRecipient(WizardRecipient::Alert);
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("Query", "DESK2"));
     EXPECT_EQ(state().alertRecipients.text(), "DESK2");
-    EXPECT_EQ(state().alertRecipients.buttonCaption, "Test");
+    EXPECT_EQ(state().alertRecipients.button().caption, "Test");
 }
 
 TEST_F(WizardAlertsTest, RevertToNobodyLeavesQuery) {
@@ -81,7 +81,7 @@ TEST_F(WizardAlertsTest, RevertToNobodyLeavesQuery) {
     wizard.revertRecipient(WizardRecipient::Zip);
     EXPECT_THAT(state().zipRecipients.items, ElementsAre("Query"));
     EXPECT_EQ(state().zipRecipients.index, 0);
-    EXPECT_EQ(state().zipRecipients.buttonCaption, "Query");
+    EXPECT_EQ(state().zipRecipients.button().caption, "Query");
 }
 
 TEST_F(WizardAlertsTest, NextStoresWhatTheBoxesShowQueryIncluded) {

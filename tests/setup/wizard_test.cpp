@@ -38,8 +38,8 @@ TEST_F(WizardTest, AFirstRunOpensOnTheFirstTabWithEverythingEmpty) {
     EXPECT_EQ(state().copyStatus, "");
     EXPECT_EQ(state().networkStatus, "");
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("Query"));
-    EXPECT_EQ(state().alertRecipients.buttonCaption, "Query");
-    EXPECT_TRUE(state().alertRecipients.buttonEnabled);
+    EXPECT_EQ(state().alertRecipients.button().caption, "Query");
+    EXPECT_TRUE(state().alertRecipients.button().enabled);
 }
 
 TEST_F(WizardTest, AnEditFillsEveryBoxAndOpensOnTheSecondTab) {
@@ -60,7 +60,7 @@ TEST_F(WizardTest, AnEditFillsEveryBoxAndOpensOnTheSecondTab) {
     EXPECT_TRUE(state().runHeaderTest && state().useSkipList && state().useCommonHeaders && state().useSharedDb);
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("DESK2", "Query"));
     EXPECT_EQ(state().alertRecipients.index, 0);
-    EXPECT_EQ(state().alertRecipients.buttonCaption, "Test");
+    EXPECT_EQ(state().alertRecipients.button().caption, "Test");
     EXPECT_THAT(state().zipRecipients.items, ElementsAre("", "Query"));
     EXPECT_EQ(state().zipRecipients.text(), "");
     EXPECT_TRUE(state().browseArchiveEnabled);

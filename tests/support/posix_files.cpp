@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/posix_files.h"
+#include "support/posix_files.h"
 
 #include <algorithm>
 #include <cstring>
