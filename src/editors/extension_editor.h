@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "app/dialogs.h"
+#include "app/installation.h"
+#include "app/kept_files.h"
 #include "editors/list_saving.h"
-#include "job/job.h"
+#include "testing/report_messages.h"
 #include "testing/term_file.h"
 #include "viewer/editor_handover.h"
 
@@ -57,8 +60,10 @@ public:
 
 class ExtensionEditor {
 public:
-    /// Both must outlive this.
-    ExtensionEditor(Job& job, ExtensionEditorHost& host) : job_(job), host_(host) {}
+    /// All must outlive this.
+    ExtensionEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, const ReportMessages& messages,
+                    ExtensionEditorHost& host)
+        : installation_(installation), dialogs_(dialogs), kept_(kept), messages_(messages), host_(host) {}
 
     ExtensionEditorState state;
 
@@ -132,9 +137,12 @@ private:
     [[nodiscard]] std::string extensionText() const;
     void saveTo(const NativePath& folder);
 
-    Job& job_;
+    const Installation& installation_;
+    Dialogs& dialogs_;
+    KeptFiles& kept_;
+    const ReportMessages& messages_;
     ExtensionEditorHost& host_;
-    ListSaver saver_{job_.kept()};
+    ListSaver saver_{kept_};
     int hitRow_ = -1;
 };
 

@@ -42,8 +42,10 @@ QVariant FileNames::data(const QModelIndex& index, int role) const {
     return role == Qt::ToolTipRole ? name.toHtmlEscaped() : name;
 }
 
-frmExtEditor::frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover)
-    : context_(context), editor_(job, *this), whenDone_(handover.whenDone) {
+frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover)
+    : context_(context),
+      editor_(context.installation, context.surroundings.dialogs, context.kept, messages, *this),
+      whenDone_(handover.whenDone) {
     setObjectName(QStringLiteral("frmExtEditor"));
     setWindowTitle(QStringLiteral("Extension Editor"));
     createCriteria();

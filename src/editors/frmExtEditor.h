@@ -81,7 +81,7 @@ class frmExtEditor final : public QMainWindow, private ExtensionEditorHost {
 
 public:
     /// The context must outlive the screen.
-    frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover);
+    frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover);
 
 protected:
     /// Closing is "Done".

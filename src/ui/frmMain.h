@@ -52,6 +52,7 @@
 
 #include <QMainWindow>
 
+#include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
@@ -164,7 +165,7 @@ private:
     void showCounts();
     void showTexts();
     void showControls();
-    void showToolbar();
+    void showToolbar(const JobBoard& board);
     void showOptions();
     void showLog();
     void leaveIfAbandoned();
@@ -179,6 +180,7 @@ private:
     bool loaded_ = false;
     bool running_ = false;
     bool toolbarRestricted_ = false;
+    bool askingNetwork_ = false;
     bool unloading_ = false;
     bool showing_ = false;
     std::int64_t leaveBy_ = 0;

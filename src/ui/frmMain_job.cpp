@@ -144,13 +144,13 @@ void frmMain::CommandButton6_Click() {
 // Show Progress
 void frmMain::Check1_Click() {
     job_.state.options.showProgress = Check1->isChecked();
-    job_.state.controls.progress.visible = Check1->isChecked();
+    job_.state.progress.shown = Check1->isChecked();
     showState();
 }
 
 void frmMain::iGrid1_Click(int row) {
     job_.state.texts.currentFile = iGrid1->cell(row, 0) + " - " + iGrid1->cell(row, 1);
-    job_.state.controls.currentFileVisible = true;
+    job_.state.fileLineShown = true;
     showState();
 }
 

@@ -10,6 +10,7 @@
 
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
+#include "job/job.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
@@ -76,7 +77,7 @@ protected:
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
     RecordingEditorHost host;
-    ExtensionEditor editor{job, host};
+    ExtensionEditor editor{folders.installation, folders.dialogs, folders.kept, job.messages, host};
     EditorHandover handover;
 };
 

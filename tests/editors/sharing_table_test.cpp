@@ -48,7 +48,7 @@ struct Screens {
     Job job{folders.installation, folders.fake.surroundings};
     SilentEditor editorHost;
     SilentViewer viewerHost;
-    ExtensionEditor extensionEditor{job, editorHost};
+    ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, editorHost};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
     ListViewer viewer{job, viewerHost};
     std::string loaded;  // what an action that loads has read
