@@ -148,9 +148,9 @@ void ExtensionEditor::applyMoveRule() {
 }
 
 void ExtensionEditor::addOrUpdate() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (state.type == kHexType && !acceptHexTerm(state.term, job_.surroundings().dialogs)) {
-        host_.focusTerm();
+        host_.focus("Text3");
         return;
     }
     const bool replace = state.updating && state.currentRow >= 0;
@@ -162,7 +162,7 @@ void ExtensionEditor::addOrUpdate() {
 }
 
 void ExtensionEditor::clear() {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position.clear();
     state.term.clear();
     state.updating = false;
@@ -170,7 +170,7 @@ void ExtensionEditor::clear() {
 }
 
 void ExtensionEditor::fill(const char* position, const char* term, int type) {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position = position;
     state.term = term;
     state.type = type;
@@ -201,7 +201,7 @@ void ExtensionEditor::removeRow(int row) {
 }
 
 void ExtensionEditor::deleteRow() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (state.currentRow < 0 ||
         !job_.surroundings().dialogs.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
         return;
@@ -210,7 +210,7 @@ void ExtensionEditor::deleteRow() {
 }
 
 void ExtensionEditor::deleteAllRows() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (!job_.surroundings().dialogs.ask("delete all?", "This will delete all terms for the extension " +
                                                             extensionText() + ", are you sure you want to do this ?")) {
         state.deleteAllTicked = false;

@@ -4,10 +4,13 @@
 // The Extension Editor without its screen: the terms of one extension beside the files that show whether they hold. All
 // edits live in the rows until `save`. Rows and entries count from 0, -1 for none. docs/formats/term-file.md.
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "app/screen_host.h"
 #include "editors/list_saving.h"
 #include "job/job.h"
 #include "testing/term_file.h"
@@ -43,22 +46,11 @@ struct ExtensionEditorState {
     bool busyPointer = false;                 ///< hourglass
 };
 
-/// What the editor asks of its screen.
-class ExtensionEditorHost {
-public:
-    virtual ~ExtensionEditorHost() = default;
-    /// Brings the screen up to date with the state, ahead of a box or a long step.
-    virtual void showState() = 0;
-    virtual void clearClipboard() = 0;
-    virtual void beep() = 0;
-    virtual void focusPosition() = 0;
-    virtual void focusTerm() = 0;
-};
-
 class ExtensionEditor {
 public:
     /// Both must outlive this.
-    ExtensionEditor(Job& job, ExtensionEditorHost& host) : job_(job), host_(host) {}
+    ExtensionEditor(Job& job, ScreenHost& host, std::function<void()> clearClipboard)
+        : job_(job), host_(host), clearClipboard_(std::move(clearClipboard)) {}
 
     ExtensionEditorState state;
 
@@ -133,7 +125,8 @@ private:
     void saveTo(const NativePath& folder);
 
     Job& job_;
-    ExtensionEditorHost& host_;
+    ScreenHost& host_;
+    std::function<void()> clearClipboard_;
     ListSaver saver_{job_.kept()};
     int hitRow_ = -1;
 };
