@@ -68,7 +68,7 @@ NativePath ExtensionEditor::termFileIn(const NativePath& folder) const {
 }
 
 void ExtensionEditor::loadTerms() {
-    const NativePath file = termFileIn(job_.installation().paths().localDatabase);
+    const NativePath file = termFileIn(installation_.paths().localDatabase);
     if (!file.empty())
         state.rows = loadTermFile(file).value_or(std::vector<HeaderTerm>{});
     saver_.loaded(termFileBytes(state.rows));
@@ -88,7 +88,7 @@ void ExtensionEditor::showFile() {
     auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
     if (!bytes)
         return;
-    passOver(File::create(job_.installation().appFolder() / kCurrentFileName).and_then([&](File file) {
+    passOver(File::create(installation_.appFolder() / kCurrentFileName).and_then([&](File file) {
         return file.write(*bytes).and_then([&] { return file.close(); });
     }),
              "the bytes in view are those in memory");
@@ -123,7 +123,7 @@ void ExtensionEditor::termChanged(const std::string& term) {
     state.term = firstLine(term);
     if (state.term.find(',') == std::string::npos)
         return;
-    job_.surroundings().dialogs.tell(
+    dialogs_.tell(
         "No Commas!",
         "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
         "using a comma, use a HEX based search for '2C'.");
@@ -149,7 +149,7 @@ void ExtensionEditor::applyMoveRule() {
 
 void ExtensionEditor::addOrUpdate() {
     clearClipboard_();
-    if (state.type == kHexType && !acceptHexTerm(state.term, job_.surroundings().dialogs)) {
+    if (state.type == kHexType && !acceptHexTerm(state.term, dialogs_)) {
         host_.focus("Text3");
         return;
     }
@@ -202,8 +202,7 @@ void ExtensionEditor::removeRow(int row) {
 
 void ExtensionEditor::deleteRow() {
     clearClipboard_();
-    if (state.currentRow < 0 ||
-        !job_.surroundings().dialogs.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
+    if (state.currentRow < 0 || !dialogs_.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
         return;
     removeRow(state.currentRow);
     afterDeletion();
@@ -211,8 +210,8 @@ void ExtensionEditor::deleteRow() {
 
 void ExtensionEditor::deleteAllRows() {
     clearClipboard_();
-    if (!job_.surroundings().dialogs.ask("delete all?", "This will delete all terms for the extension " +
-                                                            extensionText() + ", are you sure you want to do this ?")) {
+    if (!dialogs_.ask("delete all?", "This will delete all terms for the extension " + extensionText() +
+                                         ", are you sure you want to do this ?")) {
         state.deleteAllTicked = false;
         return;
     }
@@ -224,11 +223,11 @@ void ExtensionEditor::deleteAllRows() {
 // Kept: the last term takes the shared file away and leaves the local one (test
 // TheLastRowDeletedTakesTheSharedFileAwayAndLeavesTheLocalOne).
 void ExtensionEditor::afterDeletion() {
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     if (state.rows.empty() && paths.useSharedDb) {
         const NativePath file = termFileIn(paths.sharedDatabase);
         if (!file.empty() && pathExists(file))
-            passOver(job_.kept().moveAway(file), "a shared file that cannot go stays");
+            passOver(kept_.moveAway(file), "a shared file that cannot go stays");
     }
     applyMoveRule();
 }
@@ -244,14 +243,14 @@ void ExtensionEditor::popupDelete() {
     if (hitRow_ < 0)
         return;
     const std::string term = toUtf8(state.rows[static_cast<std::size_t>(hitRow_)].term);
-    if (job_.surroundings().dialogs.ask("Delete entry?", "Delete the entry " + term + " ?"))
+    if (dialogs_.ask("Delete entry?", "Delete the entry " + term + " ?"))
         removeRow(hitRow_);
 }
 
 void ExtensionEditor::save() {
     if (state.rows.empty())
         return;
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     saveTo(paths.localDatabase);
     if (paths.useSharedDb)
         saveTo(paths.sharedDatabase);

@@ -10,9 +10,12 @@
 #include <utility>
 #include <vector>
 
+#include "app/dialogs.h"
+#include "app/installation.h"
+#include "app/kept_files.h"
 #include "app/screen_host.h"
 #include "editors/list_saving.h"
-#include "job/job.h"
+#include "testing/report_messages.h"
 #include "testing/term_file.h"
 #include "viewer/editor_handover.h"
 
@@ -48,9 +51,15 @@ struct ExtensionEditorState {
 
 class ExtensionEditor {
 public:
-    /// Both must outlive this.
-    ExtensionEditor(Job& job, ScreenHost& host, std::function<void()> clearClipboard)
-        : job_(job), host_(host), clearClipboard_(std::move(clearClipboard)) {}
+    /// All must outlive this.
+    ExtensionEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, const ReportMessages& messages,
+                    ScreenHost& host, std::function<void()> clearClipboard)
+        : installation_(installation),
+          dialogs_(dialogs),
+          kept_(kept),
+          messages_(messages),
+          host_(host),
+          clearClipboard_(std::move(clearClipboard)) {}
 
     ExtensionEditorState state;
 
@@ -124,10 +133,13 @@ private:
     [[nodiscard]] std::string extensionText() const;
     void saveTo(const NativePath& folder);
 
-    Job& job_;
+    const Installation& installation_;
+    Dialogs& dialogs_;
+    KeptFiles& kept_;
+    const ReportMessages& messages_;
     ScreenHost& host_;
     std::function<void()> clearClipboard_;
-    ListSaver saver_{job_.kept()};
+    ListSaver saver_{kept_};
     int hitRow_ = -1;
 };
 

@@ -40,9 +40,10 @@ QVariant FileNames::data(const QModelIndex& index, int role) const {
     return role == Qt::ToolTipRole ? name.toHtmlEscaped() : name;
 }
 
-frmExtEditor::frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover)
+frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover)
     : StepWindow(context, Screen::ExtEditor, "frmExtEditor", "Extension Editor"),
-      editor_(job, *this, [] { QApplication::clipboard()->clear(); }),
+      editor_(context.installation, context.surroundings.dialogs, context.kept, messages, *this,
+              [] { QApplication::clipboard()->clear(); }),
       whenDone_(handover.whenDone) {
     createCriteria();
     createTerms();

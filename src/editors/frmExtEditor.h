@@ -81,7 +81,7 @@ class frmExtEditor final : public StepWindow<QMainWindow> {
 
 public:
     /// The context must outlive the screen.
-    frmExtEditor(const ScreenContext& context, Job& job, const EditorHandover& handover);
+    frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover);
 
 private:
     void createCriteria();

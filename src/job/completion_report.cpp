@@ -63,7 +63,6 @@ void sendCompletionReport(Job& job, AlertSender& alerts) {
     if (state.options.recipientIndex <= 0)
         return;
     const std::string& recipient = state.options.recipient;
-    state.controls.busyPointer = true;
     Dialogs& dialogs = job.surroundings().dialogs;
     const Notified notified = sendNotification(
         alerts, dialogs,
@@ -73,7 +72,6 @@ void sendCompletionReport(Job& job, AlertSender& alerts) {
     if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
         dialogs.warn("File list complete", "File listing complete, but could not send notification to " + recipient);
     }
-    state.controls.busyPointer = false;
 }
 
 }  // namespace quillon

@@ -55,7 +55,7 @@ void CopyPass::run() {
         return;
     }
     realSource_ = state.options.source ? realPath(*state.options.source) : NativePath();
-    state.controls.progress = {state.controls.progress.visible, 100, 0};
+    state.progress = {state.progress.shown, 100, 0};
     state.counters.rowsRead = 0;
     state.texts.copiedCaption = "Copying file:";
     state.texts.status = "Copying data ...";
@@ -124,7 +124,7 @@ void CopyPass::showJobProgress(const std::string& source) {
     const double done = state.counters.rowsRead;
     const double fraction = state.counters.files > 0 ? done / state.counters.files : 0;
     state.texts.jobPercent = percent(fraction);
-    state.controls.progress.value = std::clamp<std::int64_t>(static_cast<std::int64_t>(fraction * 100), 0, 100);
+    state.progress.value = std::clamp<std::int64_t>(static_cast<std::int64_t>(fraction * 100), 0, 100);
     state.texts.currentFile = "Copying " + readable(source);
 }
 
@@ -148,9 +148,9 @@ bool CopyPass::prepareFolder(const std::string& target) {
 bool CopyPass::progress(std::uint64_t done, std::uint64_t total) {
     JobState& state = job_.state;
     if (done == 0)
-        state.controls.fileProgress.value = 0;
+        state.fileProgress = 0;
     if (done > 0 && total > kLargeFile) {
-        state.controls.fileProgress.value = 0;
+        state.fileProgress = 0;
         state.texts.filePercent = ".00%";
         job_.turn();
     }

@@ -66,8 +66,6 @@ private:
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
-    void lockScreen();
-    void unlockScreen();
     [[nodiscard]] Next walkSource();
     void tellPermissionDenied();
     void loadCommonList();
@@ -75,6 +73,7 @@ private:
     void copyRawList();
     void copyFiles();
     void finish();
+    void leave();
     [[nodiscard]] JobEnd endEarly();
 
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,

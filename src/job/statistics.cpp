@@ -13,15 +13,6 @@ namespace quillon {
 
 namespace {
 
-void lockScreen(JobControls& controls, bool locked) {
-    controls.framesEnabled = !locked;
-    controls.menusEnabled = !locked;
-    controls.toolbarRestricted = locked;
-    controls.runEnabled = !locked;
-    controls.zipEnabled = !locked;
-    controls.stopEnabled = locked;
-}
-
 // The messages that are compared for equality, in the order of the comparison, and the counter that each raises. A row
 // that equals one of them is done with.
 struct Grade {
@@ -130,15 +121,15 @@ void upDateAllLabels(Job& job) {
     resetCounters(state);
     state.texts.status = "Updating statistics ...";
     job.turn();
-    state.controls.busyPointer = true;
-    lockScreen(state.controls, true);
+    state.recounting = true;
     const auto list = job.finalListPath();
     if (list && pathExists(*list)) {
         const auto counted = recount(job, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
-    state.controls.busyPointer = false;
-    lockScreen(state.controls, false);
+    state.recounting = false;
+    state.unlockedByRecount = state.phase != JobPhase::Idle;
+    state.mayRun = true;
 }
 
 }  // namespace quillon

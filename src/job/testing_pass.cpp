@@ -129,7 +129,7 @@ void TestingPass::reportError(const FileError& error) {
 }
 
 void TestingPass::showProgress() {
-    job_.state.controls.progress.value = job_.state.counters.rowsRead;
+    job_.state.progress.value = job_.state.counters.rowsRead;
     if (!fields_.empty())
         job_.state.texts.currentFile = readable(fields_[kPathColumn]);
 }

@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/disk_calls.h"
 #include "platform/system_error.h"
 #include "platform/whole_file.h"
 
@@ -17,14 +18,14 @@ namespace quillon {
 namespace {
 
 int openNameless(int folder, unsigned mode) {
-    return retried([&] { return ::openat(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode); });
+    return retried([&] { return disk().open(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode); });
 }
 
 bool linkFile(int file, Naming naming, int folder, const char* name) {
     if (naming == Naming::LinkHandle)
-        return ::linkat(file, "", folder, name, AT_EMPTY_PATH) == 0;
+        return disk().link(file, "", folder, name, AT_EMPTY_PATH) == 0;
     const auto shown = fmt::format("/proc/self/fd/{}", file);
-    return ::linkat(AT_FDCWD, shown.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0;
+    return disk().link(AT_FDCWD, shown.c_str(), folder, name, AT_SYMLINK_FOLLOW) == 0;
 }
 
 std::string_view folderOf(std::string_view nativePath) {
@@ -42,11 +43,11 @@ Naming namingOf(int folder) {
     const std::string name = temporaryName();
     for (const Naming naming : {Naming::LinkHandle, Naming::LinkProc}) {
         if (linkFile(file, naming, folder, name.c_str())) {
-            found = ::unlinkat(folder, name.c_str(), 0) == 0 ? naming : Naming::Rename;
+            found = disk().unlink(folder, name.c_str()) == 0 ? naming : Naming::Rename;
             break;
         }
     }
-    ::close(file);
+    passOver(disk().close(file), "it was only tried");
     return found;
 }
 
@@ -70,9 +71,9 @@ ArrivingFile::ArrivingFile(ArrivingFile&& other) noexcept
 
 ArrivingFile::~ArrivingFile() {
     if (descriptor_ >= 0)
-        ::close(descriptor_);
+        passOver(disk().close(descriptor_), "the file goes");
     if (!temporary_.empty())
-        ::unlinkat(folder_->handle(), temporary_.c_str(), 0);
+        passOver(disk().unlink(folder_->handle(), temporary_.c_str()), "a name that no listing gives");
 }
 
 Result<ArrivingFile> ArrivingFile::begin(std::shared_ptr<const Directory> folder, std::string_view nativePath,
@@ -89,7 +90,7 @@ int ArrivingFile::create(unsigned mode) {
         return openNameless(folder_->handle(), mode);
     std::string name = temporaryName();
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int descriptor = retried([&] { return ::openat(folder_->handle(), name.c_str(), flags, mode); });
+    const int descriptor = retried([&] { return disk().open(folder_->handle(), name.c_str(), flags, mode); });
     if (descriptor >= 0)
         temporary_ = std::move(name);
     return descriptor;
@@ -116,13 +117,13 @@ bool ArrivingFile::linkAndClose() {
     if (close())
         return true;
     const int number = errno;  // bytes may be missing
-    ::unlinkat(folder_->handle(), name_.c_str(), 0);
+    passOver(disk().unlink(folder_->handle(), name_.c_str()), "the failed close is what is reported");
     errno = number;
     return false;
 }
 
 bool ArrivingFile::replaceByTemporary() {
-    if (::renameat(folder_->handle(), temporary_.c_str(), folder_->handle(), name_.c_str()) != 0)
+    if (disk().rename(folder_->handle(), temporary_.c_str(), name_.c_str()) != 0)
         return false;
     temporary_.clear();
     return true;
@@ -130,7 +131,7 @@ bool ArrivingFile::replaceByTemporary() {
 
 // A full or remote disk may tell only here that it did not keep the bytes.
 bool ArrivingFile::close() {
-    return ::close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR;
+    return disk().close(std::exchange(descriptor_, -1)) == 0 || errno == EINTR;
 }
 
 Result<void> ArrivalFolder::enter(std::string_view folder) {

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "platform/system_error.h"
 #include "platform/whole_file.h"
@@ -84,7 +85,7 @@ private:
 
     // The end of the file may lie in a hole; cutting to the length makes it so in the target.
     CopyResult finish() {
-        if (::ftruncate(target_, end_) != 0)
+        if (disk().truncate(target_, end_) != 0)
             return failed(CopySide::Target, systemError(targetPath_));
         return {};
     }
@@ -119,7 +120,7 @@ private:
     }
 
     tl::expected<std::size_t, CopyError> moveByRange(std::size_t wanted) {
-        const auto moved = retried([&] { return ::copy_file_range(source_, nullptr, target_, nullptr, wanted, 0); });
+        const auto moved = retried([&] { return disk().copyRange(source_, target_, wanted); });
         if (moved > 0)
             return static_cast<std::size_t>(moved);
         // Whatever the reason - other volumes, no such call, a read error - reading and writing tells which side it
@@ -131,12 +132,12 @@ private:
     tl::expected<std::size_t, CopyError> moveByBuffer(std::size_t wanted) {
         buffer_.resize(kReadChunk);
         const std::size_t size = std::min(wanted, buffer_.size());
-        const auto count = retried([&] { return ::read(source_, buffer_.data(), size); });
+        const auto count = retried([&] { return disk().read(source_, buffer_.data(), size); });
         if (count < 0)
             return failed(CopySide::Source, systemError(sourcePath_));
         for (ssize_t done = 0; done < count;) {
             const auto put = retried(
-                [&] { return ::write(target_, buffer_.data() + done, static_cast<std::size_t>(count - done)); });
+                [&] { return disk().write(target_, buffer_.data() + done, static_cast<std::size_t>(count - done)); });
             if (put < 0)
                 return failed(CopySide::Target, systemError(targetPath_));
             done += put;
@@ -165,11 +166,10 @@ unsigned firstMode(const struct stat& info) {
 void carryOver(int target, const struct stat& info) {
     struct stat made {};
     const bool asWanted = ::fstat(target, &made) == 0 && made.st_mode == info.st_mode;
-    if (!asWanted && ::fchmod(target, info.st_mode & 07777U) != 0)
-        errno = 0;
+    if (!asWanted)
+        passOver(disk().setMode(target, info.st_mode & 07777U), "the volume keeps no modes");
     const struct timespec times[2] = {info.st_atim, info.st_mtim};
-    if (::futimens(target, times) != 0)
-        errno = 0;
+    passOver(disk().setTimes(target, times), "the volume keeps no such times");
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include "platform/disk_calls.h"
 #include "platform/file_stamp.h"
 #include "platform/system_error.h"
 
@@ -221,7 +222,7 @@ Result<void> Directory::list(EntryNames& files, EntryNames& folders, const Pause
 
 Result<void> Directory::createFolder(std::string_view name) const {
     const TerminatedName terminated(name);
-    if (::mkdirat(descriptor_, terminated.get(), 0777) == 0 || errno == EEXIST)
+    if (disk().makeFolder(descriptor_, terminated.get()) == 0 || errno == EEXIST)
         return {};
     return failure(systemError(name));
 }

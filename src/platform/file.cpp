@@ -7,9 +7,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/disk_calls.h"
 #include "platform/system_error.h"
 
 namespace quillon {
+
+namespace {
+
+void closeQuietly(int descriptor) {
+    if (descriptor >= 0)
+        passOver(disk().close(descriptor), "whoever has to know whether the bytes arrived has called close");
+}
+
+}  // namespace
 
 File::File(int descriptor, std::string path) : descriptor_(descriptor), path_(std::move(path)) {
 }
@@ -19,8 +29,7 @@ File::File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_,
 
 File& File::operator=(File&& other) noexcept {
     if (this != &other) {
-        if (descriptor_ >= 0)
-            ::close(descriptor_);
+        closeQuietly(descriptor_);
         descriptor_ = std::exchange(other.descriptor_, -1);
         path_ = std::move(other.path_);
     }
@@ -28,8 +37,7 @@ File& File::operator=(File&& other) noexcept {
 }
 
 File::~File() {
-    if (descriptor_ >= 0)
-        ::close(descriptor_);
+    closeQuietly(descriptor_);
 }
 
 Result<File> File::open(const NativePath& path, int flags, unsigned mode) {
@@ -38,7 +46,7 @@ Result<File> File::open(const NativePath& path, int flags, unsigned mode) {
         return failure(systemError(path.native(), EINVAL));
     // Without waiting: a FIFO in the place of a data file must not stop the program.
     const int always = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const int descriptor = retried([&] { return ::open(path.c_str(), flags | always, static_cast<mode_t>(mode)); });
+    const int descriptor = retried([&] { return disk().open(AT_FDCWD, path.c_str(), flags | always, mode); });
     if (descriptor < 0)
         return failure(systemError(path.native()));
     return File(descriptor, path.native());
@@ -75,7 +83,8 @@ Result<File> File::openForAppending(const NativePath& path) {
 Result<std::size_t> File::read(std::span<std::byte> buffer) {
     std::size_t done = 0;
     while (done < buffer.size()) {
-        const auto count = retried([&] { return ::read(descriptor_, buffer.data() + done, buffer.size() - done); });
+        const auto count =
+            retried([&] { return disk().read(descriptor_, buffer.data() + done, buffer.size() - done); });
         if (count < 0)
             return failure(systemError(path_));
         if (count == 0)
@@ -87,7 +96,7 @@ Result<std::size_t> File::read(std::span<std::byte> buffer) {
 
 Result<void> File::write(std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
-        const auto count = retried([&] { return ::write(descriptor_, bytes.data(), bytes.size()); });
+        const auto count = retried([&] { return disk().write(descriptor_, bytes.data(), bytes.size()); });
         if (count < 0)
             return failure(systemError(path_));
         bytes = bytes.subspan(static_cast<std::size_t>(count));
@@ -113,14 +122,14 @@ Result<void> File::seek(std::uint64_t offset) {
 }
 
 Result<void> File::truncate(std::uint64_t length) {
-    if (retried([&] { return ::ftruncate(descriptor_, static_cast<off_t>(length)); }) != 0)
+    if (retried([&] { return disk().truncate(descriptor_, static_cast<std::int64_t>(length)); }) != 0)
         return failure(systemError(path_));
     return seek(length);
 }
 
 Result<void> File::sync() {
     // A medium that has no such call keeps the bytes as well as it can; that is no failure of the save.
-    if (retried([&] { return ::fsync(descriptor_); }) != 0 && errno != EINVAL && errno != EROFS)
+    if (retried([&] { return disk().sync(descriptor_); }) != 0 && errno != EINVAL && errno != EROFS)
         return failure(systemError(path_));
     return {};
 }
@@ -130,7 +139,7 @@ Result<void> File::close() {
         return {};
     const int descriptor = std::exchange(descriptor_, -1);
     // The descriptor is gone whatever close says; only the report is of interest.
-    if (::close(descriptor) != 0 && errno != EINTR)
+    if (disk().close(descriptor) != 0 && errno != EINTR)
         return failure(systemError(path_));
     return {};
 }

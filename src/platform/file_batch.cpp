@@ -4,8 +4,8 @@
 #include <set>
 
 #include <fcntl.h>
-#include <unistd.h>
 
+#include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "platform/system_error.h"
 
@@ -14,21 +14,21 @@ namespace quillon {
 namespace {
 
 Result<void> syncVolumeOf(const NativePath& folder) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = disk().open(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (descriptor < 0)
         return failure(systemError(folder.native()));
-    const bool synced = ::syncfs(descriptor) == 0;
-    const auto error = systemError(folder.native());
-    ::close(descriptor);
-    if (!synced)
-        return failure(error);
-    return {};
+    Result<void> synced;
+    if (disk().syncVolume(descriptor) != 0)
+        synced = failure(systemError(folder.native()));
+    passOver(disk().close(descriptor), "nothing was written by it");
+    return synced;
 }
 
 }  // namespace
 
 FileBatch::~FileBatch() {
-    for (const auto& file : waiting_) ::unlink(file.temporary.c_str());
+    for (const auto& file : waiting_)
+        passOver(disk().unlink(AT_FDCWD, file.temporary.c_str()), "a name that no listing gives");
 }
 
 Result<void> FileBatch::add(const NativePath& path, std::string_view bytes, const NativePath& temporaryFolder) {

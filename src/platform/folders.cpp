@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/disk_calls.h"
 #include "platform/file_stamp.h"
 #include "platform/system_error.h"
 #include "platform/whole_file.h"
@@ -88,13 +89,13 @@ Result<void> setModificationTime(const NativePath& path, FileTime time) {
     if (::stat(path.c_str(), &info) != 0)
         return failure(systemError(path.native()));
     const struct timespec times[2] = {info.st_atim, {time.seconds, time.nanoseconds}};
-    if (::utimensat(AT_FDCWD, path.c_str(), times, 0) != 0)
+    if (disk().setTimes(path.c_str(), times) != 0)
         return failure(systemError(path.native()));
     return {};
 }
 
 Result<void> createFolder(const NativePath& path) {
-    if (::mkdir(path.c_str(), 0777) == 0 || (errno == EEXIST && isFolder(path)))
+    if (disk().makeFolder(AT_FDCWD, path.c_str()) == 0 || (errno == EEXIST && isFolder(path)))
         return {};
     return failure(systemError(path.native()));
 }
@@ -120,13 +121,13 @@ Result<std::vector<std::string>> listEntries(const NativePath& folder) {
 }
 
 Result<void> removeFile(const NativePath& path) {
-    if (::unlink(path.c_str()) != 0)
+    if (disk().unlink(AT_FDCWD, path.c_str()) != 0)
         return failure(systemError(path.native()));
     return {};
 }
 
 Result<void> renameFile(const NativePath& from, const NativePath& to) {
-    if (::rename(from.c_str(), to.c_str()) != 0)
+    if (disk().rename(AT_FDCWD, from.c_str(), to.c_str()) != 0)
         return failure(systemError(to.native()));
     return {};
 }

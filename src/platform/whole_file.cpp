@@ -8,7 +8,6 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -17,6 +16,7 @@
 
 #include <fmt/format.h>
 
+#include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "platform/system_error.h"
 #include "text/list_text.h"
@@ -73,8 +73,7 @@ Result<File> createTemporary(const Target& target, TemporaryPlace place) {
 }
 
 Result<void> fill(File& file, std::string_view bytes, const Target& target) {
-    if (target.exists && ::chmod(file.path().c_str(), static_cast<mode_t>(target.mode)) != 0 && errno != EPERM &&
-        errno != ENOTSUP) {
+    if (target.exists && disk().setMode(file.path().c_str(), target.mode) != 0 && errno != EPERM && errno != ENOTSUP) {
         return failure(systemError(file.path().native()));
     }
     return file.write(bytes).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
@@ -92,14 +91,15 @@ Result<void> putInto(const NativePath& path, std::string_view bytes) {
 }
 
 // A share may let a file be written but not replaced; the bytes then go into the file that is there. Only where its old
-// bytes are at hand, since a failure on the way has to put them back.
-Result<void> writeInPlace(const Target& target, std::string_view bytes, Result<void> renamed) {
+// bytes are at hand, since a failure on the way has to put them back. Where that fails too, the temporary file stays,
+// which is the only one that is whole.
+Result<void> writeInPlace(NativePath& temporary, const Target& target, std::string_view bytes, Result<void> renamed) {
     const auto old = readWholeFile(target.path);
     if (!old)
         return renamed;
     auto written = putInto(target.path, bytes);
-    if (!written)
-        passOver(putInto(target.path, *old), "the failure of the save itself is what is reported");
+    if (!written && !putInto(target.path, *old))
+        temporary.clear();
     return written;
 }
 
@@ -111,12 +111,12 @@ bool isBusy(int number) {
 // The number of the error that the last try ended with; 0 when the file has its name.
 int renameOver(const NativePath& temporary, const NativePath& target) {
     std::chrono::milliseconds wait{1};
-    for (int tries = 1; ::rename(temporary.c_str(), target.c_str()) != 0; ++tries) {
+    for (int tries = 1; disk().rename(AT_FDCWD, temporary.c_str(), target.c_str()) != 0; ++tries) {
         const int number = errno;
         if (tries >= (isBusy(number) ? kBusyTries : kRenameTries))
             return number;
         if (isBusy(number)) {
-            std::this_thread::sleep_for(wait);
+            disk().wait(wait);
             wait = std::min(2 * wait, kLongestWait);
         }
     }
@@ -124,17 +124,19 @@ int renameOver(const NativePath& temporary, const NativePath& target) {
 }
 
 // To write into a file that is being read gives its reader a mixture, so a file that stays busy is left alone; and
-// where the share has failed altogether it would only put the old bytes at risk.
-Result<void> replaceTarget(const NativePath& temporary, const Target& target, std::string_view bytes) {
+// where the share has failed altogether it would only put the old bytes at risk. `temporary` is emptied when there is
+// nothing to be removed under this name.
+Result<void> replaceTarget(NativePath& temporary, const Target& target, std::string_view bytes) {
     const int number = renameOver(temporary, target.path);
     if (number == 0) {
+        temporary.clear();
         syncFolder(target.folder);
         return {};
     }
     Result<void> renamed = failure(systemError(target.path.native(), number));
     if (number == EIO || isBusy(number) || !target.exists || isFolder(target.path))
         return renamed;
-    return writeInPlace(target, bytes, std::move(renamed));
+    return writeInPlace(temporary, target, bytes, std::move(renamed));
 }
 
 // Tells this process from all others, on this computer and others, that ever saved.
@@ -163,11 +165,11 @@ std::string temporaryName() {
 }
 
 void syncFolder(const NativePath& folder) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = disk().open(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (descriptor < 0)
         return;
-    ::fsync(descriptor);
-    ::close(descriptor);
+    passOver(disk().sync(descriptor), "not every medium can");
+    passOver(disk().close(descriptor), "only its entries were asked for");
 }
 
 Result<std::string> readWholeFile(const NativePath& path, std::size_t limit) {
@@ -195,20 +197,22 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
     auto temporary = createTemporary(target, place);
     if (!temporary)
         return failure(temporary.error().kind, readable(path.native()) + " cannot be saved: " + temporary.error().text);
-    const NativePath name = temporary->path();
+    NativePath name = temporary->path();
     auto saved = fill(*temporary, bytes, target).and_then([&] { return replaceTarget(name, target, bytes); });
-    ::unlink(name.c_str());  // still there only when the rename did not happen
+    if (!name.empty())
+        passOver(disk().unlink(AT_FDCWD, name.c_str()), "a name that no listing gives");
     return saved;
 }
 
 Result<void> appendToFile(const NativePath& path, std::string_view bytes) {
     return File::openForAppending(path).and_then([bytes](File file) -> Result<void> {
         const auto before = file.size();
+        if (!before)
+            return failure(before.error());
         auto written = file.write(bytes);
         if (written)
             return file.close();
-        if (before)
-            passOver(file.truncate(*before), "the failed write is what is reported; a cut row would join the next one");
+        passOver(file.truncate(*before), "the failed write is what is reported; a cut row would join the next one");
         return written;
     });
 }

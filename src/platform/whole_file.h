@@ -32,7 +32,8 @@ enum class TemporaryPlace {
 /// keeps its mode. A link is followed. Where a share refuses the rename, it is tried again, for about four seconds
 /// while the target is busy at another computer, and then fails. A share that refuses it for another reason has the
 /// bytes written in place, while the temporary file still holds them all; if that fails too, the old bytes are written
-/// back. On failure the old file is whole.
+/// back. On failure the old file is whole; where a share takes neither the new bytes nor the old ones any more, the
+/// temporary file stays, with all the new ones.
 [[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
                                          TemporaryPlace place = TemporaryPlace::Beside);
 

@@ -45,7 +45,6 @@ frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts
     timer_->setObjectName(QStringLiteral("Timer1"));
     timer_->setInterval(kTimerInterval);
     iGrid1->rows().setSource(&logRows_);
-    job_.state.controls.progress.visible = true;
     connectControls();
     connectMenus();
     connectToolbar();
@@ -58,7 +57,6 @@ frmMain::~frmMain() {
 }
 
 void frmMain::reloadForm() {
-    job_.state.controls.fileProgress.visible = false;
     setup_.loadSeparator();
     mnuViewf->menuAction()->setVisible(false);
     job_.state.texts.copiedCaption.clear();

@@ -52,6 +52,7 @@
 
 #include <QMainWindow>
 
+#include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
@@ -156,7 +157,7 @@ private:
     void showCounts();
     void showTexts();
     void showCommands();
-    void showToolbar();
+    void showToolbar(const JobBoard& board);
     void showOptions();
     void showLog();
     void leaveIfAbandoned();
@@ -169,6 +170,7 @@ private:
     bool loaded_ = false;
     Steps jobs_;
     bool toolbarRestricted_ = false;
+    bool askingNetwork_ = false;
     std::int64_t leaveBy_ = 0;
 };
 

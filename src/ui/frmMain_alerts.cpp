@@ -8,7 +8,7 @@
 namespace quillon {
 
 RecipientScreen frmMain::recipientScreen() {
-    return {alertScreenRules(AlertScreen::Main), setup_.recipients, job_.state.controls.busyPointer, nullptr,
+    return {alertScreenRules(AlertScreen::Main), setup_.recipients, askingNetwork_, nullptr,
             [this] { context_.loop.flush(); }};
 }
 

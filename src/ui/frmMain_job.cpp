@@ -110,12 +110,12 @@ void frmMain::CommandButton6_Click() {
 // Show Progress
 void frmMain::Check1_Click(bool ticked) {
     job_.state.options.showProgress = ticked;
-    job_.state.controls.progress.visible = ticked;
+    job_.state.progress.shown = ticked;
 }
 
 void frmMain::iGrid1_Click(int row) {
     job_.state.texts.currentFile = iGrid1->cell(row, 0) + " - " + iGrid1->cell(row, 1);
-    job_.state.controls.currentFileVisible = true;
+    job_.state.fileLineShown = true;
 }
 
 void frmMain::upDateAllLabels() {

@@ -31,12 +31,12 @@ void showEnabled(QWidget& control, bool enabled) {
 }
 
 // A bar counts in 32 bits; a longer way is shown in thousandths.
-void showBar(QProgressBar& bar, const ProgressState& state) {
+void showBar(QProgressBar& bar, const JobProgress& state) {
     constexpr std::int64_t kLongest = 1'000'000'000;
     const std::int64_t scale = state.maximum > kLongest ? state.maximum / kLongest + 1 : 1;
     bar.setMaximum(static_cast<int>(std::max<std::int64_t>(state.maximum / scale, 1)));
     bar.setValue(static_cast<int>(state.value / scale));
-    bar.setVisible(state.visible);
+    bar.setVisible(state.shown);
 }
 
 }  // namespace
@@ -55,7 +55,6 @@ void frmMain::showControls() {
     showCounts();
     showTexts();
     showCommands();
-    showToolbar();
     showLog();
     leaveIfAbandoned();
 }
@@ -112,32 +111,34 @@ void frmMain::showOptions() {
 }
 
 void frmMain::showCommands() {
-    const JobControls& controls = job_.state.controls;
-    showEnabled(*Frame1, controls.framesEnabled);
-    showEnabled(*Frame3, controls.framesEnabled);
-    mnu->menuAction()->setEnabled(controls.menusEnabled);
-    mnuFile->menuAction()->setEnabled(controls.menusEnabled);
+    const JobState& state = job_.state;
+    const JobBoard board = boardOf(state);
+    showEnabled(*Frame1, board.frames);
+    showEnabled(*Frame3, board.frames);
+    mnu->menuAction()->setEnabled(board.menus);
+    mnuFile->menuAction()->setEnabled(board.menus);
     showEnabled(*CommandButton1, setup_.sourceEnabled);
     showEnabled(*Command1, setup_.targetEnabled);
-    showEnabled(*CommandButton3, controls.runEnabled);
-    showEnabled(*CommandButton4, controls.stopEnabled);
-    showEnabled(*CommandButton5, controls.viewEnabled);
-    showEnabled(*CommandButton6, controls.zipEnabled);
-    Label19->setVisible(controls.throughputVisible);
-    Label16->setVisible(controls.throughputVisible);
-    sFileTU->setVisible(controls.currentFileVisible);
-    showBar(*ProgressBar1, controls.progress);
-    showBar(*ProgressBar2, controls.fileProgress);
-    showPointer(*this, controls.busyPointer);
-    if (job_.state.timerRunning != timer_->isActive())
-        job_.state.timerRunning ? timer_->start() : timer_->stop();
+    showEnabled(*CommandButton3, board.run);
+    showEnabled(*CommandButton4, board.stop);
+    showEnabled(*CommandButton5, board.view);
+    showEnabled(*CommandButton6, board.zip);
+    Label19->setVisible(board.throughput);
+    Label16->setVisible(board.throughput);
+    sFileTU->setVisible(state.fileLineShown);
+    showBar(*ProgressBar1, state.progress);
+    showBar(*ProgressBar2, {false, 100, state.fileProgress});  // starts hidden, and nothing shows it
+    showPointer(*this, board.busyPointer || askingNetwork_);
+    if (board.timer != timer_->isActive())
+        board.timer ? timer_->start() : timer_->stop();
+    showToolbar(board);
 }
 
-void frmMain::showToolbar() {
-    const bool restricted = job_.state.controls.toolbarRestricted;
+void frmMain::showToolbar(const JobBoard& board) {
+    const bool restricted = board.toolbarRestricted;
     if (restricted) {
         disableToolbar();
-        toolbarButtons[5]->setEnabled(job_.state.controls.stopEnabled);
+        toolbarButtons[5]->setEnabled(board.stop);
     } else if (toolbarRestricted_) {
         enableToolbar();
     } else {

@@ -10,6 +10,7 @@
 
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
+#include "job/job.h"
 #include "support/recording_screen.h"
 #include "text/list_text.h"
 
@@ -62,7 +63,8 @@ protected:
     Job job{folders.installation, folders.fake.surroundings};
     RecordingScreen host;
     int clipboardCleared = 0;
-    ExtensionEditor editor{job, host, [this] { ++clipboardCleared; }};
+    ExtensionEditor editor{folders.installation,          folders.dialogs, folders.kept, job.messages, host,
+                           [this] { ++clipboardCleared; }};
     EditorHandover handover;
 };
 

@@ -34,7 +34,7 @@ struct Screens {
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
     test::RecordingScreen screen;
-    ExtensionEditor extensionEditor{job, screen, [] {}};
+    ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, screen, [] {}};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
     ListViewer viewer{job, screen};
     std::string loaded;  // what an action that loads has read

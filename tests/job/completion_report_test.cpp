@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/completion_report.h"
 
+#include "job/job_board.h"
 #include "job/job_fixture.h"
 
 namespace quillon::test {
@@ -110,7 +111,7 @@ TEST_F(ReportTest, TheReportGoesToTheRecipient) {
     EXPECT_EQ(alerts.bodies.at(0), completionReport(state, "LAB7"));
     EXPECT_EQ(alerts.stateAtSend, AckState::Pending);
     EXPECT_EQ(alerts.waits, 1);
-    EXPECT_FALSE(state.controls.busyPointer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
 TEST_F(ReportTest, CopyFailuresMakeItAnAlert) {
@@ -128,7 +129,7 @@ TEST_F(ReportTest, AReportThatIsNotAcknowledgedIsTold) {
     alerts.answer = AckState::None;
     fake.dialogs.expectBox("File list complete", "File listing complete, but could not send notification to LAB9");
     sendCompletionReport(job, alerts);
-    EXPECT_FALSE(state.controls.busyPointer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
 TEST_F(ReportTest, AStateThatIsStillPendingIsNotTold) {

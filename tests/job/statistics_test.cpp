@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/statistics.h"
 
+#include "job/job_board.h"
 #include "job/job_fixture.h"
 
 namespace quillon::test {
@@ -171,21 +172,20 @@ TEST_F(StatisticsTest, WithoutAListTheBoardIsResetAndTheScreenUnlocked) {
     upDateAllLabels(job);
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_EQ(state.texts.status, "Updating statistics ...");
-    EXPECT_FALSE(state.controls.busyPointer);
-    EXPECT_TRUE(state.controls.framesEnabled);
-    EXPECT_TRUE(state.controls.menusEnabled);
-    EXPECT_TRUE(state.controls.runEnabled);
-    EXPECT_TRUE(state.controls.zipEnabled);
-    EXPECT_FALSE(state.controls.stopEnabled);
+    EXPECT_FALSE(boardOf(state).busyPointer);
+    EXPECT_TRUE(boardOf(state).frames);
+    EXPECT_TRUE(boardOf(state).menus);
+    EXPECT_TRUE(boardOf(state).run);
+    EXPECT_TRUE(boardOf(state).zip);
+    EXPECT_FALSE(boardOf(state).stop);
 }
 
 TEST_F(StatisticsTest, ARecountLocksTheScreenAndTurnsTheLoopPerLineWhenProgressIsShown) {
     state.options.showProgress = true;
     int lockedTurns = 0;
     fake.loop.onTurn = [&](int turn) {
-        const JobControls& controls = state.controls;
-        if (turn > 1 && controls.busyPointer && controls.stopEnabled && !controls.framesEnabled &&
-            !controls.menusEnabled && !controls.runEnabled && !controls.zipEnabled)
+        const JobBoard board = boardOf(state);
+        if (turn > 1 && board.busyPointer && board.stop && !board.frames && !board.menus && !board.run && !board.zip)
             ++lockedTurns;
     };
     recount({u"Header OK", u"Header OK", u"Header OK"});
@@ -197,12 +197,22 @@ TEST_F(StatisticsTest, ARecountLocksTheScreenAndTurnsTheLoopPerLineWhenProgressI
     EXPECT_EQ(fake.loop.turns, 1);
 }
 
+TEST_F(StatisticsTest, ARecountInTheMidstOfAJobUnlocksTheScreen) {
+    enterPhase(state, JobPhase::Testing);
+    recount({u"Header OK"});
+    const JobBoard board = boardOf(state);
+    EXPECT_TRUE(board.frames && board.menus && board.run && board.zip);
+    EXPECT_FALSE(board.stop);
+    EXPECT_FALSE(board.toolbarRestricted);
+    EXPECT_TRUE(board.timer) << "the job goes on";
+}
+
 TEST_F(StatisticsTest, AListThatCannotBeReadTellsTheStatusLine) {
     std::filesystem::create_directory(folder / "local/1234.csv");
     upDateAllLabels(job);
     EXPECT_NE(state.texts.status, "Ready");
     EXPECT_FALSE(state.texts.status.empty());
-    EXPECT_TRUE(state.controls.framesEnabled);
+    EXPECT_TRUE(boardOf(state).frames);
 }
 
 }  // namespace

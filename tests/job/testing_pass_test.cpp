@@ -114,7 +114,7 @@ TEST_F(TestingPassTest, ProgressIsShownOnlyWhenItIsWanted) {
     state.options.showProgress = true;
     run({u"/s/a>b.txt,,,", u""});
     EXPECT_EQ(state.texts.currentFile, "/s/a,b.txt");
-    EXPECT_EQ(state.controls.progress.value, 3) << "a blank line is a row too";
+    EXPECT_EQ(state.progress.value, 3) << "a blank line is a row too";
 }
 
 TEST_F(TestingPassTest, ARowWhoseTestIsRefusedIsMissingFromTheList) {

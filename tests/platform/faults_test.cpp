@@ -116,13 +116,13 @@ TEST_F(Faults, ASaveInPlaceLosesNothing) {
         std::filesystem::remove_all(temp / "data");
         temp.write("data/7.csv", "old bytes, and more of them");
     };
-    disturb(temp, work, "-e inject=rename:error=EACCES");
+    disturb(temp, work, "-e inject=rename,renameat:error=EACCES");
 }
 
 TEST_F(Faults, ARefusedRenameStillSaves) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(runShell(traced("-e inject=rename:error=EACCES", probe + " " + work.arguments)), 0);
+    EXPECT_EQ(runShell(traced("-e inject=rename,renameat:error=EACCES", probe + " " + work.arguments)), 0);
     EXPECT_TRUE(work.newStands());
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
@@ -134,7 +134,7 @@ TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
     for (const char* busy : {"EBUSY", "EEXIST", "ETXTBSY"}) {
         work.prepare();
         const auto before = test::statOf(temp / "7.csv").st_ino;
-        const std::string fault = std::string("-e inject=rename:error=") + busy + ":when=1..9";
+        const std::string fault = std::string("-e inject=rename,renameat:error=") + busy + ":when=1..9";
         EXPECT_EQ(runShell(traced(fault, probe + " " + work.arguments)), 0) << busy;
         EXPECT_TRUE(work.newStands()) << busy;
         EXPECT_NE(test::statOf(temp / "7.csv").st_ino, before) << busy;
@@ -145,7 +145,7 @@ TEST_F(Faults, ABusyTargetIsReplacedAsSoonAsItIsFreeAndNotWrittenInto) {
 TEST_F(Faults, ATargetThatStaysBusyIsLeftWholeAndTheSaveFails) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(runShell(traced("-e inject=rename:error=EBUSY", probe + " " + work.arguments)), 3);
+    EXPECT_EQ(runShell(traced("-e inject=rename,renameat:error=EBUSY", probe + " " + work.arguments)), 3);
     EXPECT_TRUE(work.oldStands());
     EXPECT_EQ(test::namesIn(temp.path()), "7.csv");
 }
@@ -153,7 +153,7 @@ TEST_F(Faults, ATargetThatStaysBusyIsLeftWholeAndTheSaveFails) {
 TEST_F(Faults, AShareThatFailsAltogetherIsNotWrittenInto) {
     const Work work = changing("save " + path("7.csv"), "7.csv", "old bytes, and more of them", "new bytes");
     work.prepare();
-    EXPECT_EQ(runShell(traced("-e inject=rename:error=EIO", probe + " " + work.arguments)), 3);
+    EXPECT_EQ(runShell(traced("-e inject=rename,renameat:error=EIO", probe + " " + work.arguments)), 3);
     EXPECT_TRUE(work.oldStands());
 }
 
@@ -226,7 +226,7 @@ TEST_F(Faults, AMoveUnderKeptNeverLosesTheBytes) {
         return false;
     };
     disturb(temp, work);
-    disturb(temp, work, "-e inject=rename:error=EXDEV");
+    disturb(temp, work, "-e inject=rename,renameat:error=EXDEV");
 }
 
 }  // namespace

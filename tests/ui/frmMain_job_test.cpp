@@ -251,7 +251,7 @@ void FrmMainJobTest::aCopyWithoutTargetGoesToTheTargetPicker() {
 
 void FrmMainJobTest::withoutSourceRunAsksForOne() {
     main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("1234"));
-    main_->job.state.controls.runEnabled = true;
+    main_->job.state.mayRun = true;
     main_->window->showState();
     main_->dialogs.expectFolder("Select source", std::nullopt);
     click("CommandButton3");
