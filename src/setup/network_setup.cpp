@@ -52,7 +52,7 @@ const SingleFile& singleFile(NetworkBoxIndex index) {
 
 }  // namespace
 
-NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, NetworkSetupHost& host)
+NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host)
     : installation_(installation), surroundings_(surroundings), host_(host), kept_(installation, surroundings.clock) {
 }
 

@@ -32,7 +32,7 @@ constexpr const char* kImportText =
 }  // namespace
 
 SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroundings, AlertExchange& alerts,
-                         std::shared_ptr<NetworkProvider> network, WizardHost& host)
+                         std::shared_ptr<NetworkProvider> network, ScreenHost& host)
     : installation_(installation),
       surroundings_(surroundings),
       alerts_(alerts),
@@ -91,6 +91,12 @@ void SetupWizard::goTo(WizardTab tab) {
     host_.showState();
 }
 
+// A path box is shown only; what fills it is its button.
+void SetupWizard::focusBrowse(WizardPath path) {
+    constexpr const char* kButtons[] = {"Command2", "Command3", "Command4"};
+    host_.focus(kButtons[static_cast<std::size_t>(path)]);
+}
+
 void SetupWizard::saveAndRefresh() {
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
     installation_.refreshPathVariables();
@@ -118,7 +124,7 @@ void SetupWizard::chooseMethod(SetupMethod method) {
 void SetupWizard::nextMethod() {
     if (state.method != SetupMethod::Import) {
         goTo(kLocalPathsTab);
-        host_.focusBrowse(WizardPath::Local);
+        focusBrowse(WizardPath::Local);
         return;
     }
     if (!importSettings(installation_, surroundings_.dialogs))
@@ -132,8 +138,7 @@ void SetupWizard::keyInPath(WizardPath path) {
     (path == WizardPath::Shared ? state.sharedHintVisible : state.localHintVisible) = true;
     host_.showState();
     host_.beep();
-    host_.startHintTimer();
-    host_.focusBrowse(path);
+    focusBrowse(path);
 }
 
 void SetupWizard::hideHints() {
@@ -197,18 +202,18 @@ void SetupWizard::exportRecord() {
     exportSettings(installation_, surroundings_);
 }
 
-void SetupWizard::done() {
+WizardEnd SetupWizard::done() {
     installation_.refreshPathVariables();
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
-    host_.leave(false);
+    return WizardEnd::Leaves;
 }
 
-void SetupWizard::exit() {
+WizardEnd SetupWizard::exit() {
     if (!surroundings_.dialogs.ask("Exit Setup", "Do you want to exit without saving settings ?"))
-        return;
+        return WizardEnd::Stays;
     installation_.settings = settingsBackup_;
     installation_.refreshPathVariables();
-    host_.leave(true);
+    return WizardEnd::LeavesAndReloads;
 }
 
 }  // namespace quillon

@@ -20,12 +20,11 @@ constexpr const char* kNoDefaultDatabase = "Unable to find default Databases, pl
 
 // Runs a step unless one is running: the event loop is turned meanwhile, and a press on a button may come in.
 template <typename Step>
-void runOnce(bool& running, Step step) {
-    if (running)
+void runOnce(Steps& steps, Step step) {
+    if (steps.running())
         return;
-    running = true;
+    const StepGuard guard(steps);
     step();
-    running = false;
 }
 
 // A path that is not absolute, as an imported record may hold, has no place of its own.
@@ -77,7 +76,7 @@ bool SetupWizard::holdsFiles(const NativePath& folder) {
 }
 
 void SetupWizard::nextLocalPaths() {
-    runOnce(stepRunning_, [this] { runLocalPaths(); });
+    runOnce(folderSteps_, [this] { runLocalPaths(); });
 }
 
 void SetupWizard::runLocalPaths() {
@@ -140,7 +139,7 @@ Result<void> SetupWizard::extractTo(const NativePath& folder) {
 }
 
 void SetupWizard::nextSharedPath() {
-    runOnce(stepRunning_, [this] { runSharedPath(); });
+    runOnce(folderSteps_, [this] { runSharedPath(); });
 }
 
 void SetupWizard::runSharedPath() {

@@ -88,7 +88,7 @@ void ListViewer::filter() {
     state.busyPointer = false;
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::loadRows(const NativePath& list) {
@@ -201,7 +201,7 @@ void ListViewer::retest() {
     goIdle();
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::endRetest() {
