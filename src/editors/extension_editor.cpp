@@ -68,7 +68,7 @@ NativePath ExtensionEditor::termFileIn(const NativePath& folder) const {
 }
 
 void ExtensionEditor::loadTerms() {
-    const NativePath file = termFileIn(job_.installation().paths().localDatabase);
+    const NativePath file = termFileIn(installation_.paths().localDatabase);
     if (!file.empty())
         state.rows = loadTermFile(file).value_or(std::vector<HeaderTerm>{});
     saver_.loaded(termFileBytes(state.rows));
@@ -88,7 +88,7 @@ void ExtensionEditor::showFile() {
     auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
     if (!bytes)
         return;
-    passOver(File::create(job_.installation().appFolder() / kCurrentFileName).and_then([&](File file) {
+    passOver(File::create(installation_.appFolder() / kCurrentFileName).and_then([&](File file) {
         return file.write(*bytes).and_then([&] { return file.close(); });
     }),
              "the bytes in view are those in memory");
@@ -123,10 +123,9 @@ void ExtensionEditor::termChanged(const std::string& term) {
     state.term = firstLine(term);
     if (state.term.find(',') == std::string::npos)
         return;
-    job_.surroundings().dialogs.tell(
-        "No Commas!",
-        "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
-        "using a comma, use a HEX based search for '2C'.");
+    dialogs_.tell("No Commas!",
+                  "You are not allowed to use commas in searches as these are used internally by the program. "
+                  "If you need a term using a comma, use a HEX based search for '2C'.");
     std::erase(state.term, ',');
 }
 
@@ -148,9 +147,9 @@ void ExtensionEditor::applyMoveRule() {
 }
 
 void ExtensionEditor::addOrUpdate() {
-    host_.clearClipboard();
-    if (state.type == kHexType && !acceptHexTerm(state.term, job_.surroundings().dialogs)) {
-        host_.focusTerm();
+    clearClipboard_();
+    if (state.type == kHexType && !acceptHexTerm(state.term, dialogs_)) {
+        host_.focus("Text3");
         return;
     }
     const bool replace = state.updating && state.currentRow >= 0;
@@ -162,7 +161,7 @@ void ExtensionEditor::addOrUpdate() {
 }
 
 void ExtensionEditor::clear() {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position.clear();
     state.term.clear();
     state.updating = false;
@@ -170,7 +169,7 @@ void ExtensionEditor::clear() {
 }
 
 void ExtensionEditor::fill(const char* position, const char* term, int type) {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position = position;
     state.term = term;
     state.type = type;
@@ -201,18 +200,17 @@ void ExtensionEditor::removeRow(int row) {
 }
 
 void ExtensionEditor::deleteRow() {
-    host_.clearClipboard();
-    if (state.currentRow < 0 ||
-        !job_.surroundings().dialogs.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
+    clearClipboard_();
+    if (state.currentRow < 0 || !dialogs_.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
         return;
     removeRow(state.currentRow);
     afterDeletion();
 }
 
 void ExtensionEditor::deleteAllRows() {
-    host_.clearClipboard();
-    if (!job_.surroundings().dialogs.ask("delete all?", "This will delete all terms for the extension " +
-                                                            extensionText() + ", are you sure you want to do this ?")) {
+    clearClipboard_();
+    if (!dialogs_.ask("delete all?", "This will delete all terms for the extension " + extensionText() +
+                                         ", are you sure you want to do this ?")) {
         state.deleteAllTicked = false;
         return;
     }
@@ -224,11 +222,11 @@ void ExtensionEditor::deleteAllRows() {
 // Kept: the last term takes the shared file away and leaves the local one (test
 // TheLastRowDeletedTakesTheSharedFileAwayAndLeavesTheLocalOne).
 void ExtensionEditor::afterDeletion() {
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     if (state.rows.empty() && paths.useSharedDb) {
         const NativePath file = termFileIn(paths.sharedDatabase);
         if (!file.empty() && pathExists(file))
-            passOver(job_.kept().moveAway(file), "a shared file that cannot go stays");
+            passOver(kept_.moveAway(file), "a shared file that cannot go stays");
     }
     applyMoveRule();
 }
@@ -244,14 +242,14 @@ void ExtensionEditor::popupDelete() {
     if (hitRow_ < 0)
         return;
     const std::string term = toUtf8(state.rows[static_cast<std::size_t>(hitRow_)].term);
-    if (job_.surroundings().dialogs.ask("Delete entry?", "Delete the entry " + term + " ?"))
+    if (dialogs_.ask("Delete entry?", "Delete the entry " + term + " ?"))
         removeRow(hitRow_);
 }
 
 void ExtensionEditor::save() {
     if (state.rows.empty())
         return;
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     saveTo(paths.localDatabase);
     if (paths.useSharedDb)
         saveTo(paths.sharedDatabase);

@@ -38,7 +38,7 @@ std::vector<std::u16string> identifiersOf(const EditorHandover& handover) {
 }  // namespace
 
 NativePath ExtensionEditor::commonHeadersFile() const {
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     return fileIn(paths.useSharedDb ? paths.sharedSettings : paths.localSettings, kCommonHeadersFileName);
 }
 
@@ -66,17 +66,16 @@ void ExtensionEditor::popupAddCommon() {
     if (state.currentRow < 0 || hitRow_ < 0)
         return;
     const HeaderTerm& row = state.rows[static_cast<std::size_t>(hitRow_)];
-    Dialogs& dialogs = job_.surroundings().dialogs;
-    const auto identifier = dialogs.input(
+    const auto identifier = dialogs_.input(
         "Enter Identifier",
         "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term " + toUtf8(row.term) +
-            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(job_.messages[Message::CommonHeader]) + "\r\n",
+            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(messages_[Grade::CommonHeader]) + "\r\n",
         "");
     if (!identifier || identifier->empty()) {
-        dialogs.tell("No ID Entered", "Term not added!");
+        dialogs_.tell("No ID Entered", "Term not added!");
         return;
     }
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = installation_.paths();
     if (!paths.useSharedDb)
         return;
     const PageText line{row.offset.bytes + "," + row.term.bytes + "," + row.type.bytes + "," +
@@ -86,7 +85,7 @@ void ExtensionEditor::popupAddCommon() {
 }
 
 void ExtensionEditor::testCommon() {
-    host_.clearClipboard();
+    clearClipboard_();
     const auto bytes = readWholeFile(commonHeadersFile());
     if (!bytes || state.identifier < 0)
         return;
@@ -107,16 +106,15 @@ void ExtensionEditor::testCommon() {
 }
 
 bool ExtensionEditor::checkCriteria() {
-    Dialogs& dialogs = job_.surroundings().dialogs;
     if (state.position.empty()) {
-        dialogs.warn("Error",
-                     "Please enter a starting position for the search term (0= Anywhere in the first 512 bytes)");
-        host_.focusPosition();
+        dialogs_.warn("Error",
+                      "Please enter a starting position for the search term (0= Anywhere in the first 512 bytes)");
+        host_.focus("Text2");
         return false;
     }
     if (state.term.empty()) {
-        dialogs.warn("Error", "Please enter a term to search for");
-        host_.focusTerm();
+        dialogs_.warn("Error", "Please enter a term to search for");
+        host_.focus("Text3");
         return false;
     }
     return true;
@@ -124,27 +122,26 @@ bool ExtensionEditor::checkCriteria() {
 
 // False when the search ends here. A term that is no hexadecimal one may become text by the person's word.
 bool ExtensionEditor::checkHexCriteria() {
-    Dialogs& dialogs = job_.surroundings().dialogs;
     state.term = withoutBlanksInCapitals(state.term);
     const HexFault fault = findHexFault(state.term);
     if (fault == HexFault::None)
         return true;
     host_.showState();
     if (fault == HexFault::OddLength) {
-        dialogs.warn("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ");
+        dialogs_.warn("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ");
         return false;
     }
-    if (!dialogs.ask("Hex Error",
-                     "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. Did you want "
-                     "to perform a text based search?",
-                     BoxStyle::Warning))
+    if (!dialogs_.ask("Hex Error",
+                      "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. "
+                      "Did you want to perform a text based search?",
+                      BoxStyle::Warning))
         return false;
     state.type = kTextType;
     return true;
 }
 
 void ExtensionEditor::search() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (!checkCriteria())
         return;
     state.framesEnabled = false;
@@ -161,11 +158,11 @@ void ExtensionEditor::search() {
     host_.showState();
     // A control can take the keyboard only now that its frame is on.
     if (!valid)
-        host_.focusTerm();
+        host_.focus("Text3");
 }
 
 void ExtensionEditor::repairPosition() {
-    const auto bytes = readWholeFile(job_.installation().appFolder() / kCurrentFileName);
+    const auto bytes = readWholeFile(installation_.appFolder() / kCurrentFileName);
     if (!bytes)
         return;
     HeaderBytes head;
@@ -177,19 +174,18 @@ void ExtensionEditor::repairPosition() {
 }
 
 void ExtensionEditor::searchFiles() {
-    Dialogs& dialogs = job_.surroundings().dialogs;
     SourceFiles heads;
     const auto counts = searchTerm({state.position, state.term, state.type == kHexType}, state.files, heads);
     if (!counts)
         return;
     host_.showState();
     if (counts->good < 1) {
-        dialogs.warn("Term not found", "Search term not found");
+        dialogs_.warn("Term not found", "Search term not found");
         return;
     }
     const std::string text = "Search results :\r\n\r\nGood files : " + plainNumber(counts->good) +
                              "\r\nBad files : " + plainNumber(counts->bad) + "\r\n\r\n Do you want to add the term ?";
-    if (!dialogs.ask("Add term", text))
+    if (!dialogs_.ask("Add term", text))
         return;
     addOrUpdate();
     showFile();

@@ -11,8 +11,8 @@ class BoardProgress final : public ProgressHost {
 public:
     explicit BoardProgress(JobState& state) : state_(state) {}
 
-    void progressRange(std::int64_t maximum) override { state_.controls.progress = {true, maximum, 0}; }
-    void progressValue(std::int64_t value) override { state_.controls.progress.value = value; }
+    void progressRange(std::int64_t maximum) override { state_.progress = {true, maximum, 0}; }
+    void progressValue(std::int64_t value) override { state_.progress.value = value; }
     void currentFile(const std::string& text) override { state_.texts.currentFile = text; }
 
 private:

@@ -5,8 +5,9 @@
 
 #include <fmt/format.h>
 
+#include "app/file_list.h"
 #include "app/folder_structure.h"
-#include "job/file_list.h"
+#include "app/turn_until.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -41,9 +42,7 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
 }
 
 CopyPass::CopyPass(Job& job)
-    : job_(job),
-      copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never,
-              [&job] { job.turn(); }) {
+    : job_(job), copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
 }
 
 void CopyPass::run() {
@@ -55,7 +54,7 @@ void CopyPass::run() {
         return;
     }
     realSource_ = state.options.source ? realPath(*state.options.source) : NativePath();
-    state.controls.progress = {state.controls.progress.visible, 100, 0};
+    state.progress = {state.progress.shown, 100, 0};
     state.counters.rowsRead = 0;
     state.texts.copiedCaption = "Copying file:";
     state.texts.status = "Copying data ...";
@@ -66,10 +65,10 @@ void CopyPass::run() {
     } else {
         while (!state.stopRequested) {
             lookAhead(*reader);
-            if (rows_.empty())
+            if (rows_.count() == 0)
                 break;
-            copyRow(rows_.front());
-            rows_.pop_front();
+            copyRow(rows_.first());
+            rows_.dropFirst();
             job_.turn();
         }
         if (reader->error())
@@ -81,15 +80,15 @@ void CopyPass::run() {
 
 // Some rows at once, since to wake a thread for each would cost more than it does.
 void CopyPass::lookAhead(ListReader& list) {
-    if (rows_.size() > CopiesAhead::kMost / 2)
+    if (rows_.count() > CopiesAhead::kMost / 2)
         return;
-    while (rows_.size() < CopiesAhead::kMost) {
-        const auto line = list.next();
-        if (!line)
+    while (rows_.count() < CopiesAhead::kMost) {
+        AheadRow& ahead = rows_.add();
+        if (!list.next(ahead.row)) {
+            rows_.dropLast();
             return;
-        Row& row = rows_.emplace_back();
-        toNative(line->substr(0, line->find(u',')), row.source);
-        row.refused = askForCopy(row.source);
+        }
+        ahead.refused = askForCopy(ahead.row.nativePath());
     }
 }
 
@@ -105,18 +104,26 @@ std::optional<CopyError> CopyPass::askForCopy(const std::string& source) {
     return std::nullopt;
 }
 
-void CopyPass::copyRow(const Row& row) {
+void CopyPass::copyRow(const AheadRow& ahead) {
+    const std::string& source = ahead.row.nativePath();
     ++job_.state.counters.rowsRead;
     job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
-    showJobProgress(row.source);
-    const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
-    const auto copied = row.refused ? tl::unexpected<CopyError>(*row.refused) : copies_.finishFirst(report);
+    showJobProgress(source);
+    const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : finishFirst();
     if (copied)
         return;
     ++job_.state.counters.copyErrors;
-    job_.log("Error copying : " + readable(row.source));
+    job_.log("Error copying : " + readable(source));
     if (copied.error().side != CopySide::Cancelled)
         job_.log(copied.error().text());
+}
+
+tl::expected<void, CopyError> CopyPass::finishFirst() {
+    const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
+    const auto ends = [&](std::chrono::milliseconds pause) { return copies_.firstEnds(pause, report); };
+    if (!ends(kTurnInterval))
+        turnUntil(job_.surroundings().loop, ends);
+    return copies_.takeFirst();
 }
 
 void CopyPass::showJobProgress(const std::string& source) {
@@ -124,7 +131,7 @@ void CopyPass::showJobProgress(const std::string& source) {
     const double done = state.counters.rowsRead;
     const double fraction = state.counters.files > 0 ? done / state.counters.files : 0;
     state.texts.jobPercent = percent(fraction);
-    state.controls.progress.value = std::clamp<std::int64_t>(static_cast<std::int64_t>(fraction * 100), 0, 100);
+    state.progress.value = std::clamp<std::int64_t>(static_cast<std::int64_t>(fraction * 100), 0, 100);
     state.texts.currentFile = "Copying " + readable(source);
 }
 
@@ -148,9 +155,9 @@ bool CopyPass::prepareFolder(const std::string& target) {
 bool CopyPass::progress(std::uint64_t done, std::uint64_t total) {
     JobState& state = job_.state;
     if (done == 0)
-        state.controls.fileProgress.value = 0;
+        state.fileProgress = 0;
     if (done > 0 && total > kLargeFile) {
-        state.controls.fileProgress.value = 0;
+        state.fileProgress = 0;
         state.texts.filePercent = ".00%";
         job_.turn();
     }

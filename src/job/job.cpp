@@ -17,50 +17,17 @@ HeaderCheck& Job::headerTest() {
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
         termFiles_.emplace(NativePath(folder));
-        test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderCheckHost&>(*this));
+        test_.emplace(*termFiles_, messages, commonList, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }
 
-Result<std::u16string_view> Job::checkFile(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    return headerTest().checkFile(fields, extension);
+Result<std::u16string_view> Job::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    return headerTest().checkFile(row, extension, heads);
 }
 
-bool Job::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    return headerTest().mayOpen(fields, extension);
-}
-
-void Job::raise(TestCount count) {
-    JobCounters& counters = state.counters;
-    switch (count) {
-        case TestCount::ZeroBytes:
-            ++counters.zeroBytes;
-            break;
-        case TestCount::Small:
-            ++counters.small;
-            break;
-        case TestCount::Encrypted:
-            ++counters.encrypted;
-            break;
-        case TestCount::Unknown:
-            ++counters.unknown;
-            break;
-        case TestCount::AccessError:
-            ++counters.accessErrors;
-            break;
-        case TestCount::Tested:
-            ++counters.tested;
-            break;
-        case TestCount::Good:
-            ++counters.good;
-            break;
-        case TestCount::Common:
-            ++counters.common;
-            break;
-        case TestCount::Corrupt:
-            ++counters.corrupt;
-            break;
-    }
+bool Job::mayOpen(const ListRow& row) {
+    return headerTest().mayOpen(row);
 }
 
 void Job::log(const std::string& text, std::optional<std::uint32_t> colour) {

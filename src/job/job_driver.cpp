@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include "app/file_list.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
-#include "job/file_list.h"
 #include "job/final_list.h"
 #include "job/folder_walk.h"
+#include "job/job_board.h"
 #include "job/share_steps.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
@@ -27,11 +28,10 @@ JobEnd JobDriver::run() {
     if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
         return endEarly();
     if (!job_.state.options.showProgress)
-        job_.state.controls.progress.visible = false;
+        job_.state.progress.shown = false;
     if (confirmOverwrite() == Next::End)
         return endEarly();
     testFolders();
-    lockScreen();
     if (walkSource() == Next::End)
         return rawListDenied_ ? JobEnd::NotStarted : JobEnd::Stopped;
     loadCommonList();
@@ -54,7 +54,7 @@ void JobDriver::begin() {
     state.startTick = job_.surroundings().clock.milliseconds();
     state.startTime = job_.surroundings().clock.now();
     state.copyCancelled = false;
-    state.timerRunning = true;
+    enterPhase(state, JobPhase::Checking);
 }
 
 JobDriver::Next JobDriver::checkTarget() {
@@ -141,46 +141,32 @@ JobDriver::Next JobDriver::confirmOverwrite() {
     }
     options.overwriteConfirmed = false;
     job_.state.stopRequested = false;
-    job_.state.controls.toolbarRestricted = true;
+    job_.state.unlockedByRecount = false;
+    enterPhase(job_.state, JobPhase::Starting);
     host_.updateToolbar();
     job_.state.startTime = job_.surroundings().clock.now();
-    job_.state.timerRunning = true;
     return Next::GoOn;
 }
 
 void JobDriver::testFolders() {
     runTimed(times_.folderTests, "Starting Folder tests ", "Folder tests completed in (HH:MM:SS) : ", [this] {
-        job_.state.texts.status = "Checking folders and access rights";
+        enterPhase(job_.state, JobPhase::FolderTest);
         if (job_.state.options.source)
             ListFolders(job_, *job_.state.options.source);
     });
 }
 
-void JobDriver::lockScreen() {
-    JobControls& controls = job_.state.controls;
-    job_.state.texts.status = "Running primary list";
-    controls.framesEnabled = false;
-    controls.menusEnabled = false;
-    controls.runEnabled = false;
-    controls.zipEnabled = false;
-    controls.stopEnabled = true;
-    job_.state.startTime = job_.surroundings().clock.now();
-    job_.state.timerRunning = true;
-}
-
-void JobDriver::unlockScreen() {
-    JobControls& controls = job_.state.controls;
-    controls.stopEnabled = false;
-    controls.zipEnabled = true;
-    controls.runEnabled = true;
-    controls.framesEnabled = true;
-    controls.menusEnabled = true;
-    controls.toolbarRestricted = false;
+void JobDriver::leave() {
+    enterPhase(job_.state, JobPhase::Idle);
+    job_.state.mayRun = true;
     host_.updateToolbar();
 }
 
 JobDriver::Next JobDriver::walkSource() {
     JobState& state = job_.state;
+    state.unlockedByRecount = false;
+    enterPhase(state, JobPhase::Walk);
+    state.startTime = job_.surroundings().clock.now();
     const auto tick = job_.surroundings().clock.milliseconds();
     const LocalTime start = logStart("Start file count ");
     // One job at a time in one application folder: a second one may not take the raw list away from the first.
@@ -203,9 +189,8 @@ JobDriver::Next JobDriver::walkSource() {
             job_.rowLost(closed.error());
     }
     if (state.stopRequested) {
-        state.timerRunning = false;
-        state.controls.viewEnabled = true;
-        unlockScreen();
+        state.mayView = true;
+        leave();
         lock_.reset();
         return Next::End;
     }
@@ -233,13 +218,13 @@ void JobDriver::testFiles() {
     if (!state.options.checkFileQuality)
         return;
     runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this, &state] {
-        state.texts.status = "Testing files";
+        enterPhase(state, JobPhase::Testing);
         state.startTick = job_.surroundings().clock.milliseconds();
         if (state.counters.files > 0)
-            state.controls.progress.maximum = state.counters.files;
+            state.progress.maximum = state.counters.files;
         // The end of the job before this one has hidden them.
         if (state.options.showProgress)
-            state.controls.progress.visible = state.controls.currentFileVisible = true;
+            state.progress.shown = state.fileLineShown = true;
         TestingPass pass(job_, alerts_);
         pass.run();
         listMade_ = pass.madeList();
@@ -264,14 +249,11 @@ void JobDriver::copyFiles() {
     JobState& state = job_.state;
     if (!state.options.copy)
         return;
-    state.controls.throughputVisible = false;
-    state.controls.progress.visible = true;
-    state.controls.currentFileVisible = true;
+    enterPhase(state, JobPhase::Copying);
+    state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files",
              "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(job_).run(); });
-    state.controls.progress.visible = false;
-    state.controls.currentFileVisible = false;
-    state.controls.throughputVisible = true;
+    state.progress.shown = state.fileLineShown = false;
     stopped_ = stopped_ || state.stopRequested;
 }
 
@@ -279,17 +261,17 @@ void JobDriver::finish() {
     JobState& state = job_.state;
     lock_.reset();
     timerTick(job_);
-    state.timerRunning = false;
+    enterPhase(state, JobPhase::Reporting);
     if (state.options.checkFileQuality)
-        state.controls.viewEnabled = true;
-    state.controls.progress.visible = false;
+        state.mayView = true;
+    state.progress.shown = false;
     if (alerts_ != nullptr)
         sendCompletionReport(job_, *alerts_);
-    unlockScreen();
+    leave();
 }
 
 JobEnd JobDriver::endEarly() {
-    job_.state.timerRunning = false;
+    enterPhase(job_.state, JobPhase::Idle);
     return JobEnd::NotStarted;
 }
 

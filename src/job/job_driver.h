@@ -18,16 +18,16 @@ namespace quillon {
 
 class ShareSteps;
 
-/// What the driver asks of its screen besides dialogs.
+/// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
 public:
     virtual ~JobHost() = default;
     /// Runs the source picker.
-    virtual void pickSource() = 0;
+    virtual void pickSource() {}
     /// Puts the focus on the target picker's button.
-    virtual void focusTargetPicker() = 0;
+    virtual void focusTargetPicker() {}
     /// Copies the state of the commands to the toolbar.
-    virtual void updateToolbar() = 0;
+    virtual void updateToolbar() {}
 };
 
 /// How a job ended, for a front end that has to say so.
@@ -66,8 +66,6 @@ private:
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
-    void lockScreen();
-    void unlockScreen();
     [[nodiscard]] Next walkSource();
     void tellPermissionDenied();
     void loadCommonList();
@@ -75,6 +73,7 @@ private:
     void copyRawList();
     void copyFiles();
     void finish();
+    void leave();
     [[nodiscard]] JobEnd endEarly();
 
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,

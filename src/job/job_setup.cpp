@@ -61,9 +61,8 @@ void JobSetup::jobIdChanged(std::string_view text) {
     for (std::string next = cleanJobId(id); next != id; next = cleanJobId(id)) id = next;
     sourceEnabled = !id.empty();
     if (id.empty())
-        state_.controls.runEnabled = false;
-    state_.controls.stopEnabled = false;
-    state_.controls.viewEnabled = true;
+        state_.mayRun = false;
+    state_.mayView = true;
     state_.options.jobId = id;
 }
 
@@ -84,12 +83,10 @@ FocusAfter JobSetup::dropSource(const NativePath& folder) {
 
 FocusAfter JobSetup::takeSource(const std::optional<NativePath>& folder) {
     state_.options.source = folder;
+    state_.mayRun = folder.has_value();
     if (folder) {
         log("Source : " + readable(folder->native()));
-        state_.controls.runEnabled = true;
-        state_.controls.viewEnabled = false;
-    } else {
-        state_.controls.runEnabled = false;
+        state_.mayView = false;
     }
     if (!confirmOverwrite())
         return FocusAfter::JobId;
@@ -115,8 +112,9 @@ void JobSetup::pickTarget() {
     const auto entries = listEntries(*folder);
     const bool filled = entries && std::any_of(entries->begin(), entries->end(), countsAsContent);
     if (filled && !surroundings_.dialogs.ask("Warning !",
-                                             "There are aleady files stored on this drive or folder. Any existing "
-                                             "files or folders may be overwritten, do you still want to copy?"))
+                                             "There are aleady files stored on this drive or folder. "
+                                             "Any existing files or folders may be overwritten, "
+                                             "do you still want to copy?"))
         return;
     const std::string shown = "Copy to : " + readable(folder->native());
     if (filled)
@@ -236,7 +234,7 @@ std::optional<std::string> JobSetup::openExisting() {
     const NativePath list = listPath(name);
     if (!list.empty() && !pathExists(list)) {
         state_.texts.status = "Copying file, please wait ...";
-        state_.controls.busyPointer = true;
+        state_.fetchingList = true;
         surroundings_.loop.turn();
         FileCopier copier;
         const auto turning = [this](std::uint64_t, std::uint64_t) {
@@ -245,7 +243,7 @@ std::optional<std::string> JobSetup::openExisting() {
         };
         passOver(copier.copy(files.front().native(), list.native(), turning),
                  "a list that could not be copied is not there, and the counts stay at 0");
-        state_.controls.busyPointer = false;
+        state_.fetchingList = false;
         state_.texts.status.clear();
     }
     return name;

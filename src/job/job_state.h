@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// All that one job is: options, counters, texts of the score board, state of the controls, log. The front end owns it,
+// All that one job is: options, counters, texts of the score board, phase and progress, log. The front end owns it,
 // sets the options as the person changes them and shows the rest; the passes work on it. So a window holds no second
-// logic: each field names the control that shows it. All texts are UTF-8.
+// logic: each field names the control that shows it, and job/job_board tells from the phase which can be used. All
+// texts are UTF-8.
 
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -14,6 +14,7 @@
 
 #include "platform/dates.h"
 #include "platform/file.h"
+#include "testing/grade.h"
 
 namespace quillon {
 
@@ -41,21 +42,15 @@ struct JobCounters {
     std::int32_t files = 0;            ///< lfiles
     std::int32_t skipped = 0;          ///< lSkipped
     std::int32_t rowsRead = 0;         ///< lTested; the copy pass counts its rows here too
-    std::int32_t good = 0;             ///< lGoodFIles
-    std::int32_t corrupt = 0;          ///< lCorruptFiles
-    std::int32_t unknown = 0;          ///< lUnknownFiles
-    std::int32_t common = 0;           ///< lCommon
-    std::int32_t noExtension = 0;      ///< lNoextensioN
-    std::int32_t small = 0;            ///< lSmallFiles
-    std::int32_t zeroBytes = 0;        ///< lZeroBytes
-    std::int32_t badName = 0;          ///< lBadFileName
-    std::int32_t accessErrors = 0;     ///< lAccessErrors
-    std::int32_t encrypted = 0;        ///< lEncrypted
+    ByGrade<std::int32_t> grades;      ///< files of each grade
     std::int32_t copyErrors = 0;       ///< lCopyErrors
     std::int32_t tested = 0;           ///< files compared with the database; no label of its own
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+
+    [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
+    [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }
 
     friend bool operator==(const JobCounters&, const JobCounters&) = default;
 };
@@ -73,27 +68,25 @@ struct JobTexts {
     std::string currentFile;    ///< sFileTU
 };
 
-struct ProgressState {
-    bool visible = false;
+/// How far a pass is.
+struct JobProgress {
+    bool shown = true;  ///< there is progress to look at, or a person wants to see the bar
     std::int64_t maximum = 100;
     std::int64_t value = 0;
 };
 
-/// Which controls can be used and seen.
-struct JobControls {
-    bool framesEnabled = true;       ///< Frame1 and Frame3
-    bool menusEnabled = true;        ///< mnu and mnuFile
-    bool toolbarRestricted = false;  ///< Toolbar1: only Stop can be used
-    bool runEnabled = false;         ///< CommandButton3
-    bool stopEnabled = false;        ///< CommandButton4
-    bool viewEnabled = false;        ///< CommandButton5
-    bool zipEnabled = true;          ///< CommandButton6
-    bool throughputVisible = true;   ///< Label19 and Label16
-    bool currentFileVisible = true;  ///< sFileTU
-    bool busyPointer = false;        ///< hourglass
-    ProgressState progress;          ///< ProgressBar1
-    ProgressState fileProgress;      ///< ProgressBar2
+/// What the job does now. What a phase means for the controls of a front end stands in job/job_board.
+enum class JobPhase {
+    Idle,
+    Checking,    ///< inputs, refresh of the databases, the last questions
+    Starting,    ///< nothing more will be asked
+    FolderTest,  ///< every folder of the source is entered once
+    Walk,        ///< the raw list is written; without testing it also becomes the final one here
+    Testing,
+    Copying,
+    Reporting,  ///< the completion report is on its way
 };
+inline constexpr std::size_t kJobPhases = 8;
 
 /// Colours of log rows, blue in the high byte.
 inline constexpr std::uint32_t kLightRed = 0xC0C0FF;
@@ -145,15 +138,23 @@ struct JobState {
     JobOptions options;
     JobCounters counters;
     JobTexts texts;
-    JobControls controls;
+    JobProgress progress;           ///< of the job: ProgressBar1
+    std::int64_t fileProgress = 0;  ///< of the file being copied, in percent: ProgressBar2
     JobLog log;
+
+    JobPhase phase = JobPhase::Idle;
+    bool mayRun = false;             ///< a source was chosen, or a job or recount has ended, and there is a job ID
+    bool mayView = false;            ///< there may be a list to look at
+    bool recounting = false;         ///< the counts are being read from a list
+    bool fetchingList = false;       ///< an existing list is being copied to where lists are kept
+    bool unlockedByRecount = false;  ///< a recount has ended in the midst of the job
+    bool fileLineShown = true;       ///< the line of the file in work; a copy that has ended takes it away
 
     std::string lossReason;          ///< why the first of the lost rows could not be written
     std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none
     bool sizeShown = false;          ///< the size label shows the total size; "0" before
     bool stopRequested = false;      ///< set by Stop, read by the phases
     bool copyCancelled = false;      ///< set by Stop, read by the copy in progress
-    bool timerRunning = false;       ///< Timer1
     std::int64_t startTick = 0;      ///< milliseconds, for the throughput
     LocalTime startTime;             ///< for the elapsed-time display
 };

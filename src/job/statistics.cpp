@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "job/statistics.h"
 
-#include <array>
 #include <cmath>
+#include <utility>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -13,61 +13,41 @@ namespace quillon {
 
 namespace {
 
-void lockScreen(JobControls& controls, bool locked) {
-    controls.framesEnabled = !locked;
-    controls.menusEnabled = !locked;
-    controls.toolbarRestricted = locked;
-    controls.runEnabled = !locked;
-    controls.zipEnabled = !locked;
-    controls.stopEnabled = locked;
+bool holds(std::u16string_view result, const std::u16string& message, Recount rule) {
+    return rule == Recount::Contained ? result.find(trimRight(std::u16string_view(message))) != result.npos
+                                      : result == message;
 }
 
-// The messages that are compared for equality, in the order of the comparison, and the counter that each raises. A row
-// that equals one of them is done with.
-struct Grade {
-    Message message;
-    std::int32_t JobCounters::*counter;
-};
-constexpr std::array<Grade, 7> kGrades = {{
-    {Message::Good, &JobCounters::good},
-    {Message::Corrupt, &JobCounters::corrupt},
-    {Message::Unknown, &JobCounters::unknown},
-    {Message::NoExtension, &JobCounters::noExtension},
-    {Message::TooSmall, &JobCounters::small},
-    {Message::ZeroBytes, &JobCounters::zeroBytes},
-    {Message::InvalidName, &JobCounters::badName},
-}};
-
 void countResult(Job& job, std::u16string_view result) {
-    JobCounters& counters = job.state.counters;
-    for (const auto& grade : kGrades) {
-        if (result == job.messages[grade.message]) {
-            ++(counters.*grade.counter);
+    for (const Grade grade : kRecountOrder) {
+        const Recount rule = kGrades[grade].recount;
+        if (!holds(result, job.messages[grade], rule))
+            continue;
+        ++job.state.counters[grade];
+        if (rule == Recount::Equal)
             return;
-        }
     }
-    if (result == job.messages[Message::AccessError])
-        ++counters.accessErrors;
-    if (result == job.messages[Message::Encrypted]) {
-        ++counters.encrypted;
-        return;
-    }
-    const auto common = trimRight(std::u16string_view(job.messages[Message::CommonHeader]));
-    if (result.find(common) != result.npos)
-        ++counters.common;
     updateQuality(job.state);
+}
+
+// Written out while compiling, as it runs for every row.
+template <Quality quality>
+double countOf(const JobCounters& counters) {
+    const auto add = [&counters]<std::size_t... place>(std::index_sequence<place...>) {
+        return ((kGrades.values[place].quality == quality ? std::int64_t{counters.grades.values[place]} : 0) + ...);
+    };
+    return static_cast<double>(add(std::make_index_sequence<kGradeCount>()));
 }
 
 Result<void> recount(Job& job, const NativePath& list) {
     auto reader = ListReader::open(list);
     if (!reader)
         return failure(reader.error());
-    std::vector<std::u16string_view> fields;
-    while (const auto line = reader->next()) {
-        splitInto(fields, *line, u',');
-        if (fields.size() == kTestedColumns) {
+    ListRow row;
+    while (reader->next(row)) {
+        if (row.isGraded()) {
             ++job.state.counters.rowsRead;
-            countResult(job, fields[kResultColumn]);
+            countResult(job, row[ListColumn::Result]);
         }
         if (job.state.options.showProgress)
             job.turn();
@@ -90,10 +70,10 @@ void resetCounters(JobState& state) {
 
 void updateQuality(JobState& state) {
     const JobCounters& counters = state.counters;
-    if (counters.good <= 0)
+    if (counters[Grade::Good] <= 0)
         return;
-    const double recovered = static_cast<double>(counters.good) + counters.common;
-    const double quality = recovered / (recovered + counters.corrupt);
+    const auto recovered = countOf<Quality::Recovered>(counters);
+    const double quality = recovered / (recovered + countOf<Quality::Lost>(counters));
     // The text is made anew only when it changes: this runs for every row.
     // Next to a half the text may round otherwise than the figure does: such a text is made in any case.
     const double scaled = quality * 10000;
@@ -130,15 +110,15 @@ void upDateAllLabels(Job& job) {
     resetCounters(state);
     state.texts.status = "Updating statistics ...";
     job.turn();
-    state.controls.busyPointer = true;
-    lockScreen(state.controls, true);
+    state.recounting = true;
     const auto list = job.finalListPath();
     if (list && pathExists(*list)) {
         const auto counted = recount(job, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
-    state.controls.busyPointer = false;
-    lockScreen(state.controls, false);
+    state.recounting = false;
+    state.unlockedByRecount = state.phase != JobPhase::Idle;
+    state.mayRun = true;
 }
 
 }  // namespace quillon

@@ -31,6 +31,8 @@ void timerTick(Job& job);
 ///
 /// Kept: the quality is recomputed only at rows of an access error, a common header or no known text, so a list of
 /// nothing but good and corrupt rows leaves it at "0" (test ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero).
+/// Kept: in the midst of a job the end of a recount unlocks the screen, until the walk or the next job locks it (test
+/// ARecountInTheMidstOfAJobUnlocksTheScreen).
 void upDateAllLabels(Job& job);
 
 }  // namespace quillon

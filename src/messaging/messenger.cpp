@@ -4,19 +4,17 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include <fmt/format.h>
 
+#include "platform/moment.h"
+#include "platform/start_beside.h"
 #include "text/fields.h"
 
 namespace quillon {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // So many names may be looked up at once; a name server that is dead blocks one thread for each.
 constexpr std::size_t kAnswerThreads = 8;
@@ -40,7 +38,7 @@ std::string harmless(std::string_view line) {
 struct AnswerQueue::State {
     struct Waiting {
         std::string name;
-        Clock::time_point deadline;
+        Moment deadline;
     };
 
     std::string bytes;
@@ -52,19 +50,18 @@ struct AnswerQueue::State {
     std::condition_variable changed;
     std::deque<Waiting> waiting;
     std::size_t threads = 0;
-    std::size_t busy = 0;
     bool ended = false;
     Counts counts;
 
     // Looks the name up and sends, unless the time is over by then.
     std::uint64_t Counts::*deliver(const Waiting& answer) {
-        if (Clock::now() > answer.deadline)
+        if (momentNow() > answer.deadline)
             return &Counts::dropped;
         const auto address = resolver(answer.name);
         if (!address)
             return &Counts::failed;
         const std::lock_guard lock(mutex);
-        if (ended || Clock::now() > answer.deadline)
+        if (ended || momentNow() > answer.deadline)
             return &Counts::dropped;
         return send(*address, bytes) ? &Counts::sent : &Counts::failed;
     }
@@ -81,7 +78,6 @@ AnswerQueue::AnswerQueue(std::string bytes, HostResolver resolver, Send send, st
 AnswerQueue::~AnswerQueue() {
     const std::lock_guard lock(state_->mutex);
     state_->ended = true;
-    state_->changed.notify_all();
 }
 
 void AnswerQueue::answer(const std::string& name) {
@@ -90,43 +86,35 @@ void AnswerQueue::answer(const std::string& name) {
         ++state_->counts.dropped;
         return;
     }
-    state_->waiting.push_back({name, Clock::now() + state_->limit});
-    // A thread is added only when all that there are may be stuck in a look-up.
-    if (state_->busy + state_->waiting.size() > state_->threads && state_->threads < kAnswerThreads) {
-        try {
-            std::thread([state = state_] { work(state); }).detach();
-            ++state_->threads;
-        } catch (const std::system_error&) {
-            if (state_->threads == 0) {
-                state_->waiting.pop_back();
-                ++state_->counts.dropped;
-            }
-        }
+    state_->waiting.push_back({name, momentNow() + state_->limit});
+    // All threads that there are may be stuck in a look-up.
+    if (state_->threads == kAnswerThreads)
+        return;
+    if (startBeside([state = state_] { work(*state); })) {
+        ++state_->threads;
+    } else if (state_->threads == 0) {
+        state_->waiting.pop_back();
+        ++state_->counts.dropped;
     }
-    state_->changed.notify_all();
 }
 
-void AnswerQueue::work(const std::shared_ptr<State>& state) {
-    std::unique_lock lock(state->mutex);
-    while (true) {
-        state->changed.wait(lock, [&] { return state->ended || !state->waiting.empty(); });
-        if (state->ended)
-            return;
-        const State::Waiting answer = std::move(state->waiting.front());
-        state->waiting.pop_front();
-        ++state->busy;
+void AnswerQueue::work(State& state) {
+    std::unique_lock lock(state.mutex);
+    while (!state.ended && !state.waiting.empty()) {
+        const State::Waiting answer = std::move(state.waiting.front());
+        state.waiting.pop_front();
         lock.unlock();
-        const auto outcome = state->deliver(answer);
+        const auto outcome = state.deliver(answer);
         lock.lock();
-        ++(state->counts.*outcome);
-        --state->busy;
-        state->changed.notify_all();
+        ++(state.counts.*outcome);
     }
+    --state.threads;
+    state.changed.notify_all();
 }
 
 bool AnswerQueue::finish(std::chrono::milliseconds patience) {
     std::unique_lock lock(state_->mutex);
-    return state_->changed.wait_for(lock, patience, [this] { return state_->busy == 0 && state_->waiting.empty(); });
+    return state_->changed.wait_for(lock, patience, [this] { return state_->threads == 0; });
 }
 
 AnswerQueue::Counts AnswerQueue::counts() const {

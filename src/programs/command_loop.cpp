@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/statistics.h"
 #include "text/numbers.h"
@@ -35,7 +36,7 @@ void CommandLoop::look() {
     const auto now = clock_.milliseconds();
     if (now >= nextTick_) {
         nextTick_ = now + kTickMilliseconds;
-        if (job_->state.timerRunning)
+        if (boardOf(job_->state).timer)
             timerTick(*job_);
     }
     if (showLine_ && now >= nextLine_) {

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "testing/header_check.h"
 
-#include <cmath>
-
 #include "text/fields.h"
 #include "text/list_text.h"
-#include "text/numbers.h"
 
 namespace quillon {
 
@@ -16,60 +13,55 @@ constexpr double kSmallestTested = 512;
 // alone grades as encrypted too (test AnAttributeValueAbove16384IsEncryptedWhateverItsBits).
 constexpr double kEncryptedFrom = 16384;
 
-// A size is a fixed-point number with four decimals.
-double fixedPoint(double value) {
-    return std::nearbyint(value * 10000.0) / 10000.0;
-}
-
 tl::unexpected<FileError> tooFewFields() {
     return failure(ErrorKind::Subscript, "Subscript out of range");
 }
 
 }  // namespace
 
-std::u16string_view HeaderCheck::grade(TestCount count, Message message) {
-    host_.raise(count);
-    return messages_[message];
+std::u16string_view HeaderCheck::counted(Grade grade) {
+    host_.raise(grade);
+    return messages_[grade];
 }
 
 // What size and attributes decide; no value when they leave it to the content.
-Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(std::span<const std::u16string_view> fields) {
-    if (fields.size() < 3)
+Result<std::optional<Grade>> HeaderCheck::judgeRow(const ListRow& row) {
+    const auto size = row.size();
+    if (!size)
         return tooFewFields();
-    const double size = fixedPoint(numericPrefix(fields[2]));
-    if (size == 0)
-        return Verdict{TestCount::ZeroBytes, Message::ZeroBytes};
-    if (size < kSmallestTested)
-        return Verdict{TestCount::Small, Message::TooSmall};
-    if (fields.size() < 4)
+    if (*size == 0)
+        return Grade::ZeroBytes;
+    if (*size < kSmallestTested)
+        return Grade::TooSmall;
+    const auto attributes = row.attributes();
+    if (!attributes)
         return tooFewFields();
-    const auto attributes = fields[3].substr(0, fields[3].find(u';'));
-    if (numericPrefix(attributes) >= kEncryptedFrom)
-        return Verdict{TestCount::Encrypted, Message::Encrypted};
+    if (*attributes >= kEncryptedFrom)
+        return Grade::Encrypted;
     return std::nullopt;
 }
 
-bool HeaderCheck::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    const auto judged = judgeRow(fields);
-    return judged && !*judged && !extension.empty() && (host_.useCommonHeaders() || termFiles_.mayHave(extension));
+bool HeaderCheck::mayOpen(const ListRow& row) {
+    const auto judged = judgeRow(row);
+    return judged && !*judged && !row.extension().empty() &&
+           (host_.useCommonHeaders() || termFiles_.mayHave(row.extension()));
 }
 
-Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16string_view> fields,
-                                                   std::u16string_view extension) {
-    const auto judged = judgeRow(fields);
+Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16string_view extension,
+                                                   HeadReader& heads) {
+    const auto judged = judgeRow(row);
     if (!judged)
         return failure(judged.error());
     if (*judged)
-        return grade((*judged)->count, (*judged)->message);
+        return counted(**judged);
 
     const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
 
-    toNative(fields[0], nativePath_);
-    if (!heads_.readHead(nativePath_, head_)) {
-        const auto result = grade(TestCount::AccessError, Message::AccessError);
-        host_.logAccessError("Access Error : " + readable(nativePath_));
+    if (!heads.readHead(row.nativePath(), head_)) {
+        const auto result = counted(Grade::AccessError);
+        host_.logAccessError("Access Error : " + readable(row.nativePath()));
         return result;
     }
     foldHeader(head_);
@@ -77,24 +69,24 @@ Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16strin
 }
 
 std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* terms) {
-    host_.raise(TestCount::Tested);
+    host_.raiseTested();
     if (terms != nullptr) {
         const MatchResult match = matchTerms(*terms);
         if (match == MatchResult::GivenUp)
-            return grade(TestCount::Unknown, Message::Unknown);
+            return counted(Grade::Unknown);
         if (match != MatchResult::No)
-            return grade(TestCount::Good, Message::Good);
+            return counted(Grade::Good);
         if (!host_.useCommonHeaders())
-            return grade(TestCount::Corrupt, Message::Corrupt);
+            return counted(Grade::Corrupt);
     }
     const CommonMatch common = matchCommon(terms != nullptr);
     if (common.result == MatchResult::GivenUp)
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
     if (common.result != MatchResult::No) {
-        host_.raise(TestCount::Common);
+        host_.raise(Grade::CommonHeader);
         return common.text;
     }
-    return terms != nullptr ? grade(TestCount::Corrupt, Message::Corrupt) : grade(TestCount::Unknown, Message::Unknown);
+    return terms != nullptr ? counted(Grade::Corrupt) : counted(Grade::Unknown);
 }
 
 // The first record that does not say no decides. Kept: a record without a term counts as a hit, so an empty line makes
@@ -127,7 +119,7 @@ HeaderCheck::CommonMatch HeaderCheck::matchCommon(bool termFileExists) {
 // Kept: without a term file and at a fixed position the description follows the message directly (test
 // TheCompositeTextHasNoSeparatorForAFixedPositionWithoutATermFile).
 std::u16string_view HeaderCheck::composite(const CommonRecord& record, bool termFileExists) {
-    composite_ = trimRight(messages_[Message::CommonHeader]);
+    composite_ = trimRight(messages_[Grade::CommonHeader]);
     if (termFileExists || record.anywhere)
         composite_ += u" : ";
     composite_ += *record.description;

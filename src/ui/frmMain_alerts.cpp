@@ -8,7 +8,7 @@
 namespace quillon {
 
 RecipientScreen frmMain::recipientScreen() {
-    return {alertScreenRules(AlertScreen::Main), setup_.recipients, job_.state.controls.busyPointer, nullptr,
+    return {alertScreenRules(AlertScreen::Main), setup_.recipients, askingNetwork_, nullptr,
             [this] { context_.loop.flush(); }};
 }
 
@@ -18,7 +18,6 @@ void frmMain::Command2_Click() {
         return;
     CNetworkEnum network(alerts_.network, context_.loop);
     queryRecipients(network, recipientScreen());
-    showState();
 }
 
 // Test
@@ -27,7 +26,6 @@ void frmMain::Command3_Click() {
         return;
     testRecipient(RecipientField::None, *alerts_.exchange, context_.installation, context_.surroundings,
                   recipientScreen());
-    showState();
 }
 
 }  // namespace quillon

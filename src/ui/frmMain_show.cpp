@@ -31,12 +31,12 @@ void showEnabled(QWidget& control, bool enabled) {
 }
 
 // A bar counts in 32 bits; a longer way is shown in thousandths.
-void showBar(QProgressBar& bar, const ProgressState& state) {
+void showBar(QProgressBar& bar, const JobProgress& state) {
     constexpr std::int64_t kLongest = 1'000'000'000;
     const std::int64_t scale = state.maximum > kLongest ? state.maximum / kLongest + 1 : 1;
     bar.setMaximum(static_cast<int>(std::max<std::int64_t>(state.maximum / scale, 1)));
     bar.setValue(static_cast<int>(state.value / scale));
-    bar.setVisible(state.visible);
+    bar.setVisible(state.shown);
 }
 
 }  // namespace
@@ -50,32 +50,23 @@ std::optional<std::uint32_t> JobLogRows::rowColour(int row) const {
     return log_.rows()[static_cast<std::size_t>(row)].colour;
 }
 
-void frmMain::showState() {
-    if (showing_)
-        return;
-    showing_ = true;
+void frmMain::showControls() {
     showOptions();
     showCounts();
     showTexts();
-    showControls();
-    showToolbar();
+    showCommands();
     showLog();
-    showing_ = false;
     leaveIfAbandoned();
 }
 
 void frmMain::showCounts() {
     const JobCounters& counts = job_.state.counters;
-    const std::pair<QLabel*, std::int32_t> labels[] = {
-        {lFOlders, counts.folders},         {lFolderErrors, counts.folderErrors}, {lfiles, counts.files},
-        {lSkipped, counts.skipped},         {lTested, counts.rowsRead},           {lGoodFIles, counts.good},
-        {lCorruptFiles, counts.corrupt},    {lUnknownFiles, counts.unknown},      {lCommon, counts.common},
-        {lNoextensioN, counts.noExtension}, {lSmallFiles, counts.small},          {lZeroBytes, counts.zeroBytes},
-        {lBadFileName, counts.badName},     {lAccessErrors, counts.accessErrors}, {lEncrypted, counts.encrypted},
-        {lCopyErrors, counts.copyErrors}};
+    const std::pair<QLabel*, std::int32_t> labels[] = {{lFOlders, counts.folders}, {lFolderErrors, counts.folderErrors},
+                                                       {lfiles, counts.files},     {lSkipped, counts.skipped},
+                                                       {lTested, counts.rowsRead}, {lCopyErrors, counts.copyErrors}};
     for (const auto& [label, count] : labels) showText(*label, grouped(count));
-    gradeBar->setCounts({counts.good, counts.common, counts.corrupt, counts.unknown, counts.noExtension,
-                         counts.encrypted, counts.accessErrors, counts.badName, counts.zeroBytes, counts.small});
+    for (const Grade grade : kBoardOrder) showText(*gradeCounts[grade], grouped(counts[grade]));
+    gradeBar->setCounts(counts.grades);
 }
 
 void frmMain::showTexts() {
@@ -100,14 +91,14 @@ void frmMain::showOptions() {
     showText(*Text1, setup_.separator);
     showText(*lblSource, options.source ? readable(options.source->native()) : "None");
     showText(*lblTarget, options.target ? readable(options.target->native()) : "None");
-    showTick(*chkCopy, options.copy);
-    showTick(*chkFileQuality, options.checkFileQuality);
-    showTick(*chkUseSkip, options.useSkipList);
+    chkCopy->setChecked(options.copy);
+    chkFileQuality->setChecked(options.checkFileQuality);
+    chkUseSkip->setChecked(options.useSkipList);
     chkUseSkip->setEnabled(options.useSkipListEnabled);
-    showTick(*chkCommon, options.useCommonHeaders);
+    chkCommon->setChecked(options.useCommonHeaders);
     chkCommon->setEnabled(options.useCommonHeadersEnabled);
-    showTick(*chkDefaults, setup_.useDefaults);
-    showTick(*Check1, options.showProgress);
+    chkDefaults->setChecked(setup_.useDefaults);
+    Check1->setChecked(options.showProgress);
     showChoice(*Combo1, setup_.recipients);
     Command2->setEnabled(setup_.recipients.queryEnabled);
     Command3->setEnabled(setup_.recipients.testEnabled);
@@ -115,33 +106,35 @@ void frmMain::showOptions() {
     job_.state.options.recipient = setup_.recipients.text();
 }
 
-void frmMain::showControls() {
-    const JobControls& controls = job_.state.controls;
-    showEnabled(*Frame1, controls.framesEnabled);
-    showEnabled(*Frame3, controls.framesEnabled);
-    mnu->menuAction()->setEnabled(controls.menusEnabled);
-    mnuFile->menuAction()->setEnabled(controls.menusEnabled);
+void frmMain::showCommands() {
+    const JobState& state = job_.state;
+    const JobBoard board = boardOf(state);
+    showEnabled(*Frame1, board.frames);
+    showEnabled(*Frame3, board.frames);
+    mnu->menuAction()->setEnabled(board.menus);
+    mnuFile->menuAction()->setEnabled(board.menus);
     showEnabled(*CommandButton1, setup_.sourceEnabled);
     showEnabled(*Command1, setup_.targetEnabled);
-    showEnabled(*CommandButton3, controls.runEnabled);
-    showEnabled(*CommandButton4, controls.stopEnabled);
-    showEnabled(*CommandButton5, controls.viewEnabled);
-    showEnabled(*CommandButton6, controls.zipEnabled);
-    Label19->setVisible(controls.throughputVisible);
-    Label16->setVisible(controls.throughputVisible);
-    sFileTU->setVisible(controls.currentFileVisible);
-    showBar(*ProgressBar1, controls.progress);
-    showBar(*ProgressBar2, controls.fileProgress);
-    showPointer(*this, controls.busyPointer);
-    if (job_.state.timerRunning != timer_->isActive())
-        job_.state.timerRunning ? timer_->start() : timer_->stop();
+    showEnabled(*CommandButton3, board.run);
+    showEnabled(*CommandButton4, board.stop);
+    showEnabled(*CommandButton5, board.view);
+    showEnabled(*CommandButton6, board.zip);
+    Label19->setVisible(board.throughput);
+    Label16->setVisible(board.throughput);
+    sFileTU->setVisible(state.fileLineShown);
+    showBar(*ProgressBar1, state.progress);
+    showBar(*ProgressBar2, {false, 100, state.fileProgress});  // starts hidden, and nothing shows it
+    showPointer(*this, board.busyPointer || askingNetwork_);
+    if (board.timer != timer_->isActive())
+        board.timer ? timer_->start() : timer_->stop();
+    showToolbar(board);
 }
 
-void frmMain::showToolbar() {
-    const bool restricted = job_.state.controls.toolbarRestricted;
+void frmMain::showToolbar(const JobBoard& board) {
+    const bool restricted = board.toolbarRestricted;
     if (restricted) {
         disableToolbar();
-        toolbarButtons[5]->setEnabled(job_.state.controls.stopEnabled);
+        toolbarButtons[5]->setEnabled(board.stop);
     } else if (toolbarRestricted_) {
         enableToolbar();
     } else {

@@ -54,7 +54,7 @@ void registerScreens(const ScreenContext& context, Job& job) {
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;
         const auto* given = std::any_cast<EditorHandover>(&handOver);
-        return std::make_unique<frmExtEditor>(context, job, given != nullptr ? *given : nothing);
+        return std::make_unique<frmExtEditor>(context, job.messages, given != nullptr ? *given : nothing);
     });
 }
 

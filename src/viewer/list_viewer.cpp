@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/list_viewer.h"
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "text/list_text.h"
@@ -48,7 +48,7 @@ void ListViewer::loadCategories() {
                                                   readable(paths.localPath.native()) +
                                                   "\\Settings\\errors.dat. Switching to default settings.\r\n");
     const ReportMessages fallback = ReportMessages::fallback();
-    state.categories.insert(state.categories.end(), fallback.all().begin(), fallback.all().end());
+    state.categories.insert(state.categories.end(), fallback.values.begin(), fallback.values.end());
 }
 
 void ListViewer::chooseCategory(int entry) {
@@ -88,7 +88,7 @@ void ListViewer::filter() {
     state.busyPointer = false;
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::loadRows(const NativePath& list) {
@@ -152,7 +152,7 @@ void ListViewer::addToSkipList() {
 std::optional<EditorHandover> ListViewer::openEditor() {
     const std::u16string extension(state.extensions.chosenText());
     const auto& category = state.categories[static_cast<std::size_t>(state.category)];
-    if (category != job_.messages[Message::NoExtension] && extension.empty()) {
+    if (category != job_.messages[Grade::NoExtension] && extension.empty()) {
         host_.beep();
         return std::nullopt;
     }
@@ -186,8 +186,8 @@ void ListViewer::retest() {
     state.passRunning = false;
     if (end == RetestEnd::CopyInUse) {
         dialogs.warn("Error",
-                     "Warning, the file appears to be open in another application! Please close any programs that may "
-                     "be accessing the file list.");
+                     "Warning, the file appears to be open in another application! "
+                     "Please close any programs that may be accessing the file list.");
         return;
     }
     state.busyPointer = false;
@@ -201,7 +201,7 @@ void ListViewer::retest() {
     goIdle();
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::endRetest() {

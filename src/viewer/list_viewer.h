@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "app/screen_host.h"
 #include "job/job.h"
 #include "viewer/editor_handover.h"
 #include "viewer/extension_list.h"
@@ -35,21 +36,10 @@ struct ViewerState {
     bool changed = true;       ///< "Done" recounts the job
 };
 
-/// What the viewer asks of its screen.
-class ViewerHost {
-public:
-    virtual ~ViewerHost() = default;
-    /// Brings the screen up to date with the state, ahead of a box or a long step.
-    virtual void showState() = 0;
-    virtual void beep() = 0;
-    /// Gives the grid the keyboard focus.
-    virtual void focusGrid() = 0;
-};
-
 class ListViewer {
 public:
     /// Both must outlive this.
-    ListViewer(Job& job, ViewerHost& host) : job_(job), host_(host) {}
+    ListViewer(Job& job, ScreenHost& host) : job_(job), host_(host) {}
 
     ViewerState state;
 
@@ -98,7 +88,7 @@ private:
     void endRetest();
 
     Job& job_;
-    ViewerHost& host_;
+    ScreenHost& host_;
     NativePath listPath_;
     NativePath temporaryListPath_;
 };

@@ -37,7 +37,7 @@ constexpr const char* kTwo = "1,MZ,T,Program & more\r\n0,D0CF11,H,OLE file\r\n";
 void FrmCommonHeadersTest::init() {
     screen_ = std::make_unique<test::EditorScreen>(Screen::CommonHeaders);
     screen_->folder.write(kList, kTwo);
-    screen_->job.messages[Message::CommonHeader] = u"Looks <b>like</b>: ";
+    screen_->job.messages[Grade::CommonHeader] = u"Looks <b>like</b>: ";
     screen_->open();
 }
 
@@ -202,16 +202,20 @@ void FrmCommonHeadersTest::deleteAllIsSwitchedOnByItsBox() {
 }
 
 void FrmCommonHeadersTest::doneSavesAndTheCloseBoxDoesNot() {
-    screen_->type("tID", "Zip");
-    screen_->type("tTerm", "PK");
-    screen_->type("tOffset", "1");
-    screen_->click("Command1");
+    const auto addZip = [this] {
+        screen_->type("tID", "Zip");
+        screen_->type("tTerm", "PK");
+        screen_->type("tOffset", "1");
+        screen_->click("Command1");
+    };
+    addZip();
     screen_->window().close();
     QCOMPARE(screen_->bytesOf(kList), std::string(kTwo));
     QCOMPARE(screen_->mainShown, 1);
     screen_->open();
+    addZip();
     screen_->click("Command4");
-    QVERIFY(!screen_->window().isVisible());
+    QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->bytesOf(kList), std::string(kTwo) + "1,PK,T,Zip\r\n");
 }
 

@@ -105,15 +105,15 @@ void FrmErrorsTest::okAddsTheColonSavesAndLoadsTheMessages() {
     screen_->type("tError_0", "Fine");
     screen_->type("tError_9", "Type");
     screen_->click("Command1");
-    QVERIFY(!screen_->window().isVisible());
+    QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->mainShown, 1);
     QCOMPARE(
         screen_->bytesOf(kList),
         std::string("Fine\r\nHeader Corrupt\r\nNo Extension\r\nUnknown or ambiguous file type\r\nFile "
                     "encrypted\r\nAccess error\r\nFile too small to test (<512 bytes)\r\nFile is zero length\r\nBad "
                     "filename\r\nType:\r\n"));
-    QCOMPARE(toQt(screen_->job.messages[Message::Good]), QStringLiteral("Fine"));
-    QCOMPARE(toQt(screen_->job.messages[Message::CommonHeader]), QStringLiteral("Type:"));
+    QCOMPARE(toQt(screen_->job.messages[Grade::Good]), QStringLiteral("Fine"));
+    QCOMPARE(toQt(screen_->job.messages[Grade::CommonHeader]), QStringLiteral("Type:"));
 }
 
 void FrmErrorsTest::theCloseBoxSavesNothing() {

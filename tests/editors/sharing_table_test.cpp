@@ -9,26 +9,13 @@
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
 #include "editors/manual_update.h"
+#include "support/recording_screen.h"
 #include "viewer/list_viewer.h"
 
 using namespace quillon;
 using quillon::test::EditorFolders;
 
 namespace {
-
-class SilentEditor final : public ExtensionEditorHost {
-    void showState() override {}
-    void clearClipboard() override {}
-    void beep() override {}
-    void focusPosition() override {}
-    void focusTerm() override {}
-};
-
-class SilentViewer final : public ViewerHost {
-    void showState() override {}
-    void beep() override {}
-    void focusGrid() override {}
-};
 
 // All that the screens need, over one installation.
 struct Screens {
@@ -46,11 +33,10 @@ struct Screens {
 
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
-    SilentEditor editorHost;
-    SilentViewer viewerHost;
-    ExtensionEditor extensionEditor{job, editorHost};
+    test::RecordingScreen screen;
+    ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, screen, [] {}};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
-    ListViewer viewer{job, viewerHost};
+    ListViewer viewer{job, screen};
     std::string loaded;  // what an action that loads has read
 };
 
@@ -115,7 +101,7 @@ void deleteAllInUpdate(Screens& s) {
     s.manualUpdate.deleteTerms();
 }
 void addCommonHeader(Screens& s) {
-    s.job.messages[Message::CommonHeader] = u"Type:";
+    s.job.messages[Grade::CommonHeader] = u"Type:";
     s.editor().state.rows = {{{"1"}, {"PK"}, {"T"}}};
     s.extensionEditor.hitRow(0);
     s.folders.dialogs.expectInput("Enter Identifier",

@@ -38,19 +38,16 @@ public:
     void turn() override {}
 };
 
-class NoScreen final : public ViewerHost, public ExtensionEditorHost {
+class NoScreen final : public ScreenHost {
 public:
     void showState() override {}
     void beep() override {}
-    void focusGrid() override {}
-    void clearClipboard() override {}
-    void focusPosition() override {}
-    void focusTerm() override {}
+    void focus(const char* /*control*/) override {}
 };
 
-class Teaching {
+class TeachingRun {
 public:
-    explicit Teaching(const NativePath& folder) : installation_(folder / "app") {
+    explicit TeachingRun(const NativePath& folder) : installation_(folder / "app") {
         installation_.settings.localPath.assign(pageFromPath(folder / "local"));
         installation_.settings.sharedPath.assign(pageFromPath(folder / "share"));
         installation_.settings.useSharedDb = 1;
@@ -63,7 +60,7 @@ public:
         ListViewer viewer(job_, screen_);
         viewer.load();
         const auto& all = viewer.state.categories;
-        const auto corrupt = std::find(all.begin(), all.end(), job_.messages[Message::Corrupt]);
+        const auto corrupt = std::find(all.begin(), all.end(), job_.messages[Grade::Corrupt]);
         viewer.chooseCategory(static_cast<int>(corrupt - all.begin()));
         viewer.filter();
         viewer.selectRow(0);
@@ -71,7 +68,7 @@ public:
     }
 
     void done() {
-        ExtensionEditor editor(job_, screen_);
+        ExtensionEditor editor(installation_, dialogs_, job_.kept(), job_.messages, screen_, [] {});
         editor.load({1, u"qlx", {}, {}});
         editor.state.position = "5";
         editor.state.term = "NEW";
@@ -97,7 +94,7 @@ int main(int count, char* arguments[]) {
     if (count != 3)
         return kWrongUsage;
     const std::string_view what = arguments[1];
-    Teaching teaching(arguments[2]);
+    TeachingRun teaching(arguments[2]);
     if (what == "retest")
         teaching.retest();
     else if (what == "done")

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "job/completion_report.h"
 
+#include "job/job_board.h"
 #include "job/job_fixture.h"
 
 namespace quillon::test {
@@ -38,7 +39,7 @@ protected:
 
 TEST_F(ReportTest, ACleanJobHasNoMessageLines) {
     state.counters.files = 1234;
-    state.counters.good = 1200;
+    state.counters[Grade::Good] = 1200;
     state.texts.quality = "97.56%";
     EXPECT_EQ(completionReport(state, "LAB7"),
               "File list complete for job ID : 1234 on LAB7\r\n"
@@ -52,18 +53,18 @@ TEST_F(ReportTest, ACleanJobHasNoMessageLines) {
 
 TEST_F(ReportTest, EveryCounterAboveZeroHasItsLineInThisOrder) {
     JobCounters& counters = state.counters;
-    counters.corrupt = 1;
-    counters.unknown = 2;
+    counters[Grade::Corrupt] = 1;
+    counters[Grade::Unknown] = 2;
     counters.skipped = 3;
-    counters.zeroBytes = 4;
-    counters.badName = 5;
-    counters.accessErrors = 6;
-    counters.encrypted = 7;
-    counters.small = 8;
+    counters[Grade::ZeroBytes] = 4;
+    counters[Grade::InvalidName] = 5;
+    counters[Grade::AccessError] = 6;
+    counters[Grade::Encrypted] = 7;
+    counters[Grade::TooSmall] = 8;
     counters.folderErrors = 9000;
     counters.copyErrors = 10;
-    counters.common = 11;
-    counters.noExtension = 12;
+    counters[Grade::CommonHeader] = 11;
+    counters[Grade::NoExtension] = 12;
     EXPECT_EQ(completionReport(state, "LAB7"),
               "File list complete for job ID : 1234 on LAB7\r\n"
               "Total Files : 0 (Quality : 0)\r\n"
@@ -110,7 +111,7 @@ TEST_F(ReportTest, TheReportGoesToTheRecipient) {
     EXPECT_EQ(alerts.bodies.at(0), completionReport(state, "LAB7"));
     EXPECT_EQ(alerts.stateAtSend, AckState::Pending);
     EXPECT_EQ(alerts.waits, 1);
-    EXPECT_FALSE(state.controls.busyPointer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
 TEST_F(ReportTest, CopyFailuresMakeItAnAlert) {
@@ -128,7 +129,7 @@ TEST_F(ReportTest, AReportThatIsNotAcknowledgedIsTold) {
     alerts.answer = AckState::None;
     fake.dialogs.expectBox("File list complete", "File listing complete, but could not send notification to LAB9");
     sendCompletionReport(job, alerts);
-    EXPECT_FALSE(state.controls.busyPointer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
 TEST_F(ReportTest, AStateThatIsStillPendingIsNotTold) {

@@ -147,19 +147,19 @@ TEST_F(CopyPassTest, StopMidFileLeavesNoCutFileAndCountsAnError) {
 
 TEST_F(CopyPassTest, ALargeFileShowsZeroPercentAndTurnsTheLoopPerChunk) {
     const auto a = sourceFile("a", std::string(2'000'001, 'x'));
-    state.controls.fileProgress.value = 55;
+    state.fileProgress = 55;
     copy({a});
     EXPECT_EQ(state.texts.filePercent, ".00%");
-    EXPECT_EQ(state.controls.fileProgress.value, 0);
+    EXPECT_EQ(state.fileProgress, 0);
     EXPECT_GE(fake.loop.turns, 2) << "one of the row, and one of each chunk";
 }
 
 TEST_F(CopyPassTest, AFileOf2000000BytesOnlyResetsTheFilesBar) {
     const auto a = sourceFile("a", std::string(2'000'000, 'x'));
-    state.controls.fileProgress.value = 55;
+    state.fileProgress = 55;
     copy({a});
     EXPECT_EQ(state.texts.filePercent, "");
-    EXPECT_EQ(state.controls.fileProgress.value, 0);
+    EXPECT_EQ(state.fileProgress, 0);
     EXPECT_EQ(fake.loop.turns, 1);
 }
 
@@ -169,14 +169,14 @@ TEST_F(CopyPassTest, TheJobsProgressIsRowsOfFiles) {
     const auto c = sourceFile("c", "3");
     std::vector<std::string> shown;
     fake.loop.onTurn = [&](int) {
-        shown.push_back(std::to_string(state.controls.progress.value) + " " + state.texts.jobPercent + " " +
+        shown.push_back(std::to_string(state.progress.value) + " " + state.texts.jobPercent + " " +
                         state.texts.currentFile + " " + state.texts.status);
     };
     copy({a, b, c});
     EXPECT_EQ(shown, (std::vector<std::string>{"33 33.33% Copying " + a + " Copying data ...",
                                                "66 66.67% Copying " + b + " Copying data ...",
                                                "100 100.00% Copying " + c + " Copying data ..."}));
-    EXPECT_EQ(state.controls.progress.maximum, 100);
+    EXPECT_EQ(state.progress.maximum, 100);
 }
 
 TEST_F(CopyPassTest, AListOfUnknownCountShowsNoMoreThanAHundred) {
@@ -184,7 +184,7 @@ TEST_F(CopyPassTest, AListOfUnknownCountShowsNoMoreThanAHundred) {
     writeFinalList({toListText(a) + u",,,", toListText(a) + u",,,"});
     state.counters.files = 1;
     std::int64_t most = 0;
-    fake.loop.onTurn = [&](int) { most = std::max(most, state.controls.progress.value); };
+    fake.loop.onTurn = [&](int) { most = std::max(most, state.progress.value); };
     CopyPass(job).run();
     EXPECT_EQ(most, 100);
 }

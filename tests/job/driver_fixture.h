@@ -9,6 +9,7 @@
 
 #include <fmt/format.h>
 
+#include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/job_fixture.h"
 
@@ -22,7 +23,7 @@ protected:
     DriverTest() {
         installation.settings.useCommonHeaders = 1;
         state.options.checkFileQuality = true;
-        state.controls.runEnabled = true;
+        state.mayRun = true;
         folder.write("local/Settings/CommonHeaders.dat", "0,never,T,x\r\n");
         state.log.setListener(this);
     }
@@ -40,11 +41,25 @@ protected:
 
     // Run, Stop, View, Zip, frames, menus, timer as letters when they are on, and the status line.
     std::string screen() const {
-        const JobControls& c = state.controls;
+        const JobBoard board = boardOf(state);
         const auto letter = [](bool on, char l) { return on ? l : '-'; };
-        return fmt::format("{}{}{}{}{}{}{} {}", letter(c.runEnabled, 'R'), letter(c.stopEnabled, 'S'),
-                           letter(c.viewEnabled, 'V'), letter(c.zipEnabled, 'Z'), letter(c.framesEnabled, 'F'),
-                           letter(c.menusEnabled, 'M'), letter(state.timerRunning, 'T'), state.texts.status);
+        return fmt::format("{}{}{}{}{}{}{} {}", letter(board.run, 'R'), letter(board.stop, 'S'),
+                           letter(board.view, 'V'), letter(board.zip, 'Z'), letter(board.frames, 'F'),
+                           letter(board.menus, 'M'), letter(board.timer, 'T'), state.texts.status);
+    }
+
+    // Does it at the first turn of the loop at which that is so. How many turns there are before depends on how busy
+    // the machine is: waits turn the loop, too.
+    void atTurnWhen(std::function<bool()> isSo, std::function<void()> act) {
+        fake.loop.onTurn = [isSo = std::move(isSo), act = std::move(act), done = false](int) mutable {
+            if (done || !isSo())
+                return;
+            done = true;
+            act();
+        };
+    }
+    void stopWhen(std::function<bool()> isSo) {
+        atTurnWhen(std::move(isSo), [this] { stopJob(job); });
     }
 
     void expectOverwrite(BoxAnswer answer) {

@@ -60,14 +60,13 @@ TEST_F(DriverTest, ACopyComesBehindTheListAndShowsItsOwnLine) {
     bool shown = false;
     fake.loop.onTurn = [&](int) {
         if (state.texts.status == "Copying data ...")
-            shown = !state.controls.throughputVisible && state.controls.progress.visible &&
-                    state.controls.currentFileVisible;
+            shown = !boardOf(state).throughput && state.progress.shown && state.fileLineShown;
     };
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_TRUE(shown);
-    EXPECT_TRUE(state.controls.throughputVisible);
-    EXPECT_FALSE(state.controls.progress.visible);
-    EXPECT_FALSE(state.controls.currentFileVisible);
+    EXPECT_TRUE(boardOf(state).throughput);
+    EXPECT_FALSE(state.progress.shown);
+    EXPECT_FALSE(state.fileLineShown);
     EXPECT_EQ(folder.read("target" + a), "x");
     ASSERT_GE(trace.size(), 3U);
     EXPECT_EQ(trace[trace.size() - 3], "Started copying Files|-S----T Testing files");
@@ -102,12 +101,12 @@ TEST_F(DriverTest, WhenThePickerIsCancelledTheJobGoesOnAndFindsNothing) {
 
 TEST_F(DriverTest, CopyingWithoutATargetEndsTheJobWithTheFocusOnTheTarget) {
     state.options.copy = true;
-    state.counters.good = 7;
+    state.counters[Grade::Good] = 7;
     fake.dialogs.expectBox("Error",
                            "You have selected to copy the files to another location, but not selected a location.");
     EXPECT_EQ(run(), JobEnd::NotStarted);
     EXPECT_EQ(trace, Trace{"focus target"});
-    EXPECT_EQ(state.counters.good, 7) << "counters are reset behind this check";
+    EXPECT_EQ(state.counters[Grade::Good], 7) << "counters are reset behind this check";
     EXPECT_FALSE(exists("app/tFile.csv"));
 }
 
@@ -149,10 +148,7 @@ TEST_F(DriverTest, TheSameJobIdOfAListWithTheSeparatorIsAnOrdinaryList) {
 
 TEST_F(DriverTest, StopDuringTheFolderTestsEndsTheWalkAtItsStart) {
     sourceFile("a/file", "x");
-    fake.loop.onTurn = [this](int turn) {
-        if (turn == 1)
-            stopJob(job);
-    };
+    stopWhen([this] { return state.phase == JobPhase::FolderTest; });
     EXPECT_EQ(run(), JobEnd::Stopped);
     EXPECT_EQ(fs::file_size(folder / "app/tFile.csv"), 0U);
     EXPECT_FALSE(exists("local/1234.csv"));
@@ -161,10 +157,7 @@ TEST_F(DriverTest, StopDuringTheFolderTestsEndsTheWalkAtItsStart) {
 
 TEST_F(DriverTest, StopDuringTheWalkLeavesAPartlyWrittenRawListAndNoFinalList) {
     for (const char* name : {"a", "b", "c"}) sourceFile(name);
-    fake.loop.onTurn = [this](int turn) {
-        if (turn == 1)
-            stopJob(job);
-    };
+    stopWhen([this] { return state.counters.files == 1; });
     EXPECT_EQ(run(), JobEnd::Stopped);
     EXPECT_EQ(rowsOf("app/tFile.csv").size(), 1U);
     EXPECT_FALSE(exists("local/1234.csv"));
@@ -176,10 +169,7 @@ TEST_F(DriverTest, StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns)
     for (const char* name : {"a", "b", "c"}) sourceFile(name, "x");
     state.options.copy = true;
     state.options.target = folder / "target";
-    fake.loop.onTurn = [this](int turn) {
-        if (turn == 4)  // the first row of the testing pass
-            stopJob(job);
-    };
+    stopWhen([this] { return state.phase == JobPhase::Testing && state.counters.rowsRead == 1; });
     fake.dialogs.expectBox("Delete partial file list?",
                            "Process stopped, do you want to delete the current file list ?", BoxAnswer::No);
     EXPECT_EQ(run(), JobEnd::Stopped);
@@ -193,10 +183,7 @@ TEST_F(DriverTest, ADeletedPartialListMakesTheCopyPassSayThatThereIsNone) {
     sourceFile("a", "x");
     state.options.copy = true;
     state.options.target = folder / "target";
-    fake.loop.onTurn = [this](int turn) {
-        if (turn == 2)
-            stopJob(job);
-    };
+    stopWhen([this] { return state.phase == JobPhase::Testing; });
     fake.dialogs.expectBox("Delete partial file list?",
                            "Process stopped, do you want to delete the current file list ?", BoxAnswer::Yes);
     fake.dialogs.expectBox("Error copying files", "Unable to find file list..", BoxAnswer::Ok, BoxStyle::Critical);
@@ -221,22 +208,21 @@ TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
     for (const char* name : {"0 same", "1 gone", "2 fifo", "3 link", "4 shrunk", "5 folder"})
         sourceFile(std::string(name) + ".abc", healthy);
     folder.write("outside.abc", healthy);
-    fake.loop.onTurn = [this](int turn) {
-        if (turn != 6)  // behind the last row of the walk
-            return;
+    const auto walkIsThrough = [this] { return state.counters.files == 6; };
+    atTurnWhen(walkIsThrough, [this] {
         for (const char* name : {"1 gone", "2 fifo", "3 link", "5 folder"})
             fs::remove(folder / ("source/" + std::string(name) + ".abc"));
         makeFifo(folder / "source/2 fifo.abc");
         fs::create_symlink(folder / "outside.abc", folder / "source/3 link.abc");
         fs::resize_file(folder / "source/4 shrunk.abc", 1);
         fs::create_directory(folder / "source/5 folder.abc");
-    };
+    });
     EXPECT_EQ(run(), JobEnd::Complete);
     std::vector<std::u16string> grades;
     for (const auto& row : finalRows()) grades.push_back(row.substr(row.rfind(u',') + 1));
     const std::u16string denied = u"Access error";
     EXPECT_EQ(grades, (std::vector<std::u16string>{u"Header OK", denied, denied, denied, u"Header Corrupt", denied}));
-    EXPECT_EQ(state.counters.accessErrors, 4);
+    EXPECT_EQ(state.counters[Grade::AccessError], 4);
 }
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {
@@ -291,9 +277,9 @@ TEST_F(DriverTest, TheTestingPassGivesTheBarTheNumberOfFiles) {
     for (const char* name : {"a", "b", "c"}) sourceFile(name);
     state.options.showProgress = true;
     run();
-    EXPECT_EQ(state.controls.progress.maximum, 3);
-    EXPECT_EQ(state.controls.progress.value, 3);
-    EXPECT_FALSE(state.controls.progress.visible);
+    EXPECT_EQ(state.progress.maximum, 3);
+    EXPECT_EQ(state.progress.value, 3);
+    EXPECT_FALSE(state.progress.shown);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "job/job_board.h"
 #include "platform/folders.h"
 #include "support/fake_surroundings.h"
 #include "support/temp_folder.h"
@@ -46,21 +47,20 @@ TEST_F(JobSetupTest, AForbiddenCharacterLeavesTheJobIdAtOnce) {
 }
 
 TEST_F(JobSetupTest, AJobIdEnablesTheSourcePickerAndView) {
-    state.controls.stopEnabled = true;
     setup.jobIdChanged("1234");
     EXPECT_TRUE(setup.sourceEnabled);
-    EXPECT_TRUE(state.controls.viewEnabled);
-    EXPECT_FALSE(state.controls.stopEnabled);
-    EXPECT_FALSE(state.controls.runEnabled);
+    EXPECT_TRUE(boardOf(state).view);
+    EXPECT_FALSE(boardOf(state).stop);
+    EXPECT_FALSE(boardOf(state).run);
 }
 
 TEST_F(JobSetupTest, ABlankOnlyJobIdIsCutToNothingAndDisablesTheSourcePicker) {
     setup.jobIdChanged("1234");
-    state.controls.runEnabled = true;
+    state.mayRun = true;
     setup.jobIdChanged("   ");
     EXPECT_EQ(state.options.jobId, "");
     EXPECT_FALSE(setup.sourceEnabled);
-    EXPECT_FALSE(state.controls.runEnabled);
+    EXPECT_FALSE(boardOf(state).run);
 }
 
 TEST_F(JobSetupTest, ABlankBaredByTheCleaningIsCutToo) {
@@ -81,8 +81,8 @@ TEST_F(JobSetupTest, AChosenSourceEnablesRunAndIsLogged) {
     fake.dialogs.expectFolder("Select source", temp / "source");
     EXPECT_EQ(setup.pickSource(), FocusAfter::Stays);
     EXPECT_EQ(state.options.source, temp / "source");
-    EXPECT_TRUE(state.controls.runEnabled);
-    EXPECT_FALSE(state.controls.viewEnabled);
+    EXPECT_TRUE(boardOf(state).run);
+    EXPECT_FALSE(boardOf(state).view);
     EXPECT_EQ(state.texts.status, "Ready >");
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Source : " + (temp / "source").string()});
 }
@@ -101,7 +101,7 @@ TEST_F(JobSetupTest, CancellingTheSourceShowsNoneAndDisablesRun) {
     fake.dialogs.expectFolder("Select source", std::nullopt);
     setup.pickSource();
     EXPECT_FALSE(state.options.source.has_value());
-    EXPECT_FALSE(state.controls.runEnabled);
+    EXPECT_FALSE(boardOf(state).run);
     EXPECT_TRUE(logTexts().empty());
 }
 
@@ -313,7 +313,7 @@ TEST_F(JobSetupTest, OpenExistingCopiesAForeignListAndTakesItsName) {
     EXPECT_EQ(state.options.jobId, "4711");
     EXPECT_EQ(temp.read("local/4711.csv"), "rows");
     EXPECT_EQ(state.texts.status, "");
-    EXPECT_FALSE(state.controls.busyPointer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
     EXPECT_EQ(fake.dialogs.lastPick().filter, "File Lists (*.csv)|*.csv|All Files(*.*)");
     EXPECT_EQ(fake.dialogs.lastPick().defaultSuffix, ".csv");
     EXPECT_EQ(fake.dialogs.lastPick().startFolder, temp / "local");

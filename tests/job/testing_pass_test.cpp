@@ -12,20 +12,17 @@ using Rows = std::vector<std::u16string>;
 // Gives each extension a scripted answer and keeps what it was asked.
 class ScriptedChecker final : public RowChecker {
 public:
-    Result<std::u16string_view> check(std::span<const std::u16string_view> fields,
-                                      std::u16string_view extension) override {
-        asked.emplace_back(extension);
-        columns.emplace_back(fields.begin(), fields.end());
-        if (failures > 0 && extension == u"bad") {
+    Result<std::u16string_view> check(const ListRow& row) override {
+        asked.push_back(row.extension());
+        if (failures > 0 && row.extension() == u"bad") {
             --failures;
             return failure(error);
         }
-        text = u"grade of " + std::u16string(extension);
+        text = u"grade of " + row.extension();
         return std::u16string_view(text);
     }
 
     std::vector<std::u16string> asked;
-    std::vector<std::vector<std::u16string>> columns;
     FileError error{ErrorKind::PermissionDenied, "Permission denied"};
     int failures = 1000;
     std::u16string text;
@@ -75,7 +72,7 @@ TEST_F(TestingPassTest, ATestedFileOfTheJobsOwnHeaderTestIsGraded) {
     writeRawList({row});
     TestingPass(job, nullptr).run();
     EXPECT_EQ(finalRows(), Rows{row + u",Header OK"});
-    EXPECT_EQ(state.counters.good, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 1);
     EXPECT_EQ(state.counters.tested, 1);
     EXPECT_EQ(state.texts.quality, "100.00%");
 }
@@ -84,7 +81,7 @@ TEST_F(TestingPassTest, TheExtensionIsWhatFollowsTheLastDotOfTheNameInItsOwnCase
     run({u"/s/a.tar.gz,,,", u"/x.y/z,,,", u"/s/A.TxT,,,", u"/s/.bashrc,,,", u"/s/dot.,,,", u"C:\\x.y\\b.doc,,,",
          u"C:\\x.y\\z,,,", u"/s/n.a>b,,,"});
     EXPECT_EQ(checker.asked, (Rows{u"gz", u"TxT", u"bashrc", u"doc", u"a,b"}));
-    EXPECT_EQ(state.counters.noExtension, 3);
+    EXPECT_EQ(state.counters[Grade::NoExtension], 3);
     EXPECT_EQ(finalRows()[1], u"/x.y/z,,,,No Extension");
 }
 
@@ -114,7 +111,7 @@ TEST_F(TestingPassTest, ProgressIsShownOnlyWhenItIsWanted) {
     state.options.showProgress = true;
     run({u"/s/a>b.txt,,,", u""});
     EXPECT_EQ(state.texts.currentFile, "/s/a,b.txt");
-    EXPECT_EQ(state.controls.progress.value, 3) << "a blank line is a row too";
+    EXPECT_EQ(state.progress.value, 3) << "a blank line is a row too";
 }
 
 TEST_F(TestingPassTest, ARowWhoseTestIsRefusedIsMissingFromTheList) {
@@ -123,7 +120,7 @@ TEST_F(TestingPassTest, ARowWhoseTestIsRefusedIsMissingFromTheList) {
         checker.error.kind = kind;
         EXPECT_EQ(run({u"/s/a.txt,,,", u"/s/b.bad,,,", u"/s/c.txt,,,"}),
                   (Rows{u"/s/a.txt,,,,grade of txt", u"/s/c.txt,,,,grade of txt"}));
-        EXPECT_EQ(state.counters.accessErrors, 1);
+        EXPECT_EQ(state.counters[Grade::AccessError], 1);
         EXPECT_EQ(state.counters.rowsRead, 3);
     }
     EXPECT_TRUE(alerts.sent.empty());
@@ -149,7 +146,7 @@ TEST_F(TestingPassTest, FurtherErrorsPassWithoutAWordAndKeepTheLastResult) {
     EXPECT_EQ(run({u"/s/a.txt,,,", u"/s/b.bad,,,", u"/s/c.bad,,,"}),
               (Rows{u"/s/a.txt,,,,grade of txt", u"/s/b.bad,,,,grade of txt", u"/s/c.bad,,,,grade of txt"}));
     EXPECT_EQ(alerts.sent.size(), 1U);
-    EXPECT_EQ(state.counters.accessErrors, 0);
+    EXPECT_EQ(state.counters[Grade::AccessError], 0);
 }
 
 TEST_F(TestingPassTest, ARowWithTooFewColumnsIsSuchAnError) {

@@ -3,7 +3,6 @@
 #include "archive/zip_bytes.h"
 #include "archive/zip_writer.h"
 #include "job/final_list.h"
-#include "job/job_driver.h"
 #include "platform/folders.h"
 #include "programs/save_table.h"
 #include "setup/database_backup.h"
@@ -22,14 +21,11 @@ using test::Fault;
 using test::Place;
 using test::SaveTable;
 
-class NoScreen final : public ViewerHost, public JobHost {
+class NoScreen final : public ScreenHost {
 public:
     void showState() override {}
     void beep() override {}
-    void focusGrid() override {}
-    void pickSource() override {}
-    void focusTargetPicker() override {}
-    void updateToolbar() override {}
+    void focus(const char* /*control*/) override {}
 };
 
 TEST_F(SaveTable, ListThatIsCopied) {
@@ -72,7 +68,7 @@ TEST_F(SaveTable, ListThatIsTestedAgain) {
                      ListViewer viewer(job, screen);
                      viewer.load();
                      const auto& all = viewer.state.categories;
-                     const auto corrupt = std::ranges::find(all, job.messages[Message::Corrupt]);
+                     const auto corrupt = std::ranges::find(all, job.messages[Grade::Corrupt]);
                      if (corrupt == all.end())
                          return false;
                      viewer.chooseCategory(static_cast<int>(corrupt - all.begin()));
@@ -209,9 +205,10 @@ void writeRows(const NativePath& list, ListEncoding encoding, int n, const Fault
         if (auto writer = ListWriter::create(list, encoding)) {
             created = true;
             for (int i = 0; i < 5; ++i) {
-                const std::u16string row = u"row " + std::u16string(1, static_cast<char16_t>(u'0' + i)) + u"\r\n";
-                if (writer->write(row))
-                    expected += encoding == ListEncoding::Page ? toPage(row).bytes : test::utf16Bytes(row);
+                const std::u16string row = u"/row " + std::u16string(1, static_cast<char16_t>(u'0' + i));
+                const std::u16string line = row + u"\r\n";
+                if (writer->write(ListRow(row)))
+                    expected += encoding == ListEncoding::Page ? toPage(line).bytes : test::utf16Bytes(line);
             }
             EXPECT_TRUE(writer->close() || disk.met());
         }

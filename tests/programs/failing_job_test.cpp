@@ -13,13 +13,6 @@ using test::FailingFiles;
 using test::Fault;
 using test::Place;
 
-class NoScreen final : public JobHost {
-public:
-    void pickSource() override {}
-    void focusTargetPicker() override {}
-    void updateToolbar() override {}
-};
-
 // What a job said of itself.
 struct Told {
     bool complete = false;
@@ -57,7 +50,7 @@ protected:
         job.state.options.copy = true;
         job.state.options.checkFileQuality = true;
         job.state.options.overwriteConfirmed = true;
-        NoScreen screen;
+        JobHost screen;
         told.complete = JobDriver(job, screen, nullptr).run() == JobEnd::Complete;
         told.lostRows = job.state.counters.lostRows;
         told.copyErrors = job.state.counters.copyErrors;

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include "job/job_board.h"
+
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+namespace quillon::test {
+
+namespace {
+
+// The board as the table of a phase tells it: a letter for each control that can be used or is seen. F Frame1 and
+// Frame3, M mnu and mnuFile, X the restricted toolbar, R Run, S Stop, V View, Z Zip, T Label19 and Label16, B the busy
+// pointer, C the clock Timer1.
+std::string lettersOf(const JobState& state) {
+    const JobBoard board = boardOf(state);
+    const std::pair<bool, char> controls[] = {
+        {board.frames, 'F'}, {board.menus, 'M'},      {board.toolbarRestricted, 'X'},
+        {board.run, 'R'},    {board.stop, 'S'},       {board.view, 'V'},
+        {board.zip, 'Z'},    {board.throughput, 'T'}, {board.busyPointer, 'B'},
+        {board.timer, 'C'}};
+    std::string letters;
+    for (const auto& [on, letter] : controls) letters.push_back(on ? letter : '-');
+    return letters;
+}
+
+struct PhaseCase {
+    JobPhase phase;
+    const char* board;
+    const char* status;  // behind "before"
+};
+constexpr PhaseCase kPhaseCases[] = {
+    {JobPhase::Idle, "FM-R--ZT--", "before"},
+    {JobPhase::Checking, "FM-R--ZT-C", "before"},
+    {JobPhase::Starting, "FMXR--ZT-C", "before"},
+    {JobPhase::FolderTest, "FMXR--ZT-C", "Checking folders and access rights"},
+    {JobPhase::Walk, "--X-S--T-C", "Running primary list"},
+    {JobPhase::Testing, "--X-S--T-C", "Testing files"},
+    {JobPhase::Copying, "--X-S----C", "before"},
+    {JobPhase::Reporting, "--X-S--TB-", "before"},
+};
+static_assert(std::size(kPhaseCases) == kJobPhases);
+
+JobState stateIn(JobPhase phase) {
+    JobState state;
+    state.mayRun = true;
+    state.texts.status = "before";
+    enterPhase(state, phase);
+    return state;
+}
+
+TEST(JobBoardTest, EachPhaseEnablesShowsAndSaysWhatBelongsToIt) {
+    for (const auto& told : kPhaseCases) {
+        const JobState state = stateIn(told.phase);
+        EXPECT_EQ(lettersOf(state), told.board) << static_cast<int>(told.phase);
+        EXPECT_EQ(state.texts.status, told.status) << static_cast<int>(told.phase);
+    }
+}
+
+TEST(JobBoardTest, AtTheStartNothingRunsAndNothingCanBeRunOrViewed) {
+    EXPECT_EQ(lettersOf(JobState()), "FM----ZT--");
+    EXPECT_EQ(boardOf(JobState()), JobBoard());
+}
+
+TEST(JobBoardTest, RunAndViewFollowTheirFactsAndOnlyRunIsLocked) {
+    JobState state;
+    state.mayRun = state.mayView = true;
+    EXPECT_EQ(lettersOf(state), "FM-R-VZT--");
+    enterPhase(state, JobPhase::Walk);
+    EXPECT_EQ(lettersOf(state), "--X-SV-T-C");
+}
+
+TEST(JobBoardTest, ARecountLocksInEveryPhase) {
+    for (const auto& told : kPhaseCases) {
+        JobState state = stateIn(told.phase);
+        state.recounting = true;
+        EXPECT_EQ(lettersOf(state).substr(0, 7), "--X-S--") << static_cast<int>(told.phase);
+        EXPECT_TRUE(boardOf(state).busyPointer);
+    }
+}
+
+TEST(JobBoardTest, ARecountThatEndedInTheMidstOfAJobLeavesItsPhaseUnlocked) {
+    JobState state = stateIn(JobPhase::Testing);
+    state.unlockedByRecount = true;
+    EXPECT_EQ(lettersOf(state), "FM-R--ZT-C");
+}
+
+TEST(JobBoardTest, AListThatIsFetchedShowsTheBusyPointerAndLocksNothing) {
+    JobState state = stateIn(JobPhase::Idle);
+    state.fetchingList = true;
+    EXPECT_EQ(lettersOf(state), "FM-R--ZTB-");
+}
+
+}  // namespace
+
+}  // namespace quillon::test
