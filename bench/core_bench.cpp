@@ -7,11 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "platform/whole_file.h"
 #include "testing/header_term.h"
 #include "testing/skip_list.h"
-#include "text/fields.h"
 #include "text/wildcard.h"
 
 namespace {
@@ -52,21 +51,18 @@ BENCHMARK(compileTerm);
 void readList(benchmark::State& state) {
     const std::filesystem::path path = std::filesystem::temp_directory_path() / (temporaryName() + ".csv");
     constexpr int rows = 100000;
-    std::u16string text;
-    for (int i = 0; i < rows; ++i)
-        text += u"/recovered/disk one/Documents and Settings/user/Pictures/picture.jpg,15/11/2026, 123456, 32;Ab9x\r\n";
-    if (auto writer = ListWriter::create(path); !writer || !writer->write(text)) {
-        state.SkipWithError("the list cannot be written");
-        return;
+    ListRow row(u"/recovered/disk one/Documents and Settings/user/Pictures/picture.jpg,15/11/2026, 123456, 32;Ab9x");
+    auto writer = ListWriter::create(path);
+    for (int i = 0; i < rows; ++i) {
+        if (!writer || !writer->write(row)) {
+            state.SkipWithError("the list cannot be written");
+            return;
+        }
     }
     for (auto step : state) {
         auto reader = ListReader::open(path);
-        std::vector<std::u16string_view> fields;
         std::size_t columns = 0;
-        while (const auto line = reader->next()) {
-            splitInto(fields, *line, u',');
-            columns += fields.size();
-        }
+        while (reader->next(row)) columns += row.columns();
         benchmark::DoNotOptimize(columns);
     }
     state.SetItemsProcessed(state.iterations() * rows);

@@ -18,7 +18,7 @@
 #include <QPushButton>
 #include <QTest>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "job/job.h"
 #include "platform/source_files.h"
 #include "support/screen_control.h"
@@ -91,7 +91,7 @@ bool makeList(const test::TempFolder& temp, int rows) {
                                      ? taughtFile(temp, i / step)
                                      : "/recovered/disk one/Documents and Settings/user/Pictures/" +
                                            std::to_string(i / 1000) + "/picture " + std::to_string(i) + ".jpg";
-        if (!list->write(toListText(path) + u",15/11/2026, 603, 32;Ab9x,Header Corrupt\r\n"))
+        if (!list->write(ListRow(toListText(path) + u",15/11/2026, 603, 32;Ab9x,Header Corrupt")))
             return false;
     }
     return list->close().has_value();

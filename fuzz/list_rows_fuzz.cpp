@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Any bytes as a file list, in each encoding: the reader ends, and gives the lines that a plain split gives.
+// Any bytes as a file list, in each encoding: the reader ends, and gives the rows that a plain
+// split gives.
 #include <filesystem>
 #include <vector>
 
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include "app/file_list.h"
 #include "input.h"
-#include "job/file_list.h"
+#include "text/fields.h"
 #include "text/page_text.h"
 
 namespace {
@@ -30,9 +32,25 @@ private:
     int descriptor_;
 };
 
+void tryRow(const ListRow& row) {
+    const auto plain = splitFields(row.line());
+    fuzz::require(row.columns() == plain.size(), "a row has a column for each comma and one more");
+    for (std::size_t i = 0; i < static_cast<std::size_t>(ListColumn::Count); ++i)
+        fuzz::require(row[static_cast<ListColumn>(i)] == (i < plain.size() ? plain[i] : std::u16string_view()),
+                      "the columns are those of a plain split");
+    const ListRow fresh(row.line());
+    fuzz::require(row.extension() == fresh.extension() && row.nativePath() == fresh.nativePath() &&
+                      row.size() == fresh.size() && row.attributes() == fresh.attributes(),
+                  "nothing of an earlier row stays");
+}
+
 std::vector<std::u16string> linesOf(ListReader& reader) {
     std::vector<std::u16string> lines;
-    while (const auto line = reader.next()) lines.emplace_back(*line);
+    ListRow row;
+    while (reader.next(row)) {
+        tryRow(row);
+        lines.emplace_back(row.line());
+    }
     return lines;
 }
 

@@ -16,14 +16,13 @@
 // and again when it is at hand; it never moves.
 
 #include <algorithm>
-#include <cassert>
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <utility>
-#include <vector>
 
 #include "ahead/ahead_threads.h"
+#include "ahead/ring.h"
 
 namespace quillon {
 
@@ -53,12 +52,11 @@ public:
     /// A place behind all items asked for, of which there are at most kMost. It holds what an earlier item left there,
     /// and is at hand unless it is left to a thread.
     [[nodiscard]] Item& ask() {
-        assert(asked_ < kMost);
-        ++asked_;
-        lastSlot().left = false;
-        return lastSlot().item;
+        Slot& slot = slots_.add();
+        slot.left = false;
+        return slot.item;
     }
-    [[nodiscard]] std::size_t asked() const { return asked_; }
+    [[nodiscard]] std::size_t asked() const { return slots_.count(); }
     /// How many items it is worth to ask for now: one as long as they come quickly, kMost behind one that did not.
     [[nodiscard]] std::size_t worthAsking() const { return isQuick() ? 1 : kMost; }
 
@@ -69,15 +67,15 @@ public:
     void doLast(Try tryNow, Do work);
 
     /// Leaves the item asked for last to a thread; where none runs it stays at hand.
-    void leaveLast() { leave(lastSlot(), &AheadThreads::leave); }
+    void leaveLast() { leave(slots_.last(), &AheadThreads::leave); }
     /// Leaves the first item, which must be at hand, to a thread for one more piece of work, ahead of all others. One
     /// must run.
-    void leaveFirst() { leave(firstSlot(), &AheadThreads::leaveFirst); }
+    void leaveFirst() { leave(slots_.first(), &AheadThreads::leaveFirst); }
 
-    [[nodiscard]] Item& first() { return firstSlot().item; }
+    [[nodiscard]] Item& first() { return slots_.first().item; }
     /// True when the first item is at hand. Waits for it, but not longer than `limit`.
     [[nodiscard]] bool firstArrives(std::chrono::microseconds limit) {
-        Slot& slot = firstSlot();
+        Slot& slot = slots_.first();
         slot.left = slot.left && !threads_.isDoneWithin(slot, limit);
         return !slot.left;
     }
@@ -87,15 +85,11 @@ public:
     [[nodiscard]] bool firstArrives(std::chrono::microseconds limit, Do work);
     /// Waits for the first item without a limit.
     void waitForFirst() {
-        if (std::exchange(firstSlot().left, false))
-            threads_.waitFor(firstSlot());
+        if (std::exchange(slots_.first().left, false))
+            threads_.waitFor(slots_.first());
     }
     /// Forgets the first item; it must be at hand.
-    void dropFirst() {
-        assert(asked_ > 0);
-        first_ = (first_ + 1) % kMost;
-        --asked_;
-    }
+    void dropFirst() { slots_.dropFirst(); }
 
     /// Starts one more thread, up to the most. A system may be out of threads: `hasThreads` tells.
     void addThread() { threads_.add(); }
@@ -104,8 +98,7 @@ public:
     /// Forgets every item and what it holds, waits for the threads to end, and takes items for quick again.
     void release() {
         threads_.end();
-        slots_ = std::vector<Slot>(kMost);
-        asked_ = 0;
+        slots_ = Ring<Slot>(kMost);
         quickInARow_ = kMost;
     }
 
@@ -118,15 +111,6 @@ private:
     // Behind an item that was not quick the next is most likely slow too, and trying it would begin it twice.
     static constexpr unsigned kTryEvery = 16;
 
-    [[nodiscard]] Slot& slotAt(std::size_t place) { return slots_[(first_ + place) % kMost]; }
-    [[nodiscard]] Slot& firstSlot() {
-        assert(asked_ > 0);
-        return slotAt(0);
-    }
-    [[nodiscard]] Slot& lastSlot() {
-        assert(asked_ > 0);
-        return slotAt(asked_ - 1);
-    }
     void leave(Slot& slot, void (AheadThreads::*how)(AheadTask&)) {
         slot.left = threads_.any();
         if (slot.left)
@@ -155,9 +139,7 @@ private:
     std::size_t quickInARow_ = kMost;
     unsigned untried_ = 0;
 
-    std::vector<Slot> slots_ = std::vector<Slot>(kMost);  // a ring: asked_ slots from first_ on are in use
-    std::size_t first_ = 0;
-    std::size_t asked_ = 0;
+    Ring<Slot> slots_{kMost};
 
     AheadThreads threads_;  // goes first: its threads work on the slots
 };
@@ -174,7 +156,7 @@ void Ahead<Item>::doTimed(Item& item, Do& work) {
 template <typename Item>
 template <typename Try, typename Do>
 void Ahead<Item>::doLast(Try tryNow, Do work) {
-    Slot& slot = lastSlot();
+    Slot& slot = slots_.last();
     if (!doneInLine(slot.item, tryNow, work)) {
         threads_.add();
         leaveLast();
@@ -199,7 +181,7 @@ bool Ahead<Item>::doneInLine(Item& item, Try& tryNow, Do& work) {
 template <typename Item>
 template <typename Do>
 bool Ahead<Item>::firstArrives(std::chrono::microseconds limit, Do work) {
-    Slot& slot = firstSlot();
+    Slot& slot = slots_.first();
     if (isAtHand(slot) || helpUntilDone(slot, work)) {
         wasQuick();
         return true;

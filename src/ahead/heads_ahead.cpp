@@ -33,9 +33,7 @@ bool HeadsAhead::readWhatLiesInMemory(Asked& asked) {
     return !attempt || *attempt == Attempt::Read;
 }
 
-Result<void> HeadsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
-    if (asked() == 0 || ahead_.first().path != nativePath)
-        return files_.readHead(nativePath, head);
+Result<void> HeadsAhead::readFirst(HeaderBytes& head) {
     ahead_.waitForFirst();
     head = ahead_.first().head;
     return ahead_.first().result;

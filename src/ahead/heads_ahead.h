@@ -46,9 +46,13 @@ public:
     /// Forgets the first of the heads asked for; it must be at hand.
     void dropFirst() { ahead_.dropFirst(); }
 
-    /// The first of the heads asked for if it is this file's, waiting for it without a limit; any other file is read in
-    /// line.
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override;
+    /// Replaces `head` by the first of the heads asked for, waiting for it without a limit.
+    [[nodiscard]] Result<void> readFirst(HeaderBytes& head);
+
+    /// Reads in line, whatever was asked for.
+    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+        return files_.readHead(nativePath, head);
+    }
 
     /// Forgets every head, waits for the threads to end, and lets go of the last folder, so that nothing of the source
     /// stays open.

@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "app/file_list.h"
 #include "app/folder_structure.h"
-#include "job/file_list.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -66,10 +66,10 @@ void CopyPass::run() {
     } else {
         while (!state.stopRequested) {
             lookAhead(*reader);
-            if (rows_.empty())
+            if (rows_.count() == 0)
                 break;
-            copyRow(rows_.front());
-            rows_.pop_front();
+            copyRow(rows_.first());
+            rows_.dropFirst();
             job_.turn();
         }
         if (reader->error())
@@ -81,15 +81,15 @@ void CopyPass::run() {
 
 // Some rows at once, since to wake a thread for each would cost more than it does.
 void CopyPass::lookAhead(ListReader& list) {
-    if (rows_.size() > CopiesAhead::kMost / 2)
+    if (rows_.count() > CopiesAhead::kMost / 2)
         return;
-    while (rows_.size() < CopiesAhead::kMost) {
-        const auto line = list.next();
-        if (!line)
+    while (rows_.count() < CopiesAhead::kMost) {
+        AheadRow& ahead = rows_.add();
+        if (!list.next(ahead.row)) {
+            rows_.dropLast();
             return;
-        Row& row = rows_.emplace_back();
-        toNative(line->substr(0, line->find(u',')), row.source);
-        row.refused = askForCopy(row.source);
+        }
+        ahead.refused = askForCopy(ahead.row.nativePath());
     }
 }
 
@@ -105,16 +105,17 @@ std::optional<CopyError> CopyPass::askForCopy(const std::string& source) {
     return std::nullopt;
 }
 
-void CopyPass::copyRow(const Row& row) {
+void CopyPass::copyRow(const AheadRow& ahead) {
+    const std::string& source = ahead.row.nativePath();
     ++job_.state.counters.rowsRead;
     job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
-    showJobProgress(row.source);
+    showJobProgress(source);
     const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
-    const auto copied = row.refused ? tl::unexpected<CopyError>(*row.refused) : copies_.finishFirst(report);
+    const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : copies_.finishFirst(report);
     if (copied)
         return;
     ++job_.state.counters.copyErrors;
-    job_.log("Error copying : " + readable(row.source));
+    job_.log("Error copying : " + readable(source));
     if (copied.error().side != CopySide::Cancelled)
         job_.log(copied.error().text());
 }

@@ -4,13 +4,13 @@
 // Brings the files of a finished list to a target folder, keeping each file's folders below the target. Every row is
 // copied, whatever its grade.
 
-#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "ahead/copies_ahead.h"
-#include "job/file_list.h"
+#include "ahead/ring.h"
+#include "app/file_list.h"
 #include "job/job.h"
 
 namespace quillon {
@@ -27,14 +27,14 @@ public:
 
 private:
     // A row of the list that was looked at ahead of its turn.
-    struct Row {
-        std::string source;
+    struct AheadRow {
+        ListRow row;
         std::optional<CopyError> refused;  // else its copy is asked for
     };
 
     void lookAhead(ListReader& list);
     [[nodiscard]] std::optional<CopyError> askForCopy(const std::string& source);
-    void copyRow(const Row& row);
+    void copyRow(const AheadRow& ahead);
     void showJobProgress(const std::string& source);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
     [[nodiscard]] bool prepareFolder(const std::string& target);
@@ -45,7 +45,7 @@ private:
     NativePath realSource_;     // behind all links; empty for none
     std::string lastFolder_;
     bool lastFolderRefused_ = false;
-    std::deque<Row> rows_;
+    Ring<AheadRow> rows_{CopiesAhead::kMost};
     CopiesAhead copies_;
 };
 

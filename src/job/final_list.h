@@ -4,7 +4,7 @@
 // The final list of a job, `<local root>/<job ID>.csv`. A list that a new job replaces goes under Kept first; when the
 // new one cannot be made, the old one comes back.
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "job/job.h"
 
 namespace quillon {

@@ -5,7 +5,6 @@
 
 #include "job/statistics.h"
 #include "text/list_text.h"
-#include "text/numbers.h"
 
 namespace quillon {
 
@@ -121,43 +120,34 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
     undescribed_ = undescribed_ || (!info && info.error().kind != ErrorKind::NotFound);
     if (!info || !info->regular)
         return;  // it vanished or changed its kind since its folder was listed, or the folder does not let one ask
-    row_ = folderText_;
-    appendListText(row_, name);
+    row_.beginFile(folderText_, name);
     if (skipped())
         return;
     job_.state.counters.totalBytes += info->size;
     ++job_.state.counters.files;
     showSize(job_.state);
-    appendColumns(name, folder, *info);
+    describe(name, folder, *info);
     if (const auto written = rawList_.write(row_); !written)
         job_.rowLost(written.error());
     job_.turn();
 }
 
 bool FolderWalk::skipped() {
-    if (!job_.state.options.useSkipList || job_.skipList.empty() || !job_.skipList.matches(row_))
+    if (!job_.state.options.useSkipList || job_.skipList.empty() || !job_.skipList.matches(row_[ListColumn::Path]))
         return false;
     ++job_.state.counters.skipped;
     job_.turn();  // a tree of skipped files must not leave the window standing still
     return true;
 }
 
-void FolderWalk::appendColumns(std::string_view name, const Directory& folder, const EntryInfo& info) {
+void FolderWalk::describe(std::string_view name, const Directory& folder, const EntryInfo& info) {
     const auto date = dates_.of(info.modified);
     const auto bits = attributes_.attributesOf(folder, name, info);
     if (!haveToken_) {
         token_ = listToken(bits, date);
         haveToken_ = true;
     }
-    row_.push_back(u',');
-    row_.append(date);
-    row_.push_back(u',');
-    appendPlainNumber(row_, info.size);
-    row_.push_back(u',');
-    appendPlainNumber(row_, bits);
-    row_.push_back(u';');
-    row_.append(token_);
-    row_.append(u"\r\n");
+    row_.addFile({date, info.size, bits, token_});
 }
 
 }  // namespace quillon

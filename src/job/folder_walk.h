@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "job/folder_tree.h"
 #include "job/job.h"
 #include "platform/attributes.h"
@@ -57,7 +57,7 @@ private:
     void notListed(std::string_view path) override;
     void found(const Directory& folder, std::string_view name);
     [[nodiscard]] bool skipped();
-    void appendColumns(std::string_view name, const Directory& folder, const EntryInfo& info);
+    void describe(std::string_view name, const Directory& folder, const EntryInfo& info);
 
     Job& job_;
     ListWriter& rawList_;
@@ -68,7 +68,7 @@ private:
     bool undescribed_ = false;  // a file of the folder in work has a name and cannot be described
     std::string refused_;       // the last folder that cannot be entered
     std::u16string folderText_;
-    std::u16string row_;
+    ListRow row_;
 };
 
 }  // namespace quillon

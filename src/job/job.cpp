@@ -17,17 +17,17 @@ HeaderCheck& Job::headerTest() {
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
         termFiles_.emplace(NativePath(folder));
-        test_.emplace(*termFiles_, messages, commonList, heads_, static_cast<HeaderCheckHost&>(*this));
+        test_.emplace(*termFiles_, messages, commonList, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }
 
-Result<std::u16string_view> Job::checkFile(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    return headerTest().checkFile(fields, extension);
+Result<std::u16string_view> Job::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    return headerTest().checkFile(row, extension, heads);
 }
 
-bool Job::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    return headerTest().mayOpen(fields, extension);
+bool Job::mayOpen(const ListRow& row) {
+    return headerTest().mayOpen(row);
 }
 
 void Job::raise(TestCount count) {

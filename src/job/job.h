@@ -4,7 +4,6 @@
 // The job that a front end owns: its state, the loaded lists, and the few operations that screens share.
 
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -34,15 +33,18 @@ public:
     [[nodiscard]] const Surroundings& surroundings() const { return surroundings_; }
     [[nodiscard]] KeptFiles& kept() { return kept_; }
 
-    /// The header test over the local database: one row's fields and its extension give the report text. It raises the
-    /// counters of `state` and logs access errors. See HeaderCheck::checkFile.
-    [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
-                                                        std::u16string_view extension);
+    /// The header test over the local database: a row and its extension give the report text. It raises the counters of
+    /// `state` and logs access errors. The head comes from `heads`, or is read in line. See HeaderCheck::checkFile.
+    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
+                                                        HeadReader& heads);
+    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension) {
+        return checkFile(row, extension, heads_);
+    }
 
     /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
-    [[nodiscard]] bool mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension);
+    [[nodiscard]] bool mayOpen(const ListRow& row);
 
-    /// Where the header test gets heads of files from; who knows the rows to come asks it for theirs.
+    /// Heads of source files; who knows the rows to come asks it for theirs.
     [[nodiscard]] HeadsAhead& heads() { return heads_; }
 
     /// A row in the job log with the time of this moment.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include "app/file_list.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
-#include "job/file_list.h"
 #include "job/final_list.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"

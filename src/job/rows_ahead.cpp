@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "job/rows_ahead.h"
 
-#include "text/fields.h"
-#include "text/list_text.h"
-
 namespace quillon {
 
 namespace {
@@ -13,48 +10,46 @@ constexpr std::chrono::milliseconds kWait{10};
 
 }  // namespace
 
-std::optional<std::u16string_view> RowsAhead::next() {
+ListRow* RowsAhead::next() {
     leaveRow();
     lookAhead();
-    if (count_ == 0)
-        return std::nullopt;
+    if (rows_.count() == 0)
+        return nullptr;
     inWork_ = true;
-    const Row& row = ring_[first_];
-    while (row.asked && !job_.heads().firstArrives(kWait)) job_.turn();
-    return row.line;
+    while (rows_.first().asked && !job_.heads().firstArrives(kWait)) job_.turn();
+    return &rows_.first().row;
 }
 
 void RowsAhead::leaveRow() {
     if (!inWork_)
         return;
-    if (ring_[first_].asked)
+    if (rows_.first().asked)
         job_.heads().dropFirst();
-    first_ = (first_ + 1) % ring_.size();
-    --count_;
+    rows_.dropFirst();
     inWork_ = false;
 }
 
 void RowsAhead::lookAhead() {
-    while (count_ < job_.heads().worthAsking()) {
-        const auto line = reader_.next();
-        if (!line)
+    while (rows_.count() < job_.heads().worthAsking()) {
+        AheadRow& ahead = rows_.add();
+        if (!list_.next(ahead.row)) {
+            rows_.dropLast();
             return;
-        Row& row = ring_[(first_ + count_) % ring_.size()];
-        ++count_;
-        row.line = *line;
-        askForHead(row);
+        }
+        askForHead(ahead);
     }
 }
 
 // A file that will not be opened is not asked for: whether it may be is the test's own rule. Should the test come to
 // another answer when the row's turn comes, the head is read then, or was read in vain.
-void RowsAhead::askForHead(Row& row) {
-    splitInto(fields_, std::u16string_view(row.line), u',');
-    row.asked = fields_.size() > 1 && job_.mayOpen(fields_, extensionInList(fields_[kPathColumn], extension_));
-    if (!row.asked)
-        return;
-    toNative(fields_[kPathColumn], nativePath_);
-    job_.heads().ask(nativePath_);
+void RowsAhead::askForHead(AheadRow& ahead) {
+    ahead.asked = job_.mayOpen(ahead.row);
+    if (ahead.asked)
+        job_.heads().ask(ahead.row.nativePath());
+}
+
+Result<void> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
+    return rows_.first().asked ? job_.heads().readFirst(head) : job_.heads().readHead(nativePath, head);
 }
 
 }  // namespace quillon

@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -53,12 +53,11 @@ Result<void> recount(Job& job, const NativePath& list) {
     auto reader = ListReader::open(list);
     if (!reader)
         return failure(reader.error());
-    std::vector<std::u16string_view> fields;
-    while (const auto line = reader->next()) {
-        splitInto(fields, *line, u',');
-        if (fields.size() == kTestedColumns) {
+    ListRow row;
+    while (reader->next(row)) {
+        if (row.isGraded()) {
             ++job.state.counters.rowsRead;
-            countResult(job, fields[kResultColumn]);
+            countResult(job, row[ListColumn::Result]);
         }
         if (job.state.options.showProgress)
             job.turn();

@@ -4,10 +4,8 @@
 #include <algorithm>
 
 #include "job/final_list.h"
-#include "job/rows_ahead.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
-#include "text/fields.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
 
@@ -48,12 +46,12 @@ void TestingPass::run() {
 
 void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, job_);
-    while (const auto line = rows.next()) {
+    while (ListRow* const row = rows.next()) {
         ++job_.state.counters.rowsRead;
-        if (gradeRow(*line)) {
+        if (gradeRow(*row, rows)) {
             if (job_.state.options.showProgress)
-                showProgress();
-            writeRow(finalList, *line);
+                showProgress(*row);
+            writeRow(finalList, *row);
             if (job_.state.counters.tested > 0)
                 updateQuality(job_.state);
         }
@@ -67,41 +65,36 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 void TestingPass::rawListFailed(const FileError& error) {
     const JobCounters& counters = job_.state.counters;
     job_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
-    static_cast<void>(handle(error, {}));
+    static_cast<void>(handle(error, [] {}));
 }
 
 // False when the row in work is not to be written.
-bool TestingPass::gradeRow(std::u16string_view line) {
-    splitInto(fields_, line, u',');
+bool TestingPass::gradeRow(const ListRow& row, HeadReader& heads) {
     // Kept: a line without a comma is tested for nothing and takes the result of the row before it (test
     // ABlankLineTakesTheResultOfTheRowBefore).
-    if (fields_.size() < 2)
+    if (row.columns() < 2)
         return true;
-    const auto graded = grade(fields_[kPathColumn]);
-    return graded || handle(graded.error(), fields_[kPathColumn]);
+    const auto graded = grade(row, heads);
+    return graded ||
+           handle(graded.error(), [&] { passOver(grade(row, heads), "errors are ignored from the first one on"); });
 }
 
-Result<void> TestingPass::grade(std::u16string_view path) {
-    std::u16string buffer;
-    const std::u16string_view extension = extensionInList(path, buffer);
-    if (extension.empty()) {
+Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
+    if (row.extension().empty()) {
         ++job_.state.counters.noExtension;
         result_ = job_.messages[Message::NoExtension];
         return {};
     }
-    const auto result = check(extension);
+    const auto result = checker_ != nullptr ? checker_->check(row) : job_.checkFile(row, row.extension(), heads);
     if (!result)
         return failure(result.error());
     result_ = *result;
     return {};
 }
 
-Result<std::u16string_view> TestingPass::check(std::u16string_view extension) {
-    return checker_ != nullptr ? checker_->check(fields_, extension) : job_.checkFile(fields_, extension);
-}
-
-// What becomes of a failure that reached the pass. True: the row is written all the same.
-bool TestingPass::handle(const FileError& error, std::u16string_view path) {
+// What becomes of a failure that reached the pass; the first one runs the failing step once more, and a second failure
+// passes without a word. True: the row is written all the same.
+bool TestingPass::handle(const FileError& error, const std::function<void()>& runAgain) {
     if (ignoringErrors_)
         return true;
     if (error.kind == ErrorKind::PermissionDenied || error.kind == ErrorKind::BadName) {
@@ -112,10 +105,7 @@ bool TestingPass::handle(const FileError& error, std::u16string_view path) {
     }
     ignoringErrors_ = true;
     reportError(error);
-    if (path.empty())
-        return true;
-    // The failing step runs once more; a second failure passes without a word.
-    passOver(grade(path), "errors are ignored from the first one on");
+    runAgain();
     return true;
 }
 
@@ -128,18 +118,15 @@ void TestingPass::reportError(const FileError& error) {
     static_cast<void>(alerts_->sendAlert(job_.state.options.recipient, kAskForAcknowledgement, subject, body, 1));
 }
 
-void TestingPass::showProgress() {
+void TestingPass::showProgress(const ListRow& row) {
     job_.state.progress.value = job_.state.counters.rowsRead;
-    if (!fields_.empty())
-        job_.state.texts.currentFile = readable(fields_[kPathColumn]);
+    if (row.columns() > 0)
+        job_.state.texts.currentFile = readable(row.nativePath());
 }
 
-void TestingPass::writeRow(ListWriter& finalList, std::u16string_view line) {
-    row_ = line;
-    row_.push_back(u',');
-    row_.append(result_);
-    row_.append(u"\r\n");
-    if (const auto written = finalList.write(row_); !written)
+void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
+    row.add(result_);
+    if (const auto written = finalList.write(row); !written)
         job_.rowLost(written.error());
 }
 

@@ -4,12 +4,13 @@
 // Turns the raw list into the final list: reads it row by row, has each file graded and writes the row with the verdict
 // behind it.
 
+#include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "job/job.h"
+#include "job/rows_ahead.h"
 #include "messaging/alert_sender.h"
 
 namespace quillon {
@@ -19,8 +20,7 @@ namespace quillon {
 class RowChecker {
 public:
     virtual ~RowChecker() = default;
-    [[nodiscard]] virtual Result<std::u16string_view> check(std::span<const std::u16string_view> fields,
-                                                            std::u16string_view extension) = 0;
+    [[nodiscard]] virtual Result<std::u16string_view> check(const ListRow& row) = 0;
 };
 
 class TestingPass {
@@ -39,22 +39,19 @@ public:
 
 private:
     void gradeAll(ListReader& rawList, ListWriter& finalList);
-    [[nodiscard]] bool gradeRow(std::u16string_view line);
-    [[nodiscard]] Result<void> grade(std::u16string_view path);
-    [[nodiscard]] Result<std::u16string_view> check(std::u16string_view extension);
-    [[nodiscard]] bool handle(const FileError& error, std::u16string_view path);
+    [[nodiscard]] bool gradeRow(const ListRow& row, HeadReader& heads);
+    [[nodiscard]] Result<void> grade(const ListRow& row, HeadReader& heads);
+    [[nodiscard]] bool handle(const FileError& error, const std::function<void()>& runAgain);
     void rawListFailed(const FileError& error);
     void reportError(const FileError& error);
-    void showProgress();
-    void writeRow(ListWriter& finalList, std::u16string_view line);
+    void showProgress(const ListRow& row);
+    void writeRow(ListWriter& finalList, ListRow& row);
     void offerDeletion(const NativePath& finalList);
 
     Job& job_;
     AlertSender* alerts_;
     RowChecker* checker_;
-    std::vector<std::u16string_view> fields_;
     std::u16string result_;  // not cleared between rows
-    std::u16string row_;
     bool ignoringErrors_ = false;
     bool madeList_ = false;
     bool stopped_ = false;

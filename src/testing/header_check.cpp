@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "testing/header_check.h"
 
-#include <cmath>
-
 #include "text/fields.h"
 #include "text/list_text.h"
-#include "text/numbers.h"
 
 namespace quillon {
 
@@ -15,11 +12,6 @@ constexpr double kSmallestTested = 512;
 // The magnitude of the attribute bit for encrypted files. Kept: the rule compares magnitudes, so that a higher bit
 // alone grades as encrypted too (test AnAttributeValueAbove16384IsEncryptedWhateverItsBits).
 constexpr double kEncryptedFrom = 16384;
-
-// A size is a fixed-point number with four decimals.
-double fixedPoint(double value) {
-    return std::nearbyint(value * 10000.0) / 10000.0;
-}
 
 tl::unexpected<FileError> tooFewFields() {
     return failure(ErrorKind::Subscript, "Subscript out of range");
@@ -33,30 +25,31 @@ std::u16string_view HeaderCheck::grade(TestCount count, Message message) {
 }
 
 // What size and attributes decide; no value when they leave it to the content.
-Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(std::span<const std::u16string_view> fields) {
-    if (fields.size() < 3)
+Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(const ListRow& row) {
+    const auto size = row.size();
+    if (!size)
         return tooFewFields();
-    const double size = fixedPoint(numericPrefix(fields[2]));
-    if (size == 0)
+    if (*size == 0)
         return Verdict{TestCount::ZeroBytes, Message::ZeroBytes};
-    if (size < kSmallestTested)
+    if (*size < kSmallestTested)
         return Verdict{TestCount::Small, Message::TooSmall};
-    if (fields.size() < 4)
+    const auto attributes = row.attributes();
+    if (!attributes)
         return tooFewFields();
-    const auto attributes = fields[3].substr(0, fields[3].find(u';'));
-    if (numericPrefix(attributes) >= kEncryptedFrom)
+    if (*attributes >= kEncryptedFrom)
         return Verdict{TestCount::Encrypted, Message::Encrypted};
     return std::nullopt;
 }
 
-bool HeaderCheck::mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension) {
-    const auto judged = judgeRow(fields);
-    return judged && !*judged && !extension.empty() && (host_.useCommonHeaders() || termFiles_.mayHave(extension));
+bool HeaderCheck::mayOpen(const ListRow& row) {
+    const auto judged = judgeRow(row);
+    return judged && !*judged && !row.extension().empty() &&
+           (host_.useCommonHeaders() || termFiles_.mayHave(row.extension()));
 }
 
-Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16string_view> fields,
-                                                   std::u16string_view extension) {
-    const auto judged = judgeRow(fields);
+Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16string_view extension,
+                                                   HeadReader& heads) {
+    const auto judged = judgeRow(row);
     if (!judged)
         return failure(judged.error());
     if (*judged)
@@ -66,10 +59,9 @@ Result<std::u16string_view> HeaderCheck::checkFile(std::span<const std::u16strin
     if (terms == nullptr && !host_.useCommonHeaders())
         return grade(TestCount::Unknown, Message::Unknown);
 
-    toNative(fields[0], nativePath_);
-    if (!heads_.readHead(nativePath_, head_)) {
+    if (!heads.readHead(row.nativePath(), head_)) {
         const auto result = grade(TestCount::AccessError, Message::AccessError);
-        host_.logAccessError("Access Error : " + readable(nativePath_));
+        host_.logAccessError("Access Error : " + readable(row.nativePath()));
         return result;
     }
     foldHeader(head_);

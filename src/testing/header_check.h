@@ -3,7 +3,6 @@
 
 // The judgement on one recovered file: its row, its extension and at most its first 512 bytes give its grade.
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -11,6 +10,7 @@
 #include "testing/common_list.h"
 #include "testing/report_messages.h"
 #include "testing/term_file.h"
+#include "text/list_row.h"
 
 namespace quillon {
 
@@ -32,28 +32,28 @@ public:
 class HeaderCheck {
 public:
     /// All must outlive this. The messages and the common list are read anew at each test.
-    HeaderCheck(TermFiles& termFiles, const ReportMessages& messages, const CommonList& commonList, HeadReader& heads,
+    HeaderCheck(TermFiles& termFiles, const ReportMessages& messages, const CommonList& commonList,
                 HeaderCheckHost& host)
-        : termFiles_(termFiles), messages_(messages), commonList_(commonList), heads_(heads), host_(host) {}
+        : termFiles_(termFiles), messages_(messages), commonList_(commonList), host_(host) {}
 
-    /// Grades one row. `fields`: path (list form, ">" read as a comma), date, size, attributes with the list token; a
-    /// fifth is ignored. `extension`: as it stands in the name. The result is a report text, good until the next call;
-    /// it is empty only for a common record that lacks its description and for a common list that was never loaded.
-    /// Size and attributes are those of the row: the file system is not asked for them again, and a file that they
-    /// decide on, or whose type nothing is known of, is not opened. A Subscript failure: the row has too few fields.
-    [[nodiscard]] Result<std::u16string_view> checkFile(std::span<const std::u16string_view> fields,
-                                                        std::u16string_view extension);
+    /// Grades one row. `extension`: as it stands in the name. `heads`: gives the file's head. The result is a report
+    /// text, good until the next call; it is empty only for a common record that lacks its description and for a common
+    /// list that was never loaded. Size and attributes are those of the row: the file system is not asked for them
+    /// again, and a file that they decide on, or whose type nothing is known of, is not opened. A result in the row is
+    /// ignored. A Subscript failure: the row has too few columns.
+    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
+                                                        HeadReader& heads);
 
     /// Whether checkFile would open the file if it were called now: neither its row nor the lack of a term file
     /// decides. Counts nothing. A term file that came or went since the last test of its extension is not seen.
-    [[nodiscard]] bool mayOpen(std::span<const std::u16string_view> fields, std::u16string_view extension);
+    [[nodiscard]] bool mayOpen(const ListRow& row);
 
 private:
     struct Verdict {
         TestCount count;
         Message message;
     };
-    [[nodiscard]] static Result<std::optional<Verdict>> judgeRow(std::span<const std::u16string_view> fields);
+    [[nodiscard]] static Result<std::optional<Verdict>> judgeRow(const ListRow& row);
     [[nodiscard]] std::u16string_view grade(TestCount count, Message message);
     [[nodiscard]] std::u16string_view testContent(const std::vector<CompiledTerm>* terms);
     [[nodiscard]] MatchResult matchTerms(const std::vector<CompiledTerm>& terms) const;
@@ -68,10 +68,8 @@ private:
     TermFiles& termFiles_;
     const ReportMessages& messages_;
     const CommonList& commonList_;
-    HeadReader& heads_;
     HeaderCheckHost& host_;
     HeaderBytes head_{};
-    std::string nativePath_;
     std::u16string composite_;
 };
 

@@ -134,14 +134,6 @@ std::u16string_view extensionOf(std::u16string_view path) {
     return dot == std::u16string_view::npos ? std::u16string_view{} : name.substr(dot + 1);
 }
 
-std::u16string_view extensionInList(std::u16string_view listPath, std::u16string& buffer) {
-    const std::u16string_view extension = extensionOf(listPath);
-    if (extension.find(u'>') == extension.npos)
-        return extension;
-    buffer = withCommas(extension);
-    return buffer;
-}
-
 std::u16string_view parentOf(std::u16string_view path) {
     const auto separator = path.find_last_of(kSeparators);
     return separator == std::u16string_view::npos ? std::u16string_view{} : path.substr(0, separator);

@@ -41,10 +41,6 @@ void toNative(std::u16string_view listPath, std::string& out);
 /// "/" and "\" end a component, so that a list made on another system shows its extensions. No dot: empty.
 [[nodiscard]] std::u16string_view extensionOf(std::u16string_view path);
 
-/// The extension of the file that a path in list form names: as extensionOf, with its commas. Good as long as `path`,
-/// and `buffer` for an extension that has some, stay.
-[[nodiscard]] std::u16string_view extensionInList(std::u16string_view listPath, std::u16string& buffer);
-
 /// All before the last separator; empty without one.
 [[nodiscard]] std::u16string_view parentOf(std::u16string_view path);
 

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <vector>
 
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -12,22 +11,18 @@ namespace quillon {
 
 FilterEnd filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
     const std::u16string_view category = trimRight(std::u16string_view(wish.category));
-    std::vector<std::u16string_view> fields;
-    std::u16string line;  // room for a line with commas turned back
-    while (const auto read = list.next()) {
-        std::u16string_view text = *read;
-        if (text.find(u'>') != text.npos) {
-            line = withCommas(text);
-            text = line;
-        }
-        splitInto(fields, text, u',');
-        if (fields.size() != kTestedColumns)
+    ListRow row;
+    while (list.next(row)) {
+        if (row.line().find(u'>') != std::u16string_view::npos)
+            row.assign(withCommas(row.line()));
+        if (!row.isGraded())
             continue;
-        if (trimRight(fields[kResultColumn]).find(category) == std::u16string_view::npos)
+        const std::u16string_view result = row[ListColumn::Result];
+        if (trimRight(result).find(category) == std::u16string_view::npos)
             continue;
         if (wish.maxFiles < rows.count())
             return FilterEnd::LimitReached;
-        rows.add(fields[kPathColumn], wish.keepProblem ? fields[kResultColumn] : std::u16string_view());
+        rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view());
     }
     return FilterEnd::EndOfList;
 }

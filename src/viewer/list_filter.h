@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "viewer/view_rows.h"
 
 namespace quillon {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/list_viewer.h"
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "text/list_text.h"

@@ -4,7 +4,6 @@
 #include "platform/copy_file.h"
 #include "platform/folder_lock.h"
 #include "platform/folders.h"
-#include "text/fields.h"
 
 namespace quillon {
 
@@ -51,8 +50,8 @@ Result<void> Retest::rewrite(const NativePath& list, const NativePath& copy) {
     auto writer = ListWriter::create(list, reader->encoding());
     if (!writer)
         return failure(writer.error());
-    while (const auto line = reader->next()) {
-        if (auto handled = handleLine(*line, *writer); !handled)
+    while (reader->next(row_)) {
+        if (auto handled = handleRow(*writer); !handled)
             return handled;
         afterLine_();
     }
@@ -61,32 +60,26 @@ Result<void> Retest::rewrite(const NativePath& list, const NativePath& copy) {
     return writer->close();
 }
 
-Result<void> Retest::handleLine(std::u16string_view line, ListWriter& list) {
-    splitInto(fields_, line, u',');
-    if (!fields_.empty() && endsWithIgnoringCase(fields_[kPathColumn], suffix_)) {
-        if (const ViewRows::Id* row = lookup_->find(fields_[kPathColumn])) {
+Result<void> Retest::handleRow(ListWriter& list) {
+    const bool isWritten = row_.isGraded();
+    const std::u16string_view path = row_[ListColumn::Path];
+    if (endsWithIgnoringCase(path, suffix_)) {
+        if (const ViewRows::Id* row = lookup_->find(path)) {
             if (auto tested = testAgain(*row); !tested)
                 return tested;
         }
     }
-    if (fields_.size() != kTestedColumns)
-        return {};
-    row_.clear();
-    for (const auto field : fields_) row_.append(field).push_back(u',');
-    row_.back() = u'\r';
-    row_.push_back(u'\n');
-    return list.write(row_);
+    return isWritten ? list.write(row_) : Result<void>();
 }
 
 Result<void> Retest::testAgain(ViewRows::Id row) {
-    const auto graded = job_.checkFile(fields_, extension_);
+    const auto graded = job_.checkFile(row_, extension_);
     if (!graded)
         return failure(graded.error());
-    if (fields_.size() < kTestedColumns)
+    if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
-    result_ = *graded;
-    fields_[kResultColumn] = result_;
-    if (result_ == job_.messages[Message::Unknown] || result_ == job_.messages[Message::Good])
+    row_.replaceResult(*graded);
+    if (*graded == job_.messages[Message::Unknown] || *graded == job_.messages[Message::Good])
         rows_.remove(row);
     return {};
 }

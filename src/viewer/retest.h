@@ -6,9 +6,8 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "job/file_list.h"
+#include "app/file_list.h"
 #include "job/job.h"
 #include "viewer/view_rows.h"
 
@@ -38,7 +37,7 @@ public:
 private:
     [[nodiscard]] Result<void> makeCopies(const NativePath& list, const NativePath& copy);
     [[nodiscard]] Result<void> rewrite(const NativePath& list, const NativePath& copy);
-    [[nodiscard]] Result<void> handleLine(std::u16string_view line, ListWriter& list);
+    [[nodiscard]] Result<void> handleRow(ListWriter& list);
     [[nodiscard]] Result<void> testAgain(ViewRows::Id row);
 
     Job& job_;
@@ -46,10 +45,8 @@ private:
     std::function<void()> afterLine_;
     std::u16string extension_;
     std::u16string suffix_;
-    std::vector<std::u16string_view> fields_;
+    ListRow row_;  // in work
     RowLookup* lookup_ = nullptr;
-    std::u16string result_;
-    std::u16string row_;
 };
 
 }  // namespace quillon

@@ -32,7 +32,7 @@ Result<std::string> take(HeadsAhead& heads, const std::string& path) {
     EXPECT_TRUE(heads.firstArrives(kLong)) << path;
     HeaderBytes head;
     head.fill('#');
-    const auto read = heads.readHead(path, head);
+    const auto read = heads.readFirst(head);
     heads.dropFirst();
     if (!read)
         return failure(read.error());

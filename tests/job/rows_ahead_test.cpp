@@ -30,7 +30,7 @@ protected:
         auto reader = ListReader::open(folder / "app/tFile.csv");
         RowsAhead rows(*reader, watched);
         Rows read;
-        while (const auto line = rows.next()) read.emplace_back(*line);
+        while (const ListRow* row = rows.next()) read.emplace_back(row->line());
         return read;
     }
 

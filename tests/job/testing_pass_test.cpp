@@ -12,20 +12,17 @@ using Rows = std::vector<std::u16string>;
 // Gives each extension a scripted answer and keeps what it was asked.
 class ScriptedChecker final : public RowChecker {
 public:
-    Result<std::u16string_view> check(std::span<const std::u16string_view> fields,
-                                      std::u16string_view extension) override {
-        asked.emplace_back(extension);
-        columns.emplace_back(fields.begin(), fields.end());
-        if (failures > 0 && extension == u"bad") {
+    Result<std::u16string_view> check(const ListRow& row) override {
+        asked.push_back(row.extension());
+        if (failures > 0 && row.extension() == u"bad") {
             --failures;
             return failure(error);
         }
-        text = u"grade of " + std::u16string(extension);
+        text = u"grade of " + row.extension();
         return std::u16string_view(text);
     }
 
     std::vector<std::u16string> asked;
-    std::vector<std::vector<std::u16string>> columns;
     FileError error{ErrorKind::PermissionDenied, "Permission denied"};
     int failures = 1000;
     std::u16string text;

@@ -14,7 +14,6 @@
 
 #include "support/temp_folder.h"
 #include "testing/header_check.h"
-#include "text/fields.h"
 
 namespace quillon::test {
 
@@ -53,7 +52,7 @@ protected:
     HeaderFixture()
         : termFiles(folder / "Database"),
           messages(ReportMessages::fallback()),
-          test(termFiles, messages, commonList, heads, host) {
+          test(termFiles, messages, commonList, host) {
         std::filesystem::create_directory(folder / "Database");
     }
 
@@ -66,8 +65,7 @@ protected:
 
     /// The grade of a row as the walk writes it.
     std::u16string gradeRow(std::u16string_view row, std::u16string_view extension) {
-        const auto fields = splitFields(row);
-        const auto result = test.checkFile(fields, extension);
+        const auto result = test.checkFile(ListRow(row), extension, heads);
         if (!result) {
             lastError = result.error();
             return u"<failure>";

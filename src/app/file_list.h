@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// File lists: one row per file of a job, comma-separated list text. Lists are streams: they are never held in memory.
-// docs/formats/file-list.md.
+// File lists: one row per file of a job. Lists are streams: they are never held in memory. docs/formats/file-list.md.
+//
+// A list is a file of the installation like its settings, and whoever reads one needs no job: so reader and writer
+// stand here, below everything that judges, copies or shows what a list names.
 
 #include <cstdint>
 #include <optional>
@@ -12,6 +14,7 @@
 
 #include "platform/file.h"
 #include "platform/result.h"
+#include "text/list_row.h"
 
 namespace quillon {
 
@@ -22,19 +25,14 @@ enum class ListEncoding {
     Page,           ///< the 8-bit page
 };
 
-/// Columns of a row, counted from 0.
-inline constexpr std::size_t kPathColumn = 0;
-inline constexpr std::size_t kResultColumn = 4;
-inline constexpr std::size_t kTestedColumns = 5;
-
 class ListReader {
 public:
     /// Opens a list and finds its encoding from its content.
     [[nodiscard]] static Result<ListReader> open(const NativePath& path);
 
-    /// The next line without its end (LF, or CR LF), good until the next call; no value at the end of the list or when
-    /// it cannot be read further. The last line needs no end. A line longer than a million characters comes in pieces.
-    [[nodiscard]] std::optional<std::u16string_view> next();
+    /// Makes `row` the next one. A line ends in LF or CR LF, the last one needs no end; one longer than a million
+    /// characters comes in pieces. False at the end of the list or when it cannot be read further: `row` stays.
+    [[nodiscard]] bool next(ListRow& row);
 
     /// Why reading ended before the end of the list, if it did.
     [[nodiscard]] const std::optional<FileError>& error() const { return error_; }
@@ -45,6 +43,7 @@ private:
     void detectEncoding();
     bool fill();
     void decode(std::size_t bytes);
+    [[nodiscard]] std::optional<std::u16string_view> nextLine();
 
     File file_;
     ListEncoding encoding_ = ListEncoding::Utf16;
@@ -61,9 +60,9 @@ public:
     /// Creates the list anew, empty; for Utf16WithMark it begins with the mark.
     [[nodiscard]] static Result<ListWriter> create(const NativePath& path, ListEncoding encoding = ListEncoding::Utf16);
 
-    /// Appends a row, whose line end is part of `row`, with one write. A row that cannot be written whole is taken
-    /// back, so that the rows before and after it stay readable; as long as that fails, no further row is written.
-    [[nodiscard]] Result<void> write(std::u16string_view row);
+    /// Appends a row and its line end with one write. A row that cannot be written whole is taken back, so that the
+    /// rows before and after it stay readable; as long as that fails, no further row is written.
+    [[nodiscard]] Result<void> write(const ListRow& row);
 
     [[nodiscard]] Result<void> close() { return file_.close(); }
 
@@ -72,6 +71,7 @@ private:
 
     File file_;
     ListEncoding encoding_;
+    std::u16string line_;
     std::uint64_t length_ = 0;
     bool torn_ = false;  // a part of a failed row could not be taken back yet
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "job/file_list.h"
+#include "app/file_list.h"
 
 #include <algorithm>
 #include <bit>
@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t kReadBytes = std::size_t{64} * 1024;
 constexpr std::size_t kLongestLine = 1'000'000;
 constexpr std::string_view kMark = "\xFF\xFE";
+constexpr std::u16string_view kLineEnd = u"\r\n";
 
 static_assert(std::endian::native == std::endian::little, "rows are handed to the file as they lie in memory");
 
@@ -93,7 +94,15 @@ bool ListReader::fill() {
     return true;
 }
 
-std::optional<std::u16string_view> ListReader::next() {
+bool ListReader::next(ListRow& row) {
+    const auto line = nextLine();
+    if (line)
+        row.assign(*line);
+    return line.has_value();
+}
+
+// Good until the next call.
+std::optional<std::u16string_view> ListReader::nextLine() {
     std::size_t searched = 0;
     while (true) {
         const std::u16string_view rest = std::u16string_view(text_).substr(at_);
@@ -129,11 +138,13 @@ Result<ListWriter> ListWriter::create(const NativePath& path, ListEncoding encod
     return writer;
 }
 
-Result<void> ListWriter::write(std::u16string_view row) {
+Result<void> ListWriter::write(const ListRow& row) {
+    line_ = row.line();
+    line_ += kLineEnd;
     PageText page;
-    auto bytes = std::as_bytes(std::span(row.data(), row.size()));
+    auto bytes = std::as_bytes(std::span(line_));
     if (encoding_ == ListEncoding::Page) {
-        page = toPage(row);
+        page = toPage(line_);
         bytes = std::as_bytes(std::span(page.bytes.data(), page.bytes.size()));
     }
     if (torn_) {

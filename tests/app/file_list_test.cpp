@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "job/file_list.h"
+#include "app/file_list.h"
 
 #include <random>
 
-#include "job/job_fixture.h"
+#include <gtest/gtest.h>
+
+#include "support/list_bytes.h"
+#include "support/temp_folder.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
@@ -14,7 +17,8 @@ std::vector<std::u16string> linesOf(const std::filesystem::path& path) {
     std::vector<std::u16string> lines;
     auto reader = ListReader::open(path);
     EXPECT_TRUE(reader);
-    while (const auto line = reader->next()) lines.emplace_back(*line);
+    ListRow row;
+    while (reader->next(row)) lines.emplace_back(row.line());
     EXPECT_FALSE(reader->error());
     return lines;
 }
@@ -96,10 +100,11 @@ TEST_F(ListReaderTest, ALineBeyondAMillionCharactersComesInPieces) {
     auto reader = ListReader::open(folder.write("l.csv", utf16Bytes(endless + u"\r\nnext\r\n")));
     std::size_t total = 0;
     std::u16string last;
-    while (const auto line = reader->next()) {
-        EXPECT_LT(line->size(), 1'200'000U) << "memory is bounded";
-        last = *line;
-        total += line->size();
+    ListRow row;
+    while (reader->next(row)) {
+        EXPECT_LT(row.line().size(), 1'200'000U) << "memory is bounded";
+        last = row.line();
+        total += last.size();
     }
     EXPECT_EQ(total, endless.size() + 4);
     EXPECT_EQ(last, u"next");
@@ -118,19 +123,19 @@ protected:
 TEST_F(ListWriterTest, RowsAreTheirCodeUnitsWithoutAMark) {
     auto writer = ListWriter::create(folder / "l.csv");
     ASSERT_TRUE(writer);
-    EXPECT_TRUE(writer->write(u"/a\u0416\xDC0A,1\r\n"));
+    EXPECT_TRUE(writer->write(ListRow(u"/a\u0416\xDC0A,1")));
     EXPECT_EQ(folder.read("l.csv"), utf16Bytes(u"/a\u0416\xDC0A,1\r\n")) << "a row is in the file when it is written";
-    EXPECT_TRUE(writer->write(u"/b,2\r\n"));
+    EXPECT_TRUE(writer->write(ListRow(u"/b,2")));
     EXPECT_TRUE(writer->close());
     EXPECT_EQ(folder.read("l.csv"), utf16Bytes(u"/a\u0416\xDC0A,1\r\n/b,2\r\n"));
 }
 
 TEST_F(ListWriterTest, OtherEncodingsAreKeptForARetest) {
     auto marked = ListWriter::create(folder / "m.csv", ListEncoding::Utf16WithMark);
-    EXPECT_TRUE(marked->write(u"a\r\n"));
+    EXPECT_TRUE(marked->write(ListRow(u"a")));
     EXPECT_EQ(folder.read("m.csv"), "\xFF\xFE" + utf16Bytes(u"a\r\n"));
     auto page = ListWriter::create(folder / "p.csv", ListEncoding::Page);
-    EXPECT_TRUE(page->write(u"\u00E4\u20AC\r\n"));
+    EXPECT_TRUE(page->write(ListRow(u"\u00E4\u20AC")));
     EXPECT_EQ(folder.read("p.csv"), "\xE4\x80\r\n");
 }
 
@@ -152,7 +157,7 @@ TEST_F(ListWriterTest, EveryNameRoundTripsThroughAList) {
             name.push_back(c == '/' ? ',' : c);
         }
         names.push_back("/" + name);
-        ASSERT_TRUE(writer->write(toListText(names.back()) + u",15/11/2026, 1, 32;Ab9x\r\n"));
+        ASSERT_TRUE(writer->write(ListRow(toListText(names.back()) + u",15/11/2026, 1, 32;Ab9x")));
     }
     const auto lines = linesOf(folder / "l.csv");
     ASSERT_EQ(lines.size(), names.size());
