@@ -33,7 +33,7 @@ std::string commonHeaderBytes(const std::vector<CommonHeader>& rows) {
 }
 
 std::string currentPrefix(const ReportMessages& messages) {
-    return "Current Prefix : " + utf16ToUtf8(messages[Message::CommonHeader]);
+    return "Current Prefix : " + utf16ToUtf8(messages[Grade::CommonHeader]);
 }
 
 NativePath CommonHeadersEditor::localFile() const {

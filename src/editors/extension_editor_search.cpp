@@ -69,7 +69,7 @@ void ExtensionEditor::popupAddCommon() {
     const auto identifier = dialogs_.input(
         "Enter Identifier",
         "Please enter an Idientifier (e.g. Graphics file, Music File, etc.) for the term " + toUtf8(row.term) +
-            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(messages_[Message::CommonHeader]) + "\r\n",
+            "\r\nThe current prefix is \r\n\r\n" + utf16ToUtf8(messages_[Grade::CommonHeader]) + "\r\n",
         "");
     if (!identifier || identifier->empty()) {
         dialogs_.tell("No ID Entered", "Term not added!");

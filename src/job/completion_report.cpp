@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "job/completion_report.h"
 
-#include <array>
-
 #include "messaging/notification.h"
 #include "text/numbers.h"
 
@@ -12,22 +10,6 @@ namespace {
 
 constexpr const char* kLineEnd = "\r\n";
 constexpr const char* kRule = "----------------------------------";
-
-struct ReportLine {
-    const char* caption;
-    std::int32_t JobCounters::*counter;
-};
-constexpr std::array<ReportLine, 9> kMessageLines = {{
-    {"Corrupt Files : ", &JobCounters::corrupt},
-    {"Unknown Files : ", &JobCounters::unknown},
-    {"Skipped Files : ", &JobCounters::skipped},
-    {"Files of zero bytes : ", &JobCounters::zeroBytes},
-    {"Invalid File Names : ", &JobCounters::badName},
-    {"Access Errors : ", &JobCounters::accessErrors},
-    {"Encrypted Files : ", &JobCounters::encrypted},
-    {"Small Files (<512 bytes): ", &JobCounters::small},
-    {"Folder Errors: ", &JobCounters::folderErrors},
-}};
 
 bool hasCopyLine(const JobState& state) {
     return state.options.copy && state.counters.copyErrors > 0;
@@ -39,16 +21,22 @@ std::string completionReport(const JobState& state, const std::string& hostName)
     const JobCounters& counters = state.counters;
     std::string report;
     const auto line = [&report](const std::string& text) { report += text + kLineEnd; };
+    const auto message = [&line](const char* caption, std::int32_t count) {
+        if (count > 0)
+            line(caption + grouped(count));
+    };
     line("File list complete for job ID : " + state.options.jobId + " on " + hostName);
     line("Total Files : " + grouped(counters.files) + " (Quality : " + state.texts.quality + ")");
-    line("Good Files : " + grouped(counters.good));
+    line(kGrades[Grade::Good].reportLine.value + grouped(counters[Grade::Good]));
     line("");
     line("Please note the following messages");
     line(kRule);
-    for (const auto& entry : kMessageLines) {
-        if (counters.*entry.counter > 0)
-            line(entry.caption + grouped(counters.*entry.counter));
+    for (const Grade grade : kReportOrder) {
+        message(kGrades[grade].reportLine, counters[grade]);
+        if (grade == Grade::Unknown)
+            message("Skipped Files : ", counters.skipped);
     }
+    message("Folder Errors: ", counters.folderErrors);
     line(kRule);
     if (hasCopyLine(state)) {
         // The label's text, and behind it the bare number.

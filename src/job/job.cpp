@@ -30,39 +30,6 @@ bool Job::mayOpen(const ListRow& row) {
     return headerTest().mayOpen(row);
 }
 
-void Job::raise(TestCount count) {
-    JobCounters& counters = state.counters;
-    switch (count) {
-        case TestCount::ZeroBytes:
-            ++counters.zeroBytes;
-            break;
-        case TestCount::Small:
-            ++counters.small;
-            break;
-        case TestCount::Encrypted:
-            ++counters.encrypted;
-            break;
-        case TestCount::Unknown:
-            ++counters.unknown;
-            break;
-        case TestCount::AccessError:
-            ++counters.accessErrors;
-            break;
-        case TestCount::Tested:
-            ++counters.tested;
-            break;
-        case TestCount::Good:
-            ++counters.good;
-            break;
-        case TestCount::Common:
-            ++counters.common;
-            break;
-        case TestCount::Corrupt:
-            ++counters.corrupt;
-            break;
-    }
-}
-
 void Job::log(const std::string& text, std::optional<std::uint32_t> colour) {
     state.log.add({surroundings_.clock.now(), text, colour});
 }

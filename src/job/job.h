@@ -64,7 +64,8 @@ public:
 
 private:
     bool useCommonHeaders() override { return state.options.useCommonHeaders; }
-    void raise(TestCount count) override;
+    void raise(Grade grade) override { ++state.counters[grade]; }
+    void raiseTested() override { ++state.counters.tested; }
     void logAccessError(const std::string& text) override { log(text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
 

@@ -6,7 +6,6 @@
 // logic: each field names the control that shows it, and job/job_board tells from the phase which can be used. All
 // texts are UTF-8.
 
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -15,6 +14,7 @@
 
 #include "platform/dates.h"
 #include "platform/file.h"
+#include "testing/grade.h"
 
 namespace quillon {
 
@@ -42,21 +42,15 @@ struct JobCounters {
     std::int32_t files = 0;            ///< lfiles
     std::int32_t skipped = 0;          ///< lSkipped
     std::int32_t rowsRead = 0;         ///< lTested; the copy pass counts its rows here too
-    std::int32_t good = 0;             ///< lGoodFIles
-    std::int32_t corrupt = 0;          ///< lCorruptFiles
-    std::int32_t unknown = 0;          ///< lUnknownFiles
-    std::int32_t common = 0;           ///< lCommon
-    std::int32_t noExtension = 0;      ///< lNoextensioN
-    std::int32_t small = 0;            ///< lSmallFiles
-    std::int32_t zeroBytes = 0;        ///< lZeroBytes
-    std::int32_t badName = 0;          ///< lBadFileName
-    std::int32_t accessErrors = 0;     ///< lAccessErrors
-    std::int32_t encrypted = 0;        ///< lEncrypted
+    ByGrade<std::int32_t> grades;      ///< files of each grade
     std::int32_t copyErrors = 0;       ///< lCopyErrors
     std::int32_t tested = 0;           ///< files compared with the database; no label of its own
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+
+    [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
+    [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }
 
     friend bool operator==(const JobCounters&, const JobCounters&) = default;
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/statistics.h"
 
-#include <array>
 #include <cmath>
+#include <utility>
 
 #include "app/file_list.h"
 #include "platform/folders.h"
@@ -13,40 +13,30 @@ namespace quillon {
 
 namespace {
 
-// The messages that are compared for equality, in the order of the comparison, and the counter that each raises. A row
-// that equals one of them is done with.
-struct Grade {
-    Message message;
-    std::int32_t JobCounters::*counter;
-};
-constexpr std::array<Grade, 7> kGrades = {{
-    {Message::Good, &JobCounters::good},
-    {Message::Corrupt, &JobCounters::corrupt},
-    {Message::Unknown, &JobCounters::unknown},
-    {Message::NoExtension, &JobCounters::noExtension},
-    {Message::TooSmall, &JobCounters::small},
-    {Message::ZeroBytes, &JobCounters::zeroBytes},
-    {Message::InvalidName, &JobCounters::badName},
-}};
+bool holds(std::u16string_view result, const std::u16string& message, Recount rule) {
+    return rule == Recount::Contained ? result.find(trimRight(std::u16string_view(message))) != result.npos
+                                      : result == message;
+}
 
 void countResult(Job& job, std::u16string_view result) {
-    JobCounters& counters = job.state.counters;
-    for (const auto& grade : kGrades) {
-        if (result == job.messages[grade.message]) {
-            ++(counters.*grade.counter);
+    for (const Grade grade : kRecountOrder) {
+        const Recount rule = kGrades[grade].recount;
+        if (!holds(result, job.messages[grade], rule))
+            continue;
+        ++job.state.counters[grade];
+        if (rule == Recount::Equal)
             return;
-        }
     }
-    if (result == job.messages[Message::AccessError])
-        ++counters.accessErrors;
-    if (result == job.messages[Message::Encrypted]) {
-        ++counters.encrypted;
-        return;
-    }
-    const auto common = trimRight(std::u16string_view(job.messages[Message::CommonHeader]));
-    if (result.find(common) != result.npos)
-        ++counters.common;
     updateQuality(job.state);
+}
+
+// Written out while compiling, as it runs for every row.
+template <Quality quality>
+double countOf(const JobCounters& counters) {
+    const auto add = [&counters]<std::size_t... place>(std::index_sequence<place...>) {
+        return ((kGrades.values[place].quality == quality ? std::int64_t{counters.grades.values[place]} : 0) + ...);
+    };
+    return static_cast<double>(add(std::make_index_sequence<kGradeCount>()));
 }
 
 Result<void> recount(Job& job, const NativePath& list) {
@@ -80,10 +70,10 @@ void resetCounters(JobState& state) {
 
 void updateQuality(JobState& state) {
     const JobCounters& counters = state.counters;
-    if (counters.good <= 0)
+    if (counters[Grade::Good] <= 0)
         return;
-    const double recovered = static_cast<double>(counters.good) + counters.common;
-    const double quality = recovered / (recovered + counters.corrupt);
+    const auto recovered = countOf<Quality::Recovered>(counters);
+    const double quality = recovered / (recovered + countOf<Quality::Lost>(counters));
     // The text is made anew only when it changes: this runs for every row.
     // Next to a half the text may round otherwise than the figure does: such a text is made in any case.
     const double scaled = quality * 10000;

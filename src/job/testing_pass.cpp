@@ -81,8 +81,8 @@ bool TestingPass::gradeRow(const ListRow& row, HeadReader& heads) {
 
 Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
     if (row.extension().empty()) {
-        ++job_.state.counters.noExtension;
-        result_ = job_.messages[Message::NoExtension];
+        ++job_.state.counters[Grade::NoExtension];
+        result_ = job_.messages[Grade::NoExtension];
         return {};
     }
     const auto result = checker_ != nullptr ? checker_->check(row) : job_.checkFile(row, row.extension(), heads);
@@ -99,8 +99,8 @@ bool TestingPass::handle(const FileError& error, const std::function<void()>& ru
         return true;
     if (error.kind == ErrorKind::PermissionDenied || error.kind == ErrorKind::BadName) {
         // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
-        ++job_.state.counters.accessErrors;
-        result_ = job_.messages[Message::AccessError];
+        ++job_.state.counters[Grade::AccessError];
+        result_ = job_.messages[Grade::AccessError];
         return false;
     }
     ignoringErrors_ = true;

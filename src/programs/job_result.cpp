@@ -28,26 +28,18 @@ const char* nameOf(JobEnd end) {
 }
 
 Json countersAsJson(const JobCounters& counters) {
-    return {{"folders", counters.folders},
-            {"folder_errors", counters.folderErrors},
-            {"folders_not_read", counters.unlistedFolders},
-            {"files", counters.files},
-            {"total_bytes", counters.totalBytes},
-            {"skipped", counters.skipped},
-            {"rows_read", counters.rowsRead},
-            {"tested", counters.tested},
-            {"good", counters.good},
-            {"corrupt", counters.corrupt},
-            {"unknown", counters.unknown},
-            {"common", counters.common},
-            {"no_extension", counters.noExtension},
-            {"small", counters.small},
-            {"zero_bytes", counters.zeroBytes},
-            {"bad_name", counters.badName},
-            {"access_errors", counters.accessErrors},
-            {"encrypted", counters.encrypted},
-            {"copy_errors", counters.copyErrors},
-            {"lost_rows", counters.lostRows}};
+    Json json = {{"folders", counters.folders},
+                 {"folder_errors", counters.folderErrors},
+                 {"folders_not_read", counters.unlistedFolders},
+                 {"files", counters.files},
+                 {"total_bytes", counters.totalBytes},
+                 {"skipped", counters.skipped},
+                 {"rows_read", counters.rowsRead},
+                 {"tested", counters.tested}};
+    for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
+    json["copy_errors"] = counters.copyErrors;
+    json["lost_rows"] = counters.lostRows;
+    return json;
 }
 
 Json logAsJson(const JobLog& log, const DateTexts& dates) {

@@ -19,25 +19,25 @@ tl::unexpected<FileError> tooFewFields() {
 
 }  // namespace
 
-std::u16string_view HeaderCheck::grade(TestCount count, Message message) {
-    host_.raise(count);
-    return messages_[message];
+std::u16string_view HeaderCheck::counted(Grade grade) {
+    host_.raise(grade);
+    return messages_[grade];
 }
 
 // What size and attributes decide; no value when they leave it to the content.
-Result<std::optional<HeaderCheck::Verdict>> HeaderCheck::judgeRow(const ListRow& row) {
+Result<std::optional<Grade>> HeaderCheck::judgeRow(const ListRow& row) {
     const auto size = row.size();
     if (!size)
         return tooFewFields();
     if (*size == 0)
-        return Verdict{TestCount::ZeroBytes, Message::ZeroBytes};
+        return Grade::ZeroBytes;
     if (*size < kSmallestTested)
-        return Verdict{TestCount::Small, Message::TooSmall};
+        return Grade::TooSmall;
     const auto attributes = row.attributes();
     if (!attributes)
         return tooFewFields();
     if (*attributes >= kEncryptedFrom)
-        return Verdict{TestCount::Encrypted, Message::Encrypted};
+        return Grade::Encrypted;
     return std::nullopt;
 }
 
@@ -53,14 +53,14 @@ Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16s
     if (!judged)
         return failure(judged.error());
     if (*judged)
-        return grade((*judged)->count, (*judged)->message);
+        return counted(**judged);
 
     const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
 
     if (!heads.readHead(row.nativePath(), head_)) {
-        const auto result = grade(TestCount::AccessError, Message::AccessError);
+        const auto result = counted(Grade::AccessError);
         host_.logAccessError("Access Error : " + readable(row.nativePath()));
         return result;
     }
@@ -69,24 +69,24 @@ Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16s
 }
 
 std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* terms) {
-    host_.raise(TestCount::Tested);
+    host_.raiseTested();
     if (terms != nullptr) {
         const MatchResult match = matchTerms(*terms);
         if (match == MatchResult::GivenUp)
-            return grade(TestCount::Unknown, Message::Unknown);
+            return counted(Grade::Unknown);
         if (match != MatchResult::No)
-            return grade(TestCount::Good, Message::Good);
+            return counted(Grade::Good);
         if (!host_.useCommonHeaders())
-            return grade(TestCount::Corrupt, Message::Corrupt);
+            return counted(Grade::Corrupt);
     }
     const CommonMatch common = matchCommon(terms != nullptr);
     if (common.result == MatchResult::GivenUp)
-        return grade(TestCount::Unknown, Message::Unknown);
+        return counted(Grade::Unknown);
     if (common.result != MatchResult::No) {
-        host_.raise(TestCount::Common);
+        host_.raise(Grade::CommonHeader);
         return common.text;
     }
-    return terms != nullptr ? grade(TestCount::Corrupt, Message::Corrupt) : grade(TestCount::Unknown, Message::Unknown);
+    return terms != nullptr ? counted(Grade::Corrupt) : counted(Grade::Unknown);
 }
 
 // The first record that does not say no decides. Kept: a record without a term counts as a hit, so an empty line makes
@@ -119,7 +119,7 @@ HeaderCheck::CommonMatch HeaderCheck::matchCommon(bool termFileExists) {
 // Kept: without a term file and at a fixed position the description follows the message directly (test
 // TheCompositeTextHasNoSeparatorForAFixedPositionWithoutATermFile).
 std::u16string_view HeaderCheck::composite(const CommonRecord& record, bool termFileExists) {
-    composite_ = trimRight(messages_[Message::CommonHeader]);
+    composite_ = trimRight(messages_[Grade::CommonHeader]);
     if (termFileExists || record.anywhere)
         composite_ += u" : ";
     composite_ += *record.description;

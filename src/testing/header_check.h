@@ -14,17 +14,16 @@
 
 namespace quillon {
 
-/// The counters that a test raises.
-enum class TestCount { ZeroBytes, Small, Encrypted, Unknown, AccessError, Tested, Good, Common, Corrupt };
-
 /// What the header test asks of its front end.
 class HeaderCheckHost {
 public:
     virtual ~HeaderCheckHost() = default;
     /// `chkCommon`, asked at the moment of each test.
     [[nodiscard]] virtual bool useCommonHeaders() = 0;
-    /// Raises a counter by one and shows it.
-    virtual void raise(TestCount count) = 0;
+    /// Counts a file under its grade.
+    virtual void raise(Grade grade) = 0;
+    /// Counts a file that was opened and compared. The grade does not tell: an unknown file may never have been opened.
+    virtual void raiseTested() = 0;
     /// A light red row of the job log: "Access Error : " and the path, readable.
     virtual void logAccessError(const std::string& text) = 0;
 };
@@ -49,12 +48,8 @@ public:
     [[nodiscard]] bool mayOpen(const ListRow& row);
 
 private:
-    struct Verdict {
-        TestCount count;
-        Message message;
-    };
-    [[nodiscard]] static Result<std::optional<Verdict>> judgeRow(const ListRow& row);
-    [[nodiscard]] std::u16string_view grade(TestCount count, Message message);
+    [[nodiscard]] static Result<std::optional<Grade>> judgeRow(const ListRow& row);
+    [[nodiscard]] std::u16string_view counted(Grade grade);
     [[nodiscard]] std::u16string_view testContent(const std::vector<CompiledTerm>* terms);
     [[nodiscard]] MatchResult matchTerms(const std::vector<CompiledTerm>& terms) const;
 

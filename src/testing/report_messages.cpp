@@ -23,8 +23,8 @@ Result<ReportMessages> readMessages(const NativePath& file) {
     const auto lines = splitLines(*bytes);
     if (lines.size() < kMessageCount)
         return failure(ErrorKind::PathAccess, "fewer than ten messages");
-    ReportMessages messages;
-    for (std::size_t i = 0; i < kMessageCount; ++i) messages[static_cast<Message>(i)] = pageBytesToUtf16(lines[i]);
+    ReportMessages messages = ReportMessages::fallback();
+    for (std::size_t i = 0; i < kMessageCount; ++i) messages.values[i] = pageBytesToUtf16(lines[i]);
     return messages;
 }
 
@@ -32,16 +32,7 @@ Result<ReportMessages> readMessages(const NativePath& file) {
 
 ReportMessages ReportMessages::fallback() {
     ReportMessages messages;
-    messages.texts_ = {u"Header OK",
-                       u"Header Corrupt",
-                       u"No Extension",
-                       u"Unknown or ambiguous file type",
-                       u"File encrypted",
-                       u"Access error",
-                       u"File too small to test (<512 bytes)",
-                       u"File is zero bytes",
-                       u"Invalid File Name",
-                       u"Appears to be of file type: "};
+    for (const GradeRow& row : kGrades.values) messages[row.grade] = row.message;
     return messages;
 }
 

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include "testing/grade.h"
+
 class QAction;
 class QCheckBox;
 class QComboBox;
@@ -48,9 +50,8 @@ struct frmMainControls {
 
     QLabel *Label7, *lfiles, *Label25, *lFOlders, *Label9, *lsize, *Label26, *lFolderErrors;
     QLabel *Label9_1, *lCopyErrors, *Label21, *lTotCopied, *Label19, *Label16, *Label22;
-    QLabel *Label11, *lTested, *Label4, *lGoodFIles, *Label5, *lCorruptFiles, *Label6, *lUnknownFiles;
-    QLabel *Label13, *lSkipped, *Label1, *lNoextensioN, *Label20, *lEncrypted, *Label18, *lAccessErrors;
-    QLabel *Label17, *lBadFileName, *Label14, *lZeroBytes, *Label15, *lSmallFiles, *Label24, *lCommon;
+    QLabel *Label11, *lTested, *Label13, *lSkipped;
+    ByGrade<QLabel*> gradeCaptions, gradeCounts;  ///< called as the table of grades says
     QLabel *Label10, *lRPC, *Label8;
     QLabel* copiedNote;
     GradeBar* gradeBar;

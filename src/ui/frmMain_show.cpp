@@ -65,16 +65,12 @@ void frmMain::showState() {
 
 void frmMain::showCounts() {
     const JobCounters& counts = job_.state.counters;
-    const std::pair<QLabel*, std::int32_t> labels[] = {
-        {lFOlders, counts.folders},         {lFolderErrors, counts.folderErrors}, {lfiles, counts.files},
-        {lSkipped, counts.skipped},         {lTested, counts.rowsRead},           {lGoodFIles, counts.good},
-        {lCorruptFiles, counts.corrupt},    {lUnknownFiles, counts.unknown},      {lCommon, counts.common},
-        {lNoextensioN, counts.noExtension}, {lSmallFiles, counts.small},          {lZeroBytes, counts.zeroBytes},
-        {lBadFileName, counts.badName},     {lAccessErrors, counts.accessErrors}, {lEncrypted, counts.encrypted},
-        {lCopyErrors, counts.copyErrors}};
+    const std::pair<QLabel*, std::int32_t> labels[] = {{lFOlders, counts.folders}, {lFolderErrors, counts.folderErrors},
+                                                       {lfiles, counts.files},     {lSkipped, counts.skipped},
+                                                       {lTested, counts.rowsRead}, {lCopyErrors, counts.copyErrors}};
     for (const auto& [label, count] : labels) showText(*label, grouped(count));
-    gradeBar->setCounts({counts.good, counts.common, counts.corrupt, counts.unknown, counts.noExtension,
-                         counts.encrypted, counts.accessErrors, counts.badName, counts.zeroBytes, counts.small});
+    for (const Grade grade : kBoardOrder) showText(*gradeCounts[grade], grouped(counts[grade]));
+    gradeBar->setCounts(counts.grades);
 }
 
 void frmMain::showTexts() {

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The score board: what was found, what came of it, and the grades with their bar.
+#include <optional>
+#include <vector>
+
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -14,35 +17,21 @@
 namespace quillon {
 namespace {
 
-// Told apart by lightness as well as by hue, so that the bar can be read by everybody.
-struct GradeLook {
-    const char* name;
-    QRgb colour;
-};
-constexpr GradeLook kGrades[] = {
-    {"Good", 0x2f9e62},         {"Common header", 0x7cc5a0},     {"Corrupt", 0xd14343},
-    {"Unknown", 0x8792a2},      {"No extension", 0xb4a1d6},      {"Encrypted", 0xe0a100},
-    {"Access error", 0xe8763a}, {"Invalid file name", 0x8a5a3c}, {"Zero bytes", 0xc9ced6},
-    {"Small file", 0x5b7fb5},
-};
-
 struct Cell {
     QLabel** caption;
     const char* captionName;
     const char* text;
     QLabel** count;
     const char* countName;
-    int grade;  // index of kGrades, -1 for a count that is none
+    std::optional<QRgb> colour;  // of a grade
 };
 
 void addCell(QGridLayout& grid, const Cell& cell, int row, int column) {
     *cell.caption = makeLabel(cell.captionName, cell.text);
     *cell.count = makeCount(cell.countName);
     (*cell.caption)->setBuddy(*cell.count);
-    if (cell.grade >= 0) {
-        auto* swatch = new GradeSwatch(QColor(kGrades[cell.grade].colour));
-        grid.addWidget(swatch, row, column, Qt::AlignCenter);
-    }
+    if (cell.colour)
+        grid.addWidget(new GradeSwatch(QColor(*cell.colour)), row, column, Qt::AlignCenter);
     grid.addWidget(*cell.caption, row, column + 1);
     grid.addWidget(*cell.count, row, column + 2);
 }
@@ -53,7 +42,7 @@ constexpr int kTotalsRow = 0;
 constexpr int kTotalsRows = 4;
 constexpr int kBarRow = kTotalsRow + kTotalsRows;
 constexpr int kGradesRow = kBarRow + 1;
-constexpr int kGradesRows = 4;
+constexpr int kGradesRows = (static_cast<int>(kGradeCount) + 2 + kBlocks - 1) / kBlocks;  // with "Tested" and "Skipped"
 
 // Cells in columns, each filled from the top.
 void addCells(QGridLayout& grid, const std::vector<Cell>& cells, int firstRow, int rows, int firstBlock) {
@@ -77,9 +66,6 @@ void frmMainControls::createStats() {
     createQuality(*grid);
     createTotals(*grid);
     gradeBar = make<GradeBar>("gradeBar");
-    std::vector<GradePart> parts;
-    for (const GradeLook& look : kGrades) parts.push_back({QLatin1String(look.name), QColor(look.colour), 0});
-    gradeBar->setParts(std::move(parts));
     grid->addWidget(gradeBar, kBarRow, 0, 1, kBlocks * kCellColumns - 1);
     grid->setRowMinimumHeight(kBarRow, 56);
     createGrades(*grid);
@@ -120,32 +106,27 @@ void frmMainControls::createQuality(QGridLayout& grid) {
 void frmMainControls::createTotals(QGridLayout& grid) {
     copiedNote = makeLabel("copiedNote", "Copied:");
     addCells(grid,
-             {{&Label7, "Label7", "Total Files:", &lfiles, "lfiles", -1},
-              {&Label25, "Label25", "Total folders:", &lFOlders, "lFOlders", -1},
-              {&Label9, "Label9", "Total Size:", &lsize, "lsize", -1},
-              {&Label26, "Label26", "Folder Errors:", &lFolderErrors, "lFolderErrors", -1},
-              {&Label9_1, "Label9_1", "Copy Errors", &lCopyErrors, "lCopyErrors", -1},
-              {&Label21, "Label21", "", &lTotCopied, "lTotCopied", -1}},
+             {{&Label7, "Label7", "Total Files:", &lfiles, "lfiles", {}},
+              {&Label25, "Label25", "Total folders:", &lFOlders, "lFOlders", {}},
+              {&Label9, "Label9", "Total Size:", &lsize, "lsize", {}},
+              {&Label26, "Label26", "Folder Errors:", &lFolderErrors, "lFolderErrors", {}},
+              {&Label9_1, "Label9_1", "Copy Errors", &lCopyErrors, "lCopyErrors", {}},
+              {&Label21, "Label21", "", &lTotCopied, "lTotCopied", {}}},
              kTotalsRow, 3, 1);
     // Label21 is empty but during a copy; its count is never without a caption.
     grid.addWidget(copiedNote, kTotalsRow + 2, 2 * kCellColumns + 1);
 }
 
 void frmMainControls::createGrades(QGridLayout& grid) {
-    addCells(grid,
-             {{&Label4, "Label4", "Good:", &lGoodFIles, "lGoodFIles", 0},
-              {&Label24, "Label24", "C/Head:", &lCommon, "lCommon", 1},
-              {&Label5, "Label5", "Corrupt:", &lCorruptFiles, "lCorruptFiles", 2},
-              {&Label6, "Label6", "Unknown:", &lUnknownFiles, "lUnknownFiles", 3},
-              {&Label1, "Label1", "No Ext:", &lNoextensioN, "lNoextensioN", 4},
-              {&Label20, "Label20", "Encrypted:", &lEncrypted, "lEncrypted", 5},
-              {&Label18, "Label18", "Access errors:", &lAccessErrors, "lAccessErrors", 6},
-              {&Label17, "Label17", "Invalid Filename:", &lBadFileName, "lBadFileName", 7},
-              {&Label14, "Label14", "Zero Bytes:", &lZeroBytes, "lZeroBytes", 8},
-              {&Label15, "Label15", "Small Files:", &lSmallFiles, "lSmallFiles", 9},
-              {&Label11, "Label11", "Tested:", &lTested, "lTested", -1},
-              {&Label13, "Label13", "Skipped:", &lSkipped, "lSkipped", -1}},
-             kGradesRow, kGradesRows, 0);
+    std::vector<Cell> cells;
+    for (const Grade grade : kBoardOrder) {
+        const BoardCell& board = kGrades[grade].board;
+        cells.push_back({&gradeCaptions[grade], board.captionControl, board.caption, &gradeCounts[grade],
+                         board.countControl, kGrades[grade].bar.colour});
+    }
+    cells.push_back({&Label11, "Label11", "Tested:", &lTested, "lTested", {}});
+    cells.push_back({&Label13, "Label13", "Skipped:", &lSkipped, "lSkipped", {}});
+    addCells(grid, cells, kGradesRow, kGradesRows, 0);
 }
 
 }  // namespace quillon

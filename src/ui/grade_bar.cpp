@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include <QPainter>
 #include <QPainterPath>
@@ -17,35 +16,48 @@ namespace {
 constexpr qreal kCorner = 4;
 constexpr qreal kLeastWidth = 2;
 
+// Parts that would be narrower than the least width get that; the others share what is left, so that all fit.
+ByGrade<qreal> partWidths(const ByGrade<std::int32_t>& counts, qreal room) {
+    qreal total = 0;
+    for (const std::int32_t count : counts.values) total += std::max(count, 0);
+    const auto isNarrow = [&](std::int32_t count) { return room * count < kLeastWidth * total; };
+    qreal others = total;
+    qreal left = room;
+    for (const std::int32_t count : counts.values) {
+        if (count <= 0 || !isNarrow(count))
+            continue;
+        others -= count;
+        left -= kLeastWidth;
+    }
+    ByGrade<qreal> widths;
+    for (std::size_t i = 0; i < kGradeCount; ++i) {
+        const std::int32_t count = counts.values[i];
+        if (count > 0)
+            widths.values[i] = isNarrow(count) ? kLeastWidth : std::max(left * count / others, kLeastWidth);
+    }
+    return widths;
+}
+
 }  // namespace
 
 GradeBar::GradeBar(QWidget* parent) : QWidget(parent) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-}
-
-void GradeBar::setParts(std::vector<GradePart> parts) {
-    parts_ = std::move(parts);
     describe();
-    update();
 }
 
-void GradeBar::setCounts(const std::vector<std::int64_t>& counts) {
-    bool changed = false;
-    for (std::size_t i = 0; i < std::min(counts.size(), parts_.size()); ++i) {
-        changed = changed || parts_[i].count != counts[i];
-        parts_[i].count = counts[i];
-    }
-    if (!changed)
+void GradeBar::setCounts(const ByGrade<std::int32_t>& counts) {
+    if (counts == counts_)
         return;
+    counts_ = counts;
     describe();
     update();
 }
 
 void GradeBar::describe() {
     QStringList texts;
-    for (const GradePart& part : parts_)
-        if (part.count > 0)
-            texts << QStringLiteral("%1 %2").arg(part.name).arg(part.count);
+    for (const Grade grade : kBoardOrder)
+        if (counts_[grade] > 0)
+            texts << QStringLiteral("%1 %2").arg(QLatin1String(kGrades[grade].bar.name)).arg(counts_[grade]);
     setAccessibleName(texts.isEmpty() ? QStringLiteral("No grades yet") : texts.join(QStringLiteral(", ")));
 }
 
@@ -56,16 +68,12 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     QPainterPath shape;
     shape.addRoundedRect(whole, kCorner, kCorner);
     painter.fillPath(shape, palette().base());
-    std::int64_t total = 0;
-    for (const GradePart& part : parts_) total += std::max<std::int64_t>(part.count, 0);
+    const ByGrade<qreal> widths = partWidths(counts_, whole.width());
     painter.setClipPath(shape);
     qreal left = whole.left();
-    for (const GradePart& part : parts_) {
-        if (part.count <= 0)
-            continue;
-        const qreal share = static_cast<qreal>(part.count) / static_cast<qreal>(total);
-        const qreal width = std::max(whole.width() * share, kLeastWidth);
-        painter.fillRect(QRectF(left, whole.top(), width, whole.height()), part.colour);
+    for (const Grade grade : kBoardOrder) {
+        const qreal width = widths[grade];
+        painter.fillRect(QRectF(left, whole.top(), width, whole.height()), QColor(kGrades[grade].bar.colour));
         left += width;
     }
     painter.setClipping(false);

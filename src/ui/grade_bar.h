@@ -3,21 +3,14 @@
 
 // The grades of a job as a picture: one stacked bar, whose legend are the counts around it.
 
-#include <array>
 #include <cstdint>
-#include <vector>
 
 #include <QColor>
-#include <QString>
 #include <QWidget>
 
-namespace quillon {
+#include "testing/grade.h"
 
-struct GradePart {
-    QString name;
-    QColor colour;
-    std::int64_t count = 0;
-};
+namespace quillon {
 
 class GradeBar final : public QWidget {
     Q_OBJECT
@@ -25,9 +18,9 @@ class GradeBar final : public QWidget {
 public:
     explicit GradeBar(QWidget* parent = nullptr);
 
-    /// Parts in order of painting; one with a count of 0 takes no room. Nothing counted shows an empty bar.
-    void setParts(std::vector<GradePart> parts);
-    void setCounts(const std::vector<std::int64_t>& counts);
+    /// Painted in the order of the score board; a grade with a count of 0 takes no room. At first, and with nothing
+    /// counted, the bar is empty.
+    void setCounts(const ByGrade<std::int32_t>& counts);
 
     [[nodiscard]] QSize sizeHint() const override { return {240, 20}; }
     [[nodiscard]] QSize minimumSizeHint() const override { return {80, 20}; }
@@ -37,7 +30,7 @@ protected:
 
 private:
     void describe();
-    std::vector<GradePart> parts_;
+    ByGrade<std::int32_t> counts_;
 };
 
 /// The little square of a grade's colour in front of its label.

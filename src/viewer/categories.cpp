@@ -2,13 +2,14 @@
 #include "viewer/categories.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/whole_file.h"
 #include "text/fields.h"
 #include "text/page_text.h"
 
 namespace quillon {
+
+static_assert(kMessageCount == kGradeCount, "a grade without a line in Errors.dat has no category");
 
 Result<std::vector<std::u16string>> readCategories(const NativePath& errorsFile, const ReportMessages& messages) {
     const auto bytes = readWholeFile(errorsFile);
@@ -17,16 +18,16 @@ Result<std::vector<std::u16string>> readCategories(const NativePath& errorsFile,
     std::vector<std::u16string> categories;
     for (const auto line : splitLines(*bytes)) {
         std::u16string text = pageBytesToUtf16(line);
-        if (!trim(std::u16string_view(text)).empty() && text != messages[Message::Good])
+        if (!trim(std::u16string_view(text)).empty() && text != messages[Grade::Good])
             categories.push_back(std::move(text));
     }
     return categories;
 }
 
 bool canEditCategory(int entry, const std::u16string& text, const ReportMessages& messages) {
-    constexpr std::array kNotTaught = {Message::AccessError, Message::Encrypted, Message::TooSmall, Message::ZeroBytes};
-    return entry != 0 && std::none_of(kNotTaught.begin(), kNotTaught.end(),
-                                      [&](Message message) { return text == messages[message]; });
+    return entry != 0 && std::ranges::none_of(kGrades.values, [&](const GradeRow& row) {
+               return row.teaching == Teaching::Refused && text == messages[row.grade];
+           });
 }
 
 }  // namespace quillon

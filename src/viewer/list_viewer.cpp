@@ -48,7 +48,7 @@ void ListViewer::loadCategories() {
                                                   readable(paths.localPath.native()) +
                                                   "\\Settings\\errors.dat. Switching to default settings.\r\n");
     const ReportMessages fallback = ReportMessages::fallback();
-    state.categories.insert(state.categories.end(), fallback.all().begin(), fallback.all().end());
+    state.categories.insert(state.categories.end(), fallback.values.begin(), fallback.values.end());
 }
 
 void ListViewer::chooseCategory(int entry) {
@@ -152,7 +152,7 @@ void ListViewer::addToSkipList() {
 std::optional<EditorHandover> ListViewer::openEditor() {
     const std::u16string extension(state.extensions.chosenText());
     const auto& category = state.categories[static_cast<std::size_t>(state.category)];
-    if (category != job_.messages[Message::NoExtension] && extension.empty()) {
+    if (category != job_.messages[Grade::NoExtension] && extension.empty()) {
         host_.beep();
         return std::nullopt;
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/retest.h"
 
+#include <algorithm>
+
 #include "platform/copy_file.h"
 #include "platform/folder_lock.h"
 #include "platform/folders.h"
@@ -79,7 +81,7 @@ Result<void> Retest::testAgain(ViewRows::Id row) {
     if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
     row_.replaceResult(*graded);
-    if (*graded == job_.messages[Message::Unknown] || *graded == job_.messages[Message::Good])
+    if (*graded == job_.messages[Grade::Unknown] || *graded == job_.messages[Grade::Good])
         rows_.remove(row);
     return {};
 }

@@ -262,7 +262,7 @@ TEST_F(CommonHeadersEditorTest, ACommaInTheIdBreaksTheRecordAtTheNextReading) {
 
 TEST_F(CommonHeadersEditorTest, ThePrefixIsMessageTen) {
     ReportMessages messages;
-    messages[Message::CommonHeader] = u"Looks like: ";
+    messages[Grade::CommonHeader] = u"Looks like: ";
     EXPECT_EQ(currentPrefix(messages), "Current Prefix : Looks like: ");
 }
 

@@ -37,7 +37,7 @@ constexpr const char* kTwo = "1,MZ,T,Program & more\r\n0,D0CF11,H,OLE file\r\n";
 void FrmCommonHeadersTest::init() {
     screen_ = std::make_unique<test::EditorScreen>(Screen::CommonHeaders);
     screen_->folder.write(kList, kTwo);
-    screen_->job.messages[Message::CommonHeader] = u"Looks <b>like</b>: ";
+    screen_->job.messages[Grade::CommonHeader] = u"Looks <b>like</b>: ";
     screen_->open();
 }
 

@@ -112,8 +112,8 @@ void FrmErrorsTest::okAddsTheColonSavesAndLoadsTheMessages() {
         std::string("Fine\r\nHeader Corrupt\r\nNo Extension\r\nUnknown or ambiguous file type\r\nFile "
                     "encrypted\r\nAccess error\r\nFile too small to test (<512 bytes)\r\nFile is zero length\r\nBad "
                     "filename\r\nType:\r\n"));
-    QCOMPARE(toQt(screen_->job.messages[Message::Good]), QStringLiteral("Fine"));
-    QCOMPARE(toQt(screen_->job.messages[Message::CommonHeader]), QStringLiteral("Type:"));
+    QCOMPARE(toQt(screen_->job.messages[Grade::Good]), QStringLiteral("Fine"));
+    QCOMPARE(toQt(screen_->job.messages[Grade::CommonHeader]), QStringLiteral("Type:"));
 }
 
 void FrmErrorsTest::theCloseBoxSavesNothing() {

@@ -92,15 +92,15 @@ TEST_F(ReportMessagesEditorTest, ACommonHeaderMessageIsStoredWithAColonAtItsEnd)
         ASSERT_TRUE(editor.save()) << typed;
         EXPECT_EQ(folders.bytesOf(kLocal), std::string(kSaved) + stored + "\r\n") << typed;
         EXPECT_EQ(editor.texts[9], stored);
-        EXPECT_EQ(toUtf8(toPage(messages[Message::CommonHeader])), stored);
+        EXPECT_EQ(toUtf8(toPage(messages[Grade::CommonHeader])), stored);
     }
 }
 
 TEST_F(ReportMessagesEditorTest, ASaveLoadsTheMessagesOfTheProgram) {
     editor.texts[0] = "Fine, fine";
     ASSERT_TRUE(editor.save());
-    EXPECT_EQ(messages[Message::Good], u"Fine, fine");
-    EXPECT_EQ(messages[Message::ZeroBytes], u"File is zero length");
+    EXPECT_EQ(messages[Grade::Good], u"Fine, fine");
+    EXPECT_EQ(messages[Grade::ZeroBytes], u"File is zero length");
 }
 
 TEST_F(ReportMessagesEditorTest, WithSharingOnBothFilesAreWritten) {

@@ -115,7 +115,7 @@ void deleteAllInUpdate(Screens& s) {
     s.manualUpdate.deleteTerms();
 }
 void addCommonHeader(Screens& s) {
-    s.job.messages[Message::CommonHeader] = u"Type:";
+    s.job.messages[Grade::CommonHeader] = u"Type:";
     s.editor().state.rows = {{{"1"}, {"PK"}, {"T"}}};
     s.extensionEditor.hitRow(0);
     s.folders.dialogs.expectInput("Enter Identifier",

@@ -63,7 +63,7 @@ public:
         ListViewer viewer(job_, screen_);
         viewer.load();
         const auto& all = viewer.state.categories;
-        const auto corrupt = std::find(all.begin(), all.end(), job_.messages[Message::Corrupt]);
+        const auto corrupt = std::find(all.begin(), all.end(), job_.messages[Grade::Corrupt]);
         viewer.chooseCategory(static_cast<int>(corrupt - all.begin()));
         viewer.filter();
         viewer.selectRow(0);

@@ -39,7 +39,7 @@ protected:
 
 TEST_F(ReportTest, ACleanJobHasNoMessageLines) {
     state.counters.files = 1234;
-    state.counters.good = 1200;
+    state.counters[Grade::Good] = 1200;
     state.texts.quality = "97.56%";
     EXPECT_EQ(completionReport(state, "LAB7"),
               "File list complete for job ID : 1234 on LAB7\r\n"
@@ -53,18 +53,18 @@ TEST_F(ReportTest, ACleanJobHasNoMessageLines) {
 
 TEST_F(ReportTest, EveryCounterAboveZeroHasItsLineInThisOrder) {
     JobCounters& counters = state.counters;
-    counters.corrupt = 1;
-    counters.unknown = 2;
+    counters[Grade::Corrupt] = 1;
+    counters[Grade::Unknown] = 2;
     counters.skipped = 3;
-    counters.zeroBytes = 4;
-    counters.badName = 5;
-    counters.accessErrors = 6;
-    counters.encrypted = 7;
-    counters.small = 8;
+    counters[Grade::ZeroBytes] = 4;
+    counters[Grade::InvalidName] = 5;
+    counters[Grade::AccessError] = 6;
+    counters[Grade::Encrypted] = 7;
+    counters[Grade::TooSmall] = 8;
     counters.folderErrors = 9000;
     counters.copyErrors = 10;
-    counters.common = 11;
-    counters.noExtension = 12;
+    counters[Grade::CommonHeader] = 11;
+    counters[Grade::NoExtension] = 12;
     EXPECT_EQ(completionReport(state, "LAB7"),
               "File list complete for job ID : 1234 on LAB7\r\n"
               "Total Files : 0 (Quality : 0)\r\n"

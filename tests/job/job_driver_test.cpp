@@ -101,12 +101,12 @@ TEST_F(DriverTest, WhenThePickerIsCancelledTheJobGoesOnAndFindsNothing) {
 
 TEST_F(DriverTest, CopyingWithoutATargetEndsTheJobWithTheFocusOnTheTarget) {
     state.options.copy = true;
-    state.counters.good = 7;
+    state.counters[Grade::Good] = 7;
     fake.dialogs.expectBox("Error",
                            "You have selected to copy the files to another location, but not selected a location.");
     EXPECT_EQ(run(), JobEnd::NotStarted);
     EXPECT_EQ(trace, Trace{"focus target"});
-    EXPECT_EQ(state.counters.good, 7) << "counters are reset behind this check";
+    EXPECT_EQ(state.counters[Grade::Good], 7) << "counters are reset behind this check";
     EXPECT_FALSE(exists("app/tFile.csv"));
 }
 
@@ -222,7 +222,7 @@ TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
     for (const auto& row : finalRows()) grades.push_back(row.substr(row.rfind(u',') + 1));
     const std::u16string denied = u"Access error";
     EXPECT_EQ(grades, (std::vector<std::u16string>{u"Header OK", denied, denied, denied, u"Header Corrupt", denied}));
-    EXPECT_EQ(state.counters.accessErrors, 4);
+    EXPECT_EQ(state.counters[Grade::AccessError], 4);
 }
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {

@@ -99,9 +99,9 @@ TEST_F(RowsAheadTest, AWatchedPassGradesAsOneThatReadsInLine) {
     const Rows inLine = finalRows();
     TestingPass(watched, nullptr).run();
     EXPECT_EQ(finalRows(), inLine);
-    EXPECT_EQ(watched.state.counters.good, job.state.counters.good);
-    EXPECT_EQ(watched.state.counters.corrupt, job.state.counters.corrupt);
-    EXPECT_EQ(watched.state.counters.accessErrors, 200);
+    EXPECT_EQ(watched.state.counters[Grade::Good], job.state.counters[Grade::Good]);
+    EXPECT_EQ(watched.state.counters[Grade::Corrupt], job.state.counters[Grade::Corrupt]);
+    EXPECT_EQ(watched.state.counters[Grade::AccessError], 200);
     EXPECT_GE(loop.turns, 600) << "one behind each row, and more where a head kept the pass waiting";
 }
 

@@ -11,9 +11,9 @@ namespace {
 class StatisticsTest : public JobFixture {
 protected:
     std::string quality(int good, int corrupt, int common) {
-        state.counters.good = good;
-        state.counters.corrupt = corrupt;
-        state.counters.common = common;
+        state.counters[Grade::Good] = good;
+        state.counters[Grade::Corrupt] = corrupt;
+        state.counters[Grade::CommonHeader] = common;
         updateQuality(state);
         return state.texts.quality;
     }
@@ -123,8 +123,10 @@ TEST_F(StatisticsTest, ARecountRaisesTheCounterOfEachText) {
              u"File encrypted", u"Appears to be of file type: : Zip", u"something else"});
     JobCounters expected;
     expected.rowsRead = 11;
-    expected.good = expected.corrupt = expected.unknown = expected.noExtension = expected.small = 1;
-    expected.zeroBytes = expected.badName = expected.accessErrors = expected.encrypted = expected.common = 1;
+    expected[Grade::Good] = expected[Grade::Corrupt] = expected[Grade::Unknown] = expected[Grade::NoExtension] =
+        expected[Grade::TooSmall] = 1;
+    expected[Grade::ZeroBytes] = expected[Grade::InvalidName] = expected[Grade::AccessError] =
+        expected[Grade::Encrypted] = expected[Grade::CommonHeader] = 1;
     EXPECT_EQ(state.counters, expected);
     EXPECT_EQ(state.texts.quality, "66.67%");
     EXPECT_EQ(state.texts.status, "Ready");
@@ -132,7 +134,7 @@ TEST_F(StatisticsTest, ARecountRaisesTheCounterOfEachText) {
 
 TEST_F(StatisticsTest, ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero) {
     recount({u"Header OK", u"Header Corrupt", u"File encrypted"});
-    EXPECT_EQ(state.counters.good, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 1);
     EXPECT_EQ(state.texts.quality, "0");
     recount({u"Header OK", u"Header Corrupt", u"Access error"});
     EXPECT_EQ(state.texts.quality, "50.00%") << "a row of an access error goes on to the quality";
@@ -142,15 +144,28 @@ TEST_F(StatisticsTest, ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero) {
 
 TEST_F(StatisticsTest, ComparisonIsExactAndTheCommonTextIsContained) {
     recount({u"header ok", u"Header OK ", u"x Appears to be of file type: y", u"Appears to be of file type"});
-    EXPECT_EQ(state.counters.good, 0);
-    EXPECT_EQ(state.counters.common, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 0);
+    EXPECT_EQ(state.counters[Grade::CommonHeader], 1);
     EXPECT_EQ(state.counters.rowsRead, 4);
 }
 
+TEST_F(StatisticsTest, OfTwoMessagesThatReadTheSameTheFirstComparedCounts) {
+    const Grade order[] = {Grade::Good,        Grade::Corrupt,     Grade::Unknown,
+                           Grade::NoExtension, Grade::TooSmall,    Grade::ZeroBytes,
+                           Grade::InvalidName, Grade::AccessError, Grade::Encrypted};
+    for (std::size_t i = 0; i + 1 < std::size(order); ++i) {
+        job.messages = ReportMessages::fallback();
+        job.messages[order[i]] = job.messages[order[i + 1]] = u"Same";
+        recount({u"Same"});
+        EXPECT_EQ(state.counters[order[i]], 1) << i;
+        EXPECT_EQ(state.counters[order[i + 1]], order[i] == Grade::AccessError ? 1 : 0) << i;
+    }
+}
+
 TEST_F(StatisticsTest, AChangeOfWordingMakesOldListsCountDifferently) {
-    job.messages[Message::Good] = u"Fine";
+    job.messages[Grade::Good] = u"Fine";
     recount({u"Header OK", u"Fine"});
-    EXPECT_EQ(state.counters.good, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 1);
 }
 
 TEST_F(StatisticsTest, RowsThatHaveNotFiveColumnsCountNothing) {
@@ -164,11 +179,11 @@ TEST_F(StatisticsTest, RowsThatHaveNotFiveColumnsCountNothing) {
 TEST_F(StatisticsTest, EightBitListsAreCountedToo) {
     folder.write("local/1234.csv", "C:\\s\\f,15/11/2026, 600, 32;Ab9x,Header OK\r\n");
     upDateAllLabels(job);
-    EXPECT_EQ(state.counters.good, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 1);
 }
 
 TEST_F(StatisticsTest, WithoutAListTheBoardIsResetAndTheScreenUnlocked) {
-    state.counters.good = 5;
+    state.counters[Grade::Good] = 5;
     upDateAllLabels(job);
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_EQ(state.texts.status, "Updating statistics ...");

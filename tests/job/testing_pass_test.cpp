@@ -72,7 +72,7 @@ TEST_F(TestingPassTest, ATestedFileOfTheJobsOwnHeaderTestIsGraded) {
     writeRawList({row});
     TestingPass(job, nullptr).run();
     EXPECT_EQ(finalRows(), Rows{row + u",Header OK"});
-    EXPECT_EQ(state.counters.good, 1);
+    EXPECT_EQ(state.counters[Grade::Good], 1);
     EXPECT_EQ(state.counters.tested, 1);
     EXPECT_EQ(state.texts.quality, "100.00%");
 }
@@ -81,7 +81,7 @@ TEST_F(TestingPassTest, TheExtensionIsWhatFollowsTheLastDotOfTheNameInItsOwnCase
     run({u"/s/a.tar.gz,,,", u"/x.y/z,,,", u"/s/A.TxT,,,", u"/s/.bashrc,,,", u"/s/dot.,,,", u"C:\\x.y\\b.doc,,,",
          u"C:\\x.y\\z,,,", u"/s/n.a>b,,,"});
     EXPECT_EQ(checker.asked, (Rows{u"gz", u"TxT", u"bashrc", u"doc", u"a,b"}));
-    EXPECT_EQ(state.counters.noExtension, 3);
+    EXPECT_EQ(state.counters[Grade::NoExtension], 3);
     EXPECT_EQ(finalRows()[1], u"/x.y/z,,,,No Extension");
 }
 
@@ -120,7 +120,7 @@ TEST_F(TestingPassTest, ARowWhoseTestIsRefusedIsMissingFromTheList) {
         checker.error.kind = kind;
         EXPECT_EQ(run({u"/s/a.txt,,,", u"/s/b.bad,,,", u"/s/c.txt,,,"}),
                   (Rows{u"/s/a.txt,,,,grade of txt", u"/s/c.txt,,,,grade of txt"}));
-        EXPECT_EQ(state.counters.accessErrors, 1);
+        EXPECT_EQ(state.counters[Grade::AccessError], 1);
         EXPECT_EQ(state.counters.rowsRead, 3);
     }
     EXPECT_TRUE(alerts.sent.empty());
@@ -146,7 +146,7 @@ TEST_F(TestingPassTest, FurtherErrorsPassWithoutAWordAndKeepTheLastResult) {
     EXPECT_EQ(run({u"/s/a.txt,,,", u"/s/b.bad,,,", u"/s/c.bad,,,"}),
               (Rows{u"/s/a.txt,,,,grade of txt", u"/s/b.bad,,,,grade of txt", u"/s/c.bad,,,,grade of txt"}));
     EXPECT_EQ(alerts.sent.size(), 1U);
-    EXPECT_EQ(state.counters.accessErrors, 0);
+    EXPECT_EQ(state.counters[Grade::AccessError], 0);
 }
 
 TEST_F(TestingPassTest, ARowWithTooFewColumnsIsSuchAnError) {

@@ -195,6 +195,19 @@ TEST_F(JobCommandTest, JsonHasEveryCounterTheListTheTimesAndTheLog) {
     EXPECT_EQ(result["log"][0]["event"], "Starting Folder tests ");
 }
 
+TEST_F(JobCommandTest, TheCountersStandInTheirOrder) {
+    install();
+    EXPECT_EQ(job({"--json"}), 0);
+    std::vector<std::string> names;
+    for (const auto& counter : nlohmann::ordered_json::parse(out.str())["counters"].items())
+        names.push_back(counter.key());
+    EXPECT_EQ(names,
+              (std::vector<std::string>{"folders",  "folder_errors", "folders_not_read", "files",       "total_bytes",
+                                        "skipped",  "rows_read",     "tested",           "good",        "corrupt",
+                                        "unknown",  "common",        "no_extension",     "small",       "zero_bytes",
+                                        "bad_name", "access_errors", "encrypted",        "copy_errors", "lost_rows"}));
+}
+
 TEST_F(JobCommandTest, TheRowsAreTheRegularFilesOfTheTreeUnderTheirTrueNames) {
     install();
     std::vector<std::string> expected;

@@ -7,7 +7,7 @@ namespace quillon::test {
 
 namespace {
 
-using enum TestCount;
+using enum Grade;
 
 class CheckFileTest : public HeaderFixture {};
 
@@ -17,10 +17,10 @@ TEST_F(CheckFileTest, AFileOf511BytesIsTooSmallAndOneOf512IsTested) {
     termFile("abc", "1,XX,T\r\n");
     heads.files["/s/f"] = "XX";
     EXPECT_EQ(gradeRow(u"/s/f,15/11/2026, 511, 32;Ab9x", u"abc"), u"File too small to test (<512 bytes)");
-    EXPECT_TRUE(raised({Small}));
+    EXPECT_TRUE(raised({TooSmall}));
     EXPECT_TRUE(heads.asked.empty());
     EXPECT_EQ(gradeRow(u"/s/f,15/11/2026, 512, 32;Ab9x", u"abc"), u"Header OK");
-    EXPECT_TRUE(raised({Tested, Good}));
+    EXPECT_TRUE(raised({kTested, Good}));
 }
 
 TEST_F(CheckFileTest, ARowOfSizeZeroIsZeroBytesThoughTheFileHasGrown) {
@@ -105,24 +105,24 @@ TEST_F(CheckFileTest, ThePathIsReadWithCommasAndEscapedBytesRestored) {
 TEST_F(CheckFileTest, ATermThatMatchesIsGoodAndTheCommonListIsNotConsulted) {
     termFile("abc", "1,XX,T\r\n");
     EXPECT_EQ(grade("XX rest"), u"Header OK");
-    EXPECT_TRUE(raised({Tested, Good}));
+    EXPECT_TRUE(raised({kTested, Good}));
     commonHeaders({"1,XX,T,Something"});
     EXPECT_EQ(grade("XX rest"), u"Header OK") << "a term match always beats a common header";
-    EXPECT_TRUE(raised({Tested, Good}));
+    EXPECT_TRUE(raised({kTested, Good}));
 }
 
 TEST_F(CheckFileTest, NoTermMatchAndACommonMatchIsTheCompositeText) {
     termFile("abc", "1,XX,T\r\n");
     commonHeaders({"1,PK,T,Zip archive"});
     EXPECT_EQ(grade("PK rest"), u"Appears to be of file type: : Zip archive");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
 }
 
 TEST_F(CheckFileTest, NoMatchAnywhereIsCorrupt) {
     termFile("abc", "1,XX,T\r\n");
     commonHeaders({"1,PK,T,Zip archive"});
     EXPECT_EQ(grade("neither"), u"Header Corrupt");
-    EXPECT_TRUE(raised({Tested, Corrupt}));
+    EXPECT_TRUE(raised({kTested, Corrupt}));
 }
 
 TEST_F(CheckFileTest, WithTheBoxClearTheCommonListIsNotConsulted) {
@@ -130,7 +130,7 @@ TEST_F(CheckFileTest, WithTheBoxClearTheCommonListIsNotConsulted) {
     commonHeaders({"1,PK,T,Zip archive"});
     host.common = false;
     EXPECT_EQ(grade("PK rest"), u"Header Corrupt");
-    EXPECT_TRUE(raised({Tested, Corrupt}));
+    EXPECT_TRUE(raised({kTested, Corrupt}));
 }
 
 TEST_F(CheckFileTest, WithoutATermFileAndWithTheBoxClearAFileIsUnknownAndNotOpened) {
@@ -142,24 +142,24 @@ TEST_F(CheckFileTest, WithoutATermFileAndWithTheBoxClearAFileIsUnknownAndNotOpen
 TEST_F(CheckFileTest, WithoutATermFileACommonMatchIsTheCompositeText) {
     commonHeaders({"0,PK,T,Zip archive"});
     EXPECT_EQ(grade("  PK rest"), u"Appears to be of file type: : Zip archive");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
 }
 
 TEST_F(CheckFileTest, WithoutATermFileAndWithoutACommonMatchAFileIsUnknown) {
     commonHeaders({"0,PK,T,Zip archive"});
     EXPECT_EQ(grade("neither"), u"Unknown or ambiguous file type");
-    EXPECT_TRUE(raised({Tested, Unknown}));
+    EXPECT_TRUE(raised({kTested, Unknown}));
 }
 
 TEST_F(CheckFileTest, AnEmptyTermFileMakesAKnownExtensionWithoutTerms) {
     termFile("abc", "");
     EXPECT_EQ(grade("anything"), u"Header Corrupt") << "box clear";
-    EXPECT_TRUE(raised({Tested, Corrupt}));
+    EXPECT_TRUE(raised({kTested, Corrupt}));
     commonHeaders({"1,PK,T,Zip archive"});
     EXPECT_EQ(grade("PK"), u"Appears to be of file type: : Zip archive");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     EXPECT_EQ(grade("neither"), u"Header Corrupt");
-    EXPECT_TRUE(raised({Tested, Corrupt}));
+    EXPECT_TRUE(raised({kTested, Corrupt}));
 }
 
 TEST_F(CheckFileTest, AnExtensionWithoutATermFileIsUnknownEvenIfTheFileCannotBeOpened) {
@@ -199,7 +199,7 @@ TEST_F(CheckFileTest, TheFirstRecordInFileOrderDecides) {
 TEST_F(CheckFileTest, TheCompositeTextHasNoSeparatorForAFixedPositionWithoutATermFile) {
     commonHeaders({"1,PK,T,Zip archive"});
     EXPECT_EQ(grade("PK"), u"Appears to be of file type:Zip archive");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
 }
 
 TEST_F(CheckFileTest, TheCompositeTextHasASeparatorInTheOtherThreeCases) {
@@ -212,7 +212,7 @@ TEST_F(CheckFileTest, TheCompositeTextHasASeparatorInTheOtherThreeCases) {
 }
 
 TEST_F(CheckFileTest, MessageTenLosesTrailingBlanksAndTheDescriptionItsLeadingOnes) {
-    messages[Message::CommonHeader] = u"  Type of   ";
+    messages[Grade::CommonHeader] = u"  Type of   ";
     termFile("abc", "1,never,T\r\n");
     commonHeaders({"1,PK,T,   Zip archive  "});
     EXPECT_EQ(grade("PK", u"abc"), u"  Type of : Zip archive  ");
@@ -231,7 +231,7 @@ TEST_F(CheckFileTest, AnEmptyDescriptionIsADescription) {
 TEST_F(CheckFileTest, AnEmptyLineInATermFileGradesGood) {
     termFile("abc", "1,never,T\r\n\r\n1,never,T\r\n");
     EXPECT_EQ(grade("anything"), u"Header OK");
-    EXPECT_TRUE(raised({Tested, Good}));
+    EXPECT_TRUE(raised({kTested, Good}));
 }
 
 TEST_F(CheckFileTest, ALineWithoutACommaInATermFileGradesGood) {
@@ -250,18 +250,18 @@ TEST_F(CheckFileTest, ATermLineOfTwoFieldsIsHexadecimal) {
 TEST_F(CheckFileTest, ANegativePositionGradesUnknown) {
     termFile("abc", "-1,MZ,T\r\n");
     EXPECT_EQ(grade("MZ"), u"Unknown or ambiguous file type");
-    EXPECT_TRUE(raised({Tested, Unknown}));
+    EXPECT_TRUE(raised({kTested, Unknown}));
     host.common = true;
     commonList.assign({"1,MZ,T,Never asked"});
     EXPECT_EQ(grade("MZ"), u"Unknown or ambiguous file type") << "the whole search is given up";
-    EXPECT_TRUE(raised({Tested, Unknown}));
+    EXPECT_TRUE(raised({kTested, Unknown}));
 }
 
 TEST_F(CheckFileTest, ANegativePositionInACommonRecordGradesUnknownThoughATermFileExists) {
     termFile("abc", "1,never,T\r\n");
     commonHeaders({"-5,MZ,T,x", "1,MZ,T,Program"});
     EXPECT_EQ(grade("MZ"), u"Unknown or ambiguous file type");
-    EXPECT_TRUE(raised({Tested, Unknown}));
+    EXPECT_TRUE(raised({kTested, Unknown}));
     EXPECT_EQ(grade("MZ", u"none"), u"Unknown or ambiguous file type");
 }
 
@@ -279,37 +279,37 @@ TEST_F(CheckFileTest, APositionThatRoundsToZeroIsNoPosition) {
 TEST_F(CheckFileTest, ACommonRecordWithoutADescriptionIsCommonWithoutText) {
     commonHeaders({"1,PK,T"});
     EXPECT_EQ(grade("PK"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     termFile("abc", "1,never,T\r\n");
     EXPECT_EQ(grade("PK"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     EXPECT_EQ(grade("neither"), u"Header Corrupt") << "a record that does not match does nothing";
 }
 
 TEST_F(CheckFileTest, ACommonRecordOfTwoFieldsIsHexadecimalAndHasNoText) {
     commonHeaders({"1,504B"});
     EXPECT_EQ(grade("PK"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     EXPECT_EQ(grade("504B"), u"Unknown or ambiguous file type");
 }
 
 TEST_F(CheckFileTest, ACommonLineOfFewerThanTwoFieldsIsAHitWithoutText) {
     commonHeaders({"", "1,PK,T,Zip archive"});
     EXPECT_EQ(grade("PK"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     commonHeaders({"1,XX,T,x", "nocomma"});
     termFile("abc", "1,never,T\r\n");
     EXPECT_EQ(grade("PK"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
 }
 
 TEST_F(CheckFileTest, AnUnloadedCommonListIsAHitWithoutText) {
     host.common = true;
     EXPECT_EQ(grade("anything"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
     termFile("abc", "1,never,T\r\n");
     EXPECT_EQ(grade("anything"), u"");
-    EXPECT_TRUE(raised({Tested, Common}));
+    EXPECT_TRUE(raised({kTested, CommonHeader}));
 }
 
 TEST_F(CheckFileTest, ACommonPositionThatIsNoPlainNumberCountsAsZero) {
@@ -334,14 +334,14 @@ TEST_F(CheckFileTest, ATermPositionIsReadByItsLeadingNumber) {
 TEST_F(CheckFileTest, ATermFileThatCannotBeReadHasNoMatch) {
     std::filesystem::create_directory(folder / "Database/abc.dat");
     EXPECT_EQ(grade("anything"), u"Header Corrupt") << "it exists, so the extension is known";
-    EXPECT_TRUE(raised({Tested, Corrupt}));
+    EXPECT_TRUE(raised({kTested, Corrupt}));
     commonHeaders({"1,PK,T,Zip archive"});
     EXPECT_EQ(grade("PK"), u"Appears to be of file type: : Zip archive");
 }
 
 TEST_F(CheckFileTest, TheMessagesAreThoseOfTheMoment) {
     EXPECT_EQ(grade("x"), u"Unknown or ambiguous file type");
-    messages[Message::Unknown] = u"No idea";
+    messages[Grade::Unknown] = u"No idea";
     EXPECT_EQ(grade("x"), u"No idea");
     messages = ReportMessages();
     EXPECT_EQ(grade("x"), u"") << "texts that were never loaded are empty";

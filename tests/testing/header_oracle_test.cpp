@@ -14,11 +14,11 @@ namespace quillon::test {
 
 namespace {
 
-using enum TestCount;
+using enum Grade;
 
 struct Verdict {
     std::string text;
-    std::map<TestCount, int> counts;
+    std::map<RaisedCount, int> counts;
 
     friend bool operator==(const Verdict&, const Verdict&) = default;
 };
@@ -106,7 +106,7 @@ struct Case {
     bool openable = true;
 };
 
-Verdict counted(std::string text, std::initializer_list<TestCount> counts) {
+Verdict counted(std::string text, std::initializer_list<RaisedCount> counts) {
     Verdict verdict{std::move(text), {}};
     for (const auto count : counts) ++verdict.counts[count];
     return verdict;
@@ -115,23 +115,23 @@ Verdict counted(std::string text, std::initializer_list<TestCount> counts) {
 Verdict expectedCommon(const Case& data, const std::string& buffer) {
     const bool known = data.termFile.has_value();
     if (data.common.empty())
-        return counted("", {Tested, Common});
+        return counted("", {kTested, CommonHeader});
     for (const Record& record : data.common) {
         const Hit hit = tryRecord(record, buffer);
         if (hit == Hit::GivenUp)
-            return counted("Unknown or ambiguous file type", {Tested, Unknown});
+            return counted("Unknown or ambiguous file type", {kTested, Unknown});
         if (hit == Hit::NoTerm || (hit == Hit::Yes && record.fields.size() < 4))
-            return counted("", {Tested, Common});
+            return counted("", {kTested, CommonHeader});
         if (hit == Hit::No)
             continue;
         const std::string& raw = record.fields[3];
         const auto first = raw.find_first_not_of(' ');
         const std::string description = first == std::string::npos ? "" : raw.substr(first);
         const std::string separator = known || record.position == 0 ? " : " : "";
-        return counted(fmt::format("Appears to be of file type:{}{}", separator, description), {Tested, Common});
+        return counted(fmt::format("Appears to be of file type:{}{}", separator, description), {kTested, CommonHeader});
     }
-    return known ? counted("Header Corrupt", {Tested, Corrupt})
-                 : counted("Unknown or ambiguous file type", {Tested, Unknown});
+    return known ? counted("Header Corrupt", {kTested, Corrupt})
+                 : counted("Unknown or ambiguous file type", {kTested, Unknown});
 }
 
 Verdict expected(const Case& data) {
@@ -146,12 +146,12 @@ Verdict expected(const Case& data) {
         for (const Record& record : *data.termFile) {
             const Hit hit = tryRecord(record, buffer);
             if (hit == Hit::GivenUp)
-                return counted("Unknown or ambiguous file type", {Tested, Unknown});
+                return counted("Unknown or ambiguous file type", {kTested, Unknown});
             if (hit != Hit::No)
-                return counted("Header OK", {Tested, Good});
+                return counted("Header OK", {kTested, Good});
         }
         if (!data.box)
-            return counted("Header Corrupt", {Tested, Corrupt});
+            return counted("Header Corrupt", {kTested, Corrupt});
     }
     return expectedCommon(data, buffer);
 }

@@ -20,11 +20,11 @@ protected:
 };
 
 TEST_F(ReportMessagesTest, AtFirstAllTextsAreEmpty) {
-    for (const auto& text : messages.all()) EXPECT_EQ(text, u"");
+    for (const auto& text : messages.values) EXPECT_EQ(text, u"");
 }
 
 TEST_F(ReportMessagesTest, TheFallbackTextsAreThese) {
-    const auto texts = ReportMessages::fallback().all();
+    const auto texts = ReportMessages::fallback().values;
     const std::array<std::u16string, 10> expected = {u"Header OK",
                                                      u"Header Corrupt",
                                                      u"No Extension",
@@ -41,16 +41,16 @@ TEST_F(ReportMessagesTest, TheFallbackTextsAreThese) {
 TEST_F(ReportMessagesTest, TenLinesAreTheMessagesInOrder) {
     folder.write("local/Settings/Errors.dat", kTenLines);
     load();
-    EXPECT_EQ(messages[Message::Good], u"m1");
-    EXPECT_EQ(messages[Message::Corrupt], u"m2");
-    EXPECT_EQ(messages[Message::NoExtension], u"m3");
-    EXPECT_EQ(messages[Message::Unknown], u"m4");
-    EXPECT_EQ(messages[Message::Encrypted], u"m5");
-    EXPECT_EQ(messages[Message::AccessError], u"m6");
-    EXPECT_EQ(messages[Message::TooSmall], u"m7");
-    EXPECT_EQ(messages[Message::ZeroBytes], u"m8");
-    EXPECT_EQ(messages[Message::InvalidName], u"m9");
-    EXPECT_EQ(messages[Message::CommonHeader], u"m10 ") << "lines are taken whole";
+    EXPECT_EQ(messages[Grade::Good], u"m1");
+    EXPECT_EQ(messages[Grade::Corrupt], u"m2");
+    EXPECT_EQ(messages[Grade::NoExtension], u"m3");
+    EXPECT_EQ(messages[Grade::Unknown], u"m4");
+    EXPECT_EQ(messages[Grade::Encrypted], u"m5");
+    EXPECT_EQ(messages[Grade::AccessError], u"m6");
+    EXPECT_EQ(messages[Grade::TooSmall], u"m7");
+    EXPECT_EQ(messages[Grade::ZeroBytes], u"m8");
+    EXPECT_EQ(messages[Grade::InvalidName], u"m9");
+    EXPECT_EQ(messages[Grade::CommonHeader], u"m10 ") << "lines are taken whole";
 }
 
 TEST_F(ReportMessagesTest, AFileOfNineLinesGivesTheTenFallbackTexts) {
@@ -71,10 +71,10 @@ TEST_F(ReportMessagesTest, AMissingOrEmptyFileGivesTheFallbackTexts) {
 TEST_F(ReportMessagesTest, LinesBehindTheTenthAreIgnoredAndTheTenthNeedsNoEnd) {
     folder.write("local/Settings/Errors.dat", kTenLines + "m11\r\n");
     load();
-    EXPECT_EQ(messages[Message::CommonHeader], u"m10 ");
+    EXPECT_EQ(messages[Grade::CommonHeader], u"m10 ");
     folder.write("local/Settings/Errors.dat", "a\nb\nc\nd\ne\nf\ng\nh\ni\nj");
     load();
-    EXPECT_EQ(messages[Message::CommonHeader], u"j");
+    EXPECT_EQ(messages[Grade::CommonHeader], u"j");
 }
 
 TEST_F(ReportMessagesTest, EmptyLinesAreEmptyTexts) {
@@ -86,7 +86,7 @@ TEST_F(ReportMessagesTest, EmptyLinesAreEmptyTexts) {
 TEST_F(ReportMessagesTest, PageBytesBecomeTheirCharacters) {
     folder.write("local/Settings/Errors.dat", "\x80 \xE4\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n");
     load();
-    EXPECT_EQ(messages[Message::Good], u"\u20AC \u00E4");
+    EXPECT_EQ(messages[Grade::Good], u"\u20AC \u00E4");
 }
 
 TEST_F(ReportMessagesTest, WithoutSharingTheShareIsNotLookedAt) {
@@ -101,7 +101,7 @@ TEST_F(ReportMessagesTest, WithSharingTheSharedFileReplacesTheLocalOne) {
     folder.write("share/Settings/Errors.dat", kTenLines);
     folder.write("local/Settings/Errors.dat", "old");
     load();
-    EXPECT_EQ(messages[Message::Good], u"m1");
+    EXPECT_EQ(messages[Grade::Good], u"m1");
     EXPECT_EQ(folder.read("local/Settings/Errors.dat"), kTenLines);
     EXPECT_EQ(folder.read("share/Settings/Errors.dat"), kTenLines);
     EXPECT_EQ(folder.read(keptName("Settings/Errors.dat")), "old") << "the old bytes are not gone";
@@ -111,7 +111,7 @@ TEST_F(ReportMessagesTest, WithSharingAMissingSharedFileIsRestoredFromTheLocalOn
     share();
     folder.write("local/Settings/Errors.dat", kTenLines);
     load();
-    EXPECT_EQ(messages[Message::Good], u"m1");
+    EXPECT_EQ(messages[Grade::Good], u"m1");
     EXPECT_EQ(folder.read("share/Settings/Errors.dat"), kTenLines);
 }
 
@@ -125,14 +125,14 @@ TEST_F(ReportMessagesTest, WithSharingAndNoFileAnywhereABoxIsShownAndTheTextsSta
         BoxAnswer::Ok, BoxStyle::Critical, BoxButtons::Ok);
     load();
     EXPECT_EQ(messages, ReportMessages()) << "at start-up that means empty";
-    messages[Message::Good] = u"was here";
+    messages[Grade::Good] = u"was here";
     fake.dialogs.expectBox(
         "Error",
         "The report messages list can not be loaded. You will be unable to use this to test files. "
         "Please either copy the file back to the network share or application folders or contact tech "
         "support.");
     load();
-    EXPECT_EQ(messages[Message::Good], u"was here");
+    EXPECT_EQ(messages[Grade::Good], u"was here");
 }
 
 TEST_F(ReportMessagesTest, AShareThatCannotTakeTheFileGivesTheFallbackTexts) {

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,15 +36,20 @@ public:
     std::vector<std::string> asked;
 };
 
+/// A counter that a test raises: that of a grade, or the one of tested files.
+using RaisedCount = std::optional<Grade>;
+inline constexpr RaisedCount kTested;
+
 /// Counts what a test raises and keeps what it logs.
 class RecordingHost final : public HeaderCheckHost {
 public:
     bool useCommonHeaders() override { return common; }
-    void raise(TestCount count) override { ++counts[count]; }
+    void raise(Grade grade) override { ++counts[grade]; }
+    void raiseTested() override { ++counts[kTested]; }
     void logAccessError(const std::string& text) override { logged.push_back(text); }
 
     bool common = false;
-    std::map<TestCount, int> counts;
+    std::map<RaisedCount, int> counts;
     std::vector<std::string> logged;
 };
 
@@ -80,13 +86,13 @@ protected:
     }
 
     /// True when exactly these counters were raised, each once, since the last call.
-    testing::AssertionResult raised(std::initializer_list<TestCount> expected) {
-        std::map<TestCount, int> wanted;
+    testing::AssertionResult raised(std::initializer_list<RaisedCount> expected) {
+        std::map<RaisedCount, int> wanted;
         for (const auto count : expected) ++wanted[count];
         const bool same = wanted == host.counts;
         auto answer = same ? testing::AssertionSuccess() : testing::AssertionFailure();
         for (const auto& [count, number] : host.counts)
-            answer << " counter " << static_cast<int>(count) << "=" << number;
+            answer << " " << (count ? kGrades[*count].name : "tested") << "=" << number;
         host.counts.clear();
         return answer;
     }

@@ -100,7 +100,7 @@ TEST(StarterDatabase, ReportMessagesAreTheFallbackTexts) {
     const auto lines = splitLines(bytes);
     const auto fallback = ReportMessages::fallback();
     ASSERT_EQ(lines.size(), kMessageCount);
-    for (std::size_t i = 0; i < kMessageCount; ++i) EXPECT_EQ(pageBytesToUtf16(lines[i]), fallback.all()[i]);
+    for (std::size_t i = 0; i < kMessageCount; ++i) EXPECT_EQ(pageBytesToUtf16(lines[i]), fallback.values[i]);
 }
 
 TEST(StarterDatabase, SkipListLeavesCustomersFilesAlone) {

@@ -17,6 +17,7 @@ private slots:
     void init();
     void cleanup();
     void everyPartOfOursHasItsNameAndCaption();
+    void theBoardShowsEachGradeInItsOwnCount();
     void aboutOpensBesideTheWindow();
     void entriesWithoutAFunctionOpenNothing();
     void theBadSectorEntryWouldHideTheWindow();
@@ -55,6 +56,16 @@ const std::vector<test::FrameCase> kControls = {
 
 void FrmMainEntriesTest::everyPartOfOursHasItsNameAndCaption() {
     QCOMPARE(test::misfits(*main_->window, kControls), QStringList());
+}
+
+void FrmMainEntriesTest::theBoardShowsEachGradeInItsOwnCount() {
+    const ByGrade<const char*> counts{{"lGoodFIles", "lCorruptFiles", "lNoextensioN", "lUnknownFiles", "lEncrypted",
+                                       "lAccessErrors", "lSmallFiles", "lZeroBytes", "lBadFileName", "lCommon"}};
+    for (std::size_t i = 0; i < kGradeCount; ++i)
+        main_->job.state.counters.grades.values[i] = static_cast<std::int32_t>(1001 + i);
+    main_->window->showState();
+    for (std::size_t i = 0; i < kGradeCount; ++i)
+        QCOMPARE(main_->text(counts.values[i]), QStringLiteral("1,0%1").arg(i + 1, 2, 10, QLatin1Char('0')));
 }
 
 void FrmMainEntriesTest::aboutOpensBesideTheWindow() {

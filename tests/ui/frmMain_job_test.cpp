@@ -269,10 +269,8 @@ void FrmMainJobTest::openExistingRecountsAsTheJobCounted() {
     main_->control<QAction>("mnuOpen").trigger();
     const JobCounters& again = main_->job.state.counters;
     QCOMPARE(again.rowsRead, counted.rowsRead);
-    QCOMPARE(again.good, counted.good);
-    QCOMPARE(again.corrupt, counted.corrupt);
-    QCOMPARE(again.common, counted.common);
-    QCOMPARE(again.zeroBytes, counted.zeroBytes);
+    for (const Grade grade : {Grade::Good, Grade::Corrupt, Grade::CommonHeader, Grade::ZeroBytes})
+        QCOMPARE(again[grade], counted[grade]);
     QCOMPARE(main_->text("lGoodFIles"), QStringLiteral("20"));
     QCOMPARE(main_->text("Label8"), QStringLiteral("Ready"));
 }

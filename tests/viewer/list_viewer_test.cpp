@@ -88,8 +88,8 @@ TEST_F(ViewerTest, TheFallbackListEnablesRunByItsTextsToo) {
 
 TEST_F(ViewerTest, TheMessagesInMemoryDecideNotTheLinesOfTheFile) {
     folders.folder.write("local/Settings/Errors.dat", "Fine\r\nHeader OK\r\nAccess error\r\nNo way in\r\n");
-    job.messages[Message::Good] = u"Fine";
-    job.messages[Message::AccessError] = u"No way in";
+    job.messages[Grade::Good] = u"Fine";
+    job.messages[Grade::AccessError] = u"No way in";
     viewer.load();
     EXPECT_EQ(viewer.state.categories, (Texts{u"Please Select", u"Header OK", u"Access error", u"No way in"}));
     viewer.chooseCategory(2);

@@ -46,8 +46,8 @@ TEST_F(RetestTest, GoodRowsLeaveTheGridAndTheListHasTheNewResults) {
     EXPECT_EQ(viewer.state.matching, "Matching :  1");
     EXPECT_EQ(utf16Text(folders.folder.read("app/tFile.csv")), before);
     EXPECT_EQ(utf16Text(folders.folder.read(folders.keptName("J1.csv"))), before);
-    EXPECT_EQ(job.state.counters.good, 1);
-    EXPECT_EQ(job.state.counters.corrupt, 1);
+    EXPECT_EQ(job.state.counters[Grade::Good], 1);
+    EXPECT_EQ(job.state.counters[Grade::Corrupt], 1);
     EXPECT_EQ(host.beeps, 1);
     EXPECT_EQ(host.gridFocus, 2);
     EXPECT_FALSE(viewer.state.busy);
