@@ -17,15 +17,11 @@ constexpr unsigned kFirstThreads = 4;
 constexpr std::size_t kMostThreads = 16;
 // What comes from memory and goes to memory takes some tens of microseconds.
 constexpr milliseconds kSlow{2};
-// Between two idle calls.
-constexpr milliseconds kWait{10};
 
 }  // namespace
 
-CopiesAhead::CopiesAhead(StandingStill standingStill, Idle idle)
-    : standingStill_(standingStill),
-      idle_(std::move(idle)),
-      ahead_(standingStill, kMostThreads, kSlow, [this]() -> Ahead<Copy>::Work {
+CopiesAhead::CopiesAhead(StandingStill standingStill)
+    : standingStill_(standingStill), ahead_(standingStill, kMostThreads, kSlow, [this]() -> Ahead<Copy>::Work {
           return [this, copier = std::make_shared<FileCopier>()](Copy& copy) { work(copy, *copier); };
       }) {
 }
@@ -78,16 +74,36 @@ void CopiesAhead::prepare(Copy& copy, FileCopier& copier) try {
     // Memory is short: the file is copied at its turn.
 }
 
-bool CopiesAhead::firstArrives() {
-    return ahead_.firstArrives(kWait, [this](Copy& copy) { prepare(copy, copier_); });
+bool CopiesAhead::firstEnds(milliseconds limit, const CopyProgress& progress) {
+    Copy& copy = ahead_.first();
+    if (copy.itsTurn)
+        return endsBeside(copy, limit, progress);
+    if (!ahead_.firstArrives(limit, [this](Copy& mine) { prepare(mine, copier_); }))
+        return false;
+    if (!mayMakeWait(copy)) {
+        copy.finished = finish(copy, copier_, progress);
+        return true;
+    }
+    copy.itsTurn = true;
+    copy.done = 0;
+    copy.cancelled = !progress(0, copy.size);
+    ahead_.leaveFirst();
+    return endsBeside(copy, limit, progress);
 }
 
-CopiesAhead::Finished CopiesAhead::finishFirst(const CopyProgress& progress) {
-    while (!firstArrives()) idle_();
+bool CopiesAhead::endsBeside(Copy& copy, milliseconds limit, const CopyProgress& progress) {
+    if (ahead_.firstArrives(limit))
+        return true;
+    if (!progress(copy.done, copy.size))
+        copy.cancelled = true;
+    return false;
+}
+
+CopiesAhead::Finished CopiesAhead::takeFirst() {
     Copy& copy = ahead_.first();
-    auto finished = mayMakeWait(copy) ? finishBeside(copy, progress) : finish(copy, copier_, progress);
     copy.file.reset();
     copy.size = 0;
+    auto finished = std::move(copy.finished);
     ahead_.dropFirst();
     return finished;
 }
@@ -98,19 +114,6 @@ bool CopiesAhead::mayMakeWait(const Copy& copy) const {
     if (standingStill_ == StandingStill::Allowed || !ahead_.hasThreads())
         return false;
     return !copy.file || (copy.file->has_value() && (*copy.file)->naming() == Naming::Rename);
-}
-
-CopiesAhead::Finished CopiesAhead::finishBeside(Copy& copy, const CopyProgress& progress) {
-    copy.itsTurn = true;
-    copy.done = 0;
-    copy.cancelled = !progress(0, copy.size);
-    ahead_.leaveFirst();
-    while (!ahead_.firstArrives(kWait)) {
-        if (!progress(copy.done, copy.size))
-            copy.cancelled = true;
-        idle_();
-    }
-    return std::move(copy.finished);
 }
 
 CopiesAhead::Finished CopiesAhead::finish(Copy& copy, FileCopier& copier, const CopyProgress& progress) {

@@ -7,8 +7,8 @@
 // that is done by a thread, too, and so is the naming on a volume that may be another computer's.
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,11 +28,8 @@ public:
     /// A larger file, in bytes, waits for its turn.
     static constexpr std::uint64_t kLargest = 1024UL * 1024;
 
-    /// Called now and then by a `finishFirst` that waits.
-    using Idle = std::function<void()>;
-
     /// A caller's thread that may stand still prepares files, too.
-    CopiesAhead(StandingStill standingStill, Idle idle);
+    explicit CopiesAhead(StandingStill standingStill);
     ~CopiesAhead() { release(); }
     CopiesAhead(const CopiesAhead&) = delete;
     CopiesAhead& operator=(const CopiesAhead&) = delete;
@@ -41,9 +38,12 @@ public:
     void ask(std::string_view source, std::string_view target);
     [[nodiscard]] std::size_t asked() const { return ahead_.asked(); }
 
-    /// The turn of the first copy, which is forgotten then: waits until it is prepared, and makes the file appear.
-    /// `progress` is called from here alone; what a thread has done meanwhile is told now and then.
-    [[nodiscard]] tl::expected<void, CopyError> finishFirst(const CopyProgress& progress);
+    /// The turn of the first copy: makes the file appear as soon as it is prepared. False: it has to be waited for
+    /// longer than `limit`, and this is to be called again. `progress` is called from here alone; what a thread has
+    /// done meanwhile is told at each call.
+    [[nodiscard]] bool firstEnds(std::chrono::milliseconds limit, const CopyProgress& progress);
+    /// What came of the first copy, which must have ended. It is forgotten.
+    [[nodiscard]] tl::expected<void, CopyError> takeFirst();
 
     /// Forgets all copies asked for, of which nothing stays, and waits for the threads to end.
     void release();
@@ -66,13 +66,11 @@ private:
     void startThreads();
     void work(Copy& copy, FileCopier& copier);
     void prepare(Copy& copy, FileCopier& copier);
-    [[nodiscard]] bool firstArrives();
     [[nodiscard]] bool mayMakeWait(const Copy& copy) const;
+    [[nodiscard]] bool endsBeside(Copy& copy, std::chrono::milliseconds limit, const CopyProgress& progress);
     [[nodiscard]] Finished finish(Copy& copy, FileCopier& copier, const CopyProgress& progress);
-    [[nodiscard]] Finished finishBeside(Copy& copy, const CopyProgress& progress);
 
     StandingStill standingStill_;
-    Idle idle_;
     FileCopier copier_;
     std::atomic<bool> ending_ = false;
     Ahead<Copy> ahead_;

@@ -2,45 +2,47 @@
 #include "app/run_beside.h"
 
 #include <chrono>
-#include <future>
-#include <system_error>
-#include <thread>
+
+#include "app/turn_until.h"
+#include "platform/start_beside.h"
 
 namespace quillon {
 
 namespace {
 
-using std::chrono::milliseconds;
+constexpr std::chrono::milliseconds kUnnoticed{20};
 
-constexpr milliseconds kUnnoticed{20};
-constexpr milliseconds kTurnInterval{10};
-
-// False when there is no thread to be had.
-bool start(std::jthread& thread, std::packaged_task<void()>& task) {
-    try {
-        thread = std::jthread([&task] { task(); });
-        return true;
-    } catch (const std::system_error&) {
-        return false;
+// Nothing that the work refers to goes before it has ended, not even when a handler throws.
+struct EndAwaited {
+    const std::future<void>& answer;
+    ~EndAwaited() {
+        if (answer.valid())
+            answer.wait();
     }
-}
+};
 
 }  // namespace
 
 void runBeside(EventLoop& loop, const std::function<void()>& work, const std::function<void()>& aheadOfTurn) {
-    std::packaged_task<void()> task(work);
-    auto ended = task.get_future();
-    std::jthread thread;  // joined at the end: nothing that the work refers to goes before it has ended
-    if (!start(thread, task))
-        task();
-    for (milliseconds wait = kUnnoticed; ended.wait_for(wait) != std::future_status::ready; wait = kTurnInterval) {
+    const auto news = [&aheadOfTurn] {
         if (aheadOfTurn)
             aheadOfTurn();
-        loop.turn();
+    };
+    auto started = startBeside([&work] { work(); });
+    if (!started) {
+        work();
+        news();
+        return;
     }
-    if (aheadOfTurn)
-        aheadOfTurn();
-    ended.get();
+    const EndAwaited awaited{*started};
+    const auto ended = [&](std::chrono::milliseconds pause) {
+        const bool hasEnded = hasCome(*started, pause);
+        news();
+        return hasEnded;
+    };
+    if (!ended(kUnnoticed))
+        turnUntil(loop, ended);
+    started->get();
 }
 
 }  // namespace quillon

@@ -7,6 +7,7 @@
 
 #include "app/file_list.h"
 #include "app/folder_structure.h"
+#include "app/turn_until.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -41,9 +42,7 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
 }
 
 CopyPass::CopyPass(Job& job)
-    : job_(job),
-      copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never,
-              [&job] { job.turn(); }) {
+    : job_(job), copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
 }
 
 void CopyPass::run() {
@@ -110,14 +109,21 @@ void CopyPass::copyRow(const AheadRow& ahead) {
     ++job_.state.counters.rowsRead;
     job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
     showJobProgress(source);
-    const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
-    const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : copies_.finishFirst(report);
+    const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : finishFirst();
     if (copied)
         return;
     ++job_.state.counters.copyErrors;
     job_.log("Error copying : " + readable(source));
     if (copied.error().side != CopySide::Cancelled)
         job_.log(copied.error().text());
+}
+
+tl::expected<void, CopyError> CopyPass::finishFirst() {
+    const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
+    const auto ends = [&](std::chrono::milliseconds pause) { return copies_.firstEnds(pause, report); };
+    if (!ends(kTurnInterval))
+        turnUntil(job_.surroundings().loop, ends);
+    return copies_.takeFirst();
 }
 
 void CopyPass::showJobProgress(const std::string& source) {

@@ -35,6 +35,7 @@ private:
     void lookAhead(ListReader& list);
     [[nodiscard]] std::optional<CopyError> askForCopy(const std::string& source);
     void copyRow(const AheadRow& ahead);
+    [[nodiscard]] tl::expected<void, CopyError> finishFirst();
     void showJobProgress(const std::string& source);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
     [[nodiscard]] bool prepareFolder(const std::string& target);

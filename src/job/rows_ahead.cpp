@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "job/rows_ahead.h"
 
+#include "app/turn_until.h"
+
 namespace quillon {
-
-namespace {
-
-// Between two turns of the event loop while a source keeps the next row waiting.
-constexpr std::chrono::milliseconds kWait{10};
-
-}  // namespace
 
 ListRow* RowsAhead::next() {
     leaveRow();
@@ -16,7 +11,10 @@ ListRow* RowsAhead::next() {
     if (rows_.count() == 0)
         return nullptr;
     inWork_ = true;
-    while (rows_.first().asked && !job_.heads().firstArrives(kWait)) job_.turn();
+    const AheadRow& first = rows_.first();
+    const auto arrives = [this](std::chrono::milliseconds pause) { return job_.heads().firstArrives(pause); };
+    if (first.asked && !arrives(kTurnInterval))
+        turnUntil(job_.surroundings().loop, arrives);
     return &rows_.first().row;
 }
 

@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "app/turn_until.h"
 #include "messaging/alert_datagram.h"
 #include "messaging/message_log.h"
 #include "text/fields.h"
@@ -147,14 +148,17 @@ void AlertExchange::configureSockets(const std::string& target) {
 void AlertExchange::wait() {
     // What arrived during an earlier wait says nothing about this one.
     messageArrived_ = false;
+    waitElapsed_ = 0;
     const std::int64_t start = surroundings_.clock.milliseconds();
-    do {
-        waitElapsed_ = surroundings_.clock.milliseconds() - start;
-        turnAndPoll();
+    const auto over = [&](std::chrono::milliseconds pause) {
+        poll(pause);
+        if (!messageArrived_ && waitElapsed_ > kAlertWait)
+            return true;
         // A turn can take its time: what counts is when the datagram is seen.
-        if (messageArrived_)
-            waitElapsed_ = surroundings_.clock.milliseconds() - start;
-    } while (!messageArrived_ && waitElapsed_ <= kAlertWait);
+        waitElapsed_ = surroundings_.clock.milliseconds() - start;
+        return messageArrived_;
+    };
+    turnUntil(surroundings_.loop, over, kPollPatience);
     if (waitElapsed_ >= kAlertWait && !rules_.lateAnswerCounts)
         ackState_ = AckState::None;
 }
@@ -180,9 +184,8 @@ void AlertExchange::trap(const FileError& error) {
         portConflict_ = true;
 }
 
-void AlertExchange::turnAndPoll() {
-    surroundings_.loop.turn();
-    if (client_.poll(kPollPatience).arrived) {
+void AlertExchange::poll(std::chrono::milliseconds patience) {
+    if (client_.poll(patience).arrived) {
         passOver(clientArrival(), "a datagram of two fields ends its handler and nothing else");
         return;
     }
@@ -194,7 +197,13 @@ void AlertExchange::turnAndPoll() {
 }
 
 void AlertExchange::turnWhilePending() {
-    for (int turn = 0; turn < kPendingTurns && ackState_ == AckState::Pending; ++turn) turnAndPoll();
+    if (ackState_ != AckState::Pending)
+        return;
+    const auto settled = [this, turns = 0](std::chrono::milliseconds pause) mutable {
+        poll(pause);
+        return ++turns == kPendingTurns || ackState_ != AckState::Pending;
+    };
+    turnUntil(surroundings_.loop, settled, kPollPatience);
 }
 
 bool AlertExchange::isThisComputer(const std::string& target) const {
@@ -243,7 +252,8 @@ Result<void> AlertExchange::serverArrival() {
         closeIfOpen(server_);
         return {};
     }
-    turnAndPoll();
+    surroundings_.loop.turn();
+    poll(kPollPatience);
     if (fields.size() < 2)
         return {};
     closeIfOpen(server_);
@@ -267,12 +277,15 @@ void AlertExchange::acknowledge(const std::string& asker) {
     trap(server_.bind(settings.alertSourcePort));
     trap(server_.sendData(encodeAcknowledgement(surroundings_.hostName)));
     // The handler closes the socket at once, and that would drop an answer whose receiver is still being looked up.
+    if (!server_.isSending())
+        return;
     const std::int64_t start = surroundings_.clock.milliseconds();
-    while (server_.isSending() && surroundings_.clock.milliseconds() - start <= kAlertWait) {
-        surroundings_.loop.turn();
-        if (const auto events = server_.poll(kPollPatience); events.sendError)
+    const auto left = [&](std::chrono::milliseconds pause) {
+        if (const auto events = server_.poll(pause); events.sendError)
             trap(*events.sendError);
-    }
+        return !server_.isSending() || surroundings_.clock.milliseconds() - start > kAlertWait;
+    };
+    turnUntil(surroundings_.loop, left, kPollPatience);
 }
 
 }  // namespace quillon

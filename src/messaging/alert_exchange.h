@@ -72,7 +72,7 @@ private:
     void writeLog(const std::string& target, const std::string& subject, const std::string& body) const;
     void trap(const Result<void>& result);
     void trap(const FileError& error);
-    void turnAndPoll();
+    void poll(std::chrono::milliseconds patience);
     [[nodiscard]] Result<void> clientArrival();
     [[nodiscard]] Result<void> serverArrival();
     void acknowledge(const std::string& asker);

@@ -4,12 +4,11 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include <fmt/format.h>
 
+#include "platform/start_beside.h"
 #include "text/fields.h"
 
 namespace quillon {
@@ -52,7 +51,6 @@ struct AnswerQueue::State {
     std::condition_variable changed;
     std::deque<Waiting> waiting;
     std::size_t threads = 0;
-    std::size_t busy = 0;
     bool ended = false;
     Counts counts;
 
@@ -81,7 +79,6 @@ AnswerQueue::AnswerQueue(std::string bytes, HostResolver resolver, Send send, st
 AnswerQueue::~AnswerQueue() {
     const std::lock_guard lock(state_->mutex);
     state_->ended = true;
-    state_->changed.notify_all();
 }
 
 void AnswerQueue::answer(const std::string& name) {
@@ -91,42 +88,34 @@ void AnswerQueue::answer(const std::string& name) {
         return;
     }
     state_->waiting.push_back({name, Clock::now() + state_->limit});
-    // A thread is added only when all that there are may be stuck in a look-up.
-    if (state_->busy + state_->waiting.size() > state_->threads && state_->threads < kAnswerThreads) {
-        try {
-            std::thread([state = state_] { work(state); }).detach();
-            ++state_->threads;
-        } catch (const std::system_error&) {
-            if (state_->threads == 0) {
-                state_->waiting.pop_back();
-                ++state_->counts.dropped;
-            }
-        }
+    // All threads that there are may be stuck in a look-up.
+    if (state_->threads == kAnswerThreads)
+        return;
+    if (startBeside([state = state_] { work(*state); })) {
+        ++state_->threads;
+    } else if (state_->threads == 0) {
+        state_->waiting.pop_back();
+        ++state_->counts.dropped;
     }
-    state_->changed.notify_all();
 }
 
-void AnswerQueue::work(const std::shared_ptr<State>& state) {
-    std::unique_lock lock(state->mutex);
-    while (true) {
-        state->changed.wait(lock, [&] { return state->ended || !state->waiting.empty(); });
-        if (state->ended)
-            return;
-        const State::Waiting answer = std::move(state->waiting.front());
-        state->waiting.pop_front();
-        ++state->busy;
+void AnswerQueue::work(State& state) {
+    std::unique_lock lock(state.mutex);
+    while (!state.ended && !state.waiting.empty()) {
+        const State::Waiting answer = std::move(state.waiting.front());
+        state.waiting.pop_front();
         lock.unlock();
-        const auto outcome = state->deliver(answer);
+        const auto outcome = state.deliver(answer);
         lock.lock();
-        ++(state->counts.*outcome);
-        --state->busy;
-        state->changed.notify_all();
+        ++(state.counts.*outcome);
     }
+    --state.threads;
+    state.changed.notify_all();
 }
 
 bool AnswerQueue::finish(std::chrono::milliseconds patience) {
     std::unique_lock lock(state_->mutex);
-    return state_->changed.wait_for(lock, patience, [this] { return state_->busy == 0 && state_->waiting.empty(); });
+    return state_->changed.wait_for(lock, patience, [this] { return state_->threads == 0; });
 }
 
 AnswerQueue::Counts AnswerQueue::counts() const {

@@ -52,7 +52,7 @@ public:
 
 private:
     struct State;
-    static void work(const std::shared_ptr<State>& state);
+    static void work(State& state);
 
     std::shared_ptr<State> state_;
 };

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "messaging/network_enum.h"
 
-#include <condition_variable>
+#include <algorithm>
 #include <mutex>
-#include <system_error>
-#include <thread>
 #include <utility>
 
+#include "app/turn_until.h"
 #include "platform/host.h"
+#include "platform/start_beside.h"
 
 namespace quillon {
 
@@ -17,15 +17,11 @@ using Clock = std::chrono::steady_clock;
 
 // A person picks one name of a list; a network of more resources is not walked to its end.
 constexpr std::size_t kMostResources = 65536;
-// How often the event loop is turned while the network is silent.
-constexpr std::chrono::milliseconds kTurnInterval{10};
 
 // What the thread has found so far; it outlives both sides.
 struct Walk {
     std::mutex mutex;
-    std::condition_variable changed;
     std::vector<NetworkResource> resources;
-    bool finished = false;
 
     void add(std::vector<NetworkResource> more) {
         const std::lock_guard lock(mutex);
@@ -38,12 +34,9 @@ struct Walk {
         const std::lock_guard lock(mutex);
         return index < resources.size() ? std::optional(resources[index]) : std::nullopt;
     }
-    void finish() {
-        {
-            const std::lock_guard lock(mutex);
-            finished = true;
-        }
-        changed.notify_all();
+    [[nodiscard]] std::vector<NetworkResource> all() {
+        const std::lock_guard lock(mutex);
+        return resources;
     }
 };
 
@@ -60,7 +53,6 @@ void walkNetwork(NetworkProvider& provider, std::uint32_t resourceType, Clock::t
         if (auto children = provider.enumerate(&*resource, resourceType, deadline))
             walk.add(std::move(*children));
     }
-    walk.finish();
 }
 
 const char* separatorOf(DisplayType type) {
@@ -89,21 +81,16 @@ void CNetworkEnum::Reset() {
 std::vector<NetworkResource> CNetworkEnum::walk() const {
     const auto state = std::make_shared<Walk>();
     const auto deadline = Clock::now() + patience_;
-    try {
-        std::thread([state, provider = provider_, type = resourceType_, deadline] {
-            walkNetwork(*provider, type, deadline, *state);
-        }).detach();
-    } catch (const std::system_error&) {
-        return {};  // no thread is to be had: as though the network were silent
-    }
-    std::unique_lock lock(state->mutex);
-    while (!state->finished && Clock::now() < deadline) {
-        lock.unlock();
-        loop_.turn();
-        lock.lock();
-        state->changed.wait_for(lock, kTurnInterval, [&] { return state->finished; });
-    }
-    return state->resources;
+    const auto walked = startBeside([state, provider = provider_, type = resourceType_, deadline] {
+        walkNetwork(*provider, type, deadline, *state);
+    });
+    if (!walked)
+        return {};  // as though the network were silent
+    turnUntil(loop_, [&](std::chrono::milliseconds pause) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        return left.count() <= 0 || hasCome(*walked, std::min(pause, left));
+    });
+    return state->all();
 }
 
 void CNetworkEnum::collect(const std::vector<NetworkResource>& resources) {

@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "platform/start_beside.h"
 #include "platform/system_error.h"
 
 namespace quillon {
@@ -130,7 +131,10 @@ Result<void> UdpSocket::sendData(std::string_view bytes) {
     }
     if (const auto address = numericAddress(remoteHost_))
         return sendTo(*address, bytes);
-    pending_.emplace(PendingSend{HostLookup(remoteHost_, resolver_), std::string(bytes)});
+    auto lookup = startBeside([resolve = resolver_, name = remoteHost_] { return resolve(name); });
+    if (!lookup)
+        return failure(lookup.error());
+    pending_.emplace(PendingSend{*std::move(lookup), std::string(bytes)});
     return {};
 }
 
@@ -164,16 +168,14 @@ std::string UdpSocket::getData() {
 }
 
 void UdpSocket::sendWhenResolved(SocketEvents& events) {
-    if (!pending_)
+    if (!pending_ || !hasCome(pending_->address, std::chrono::milliseconds{0}))
         return;
-    const auto answer = pending_->lookup.answer();
-    if (!answer)
-        return;
+    const auto address = pending_->address.get();
     const std::string bytes = std::move(pending_->bytes);
     pending_.reset();
-    if (!*answer)
-        events.sendError = answer->error();
-    else if (auto sent = sendTo(**answer, bytes); !sent)
+    if (!address)
+        events.sendError = address.error();
+    else if (auto sent = sendTo(*address, bytes); !sent)
         events.sendError = sent.error();
 }
 

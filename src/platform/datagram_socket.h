@@ -6,7 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
-#include <memory>
+#include <future>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -84,7 +84,7 @@ public:
 
 private:
     struct PendingSend {
-        HostLookup lookup;
+        std::future<Result<HostAddress>> address;
         std::string bytes;
     };
 

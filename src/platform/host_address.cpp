@@ -3,9 +3,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <mutex>
-#include <system_error>
-#include <thread>
 
 #include <arpa/inet.h>
 #include <netdb.h>
@@ -103,28 +100,6 @@ Result<HostAddress> resolveHost(const std::string& name) {
     if (auto found = askSystem(localName, 0))
         return found;
     return address;
-}
-
-struct HostLookup::State {
-    std::mutex mutex;
-    std::optional<Result<HostAddress>> answer;
-};
-
-HostLookup::HostLookup(const std::string& name, HostResolver resolver) : state_(std::make_shared<State>()) {
-    try {
-        std::thread([state = state_, name, ask = std::move(resolver)] {
-            auto answer = ask(name);
-            const std::lock_guard lock(state->mutex);
-            state->answer = std::move(answer);
-        }).detach();
-    } catch (const std::system_error& error) {
-        state_->answer = failure(ErrorKind::PathAccess, error.what());
-    }
-}
-
-std::optional<Result<HostAddress>> HostLookup::answer() const {
-    const std::lock_guard lock(state_->mutex);
-    return state_->answer;
 }
 
 }  // namespace quillon

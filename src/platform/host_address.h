@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The internet address of a computer, and the look-up of its name.
+// The internet address of a computer, and how it is found by its name.
 
 #include <array>
 #include <cstdint>
@@ -34,18 +34,5 @@ struct HostAddress {
 
 /// How a name becomes an address; tests give their own.
 using HostResolver = std::function<Result<HostAddress>(const std::string&)>;
-
-/// One look-up on a thread of its own. Dropping the object does not wait for the thread.
-class HostLookup {
-public:
-    HostLookup(const std::string& name, HostResolver resolver);
-
-    /// The answer once there is one; never blocks.
-    [[nodiscard]] std::optional<Result<HostAddress>> answer() const;
-
-private:
-    struct State;
-    std::shared_ptr<State> state_;
-};
 
 }  // namespace quillon

@@ -26,11 +26,15 @@ protected:
     void ask(const std::string& from, const std::string& to) {
         copies.ask((temp / "from" / from).native(), (temp / "to" / to).native());
     }
-    tl::expected<void, CopyError> finish(const CopyProgress& progress = goOn) { return copies.finishFirst(progress); }
+    tl::expected<void, CopyError> finish(const CopyProgress& progress = goOn) {
+        while (!copies.firstEnds(std::chrono::milliseconds(10), progress)) {
+        }
+        return copies.takeFirst();
+    }
     [[nodiscard]] bool isThere(const std::string& name) const { return std::filesystem::exists(temp / "to" / name); }
 
     TempFolder temp;
-    CopiesAhead copies{GetParam(), [] {}};
+    CopiesAhead copies{GetParam()};
 };
 
 // Files of all sizes, one of them too large to be prepared.
