@@ -127,7 +127,7 @@ void frmMain::CommandButton3_Click() {
 
 // Stop
 void frmMain::CommandButton4_Click() {
-    askToStop(job_);
+    askToStop(job_.passContext());
     showState();
 }
 
@@ -161,13 +161,13 @@ void frmMain::Command4_Click() {
 }
 
 void frmMain::Timer1_Timer() {
-    timerTick(job_);
+    timerTick(job_.state, context_.surroundings.clock);
     showState();
 }
 
 void frmMain::upDateAllLabels() {
     context_.loop.flush();
-    quillon::upDateAllLabels(job_);
+    quillon::upDateAllLabels(job_.passContext(), job_.lists(), job_.messages);
     context_.loop.flush();
 }
 

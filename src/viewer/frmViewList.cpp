@@ -34,7 +34,7 @@ std::string ViewGridRows::cell(int row, int column) const {
     return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
 }
 
-frmViewList::frmViewList(const ScreenContext& context, Job& job) : context_(context), viewer_(job, *this) {
+frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job) : context_(context), viewer_(job, *this) {
     setObjectName(QStringLiteral("frmViewList"));
     setWindowTitle(QStringLiteral("View File List"));
     createCategory();

@@ -58,7 +58,7 @@ class frmViewList final : public QWidget, private ViewerHost {
 
 public:
     /// The context must outlive the screen.
-    frmViewList(const ScreenContext& context, Job& job);
+    frmViewList(const ScreenContext& context, const ViewedJob& job);
     ~frmViewList() override;
 
 protected:

@@ -9,6 +9,7 @@
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
 #include "editors/manual_update.h"
+#include "job/job.h"
 #include "viewer/list_viewer.h"
 
 using namespace quillon;
@@ -50,7 +51,7 @@ struct Screens {
     SilentViewer viewerHost;
     ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, editorHost};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
-    ListViewer viewer{job, viewerHost};
+    ListViewer viewer{viewedJob(job), viewerHost};
     std::string loaded;  // what an action that loads has read
 };
 

@@ -98,7 +98,7 @@ TEST_F(ReportTest, WithoutARecipientNothingIsSent) {
     for (const int index : {-1, 0}) {
         state.options.recipientIndex = index;
         state.options.recipient = "LAB9";
-        sendCompletionReport(job, alerts);
+        sendCompletionReport(state, fake.surroundings, alerts);
     }
     EXPECT_TRUE(alerts.sent.empty());
 }
@@ -106,7 +106,7 @@ TEST_F(ReportTest, WithoutARecipientNothingIsSent) {
 TEST_F(ReportTest, TheReportGoesToTheRecipient) {
     state.options.recipientIndex = 1;
     state.options.recipient = "LAB9";
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|File list complete for Job ID : 1234|0"});
     EXPECT_EQ(alerts.bodies.at(0), completionReport(state, "LAB7"));
     EXPECT_EQ(alerts.stateAtSend, AckState::Pending);
@@ -119,7 +119,7 @@ TEST_F(ReportTest, CopyFailuresMakeItAnAlert) {
     state.options.recipient = "LAB9";
     state.options.copy = true;
     state.counters.copyErrors = 1;
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|File list complete for Job ID : 1234|1"});
 }
 
@@ -128,7 +128,7 @@ TEST_F(ReportTest, AReportThatIsNotAcknowledgedIsTold) {
     state.options.recipient = "LAB9";
     alerts.answer = AckState::None;
     fake.dialogs.expectBox("File list complete", "File listing complete, but could not send notification to LAB9");
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
@@ -136,7 +136,7 @@ TEST_F(ReportTest, AStateThatIsStillPendingIsNotTold) {
     state.options.recipientIndex = 1;
     state.options.recipient = "LAB9";
     alerts.answer = AckState::Pending;
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent.size(), 1U);
 }
 
@@ -144,7 +144,7 @@ TEST_F(ReportTest, ARecipientThatIsTheSenderIsTold) {
     state.options.recipientIndex = 2;
     state.options.recipient = "LAB7";
     fake.dialogs.expectBox("Error", "Recipient of message is the same as the sender !");
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_TRUE(alerts.sent.empty());
 }
 

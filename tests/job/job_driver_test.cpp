@@ -193,10 +193,10 @@ TEST_F(DriverTest, ADeletedPartialListMakesTheCopyPassSayThatThereIsNone) {
 TEST_F(DriverTest, StopAsksAndOnlyYesStops) {
     fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::No, std::nullopt,
                            BoxButtons::YesNo);
-    askToStop(job);
+    askToStop(job.passContext());
     EXPECT_FALSE(state.stopRequested);
     fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
-    askToStop(job);
+    askToStop(job.passContext());
     EXPECT_TRUE(state.stopRequested);
     EXPECT_TRUE(state.copyCancelled);
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
@@ -227,7 +227,7 @@ TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {
     sourceFile("a", "x");
-    stopJob(job);
+    stopJob(job.passContext());
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_FALSE(state.copyCancelled);
 }

@@ -95,7 +95,7 @@ protected:
     SetupFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
     RecordingViewerHost host;
-    ListViewer viewer{job, host};
+    ListViewer viewer{viewedJob(job), host};
 };
 
 }  // namespace quillon::test
