@@ -49,9 +49,9 @@ public:
     void focusTerm() override {}
 };
 
-class Teaching {
+class TeachingRun {
 public:
-    explicit Teaching(const NativePath& folder) : installation_(folder / "app") {
+    explicit TeachingRun(const NativePath& folder) : installation_(folder / "app") {
         installation_.settings.localPath.assign(pageFromPath(folder / "local"));
         installation_.settings.sharedPath.assign(pageFromPath(folder / "share"));
         installation_.settings.useSharedDb = 1;
@@ -98,7 +98,7 @@ int main(int count, char* arguments[]) {
     if (count != 3)
         return kWrongUsage;
     const std::string_view what = arguments[1];
-    Teaching teaching(arguments[2]);
+    TeachingRun teaching(arguments[2]);
     if (what == "retest")
         teaching.retest();
     else if (what == "done")

@@ -22,9 +22,9 @@ TEST(GradeTest, WhatTellsGradesApartIsGivenOnce) {
     for (const GradeRow& row : kGrades.values) {
         for (const char* text : {row.board.captionControl.value, row.board.countControl.value, row.board.caption.value})
             EXPECT_TRUE(texts.insert(text).second) << text;
-        EXPECT_TRUE(texts.insert(std::string("key ") + row.jsonKey).second) << row.jsonKey;
-        EXPECT_TRUE(texts.insert(std::string("name ") + row.name).second) << row.name;
-        EXPECT_TRUE(texts.insert(std::string("part ") + row.bar.name).second) << row.bar.name;
+        EXPECT_TRUE(texts.insert(std::string("key ") + row.jsonKey.value).second) << row.jsonKey;
+        EXPECT_TRUE(texts.insert(std::string("name ") + row.name.value).second) << row.name;
+        EXPECT_TRUE(texts.insert(std::string("part ") + row.bar.name.value).second) << row.bar.name;
         EXPECT_TRUE(colours.insert(row.bar.colour).second) << row.name;
     }
 }
