@@ -2,6 +2,7 @@
 #include "job/testing_pass.h"
 
 #include "job/job_fixture.h"
+#include "job/scripted_alerts.h"
 
 namespace quillon::test {
 
@@ -28,23 +29,6 @@ public:
     std::u16string text;
 };
 
-class RecordingAlerts final : public AlertSender {
-public:
-    bool sendAlert(const std::string& target, std::int16_t, std::string& subject, const std::string& body,
-                   std::int16_t) override {
-        sent.push_back(target + "|" + subject + "|" + body);
-        return true;
-    }
-    void closeSockets() override {}
-    AckState ackState() const override { return state; }
-    void setAckState(AckState next) override { state = next; }
-    void turnWhilePending() override {}
-    bool isThisComputer(const std::string&) const override { return false; }
-
-    std::vector<std::string> sent;
-    AckState state = AckState::None;
-};
-
 class TestingPassTest : public JobFixture {
 protected:
     Rows run(const Rows& lines) {
@@ -54,7 +38,7 @@ protected:
     }
 
     ScriptedChecker checker;
-    RecordingAlerts alerts;
+    ScriptedAlerts alerts;
 };
 
 TEST_F(TestingPassTest, ARowIsTheRawLineAndTheResult) {
@@ -136,8 +120,9 @@ TEST_F(TestingPassTest, AnyOtherErrorShowsABoxSendsAnAlertAndRunsTheStepAgain) {
     state.options.recipient = "LAB9";
     fake.dialogs.expectBox("Error", "Subscript out of range : occurred processing file :");
     EXPECT_EQ(run({u"/s/b.bad,,,", u"/s/a.txt,,,"}), (Rows{u"/s/b.bad,,,,grade of bad", u"/s/a.txt,,,,grade of txt"}));
-    EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|Process error|The error message (Subscript out of range) "
-                                                    "occurred during processing a file "});
+    EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|Process error|1"});
+    EXPECT_EQ(alerts.bodies, std::vector<std::string>{
+                                 "The error message (Subscript out of range) occurred during processing a file "});
 }
 
 TEST_F(TestingPassTest, FurtherErrorsPassWithoutAWordAndKeepTheLastResult) {
