@@ -1,20 +1,20 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Checks the layout rules of docs/architecture.md over a source tree; prints one line for each violation.
+"""Checks the layout rules of docs/architecture.md over a source tree; prints the order of the folders of src as their
+includes give it, and one line for each violation. How long a function is, clang-tidy tells.
 
 Usage: check_layout.py [ROOT]      exit status 0: every rule holds, 1: violations were printed
 """
 import os
 import re
 import sys
+from collections import namedtuple
 from pathlib import Path
 
-# From the lowest floor to the highest. A file includes only from its own folder or a lower one.
-FLOORS = ["text", "platform", "ahead", "app", "widgets", "testing", "messaging", "archive", "setup", "job", "viewer", "editors",
-          "ui", "programs"]
+# The table of folders there, from the lowest floor to the highest: a file includes only from its own folder or a lower one.
+ARCHITECTURE = "docs/architecture.md"
 
 MAX_FILE_LINES = 400
-MAX_FUNCTION_LINES = 40
 
 SOURCE_FOLDERS = ("src", "tests", "tools", "bench", "fuzz")
 SKIPPED_FOLDERS = {".git", ".cache", "build", "__pycache__"}
@@ -24,6 +24,37 @@ LIBRARY_HEADERS = re.compile(r"^(fmt/|gtest/|gmock/|benchmark/|zip\.h$|avahi-cli
 # Files in which Qt may stand. The programs without a window share the programs folder with the one that has one.
 QT_FILES = re.compile(r"(^|/)frm[^/]*$|^src/(ui|widgets)/(?!hex_layout)|^src/programs/quillon(?!_job|_messenger)[^/]*$")
 QT_HEADER = re.compile(r"^(Q[A-Z][A-Za-z]*|Qt[A-Za-z]*/.*)$")
+
+# What asks the system for something stands behind a door: in a folder that is one. Prefixes of file names are the doors.
+Door = namedtuple("Door", "what pattern folders")
+DOORS = {
+    "files": Door("the file system", re.compile(
+        r"<filesystem>|\bstd::filesystem::|<fstream>|\bstd::[iow]*fstream\b|<cstdio>|\bfopen\b|\bQ(Save)?File\b"
+        r"|\bQ(Dir|DirIterator|FileInfo|Settings|StandardPaths|LockFile|FileSystemWatcher)\b"), ("src/platform/",)),
+    "clock": Door("a clock", re.compile(
+        r"\b(system|steady|high_resolution|utc|file)_clock\b|<ctime>|\b(std::|::)time\(|\b(localtime|gmtime|mktime)(_r)?\b"
+        r"|\bclock_gettime\b|\bgettimeofday\b|\bQ(DateTime|Time|Date|ElapsedTimer)\b"), ("src/platform/",)),
+    "locale": Door("the locale", re.compile(
+        r"<c?locale>|\bstd::locale\b|\b(set|new|use)locale\b|\bstrftime|\bstd::put_time\b|\bQLocale\b|<cw?ctype>"),
+        ("src/platform/",)),
+    "environment": Door("the environment", re.compile(r"\b(secure_)?getenv\b|\b(set|put|unset)env\b|\bqgetenv\b|\bqEnvironment"),
+                        ("src/platform/",)),
+    "programs": Door("other programs and signals", re.compile(
+        r"<csignal>|\bstd::(signal|system|raise)\b|\bpopen\b|\bQProcess\b"), ("src/platform/",)),
+    "errno": Door("the system's error numbers", re.compile(r"<cerrno>|\berrno\b"), ("src/platform/",)),
+    "chance": Door("chance", re.compile(r"<random>|\bstd::(random_device|rand)\b|\bQRandomGenerator\b"), ("src/platform/",)),
+    "streams": Door("the standard streams", re.compile(r"<iostream>|\bstd::c(in|out|err|log)\b|\bq(Debug|Warning|Info|Critical)\b"),
+                    ("src/platform/", "src/programs/")),
+    "threads": Door("threads", re.compile(r"<(thread|future)>|\bstd::(j?thread|async|packaged_task)\b|\bQ(Thread|tConcurrent)\b"),
+                    ("src/platform/", "src/ahead/")),
+}
+# Files that have a door of their own, each with its reason. A line that nothing needs any more is a violation.
+EXEMPT = {
+    ("src/text/unicode.cpp", "locale"): "asks for the fixed C.UTF-8 table, never for the user's locale, and lies below platform",
+    ("src/archive/zip_handle.cpp", "errno"): "libzip tells system errors by their numbers",
+    ("src/widgets/qt_text.h", "files"): "takes from QFile how Qt writes names, and opens nothing",
+    ("src/widgets/theme.cpp", "files"): "reads the icons that are part of the program; Qt alone knows their paths",
+}
 
 # A comment tells the rule itself, not where somebody once wrote it; and nothing may depend on one machine or mirror.
 # (The brackets keep these lines from finding themselves.)
@@ -61,17 +92,68 @@ def screen_of(name):
     return match.group(1) if match else None
 
 
-def check_floor(name, include):
+def floors_told(root):
+    """The folders of src in the order of the table in the architecture page."""
+    page = root / ARCHITECTURE
+    return re.findall(r"^\| `src/(\w+)` \|", page.read_text(), re.M) if page.is_file() else []
+
+
+def folder_includes(root):
+    """Each folder of src with the other folders that its files include from."""
+    src = root / "src"
+    folders = {path.name: set() for path in src.iterdir() if path.is_dir()} if src.is_dir() else {}
+    for own, others in folders.items():
+        for path in sorted((src / own).rglob("*")):
+            if is_cpp(path.relative_to(root).as_posix()):
+                quoted = (include.split("/")[0] for _, include in INCLUDE.findall(path.read_text(errors="replace")) if "/" in include)
+                others.update(other for other in quoted if other in folders and other != own)
+    return folders
+
+
+def floors_of(includes, told):
+    """The folders in the order that their includes give, those on one height side by side; and those that form a circle."""
+    heights, left = [], dict(includes)
+    placed = set()
+    while left:
+        free = sorted((name for name, others in left.items() if others <= placed),
+                      key=lambda name: (told.index(name) if name in told else len(told), name))
+        if not free:
+            break
+        heights.append(free)
+        placed.update(free)
+        left = {name: others for name, others in left.items() if name not in placed}
+    # What only stands above a circle is not part of it.
+    while True:
+        used = set().union(*left.values()) if left else set()
+        inner = {name: others for name, others in left.items() if name in used}
+        if len(inner) == len(left):
+            return heights, sorted(left)
+        left = inner
+
+
+def check_floors(root, told):
+    includes = folder_includes(root)
+    for name in sorted(set(includes) - set(told)):
+        yield f"src/{name}: no line of the table in {ARCHITECTURE}"
+    for name in told:
+        if name not in includes:
+            yield f"{ARCHITECTURE}: src/{name} is no folder"
+    circle = floors_of(includes, told)[1]
+    if circle:
+        yield f"src: the folders {', '.join(circle)} include one another in a circle"
+
+
+def check_floor(name, include, told):
     own, other = name.split("/")[1], include.split("/")[0]
-    if other not in FLOORS or "/" not in include:
+    if other not in told or "/" not in include:
         yield f'"{include}" does not start with a folder of src'
     elif other == "widgets" and own != "widgets" and not QT_FILES.search(name):
         yield f'"{include}" is of the widgets, which only files with Qt use'
-    elif FLOORS.index(other) > FLOORS.index(own):
+    elif own in told and told.index(other) > told.index(own):
         yield f'"{include}" is on a higher floor than {own}'
 
 
-def check_includes(name, text):
+def check_includes(name, text, told):
     qt_allowed = bool(QT_FILES.search(name))
     for system, quoted in INCLUDE.findall(text):
         include = system or quoted
@@ -79,7 +161,7 @@ def check_includes(name, text):
             if not qt_allowed:
                 yield f"Qt ({include}) outside of screens"
         elif quoted and not quoted.endswith(".moc"):
-            yield from check_floor(name, quoted)
+            yield from check_floor(name, quoted, told)
             if screen_of(quoted) and not qt_allowed:
                 yield f'the core includes a screen ("{quoted}")'
             if screen_of(quoted) and screen_of(name) and screen_of(quoted) != screen_of(name):
@@ -90,74 +172,30 @@ def check_includes(name, text):
 
 
 def without_comments_and_texts(text):
-    """The code with comments, literals and preprocessor lines blanked; line numbers stay."""
+    """The code with comments and literals blanked; line numbers stay."""
     token = re.compile(
         r'R"(?P<mark>[^\s()\\]{0,16})\(.*?\)(?P=mark)"'
-        r'|"(?:\\.|[^"\\\n])*"|(?<![0-9A-Fa-f])\'(?:\\.|[^\'\\\n])+\'|//[^\n]*|/\*.*?\*/|^[ \t]*#(?:\\\n|[^\n])*',
-        re.S | re.M)
+        r'|"(?:\\.|[^"\\\n])*"|(?<![0-9A-Fa-f])\'(?:\\.|[^\'\\\n])+\'|//[^\n]*|/\*.*?\*/', re.S)
     return token.sub(lambda match: " " + "\n" * match.group().count("\n"), text)
 
 
-def opens_scope(head):
-    """Whether a brace after this text opens a namespace or a class: what functions stand in."""
-    return bool(re.search(r"\b(class|struct|union|namespace|extern)\b[^()=]*$", head))
-
-
-def opens_function(head):
-    """Whether a brace after this text, in a namespace or class, opens the body of a function, not a list of values."""
-    flat = re.sub(r"template\s*<[^()]*?>(?=\s*[\w:\[])", " ", head)
-    flat = re.sub(r"operator\s*(\(\)|[^\s\w(]+)", "operator", flat)
-    if "(" not in flat:
-        return False
-    while "(" in flat:
-        flat, count = re.subn(r"\([^()]*\)", " ", flat)
-        if count == 0:
-            return False  # inside an open parenthesis: an argument
-    return "=" not in flat
-
-
-def opens_member_value(head):
-    """Whether the brace belongs to the initialiser of a member, as in `Grid::Grid() : rows_{` or `, columns_{`."""
-    return bool(re.search(r"\)[^;{}]*(?<!:):(?!:)\s*(.*,\s*)?[\w:<>]+\s*$", head, re.S))
-
-
-def kind_of_brace(head, enclosing):
-    if any(kind != "scope" for kind in enclosing):
-        return "inner"
-    if opens_member_value(head):
-        return "value"
-    if opens_scope(head):
-        return "scope"
-    return "function" if opens_function(head) else "inner"
-
-
-def function_sizes(text):
-    """Line of the opening brace and number of lines, to the closing one, of every function."""
-    head, line, open_braces = "", 1, []
-    for char in without_comments_and_texts(text):
-        if char == "{":
-            kind = kind_of_brace(head, [brace[0] for brace in open_braces])
-            open_braces.append((kind, line, head))
-            head = ""
-        elif char == "}" and open_braces:
-            kind, start, head = open_braces.pop()
-            head = head + "()" if kind == "value" else ""
-            if kind == "function":
-                yield start, line - start + 1
-        elif char == ";":
-            head = ""
-        else:
-            head += char
-        line += char == "\n"
+def check_doors(name, text):
+    code = without_comments_and_texts(text)
+    for key, door in DOORS.items():
+        if name.startswith(door.folders):
+            continue
+        found = door.pattern.search(code)
+        if found and (name, key) not in EXEMPT:
+            line = code.count("\n", 0, found.start()) + 1
+            yield f"line {line} asks {door.what} by itself ({found.group()}): its door stands in {' or '.join(door.folders)}"
+        elif not found and (name, key) in EXEMPT:
+            yield f"needs no exemption from the door \"{key}\" any more"
 
 
 def check_sizes(text):
     lines = text.count("\n") + (not text.endswith("\n"))
     if lines > MAX_FILE_LINES:
         yield f"{lines} lines, at most {MAX_FILE_LINES}"
-    for start, size in function_sizes(text):
-        if size > MAX_FUNCTION_LINES:
-            yield f"function at line {start} has {size} lines, at most {MAX_FUNCTION_LINES}"
 
 
 def check_head(name, text):
@@ -175,6 +213,8 @@ def check_name(name):
         yield "there is no utils folder: shared code sinks to the lowest folder that all its users see"
     if not stem.startswith("frm") and not re.fullmatch(r"[a-z][a-z0-9]*(_[a-z0-9]+)*", stem):
         yield "file names are snake_case"
+    if folders[:1] == ["src"] and stem.endswith("_test"):
+        yield "ends as the name of a test, and stands among what is shipped"
 
 
 def check_listed(root, name):
@@ -198,7 +238,7 @@ def check_words(text):
                 yield f"line {number} {reason}"
 
 
-def check_file(root, path, name):
+def check_file(root, path, name, told):
     try:
         text = path.read_bytes().decode("utf-8")
     except UnicodeDecodeError:
@@ -212,19 +252,27 @@ def check_file(root, path, name):
         yield from check_name(name)
         yield from check_sizes(text)
         if name.startswith("src/"):
-            yield from check_includes(name, text)
+            yield from check_includes(name, text, told)
+            yield from check_doors(name, text)
         if name.endswith(".cpp"):
             yield from check_listed(root, name)
 
 
 def violations(root):
+    told = floors_told(root)
+    yield from check_floors(root, told)
     for path, name in project_files(root):
-        for problem in check_file(root, path, name):
+        for problem in check_file(root, path, name, told):
             yield f"{name}: {problem}"
+    for name, key in EXEMPT:
+        if (root / name).parent.is_dir() and not (root / name).is_file():
+            yield f"{name}: is not there and needs no exemption from the door \"{key}\""
 
 
 def main(arguments):
     root = Path(arguments[0] if arguments else Path(__file__).parent.parent).resolve()
+    heights, _ = floors_of(folder_includes(root), floors_told(root))
+    print("floors, by the includes: " + " < ".join(", ".join(side) for side in heights))
     found = list(violations(root))
     print("\n".join(found) if found else "layout: every rule holds")
     return 1 if found else 0

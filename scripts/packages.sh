@@ -8,8 +8,8 @@ BUILD_PACKAGES="g++ cmake ninja-build pkg-config libfmt-dev libzip-dev libexpect
 WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
 # To build and run every test on top. strace injects faults; unzip, 7z and bsdtar read the archives that we write.
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev python3 strace unzip p7zip-full libarchive-tools"
-# For the formatting check.
-FORMAT_PACKAGES="clang-format"
+# For the checks beside the tests; ccache makes what was built before cheap, where the cache outlives the check.
+CHECK_PACKAGES="clang clang-format clang-tidy libclang-rt-dev gcovr ccache git"
 
 # install_missing <package>...: asks dpkg first, so that a machine that has everything is not touched and needs no network.
 install_missing() {

@@ -23,6 +23,7 @@
 
 #include "ahead/ahead_threads.h"
 #include "ahead/ring.h"
+#include "platform/moment.h"
 
 namespace quillon {
 
@@ -147,9 +148,9 @@ private:
 template <typename Item>
 template <typename Do>
 void Ahead<Item>::doTimed(Item& item, Do& work) {
-    const auto start = std::chrono::steady_clock::now();
+    const Moment start = momentNow();
     work(item);
-    if (std::chrono::steady_clock::now() - start > slow_)
+    if (momentNow() - start > slow_)
         wasSlow();
 }
 

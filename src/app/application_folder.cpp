@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/application_folder.h"
 
-#include <system_error>
-
 #include "app/folder_structure.h"
 #include "app/installation.h"
 #include "platform/folders.h"
@@ -16,10 +14,9 @@ namespace {
 void linkShippedFile(const NativePath& shipped, const NativePath& link) {
     if (!pathExists(shipped) || pathExists(link))
         return;
-    std::error_code error;
-    if (std::filesystem::is_symlink(link, error))
+    if (isLink(link))
         passOver(removeFile(link), "the next step fails too, and setup tells of a missing file");
-    std::filesystem::create_symlink(shipped, link, error);
+    passOver(createLink(shipped, link), "setup tells of a missing file");
 }
 
 }  // namespace

@@ -37,8 +37,6 @@
 #include "platform/datagram_socket.h"
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
-#include "widgets/navigator.h"
-#include "widgets/screen_context.h"
 #include "widgets/step_screen.h"
 
 namespace quillon {
@@ -46,7 +44,7 @@ namespace quillon {
 /// Where the screen finds other computers; null looks nowhere.
 using SharedNetwork = std::shared_ptr<NetworkProvider>;
 
-class frmZip final : public StepScreen, private ZipHost {
+class frmZip final : public StepScreen {
     Q_OBJECT
 
 public:
@@ -60,29 +58,17 @@ private:
     [[nodiscard]] QWidget* createNotification();
     [[nodiscard]] QLayout* createCommands();
     void connectControls();
-    void connectPlainInputs();
+    void hearPlainInputs();
     void showFiles();
     void removeFile(int row);
-    void Command3_Click();
     void Command7_Click();
-    void Command8_Click();
+    void showControls() override;
 
-    // StepScreen and ZipHost
-    void readInputs() override;
-    void showState() override;
-    void leaveOrAsk() override;
-    void beep() override;
-    [[nodiscard]] std::string mainJobId() const override { return handOver_.jobId; }
-    [[nodiscard]] std::string mainSeparator() const override { return handOver_.separator; }
-
-    const ScreenContext& context_;
-    ZipHandover handOver_;
     SharedNetwork network_;
     UdpSocket wServer_;
     UdpSocket wClient_;
     AlertExchange exchange_;
     ZipFileLists zip_;
-    std::vector<NativePath> shownFiles_;
 
     Grid* iGrid1 = nullptr;
     QPushButton *Command1 = nullptr, *Command2 = nullptr, *Command3 = nullptr, *Command4 = nullptr, *Command5 = nullptr,

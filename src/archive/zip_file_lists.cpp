@@ -2,6 +2,7 @@
 #include "archive/zip_file_lists.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/folder_structure.h"
 #include "archive/list_selection.h"
@@ -25,7 +26,7 @@ NativePath defaultArchives(const Paths& paths) {
 }  // namespace
 
 ZipFileLists::ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts,
-                           ZipHost& host)
+                           ScreenHost& host)
     : installation_(installation),
       surroundings_(surroundings),
       alerts_(alerts),
@@ -33,7 +34,14 @@ ZipFileLists::ZipFileLists(Installation& installation, const Surroundings& surro
       kept_(installation, surroundings.clock) {
 }
 
-void ZipFileLists::load() {
+void ZipFileLists::load(ZipHandover job) {
+    job_ = std::move(job);
+    state.jobId = job_.jobId;
+    state.separator = job_.separator;
+    fill();
+}
+
+void ZipFileLists::fill() {
     fillGrid();
     fillRecipients();
     state.showCompany = false;
@@ -43,12 +51,11 @@ void ZipFileLists::load() {
 
 void ZipFileLists::reload() {
     state.rows.clear();
-    load();
+    fill();
 }
 
 void ZipFileLists::fillGrid() {
-    state.rows =
-        findLists(installation_.paths().localPath, host_.mainJobId(), host_.mainSeparator(), state.ignoreSeparator);
+    state.rows = findLists(installation_.paths().localPath, job_.jobId, job_.separator, state.ignoreSeparator);
     state.selectedRow.reset();
 }
 

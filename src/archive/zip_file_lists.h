@@ -11,7 +11,9 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/screen_host.h"
 #include "app/surroundings.h"
+#include "archive/zip_handover.h"
 #include "archive/zip_writer.h"
 #include "messaging/network_enum.h"
 #include "messaging/recipient_box.h"
@@ -37,31 +39,19 @@ struct ZipState {
     bool busyPointer = false;                ///< hourglass
 };
 
-/// What the work needs of its screen.
-class ZipHost {
-public:
-    virtual ~ZipHost() = default;
-    /// The state has changed. Called before every box and every turn of the event loop that follows a change.
-    virtual void showState() = 0;
-    virtual void beep() = 0;
-    /// The main window's job ID and separator as they stand now: the lists are looked for by these.
-    [[nodiscard]] virtual std::string mainJobId() const = 0;
-    [[nodiscard]] virtual std::string mainSeparator() const = 0;
-};
-
 class ZipFileLists {
 public:
     /// All must outlive this.
-    ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts, ZipHost& host);
+    ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts, ScreenHost& host);
 
     ZipState state;
 
-    /// The screen comes up: the grid gets the job's lists, Combo1 "Query" and the stored recipient.
+    /// The screen comes up: the grid gets the lists of this job, Combo1 "Query" and the stored recipient.
     ///
     /// Kept: an empty stored recipient, and this computer's own name, are added and chosen like any other (test
     /// AnEmptyRecipientStandsOnASecondItem).
-    void load();
-    /// Command5 "Reload".
+    void load(ZipHandover job);
+    /// Command5 "Reload": the same anew, by the main window's job ID and separator.
     void reload();
     /// Check3: a grid with rows is emptied and loaded anew.
     void setIgnoreSeparator(bool ignore);
@@ -90,6 +80,7 @@ public:
 private:
     struct Run;
 
+    void fill();
     void fillGrid();
     void fillRecipients();
     [[nodiscard]] RecipientScreen recipientScreen();
@@ -110,7 +101,8 @@ private:
     Installation& installation_;
     const Surroundings& surroundings_;
     AlertSender& alerts_;
-    ZipHost& host_;
+    ScreenHost& host_;
+    ZipHandover job_;
     KeptFiles kept_;
     bool zipFailed_ = false;  // stays set once an error was shown
 };

@@ -84,8 +84,8 @@ void ZipFileLists::runSteps() {
 bool ZipFileLists::confirmPassword() {
     return !state.password.empty() &&
            surroundings_.dialogs.ask(kProgramTitle,
-                                     "Are you sure you want to password protect the zip file. If you forget the "
-                                     "password, you will not be able to open it.");
+                                     "Are you sure you want to password protect the zip file. "
+                                     "If you forget the password, you will not be able to open it.");
 }
 
 // False ends the run. Kept: the number of rows is taken before the walk and does not go down with a row that is
@@ -113,8 +113,9 @@ bool ZipFileLists::clearTheWay(const Run& run) {
     const std::string path = readable(run.archive->native());
     if (!surroundings_.dialogs.ask("Overwrite file",
                                    "The file " + path +
-                                       " already exists! Overwriting this zip-file may result with no history of the "
-                                       "job. Are you sure you want to overwrite the file " +
+                                       " already exists! "
+                                       "Overwriting this zip-file may result with no history of the job. "
+                                       "Are you sure you want to overwrite the file " +
                                        path + " ?"))
         return false;
     const auto kept = kept_.moveAway(*run.archive);

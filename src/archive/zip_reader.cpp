@@ -172,13 +172,12 @@ NativePath Extraction::otherCaseOf(const NativePath& path) {
 }
 
 Result<void> Extraction::checkInside(const NativePath& path) const {
-    std::error_code error;
-    const auto root = std::filesystem::weakly_canonical(target_, error);
-    if (error)
-        return failure(ErrorKind::PathAccess, readable(target_.native()) + ": " + error.message());
-    const auto real = std::filesystem::weakly_canonical(path, error);
-    const auto inside = real.lexically_relative(root);
-    if (error || inside.empty() || *inside.begin() == "..") {
+    const auto root = resolvedPath(target_);
+    if (!root)
+        return failure(ErrorKind::PathAccess, root.error().text);
+    const auto real = resolvedPath(path);
+    const auto inside = real ? real->lexically_relative(*root) : NativePath();
+    if (inside.empty() || *inside.begin() == "..") {
         return failure(ErrorKind::PathAccess,
                        readable(path.native()) + ": a link leads out of " + readable(target_.native()));
     }

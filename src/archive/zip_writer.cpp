@@ -51,10 +51,9 @@ int onPoll(zip_t* /*archive*/, void* state) {
 }
 
 Result<void> checkReadable(const NativePath& file) {
-    std::error_code error;
     if (!pathExists(file))
         return failure(ErrorKind::NotFound, readable(file.native()) + ": no such file");
-    if (!std::filesystem::is_regular_file(file, error))
+    if (!isRegularFile(file))
         return failure(ErrorKind::PermissionDenied, readable(file.native()) + ": not a regular file");
     return File::openForReading(file).and_then([](File opened) { return opened.close(); });
 }

@@ -123,10 +123,9 @@ void ExtensionEditor::termChanged(const std::string& term) {
     state.term = firstLine(term);
     if (state.term.find(',') == std::string::npos)
         return;
-    dialogs_.tell(
-        "No Commas!",
-        "You are not allowed to use commas in searches as these are used internally by the program. If you need a term "
-        "using a comma, use a HEX based search for '2C'.");
+    dialogs_.tell("No Commas!",
+                  "You are not allowed to use commas in searches as these are used internally by the program. "
+                  "If you need a term using a comma, use a HEX based search for '2C'.");
     std::erase(state.term, ',');
 }
 
@@ -148,9 +147,9 @@ void ExtensionEditor::applyMoveRule() {
 }
 
 void ExtensionEditor::addOrUpdate() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (state.type == kHexType && !acceptHexTerm(state.term, dialogs_)) {
-        host_.focusTerm();
+        host_.focus("Text3");
         return;
     }
     const bool replace = state.updating && state.currentRow >= 0;
@@ -162,7 +161,7 @@ void ExtensionEditor::addOrUpdate() {
 }
 
 void ExtensionEditor::clear() {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position.clear();
     state.term.clear();
     state.updating = false;
@@ -170,7 +169,7 @@ void ExtensionEditor::clear() {
 }
 
 void ExtensionEditor::fill(const char* position, const char* term, int type) {
-    host_.clearClipboard();
+    clearClipboard_();
     state.position = position;
     state.term = term;
     state.type = type;
@@ -201,7 +200,7 @@ void ExtensionEditor::removeRow(int row) {
 }
 
 void ExtensionEditor::deleteRow() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (state.currentRow < 0 || !dialogs_.ask("Delete entry", "Delete entry for " + extensionText() + " ?"))
         return;
     removeRow(state.currentRow);
@@ -209,7 +208,7 @@ void ExtensionEditor::deleteRow() {
 }
 
 void ExtensionEditor::deleteAllRows() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (!dialogs_.ask("delete all?", "This will delete all terms for the extension " + extensionText() +
                                          ", are you sure you want to do this ?")) {
         state.deleteAllTicked = false;

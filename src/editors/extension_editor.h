@@ -4,13 +4,16 @@
 // The Extension Editor without its screen: the terms of one extension beside the files that show whether they hold. All
 // edits live in the rows until `save`. Rows and entries count from 0, -1 for none. docs/formats/term-file.md.
 
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/screen_host.h"
 #include "editors/list_saving.h"
 #include "testing/report_messages.h"
 #include "testing/term_file.h"
@@ -46,24 +49,17 @@ struct ExtensionEditorState {
     bool busyPointer = false;                 ///< hourglass
 };
 
-/// What the editor asks of its screen.
-class ExtensionEditorHost {
-public:
-    virtual ~ExtensionEditorHost() = default;
-    /// Brings the screen up to date with the state, ahead of a box or a long step.
-    virtual void showState() = 0;
-    virtual void clearClipboard() = 0;
-    virtual void beep() = 0;
-    virtual void focusPosition() = 0;
-    virtual void focusTerm() = 0;
-};
-
 class ExtensionEditor {
 public:
     /// All must outlive this.
     ExtensionEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, const ReportMessages& messages,
-                    ExtensionEditorHost& host)
-        : installation_(installation), dialogs_(dialogs), kept_(kept), messages_(messages), host_(host) {}
+                    ScreenHost& host, std::function<void()> clearClipboard)
+        : installation_(installation),
+          dialogs_(dialogs),
+          kept_(kept),
+          messages_(messages),
+          host_(host),
+          clearClipboard_(std::move(clearClipboard)) {}
 
     ExtensionEditorState state;
 
@@ -141,7 +137,8 @@ private:
     Dialogs& dialogs_;
     KeptFiles& kept_;
     const ReportMessages& messages_;
-    ExtensionEditorHost& host_;
+    ScreenHost& host_;
+    std::function<void()> clearClipboard_;
     ListSaver saver_{kept_};
     int hitRow_ = -1;
 };

@@ -85,7 +85,7 @@ void ExtensionEditor::popupAddCommon() {
 }
 
 void ExtensionEditor::testCommon() {
-    host_.clearClipboard();
+    clearClipboard_();
     const auto bytes = readWholeFile(commonHeadersFile());
     if (!bytes || state.identifier < 0)
         return;
@@ -109,12 +109,12 @@ bool ExtensionEditor::checkCriteria() {
     if (state.position.empty()) {
         dialogs_.warn("Error",
                       "Please enter a starting position for the search term (0= Anywhere in the first 512 bytes)");
-        host_.focusPosition();
+        host_.focus("Text2");
         return false;
     }
     if (state.term.empty()) {
         dialogs_.warn("Error", "Please enter a term to search for");
-        host_.focusTerm();
+        host_.focus("Text3");
         return false;
     }
     return true;
@@ -131,18 +131,17 @@ bool ExtensionEditor::checkHexCriteria() {
         dialogs_.warn("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ");
         return false;
     }
-    if (!dialogs_.ask(
-            "Hex Error",
-            "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. Did you want "
-            "to perform a text based search?",
-            BoxStyle::Warning))
+    if (!dialogs_.ask("Hex Error",
+                      "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F. "
+                      "Did you want to perform a text based search?",
+                      BoxStyle::Warning))
         return false;
     state.type = kTextType;
     return true;
 }
 
 void ExtensionEditor::search() {
-    host_.clearClipboard();
+    clearClipboard_();
     if (!checkCriteria())
         return;
     state.framesEnabled = false;
@@ -159,7 +158,7 @@ void ExtensionEditor::search() {
     host_.showState();
     // A control can take the keyboard only now that its frame is on.
     if (!valid)
-        host_.focusTerm();
+        host_.focus("Text3");
 }
 
 void ExtensionEditor::repairPosition() {

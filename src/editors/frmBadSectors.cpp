@@ -1,36 +1,32 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmBadSectors.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "editors/bad_sector_marker.h"
 #include "editors/sector_preview.h"
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/theme.h"
 
 namespace quillon {
 
-frmBadSectors::frmBadSectors(const ScreenContext& context) : context_(context) {
-    setObjectName(QStringLiteral("frmBadSectors"));
-    setWindowTitle(QStringLiteral("Bad Sectors"));
+frmBadSectors::frmBadSectors(const ScreenContext& context)
+    : StepScreen(context, Screen::BadSectors, "frmBadSectors", "Bad Sectors") {
     createControls();
     arrange();
     connect(tBadsector, &QLineEdit::returnPressed, Command3, &QPushButton::click);
-    connect(Command3, &QPushButton::clicked, this, &frmBadSectors::Command3_Click);
+    click(Command3, [this] { Command3_Click(); });
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    closeOnEscape();
+    begin();
     tBadsector->setFocus();
 }
 
@@ -82,18 +78,16 @@ void frmBadSectors::Command3_Click() {
         return;
     const auto bytes = writePreview(context_.installation, marker);
     if (!bytes) {
-        QApplication::beep();
+        beep();
         return;
     }
     context_.navigator.unload(Screen::PreviewBadSector);
     context_.navigator.open(Screen::PreviewBadSector, SectorPreview{*bytes});
 }
 
-void frmBadSectors::closeEvent(QCloseEvent* event) {
-    event->accept();
+void frmBadSectors::leaveOrAsk() {
     context_.navigator.unload(Screen::PreviewBadSector);
-    context_.navigator.showMain();
-    context_.navigator.unload(Screen::BadSectors);
+    StepScreen::leaveOrAsk();
 }
 
 }  // namespace quillon

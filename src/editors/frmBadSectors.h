@@ -12,9 +12,7 @@
 //                          Command3                 "Preview"                         shows the sector
 //                          Command2                 "Done"                            closes the screen
 
-#include <QWidget>
-
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QCheckBox;
 class QGroupBox;
@@ -26,21 +24,17 @@ namespace quillon {
 
 class Grid;
 
-class frmBadSectors final : public QWidget {
+class frmBadSectors final : public StepScreen {
     Q_OBJECT
 
 public:
     explicit frmBadSectors(const ScreenContext& context);
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void createControls();
     void arrange();
     void Command3_Click();
-
-    ScreenContext context_;
+    void leaveOrAsk() override;
 
     QGroupBox* Frame1;
     QLabel* Label1;

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmCommonHeaders.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -15,7 +13,6 @@
 
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -23,18 +20,15 @@
 namespace quillon {
 
 frmCommonHeaders::frmCommonHeaders(const ScreenContext& context, const ReportMessages& messages)
-    : context_(context),
+    : StepScreen(context, Screen::CommonHeaders, "frmCommonHeaders", "Common Headers"),
       messages_(messages),
       editor_(context.installation, context.surroundings.dialogs, context.kept) {
-    setObjectName(QStringLiteral("frmCommonHeaders"));
-    setWindowTitle(QStringLiteral("Common Headers"));
     createEntry();
     createList();
     arrange();
     connectControls();
     editor_.load();
-    showList();
-    showEntry();
+    begin();
     tID->setFocus();
 }
 
@@ -123,29 +117,32 @@ void frmCommonHeaders::connectControls() {
     const std::pair<QLineEdit*, std::string Fields::*> boxes[] = {
         {tID, &Fields::id}, {tTerm, &Fields::term}, {tOffset, &Fields::offset}};
     for (const auto& [box, field] : boxes) {
-        connect(box, &QLineEdit::textChanged, this,
-                [this, field = field](const QString& text) { editor_.fields.*field = fromQt(text); });
+        hear(box, &QLineEdit::textChanged,
+             [this, field = field](const QString& text) { editor_.fields.*field = fromQt(text); });
         connect(box, &QLineEdit::returnPressed, Command1, &QPushButton::click);
     }
-    connect(cboType, &QComboBox::currentIndexChanged, this,
-            [this](int index) { editor_.fields.hexadecimal = index == 1; });
-    connect(Command1, &QPushButton::clicked, this, &frmCommonHeaders::Command1_Click);
-    connect(Command2, &QPushButton::clicked, this, &frmCommonHeaders::Command2_Click);
-    connect(iGrid1, &Grid::rowClicked, this, &frmCommonHeaders::selectRow);
-    connect(iGrid1, &Grid::currentRowChanged, this, &frmCommonHeaders::selectRow);
-    connect(iGrid1, &Grid::rowRightClicked, this, &frmCommonHeaders::openMenu);
+    hear(cboType, &QComboBox::currentIndexChanged, [this](int index) { editor_.fields.hexadecimal = index == 1; });
+    click(Command1, [this] { Command1_Click(); });
+    click(Command2, [this] {
+        editor_.clear();
+        focus("tID");
+    });
+    const auto select = [this](int row) { editor_.selectRow(row); };
+    step(iGrid1, &Grid::rowClicked, select);
+    step(iGrid1, &Grid::currentRowChanged, select);
+    step(iGrid1, &Grid::rowRightClicked, [this](int row, const QPoint& position) { openMenu(row, position); });
     connect(iGrid1, &Grid::keyPressed, this, [this](int, int key) {
         if (key == Qt::Key_Delete)
             Command3->click();
     });
-    connect(mnuDelete, &QAction::triggered, this, &frmCommonHeaders::Command3_Click);
-    connect(Command3, &QPushButton::clicked, this, &frmCommonHeaders::Command3_Click);
-    connect(Check1, &QCheckBox::toggled, this, [this](bool ticked) {
-        editor_.deleteAllEnabled = ticked;
-        showEntry();
+    step(mnuDelete, &QAction::triggered, [this] { editor_.deleteSelected(); });
+    click(Command3, [this] { editor_.deleteSelected(); });
+    step(Check1, &QCheckBox::toggled, [this](bool ticked) { editor_.deleteAllEnabled = ticked; });
+    click(Command5, [this] { editor_.deleteAll(); });
+    click(Command4, [this] {
+        passOver(editor_.save(), "the screen closes in any case, and no word is told for it");
+        close();
     });
-    connect(Command5, &QPushButton::clicked, this, &frmCommonHeaders::Command5_Click);
-    connect(Command4, &QPushButton::clicked, this, &frmCommonHeaders::Command4_Click);
 }
 
 // The right button on Command1 changes the mode, so that a selected row can be the pattern of a new one. The menu key
@@ -156,89 +153,49 @@ bool frmCommonHeaders::eventFilter(QObject* watched, QEvent* event) {
     const bool menuKey = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Menu;
     if (watched != Command1 || !(rightPress || menuKey))
         return QWidget::eventFilter(watched, event);
-    editor_.toggleMode();
-    showEntry();
+    run([this] { editor_.toggleMode(); });
     return true;
 }
 
 void frmCommonHeaders::Command1_Click() {
     switch (editor_.addOrUpdate()) {
         case CommonHeadersEditor::Entered::Refused:
-            QApplication::beep();
+            beep();
             return;
         case CommonHeadersEditor::Entered::BadHexDigits:
-            showEntry();
-            tTerm->setFocus();
+            focus("tTerm");
             return;
         case CommonHeadersEditor::Entered::Done:
-            break;
+            focus("tID");
+            if (editor_.selected() < 0)
+                iGrid1->scrollToEnd();
+            return;
     }
-    showList();
-    if (editor_.selected() < 0)
-        iGrid1->scrollToEnd();
-    showEntry();
-    tID->setFocus();
-}
-
-void frmCommonHeaders::Command2_Click() {
-    editor_.clear();
-    showEntry();
-    tID->setFocus();
-}
-
-void frmCommonHeaders::Command3_Click() {
-    editor_.deleteSelected();
-    showList();
-    showEntry();
-}
-
-void frmCommonHeaders::Command4_Click() {
-    passOver(editor_.save(), "the screen closes in any case, and no word is told for it");
-    close();
-}
-
-void frmCommonHeaders::Command5_Click() {
-    editor_.deleteAll();
-    showList();
-    showEntry();
 }
 
 void frmCommonHeaders::openMenu(int row, const QPoint& position) {
     if (row < 0)
         return;
-    selectRow(row);
+    editor_.selectRow(row);
     mnuDelete->setText(menuText("Delete '" + iGrid1->cell(row, 0) + "'"));
     mnuMenu->popup(position);
 }
 
-void frmCommonHeaders::selectRow(int row) {
-    editor_.selectRow(row);
-    showEntry();
-}
-
-void frmCommonHeaders::showList() {
+void frmCommonHeaders::showControls() {
     std::vector<GridRow> rows;
     rows.reserve(editor_.rows().size());
     for (const auto& header : editor_.rows())
         rows.push_back({{toUtf8(header.id), toUtf8(header.term), toUtf8(header.offset), toUtf8(header.type)}, {}});
     showRows(*iGrid1, std::move(rows));
     showCurrentRow(*iGrid1, editor_.selected());
-}
-
-void frmCommonHeaders::showEntry() {
     showText(*tID, editor_.fields.id);
     showText(*tTerm, editor_.fields.term);
     showText(*tOffset, editor_.fields.offset);
-    showChoice(*cboType, editor_.fields.hexadecimal ? 1 : 0);
+    cboType->setCurrentIndex(editor_.fields.hexadecimal ? 1 : 0);
     Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
     Label3->setVisible(editor_.updating());
-    showTick(*Check1, editor_.deleteAllEnabled);
+    Check1->setChecked(editor_.deleteAllEnabled);
     Command5->setEnabled(editor_.deleteAllEnabled);
-}
-
-void frmCommonHeaders::closeEvent(QCloseEvent* event) {
-    event->accept();
-    context_.navigator.showMain();
 }
 
 }  // namespace quillon

@@ -20,10 +20,8 @@
 //   Command5            "Delete All"               deletes the whole list
 //   Command4            "Done"                     saves and leaves
 
-#include <QWidget>
-
 #include "editors/common_headers_editor.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QAction;
 class QCheckBox;
@@ -37,7 +35,7 @@ namespace quillon {
 
 class Grid;
 
-class frmCommonHeaders final : public QWidget {
+class frmCommonHeaders final : public StepScreen {
     Q_OBJECT
 
 public:
@@ -46,25 +44,15 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void createEntry();
     void createList();
     void arrange();
     void connectControls();
     void Command1_Click();
-    void Command2_Click();
-    void Command3_Click();
-    void Command4_Click();
-    void Command5_Click();
     void openMenu(int row, const QPoint& position);
-    void selectRow(int row);
-    void showList();
-    void showEntry();
+    void showControls() override;
 
-    ScreenContext context_;
     const ReportMessages& messages_;
     CommonHeadersEditor editor_;
 

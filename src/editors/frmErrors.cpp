@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmErrors.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -20,13 +16,12 @@
 namespace quillon {
 
 frmErrors::frmErrors(const ScreenContext& context, ReportMessages& messages)
-    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept, messages) {
-    setObjectName(QStringLiteral("frmErrors"));
-    setWindowTitle(QStringLiteral("Default Report Messages"));
+    : StepScreen(context, Screen::Errors, "frmErrors", "Default Report Messages"),
+      editor_(context.installation, context.surroundings.dialogs, context.kept, messages) {
     createControls();
     connectControls();
     editor_.load();
-    for (std::size_t i = 0; i < kMessageCount; ++i) showText(*tError[i], editor_.texts[i]);
+    begin();
     tError[0]->setFocus();
 }
 
@@ -57,27 +52,23 @@ void frmErrors::createControls() {
 
 void frmErrors::connectControls() {
     for (std::size_t i = 0; i < kMessageCount; ++i) {
-        connect(tError[i], &QLineEdit::textChanged, this,
-                [this, i](const QString& text) { editor_.texts[i] = fromQt(text); });
+        hear(tError[i], &QLineEdit::textChanged, [this, i](const QString& text) { editor_.texts[i] = fromQt(text); });
         connect(tError[i], &QLineEdit::returnPressed, Command1, &QPushButton::click);
     }
-    connect(Command1, &QPushButton::clicked, this, &frmErrors::Command1_Click);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    click(Command1, [this] { Command1_Click(); });
+    closeOnEscape();
 }
 
 // A save that failed leaves the screen open with all that was typed.
 void frmErrors::Command1_Click() {
-    const bool saved = editor_.save();
-    showText(*tError.back(), editor_.texts.back());
-    if (saved)
+    if (editor_.save())
         close();
     else
-        QApplication::beep();
+        beep();
 }
 
-void frmErrors::closeEvent(QCloseEvent* event) {
-    event->accept();
-    context_.navigator.showMain();
+void frmErrors::showControls() {
+    for (std::size_t i = 0; i < kMessageCount; ++i) showText(*tError[i], editor_.texts[i]);
 }
 
 }  // namespace quillon

@@ -10,10 +10,8 @@
 
 #include <array>
 
-#include <QWidget>
-
 #include "editors/report_messages_editor.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QGroupBox;
 class QLabel;
@@ -22,22 +20,19 @@ class QPushButton;
 
 namespace quillon {
 
-class frmErrors final : public QWidget {
+class frmErrors final : public StepScreen {
     Q_OBJECT
 
 public:
     /// Edits the messages of the job in memory, which outlive the screen, and the files.
     frmErrors(const ScreenContext& context, ReportMessages& messages);
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void createControls();
     void connectControls();
     void Command1_Click();
+    void showControls() override;
 
-    ScreenContext context_;
     ReportMessagesEditor editor_;
 
     QGroupBox* Frame1;

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -17,7 +16,6 @@
 #include "text/page_text.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 
@@ -43,11 +41,10 @@ QVariant FileNames::data(const QModelIndex& index, int role) const {
 }
 
 frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover)
-    : context_(context),
-      editor_(context.installation, context.surroundings.dialogs, context.kept, messages, *this),
+    : StepWindow(context, Screen::ExtEditor, "frmExtEditor", "Extension Editor"),
+      editor_(context.installation, context.surroundings.dialogs, context.kept, messages, *this,
+              [] { QApplication::clipboard()->clear(); }),
       whenDone_(handover.whenDone) {
-    setObjectName(QStringLiteral("frmExtEditor"));
-    setWindowTitle(QStringLiteral("Extension Editor"));
     createCriteria();
     createTerms();
     createHexView();
@@ -62,28 +59,17 @@ frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& m
     connectCriteria();
     connectTerms();
     connectFiles();
-    showState();
+    begin();
 }
 
 void frmExtEditor::act(QPushButton* button, void (ExtensionEditor::*operation)()) {
-    connect(button, &QPushButton::clicked, this, [this, operation] {
-        (editor_.*operation)();
-        showState();
-    });
+    click(button, [this, operation] { (editor_.*operation)(); });
 }
 
 void frmExtEditor::connectCriteria() {
-    connect(Text2, &QLineEdit::textChanged, this, [this](const QString& text) {
-        if (showing_)
-            return;
-        editor_.positionChanged(fromQt(text));
-        showState();
-    });
-    connect(Text3, &QLineEdit::textChanged, this, &frmExtEditor::Text3_Change);
-    connect(Combo2, &QComboBox::currentIndexChanged, this, [this](int type) {
-        if (!showing_)
-            editor_.state.type = type;
-    });
+    step(Text2, &QLineEdit::textChanged, [this](const QString& text) { editor_.positionChanged(fromQt(text)); });
+    step(Text3, &QLineEdit::textChanged, [this](const QString& text) { Text3_Change(text); });
+    hear(Combo2, &QComboBox::currentIndexChanged, [this](int type) { editor_.state.type = type; });
     for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
     act(Command2, &ExtensionEditor::addOrUpdate);
     act(Command3, &ExtensionEditor::clear);
@@ -94,58 +80,37 @@ void frmExtEditor::connectCriteria() {
 }
 
 void frmExtEditor::connectTerms() {
-    connect(iGrid1, &Grid::currentRowChanged, this, [this](int row) {
-        if (showing_)
-            return;
-        editor_.selectRow(row);
-        showState();
-    });
+    step(iGrid1, &Grid::currentRowChanged, [this](int row) { editor_.selectRow(row); });
     connect(iGrid1, &Grid::keyPressed, this, [this](int /*row*/, int key) {
         if (key == Qt::Key_Delete)
             Command1->click();
     });
-    connect(iGrid1, &Grid::rowClicked, this, &frmExtEditor::iGrid1_Mouse);
-    connect(iGrid1, &Grid::rowRightClicked, this, &frmExtEditor::iGrid1_RightClick);
+    step(iGrid1, &Grid::rowClicked, [this](int row) { iGrid1_Mouse(row); });
+    step(iGrid1, &Grid::rowRightClicked, [this](int row, const QPoint& place) {
+        iGrid1_Mouse(row);
+        if (row >= 0)
+            mnuA->popup(place);
+    });
     act(Command12_0, &ExtensionEditor::moveUp);
     act(Command12_1, &ExtensionEditor::moveDown);
     act(Command1, &ExtensionEditor::deleteRow);
-    connect(Check1, &QCheckBox::toggled, this, [this](bool ticked) {
-        editor_.state.deleteAllTicked = ticked;
-        showState();
-    });
+    step(Check1, &QCheckBox::toggled, [this](bool ticked) { editor_.state.deleteAllTicked = ticked; });
     act(Command10, &ExtensionEditor::deleteAllRows);
     // Kept: Check2 "Update Master DB" has no effect (test UpdateMasterDbHasNoEffect).
     connect(Command5, &QPushButton::clicked, this, [this] {
-        clearClipboard();
-        leave();
+        QApplication::clipboard()->clear();
+        close();
     });
-    connect(mnuAdd, &QAction::triggered, this, [this] {
-        editor_.popupAddCommon();
-        showState();
-    });
-    connect(mnuDelete, &QAction::triggered, this, [this] {
-        editor_.popupDelete();
-        showState();
-    });
+    step(mnuAdd, &QAction::triggered, [this] { editor_.popupAddCommon(); });
+    step(mnuDelete, &QAction::triggered, [this] { editor_.popupDelete(); });
 }
 
 void frmExtEditor::connectFiles() {
-    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int file) {
-        if (showing_)
-            return;
-        editor_.chooseFile(file);
-        showState();
-    });
+    step(Combo1, &QComboBox::currentIndexChanged, [this](int file) { editor_.chooseFile(file); });
     act(Command9, &ExtensionEditor::previousFile);
     act(Command4, &ExtensionEditor::nextFile);
-    connect(Hex1, &HexView::caretMoved, this, [this](int byte) {
-        editor_.caretMoved(byte);
-        showState();
-    });
-    connect(Combo3, &QComboBox::currentIndexChanged, this, [this](int identifier) {
-        if (!showing_)
-            editor_.state.identifier = identifier;
-    });
+    step(Hex1, &HexView::caretMoved, [this](int byte) { editor_.caretMoved(byte); });
+    hear(Combo3, &QComboBox::currentIndexChanged, [this](int identifier) { editor_.state.identifier = identifier; });
     act(Command13, &ExtensionEditor::testCommon);
 }
 
@@ -154,18 +119,9 @@ void frmExtEditor::iGrid1_Mouse(int row) {
         return;
     editor_.hitRow(row);
     mnuAdd->setText(menuText(editor_.addCommonCaption()));
-    showState();
-}
-
-void frmExtEditor::iGrid1_RightClick(int row, const QPoint& place) {
-    iGrid1_Mouse(row);
-    if (row >= 0)
-        mnuA->popup(place);
 }
 
 void frmExtEditor::Text3_Change(const QString& text) {
-    if (showing_)
-        return;
     editor_.termChanged(fromQt(text));
     if (editor_.state.term == fromQt(text))
         return;
@@ -175,37 +131,13 @@ void frmExtEditor::Text3_Change(const QString& text) {
     Text3->setCursorPosition(place - static_cast<int>(text.left(place).count(QLatin1Char(','))));
 }
 
-// Done
-void frmExtEditor::leave() {
-    if (left_)
-        return;
-    left_ = true;
+void frmExtEditor::leaveOrAsk() {
+    setLeft();
     editor_.save();
     context_.navigator.open(Screen::ViewList);
     if (whenDone_)
         whenDone_();
-    context_.navigator.unload(Screen::ExtEditor);
-}
-
-void frmExtEditor::closeEvent(QCloseEvent* event) {
     leave();
-    event->accept();
-}
-
-void frmExtEditor::clearClipboard() {
-    QApplication::clipboard()->clear();
-}
-
-void frmExtEditor::beep() {
-    QApplication::beep();
-}
-
-void frmExtEditor::focusPosition() {
-    Text2->setFocus();
-}
-
-void frmExtEditor::focusTerm() {
-    Text3->setFocus();
 }
 
 void frmExtEditor::showCriteria() {
@@ -253,16 +185,12 @@ void frmExtEditor::showFile() {
     Combo3->setCurrentIndex(state.identifier);
 }
 
-void frmExtEditor::showState() {
-    if (showing_)
-        return;
-    showing_ = true;
+void frmExtEditor::showControls() {
     showCriteria();
     showTerms();
     showFile();
     busyParts_.setEnabled(editor_.state.framesEnabled);
     showPointer(*this, editor_.state.busyPointer);
-    showing_ = false;
 }
 
 }  // namespace quillon

@@ -36,7 +36,7 @@
 #include "editors/extension_editor.h"
 #include "widgets/busy_parts.h"
 #include "widgets/grid_model.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QCheckBox;
 class QComboBox;
@@ -76,16 +76,12 @@ private:
     const std::vector<std::u16string>& files_;
 };
 
-class frmExtEditor final : public QMainWindow, private ExtensionEditorHost {
+class frmExtEditor final : public StepWindow<QMainWindow> {
     Q_OBJECT
 
 public:
     /// The context must outlive the screen.
     frmExtEditor(const ScreenContext& context, const ReportMessages& messages, const EditorHandover& handover);
-
-protected:
-    /// Closing is "Done".
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     void createCriteria();
@@ -104,29 +100,20 @@ private:
     /// Connects a button to one operation of the editor.
     void act(QPushButton* button, void (ExtensionEditor::*operation)());
     void iGrid1_Mouse(int row);
-    void iGrid1_RightClick(int row, const QPoint& place);
     void Text3_Change(const QString& text);
-    void leave();
+    /// Closing is "Done": saves, and opens the viewer again.
+    void leaveOrAsk() override;
 
-    // ExtensionEditorHost
-    void showState() override;
-    void clearClipboard() override;
-    void beep() override;
-    void focusPosition() override;
-    void focusTerm() override;
-
+    void showControls() override;
     void showCriteria();
     void showTerms();
     void showFile();
 
-    ScreenContext context_;
     ExtensionEditor editor_;
     std::function<void()> whenDone_;
     TermGridRows gridRows_{editor_.state.rows};
     std::vector<HeaderTerm> shownRows_;
     int shownFile_ = -1;
-    bool showing_ = false;
-    bool left_ = false;
     BusyParts busyParts_;
 
     QGroupBox *Frame1, *Frame2, *Frame3;

@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmPreviewBadSector.h"
 
-#include <QCloseEvent>
 #include <QGroupBox>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
 #include "widgets/hex_view.h"
-#include "widgets/navigator.h"
 #include "widgets/theme.h"
 
 namespace quillon {
 
-frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, SectorPreview preview) : context_(context) {
-    setObjectName(QStringLiteral("frmPreviewBadSector"));
-    setWindowTitle(QStringLiteral("Preview Bad Sector Marker"));
+frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, const SectorPreview& preview)
+    : StepScreen(context, Screen::PreviewBadSector, "frmPreviewBadSector", "Preview Bad Sector Marker") {
     Frame1 = makeFrame("Frame1", "Sector Preview");
     XHexEditX1 = make<HexView>("XHexEditX1");
-    XHexEditX1->setBytes(std::move(preview.bytes));
+    XHexEditX1->setBytes(preview.bytes);
     (new QVBoxLayout(Frame1))->addWidget(XHexEditX1);
     Command1 = makeButton("Command1", "Done");
     makePrimary(*Command1);
@@ -31,13 +27,14 @@ frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, SectorPre
     all->addWidget(Command1, 0, Qt::AlignRight);
     resize(sizeHint().width(), 660);
     connect(Command1, &QPushButton::clicked, this, &QWidget::close);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    closeOnEscape();
+    begin();
 }
 
-void frmPreviewBadSector::closeEvent(QCloseEvent* event) {
-    event->accept();
+// Back to the screen that it belongs to.
+void frmPreviewBadSector::leaveOrAsk() {
     context_.navigator.open(Screen::BadSectors);
-    context_.navigator.unload(Screen::PreviewBadSector);
+    leave();
 }
 
 }  // namespace quillon

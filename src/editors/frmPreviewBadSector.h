@@ -7,10 +7,8 @@
 //   Frame1 "Sector Preview"   XHexEditX1               the bytes, read-only (the frame's name is ours)
 //                             Command1       "Done"    back to the bad sector screen
 
-#include <QWidget>
-
 #include "editors/sector_preview.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QGroupBox;
 class QPushButton;
@@ -19,17 +17,14 @@ namespace quillon {
 
 class HexView;
 
-class frmPreviewBadSector final : public QWidget {
+class frmPreviewBadSector final : public StepScreen {
     Q_OBJECT
 
 public:
-    frmPreviewBadSector(const ScreenContext& context, SectorPreview preview);
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
+    frmPreviewBadSector(const ScreenContext& context, const SectorPreview& preview);
 
 private:
-    ScreenContext context_;
+    void leaveOrAsk() override;
 
     QGroupBox* Frame1;
     HexView* XHexEditX1;

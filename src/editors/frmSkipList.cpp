@@ -1,22 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmSkipList.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -24,15 +19,13 @@
 namespace quillon {
 
 frmSkipList::frmSkipList(const ScreenContext& context)
-    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
-    setObjectName(QStringLiteral("frmSkipList"));
-    setWindowTitle(QStringLiteral("Skip List"));
+    : StepScreen(context, Screen::SkipList, "frmSkipList", "Skip List"),
+      editor_(context.installation, context.surroundings.dialogs, context.kept) {
     createControls();
     arrange();
     connectControls();
     editor_.load();
-    showList();
-    showEntry();
+    begin();
     TextBox1->setFocus();
 }
 
@@ -92,70 +85,41 @@ void frmSkipList::arrange() {
 }
 
 void frmSkipList::connectControls() {
-    connect(mnuLoad, &QAction::triggered, this, &frmSkipList::mnuLoad_Click);
+    step(mnuLoad, &QAction::triggered, [this] {
+        if (!editor_.loadFromFile())
+            beep();
+    });
     connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
-    connect(TextBox1, &QLineEdit::textChanged, this, [this](const QString& text) { editor_.entry = fromQt(text); });
+    hear(TextBox1, &QLineEdit::textChanged, [this](const QString& text) { editor_.entry = fromQt(text); });
     connect(TextBox1, &QLineEdit::returnPressed, Command1, &QPushButton::click);
-    connect(Command1, &QPushButton::clicked, this, &frmSkipList::Command1_Click);
-    connect(Command3, &QPushButton::clicked, this, &frmSkipList::Command3_Click);
-    connect(iGrid1, &Grid::rowClicked, this, &frmSkipList::selectRow);
-    connect(iGrid1, &Grid::currentRowChanged, this, &frmSkipList::selectRow);
+    click(Command1, [this] {
+        editor_.addOrUpdate();
+        focus("TextBox1");
+    });
+    click(Command3, [this] {
+        editor_.clear();
+        focus("TextBox1");
+    });
+    const auto select = [this](int row) { editor_.selectRow(row); };
+    step(iGrid1, &Grid::rowClicked, select);
+    step(iGrid1, &Grid::currentRowChanged, select);
     connect(iGrid1, &Grid::keyPressed, this, [this](int, int key) {
         if (key == Qt::Key_Delete)
             Command2->click();
     });
-    connect(Command2, &QPushButton::clicked, this, &frmSkipList::Command2_Click);
+    click(Command2, [this] { editor_.deleteSelected(); });
     connect(Command4, &QPushButton::clicked, this, &QWidget::close);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    closeOnEscape();
 }
 
-void frmSkipList::Command1_Click() {
-    editor_.addOrUpdate();
-    showList();
-    showEntry();
-    TextBox1->setFocus();
-}
-
-void frmSkipList::Command2_Click() {
-    editor_.deleteSelected();
-    showList();
-    showEntry();
-}
-
-void frmSkipList::Command3_Click() {
-    editor_.clear();
-    showEntry();
-    TextBox1->setFocus();
-}
-
-void frmSkipList::mnuLoad_Click() {
-    if (!editor_.loadFromFile())
-        QApplication::beep();
-    showList();
-    showEntry();
-}
-
-void frmSkipList::selectRow(int row) {
-    editor_.selectRow(row);
-    showEntry();
-}
-
-void frmSkipList::showList() {
+void frmSkipList::showControls() {
     std::vector<GridRow> rows;
     rows.reserve(editor_.terms().size());
     for (const auto& term : editor_.terms()) rows.push_back({{toUtf8(term)}, {}});
     showRows(*iGrid1, std::move(rows));
     showCurrentRow(*iGrid1, editor_.selected());
-}
-
-void frmSkipList::showEntry() {
     showText(*TextBox1, editor_.entry);
     Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
-}
-
-void frmSkipList::closeEvent(QCloseEvent* event) {
-    event->accept();
-    context_.navigator.showMain();
 }
 
 }  // namespace quillon

@@ -13,10 +13,8 @@
 //                           Command2            "Delete"                  deletes the selected term
 //                           Command4            "Done"                    closes the screen
 
-#include <QWidget>
-
 #include "editors/skip_list_editor.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QAction;
 class QGroupBox;
@@ -29,28 +27,18 @@ namespace quillon {
 
 class Grid;
 
-class frmSkipList final : public QWidget {
+class frmSkipList final : public StepScreen {
     Q_OBJECT
 
 public:
     explicit frmSkipList(const ScreenContext& context);
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void createControls();
     void arrange();
     void connectControls();
-    void Command1_Click();
-    void Command2_Click();
-    void Command3_Click();
-    void mnuLoad_Click();
-    void selectRow(int row);
-    void showList();
-    void showEntry();
+    void showControls() override;
 
-    ScreenContext context_;
     SkipListEditor editor_;
 
     QMenu* mnu;

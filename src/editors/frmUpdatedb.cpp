@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editors/frmUpdatedb.h"
 
-#include <QApplication>
 #include <QCheckBox>
-#include <QCloseEvent>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -17,7 +15,6 @@
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -25,9 +22,8 @@
 namespace quillon {
 
 frmUpdatedb::frmUpdatedb(const ScreenContext& context)
-    : context_(context), editor_(context.installation, context.surroundings.dialogs, context.kept) {
-    setObjectName(QStringLiteral("frmUpdatedb"));
-    setWindowTitle(QStringLiteral("Manually Update Database"));
+    : StepScreen(context, Screen::Updatedb, "frmUpdatedb", "Manually Update Database"),
+      editor_(context.installation, context.surroundings.dialogs, context.kept) {
     createMenus();
     createCriteria();
     createTerms();
@@ -35,8 +31,7 @@ frmUpdatedb::frmUpdatedb(const ScreenContext& context)
     arrange();
     connectControls();
     editor_.load();
-    showTerms();
-    showCriteria();
+    begin();
     Text1->setFocus();
 }
 
@@ -150,115 +145,85 @@ void frmUpdatedb::arrange() {
 }
 
 void frmUpdatedb::connectControls() {
-    connect(mnuOpen, &QAction::triggered, this, &frmUpdatedb::mnuOpen_Click);
-    connect(mnuDelete, &QAction::triggered, this, &frmUpdatedb::Command1_Click);
-    connect(Text1, &QLineEdit::textChanged, this, &frmUpdatedb::Text1_Change);
-    connect(Command4, &QPushButton::clicked, this, &frmUpdatedb::mnuOpen_Click);
-    connect(Text2, &QLineEdit::textChanged, this,
-            [this](const QString& text) { editor_.fields.position = fromQt(text); });
-    connect(Text3, &QLineEdit::textChanged, this, [this](const QString& text) { editor_.fields.term = fromQt(text); });
+    step(mnuOpen, &QAction::triggered, [this] { mnuOpen_Click(); });
+    step(mnuDelete, &QAction::triggered, [this] { editor_.deleteTerms(); });
+    step(Text1, &QLineEdit::textChanged, [this](const QString& text) { editor_.setExtension(fromQt(text)); });
+    click(Command4, [this] { mnuOpen_Click(); });
+    hear(Text2, &QLineEdit::textChanged, [this](const QString& text) { editor_.fields.position = fromQt(text); });
+    hear(Text3, &QLineEdit::textChanged, [this](const QString& text) { editor_.fields.term = fromQt(text); });
     for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
-    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int index) {
-        editor_.chooseType(index == 1);
-        showCriteria();
-    });
-    connect(Command2, &QPushButton::clicked, this, &frmUpdatedb::Command2_Click);
-    connect(Command3, &QPushButton::clicked, this, &frmUpdatedb::Command3_Click);
-    connect(iGrid1, &Grid::rowClicked, this, &frmUpdatedb::selectRow);
-    connect(iGrid1, &Grid::currentRowChanged, this, &frmUpdatedb::selectRow);
-    connect(iGrid1, &Grid::rowRightClicked, this, &frmUpdatedb::openMenu);
+    step(Combo1, &QComboBox::currentIndexChanged, [this](int index) { editor_.chooseType(index == 1); });
+    click(Command2, [this] { Command2_Click(); });
+    click(Command3, [this] { editor_.clear(); });
+    const auto select = [this](int row) { editor_.selectRow(row); };
+    step(iGrid1, &Grid::rowClicked, select);
+    step(iGrid1, &Grid::currentRowChanged, select);
+    step(iGrid1, &Grid::rowRightClicked, [this](int row, const QPoint& position) { openMenu(row, position); });
     connect(iGrid1, &Grid::keyPressed, this, [this](int, int key) {
         if (key == Qt::Key_Delete)
             Command1->click();
     });
-    connect(Command1, &QPushButton::clicked, this, &frmUpdatedb::Command1_Click);
-    connect(Check1, &QCheckBox::toggled, this, [this](bool ticked) { editor_.deleteAllTerms = ticked; });
+    click(Command1, [this] { editor_.deleteTerms(); });
+    hear(Check1, &QCheckBox::toggled, [this](bool ticked) { editor_.deleteAllTerms = ticked; });
     connect(Command5, &QPushButton::clicked, this, &QWidget::close);
 }
 
 void frmUpdatedb::mnuOpen_Click() {
     switch (editor_.openSample()) {
         case ManualUpdate::Opened::Nothing:
-            return;
+            break;
         case ManualUpdate::Opened::Failed:
-            QApplication::beep();
-            return;
+            beep();
+            break;
         case ManualUpdate::Opened::Shown:
+            Hex1->setBytes(editor_.sample());
             break;
     }
-    Hex1->setBytes(editor_.sample());
-    showText(*Text1, editor_.extension());
-    showTerms();
-}
-
-void frmUpdatedb::Text1_Change(const QString& text) {
-    editor_.setExtension(fromQt(text));
-    showTerms();
-}
-
-void frmUpdatedb::Command1_Click() {
-    editor_.deleteTerms();
-    showTerms();
 }
 
 void frmUpdatedb::Command2_Click() {
-    const ManualUpdate::Focus focus = editor_.addOrUpdate();
-    showTerms();
-    showCriteria();
-    switch (focus) {
+    switch (editor_.addOrUpdate()) {
         case ManualUpdate::Focus::Extension:
-            Text1->setFocus();
+            focus("Text1");
             break;
         case ManualUpdate::Focus::Position:
-            Text2->setFocus();
+            focus("Text2");
             break;
         case ManualUpdate::Focus::Term:
-            Text3->setFocus();
+            focus("Text3");
             break;
         case ManualUpdate::Focus::Stays:
             break;
     }
 }
 
-void frmUpdatedb::Command3_Click() {
-    editor_.clear();
-    showCriteria();
-}
-
 void frmUpdatedb::openMenu(int row, const QPoint& position) {
     if (row < 0)
         return;
-    selectRow(row);
+    editor_.selectRow(row);
     mnuDelete->setText(menuText(editor_.deleteCaption()));
     mnuCommonHeader->setText(menuText(editor_.commonHeaderCaption()));
     mnuEdit->popup(position);
 }
 
-void frmUpdatedb::selectRow(int row) {
-    editor_.selectRow(row);
-    showCriteria();
-}
-
-void frmUpdatedb::showTerms() {
+void frmUpdatedb::showControls() {
+    showText(*Text1, editor_.extension());
     std::vector<GridRow> rows;
     rows.reserve(editor_.rows().size());
     for (const auto& term : editor_.rows())
         rows.push_back({{toUtf8(term.term), toUtf8(term.offset), toUtf8(term.type)}, {}});
     showRows(*iGrid1, std::move(rows));
     showCurrentRow(*iGrid1, editor_.current());
-}
-
-void frmUpdatedb::showCriteria() {
     showText(*Text2, editor_.fields.position);
     showText(*Text3, editor_.fields.term);
-    showChoice(*Combo1, editor_.fields.hexadecimal ? 1 : 0);
+    Combo1->setCurrentIndex(editor_.fields.hexadecimal ? 1 : 0);
     Command2->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
 }
 
-void frmUpdatedb::closeEvent(QCloseEvent* event) {
+// Every way out saves.
+void frmUpdatedb::leaveOrAsk() {
     editor_.save();
-    event->accept();
-    context_.navigator.showMain();
+    StepScreen::leaveOrAsk();
 }
 
 }  // namespace quillon

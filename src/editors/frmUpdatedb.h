@@ -23,10 +23,8 @@
 //                             Command5         "Done"                           saves and leaves
 //   Frame1 "Hex View"         Hex1                                              first 512 bytes of the sample
 
-#include <QWidget>
-
 #include "editors/manual_update.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QAction;
 class QCheckBox;
@@ -42,14 +40,11 @@ namespace quillon {
 class Grid;
 class HexView;
 
-class frmUpdatedb final : public QWidget {
+class frmUpdatedb final : public StepScreen {
     Q_OBJECT
 
 public:
     explicit frmUpdatedb(const ScreenContext& context);
-
-protected:
-    void closeEvent(QCloseEvent* event) override;
 
 private:
     void createMenus();
@@ -59,16 +54,11 @@ private:
     void arrange();
     void connectControls();
     void mnuOpen_Click();
-    void Text1_Change(const QString& text);
-    void Command1_Click();
     void Command2_Click();
-    void Command3_Click();
     void openMenu(int row, const QPoint& position);
-    void selectRow(int row);
-    void showTerms();
-    void showCriteria();
+    void showControls() override;
+    void leaveOrAsk() override;
 
-    ScreenContext context_;
     ManualUpdate editor_;
 
     QMenu* mnuFle;

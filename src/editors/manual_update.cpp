@@ -47,10 +47,9 @@ ManualUpdate::Opened ManualUpdate::openSample() {
     if (chosen.empty() || !pathExists(chosen.front()) || !acceptsSample(chosen.front()))
         return Opened::Nothing;
     // The person chose the file, so a link to it is as good; what it leads to is opened as any file of a source.
-    std::error_code error;
-    const NativePath real = std::filesystem::canonical(chosen.front(), error);
+    const auto real = resolvedPath(chosen.front());
     HeaderBytes head;
-    if (error || !SourceFiles().readHead(real.native(), head))
+    if (!real || !SourceFiles().readHead(real->native(), head))
         return Opened::Failed;
     sample_.assign(head.begin(), head.end());
     passOver(saveWholeFile(installation_.appFolder() / kSampleDumpName, sample_),

@@ -18,16 +18,16 @@ namespace quillon {
 
 class ShareSteps;
 
-/// What the driver asks of its screen besides dialogs.
+/// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
 public:
     virtual ~JobHost() = default;
     /// Runs the source picker.
-    virtual void pickSource() = 0;
+    virtual void pickSource() {}
     /// Puts the focus on the target picker's button.
-    virtual void focusTargetPicker() = 0;
+    virtual void focusTargetPicker() {}
     /// Copies the state of the commands to the toolbar.
-    virtual void updateToolbar() = 0;
+    virtual void updateToolbar() {}
 };
 
 /// How a job ended, for a front end that has to say so.

@@ -112,8 +112,9 @@ void JobSetup::pickTarget() {
     const auto entries = listEntries(*folder);
     const bool filled = entries && std::any_of(entries->begin(), entries->end(), countsAsContent);
     if (filled && !surroundings_.dialogs.ask("Warning !",
-                                             "There are aleady files stored on this drive or folder. Any existing "
-                                             "files or folders may be overwritten, do you still want to copy?"))
+                                             "There are aleady files stored on this drive or folder. "
+                                             "Any existing files or folders may be overwritten, "
+                                             "do you still want to copy?"))
         return;
     const std::string shown = "Copy to : " + readable(folder->native());
     if (filled)

@@ -117,8 +117,8 @@ bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest
     trap(server_.sendData(payload));
     if (portConflict_) {
         surroundings_.dialogs.tell("Warning",
-                                   "The return message may have been intercepted by ZOV - Messenger or another "
-                                   "application set to use the same port.",
+                                   "The return message may have been intercepted by ZOV - Messenger "
+                                   "or another application set to use the same port.",
                                    BoxStyle::Information);
         waitElapsed_ = 9999;
         ackState_ = AckState::Acknowledged;

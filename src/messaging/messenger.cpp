@@ -8,14 +8,13 @@
 
 #include <fmt/format.h>
 
+#include "platform/moment.h"
 #include "platform/start_beside.h"
 #include "text/fields.h"
 
 namespace quillon {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // So many names may be looked up at once; a name server that is dead blocks one thread for each.
 constexpr std::size_t kAnswerThreads = 8;
@@ -39,7 +38,7 @@ std::string harmless(std::string_view line) {
 struct AnswerQueue::State {
     struct Waiting {
         std::string name;
-        Clock::time_point deadline;
+        Moment deadline;
     };
 
     std::string bytes;
@@ -56,13 +55,13 @@ struct AnswerQueue::State {
 
     // Looks the name up and sends, unless the time is over by then.
     std::uint64_t Counts::*deliver(const Waiting& answer) {
-        if (Clock::now() > answer.deadline)
+        if (momentNow() > answer.deadline)
             return &Counts::dropped;
         const auto address = resolver(answer.name);
         if (!address)
             return &Counts::failed;
         const std::lock_guard lock(mutex);
-        if (ended || Clock::now() > answer.deadline)
+        if (ended || momentNow() > answer.deadline)
             return &Counts::dropped;
         return send(*address, bytes) ? &Counts::sent : &Counts::failed;
     }
@@ -87,7 +86,7 @@ void AnswerQueue::answer(const std::string& name) {
         ++state_->counts.dropped;
         return;
     }
-    state_->waiting.push_back({name, Clock::now() + state_->limit});
+    state_->waiting.push_back({name, momentNow() + state_->limit});
     // All threads that there are may be stuck in a look-up.
     if (state_->threads == kAnswerThreads)
         return;

@@ -13,8 +13,6 @@ namespace quillon {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
 // A person picks one name of a list; a network of more resources is not walked to its end.
 constexpr std::size_t kMostResources = 65536;
 
@@ -41,10 +39,10 @@ struct Walk {
 };
 
 // Breadth first over a single list: what a container holds goes behind everything that is known already.
-void walkNetwork(NetworkProvider& provider, std::uint32_t resourceType, Clock::time_point deadline, Walk& walk) {
+void walkNetwork(NetworkProvider& provider, std::uint32_t resourceType, Moment deadline, Walk& walk) {
     if (auto root = provider.enumerate(nullptr, resourceType, deadline))
         walk.add(std::move(*root));
-    for (std::size_t index = 0; Clock::now() < deadline; ++index) {
+    for (std::size_t index = 0; momentNow() < deadline; ++index) {
         const auto resource = walk.at(index);
         if (!resource)
             break;
@@ -80,14 +78,14 @@ void CNetworkEnum::Reset() {
 
 std::vector<NetworkResource> CNetworkEnum::walk() const {
     const auto state = std::make_shared<Walk>();
-    const auto deadline = Clock::now() + patience_;
+    const auto deadline = momentNow() + patience_;
     const auto walked = startBeside([state, provider = provider_, type = resourceType_, deadline] {
         walkNetwork(*provider, type, deadline, *state);
     });
     if (!walked)
         return {};  // as though the network were silent
     turnUntil(loop_, [&](std::chrono::milliseconds pause) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow());
         return left.count() <= 0 || hasCome(*walked, std::min(pause, left));
     });
     return state->all();

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/event_loop.h"
+#include "platform/moment.h"
 #include "platform/result.h"
 
 namespace quillon {
@@ -46,9 +47,9 @@ public:
     virtual ~NetworkProvider() = default;
 
     /// What stands directly in a container; null for the root. Ends at `deadline` with what is known by then.
-    [[nodiscard]] virtual Result<std::vector<NetworkResource>> enumerate(
-        const NetworkResource* container, std::uint32_t resourceType,
-        std::chrono::steady_clock::time_point deadline) = 0;
+    [[nodiscard]] virtual Result<std::vector<NetworkResource>> enumerate(const NetworkResource* container,
+                                                                         std::uint32_t resourceType,
+                                                                         Moment deadline) = 0;
 };
 
 class CNetworkEnum {

@@ -22,8 +22,8 @@ std::string noConnectionText(const std::string& name) {
 std::string notSentText(const std::string& error) {
     return "Unable to send test message. The system returned the following error code : " + error +
            "\r\n"
-           "If this system is running the ZOV-Messenger, then this machine will be unable to send messages as the "
-           "ports it needs to send data are listening for data coming from other machines.";
+           "If this system is running the ZOV-Messenger, then this machine will be unable to send messages "
+           "as the ports it needs to send data are listening for data coming from other machines.";
 }
 
 std::string saveQuestion(const std::string& name, bool portConflict) {

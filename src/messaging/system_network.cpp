@@ -44,7 +44,7 @@ bool isOtherComputer(const HostAddress& address) {
 class SystemNetwork final : public NetworkProvider {
 public:
     Result<std::vector<NetworkResource>> enumerate(const NetworkResource* container, std::uint32_t /*resourceType*/,
-                                                   std::chrono::steady_clock::time_point deadline) override {
+                                                   Moment deadline) override {
         if (container == nullptr)
             return std::vector{NetworkResource{DisplayType::Network, kUsageContainer, "Local network"}};
         const auto hosts = readWholeFile(kHostsDatabase);

@@ -2,6 +2,7 @@
 #include "platform/folders.h"
 
 #include <algorithm>
+#include <chrono>
 #include <memory>
 
 #include <dirent.h>
@@ -68,6 +69,23 @@ bool isFolder(const NativePath& path) {
     return statPath(path, info) && S_ISDIR(info.st_mode);
 }
 
+bool isRegularFile(const NativePath& path) {
+    struct stat info {};
+    return statPath(path, info) && S_ISREG(info.st_mode);
+}
+
+bool isLink(const NativePath& path) {
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0 && S_ISLNK(info.st_mode);
+}
+
+FileTime fileTimeNow() {
+    constexpr std::int64_t second = 1'000'000'000;
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
+    return {nanoseconds / second, static_cast<std::uint32_t>(nanoseconds % second)};
+}
+
 Result<FileStamp> fileStamp(const NativePath& path) {
     struct stat info {};
     if (!statPath(path, info))
@@ -126,6 +144,12 @@ Result<void> removeFile(const NativePath& path) {
     return {};
 }
 
+Result<void> createLink(const NativePath& target, const NativePath& link) {
+    if (::symlink(target.c_str(), link.c_str()) != 0)
+        return failure(systemError(link.native()));
+    return {};
+}
+
 Result<void> renameFile(const NativePath& from, const NativePath& to) {
     if (disk().rename(AT_FDCWD, from.c_str(), to.c_str()) != 0)
         return failure(systemError(to.native()));
@@ -144,11 +168,24 @@ Result<NativePath> childPath(const NativePath& folder, std::string_view name) {
     return folder / name;
 }
 
-NativePath realPath(const NativePath& path) {
+Result<NativePath> absolutePath(const NativePath& path) {
+    std::error_code error;
+    NativePath whole = std::filesystem::absolute(path, error);
+    if (error)
+        return failure(systemError(path.native(), error.value()));
+    return whole.lexically_normal();
+}
+
+Result<NativePath> resolvedPath(const NativePath& path) {
     std::error_code error;
     NativePath real = std::filesystem::weakly_canonical(path, error);
     if (error)
-        real = path.lexically_normal();
+        return failure(systemError(path.native(), error.value()));
+    return real;
+}
+
+NativePath realPath(const NativePath& path) {
+    const NativePath real = resolvedPath(path).value_or(path.lexically_normal());
     return real.has_filename() ? real : real.parent_path();
 }
 

@@ -17,6 +17,10 @@ namespace quillon {
 /// True for a file or a folder; links are followed. An empty path does not exist.
 [[nodiscard]] bool pathExists(const NativePath& path);
 [[nodiscard]] bool isFolder(const NativePath& path);
+/// True for a file with bytes of its own, also behind links: no folder, no device, no pipe.
+[[nodiscard]] bool isRegularFile(const NativePath& path);
+/// True for a link itself, whether it leads anywhere or not.
+[[nodiscard]] bool isLink(const NativePath& path);
 
 /// Seconds and nanoseconds of a modification time, as the file system holds it.
 struct FileTime {
@@ -25,6 +29,9 @@ struct FileTime {
 
     friend auto operator<=>(const FileTime&, const FileTime&) = default;
 };
+
+/// This moment by the clock that gives files their times.
+[[nodiscard]] FileTime fileTimeNow();
 
 /// What tells one state of a file from another.
 struct FileStamp {
@@ -54,6 +61,9 @@ struct FileStamp {
 /// Removes a file. A file that is not there is a NotFound failure.
 [[nodiscard]] Result<void> removeFile(const NativePath& path);
 
+/// Makes a link that leads to `target`; a name that is taken is a failure.
+[[nodiscard]] Result<void> createLink(const NativePath& target, const NativePath& link);
+
 /// Moves a file by rename, within one volume; an existing target is replaced.
 [[nodiscard]] Result<void> renameFile(const NativePath& from, const NativePath& to);
 
@@ -63,6 +73,12 @@ struct FileStamp {
 
 /// `folder`/`name`, or a BadName failure when `name` is no file name.
 [[nodiscard]] Result<NativePath> childPath(const NativePath& folder, std::string_view name);
+
+/// A path from the root on, without "." and "..", which are taken by their words: links are not looked at.
+[[nodiscard]] Result<NativePath> absolutePath(const NativePath& path);
+
+/// The place of a path behind all links. A part that does not exist stays as it reads.
+[[nodiscard]] Result<NativePath> resolvedPath(const NativePath& path);
 
 /// The place of a path behind all links, with no separator at its end. A part that does not exist stays as it reads,
 /// and so does a path too long to be asked for.

@@ -19,8 +19,6 @@ namespace quillon {
 
 namespace {
 
-using Deadline = std::chrono::steady_clock::time_point;
-
 // A network that announces more computers than this is not one that a person picks a recipient from.
 constexpr std::size_t kMostHosts = 4096;
 
@@ -47,10 +45,9 @@ public:
     [[nodiscard]] AvahiClient* client() const { return client_.get(); }
 
     // Hears the daemon until `done` or the deadline.
-    void run(Deadline deadline, const std::function<bool()>& done) {
+    void run(Moment deadline, const std::function<bool()>& done) {
         while (works() && !done()) {
-            const auto left =
-                std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now()).count();
+            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow()).count();
             if (left <= 0 || avahi_simple_poll_iterate(poll_.get(), static_cast<int>(std::min<long>(left, 100))) != 0)
                 return;
         }
@@ -171,7 +168,7 @@ void addressSeen(AvahiHostNameResolver* /*resolver*/, AvahiIfIndex /*interface*/
 
 }  // namespace
 
-std::vector<std::string> browseAnnouncedHosts(std::chrono::steady_clock::time_point deadline) {
+std::vector<std::string> browseAnnouncedHosts(Moment deadline) {
     Connection connection;
     if (!connection.works())
         return {};
@@ -192,7 +189,7 @@ std::optional<std::string> resolveAnnouncedHost(const std::string& hostName) {
                                          family, AvahiLookupFlags{}, &addressSeen, &answer);
         if (resolver == nullptr)
             return std::nullopt;
-        connection.run(std::chrono::steady_clock::now() + patience, [&] { return answer.told; });
+        connection.run(momentNow() + patience, [&] { return answer.told; });
         avahi_host_name_resolver_free(resolver);
         if (answer.address)
             return answer.address;
@@ -206,7 +203,7 @@ std::optional<std::string> resolveAnnouncedHost(const std::string& hostName) {
 
 namespace quillon {
 
-std::vector<std::string> browseAnnouncedHosts(std::chrono::steady_clock::time_point /*deadline*/) {
+std::vector<std::string> browseAnnouncedHosts(Moment /*deadline*/) {
     return {};
 }
 

@@ -46,14 +46,6 @@ private:
     bool quiet_;
 };
 
-// A command has no source picker and no toolbar.
-class CommandHost final : public JobHost {
-public:
-    void pickSource() override {}
-    void focusTargetPicker() override {}
-    void updateToolbar() override {}
-};
-
 // What an installation needs and does not have, each with a blank ahead; the shared folders only with sharing on.
 std::string missingFolders(const Paths& paths) {
     std::vector<NativePath> needed = {paths.localSettings, paths.localDatabase, paths.zipPath};
@@ -171,7 +163,7 @@ int runJob(const JobCommandOptions& chosen, Installation& installation, const Co
     applyOptions(chosen, job, showLine);
     loadReportMessages(installation, dialogs, job.kept(), job.messages);
 
-    CommandHost host;
+    JobHost host;
     UdpSocket server;
     UdpSocket client;
     AlertExchange alerts(AlertScreen::Main, server, client, installation, job.surroundings(),

@@ -18,12 +18,6 @@ namespace quillon {
 
 namespace {
 
-NativePath absolutePath(const std::string& text) {
-    std::error_code error;
-    const NativePath path = std::filesystem::absolute(text, error).lexically_normal();
-    return error ? NativePath(text) : path;
-}
-
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 
 constexpr const char* kStatuses = R"(Exit status:
@@ -118,11 +112,11 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         err << "quillon-job: " << wrong.what() << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
-    options.source = absolutePath(source);
+    options.source = absolutePath(source).value_or(source);
     if (!target.empty())
-        options.target = absolutePath(target);
+        options.target = absolutePath(target).value_or(target);
     if (!app.empty())
-        options.appFolder = absolutePath(app);
+        options.appFolder = absolutePath(app).value_or(app);
     if (const auto wrong = wrongUsage(options, source); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};

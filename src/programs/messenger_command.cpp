@@ -44,8 +44,8 @@ struct Parsed {
 Parsed parse(const std::vector<std::string>& arguments, const MessengerProcess& process) {
     MessengerOptions options;
     CLI::App command(
-        "Receives alerts of Quillon, prints and stores them and acknowledges. While it runs, programs on this computer "
-        "cannot collect acknowledgements on the same port.",
+        "Receives alerts of Quillon, prints and stores them and acknowledges. "
+        "While it runs, programs on this computer cannot collect acknowledgements on the same port.",
         "quillon-messenger");
     command.add_option("--port", options.port, "UDP port to listen on (default: 12021)")
         ->check(CLI::Range(1, 65535))
@@ -175,8 +175,8 @@ private:
         if (kind != DatagramKind::Acknowledgement || acknowledgementTold_)
             return;
         acknowledgementTold_ = true;
-        process_.err << "quillon-messenger: an acknowledgement for a program on this computer has arrived here: while "
-                        "the messenger runs, alerts sent from this computer count as not acknowledged\n"
+        process_.err << "quillon-messenger: an acknowledgement for a program on this computer has arrived here: "
+                        "while the messenger runs, alerts sent from this computer count as not acknowledged\n"
                      << std::flush;
     }
 

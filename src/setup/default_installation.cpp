@@ -46,14 +46,13 @@ Result<DefaultSetup> fillAndSave(Installation& installation) {
 }  // namespace
 
 Result<DefaultSetup> setUpDefaultInstallation(Installation& installation) {
-    std::error_code error;
-    const NativePath appFolder = std::filesystem::absolute(installation.appFolder(), error);
-    const NativePath localPath = (appFolder / "Data").lexically_normal();
+    const auto appFolder = absolutePath(installation.appFolder());
+    const NativePath localPath = appFolder.value_or(installation.appFolder()) / "Data";
     const AppSettings before = installation.settings;
     installation.settings = defaultSettings(localPath, localPath / "Archives");
     installation.refreshPathVariables();
     Result<DefaultSetup> result;
-    if (error || installation.paths().zipPath != localPath / "Archives")
+    if (!appFolder || installation.paths().zipPath != localPath / "Archives")
         result =
             failure(ErrorKind::BadName, readable(localPath.native()) + " has a name that the settings cannot hold");
     else

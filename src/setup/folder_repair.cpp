@@ -31,8 +31,8 @@ void repairFolders(const Installation& installation, const Surroundings& surroun
     if (!whole) {
         surroundings.dialogs.warn(
             "Error",
-            "Unable to repair folder structure. Please check that network drives are mapped correcty, and that "
-            "the shared drives are accessible.");
+            "Unable to repair folder structure. "
+            "Please check that network drives are mapped correcty, and that the shared drives are accessible.");
     }
 }
 

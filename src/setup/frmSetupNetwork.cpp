@@ -1,24 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "setup/frmSetupNetwork.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 #include "widgets/qt_text.h"
 #include "widgets/theme.h"
-#include "widgets/window_event_loop.h"
 
 namespace quillon {
 
 frmSetupNetwork::frmSetupNetwork(const ScreenContext& context)
-    : context_(context), setup_(context.installation, context.surroundings, *this) {
-    setObjectName(QStringLiteral("frmSetupNetwork"));
-    setWindowTitle(QStringLiteral("Set up Network"));
+    : StepScreen(context, Screen::SetupNetwork, "frmSetupNetwork", "Set up Network"),
+      setup_(context.installation, context.surroundings, *this) {
     createControls();
-    showState();
     connectControls();
+    begin();
 }
 
 void frmSetupNetwork::createControls() {
@@ -58,23 +54,15 @@ void frmSetupNetwork::createControls() {
 }
 
 void frmSetupNetwork::connectControls() {
-    for (std::size_t i = 0; i < Command3.size(); ++i) {
-        connect(Command3[i], &QPushButton::clicked, this, [this, i] {
-            readInputs();
-            setup_.setAll(i == 1);
-            showState();
-        });
-    }
-    connect(Command1, &QPushButton::clicked, this, &frmSetupNetwork::Command1_Click);
+    for (std::size_t i = 0; i < Check1.size(); ++i)
+        hear(Check1[i], &QCheckBox::toggled, [this, i](bool ticked) { setup_.state.boxes[i].ticked = ticked; });
+    for (std::size_t i = 0; i < Command3.size(); ++i) click(Command3[i], [this, i] { setup_.setAll(i == 1); });
+    click(Command1, [this] { Command1_Click(); });
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+    closeOnEscape();
 }
 
-void frmSetupNetwork::readInputs() {
-    for (std::size_t i = 0; i < Check1.size(); ++i) setup_.state.boxes[i].ticked = Check1[i]->isChecked();
-}
-
-void frmSetupNetwork::showState() {
+void frmSetupNetwork::showControls() {
     for (std::size_t i = 0; i < Check1.size(); ++i) {
         Check1[i]->setChecked(setup_.state.boxes[i].ticked);
         Check1[i]->setEnabled(setup_.state.boxes[i].enabled);
@@ -84,22 +72,9 @@ void frmSetupNetwork::showState() {
 
 // Copy
 void frmSetupNetwork::Command1_Click() {
-    readInputs();
-    copying_ = true;
     for (QPushButton* button : {Command1, Command2, Command3[0], Command3[1]}) button->setEnabled(false);
     setup_.copy();
-    copying_ = false;
-    context_.loop.flush();
     close();
-}
-
-void frmSetupNetwork::closeEvent(QCloseEvent* event) {
-    if (copying_) {  // the copies go on; their end closes the screen
-        event->ignore();
-        return;
-    }
-    event->accept();
-    context_.navigator.unload(Screen::SetupNetwork);
 }
 
 }  // namespace quillon

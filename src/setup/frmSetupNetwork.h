@@ -12,35 +12,27 @@
 
 #include <array>
 
-#include <QWidget>
-
 #include "setup/network_setup.h"
 #include "widgets/control_maker.h"
-#include "widgets/navigator.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 namespace quillon {
 
-class frmSetupNetwork final : public QWidget, private NetworkSetupHost {
+class frmSetupNetwork final : public StepScreen {
     Q_OBJECT
 
 public:
     /// The context must outlive the screen.
     explicit frmSetupNetwork(const ScreenContext& context);
 
-protected:
-    void closeEvent(QCloseEvent* event) override;
-
 private:
     void createControls();
     void connectControls();
-    void readInputs();
     void Command1_Click();
-    void showState() override;
+    void showControls() override;
+    void leaveOrAsk() override { leave(); }
 
-    const ScreenContext& context_;
     NetworkSetup setup_;
-    bool copying_ = false;
 
     std::array<QCheckBox*, kNetworkBoxCount> Check1{};
     std::array<QPushButton*, 2> Command3{};

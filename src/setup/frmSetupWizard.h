@@ -52,14 +52,11 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTabWidget>
-#include <QWidget>
 
 #include "messaging/alert_exchange.h"
 #include "platform/datagram_socket.h"
 #include "setup/wizard.h"
 #include "widgets/control_maker.h"
-#include "widgets/navigator.h"
-#include "widgets/screen_context.h"
 #include "widgets/step_screen.h"
 
 class QTimer;
@@ -67,7 +64,7 @@ class QVBoxLayout;
 
 namespace quillon {
 
-class frmSetupWizard final : public StepScreen, private WizardHost {
+class frmSetupWizard final : public StepScreen {
     Q_OBJECT
 
 public:
@@ -87,21 +84,16 @@ private:
     [[nodiscard]] QWidget* createExportTab();
     void connectControls();
     void connectSteps();
+    void hearPlainInputs();
     void connectRecipients();
     void showPaths();
     void showChecks();
     static void showRecipients(const RecipientBox& shown, QComboBox& box, QPushButton& button);
 
-    // StepScreen and WizardHost
-    void readInputs() override;
-    void showState() override;
+    void showControls() override;
     void leaveOrAsk() override;
-    void beep() override;
-    void focusBrowse(WizardPath path) override;
-    void startHintTimer() override;
-    void leave(bool reload) override;
+    void end(WizardEnd end);
 
-    const ScreenContext& context_;
     UdpSocket wServer_;
     UdpSocket wClient_;
     AlertExchange exchange_;

@@ -171,8 +171,8 @@ QWidget* frmSetupWizard::createSharedTab() {
     QWidget* tab = makeTab(content, "frameShared", "Shared DB Path");
     content->addWidget(
         makeText("Label9",
-                 "Set this to the location on your network where the shared database is to be stored. If the "
-                 "databases do not exist, then the local databases will be copied to the selected location."));
+                 "Set this to the location on your network where the shared database is to be stored. "
+                 "If the databases do not exist, then the local databases will be copied to the selected location."));
     Check5 = add(*content, makeCheck("Check5", "Use Shared DB (Recommended))"));
     QGridLayout* grid = addGrid(*content);
     std::tie(Text3, Command4) = addPath(*grid, makeLabel("Label10", "Shared DB Path"), "Text3", "Command4");
@@ -205,10 +205,10 @@ QWidget* frmSetupWizard::createDefaultsTab() {
 QWidget* frmSetupWizard::createAlertsTab() {
     QVBoxLayout* content = nullptr;
     QWidget* tab = makeTab(content, "frameAlerts", "Alerts");
-    content->addWidget(
-        makeText("Label13",
-                 "Select which computer to send alerts to. Note that the ZOV Messenger software needs to be "
-                 "installed on the machine that is to receive the messages."));
+    content->addWidget(makeText(
+        "Label13",
+        "Select which computer to send alerts to. "
+        "Note that the ZOV Messenger software needs to be installed on the machine that is to receive the messages."));
     std::tie(Combo1, Command9, Command13) =
         addRecipient(*content, makeText("Label14", "Set Computer to receive automatic program alerts"), "Combo1",
                      "Command9", "Command13");
@@ -225,8 +225,8 @@ QWidget* frmSetupWizard::createExportTab() {
     content->addWidget(
         makeText("Label16",
                  "Clicking on [Export] allows you to export these settings to a shared location where they may be "
-                 "imported by other ZOV Systems on your netwrok. This will save time when intalling the software "
-                 "on multiple machines."));
+                 "imported by other ZOV Systems on your netwrok. "
+                 "This will save time when intalling the software on multiple machines."));
     Command12 = add(*content, makeButton("Command12", "Export"));
     content->setAlignment(Command12, Qt::AlignRight);
     content->addStretch(1);

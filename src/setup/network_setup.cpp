@@ -52,7 +52,7 @@ const SingleFile& singleFile(NetworkBoxIndex index) {
 
 }  // namespace
 
-NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, NetworkSetupHost& host)
+NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host)
     : installation_(installation), surroundings_(surroundings), host_(host), kept_(installation, surroundings.clock) {
 }
 
@@ -168,10 +168,9 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
 void NetworkSetup::copyDatabase() {
     const Paths& paths = installation_.paths();
     const auto present = beside([&paths] { return databaseFiles(paths.sharedDatabase); });
-    if (!present.empty() &&
-        !surroundings_.dialogs.ask("Overwrite shared DB?",
-                                   "A database aready exists in the target folder. Do you want to overwrite the "
-                                   "existing database?")) {
+    if (!present.empty() && !surroundings_.dialogs.ask("Overwrite shared DB?",
+                                                       "A database aready exists in the target folder. "
+                                                       "Do you want to overwrite the existing database?")) {
         tick(kMainDatabaseBox, false);
         return;
     }

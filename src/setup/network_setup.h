@@ -9,6 +9,7 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/screen_host.h"
 #include "app/surroundings.h"
 #include "platform/result.h"
 
@@ -41,17 +42,10 @@ struct NetworkSetupState {
     std::string progress;  ///< Label1
 };
 
-class NetworkSetupHost {
-public:
-    virtual ~NetworkSetupHost() = default;
-    /// The state has changed. Called before every box and every turn of the event loop that follows a change.
-    virtual void showState() = 0;
-};
-
 class NetworkSetup {
 public:
     /// All must outlive this.
-    NetworkSetup(const Installation& installation, const Surroundings& surroundings, NetworkSetupHost& host);
+    NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host);
 
     NetworkSetupState state;
 
@@ -77,7 +71,7 @@ private:
 
     const Installation& installation_;
     const Surroundings& surroundings_;
-    NetworkSetupHost& host_;
+    ScreenHost& host_;
     KeptFiles kept_;
 };
 

@@ -11,30 +11,28 @@ namespace quillon {
 namespace {
 
 constexpr const char* kFirstGuide =
-    "First we need to set up a location on this computer where the local copy of the database and related files will "
-    "be "
-    "stored.";
+    "First we need to set up a location on this computer where the local copy of the database "
+    "and related files will be stored.";
 constexpr const char* kArchiveGuide =
-    "Now select an archive folder, this is where files are copied to once they are archived. If other people need "
-    "access "
-    "to these files, then make sure you select a shared folder or network share. Once you are ready, click on the "
-    "[Next>] button to copy the default settings to the local folders.";
+    "Now select an archive folder, this is where files are copied to once they are archived. "
+    "If other people need access to these files, then make sure you select a shared folder or network share. "
+    "Once you are ready, click on the [Next>] button to copy the default settings to the local folders.";
 constexpr const char* kNextGuide =
     "Click Next to continue. If there is no database in the folder, the default database will be extracted.";
 
 constexpr const char* kFirstSetUpText =
-    "You should use this option if you are setting up the system for the first time. If you have installed this "
-    "software on another machine, it is recommended that you set the first machine to use network sharing, export the "
-    "settings and databases from that machine and import them into this one..";
+    "You should use this option if you are setting up the system for the first time. "
+    "If you have installed this software on another machine, it is recommended that you set the first machine "
+    "to use network sharing, export the settings and databases from that machine and import them into this one..";
 constexpr const char* kEditText = "You are about to edit existing settings on this computer.";
 constexpr const char* kImportText =
-    "You use this setting if there is already an installation on the network and you have exported the settings to a "
-    "shared location on that computer or a network share.";
+    "You use this setting if there is already an installation on the network and you have exported the settings "
+    "to a shared location on that computer or a network share.";
 
 }  // namespace
 
 SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroundings, AlertExchange& alerts,
-                         std::shared_ptr<NetworkProvider> network, WizardHost& host)
+                         std::shared_ptr<NetworkProvider> network, ScreenHost& host)
     : installation_(installation),
       surroundings_(surroundings),
       alerts_(alerts),
@@ -93,6 +91,12 @@ void SetupWizard::goTo(WizardTab tab) {
     host_.showState();
 }
 
+// A path box is shown only; what fills it is its button.
+void SetupWizard::focusBrowse(WizardPath path) {
+    constexpr const char* kButtons[] = {"Command2", "Command3", "Command4"};
+    host_.focus(kButtons[static_cast<std::size_t>(path)]);
+}
+
 void SetupWizard::saveAndRefresh() {
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
     installation_.refreshPathVariables();
@@ -120,7 +124,7 @@ void SetupWizard::chooseMethod(SetupMethod method) {
 void SetupWizard::nextMethod() {
     if (state.method != SetupMethod::Import) {
         goTo(kLocalPathsTab);
-        host_.focusBrowse(WizardPath::Local);
+        focusBrowse(WizardPath::Local);
         return;
     }
     if (!importSettings(installation_, surroundings_.dialogs))
@@ -134,8 +138,7 @@ void SetupWizard::keyInPath(WizardPath path) {
     (path == WizardPath::Shared ? state.sharedHintVisible : state.localHintVisible) = true;
     host_.showState();
     host_.beep();
-    host_.startHintTimer();
-    host_.focusBrowse(path);
+    focusBrowse(path);
 }
 
 void SetupWizard::hideHints() {
@@ -199,18 +202,18 @@ void SetupWizard::exportRecord() {
     exportSettings(installation_, surroundings_);
 }
 
-void SetupWizard::done() {
+WizardEnd SetupWizard::done() {
     installation_.refreshPathVariables();
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
-    host_.leave(false);
+    return WizardEnd::Leaves;
 }
 
-void SetupWizard::exit() {
+WizardEnd SetupWizard::exit() {
     if (!surroundings_.dialogs.ask("Exit Setup", "Do you want to exit without saving settings ?"))
-        return;
+        return WizardEnd::Stays;
     installation_.settings = settingsBackup_;
     installation_.refreshPathVariables();
-    host_.leave(true);
+    return WizardEnd::LeavesAndReloads;
 }
 
 }  // namespace quillon

@@ -10,6 +10,8 @@
 #include <string>
 
 #include "app/installation.h"
+#include "app/screen_host.h"
+#include "app/step_guard.h"
 #include "app/surroundings.h"
 #include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
@@ -23,26 +25,18 @@ enum class WizardPath { Local, Archive, Shared };
 /// The two recipient boxes.
 enum class WizardRecipient { Alert, Zip };
 
-/// What the work needs of its screen.
-class WizardHost {
-public:
-    virtual ~WizardHost() = default;
-    /// The state has changed. Called before every box and every turn of the event loop that follows a change.
-    virtual void showState() = 0;
-    virtual void beep() = 0;
-    /// Puts the focus on the "Browse" button of a path: Command2, Command3 or Command4.
-    virtual void focusBrowse(WizardPath path) = 0;
-    /// Starts Timer1 anew; when its interval is over the screen calls `hideHints`.
-    virtual void startHintTimer() = 0;
-    /// The wizard closes and the main window comes up. With `reload` its start sequence, `reloadForm`, runs again.
-    virtual void leave(bool reload) = 0;
+/// What becomes of the screen behind a step that may end the wizard.
+enum class WizardEnd {
+    Stays,
+    Leaves,           ///< the main window comes up
+    LeavesAndReloads  ///< its start sequence runs again
 };
 
 class SetupWizard {
 public:
     /// All must outlive this.
     SetupWizard(Installation& installation, const Surroundings& surroundings, AlertExchange& alerts,
-                std::shared_ptr<NetworkProvider> network, WizardHost& host);
+                std::shared_ptr<NetworkProvider> network, ScreenHost& host);
 
     SetupWizardState state;
 
@@ -58,8 +52,9 @@ public:
     void chooseMethod(SetupMethod method);  ///< Option1
     void nextMethod();                      ///< Command1
 
-    void keyInPath(WizardPath path);  ///< a key press in Text1, Text2 or Text3
-    void hideHints();                 ///< Timer1
+    /// A key press in Text1, Text2 or Text3: a hint shows until `hideHints`, which Timer1 calls.
+    void keyInPath(WizardPath path);
+    void hideHints();
 
     void browseLocalPath();    ///< Command2
     void browseArchivePath();  ///< Command3
@@ -82,14 +77,15 @@ public:
     void revertRecipient(WizardRecipient which);             ///< Command13, Command15
     void nextAlerts();                                       ///< Command11; "Query" is stored as such
 
-    void exportRecord();  ///< Command12
-    void done();          ///< Command14
-    void exit();          ///< Command5; the file keeps what the steps have written
+    void exportRecord();             ///< Command12
+    [[nodiscard]] WizardEnd done();  ///< Command14
+    [[nodiscard]] WizardEnd exit();  ///< Command5; the file keeps what the steps have written
 
 private:
     void fillFromRecord();
     [[nodiscard]] RecipientBox& recipients(WizardRecipient which);
     void goTo(WizardTab tab);
+    void focusBrowse(WizardPath path);
     void saveAndRefresh();
     void showBusy(bool busy);
     void errorBox(const std::string& title, const std::string& text);
@@ -113,11 +109,11 @@ private:
     const Surroundings& surroundings_;
     AlertExchange& alerts_;
     std::shared_ptr<NetworkProvider> network_;
-    WizardHost& host_;
+    ScreenHost& host_;
     AppSettings settingsBackup_;
     bool editingExisting_ = false;
     NativePath chosenSharedPath_;
-    bool stepRunning_ = false;  // a step turns the event loop; a second press waits for nothing
+    Steps folderSteps_;  // a step turns the event loop; a second press waits for nothing
 };
 
 }  // namespace quillon

@@ -20,12 +20,11 @@ constexpr const char* kNoDefaultDatabase = "Unable to find default Databases, pl
 
 // Runs a step unless one is running: the event loop is turned meanwhile, and a press on a button may come in.
 template <typename Step>
-void runOnce(bool& running, Step step) {
-    if (running)
+void runOnce(Steps& steps, Step step) {
+    if (steps.running())
         return;
-    running = true;
+    const StepGuard guard(steps);
     step();
-    running = false;
 }
 
 // A path that is not absolute, as an imported record may hold, has no place of its own.
@@ -77,7 +76,7 @@ bool SetupWizard::holdsFiles(const NativePath& folder) {
 }
 
 void SetupWizard::nextLocalPaths() {
-    runOnce(stepRunning_, [this] { runLocalPaths(); });
+    runOnce(folderSteps_, [this] { runLocalPaths(); });
 }
 
 void SetupWizard::runLocalPaths() {
@@ -140,7 +139,7 @@ Result<void> SetupWizard::extractTo(const NativePath& folder) {
 }
 
 void SetupWizard::nextSharedPath() {
-    runOnce(stepRunning_, [this] { runSharedPath(); });
+    runOnce(folderSteps_, [this] { runSharedPath(); });
 }
 
 void SetupWizard::runSharedPath() {
@@ -168,10 +167,9 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
         return false;
     Dialogs& dialogs = surroundings_.dialogs;
     if (holdsFiles(shared / "Database")) {
-        if (!dialogs.ask(
-                "Overwrite Existing Files?",
-                "There are already files in this folder. Do you want to overwrite any existing header database "
-                "and settings file ?"))
+        if (!dialogs.ask("Overwrite Existing Files?",
+                         "There are already files in this folder. "
+                         "Do you want to overwrite any existing header database and settings file ?"))
             return true;
         if (dialogs.ask("Backup Old DB?", "Would you like to make a backup of the current shared DB?"))
             trapped = backUpShare(shared);

@@ -12,9 +12,8 @@ namespace quillon {
 namespace {
 
 constexpr const char* kNowhere =
-    "The report messages list can not be loaded. You will be unable to use this to test files. Please either copy the "
-    "file back to the "
-    "network share or application folders or contact tech support.";
+    "The report messages list can not be loaded. You will be unable to use this to test files. "
+    "Please either copy the file back to the network share or application folders or contact tech support.";
 
 Result<ReportMessages> readMessages(const NativePath& file) {
     const auto bytes = readWholeFile(file);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "testing/term_file.h"
 
-#include <chrono>
 #include <utility>
 
 #include "platform/whole_file.h"
@@ -26,9 +25,9 @@ std::string foldedFileName(std::u16string_view extension) {
 }
 
 bool changedJustNow(const FileTime& changed) {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const auto nanoseconds = std::chrono::duration_cast<std::chrono::nanoseconds>(now).count();
-    return nanoseconds - (changed.seconds * 1'000'000'000 + changed.nanoseconds) < kTickNanoseconds;
+    const FileTime now = fileTimeNow();
+    const std::int64_t nanoseconds = std::int64_t{now.nanoseconds} - changed.nanoseconds;
+    return (now.seconds - changed.seconds) * 1'000'000'000 + nanoseconds < kTickNanoseconds;
 }
 
 }  // namespace

@@ -10,6 +10,8 @@
 //   Label3      "The Quillon project, " and year maker and year
 //   Label4                                       address of the project's pages
 //   Command1    "OK"                             closes the screen
+//
+// It has no input, no step and no state to show, so it is a plain dialog and no StepScreen.
 
 #include <QDialog>
 

@@ -33,7 +33,7 @@ constexpr std::int64_t kLeavePatience = 2000;
 }  // namespace
 
 frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts)
-    : context_(context),
+    : StepWindow(context, Screen::Main, "frmMain", "Quillon Software : Professional"),
       job_(job),
       alerts_(std::move(alerts)),
       setup_(context.installation, context.surroundings, job_.state),
@@ -48,12 +48,11 @@ frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts
     connectControls();
     connectMenus();
     connectToolbar();
-    refreshNumber_ = context_.loop.addRefresh([this] { showState(); });
+    begin();
     context_.navigator.setMain(this);
 }
 
 frmMain::~frmMain() {
-    context_.loop.removeRefresh(refreshNumber_);
     context_.navigator.setMain(nullptr);
 }
 
@@ -119,17 +118,17 @@ void frmMain::showStatus(const std::string& text) {
 }
 
 void frmMain::unloadAllForms() {
-    if (unloading_)
+    if (hasLeft())
         return;
-    unloading_ = true;
-    if (running_) {
+    setLeft();
+    if (isJobRunning()) {
         job_.state.stopRequested = true;
         job_.state.copyCancelled = true;
         leaveBy_ = context_.surroundings.clock.milliseconds() + kLeavePatience;
     }
     context_.navigator.unloadAll();
     close();
-    if (!running_)
+    if (!isJobRunning())
         emit shutDown();
 }
 
@@ -140,8 +139,9 @@ void frmMain::leaveIfAbandoned() {
         emit abandoned();
 }
 
+// The question comes at once, also within a job: a job that is to be left stops behind it.
 void frmMain::closeEvent(QCloseEvent* event) {
-    const bool asks = !unloading_ && !qGuiApp->isSavingSession();
+    const bool asks = !hasLeft() && !qGuiApp->isSavingSession();
     if (asks && !context_.surroundings.dialogs.ask("Exit?", "Exit the program, are you sure?")) {
         event->ignore();
         return;

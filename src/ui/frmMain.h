@@ -59,8 +59,7 @@
 #include "messaging/network_enum.h"
 #include "ui/frmMain_controls.h"
 #include "widgets/grid_model.h"
-#include "widgets/navigator.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QTimer;
 
@@ -85,7 +84,7 @@ struct MainWindowAlerts {
     std::shared_ptr<NetworkProvider> network;
 };
 
-class frmMain final : public QMainWindow, public MainWindowDoor, private JobHost, private frmMainControls {
+class frmMain final : public StepWindow<QMainWindow>, public MainWindowDoor, private JobHost, private frmMainControls {
     Q_OBJECT
 
 public:
@@ -100,8 +99,7 @@ public:
     /// Recounts the score board from the list of the job.
     void upDateAllLabels() override;
     void showMain() override;
-    /// Brings all controls up to date with the job's state. Cheap where nothing changed.
-    void showState() override;
+    using ScreenSteps::showState;
 
     /// Copies the state of the six command controls to the toolbar.
     void syncToolbar();
@@ -114,7 +112,7 @@ public:
     /// Unloads all screens from the last to the first. A second call, from the closing that it causes, does nothing.
     void unloadAllForms();
 
-    [[nodiscard]] bool isJobRunning() const { return running_; }
+    [[nodiscard]] bool isJobRunning() const { return jobs_.running(); }
 
 signals:
     /// All screens are unloaded; the program may end.
@@ -134,55 +132,45 @@ private:
     void addNetworkSetup();
 
     // Handlers, in screen order
-    void Textbox1_Change();
-    void CommandButton1_Click();
-    void Command1_Click();
-    void Text1_Change();
+    void Textbox1_Change(const QString& text);
+    void Text1_Change(const QString& text);
     void Command2_Click();
     void Command3_Click();
     void CommandButton3_Click();
-    void CommandButton4_Click();
     void CommandButton5_Click();
     void CommandButton6_Click();
-    void Check1_Click();
+    void Check1_Click(bool ticked);
     void iGrid1_Click(int row);
-    void Command4_Click();
-    void Timer1_Timer();
-    void mnuOpen_Click();
-    void mnuFLS_Click();
-    void mnuHelp_Click();
     void openModalScreen(Screen screen, QAction& entry, std::size_t toolbarButton);
     void openAndHide(Screen screen, const std::any& handOver = {});
 
     // JobHost
-    void pickSource() override { CommandButton1_Click(); }
-    void focusTargetPicker() override;
+    void pickSource() override { afterSource(setup_.pickSource()); }
+    void focusTargetPicker() override { focus("Command1"); }
     void updateToolbar() override { showState(); }
 
     [[nodiscard]] RecipientScreen recipientScreen();
-    void afterSource(FocusAfter focus);
+    void afterSource(FocusAfter after);
     void logChangedFromTheGround();
+    /// Brings all controls up to date with the job's state. Cheap where nothing changed.
+    void showControls() override;
     void showCounts();
     void showTexts();
-    void showControls();
+    void showCommands();
     void showToolbar(const JobBoard& board);
     void showOptions();
     void showLog();
     void leaveIfAbandoned();
 
-    ScreenContext context_;
     Job& job_;
     MainWindowAlerts alerts_;
     JobSetup setup_;
     JobLogRows logRows_;
     QTimer* timer_;
-    int refreshNumber_ = 0;
     bool loaded_ = false;
-    bool running_ = false;
+    Steps jobs_;
     bool toolbarRestricted_ = false;
     bool askingNetwork_ = false;
-    bool unloading_ = false;
-    bool showing_ = false;
     std::int64_t leaveBy_ = 0;
 };
 

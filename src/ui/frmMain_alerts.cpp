@@ -18,7 +18,6 @@ void frmMain::Command2_Click() {
         return;
     CNetworkEnum network(alerts_.network, context_.loop);
     queryRecipients(network, recipientScreen());
-    showState();
 }
 
 // Test
@@ -27,7 +26,6 @@ void frmMain::Command3_Click() {
         return;
     testRecipient(RecipientField::None, *alerts_.exchange, context_.installation, context_.surroundings,
                   recipientScreen());
-    showState();
 }
 
 }  // namespace quillon

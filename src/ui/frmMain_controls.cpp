@@ -29,8 +29,6 @@ constexpr int kWidestLeft = 760;
 }  // namespace
 
 void frmMainControls::createControls(QMainWindow& window) {
-    window.setObjectName(QStringLiteral("frmMain"));
-    window.setWindowTitle(QStringLiteral("Quillon Software : Professional"));
     createMenus(window);
     createToolbar(window);
     createSource();

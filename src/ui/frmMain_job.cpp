@@ -35,65 +35,47 @@ NativePath draggedFolder(const QMimeData& data) {
 }  // namespace
 
 void frmMain::connectControls() {
-    connect(Textbox1, &QLineEdit::textChanged, this, &frmMain::Textbox1_Change);
-    connect(CommandButton1, &QPushButton::clicked, this, &frmMain::CommandButton1_Click);
-    connect(chkCopy, &QCheckBox::toggled, this, [this](bool ticked) {
-        setup_.copyTicked(ticked);
-        showState();
-    });
-    connect(Command1, &QPushButton::clicked, this, &frmMain::Command1_Click);
-    connect(chkFileQuality, &QCheckBox::toggled, this,
-            [this](bool ticked) { job_.state.options.checkFileQuality = ticked; });
-    connect(chkUseSkip, &QCheckBox::toggled, this, [this](bool ticked) {
-        setup_.skipListTicked(ticked);
-        showState();
-    });
-    connect(chkCommon, &QCheckBox::toggled, this,
-            [this](bool ticked) { job_.state.options.useCommonHeaders = ticked; });
-    connect(chkDefaults, &QCheckBox::toggled, this, [this](bool ticked) {
-        setup_.defaultsTicked(ticked);
-        showState();
-    });
-    connect(Text1, &QLineEdit::textChanged, this, &frmMain::Text1_Change);
-    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int index) {
-        setup_.recipients.index = index;
-        showState();
-    });
-    connect(Command2, &QPushButton::clicked, this, &frmMain::Command2_Click);
-    connect(Command3, &QPushButton::clicked, this, &frmMain::Command3_Click);
-    connect(CommandButton3, &QPushButton::clicked, this, &frmMain::CommandButton3_Click);
-    connect(CommandButton4, &QPushButton::clicked, this, &frmMain::CommandButton4_Click);
-    connect(CommandButton5, &QPushButton::clicked, this, &frmMain::CommandButton5_Click);
-    connect(CommandButton6, &QPushButton::clicked, this, &frmMain::CommandButton6_Click);
-    connect(Check1, &QCheckBox::toggled, this, &frmMain::Check1_Click);
-    connect(iGrid1, &Grid::rowClicked, this, &frmMain::iGrid1_Click);
-    connect(Command4, &QPushButton::clicked, this, &frmMain::Command4_Click);
+    JobOptions& options = job_.state.options;
+    step(Textbox1, &QLineEdit::textChanged, [this](const QString& text) { Textbox1_Change(text); });
+    click(CommandButton1, [this] { pickSource(); });
+    step(chkCopy, &QCheckBox::toggled, [this](bool ticked) { setup_.copyTicked(ticked); });
+    click(Command1, [this] { setup_.pickTarget(); });
+    hear(chkFileQuality, &QCheckBox::toggled, [&options](bool ticked) { options.checkFileQuality = ticked; });
+    step(chkUseSkip, &QCheckBox::toggled, [this](bool ticked) { setup_.skipListTicked(ticked); });
+    hear(chkCommon, &QCheckBox::toggled, [&options](bool ticked) { options.useCommonHeaders = ticked; });
+    step(chkDefaults, &QCheckBox::toggled, [this](bool ticked) { setup_.defaultsTicked(ticked); });
+    step(Text1, &QLineEdit::textChanged, [this](const QString& text) { Text1_Change(text); });
+    step(Combo1, &QComboBox::currentIndexChanged, [this](int index) { setup_.recipients.index = index; });
+    click(Command2, [this] { Command2_Click(); });
+    click(Command3, [this] { Command3_Click(); });
+    click(CommandButton3, [this] { CommandButton3_Click(); });
+    click(CommandButton4, [this] { askToStop(job_.passContext()); });
+    click(CommandButton5, [this] { CommandButton5_Click(); });
+    click(CommandButton6, [this] { CommandButton6_Click(); });
+    step(Check1, &QCheckBox::toggled, [this](bool ticked) { Check1_Click(ticked); });
+    step(iGrid1, &Grid::rowClicked, [this](int row) { iGrid1_Click(row); });
+    click(Command4, [this] { setup_.askClearLog(); });
     // Kept: Command5 "Check Folders" has no effect (test CheckFoldersHasNoEffect).
-    connect(timer_, &QTimer::timeout, this, &frmMain::Timer1_Timer);
+    step(timer_, &QTimer::timeout, [this] { timerTick(job_.state, context_.surroundings.clock); });
 }
 
-void frmMain::Textbox1_Change() {
-    setup_.jobIdChanged(fromQt(Textbox1->text()));
+void frmMain::Textbox1_Change(const QString& text) {
+    setup_.jobIdChanged(fromQt(text));
     showState();
     Textbox1->setCursorPosition(static_cast<int>(Textbox1->text().size()));
 }
 
-void frmMain::Text1_Change() {
-    setup_.separatorChanged(fromQt(Text1->text()));
+void frmMain::Text1_Change(const QString& text) {
+    setup_.separatorChanged(fromQt(text));
     showState();
     Text1->setCursorPosition(static_cast<int>(Text1->text().size()));
 }
 
-// Browse for the source
-void frmMain::CommandButton1_Click() {
-    afterSource(setup_.pickSource());
-}
-
-void frmMain::afterSource(FocusAfter focus) {
+void frmMain::afterSource(FocusAfter after) {
     logChangedFromTheGround();
     showState();
-    if (focus == FocusAfter::JobId)
-        Textbox1->setFocus();
+    if (after == FocusAfter::JobId)
+        focus("Textbox1");
 }
 
 // A row left the log and another took its place, which the number of rows does not tell.
@@ -102,33 +84,17 @@ void frmMain::logChangedFromTheGround() {
     iGrid1->scrollToEnd();
 }
 
-// Choose the target
-void frmMain::Command1_Click() {
-    setup_.pickTarget();
-    showState();
-}
-
-void frmMain::focusTargetPicker() {
-    showState();
-    Command1->setFocus();
-}
-
 // Run
 void frmMain::CommandButton3_Click() {
-    if (running_)
+    if (isJobRunning())
         return;
-    running_ = true;
-    JobDriver(job_, *this, alerts_.exchange).run();
-    running_ = false;
+    {
+        const StepGuard job(jobs_);
+        JobDriver(job_, *this, alerts_.exchange).run();
+    }
     context_.loop.flush();
-    if (unloading_)
+    if (hasLeft())
         emit shutDown();
-}
-
-// Stop
-void frmMain::CommandButton4_Click() {
-    askToStop(job_.passContext());
-    showState();
 }
 
 // View
@@ -142,27 +108,14 @@ void frmMain::CommandButton6_Click() {
 }
 
 // Show Progress
-void frmMain::Check1_Click() {
-    job_.state.options.showProgress = Check1->isChecked();
-    job_.state.progress.shown = Check1->isChecked();
-    showState();
+void frmMain::Check1_Click(bool ticked) {
+    job_.state.options.showProgress = ticked;
+    job_.state.progress.shown = ticked;
 }
 
 void frmMain::iGrid1_Click(int row) {
     job_.state.texts.currentFile = iGrid1->cell(row, 0) + " - " + iGrid1->cell(row, 1);
     job_.state.fileLineShown = true;
-    showState();
-}
-
-// Clear Log
-void frmMain::Command4_Click() {
-    static_cast<void>(setup_.askClearLog());
-    showState();
-}
-
-void frmMain::Timer1_Timer() {
-    timerTick(job_.state, context_.surroundings.clock);
-    showState();
 }
 
 void frmMain::upDateAllLabels() {
@@ -182,7 +135,7 @@ void frmMain::dropEvent(QDropEvent* event) {
     if (folder.empty())  // it went since it was dragged in
         return;
     event->acceptProposedAction();
-    afterSource(setup_.dropSource(folder));
+    run([this, &folder] { afterSource(setup_.dropSource(folder)); });
 }
 
 }  // namespace quillon

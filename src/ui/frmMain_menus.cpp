@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Menus and toolbar of the main window, and the way to the other screens.
+#include <tuple>
+
 #include <QAction>
 #include <QMenu>
 #include <QPushButton>
@@ -24,22 +26,25 @@ constexpr std::size_t kBadSectorsButton = 11;
 }  // namespace
 
 void frmMain::connectMenus() {
-    connect(mnuOpen, &QAction::triggered, this, &frmMain::mnuOpen_Click);
+    step(mnuOpen, &QAction::triggered, [this] {
+        if (setup_.openExisting())
+            upDateAllLabels();
+    });
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloadAllForms);
-    connect(mnuSettings, &QAction::triggered, this,
-            [this] { openModalScreen(Screen::SetupWizard, *mnuSettings, kSettingsButton); });
-    connect(mnuEdit, &QAction::triggered, this,
-            [this] { openModalScreen(Screen::SkipList, *mnuEdit, kSkipListButton); });
-    connect(mnuDB, &QAction::triggered, this, [this] { openModalScreen(Screen::Updatedb, *mnuDB, kDatabaseButton); });
-    connect(mnuEditCommon, &QAction::triggered, this,
-            [this] { openModalScreen(Screen::CommonHeaders, *mnuEditCommon, kCommonHeadersButton); });
+    const std::tuple<QAction*, Screen, std::size_t> modalScreens[] = {
+        {mnuSettings, Screen::SetupWizard, kSettingsButton},
+        {mnuEdit, Screen::SkipList, kSkipListButton},
+        {mnuDB, Screen::Updatedb, kDatabaseButton},
+        {mnuEditCommon, Screen::CommonHeaders, kCommonHeadersButton},
+        {mnuErrors, Screen::Errors, kMessagesButton}};
+    for (const auto& [entry, screen, button] : modalScreens)
+        step(entry, &QAction::triggered,
+             [this, entry = entry, screen = screen, button = button] { openModalScreen(screen, *entry, button); });
     connect(mnuBS, &QAction::triggered, this, [this] { openAndHide(Screen::BadSectors); });
-    connect(mnuErrors, &QAction::triggered, this,
-            [this] { openModalScreen(Screen::Errors, *mnuErrors, kMessagesButton); });
-    connect(mnuFLS, &QAction::triggered, this, &frmMain::mnuFLS_Click);
+    step(mnuFLS, &QAction::triggered, [this] { setup_.askSeparator(); });
     // Kept: "Auto Update" is ticked for good (test AutoUpdateStaysTicked).
     connect(mnuAutoUpdate, &QAction::triggered, this, [this] { mnuAutoUpdate->setChecked(true); });
-    connect(mnuHelp, &QAction::triggered, this, &frmMain::mnuHelp_Click);
+    connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
     // Not modal: a modal screen would hold a running job up.
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
 }
@@ -80,7 +85,6 @@ void frmMain::openModalScreen(Screen screen, QAction& entry, std::size_t toolbar
     context_.navigator.openModal(screen);
     toolbarButtons[toolbarButton]->setEnabled(true);
     entry.setEnabled(true);
-    showState();
 }
 
 // A screen that nobody has made yet must not leave the person without a window.
@@ -89,21 +93,6 @@ void frmMain::openAndHide(Screen screen, const std::any& handOver) {
         return;
     context_.navigator.open(screen, handOver);
     hideInPlace(*this);
-}
-
-void frmMain::mnuOpen_Click() {
-    if (setup_.openExisting())
-        upDateAllLabels();
-    showState();
-}
-
-void frmMain::mnuFLS_Click() {
-    setup_.askSeparator();
-    showState();
-}
-
-void frmMain::mnuHelp_Click() {
-    context_.navigator.open(Screen::Help);
 }
 
 }  // namespace quillon

@@ -50,16 +50,12 @@ std::optional<std::uint32_t> JobLogRows::rowColour(int row) const {
     return log_.rows()[static_cast<std::size_t>(row)].colour;
 }
 
-void frmMain::showState() {
-    if (showing_)
-        return;
-    showing_ = true;
+void frmMain::showControls() {
     showOptions();
     showCounts();
     showTexts();
-    showControls();
+    showCommands();
     showLog();
-    showing_ = false;
     leaveIfAbandoned();
 }
 
@@ -95,14 +91,14 @@ void frmMain::showOptions() {
     showText(*Text1, setup_.separator);
     showText(*lblSource, options.source ? readable(options.source->native()) : "None");
     showText(*lblTarget, options.target ? readable(options.target->native()) : "None");
-    showTick(*chkCopy, options.copy);
-    showTick(*chkFileQuality, options.checkFileQuality);
-    showTick(*chkUseSkip, options.useSkipList);
+    chkCopy->setChecked(options.copy);
+    chkFileQuality->setChecked(options.checkFileQuality);
+    chkUseSkip->setChecked(options.useSkipList);
     chkUseSkip->setEnabled(options.useSkipListEnabled);
-    showTick(*chkCommon, options.useCommonHeaders);
+    chkCommon->setChecked(options.useCommonHeaders);
     chkCommon->setEnabled(options.useCommonHeadersEnabled);
-    showTick(*chkDefaults, setup_.useDefaults);
-    showTick(*Check1, options.showProgress);
+    chkDefaults->setChecked(setup_.useDefaults);
+    Check1->setChecked(options.showProgress);
     showChoice(*Combo1, setup_.recipients);
     Command2->setEnabled(setup_.recipients.queryEnabled);
     Command3->setEnabled(setup_.recipients.testEnabled);
@@ -110,7 +106,7 @@ void frmMain::showOptions() {
     job_.state.options.recipient = setup_.recipients.text();
 }
 
-void frmMain::showControls() {
+void frmMain::showCommands() {
     const JobState& state = job_.state;
     const JobBoard board = boardOf(state);
     showEnabled(*Frame1, board.frames);

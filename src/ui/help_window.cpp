@@ -4,8 +4,6 @@
 #include <algorithm>
 
 #include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QKeyEvent>
@@ -20,6 +18,7 @@
 
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
+#include "platform/whole_file.h"
 #include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/theme.h"
@@ -60,7 +59,7 @@ private:
 
 // Qt shrinks a picture to the width that its page tells without smoothing it, which makes its letters ragged. So it is
 // shrunk here, to the pixels of this screen.
-void shrinkPictures(const QTextDocument& page, const QDir& folder, qreal pixelRatio) {
+void shrinkPictures(const QTextDocument& page, const QTemporaryDir& folder, qreal pixelRatio) {
     for (QTextBlock block = page.begin(); block.isValid(); block = block.next())
         for (auto part = block.begin(); !part.atEnd(); ++part) {
             const QTextImageFormat told = part.fragment().charFormat().toImageFormat();
@@ -127,15 +126,15 @@ bool HelpWindow::load(const NativePath& helpFile) {
     for (const std::string& name : *names) {
         if (!name.ends_with(".html"))
             continue;
-        QFile file(folder_.filePath(toQt(name)));
-        if (!file.open(QIODevice::ReadOnly))
+        const QString file = folder_.filePath(toQt(name));
+        const auto bytes = readWholeFile(fromQtPath(file));
+        if (!bytes)
             continue;
         QTextDocument document;
-        const QString html = QString::fromUtf8(file.readAll());
+        const QString html = toQt(*bytes);
         document.setHtml(html);
-        shrinkPictures(document, QDir(folder_.path()), devicePixelRatio());
-        pages_.push_back(
-            {file.fileName(), document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText(), html});
+        shrinkPictures(document, folder_, devicePixelRatio());
+        pages_.push_back({file, document.metaInformation(QTextDocument::DocumentTitle), document.toPlainText(), html});
     }
     return !pages_.empty();
 }

@@ -4,7 +4,6 @@
 
 #include <utility>
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -18,10 +17,8 @@
 
 #include "text/list_text.h"
 #include "widgets/grid.h"
-#include "widgets/navigator.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
-#include "widgets/window_event_loop.h"
 
 namespace quillon {
 
@@ -34,9 +31,8 @@ std::string ViewGridRows::cell(int row, int column) const {
     return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
 }
 
-frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job) : context_(context), viewer_(job, *this) {
-    setObjectName(QStringLiteral("frmViewList"));
-    setWindowTitle(QStringLiteral("View File List"));
+frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job)
+    : StepScreen(context, Screen::ViewList, "frmViewList", "View File List"), viewer_(job, *this) {
     createCategory();
     createRows();
     createEditor();
@@ -46,72 +42,38 @@ frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job) : c
     fillFixedLists();
     iGrid1->rows().setSource(&gridRows_);
     connectControls();
-    refreshNumber_ = context_.loop.addRefresh([this] { showState(); });
-    showState();
-}
-
-frmViewList::~frmViewList() {
-    context_.loop.removeRefresh(refreshNumber_);
+    begin();
 }
 
 void frmViewList::connectControls() {
-    connect(Combo1, &QComboBox::currentIndexChanged, this, [this](int entry) {
-        viewer_.chooseCategory(entry);
-        showState();
-    });
-    connect(Command2, &QPushButton::clicked, this, &frmViewList::Command2_Click);
-    connect(Text1, &QLineEdit::textChanged, this,
-            [this](const QString& text) { viewer_.state.maxFiles = fromQt(text); });
+    step(Combo1, &QComboBox::currentIndexChanged, [this](int entry) { viewer_.chooseCategory(entry); });
+    click(Command2, [this] { viewer_.filter(); });
+    hear(Text1, &QLineEdit::textChanged, [this](const QString& text) { viewer_.state.maxFiles = fromQt(text); });
     connect(Text1, &QLineEdit::returnPressed, Command2, &QPushButton::click);
     // Kept: Text2 "Start From" and Check1 "Use Ignore List" have no effect (test
     // StartFromAndUseIgnoreListHaveNoEffect).
-    connect(iGrid1, &Grid::currentRowChanged, this, &frmViewList::iGrid1_Row);
-    connect(iGrid1, &Grid::keyPressed, this, &frmViewList::iGrid1_KeyDown);
-    connect(iGrid1, &Grid::rowRightClicked, this, &frmViewList::iGrid1_RightClick);
-    connect(iGrid1->verticalScrollBar(), &QScrollBar::valueChanged, this, [this](int topRow) {
-        if (!showing_)
-            viewer_.state.topRow = topRow;
-    });
-    connect(mnuAddSkip, &QAction::triggered, this, [this] { viewer_.addToSkipList(); });
-    connect(Combo2, &QComboBox::currentIndexChanged, this, &frmViewList::Combo2_Click);
+    connectGrid();
+    step(mnuAddSkip, &QAction::triggered, [this] { viewer_.addToSkipList(); });
+    step(Combo2, &QComboBox::currentIndexChanged, [this](int entry) { viewer_.selectExtension(entry); });
     // The entry that is chosen already may be chosen again, to have its files counted again.
-    connect(Combo2, &QComboBox::activated, this, &frmViewList::Combo2_Click);
-    connect(Command3, &QPushButton::clicked, this, &frmViewList::Command3_Click);
-    connect(Command4, &QPushButton::clicked, this, &frmViewList::Command4_Click);
+    step(Combo2, &QComboBox::activated, [this](int entry) { viewer_.selectExtension(entry); });
+    click(Command3, [this] { Command3_Click(); });
+    click(Command4, [this] { viewer_.retest(); });
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
-    connect(Command1, &QPushButton::clicked, this, &frmViewList::Command1_Click);
+    click(Command1, [this] { Command1_Click(); });
 }
 
-void frmViewList::iGrid1_Row(int row) {
-    if (showing_)
-        return;
-    viewer_.selectRow(row);
-    showState();
-}
-
-void frmViewList::iGrid1_KeyDown(int row, int key) {
-    if (key != Qt::Key_Up && key != Qt::Key_Down)
-        return;
-    viewer_.selectRow(row);
-    showState();
-}
-
-void frmViewList::iGrid1_RightClick(int row, const QPoint& place) {
-    if (row >= 0)
-        mnuMnu->popup(place);
-}
-
-void frmViewList::Combo2_Click(int entry) {
-    if (showing_)
-        return;
-    viewer_.selectExtension(entry);
-    showState();
-}
-
-// Filter
-void frmViewList::Command2_Click() {
-    viewer_.filter();
-    showState();
+void frmViewList::connectGrid() {
+    step(iGrid1, &Grid::currentRowChanged, [this](int row) { viewer_.selectRow(row); });
+    step(iGrid1, &Grid::keyPressed, [this](int row, int key) {
+        if (key == Qt::Key_Up || key == Qt::Key_Down)
+            viewer_.selectRow(row);
+    });
+    connect(iGrid1, &Grid::rowRightClicked, this, [this](int row, const QPoint& place) {
+        if (row >= 0)
+            mnuMnu->popup(place);
+    });
+    hear(iGrid1->verticalScrollBar(), &QScrollBar::valueChanged, [this](int topRow) { viewer_.state.topRow = topRow; });
 }
 
 // Run
@@ -125,12 +87,6 @@ void frmViewList::Command3_Click() {
     };
     context_.navigator.open(Screen::ExtEditor, std::move(*handover));
     context_.navigator.hide(Screen::ViewList);
-}
-
-// Retest
-void frmViewList::Command4_Click() {
-    viewer_.retest();
-    showState();
 }
 
 // Done
@@ -147,25 +103,14 @@ void frmViewList::Command1_Click() {
         }
         main->showMain();
     }
-    navigator.unload(Screen::ViewList);
+    leave();
 }
 
 void frmViewList::closeEvent(QCloseEvent* event) {
-    if (viewer_.state.passRunning) {
+    if (viewer_.state.passRunning)
         event->ignore();
-        return;
-    }
-    context_.navigator.showMain();
-    context_.navigator.unload(Screen::ViewList);
-    event->accept();
-}
-
-void frmViewList::beep() {
-    QApplication::beep();
-}
-
-void frmViewList::focusGrid() {
-    iGrid1->setFocus();
+    else
+        StepScreen::closeEvent(event);
 }
 
 void frmViewList::fillFixedLists() {
@@ -196,10 +141,7 @@ void frmViewList::showExtensions() {
     Combo2->setCurrentIndex(extensions.chosen());
 }
 
-void frmViewList::showState() {
-    if (showing_)
-        return;
-    showing_ = true;
+void frmViewList::showControls() {
     const ViewerState& state = viewer_.state;
     showRows();
     showExtensions();
@@ -208,7 +150,6 @@ void frmViewList::showState() {
     Command3->setEnabled(state.runEnabled);
     busyParts_.setEnabled(!state.busy);
     showPointer(*this, state.busyPointer);
-    showing_ = false;
 }
 
 }  // namespace quillon

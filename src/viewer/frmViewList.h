@@ -23,12 +23,10 @@
 //   Command1                      "Done"
 //   mnuMnu                        popup of the grid: mnuAddSkip "Add to Skip List"
 
-#include <QWidget>
-
 #include "viewer/list_viewer.h"
 #include "widgets/busy_parts.h"
 #include "widgets/grid_model.h"
-#include "widgets/screen_context.h"
+#include "widgets/step_screen.h"
 
 class QCheckBox;
 class QComboBox;
@@ -53,13 +51,12 @@ private:
     const ViewRows& rows_;
 };
 
-class frmViewList final : public QWidget, private ViewerHost {
+class frmViewList final : public StepScreen {
     Q_OBJECT
 
 public:
     /// The context must outlive the screen.
     frmViewList(const ScreenContext& context, const ViewedJob& job);
-    ~frmViewList() override;
 
 protected:
     /// Closing shows the main window, without a recount; a retest in progress cannot be left.
@@ -74,31 +71,19 @@ private:
     void setTabOrders();
     void connectControls();
 
-    void iGrid1_Row(int row);
-    void iGrid1_KeyDown(int row, int key);
-    void iGrid1_RightClick(int row, const QPoint& place);
-    void Combo2_Click(int entry);
+    void connectGrid();
     void Command1_Click();
-    void Command2_Click();
     void Command3_Click();
-    void Command4_Click();
 
-    // ViewerHost
-    void showState() override;
-    void beep() override;
-    void focusGrid() override;
-
+    void showControls() override;
     void fillFixedLists();
     void showRows();
     void showExtensions();
 
-    ScreenContext context_;
     ListViewer viewer_;
     ViewGridRows gridRows_{viewer_.state.rows};
-    int refreshNumber_ = 0;
     int shownContents_ = -1;
     std::vector<std::u16string> shownExtensions_;
-    bool showing_ = false;
     BusyParts busyParts_;
 
     QGroupBox *Frame1, *Frame2, *Frame3;

@@ -94,7 +94,7 @@ void ListViewer::filter() {
     state.busyPointer = false;
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::loadRows(const NativePath& list) {
@@ -192,8 +192,8 @@ void ListViewer::retest() {
     state.passRunning = false;
     if (end == RetestEnd::CopyInUse) {
         dialogs.warn("Error",
-                     "Warning, the file appears to be open in another application! Please close any programs that may "
-                     "be accessing the file list.");
+                     "Warning, the file appears to be open in another application! "
+                     "Please close any programs that may be accessing the file list.");
         return;
     }
     state.busyPointer = false;
@@ -207,7 +207,7 @@ void ListViewer::retest() {
     goIdle();
     host_.showState();
     if (state.rows.count() > 0)
-        host_.focusGrid();
+        host_.focus("iGrid1");
 }
 
 void ListViewer::endRetest() {

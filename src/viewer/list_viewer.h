@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "app/screen_host.h"
 #include "app/surroundings.h"
 #include "job/file_grader.h"
 #include "job/job_lists.h"
@@ -39,17 +40,6 @@ struct ViewerState {
     bool changed = true;       ///< "Done" recounts the job
 };
 
-/// What the viewer asks of its screen.
-class ViewerHost {
-public:
-    virtual ~ViewerHost() = default;
-    /// Brings the screen up to date with the state, ahead of a box or a long step.
-    virtual void showState() = 0;
-    virtual void beep() = 0;
-    /// Gives the grid the keyboard focus.
-    virtual void focusGrid() = 0;
-};
-
 /// What the viewer uses of the job whose list it shows.
 struct ViewedJob {
     const Installation& installation;
@@ -63,7 +53,7 @@ struct ViewedJob {
 class ListViewer {
 public:
     /// All must outlive this.
-    ListViewer(const ViewedJob& job, ViewerHost& host) : job_(job), host_(host) {}
+    ListViewer(const ViewedJob& job, ScreenHost& host) : job_(job), host_(host) {}
 
     ViewerState state;
 
@@ -112,7 +102,7 @@ private:
     void endRetest();
 
     ViewedJob job_;
-    ViewerHost& host_;
+    ScreenHost& host_;
     NativePath listPath_;
     NativePath temporaryListPath_;
 };

@@ -81,7 +81,9 @@ Result<void> Retest::testAgain(ViewRows::Id row) {
     if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
     row_.replaceResult(*graded);
-    if (*graded == grader_.messages()[Grade::Unknown] || *graded == grader_.messages()[Grade::Good])
+    if (std::ranges::any_of(kGrades.values, [&](const GradeRow& grade) {
+            return grade.afterRetest == AfterRetest::Leaves && *graded == grader_.messages()[grade.grade];
+        }))
         rows_.remove(row);
     return {};
 }

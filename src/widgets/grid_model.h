@@ -35,6 +35,8 @@ public:
 struct GridRow {
     std::vector<std::string> cells;  ///< a row may have fewer cells than the grid has columns; the rest is empty
     std::optional<std::uint32_t> colour;
+
+    friend bool operator==(const GridRow&, const GridRow&) = default;
 };
 
 /// Rows held in memory.
@@ -60,6 +62,8 @@ public:
     /// Looks into `source` from now on; it must outlive the model. Null goes back to the model's own rows.
     void setSource(const GridSource* source);
     [[nodiscard]] const GridSource& source() const { return *source_; }
+    /// The model's own rows, also while it looks into another source.
+    [[nodiscard]] const std::vector<GridRow>& ownRows() const { return own_.rows; }
     /// The source changed from the ground up.
     void sourceChanged();
     /// Rows were added at the end of the source.

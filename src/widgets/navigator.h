@@ -46,8 +46,6 @@ public:
     virtual void upDateAllLabels() = 0;
     /// Shows the window, after a screen that hid it.
     virtual void showMain() = 0;
-    /// Shows in the window what has changed in the job's state.
-    virtual void showState() = 0;
 };
 
 class Navigator final : public QObject {

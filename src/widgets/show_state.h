@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Puts the state of a screen's logic into its controls. Showing is not typing: no control tells of a change that was
-// made here.
+// Puts the state of a screen's logic into its controls, and leaves what shows it already alone.
 
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QSignalBlocker>
 #include <QStringList>
 
 #include "widgets/grid.h"
@@ -29,21 +26,14 @@ inline void showText(QLabel& label, std::string_view utf8) {
 
 /// The same text again leaves cursor and selection alone.
 inline void showText(QLineEdit& box, std::string_view utf8) {
-    const QSignalBlocker quiet(box);
     if (const QString text = toQt(utf8); text != box.text())
         box.setText(text);
-}
-
-inline void showChoice(QComboBox& box, int index) {
-    const QSignalBlocker quiet(box);
-    box.setCurrentIndex(index);
 }
 
 /// A choice whose items come and go: anything with `items`, the `index` of the chosen one and `enabled`. The same items
 /// again leave an open list alone.
 template <typename Choice>
 void showChoice(QComboBox& box, const Choice& choice) {
-    const QSignalBlocker quiet(box);
     QStringList wanted;
     for (const std::string& item : choice.items) wanted.append(toQt(item));
     QStringList present;
@@ -56,20 +46,15 @@ void showChoice(QComboBox& box, const Choice& choice) {
     box.setEnabled(choice.enabled);
 }
 
-inline void showTick(QAbstractButton& box, bool ticked) {
-    const QSignalBlocker quiet(box);
-    box.setChecked(ticked);
-}
-
-/// Replaces all rows of a grid that keeps its own.
+/// The rows of a grid that keeps its own; the same rows again leave the place alone.
 inline void showRows(Grid& grid, std::vector<GridRow> rows) {
-    const QSignalBlocker quiet(grid);
+    if (rows == grid.rows().ownRows())
+        return;
     grid.clearRows();
     grid.addRows(std::move(rows));
 }
 
 inline void showCurrentRow(Grid& grid, int row) {
-    const QSignalBlocker quiet(grid);
     if (row != grid.currentRow())
         grid.setCurrentRow(row);
 }

@@ -1,63 +1,128 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// A screen whose logic stands in a class of its own. Whatever the person does is a step: the inputs go to the logic, an
-// operation runs, and what came of it is shown.
+// What every screen is. Its logic stands in a class of its own, and its controls speak in one of two ways: an input
+// goes into the logic's state and nothing more; a step runs an operation of the logic, and the state is shown behind
+// it. Showing is not typing: while the state is shown no control is listened to.
+//
+// A screen is a window of Qt's and a ScreenSteps, because the main window is a QMainWindow and the others are not.
+// What does not depend on the kind of window stands in ScreenSteps, so that only the heads are templates.
 
+#include <type_traits>
+#include <utility>
+
+#include <QPushButton>
 #include <QWidget>
 
-#include "widgets/step_guard.h"
-#include "widgets/window_event_loop.h"
+#include "app/screen_host.h"
+#include "app/step_guard.h"
+#include "widgets/navigator.h"
+#include "widgets/screen_context.h"
 
 class QCloseEvent;
 
 namespace quillon {
 
-class StepScreen : public QWidget {
+class ScreenSteps : public ScreenHost {
 public:
-    /// The loop must outlive the screen.
-    explicit StepScreen(WindowEventLoop& loop) : loop_(loop) {}
+    /// Shows the state, unless it is being shown already.
+    void showState() override;
+    void beep() override;
+    void focus(const char* control) override;
 
 protected:
+    /// The window is the one that this is a part of. What the context refers to must outlive it.
+    ScreenSteps(QWidget& window, const ScreenContext& context, Screen screen);
+    ~ScreenSteps() override;
+
+    /// From the logic's state into the controls.
+    virtual void showControls() {}
+    /// The screen is to be closed, and no step is on the stack: leaves, or asks first. At first it shows the main
+    /// window and leaves.
+    virtual void leaveOrAsk();
+
+    /// The last line of a screen's constructor: shows the state, from now on also at each refresh of the loop.
+    void begin();
+
+    /// A control whose change goes into the state and starts nothing. `operation` takes what the signal tells, or
+    /// nothing.
+    template <typename Sender, typename Signal, typename Operation>
+    void hear(Sender* sender, Signal signal, Operation operation) {
+        QObject::connect(sender, signal, &window_, [this, operation](auto&&... told) {
+            if (!showing_.running())
+                call(operation, told...);
+        });
+    }
+
+    /// A control that starts a step.
+    template <typename Sender, typename Signal, typename Operation>
+    void step(Sender* sender, Signal signal, Operation operation) {
+        QObject::connect(sender, signal, &window_,
+                         [this, operation](auto&&... told) { run([&] { call(operation, told...); }); });
+    }
+    template <typename Operation>
+    void click(QPushButton* button, Operation operation) {
+        step(button, &QPushButton::clicked, std::move(operation));
+    }
+
     /// One step. It may turn the event loop for seconds, and further steps may run within it.
     template <typename Operation>
     void run(Operation operation) {
+        if (showing_.running())
+            return;
         {
-            const StepGuard guard(running_);
-            readInputs();
+            const StepGuard guard(steps_);
             operation();
-            if (left_)
-                return;
-            showState();
-            loop_.flush();
         }
-        if (running_ == 0 && closeLater_) {
-            closeLater_ = false;
-            close();
-        }
+        endStep();
     }
+    [[nodiscard]] bool isRunning() const { return steps_.running(); }
 
-    [[nodiscard]] bool isRunning() const { return running_ > 0; }
-
-    /// Called by a step that has hidden and unloaded the screen, which goes as soon as the event loop turns: nothing is
-    /// shown any more.
+    /// Nothing is shown behind the step that leaves, and closing asks no more.
     void setLeft() { left_ = true; }
-
-    /// From the controls into the logic's state.
-    virtual void readInputs() = 0;
-    /// From the logic's state into the controls.
-    virtual void showState() = 0;
-    /// The screen is to be closed, and no step is on the stack: hides and unloads it, or asks first.
-    virtual void leaveOrAsk() = 0;
+    [[nodiscard]] bool hasLeft() const { return left_; }
+    /// Hides and unloads the screen, which goes as soon as the event loop turns.
+    void leave();
 
     /// A screen that is closed within a step closes behind the last one.
-    void closeEvent(QCloseEvent* event) override;
+    void closeOrPutOff(QCloseEvent& event);
+
+    void closeOnEscape();
+
+    ScreenContext context_;
 
 private:
-    WindowEventLoop& loop_;
-    int running_ = 0;
+    template <typename Operation, typename... Told>
+    static void call(Operation& operation, Told&&... told) {
+        if constexpr (std::is_invocable_v<Operation&, Told...>)
+            operation(std::forward<Told>(told)...);
+        else
+            operation();
+    }
+    void endStep();
+
+    QWidget& window_;
+    Screen screen_;
+    int refreshNumber_ = 0;
+    Steps steps_;
+    Steps showing_;
     bool closeLater_ = false;
     bool left_ = false;
 };
+
+/// A screen that is a `Window`, with its given name and its title.
+template <typename Window>
+class StepWindow : public Window, protected ScreenSteps {
+protected:
+    StepWindow(const ScreenContext& context, Screen screen, const char* name, const char* title)
+        : ScreenSteps(*this, context, screen) {
+        this->setObjectName(QLatin1String(name));
+        this->setWindowTitle(QLatin1String(title));
+    }
+
+    void closeEvent(QCloseEvent* event) override { closeOrPutOff(*event); }
+};
+
+using StepScreen = StepWindow<QWidget>;
 
 }  // namespace quillon

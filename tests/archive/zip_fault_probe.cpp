@@ -47,12 +47,11 @@ public:
     bool isThisComputer(const std::string& /*target*/) const override { return false; }
 };
 
-class Screen final : public ZipHost {
+class NoScreen final : public ScreenHost {
 public:
     void showState() override {}
     void beep() override {}
-    std::string mainJobId() const override { return "1234-1"; }
-    std::string mainSeparator() const override { return "-"; }
+    void focus(const char* /*control*/) override {}
 };
 
 int zipFolder(const NativePath& folder) {
@@ -67,11 +66,9 @@ int zipFolder(const NativePath& folder) {
     NoLoop loop;
     const Surroundings surroundings{clock, dates, dialogs, loop, "LAB7"};
     NoAlerts alerts;
-    Screen screen;
+    NoScreen screen;
     ZipFileLists lists(installation, surroundings, alerts, screen);
-    lists.load();
-    lists.state.jobId = screen.mainJobId();
-    lists.state.separator = screen.mainSeparator();
+    lists.load({"1234-1", "-"});
     lists.zip();
     return dialogs.failed ? 1 : 0;
 }

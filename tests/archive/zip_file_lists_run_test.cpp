@@ -62,7 +62,7 @@ TEST_F(ZipRunTest, TheLogLineNamesTheFilesAndEndsWithoutAnOutcome) {
 }
 
 TEST_F(ZipRunTest, AnEmptyGridIsToldAndNothingElseHappens) {
-    screen.jobId = "9999";
+    job.jobId = "9999";
     open();
     fake.dialogs.expectBox("Error", "Nothing to zip, please select some files.", BoxAnswer::Ok, BoxStyle::Warning);
     lists.zip();
@@ -82,7 +82,7 @@ TEST_F(ZipRunTest, RetainedListsStay) {
 }
 
 TEST_F(ZipRunTest, AnEmptyJobIdGivesFileList) {
-    screen.jobId = "";
+    job.jobId = "";
     open();
     EXPECT_EQ(lists.state.rows.size(), 2U);
     expectComplete();
@@ -92,7 +92,7 @@ TEST_F(ZipRunTest, AnEmptyJobIdGivesFileList) {
 }
 
 TEST_F(ZipRunTest, TheMaskCutsAtTheFirstSeparatorAndTheArchiveAtTheLast) {
-    screen.jobId = "1234-A-B";
+    job.jobId = "1234-A-B";
     open();
     EXPECT_EQ(lists.state.rows.size(), 2U);
     expectComplete();

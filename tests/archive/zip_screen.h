@@ -4,13 +4,13 @@
 // An installation with lists, a scripted alert sender and a screen that records, for tests of the zip run.
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "archive/zip_file_lists.h"
 #include "platform/folders.h"
 #include "support/fake_surroundings.h"
+#include "support/recording_screen.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
@@ -46,22 +46,6 @@ public:
     AckState state = AckState::None;
 };
 
-class RecordingZipScreen final : public ZipHost {
-public:
-    void showState() override {
-        if (onShow)
-            onShow();
-    }
-    void beep() override { ++beeps; }
-    std::string mainJobId() const override { return jobId; }
-    std::string mainSeparator() const override { return separator; }
-
-    std::string jobId = "1234-Partition 1";
-    std::string separator = "-";
-    int beeps = 0;
-    std::function<void()> onShow;
-};
-
 /// Local root "local", archive folder "zips", lists of job 1234.
 class ZipScreen {
 public:
@@ -78,11 +62,7 @@ public:
     }
 
     /// As the main window opens the screen.
-    void open() {
-        lists.load();
-        lists.state.jobId = screen.jobId;
-        lists.state.separator = screen.separator;
-    }
+    void open() { lists.load(job); }
     [[nodiscard]] std::string path(const std::string& name) const { return (folder / name).string(); }
     [[nodiscard]] bool exists(const std::string& name) const { return pathExists(folder / name); }
     [[nodiscard]] std::string kept(const std::string& name) const { return "local/Kept/2026-11-15 10.20.30/" + name; }
@@ -95,7 +75,8 @@ public:
     FakeSurroundings fake;
     Installation installation{folder / "app"};
     ScriptedAlerts alerts;
-    RecordingZipScreen screen;
+    RecordingScreen screen;
+    ZipHandover job{"1234-Partition 1", "-"};
     ZipFileLists lists{installation, fake.surroundings, alerts, screen};
 };
 

@@ -41,6 +41,10 @@ public:
 
     /// Opens the screen without waiting for it.
     void open() { navigator.open(screen_); }
+    [[nodiscard]] bool isOpen() const {
+        const QWidget* found = navigator.window(screen_);
+        return found != nullptr && found->isVisible();
+    }
     /// The window of the screen; the test fails without one.
     [[nodiscard]] QWidget& window() const { return windowOf(screen_); }
     [[nodiscard]] QWidget& windowOf(Screen screen) const {
@@ -99,7 +103,6 @@ private:
     void loadSettings() override {}
     void upDateAllLabels() override {}
     void showMain() override { ++mainShown; }
-    void showState() override {}
 
     Screen screen_;
 };

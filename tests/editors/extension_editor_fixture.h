@@ -11,25 +11,10 @@
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
 #include "job/job.h"
+#include "support/recording_screen.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
-
-/// Counts what the editor asks of its screen.
-class RecordingEditorHost final : public ExtensionEditorHost {
-public:
-    void showState() override { ++shown; }
-    void clearClipboard() override { ++clipboardCleared; }
-    void beep() override { ++beeps; }
-    void focusPosition() override { ++positionFocus; }
-    void focusTerm() override { ++termFocus; }
-
-    int shown = 0;
-    int clipboardCleared = 0;
-    int beeps = 0;
-    int positionFocus = 0;
-    int termFocus = 0;
-};
 
 class ExtensionEditorTest : public testing::Test {
 protected:
@@ -76,8 +61,10 @@ protected:
 
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
-    RecordingEditorHost host;
-    ExtensionEditor editor{folders.installation, folders.dialogs, folders.kept, job.messages, host};
+    RecordingScreen host;
+    int clipboardCleared = 0;
+    ExtensionEditor editor{folders.installation,          folders.dialogs, folders.kept, job.messages, host,
+                           [this] { ++clipboardCleared; }};
     EditorHandover handover;
 };
 

@@ -11,6 +11,7 @@ namespace quillon::test {
 namespace {
 
 using ExtensionEditorSearchTest = ExtensionEditorTest;
+using Names = std::vector<std::string>;
 using Texts = std::vector<std::u16string>;
 
 TEST_F(ExtensionEditorSearchTest, AnEmptyPositionOrTermIsAskedFor) {
@@ -18,13 +19,13 @@ TEST_F(ExtensionEditorSearchTest, AnEmptyPositionOrTermIsAskedFor) {
     enter("", "A");
     expectWarning("Error", "Please enter a starting position for the search term (0= Anywhere in the first 512 bytes)");
     editor.search();
-    EXPECT_EQ(host.positionFocus, 1);
+    EXPECT_EQ(host.focused, Names{"Text2"});
     enter("1", "");
     expectWarning("Error", "Please enter a term to search for");
     editor.search();
-    EXPECT_EQ(host.termFocus, 1);
+    EXPECT_EQ(host.focused, (Names{"Text2", "Text3"}));
     EXPECT_TRUE(editor.state.framesEnabled);
-    EXPECT_EQ(host.clipboardCleared, 2);
+    EXPECT_EQ(clipboardCleared, 2);
 }
 
 TEST_F(ExtensionEditorSearchTest, WithoutFilesTheTermIsNotFound) {
@@ -79,7 +80,7 @@ TEST_F(ExtensionEditorSearchTest, AnOddLengthHasTheWordsOfTheSearch) {
     expectWarning("Error", "Hex terms must be in pairs (e.g. 01 02 03 or 010203). ");
     editor.search();
     EXPECT_EQ(editor.state.term, "416");
-    EXPECT_EQ(host.termFocus, 1);
+    EXPECT_EQ(host.focused, Names{"Text3"});
     EXPECT_TRUE(editor.state.framesEnabled);
 }
 
@@ -92,7 +93,7 @@ TEST_F(ExtensionEditorSearchTest, OtherCharactersMayBecomeATextSearch) {
     enter("1", "wo rd", kHexType);
     folders.dialogs.expectBox("Hex Error", question, BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
     editor.search();
-    EXPECT_EQ(host.termFocus, 1);
+    EXPECT_EQ(host.focused, Names{"Text3"});
     EXPECT_EQ(editor.state.type, kHexType);
     folders.dialogs.expectBox("Hex Error", question, BoxAnswer::Yes, BoxStyle::Warning, BoxButtons::YesNo);
     expectResult(" 1", " 0", BoxAnswer::Yes);

@@ -147,7 +147,7 @@ TEST_F(ExtensionEditorTest, AddPutsTheFieldsAtTheEndUnchecked) {
     editor.addOrUpdate();
     EXPECT_EQ(listed(), std::string(kThree) + "x1,,T\r\n1,AAA,T\r\n");
     EXPECT_FALSE(editor.state.updating);
-    EXPECT_EQ(host.clipboardCleared, 2);
+    EXPECT_EQ(clipboardCleared, 2);
 }
 
 TEST_F(ExtensionEditorTest, AddNormalisesAHexadecimalTerm) {
@@ -167,7 +167,7 @@ TEST_F(ExtensionEditorTest, AddRefusesAWrongHexadecimalTerm) {
     expectWarning("Hex Error", "Invalid HEX characters in string. Hex must only contain numbers 0-9 and Letter A-F");
     editor.addOrUpdate();
     EXPECT_TRUE(editor.state.rows.empty());
-    EXPECT_EQ(host.termFocus, 2);
+    EXPECT_EQ(host.focused, std::vector<std::string>(2, "Text3"));
 }
 
 TEST_F(ExtensionEditorTest, UpdateOverwritesTheCurrentRowAndStaysUpdate) {
@@ -208,7 +208,7 @@ TEST_F(ExtensionEditorTest, PresetsFillTheCriteriaAlone) {
     EXPECT_EQ(editor.state.position + editor.state.term, "1WP");
     EXPECT_EQ(editor.state.type, kTextType);
     EXPECT_TRUE(editor.state.rows.empty());
-    EXPECT_EQ(host.clipboardCleared, 3);
+    EXPECT_EQ(clipboardCleared, 3);
 }
 
 TEST_F(ExtensionEditorTest, ACommaIsRefusedInATerm) {

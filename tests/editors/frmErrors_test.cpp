@@ -105,7 +105,7 @@ void FrmErrorsTest::okAddsTheColonSavesAndLoadsTheMessages() {
     screen_->type("tError_0", "Fine");
     screen_->type("tError_9", "Type");
     screen_->click("Command1");
-    QVERIFY(!screen_->window().isVisible());
+    QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->mainShown, 1);
     QCOMPARE(
         screen_->bytesOf(kList),

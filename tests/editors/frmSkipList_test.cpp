@@ -182,7 +182,7 @@ void FrmSkipListTest::theHelpOfAModalScreenCanBeUsed() {
 
 void FrmSkipListTest::doneAndTheCloseBoxShowTheMainWindow() {
     screen_->click("Command4");
-    QVERIFY(!screen_->window().isVisible());
+    QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->mainShown, 1);
     screen_->open();
     screen_->window().close();

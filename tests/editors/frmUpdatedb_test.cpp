@@ -261,7 +261,7 @@ void FrmUpdatedbTest::everyWayOutSaves() {
     screen_->type("Text1", "doc");
     add("1", "x");
     screen_->click("Command5");
-    QVERIFY(!screen_->window().isVisible());
+    QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->mainShown, 1);
     QCOMPARE(screen_->bytesOf("local/Database/doc.dat"), std::string("1,x,T\r\n"));
     screen_->open();

@@ -10,26 +10,13 @@
 #include "editors/extension_editor.h"
 #include "editors/manual_update.h"
 #include "job/job.h"
+#include "support/recording_screen.h"
 #include "viewer/list_viewer.h"
 
 using namespace quillon;
 using quillon::test::EditorFolders;
 
 namespace {
-
-class SilentEditor final : public ExtensionEditorHost {
-    void showState() override {}
-    void clearClipboard() override {}
-    void beep() override {}
-    void focusPosition() override {}
-    void focusTerm() override {}
-};
-
-class SilentViewer final : public ViewerHost {
-    void showState() override {}
-    void beep() override {}
-    void focusGrid() override {}
-};
 
 // All that the screens need, over one installation.
 struct Screens {
@@ -47,11 +34,10 @@ struct Screens {
 
     EditorFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
-    SilentEditor editorHost;
-    SilentViewer viewerHost;
-    ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, editorHost};
+    test::RecordingScreen screen;
+    ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, screen, [] {}};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
-    ListViewer viewer{viewedJob(job), viewerHost};
+    ListViewer viewer{viewedJob(job), screen};
     std::string loaded;  // what an action that loads has read
 };
 

@@ -39,14 +39,11 @@ public:
     void turn() override {}
 };
 
-class NoScreen final : public ViewerHost, public ExtensionEditorHost {
+class NoScreen final : public ScreenHost {
 public:
     void showState() override {}
     void beep() override {}
-    void focusGrid() override {}
-    void clearClipboard() override {}
-    void focusPosition() override {}
-    void focusTerm() override {}
+    void focus(const char* /*control*/) override {}
 };
 
 class TeachingRun {
@@ -72,7 +69,7 @@ public:
     }
 
     void done() {
-        ExtensionEditor editor(installation_, dialogs_, job_.kept(), job_.messages, screen_);
+        ExtensionEditor editor(installation_, dialogs_, job_.kept(), job_.messages, screen_, [] {});
         editor.load({1, u"qlx", {}, {}});
         editor.state.position = "5";
         editor.state.term = "NEW";

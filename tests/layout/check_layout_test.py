@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Proves that the layout check finds each kind of violation, and only that."""
+import contextlib
 import importlib.util
+import io
 import sys
 import tempfile
 import unittest
@@ -12,8 +14,10 @@ SCRIPT = Path(__file__).parents[2] / "scripts" / "check_layout.py"
 module = importlib.util.spec_from_file_location("check_layout", SCRIPT)
 check_layout = importlib.util.module_from_spec(module)
 module.loader.exec_module(check_layout)
+SHIPPED_EXEMPT = check_layout.EXEMPT
 
 SPDX = "// SPDX-License-Identifier: MIT\n"
+FLOORS = "text platform ahead app widgets testing messaging archive setup job viewer editors ui programs".split()
 
 
 class LayoutCase(unittest.TestCase):
@@ -21,6 +25,15 @@ class LayoutCase(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.root = Path(folder.name)
+        self.tell_floors(FLOORS)
+        check_layout.EXEMPT = {}
+
+    def tell_floors(self, floors):
+        page = self.root / check_layout.ARCHITECTURE
+        page.parent.mkdir(exist_ok=True)
+        page.write_text("| Folder | What it holds |\n| --- | --- |\n" + "".join(f"| `src/{name}` | this |\n" for name in floors))
+        for name in floors:
+            (self.root / "src" / name).mkdir(parents=True, exist_ok=True)
 
     def put(self, name, text, head=SPDX, listed=True):
         path = self.root / name
@@ -90,6 +103,116 @@ class Includes(LayoutCase):
         self.assertHolds()
 
 
+class Floors(LayoutCase):
+    def heights(self):
+        return check_layout.floors_of(check_layout.folder_includes(self.root), check_layout.floors_told(self.root))
+
+    def test_order_comes_from_the_includes(self):
+        self.tell_floors(["text", "platform", "job"])
+        for folder in FLOORS[3:]:
+            if folder != "job":
+                (self.root / "src" / folder).rmdir()
+        (self.root / "src/ahead").rmdir()
+        self.put("src/job/job.cpp", '#include "platform/file.h"\n#include "text/page.h"\n')
+        self.put("src/platform/file.cpp", '#include "text/page.h"\n')
+        self.assertEqual(self.heights(), ([["text"], ["platform"], ["job"]], []))
+        self.assertHolds()
+
+    def test_folders_that_know_nothing_of_each_other_are_on_one_height(self):
+        self.put("src/job/job.cpp", '#include "setup/wizard.h"\n#include "archive/zip.h"\n')
+        self.assertEqual(self.heights(), ([[name for name in FLOORS if name != "job"], ["job"]], []))
+
+    def test_another_order_in_the_table_is_found(self):
+        self.put("src/job/job.cpp", '#include "testing/check.h"\n')
+        self.assertHolds()
+        self.tell_floors([name for name in FLOORS if name != "testing"] + ["testing"])
+        self.assertFinds("src/job/job.cpp", "higher floor")
+
+    def test_circle_is_found_with_its_members_alone(self):
+        self.put("src/archive/zip.cpp", '#include "setup/wizard.h"\n')
+        self.put("src/setup/wizard.cpp", '#include "testing/check.h"\n')
+        self.put("src/testing/check.cpp", '#include "archive/zip.h"\n#include "text/page.h"\n')
+        self.put("src/job/job.cpp", '#include "testing/check.h"\n')
+        found = [line for line in check_layout.violations(self.root) if "circle" in line]
+        self.assertEqual(found, ["src: the folders archive, setup, testing include one another in a circle"])
+
+    def test_folder_without_a_line_in_the_table_is_found(self):
+        self.put("src/evidence/store.h", "")
+        self.assertFinds("src/evidence", "no line of the table")
+
+    def test_line_without_a_folder_is_found(self):
+        (self.root / "src/viewer").rmdir()
+        self.assertFinds("src/viewer is no folder")
+
+
+class Doors(LayoutCase):
+    ASKING = {
+        "files": ("#include <filesystem>\n", "auto a = std::filesystem::exists(path);\n", "#include <fstream>\n", "QDir here;\n",
+                  "QFile file(name);\n"),
+        "clock": ("auto a = std::chrono::steady_clock::now();\n", "using Clock = std::chrono::system_clock;\n", "auto a = std::time(0);\n",
+                  "localtime_r(&a, &b);\n", "QElapsedTimer timer;\n"),
+        "locale": ('setlocale(LC_ALL, "");\n', "std::locale here;\n", "strftime(a, b, c, d);\n", "#include <clocale>\n", "QLocale here;\n"),
+        "environment": ('auto a = std::getenv("HOME");\n',),
+        "programs": ('std::system("ls");\n', "#include <csignal>\n"),
+        "errno": ("if (errno == 2) return;\n",),
+        "chance": ("std::random_device device;\n",),
+        "streams": ("std::cout << 1;\n", "#include <iostream>\n"),
+        "threads": ("std::thread other;\n", "#include <future>\n", "std::jthread other;\n"),
+    }
+
+    def test_every_door_has_its_cases(self):
+        self.assertEqual(self.ASKING.keys(), check_layout.DOORS.keys())
+
+    def test_asking_beside_the_door_is_found(self):
+        for key, lines in self.ASKING.items():
+            for line in lines:
+                with self.subTest(line):
+                    self.put("src/editors/frmErrors.h", "int a;\n" + line)
+                    self.assertFinds("src/editors/frmErrors.h", "line 4", check_layout.DOORS[key].what)
+
+    def test_asking_behind_the_door_is_not_found(self):
+        for key, lines in self.ASKING.items():
+            with self.subTest(key):
+                for folder in check_layout.DOORS[key].folders:
+                    plain = "".join(line for line in lines if not line.startswith("Q"))
+                    self.put(folder + "door.h", plain)
+                    self.assertHolds()
+                    (self.root / folder / "door.h").unlink()
+
+    def test_tests_and_tools_may_ask(self):
+        self.put("tests/job/clock_test.cpp", "auto a = std::chrono::steady_clock::now();\nstd::thread b;\n")
+        self.assertHolds()
+
+    def test_comments_and_texts_do_not_ask(self):
+        self.put("src/job/job.cpp", '// std::thread\n/* <fstream>\n errno */\nconst char* a = "std::cout " R"(getenv)";\n')
+        self.assertHolds()
+
+    def test_names_alike_do_not_ask(self):
+        self.put("src/job/job.cpp", "auto a = dates.time(now);\nmyerrno = QFileName(wall_clock);\nthis_thread(a);\n")
+        self.assertHolds()
+
+    def test_a_line_with_its_reason_exempts_one_door_of_one_file(self):
+        check_layout.EXEMPT = {("src/job/job.cpp", "threads"): "is tried here"}
+        self.put("src/job/job.cpp", "std::thread other;\n")
+        self.assertHolds()
+        self.put("src/job/walk.cpp", "std::thread other;\n")
+        self.assertFinds("src/job/walk.cpp", "threads")
+
+    def test_an_exemption_that_nothing_needs_is_found(self):
+        check_layout.EXEMPT = {("src/job/job.cpp", "threads"): "was needed once"}
+        self.put("src/job/job.cpp", "int a;\n")
+        self.assertFinds("src/job/job.cpp", "no exemption")
+        (self.root / "src/job/job.cpp").unlink()
+        self.assertFinds("src/job/job.cpp", "is not there")
+
+
+class Exemptions(unittest.TestCase):
+    def test_each_has_a_reason(self):
+        for place, reason in SHIPPED_EXEMPT.items():
+            with self.subTest(place):
+                self.assertGreater(len(reason.split()), 3)
+
+
 class QtAndSystem(LayoutCase):
     def test_qt_in_core_is_found(self):
         for include in ("<QString>", "<QtCore/QString>"):
@@ -123,9 +246,6 @@ class QtAndSystem(LayoutCase):
 
 
 class Sizes(LayoutCase):
-    def function(self, lines, head="void run()"):
-        return f"{head} {{\n" + "    step();\n" * (lines - 2) + "}\n"
-
     def test_file_of_400_lines(self):
         self.put("src/text/page.cpp", "int a;\n" * 399)
         self.assertHolds()
@@ -133,34 +253,6 @@ class Sizes(LayoutCase):
     def test_file_of_401_lines_is_found(self):
         self.put("src/text/page.cpp", "int a;\n" * 400)
         self.assertFinds("401 lines, at most 400")
-
-    def test_function_of_40_lines(self):
-        self.put("src/text/page.cpp", "namespace quillon {\n" + self.function(40) + "}\n")
-        self.assertHolds()
-
-    def test_function_of_41_lines_is_found(self):
-        heads = ("void run()", "int Grid::size() const noexcept", "Grid::Grid(int n) : rows_{n}, columns_(n)",
-                 "bool operator==(const Grid& a, const Grid& b)", "auto f(int a = 1) -> std::vector<int>",
-                 "template <class T, int N = 3>\nT f(T a)", "TEST(Grid, HasRows)", "void f(const char* s = \"{\")")
-        for head in heads:
-            with self.subTest(head):
-                self.put("src/text/page.cpp", "namespace quillon {\n" + self.function(41, head) + "}\n", listed=False)
-                self.put("src/text/CMakeLists.txt", "add(page.cpp)\n", head="# SPDX-License-Identifier: MIT\n")
-                self.assertFinds(f"function at line {3 + head.count(chr(10))} has 41 lines, at most 40")
-
-    def test_function_in_class_is_measured(self):
-        self.put("src/text/page.h", "class Page : public Base {\npublic:\n" + self.function(41) + "};\n")
-        self.assertFinds("function at line 5 has 41 lines")
-
-    def test_long_class_and_table_are_no_functions(self):
-        table = "constexpr Row kRows[] = {\n" + '    {"a", f(1), {1, 2}},\n' * 60 + "};\n"
-        self.put("src/text/page.h", "struct Page {\n" + "    int a(int b);\n" * 60 + "};\n" + table)
-        self.assertHolds()
-
-    def test_braces_in_texts_and_comments_do_not_count(self):
-        odd = "// } {\n/* { */\nconst char* a = \"{\";\nchar b = '{';\nconst char* c = R\"({)\";\nint d = 1'000;\n"
-        self.put("src/text/page.cpp", odd + self.function(41))
-        self.assertFinds("function at line 8 has 41 lines")
 
 
 class Heads(LayoutCase):
@@ -182,6 +274,12 @@ class Heads(LayoutCase):
     def test_names(self):
         self.put("src/text/PageText.h", "")
         self.assertFinds("snake_case")
+
+    def test_product_file_named_like_a_test_is_found(self):
+        self.put("src/testing/header_test.h", "")
+        self.assertFinds("name of a test")
+        self.put("tests/testing/header_test.cpp", "")
+        self.assertFinds("src/testing/header_test.h")
 
     def test_utils_folder_is_found(self):
         self.put("tests/utils/page.h", "")
@@ -223,6 +321,13 @@ class Command(LayoutCase):
         self.assertEqual(check_layout.main([str(self.root)]), 0)
         self.put("src/text/page.h", "#include <unistd.h>\n")
         self.assertEqual(check_layout.main([str(self.root)]), 1)
+
+    def test_tells_the_order_of_the_floors(self):
+        self.put("src/ui/main.cpp", '#include "job/job.h"\n')
+        with contextlib.redirect_stdout(io.StringIO()) as told:
+            check_layout.main([str(self.root)])
+        order = ", ".join(name for name in FLOORS if name != "ui")
+        self.assertEqual(told.getvalue(), f"floors, by the includes: {order} < ui\nlayout: every rule holds\n")
 
 
 if __name__ == "__main__":

@@ -13,6 +13,7 @@
 #include <fmt/format.h>
 #include <gmock/gmock.h>
 
+#include "app/version.h"
 #include "messaging/alert_exchange.h"
 #include "messaging/messenger.h"
 #include "platform/host.h"
@@ -296,7 +297,8 @@ TEST_F(MessengerCommand, HelpAndVersion) {
         EXPECT_THAT(out.str(), HasSubstr(option));
     std::ostringstream version;
     EXPECT_EQ(runMessengerCommand({"--version"}, {version, err}), 0);
-    EXPECT_EQ(version.str(), "quillon-messenger 1.0.0\n");
+    const auto [major, minor, revision] = programVersion();
+    EXPECT_EQ(version.str(), fmt::format("quillon-messenger {}.{}.{}\n", major, minor, revision));
 }
 
 }  // namespace

@@ -8,17 +8,12 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/setup_folders.h"
+#include "support/recording_screen.h"
 
 namespace quillon::test {
 namespace {
 
 using testing::ElementsAre;
-
-class RecordingNetworkScreen final : public NetworkSetupHost {
-public:
-    void showState() override { ++shown; }
-    int shown = 0;
-};
 
 class NetworkSetupTest : public testing::Test, public SetupFolders {
 protected:
@@ -44,7 +39,7 @@ protected:
                                answer, BoxStyle::Question, BoxButtons::YesNo);
     }
 
-    RecordingNetworkScreen screen;
+    RecordingScreen screen;
     NetworkSetup setup{installation, fake.surroundings, screen};
 };
 

@@ -4,7 +4,6 @@
 // A wizard over an application folder with a default database, a recording screen and scripted sockets.
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,29 +11,12 @@
 #include "platform/folders.h"
 #include "setup/wizard.h"
 #include "support/fake_surroundings.h"
+#include "support/recording_screen.h"
 #include "support/scripted_network.h"
 #include "support/scripted_socket.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
-
-class RecordingWizardScreen final : public WizardHost {
-public:
-    void showState() override {
-        if (onShow)
-            onShow();
-    }
-    void beep() override { ++beeps; }
-    void focusBrowse(WizardPath path) override { focus = path; }
-    void startHintTimer() override { ++timerStarts; }
-    void leave(bool reload) override { left = reload; }
-
-    int beeps = 0;
-    int timerStarts = 0;
-    std::optional<WizardPath> focus;
-    std::optional<bool> left;
-    std::function<void()> onShow;
-};
 
 class WizardScreen {
 public:
@@ -81,7 +63,7 @@ public:
                          [] { return std::string(); }};
     std::shared_ptr<NetworkProvider> network =
         std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"});
-    RecordingWizardScreen screen;
+    RecordingScreen screen;
     SetupWizard wizard{installation, fake.surroundings, alerts, network, screen};
 };
 

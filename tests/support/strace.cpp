@@ -11,6 +11,15 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+// GCC and Clang tell of their sanitizers in two ways.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define QUILLON_SANITIZED
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define QUILLON_SANITIZED
+#endif
+#endif
+
 namespace quillon::test {
 
 int runShell(const std::string& command) {
@@ -19,7 +28,7 @@ int runShell(const std::string& command) {
 }
 
 bool canTrace() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef QUILLON_SANITIZED
     std::cout << "Skipped: a sanitizer makes system calls of its own, which cannot be told from the program's\n";
     return false;
 #endif

@@ -1,29 +1,20 @@
 // SPDX-License-Identifier: MIT
-// Writes the named controls of every screen, for scripts/make_screens_page.py: one line each, fields parted by a tab.
+// Writes the named controls of every screen, for scripts/check_controls.py: one line each, fields parted by a tab.
 //
-//   SCREEN TITLE                     ahead of the controls of a screen
-//   SCREEN NAME KIND CAPTION         in the order in which the screen made them
+//   SCREEN NAME used         what a person can do something with
+//   SCREEN NAME shown
 
 #include <cstdio>
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMenu>
-#include <QProgressBar>
-#include <QRadioButton>
 #include <QSplitter>
-#include <QStatusBar>
 #include <QTabBar>
 #include <QTabWidget>
-#include <QTextBrowser>
-#include <QTimer>
-#include <QToolBar>
 
 #include "ui/main_window.h"
 #include "widgets/grid.h"
@@ -38,47 +29,11 @@ bool isA(const QObject& object) {
     return qobject_cast<const Control*>(&object) != nullptr;
 }
 
-// From the special to the general.
-QString kindOf(const QObject& object) {
-    if (const auto* entry = qobject_cast<const QAction*>(&object); entry != nullptr && entry->isSeparator())
-        return QStringLiteral("separator");
-    const std::pair<bool (*)(const QObject&), const char*> kinds[] = {
-        {isA<Grid>, "grid"},
-        {isA<HexView>, "hex view"},
-        {isA<QTextBrowser>, "page"},
-        {isA<QLabel>, "label"},
-        {isA<QLineEdit>, "text box"},
-        {isA<QComboBox>, "choice"},
-        {isA<QListWidget>, "list"},
-        {isA<QCheckBox>, "check box"},
-        {isA<QRadioButton>, "option"},
-        {isA<QAbstractButton>, "button"},
-        {isA<QGroupBox>, "frame"},
-        {isA<QProgressBar>, "progress bar"},
-        {isA<QTabWidget>, "tabs"},
-        {isA<QToolBar>, "toolbar"},
-        {isA<QStatusBar>, "status bar"},
-        {isA<QMenu>, "menu"},
-        {isA<QAction>, "menu entry"},
-        {isA<QTimer>, "timer"},
-    };
-    for (const auto& [fits, kind] : kinds) {
-        if (fits(object))
-            return QLatin1String(kind);
-    }
-    return QStringLiteral("picture");
-}
-
-QString captionOf(const QObject& object) {
-    if (isA<QLineEdit>(object))
-        return {};
-    if (const auto* widget = qobject_cast<const QWidget*>(&object))
-        return test::captionOf(*widget);
-    return object.property("text").toString().remove(QLatin1Char('&'));
-}
-
-void print(const QStringList& fields) {
-    std::printf("%s\n", fields.join(QLatin1Char('\t')).toUtf8().constData());
+bool isUsed(const QObject& object) {
+    if (const auto* entry = qobject_cast<const QAction*>(&object))
+        return !entry->isSeparator();
+    return isA<QAbstractButton>(object) || isA<QLineEdit>(object) || isA<QComboBox>(object) ||
+           isA<QListWidget>(object) || isA<QTabWidget>(object) || isA<Grid>(object) || isA<HexView>(object);
 }
 
 // The named parts of a screen, without those that Qt makes inside its own widgets and without layout.
@@ -89,10 +44,10 @@ bool isControl(const QObject& object) {
 }
 
 void listControls(const QWidget& screen) {
-    print({screen.objectName(), screen.windowTitle()});
     for (const QObject* object : screen.findChildren<QObject*>()) {
         if (isControl(*object))
-            print({screen.objectName(), object->objectName(), kindOf(*object), captionOf(*object).simplified()});
+            std::printf("%s\t%s\t%s\n", qPrintable(screen.objectName()), qPrintable(object->objectName()),
+                        isUsed(*object) ? "used" : "shown");
     }
 }
 

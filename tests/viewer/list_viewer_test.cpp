@@ -120,7 +120,7 @@ TEST_F(ViewerTest, PleaseSelectMatchesNothing) {
     EXPECT_EQ(viewer.state.rows.count(), 0);
     EXPECT_EQ(viewer.state.matching, "Matching :  0");
     EXPECT_TRUE(viewer.state.extensions.entries().empty());
-    EXPECT_EQ(host.gridFocus, 0);
+    EXPECT_EQ(host.focused, std::vector<std::string>());
 }
 
 TEST_F(ViewerTest, FilterShowsTheRowsOfTheCategory) {
@@ -133,7 +133,7 @@ TEST_F(ViewerTest, FilterShowsTheRowsOfTheCategory) {
     EXPECT_EQ(viewer.state.extensions.entries(), (Texts{u"jpg", u"pdf"}));
     EXPECT_EQ(viewer.state.extensions.chosen(), -1);
     EXPECT_EQ(viewer.state.currentRow, -1);
-    EXPECT_EQ(host.gridFocus, 1);
+    EXPECT_EQ(host.focused, std::vector<std::string>(1, "iGrid1"));
     EXPECT_FALSE(viewer.state.busy);
     EXPECT_FALSE(viewer.state.busyPointer);
 }

@@ -49,7 +49,7 @@ TEST_F(RetestTest, GoodRowsLeaveTheGridAndTheListHasTheNewResults) {
     EXPECT_EQ(job.state.counters[Grade::Good], 1);
     EXPECT_EQ(job.state.counters[Grade::Corrupt], 1);
     EXPECT_EQ(host.beeps, 1);
-    EXPECT_EQ(host.gridFocus, 2);
+    EXPECT_EQ(host.focused, std::vector<std::string>(2, "iGrid1"));
     EXPECT_FALSE(viewer.state.busy);
     EXPECT_FALSE(viewer.state.busyPointer);
     EXPECT_TRUE(viewer.state.changed);
@@ -248,7 +248,7 @@ TEST_F(RetestTest, AShortLineOfAPathInTheGridEndsThePass) {
     EXPECT_EQ(utf16Text(folders.folder.read(folders.keptName("J1.csv"))), first + rest);
     EXPECT_EQ(host.beeps, 0);
     EXPECT_FALSE(viewer.state.busy);
-    EXPECT_EQ(host.gridFocus, 2);
+    EXPECT_EQ(host.focused, std::vector<std::string>(2, "iGrid1"));
 }
 
 // No file may grow beyond this many bytes while the object lives, as on a full disk.

@@ -14,22 +14,11 @@
 #include "platform/whole_file.h"
 #include "setup/setup_folders.h"
 #include "support/list_bytes.h"
+#include "support/recording_screen.h"
 #include "text/list_text.h"
 #include "viewer/list_viewer.h"
 
 namespace quillon::test {
-
-/// Counts what the viewer asks of its screen.
-class RecordingViewerHost final : public ViewerHost {
-public:
-    void showState() override { ++shown; }
-    void beep() override { ++beeps; }
-    void focusGrid() override { ++gridFocus; }
-
-    int shown = 0;
-    int beeps = 0;
-    int gridFocus = 0;
-};
 
 /// One row of a list as the testing pass writes it.
 inline std::u16string listRow(std::u16string_view path, std::u16string_view result,
@@ -94,7 +83,7 @@ protected:
 
     SetupFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
-    RecordingViewerHost host;
+    RecordingScreen host;
     ListViewer viewer{viewedJob(job), host};
 };
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Proves that the page of the screens finds the tests of a control, and a control without one."""
+"""Proves that the check of the controls finds the tests of a control, and a control without one."""
 import importlib.util
 import sys
 import tempfile
@@ -8,10 +8,10 @@ import unittest
 from pathlib import Path
 
 sys.dont_write_bytecode = True
-SCRIPT = Path(__file__).parents[2] / "scripts" / "make_screens_page.py"
-module = importlib.util.spec_from_file_location("make_screens_page", SCRIPT)
-page = importlib.util.module_from_spec(module)
-module.loader.exec_module(page)
+SCRIPT = Path(__file__).parents[2] / "scripts" / "check_controls.py"
+module = importlib.util.spec_from_file_location("check_controls", SCRIPT)
+check_controls = importlib.util.module_from_spec(module)
+module.loader.exec_module(check_controls)
 
 HEADER = """// SPDX-License-Identifier: MIT
 #pragma once
@@ -59,11 +59,10 @@ public:
     void type(const char* text) const { control("Text1").setText(text); }
 };
 """
-CONTROLS = ["frmSample\tSample", "frmSample\tCommand1\tbutton\tSave", "frmSample\tText1\ttext box\t",
-            "frmSample\tLabel1\tlabel\tName", "frmSample\tCheck1_1\tcheck box\ta|b"]
+CONTROLS = ["frmSample\tCommand1\tused", "frmSample\tText1\tused", "frmSample\tLabel1\tshown", "frmSample\tCheck1_1\tused"]
 
 
-class ScreensPageCase(unittest.TestCase):
+class ControlsCase(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
@@ -72,23 +71,24 @@ class ScreensPageCase(unittest.TestCase):
             (self.root / name).parent.mkdir(parents=True, exist_ok=True)
             (self.root / name).write_text(text)
 
-    def test_controls_stand_in_the_order_of_the_header_with_their_tests(self):
-        text, problems = page.make_page(self.root, CONTROLS)
-        self.assertEqual(problems, [])
-        self.assertEqual(text.splitlines()[-4:], [
-            "| `Label1` | label | Name | everyControlHasItsName |",
-            "| `Text1` | text box |  | savingKeepsTheName, everyControlHasItsName |",
-            "| `Check1_1` | check box | a\\|b | theBoxesAreTicked |",
-            "| `Command1` | button | Save | savingKeepsTheName, everyControlHasItsName |"])
+    def problems(self, controls=None):
+        return list(check_controls.problems(self.root, controls or CONTROLS))
+
+    def test_a_test_counts_by_its_text_that_of_its_helpers_and_that_of_its_fixture(self):
+        self.assertEqual(self.problems(), [])
 
     def test_a_control_that_is_only_looked_at_needs_a_test_of_its_own(self):
         path = self.root / "tests/ui/frmSample_test.cpp"
         path.write_text(TEST.replace("    save();\n", ""))
-        self.assertEqual(page.make_page(self.root, CONTROLS)[1], ["frmSample: Command1 (button) has no test of its own"])
+        self.assertEqual(self.problems(), ["frmSample: Command1 has no test of its own"])
+
+    def test_a_control_that_no_test_names_is_found(self):
+        (self.root / "src/ui/frmSample.h").write_text(HEADER.replace("Label1,", "Label1, Label2,"))
+        self.assertEqual(self.problems(CONTROLS + ["frmSample\tLabel2\tshown"]), ["frmSample: Label2 has no test"])
 
     def test_a_control_that_the_header_does_not_tell_is_found(self):
         (self.root / "src/ui/frmSample.h").write_text(HEADER.replace("Label1, ", ""))
-        self.assertEqual(page.make_page(self.root, CONTROLS)[1], ["frmSample: Label1 stands in no line of the header's table"])
+        self.assertEqual(self.problems(), ["frmSample: Label1 stands in no line of the header's table"])
 
 
 if __name__ == "__main__":
