@@ -4,7 +4,7 @@
 namespace quillon {
 
 void Dialogs::tell(const std::string& title, const std::string& text, BoxStyle style) {
-    static_cast<void>(show({title, text, style, BoxButtons::Ok}));
+    show({title, text, style, BoxButtons::Ok});
 }
 
 bool Dialogs::ask(const std::string& title, const std::string& text, BoxStyle style) {

@@ -37,7 +37,7 @@ public:
                 const Level done = std::move(level);
                 levels_.pop_back();
                 if (!levels_.empty() && !levels_.back().handle.isOpen() && done.handle.isOpen())
-                    static_cast<void>(openAgain(levels_.back(), done.handle.openFolder("..")));
+                    passOver(openAgain(levels_.back(), done.handle.openFolder("..")), "it is then opened by its path");
             } else if (!descend(level)) {
                 return;
             }

@@ -30,7 +30,7 @@ std::string cleanSeparator(std::string_view text) {
     const std::string kept = withoutForbidden(text);
     std::size_t end = 0;
     if (!kept.empty())
-        static_cast<void>(nextUtf8(kept, end));
+        passOver(nextUtf8(kept, end), "bytes that are no character have an end too");
     return kept.substr(0, end);
 }
 
@@ -241,8 +241,8 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
-        // A list that could not be copied is not there, and the counts stay at 0.
-        static_cast<void>(copier.copy(files.front().native(), list.native(), turning));
+        passOver(copier.copy(files.front().native(), list.native(), turning),
+                 "a list that could not be copied is not there, and the counts stay at 0");
         state_.fetchingList = false;
         state_.texts.status.clear();
     }

@@ -24,8 +24,8 @@ std::vector<std::string> ShareSteps::sharedFiles() {
 }
 
 void ShareSteps::copyChanged(const std::vector<std::string>& names) {
-    static_cast<void>(
-        showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }));
+    passOver(showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }),
+             "a file that could not be copied is as it was, and the next job copies it");
 }
 
 Result<void> ShareSteps::fetchSkips() {

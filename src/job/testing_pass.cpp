@@ -65,7 +65,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 void TestingPass::rawListFailed(const FileError& error) {
     const JobCounters& counters = job_.state.counters;
     job_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
-    static_cast<void>(handle(error, [] {}));
+    passOver(handle(error, [] {}), "there is no row that would be written or left out");
 }
 
 // False when the row in work is not to be written.
@@ -115,7 +115,8 @@ void TestingPass::reportError(const FileError& error) {
         return;
     std::string subject = "Process error";
     const std::string body = "The error message (" + error.text + ") occurred during processing a file ";
-    static_cast<void>(alerts_->sendAlert(job_.state.options.recipient, kAskForAcknowledgement, subject, body, 1));
+    passOver(alerts_->sendAlert(job_.state.options.recipient, kAskForAcknowledgement, subject, body, 1),
+             "the box has told of the error itself");
 }
 
 void TestingPass::showProgress(const ListRow& row) {

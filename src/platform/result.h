@@ -59,9 +59,10 @@ using Result = tl::expected<T, FileError>;
     return tl::unexpected<FileError>(std::move(error));
 }
 
-/// Marks a failure that is passed over by design. `why` is for the reader of the call and is not used.
+/// Marks a failure, or an answer that may tell of one, that is passed over by design. `why` is for the reader of the
+/// call and is not used.
 template <typename T>
-void passOver(const Result<T>& /*result*/, const char* /*why*/) {
+void passOver(const T& /*answer*/, const char* /*why*/) {
 }
 
 }  // namespace quillon

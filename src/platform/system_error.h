@@ -18,10 +18,6 @@ namespace quillon {
 [[nodiscard]] FileError systemError(std::string_view nativePath);
 [[nodiscard]] FileError systemError(std::string_view nativePath, int number);
 
-/// As for a Result, for a call that gives -1 where it fails.
-inline void passOver(int /*result*/, const char* /*why*/) {
-}
-
 /// Repeats a system call while it is interrupted.
 template <typename Call>
 auto retried(Call call) -> decltype(call());

@@ -138,7 +138,7 @@ public:
             if (socket_.poll(kPollPatience).arrived)
                 noteKind(messenger.take(socket_.getData()));
         }
-        static_cast<void>(answers.finish(kEndPatience));
+        passOver(answers.finish(kEndPatience), "who got no answer until now is told of none");
         summary(messenger.counts(), answers.counts());
         return kMessengerEnded;
     }

@@ -10,6 +10,9 @@ Result<void> appendRuleLine(const NativePath& folder, std::string_view name, con
         return failure(ErrorKind::NotFound, "no folder is set for this list");
     const NativePath file = folder / name;
     const auto old = readWholeFile(file);
+    // Unread, the last line could be an open one, which the new line would become a part of.
+    if (!old && old.error().kind != ErrorKind::NotFound)
+        return failure(old.error());
     const bool openEnd = old && !old->empty() && old->back() != '\n' && old->back() != '\r';
     const std::string oneLine = line.bytes.substr(0, line.bytes.find_first_of("\r\n"));
     return appendToFile(file, (openEnd ? "\r\n" : "") + oneLine + "\r\n");

@@ -10,7 +10,7 @@ namespace quillon {
 
 /// Appends one line to a rule list of a settings folder, making the file when it is missing. A last line that lacks its
 /// end, as an editor may leave it, gets one first, so that two lines never become one; of a line that was pasted as
-/// several the first counts. An empty `folder` is a NotFound failure.
+/// several the first counts. An empty `folder` is a NotFound failure, and a list that cannot be read gets no line.
 [[nodiscard]] Result<void> appendRuleLine(const NativePath& folder, std::string_view name, const PageText& line);
 
 }  // namespace quillon

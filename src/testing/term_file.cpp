@@ -142,7 +142,7 @@ void TermFiles::locate(Entry& entry) {
     if (name == names_.end())
         return;
     entry.name = name->second;
-    static_cast<void>(refresh(entry));
+    passOver(refresh(entry), "the entry itself tells whether the file is still there");
 }
 
 void TermFiles::listFolder() {

@@ -111,7 +111,7 @@ TEST_F(WalkTest, LinksLoopsFifosAndSocketsAreNeitherListedNorOpened) {
     fs::create_directory_symlink(folder / "source", folder / "source/real/loop");
     fs::create_symlink("nowhere", folder / "source/dangling");
     makeFifo(folder / "source/fifo");
-    static_cast<void>(makeSocket(folder / "source/socket"));
+    passOver(makeSocket(folder / "source/socket"), "a path too long for one leaves the others");
     EXPECT_EQ(walkedNames(), Names{"real/file"});
     ListFolders(job, folder / "source");
     EXPECT_EQ(state.counters.folders, 1) << "a link to a folder is no folder";

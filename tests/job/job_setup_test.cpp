@@ -90,16 +90,16 @@ TEST_F(JobSetupTest, AChosenSourceEnablesRunAndIsLogged) {
 TEST_F(JobSetupTest, ChoosingASourceTwiceLeavesOneRow) {
     for (int i = 0; i < 2; ++i) {
         fake.dialogs.expectFolder("Select source", temp / "source");
-        static_cast<void>(setup.pickSource());
+        setup.pickSource();
     }
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Source : " + (temp / "source").string()});
 }
 
 TEST_F(JobSetupTest, CancellingTheSourceShowsNoneAndDisablesRun) {
     fake.dialogs.expectFolder("Select source", temp / "source");
-    static_cast<void>(setup.pickSource());
+    setup.pickSource();
     fake.dialogs.expectFolder("Select source", std::nullopt);
-    static_cast<void>(setup.pickSource());
+    setup.pickSource();
     EXPECT_FALSE(state.options.source.has_value());
     EXPECT_FALSE(boardOf(state).run);
     EXPECT_TRUE(logTexts().empty());
@@ -123,7 +123,7 @@ TEST_F(JobSetupTest, AnExistingListIsAskedFor) {
 TEST_F(JobSetupTest, ANewChoiceForgetsTheConfirmation) {
     state.options.overwriteConfirmed = true;
     fake.dialogs.expectFolder("Select source", std::nullopt);
-    static_cast<void>(setup.pickSource());
+    setup.pickSource();
     EXPECT_FALSE(state.options.overwriteConfirmed);
 }
 

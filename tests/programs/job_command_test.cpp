@@ -198,9 +198,9 @@ TEST_F(JobCommandTest, JsonHasEveryCounterTheListTheTimesAndTheLog) {
 TEST_F(JobCommandTest, TheCountersStandInTheirOrder) {
     install();
     EXPECT_EQ(job({"--json"}), 0);
+    const auto result = nlohmann::ordered_json::parse(out.str());
     std::vector<std::string> names;
-    for (const auto& counter : nlohmann::ordered_json::parse(out.str())["counters"].items())
-        names.push_back(counter.key());
+    for (const auto& counter : result["counters"].items()) names.push_back(counter.key());
     EXPECT_EQ(names,
               (std::vector<std::string>{"folders",  "folder_errors", "folders_not_read", "files",       "total_bytes",
                                         "skipped",  "rows_read",     "tested",           "good",        "corrupt",

@@ -86,8 +86,8 @@ TEST(ListRow, PathAndExtensionAreThoseOfTheDisk) {
 
 TEST(ListRow, NothingOfAnEarlierLineStays) {
     ListRow row(kGraded);
-    static_cast<void>(row.extension());
-    static_cast<void>(row.nativePath());
+    EXPECT_FALSE(row.extension().empty());
+    EXPECT_FALSE(row.nativePath().empty());
     EXPECT_EQ(row.size(), 600);
     EXPECT_EQ(row.attributes(), 32);
     row.assign(u"/s/b.doc,, 7, 1;x");
