@@ -75,7 +75,7 @@ void frmZip::showFiles() {
     const ZipState& state = zip_.state;
     std::vector<GridRow> rows;
     for (const auto& path : state.rows) rows.push_back({{readable(path.native())}, std::nullopt});
-    showRows(*iGrid1, std::move(rows));
+    iGrid1->setRows(std::move(rows));
     if (state.selectedRow && *state.selectedRow < state.rows.size())
         showCurrentRow(*iGrid1, static_cast<int>(*state.selectedRow));
 }

@@ -186,7 +186,7 @@ void frmCommonHeaders::showControls() {
     rows.reserve(editor_.rows().size());
     for (const auto& header : editor_.rows())
         rows.push_back({{toUtf8(header.id), toUtf8(header.term), toUtf8(header.offset), toUtf8(header.type)}, {}});
-    showRows(*iGrid1, std::move(rows));
+    iGrid1->setRows(std::move(rows));
     showCurrentRow(*iGrid1, editor_.selected());
     showText(*tID, editor_.fields.id);
     showText(*tTerm, editor_.fields.term);

@@ -116,7 +116,7 @@ void frmSkipList::showControls() {
     std::vector<GridRow> rows;
     rows.reserve(editor_.terms().size());
     for (const auto& term : editor_.terms()) rows.push_back({{toUtf8(term)}, {}});
-    showRows(*iGrid1, std::move(rows));
+    iGrid1->setRows(std::move(rows));
     showCurrentRow(*iGrid1, editor_.selected());
     showText(*TextBox1, editor_.entry);
     Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));

@@ -212,7 +212,7 @@ void frmUpdatedb::showControls() {
     rows.reserve(editor_.rows().size());
     for (const auto& term : editor_.rows())
         rows.push_back({{toUtf8(term.term), toUtf8(term.offset), toUtf8(term.type)}, {}});
-    showRows(*iGrid1, std::move(rows));
+    iGrid1->setRows(std::move(rows));
     showCurrentRow(*iGrid1, editor_.current());
     showText(*Text2, editor_.fields.position);
     showText(*Text3, editor_.fields.term);

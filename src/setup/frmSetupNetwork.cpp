@@ -42,7 +42,7 @@ void frmSetupNetwork::createControls() {
 
     auto* commands = new QHBoxLayout;
     commands->setSpacing(kSpacing);
-    Label1 = makeElided("Label1", "");
+    Label1 = make<ElidedLabel>("Label1");
     Command1 = makeButton("Command1", "Copy");
     Command2 = makeButton("Command2", "Cancel");
     makePrimary(*Command1);

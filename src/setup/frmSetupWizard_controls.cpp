@@ -122,8 +122,8 @@ void frmSetupWizard::createControls() {
 
     auto* status = new QHBoxLayout;
     status->setSpacing(kSpacing);
-    Label17 = makeElided("Label17", "");
-    Label18 = makeElided("Label18", "");
+    Label17 = make<ElidedLabel>("Label17");
+    Label18 = make<ElidedLabel>("Label18");
     ProgressBar1 = makeProgress("ProgressBar1", "Progress of the archive");
     ProgressBar1->setMaximumWidth(200);
     Command5 = makeButton("Command5", "Exit");

@@ -26,7 +26,7 @@ QLabel* addLabel(QVBoxLayout& layout, const char* name, const QString& text) {
 
 }  // namespace
 
-frmABout::frmABout(QWidget* parent) : QDialog(parent) {
+frmABout::frmABout() {
     setObjectName(QStringLiteral("frmABout"));
     setWindowTitle(QStringLiteral("About"));
     auto* layout = new QVBoxLayout(this);

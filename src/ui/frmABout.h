@@ -21,7 +21,7 @@ class frmABout final : public QDialog {
     Q_OBJECT
 
 public:
-    explicit frmABout(QWidget* parent = nullptr);
+    frmABout();
 };
 
 }  // namespace quillon

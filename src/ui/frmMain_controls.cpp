@@ -52,13 +52,13 @@ void frmMainControls::createSource() {
     Label28->setBuddy(Textbox1);
     CommandButton1 = makeButton("CommandButton1", "&Browse for Drive/Folder");
     Label2 = makeLabel("Label2", "Source:");
-    lblSource = makeElided("lblSource", "None");
+    lblSource = make<ElidedLabel>("lblSource");
     chkCopy = makeCheck("chkCopy", "&Copy to ->");
     Command1 = makeButton("Command1", "");
     Command1->setIcon(icon(QStringLiteral("target")));
     Command1->setAccessibleName(QStringLiteral("Select target to copy files to"));
     Label3 = makeLabel("Label3", "Target:");
-    lblTarget = makeElided("lblTarget", "None");
+    lblTarget = make<ElidedLabel>("lblTarget");
 
     grid->addWidget(Label28, 0, 0);
     grid->addWidget(Textbox1, 0, 1);
@@ -164,7 +164,7 @@ void frmMainControls::createLog(QVBoxLayout& layout) {
     iGrid1->setAccessibleName(QStringLiteral("Job log"));
     iGrid1->setMinimumHeight(72);
     layout.addWidget(iGrid1, 1);
-    sFileTU = makeElided("sFileTU", "");
+    sFileTU = make<ElidedLabel>("sFileTU");
     sFileTU->setAccessibleName(QStringLiteral("Current file"));
     Command4 = makeButton("Command4", "Clear &Log");
     Command5 = makeButton("Command5", "Check F&olders");
@@ -207,7 +207,7 @@ void frmMainControls::arrange(QMainWindow& window) {
     auto* log = new QVBoxLayout(lower);
     log->setContentsMargins(0, kSpacing, 0, 0);
     log->setSpacing(kSpacing);
-    Label8 = makeElided("Label8", "");
+    Label8 = make<ElidedLabel>("Label8");
     Label8->setAccessibleName(QStringLiteral("Status"));
     log->addWidget(Label8);
     createLog(*log);

@@ -40,7 +40,7 @@ ByGrade<qreal> partWidths(const ByGrade<std::int32_t>& counts, qreal room) {
 
 }  // namespace
 
-GradeBar::GradeBar(QWidget* parent) : QWidget(parent) {
+GradeBar::GradeBar() {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     describe();
 }
@@ -81,7 +81,7 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     painter.drawPath(shape);
 }
 
-GradeSwatch::GradeSwatch(const QColor& colour, QWidget* parent) : QWidget(parent), colour_(colour) {
+GradeSwatch::GradeSwatch(const QColor& colour) : colour_(colour) {
     setFixedSize(10, 10);
 }
 

@@ -16,7 +16,7 @@ class GradeBar final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit GradeBar(QWidget* parent = nullptr);
+    GradeBar();
 
     /// Painted in the order of the score board; a grade with a count of 0 takes no room. At first, and with nothing
     /// counted, the bar is empty.
@@ -38,7 +38,7 @@ class GradeSwatch final : public QWidget {
     Q_OBJECT
 
 public:
-    explicit GradeSwatch(const QColor& colour, QWidget* parent = nullptr);
+    explicit GradeSwatch(const QColor& colour);
     [[nodiscard]] QSize sizeHint() const override { return {10, 10}; }
 
 protected:

@@ -109,7 +109,7 @@ void frmViewList::createEditor() {
     Label2->setBuddy(Combo2);
     Command3 = makeButton("Command3", "&Run");
     Command4 = makeButton("Command4", "Re&test");
-    Label4 = makeElided("Label4", "");
+    Label4 = make<ElidedLabel>("Label4");
     Label4->setAccessibleName(QStringLiteral("Status"));
     Label3 = makeLabel("Label3", "Mark Files as");
     Combo3 = make<QComboBox>("Combo3");

@@ -30,12 +30,6 @@ QLabel* makeLabel(const char* name, const char* caption) {
     return label;
 }
 
-ElidedLabel* makeElided(const char* name, const char* text) {
-    auto* label = make<ElidedLabel>(name);
-    label->setText(QLatin1String(text));
-    return label;
-}
-
 QLabel* makeCount(const char* name) {
     QLabel* label = makeLabel(name, "0");
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

@@ -34,8 +34,6 @@ template <typename Control>
 [[nodiscard]] QCheckBox* makeCheck(const char* name, const char* caption);
 /// A fixed label. An "&" marks the key of its buddy.
 [[nodiscard]] QLabel* makeLabel(const char* name, const char* caption);
-/// A label for text from outside, cut off with "..." when the window is too narrow.
-[[nodiscard]] ElidedLabel* makeElided(const char* name, const char* text);
 /// A count at the right edge of its column.
 [[nodiscard]] QLabel* makeCount(const char* name);
 [[nodiscard]] QProgressBar* makeProgress(const char* name, const char* accessibleName);

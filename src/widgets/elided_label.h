@@ -12,7 +12,7 @@ class ElidedLabel final : public QLabel {
     Q_OBJECT
 
 public:
-    explicit ElidedLabel(QWidget* parent = nullptr);
+    ElidedLabel();
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 

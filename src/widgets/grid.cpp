@@ -33,7 +33,7 @@ protected:
 
 }  // namespace
 
-Grid::Grid(QWidget* parent) : QTableView(parent), model_(new GridModel(this)) {
+Grid::Grid() : model_(new GridModel(this)) {
     setModel(model_);
     setItemDelegate(new RowDelegate(this));
     setSelectionBehavior(SelectRows);
@@ -95,20 +95,8 @@ std::string Grid::cell(int row, int column) const {
     return row >= 0 && row < rowCount() ? model_->source().cell(row, column) : std::string{};
 }
 
-int Grid::addRow(std::vector<std::string> cells, std::optional<std::uint32_t> colour) {
-    std::vector<GridRow> one;
-    one.push_back({std::move(cells), colour});
-    model_->append(std::move(one));
-    return rowCount() - 1;
-}
-
-void Grid::removeRow(int row) {
-    if (row >= 0 && row < rowCount())
-        model_->remove(row, 1);
-}
-
-void Grid::clearRows() {
-    model_->remove(0, rowCount());
+void Grid::setRows(std::vector<GridRow> rows) {
+    model_->setRows(std::move(rows));
 }
 
 int Grid::currentRow() const {
@@ -153,18 +141,6 @@ void Grid::showOtherRows(int topRow, int currentRow) {
     setAutoScroll(true);
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(topRow);
-}
-
-std::vector<std::pair<int, int>> Grid::selectedRanges() const {
-    std::vector<std::pair<int, int>> ranges;
-    for (const QItemSelectionRange& range : selectionModel()->selection())
-        ranges.emplace_back(range.top(), range.bottom());
-    std::sort(ranges.begin(), ranges.end());
-    return ranges;
-}
-
-void Grid::allowManyRows() {
-    setSelectionMode(ExtendedSelection);
 }
 
 QModelIndex Grid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

@@ -17,7 +17,7 @@ class Grid final : public QTableView {
     Q_OBJECT
 
 public:
-    explicit Grid(QWidget* parent = nullptr);
+    Grid();
 
     /// Titles, widths and hidden columns; the last visible one takes the room that is left. The rows stay.
     void setColumns(const std::vector<GridColumn>& columns);
@@ -28,13 +28,8 @@ public:
     [[nodiscard]] std::string columnTitle(int column) const;
     [[nodiscard]] std::string cell(int row, int column) const;
 
-    /// For grids that keep their own rows.
-    int addRow(std::vector<std::string> cells, std::optional<std::uint32_t> colour = std::nullopt);
-    void addRows(std::vector<GridRow> rows) { model_->append(std::move(rows)); }
-    void setCell(int row, int column, std::string text) { model_->setCell(row, column, std::move(text)); }
-    /// A row that does not exist is passed over. The current row goes to the one that takes its place.
-    void removeRow(int row);
-    void clearRows();
+    /// Replaces the rows of a grid that keeps its own; the same rows again leave place and selection alone.
+    void setRows(std::vector<GridRow> rows);
 
     /// The row of the keyboard and the mouse, -1 for none.
     [[nodiscard]] int currentRow() const;
@@ -47,10 +42,6 @@ public:
     /// current row (-1 for none), which need not be in view.
     void showOtherRows(int topRow, int currentRow);
     void scrollToEnd() { scrollToBottom(); }
-    /// Selected rows as ranges of first and last, ascending. Never a list of single rows: a million may be selected.
-    [[nodiscard]] std::vector<std::pair<int, int>> selectedRanges() const;
-    /// Several rows at once by Shift and Ctrl; at first one row only.
-    void allowManyRows();
 
 signals:
     void rowClicked(int row);

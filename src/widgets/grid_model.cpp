@@ -3,14 +3,11 @@
 // notices.
 #include "widgets/grid_model.h"
 
-#include <algorithm>
-#include <numeric>
 #include <utility>
 
 #include <QBrush>
 #include <QColor>
 
-#include "text/unicode.h"
 #include "widgets/qt_text.h"
 
 namespace quillon {
@@ -31,14 +28,6 @@ std::string TextRows::cell(int row, int column) const {
 
 std::optional<std::uint32_t> TextRows::rowColour(int row) const {
     return rows[static_cast<std::size_t>(row)].colour;
-}
-
-void TextRows::setCell(int row, int column, std::string text) {
-    auto& cells = rows[static_cast<std::size_t>(row)].cells;
-    const auto at = static_cast<std::size_t>(column);
-    if (at >= cells.size())
-        cells.resize(at + 1);
-    cells[at] = std::move(text);
 }
 
 GridModel::GridModel(QObject* parent) : QAbstractTableModel(parent), source_(&own_) {
@@ -70,57 +59,17 @@ void GridModel::sourceGrew() {
     endInsertRows();
 }
 
-void GridModel::append(std::vector<GridRow> rows) {
-    own_.rows.insert(own_.rows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
-    sourceGrew();
-}
-
-void GridModel::insert(int row, GridRow content) {
-    beginInsertRows({}, row, row);
-    own_.rows.insert(own_.rows.begin() + row, std::move(content));
-    ++shownRows_;
-    endInsertRows();
-}
-
-void GridModel::remove(int row, int count) {
-    if (count < 1)
+void GridModel::setRows(std::vector<GridRow> rows) {
+    if (rows == own_.rows)
         return;
-    beginRemoveRows({}, row, row + count - 1);
-    own_.rows.erase(own_.rows.begin() + row, own_.rows.begin() + row + count);
-    shownRows_ -= count;
-    endRemoveRows();
-}
-
-void GridModel::setCell(int row, int column, std::string text) {
-    own_.setCell(row, column, std::move(text));
-    rowChanged(row);
-}
-
-void GridModel::setRowColour(int row, std::optional<std::uint32_t> colour) {
-    own_.rows[static_cast<std::size_t>(row)].colour = colour;
-    rowChanged(row);
-}
-
-void GridModel::swapRows(int first, int second) {
-    std::swap(own_.rows[static_cast<std::size_t>(first)], own_.rows[static_cast<std::size_t>(second)]);
-    rowChanged(first);
-    rowChanged(second);
-}
-
-void GridModel::sortByText(int column) {
-    std::vector<std::pair<std::u16string, GridRow>> keyed;
-    keyed.reserve(own_.rows.size());
-    for (int row = 0; row < own_.rowCount(); ++row)
-        keyed.emplace_back(lowered(utf8ToUtf16(own_.cell(row, column))),
-                           std::move(own_.rows[static_cast<std::size_t>(row)]));
-    std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    std::transform(keyed.begin(), keyed.end(), own_.rows.begin(), [](auto& pair) { return std::move(pair.second); });
-    if (shownRows_ > 0)
-        emit dataChanged(index(0, 0), index(shownRows_ - 1, columnCount() - 1));
-}
-
-void GridModel::rowChanged(int row) {
-    emit dataChanged(index(row, 0), index(row, columnCount() - 1));
+    if (shownRows_ > 0) {
+        beginRemoveRows({}, 0, shownRows_ - 1);
+        shownRows_ = 0;
+        own_.rows.clear();
+        endRemoveRows();
+    }
+    own_.rows = std::move(rows);
+    sourceGrew();
 }
 
 int GridModel::rowCount(const QModelIndex& parent) const {

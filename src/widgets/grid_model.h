@@ -45,7 +45,6 @@ public:
     [[nodiscard]] int rowCount() const override { return static_cast<int>(rows.size()); }
     [[nodiscard]] std::string cell(int row, int column) const override;
     [[nodiscard]] std::optional<std::uint32_t> rowColour(int row) const override;
-    void setCell(int row, int column, std::string text);
 
     std::vector<GridRow> rows;
 };
@@ -62,21 +61,13 @@ public:
     /// Looks into `source` from now on; it must outlive the model. Null goes back to the model's own rows.
     void setSource(const GridSource* source);
     [[nodiscard]] const GridSource& source() const { return *source_; }
-    /// The model's own rows, also while it looks into another source.
-    [[nodiscard]] const std::vector<GridRow>& ownRows() const { return own_.rows; }
     /// The source changed from the ground up.
     void sourceChanged();
     /// Rows were added at the end of the source.
     void sourceGrew();
 
-    void append(std::vector<GridRow> rows);
-    void insert(int row, GridRow content);
-    void remove(int row, int count);
-    void setCell(int row, int column, std::string text);
-    void setRowColour(int row, std::optional<std::uint32_t> colour);
-    void swapRows(int first, int second);
-    /// Ascending by the text of a column, capitals like small letters; equal rows keep their order.
-    void sortByText(int column);
+    /// Replaces the model's own rows, which it looks into; the same rows again change nothing.
+    void setRows(std::vector<GridRow> rows);
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -84,8 +75,6 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
-    void rowChanged(int row);
-
     std::vector<GridColumn> columns_;
     TextRows own_;
     const GridSource* source_;

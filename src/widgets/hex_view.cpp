@@ -50,7 +50,7 @@ std::optional<HexKey> hexKeyOf(const QKeyEvent& event) {
 
 }  // namespace
 
-HexView::HexView(QWidget* parent) : QAbstractScrollArea(parent) {
+HexView::HexView() {
     installHexViewAccessibility();
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setFocusPolicy(Qt::StrongFocus);

@@ -17,7 +17,7 @@ class HexView final : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
-    explicit HexView(QWidget* parent = nullptr);
+    HexView();
 
     /// Shows other bytes, caret on the first, nothing selected. Tells no caret move: that is for the person's own.
     void setBytes(std::string bytes);

@@ -46,14 +46,6 @@ void showChoice(QComboBox& box, const Choice& choice) {
     box.setEnabled(choice.enabled);
 }
 
-/// The rows of a grid that keeps its own; the same rows again leave the place alone.
-inline void showRows(Grid& grid, std::vector<GridRow> rows) {
-    if (rows == grid.rows().ownRows())
-        return;
-    grid.clearRows();
-    grid.addRows(std::move(rows));
-}
-
 inline void showCurrentRow(Grid& grid, int row) {
     if (row != grid.currentRow())
         grid.setCurrentRow(row);
