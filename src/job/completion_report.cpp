@@ -46,16 +46,15 @@ std::string completionReport(const JobState& state, const std::string& hostName)
     return report;
 }
 
-void sendCompletionReport(Job& job, AlertSender& alerts) {
-    JobState& state = job.state;
+void sendCompletionReport(const JobState& state, const Surroundings& surroundings, AlertSender& alerts) {
     if (state.options.recipientIndex <= 0)
         return;
     const std::string& recipient = state.options.recipient;
-    Dialogs& dialogs = job.surroundings().dialogs;
+    Dialogs& dialogs = surroundings.dialogs;
     const Notified notified = sendNotification(
         alerts, dialogs,
         {recipient, "File list complete for Job ID : " + state.options.jobId,
-         completionReport(state, job.surroundings().hostName), static_cast<std::int16_t>(hasCopyLine(state) ? 1 : 0)},
+         completionReport(state, surroundings.hostName), static_cast<std::int16_t>(hasCopyLine(state) ? 1 : 0)},
         "Recipient of message is the same as the sender !");
     if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
         dialogs.warn("File list complete", "File listing complete, but could not send notification to " + recipient);

@@ -5,7 +5,8 @@
 
 #include <string>
 
-#include "job/job.h"
+#include "app/surroundings.h"
+#include "job/job_state.h"
 #include "messaging/alert_sender.h"
 
 namespace quillon {
@@ -15,6 +16,6 @@ namespace quillon {
 
 /// Sends the report to the chosen recipient, if one behind the first entry of the box is chosen, and tells what went
 /// wrong.
-void sendCompletionReport(Job& job, AlertSender& alerts);
+void sendCompletionReport(const JobState& state, const Surroundings& surroundings, AlertSender& alerts);
 
 }  // namespace quillon

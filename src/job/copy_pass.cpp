@@ -41,16 +41,18 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
     return targetFolder + std::string(relative);
 }
 
-CopyPass::CopyPass(Job& job)
-    : job_(job), copies_(job.surroundings().loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
+CopyPass::CopyPass(const PassContext& context, const JobLists& lists)
+    : context_(context),
+      lists_(lists),
+      copies_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
 }
 
 void CopyPass::run() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     targetFolder_ = withOneSlash(state.options.target.value_or(NativePath()).native());
-    const auto list = job_.finalListPath();
+    const auto list = lists_.finalPath();
     if (!list || !pathExists(*list)) {
-        job_.surroundings().dialogs.tell("Error copying files", "Unable to find file list..", BoxStyle::Critical);
+        context_.surroundings.dialogs.tell("Error copying files", "Unable to find file list..", BoxStyle::Critical);
         return;
     }
     realSource_ = state.options.source ? realPath(*state.options.source) : NativePath();
@@ -61,7 +63,7 @@ void CopyPass::run() {
     state.texts.jobPercent.clear();
     auto reader = ListReader::open(*list);
     if (!reader) {
-        job_.surroundings().dialogs.tell(kProgramTitle, "Error : " + reader.error().text);
+        context_.surroundings.dialogs.tell(kProgramTitle, "Error : " + reader.error().text);
     } else {
         while (!state.stopRequested) {
             lookAhead(*reader);
@@ -69,10 +71,10 @@ void CopyPass::run() {
                 break;
             copyRow(rows_.first());
             rows_.dropFirst();
-            job_.turn();
+            context_.turn();
         }
         if (reader->error())
-            job_.surroundings().dialogs.tell(kProgramTitle, "Error : " + reader->error()->text);
+            context_.surroundings.dialogs.tell(kProgramTitle, "Error : " + reader->error()->text);
     }
     state.texts.status = "Ready >";
     state.texts.jobPercent.clear();
@@ -106,28 +108,28 @@ std::optional<CopyError> CopyPass::askForCopy(const std::string& source) {
 
 void CopyPass::copyRow(const AheadRow& ahead) {
     const std::string& source = ahead.row.nativePath();
-    ++job_.state.counters.rowsRead;
-    job_.state.texts.copied = grouped(job_.state.counters.rowsRead);
+    ++context_.state.counters.rowsRead;
+    context_.state.texts.copied = grouped(context_.state.counters.rowsRead);
     showJobProgress(source);
     const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : finishFirst();
     if (copied)
         return;
-    ++job_.state.counters.copyErrors;
-    job_.log("Error copying : " + readable(source));
+    ++context_.state.counters.copyErrors;
+    context_.log("Error copying : " + readable(source));
     if (copied.error().side != CopySide::Cancelled)
-        job_.log(copied.error().text());
+        context_.log(copied.error().text());
 }
 
 tl::expected<void, CopyError> CopyPass::finishFirst() {
     const auto report = [this](std::uint64_t done, std::uint64_t total) { return progress(done, total); };
     const auto ends = [&](std::chrono::milliseconds pause) { return copies_.firstEnds(pause, report); };
     if (!ends(kTurnInterval))
-        turnUntil(job_.surroundings().loop, ends);
+        turnUntil(context_.surroundings.loop, ends);
     return copies_.takeFirst();
 }
 
 void CopyPass::showJobProgress(const std::string& source) {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     const double done = state.counters.rowsRead;
     const double fraction = state.counters.files > 0 ? done / state.counters.files : 0;
     state.texts.jobPercent = percent(fraction);
@@ -153,13 +155,13 @@ bool CopyPass::prepareFolder(const std::string& target) {
 // Kept: the percentage of a large file is the constant 0, whatever was moved; what the routine is for is the turn of
 // the event loop (test ALargeFileShowsZeroPercentAndTurnsTheLoopPerChunk).
 bool CopyPass::progress(std::uint64_t done, std::uint64_t total) {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     if (done == 0)
         state.fileProgress = 0;
     if (done > 0 && total > kLargeFile) {
         state.fileProgress = 0;
         state.texts.filePercent = ".00%";
-        job_.turn();
+        context_.turn();
     }
     return !state.copyCancelled;
 }

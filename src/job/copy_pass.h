@@ -11,7 +11,8 @@
 #include "ahead/copies_ahead.h"
 #include "ahead/ring.h"
 #include "app/file_list.h"
-#include "job/job.h"
+#include "job/job_lists.h"
+#include "job/pass_context.h"
 
 namespace quillon {
 
@@ -21,7 +22,8 @@ namespace quillon {
 
 class CopyPass {
 public:
-    explicit CopyPass(Job& job);
+    /// All must outlive this.
+    CopyPass(const PassContext& context, const JobLists& lists);
 
     void run();
 
@@ -41,7 +43,8 @@ private:
     [[nodiscard]] bool prepareFolder(const std::string& target);
     [[nodiscard]] bool liesInSource(const NativePath& folder) const;
 
-    Job& job_;
+    PassContext context_;
+    const JobLists& lists_;
     std::string targetFolder_;  // ends in "/"
     NativePath realSource_;     // behind all links; empty for none
     std::string lastFolder_;

@@ -18,29 +18,29 @@ constexpr std::size_t kDateCharacters = 10;
 
 class FolderTest final : public FolderVisitor {
 public:
-    explicit FolderTest(Job& job) : job_(job) {}
+    explicit FolderTest(const PassContext& context) : context_(context) {}
 
     bool wantsFiles() const override { return false; }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
-        ++job_.state.counters.folders;
+        ++context_.state.counters.folders;
         if (!canBeEntered) {
-            ++job_.state.counters.folderErrors;
+            ++context_.state.counters.folderErrors;
             path.remove_suffix(1);
-            job_.log("Folder access error : " + readable(path), kLightRed);
+            context_.log("Folder access error : " + readable(path), kLightRed);
         }
-        job_.turn();
+        context_.turn();
     }
-    void listing() override { job_.turn(); }
+    void listing() override { context_.turn(); }
 
 private:
-    Job& job_;
+    PassContext context_;
 };
 
 }  // namespace
 
-void ListFolders(Job& job, const NativePath& folder) {
-    FolderTest test(job);
+void ListFolders(const PassContext& context, const NativePath& folder) {
+    FolderTest test(context);
     passOver(visitFolders(folder, test), "a source that cannot be opened has no folders to count");
 }
 
@@ -78,7 +78,8 @@ std::u16string_view RowDates::of(const FileTime& time) {
     return scratch_;
 }
 
-FolderWalk::FolderWalk(Job& job, ListWriter& rawList) : job_(job), rawList_(rawList), dates_(job.surroundings().dates) {
+FolderWalk::FolderWalk(const PassContext& context, const SkipList& skipList, ListWriter& rawList)
+    : context_(context), skipList_(skipList), rawList_(rawList), dates_(context.surroundings.dates) {
 }
 
 void FolderWalk::run(const NativePath& source) {
@@ -94,19 +95,19 @@ void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
 // A folder that cannot be entered has its row from the folder test. Of any other the person hears here that files of it
 // are missing from the list.
 void FolderWalk::notListed(std::string_view path) {
-    ++job_.state.counters.unlistedFolders;
+    ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
-    job_.log("Unable to read folder : " + readable(path), kLightRed);
+    context_.log("Unable to read folder : " + readable(path), kLightRed);
 }
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
     folderText_ = toListText(path);
     undescribed_ = false;
     for (std::size_t i = 0; i < names.size(); ++i) {
-        if (job_.state.stopRequested)
+        if (context_.state.stopRequested)
             return false;
         found(folder, names[i]);
     }
@@ -123,20 +124,20 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
     row_.beginFile(folderText_, name);
     if (skipped())
         return;
-    job_.state.counters.totalBytes += info->size;
-    ++job_.state.counters.files;
-    showSize(job_.state);
+    context_.state.counters.totalBytes += info->size;
+    ++context_.state.counters.files;
+    showSize(context_.state);
     describe(name, folder, *info);
     if (const auto written = rawList_.write(row_); !written)
-        job_.rowLost(written.error());
-    job_.turn();
+        context_.rowLost(written.error());
+    context_.turn();
 }
 
 bool FolderWalk::skipped() {
-    if (!job_.state.options.useSkipList || job_.skipList.empty() || !job_.skipList.matches(row_[ListColumn::Path]))
+    if (!context_.state.options.useSkipList || skipList_.empty() || !skipList_.matches(row_[ListColumn::Path]))
         return false;
-    ++job_.state.counters.skipped;
-    job_.turn();  // a tree of skipped files must not leave the window standing still
+    ++context_.state.counters.skipped;
+    context_.turn();  // a tree of skipped files must not leave the window standing still
     return true;
 }
 

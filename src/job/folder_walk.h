@@ -10,14 +10,15 @@
 
 #include "app/file_list.h"
 #include "job/folder_tree.h"
-#include "job/job.h"
+#include "job/pass_context.h"
 #include "platform/attributes.h"
+#include "testing/skip_list.h"
 
 namespace quillon {
 
 /// Visits every folder below `folder`, counts it and logs, in light red, one that cannot be entered. The start folder
 /// itself is not counted. Stop is not looked at. A folder that cannot be listed ends only its own level.
-void ListFolders(Job& job, const NativePath& folder);
+void ListFolders(const PassContext& context, const NativePath& folder);
 
 /// Four printable characters that mark the rows of one run, made from the first accepted file's attributes and date. No
 /// reader looks at them.
@@ -44,14 +45,14 @@ private:
 /// The walk that writes the raw list. One found file is one row, written with one write.
 class FolderWalk : private FolderVisitor {
 public:
-    FolderWalk(Job& job, ListWriter& rawList);
+    FolderWalk(const PassContext& context, const SkipList& skipList, ListWriter& rawList);
 
     /// Walks the source until its end or until Stop. A source that cannot be opened gives no rows.
     void run(const NativePath& source);
 
 private:
-    bool cancelled() override { return job_.state.stopRequested; }
-    void listing() override { job_.turn(); }
+    bool cancelled() override { return context_.state.stopRequested; }
+    void listing() override { context_.turn(); }
     bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
     void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;
@@ -59,7 +60,8 @@ private:
     [[nodiscard]] bool skipped();
     void describe(std::string_view name, const Directory& folder, const EntryInfo& info);
 
-    Job& job_;
+    PassContext context_;
+    const SkipList& skipList_;
     ListWriter& rawList_;
     RowDates dates_;
     AttributeReader attributes_;

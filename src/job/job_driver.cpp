@@ -4,7 +4,6 @@
 #include "app/file_list.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
-#include "job/final_list.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
 #include "job/share_steps.h"
@@ -18,17 +17,17 @@ namespace quillon {
 
 JobEnd JobDriver::run() {
     begin();
-    if (!job_.state.options.source)
+    if (!context_.state.options.source)
         host_.pickSource();
     if (checkTarget() == Next::End)
         return endEarly();
-    resetCounters(job_.state);
+    resetCounters(context_.state);
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
     if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
         return endEarly();
-    if (!job_.state.options.showProgress)
-        job_.state.progress.shown = false;
+    if (!context_.state.options.showProgress)
+        context_.state.progress.shown = false;
     if (confirmOverwrite() == Next::End)
         return endEarly();
     testFolders();
@@ -45,31 +44,31 @@ JobEnd JobDriver::run() {
 }
 
 void JobDriver::begin() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     times_ = {};
     step_.clear();
     stopped_ = false;
     rawListDenied_ = false;
     listMade_ = false;
-    state.startTick = job_.surroundings().clock.milliseconds();
-    state.startTime = job_.surroundings().clock.now();
+    state.startTick = context_.surroundings.clock.milliseconds();
+    state.startTime = context_.surroundings.clock.now();
     state.copyCancelled = false;
     enterPhase(state, JobPhase::Checking);
 }
 
 JobDriver::Next JobDriver::checkTarget() {
-    const JobOptions& options = job_.state.options;
+    const JobOptions& options = context_.state.options;
     if (!options.copy || options.target)
         return Next::GoOn;
-    job_.surroundings().dialogs.tell(
+    context_.surroundings.dialogs.tell(
         "Error", "You have selected to copy the files to another location, but not selected a location.");
     host_.focusTargetPicker();
     return Next::End;
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
-    ShareSteps share(job_);
-    if (job_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
+    ShareSteps share(context_, job_.installation(), job_.skipList);
+    if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
         return Next::End;
     refreshRuleLists(share);
     return Next::GoOn;
@@ -80,19 +79,19 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     if (orphans.failed > 0)
         report({ErrorKind::PermissionDenied,
                 grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
-    job_.log("Copying ext database from network drive");
+    context_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
     if (names.empty() && askWithoutDatabase(names) == Next::End)
         return Next::End;
-    if (job_.state.options.checkFileQuality)
+    if (context_.state.options.checkFileQuality)
         share.copyChanged(names);
     return Next::GoOn;
 }
 
 // The shared database is not to be found: with the local one, without any, or not at all.
 JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
-    Dialogs& dialogs = job_.surroundings().dialogs;
+    Dialogs& dialogs = context_.surroundings.dialogs;
     if (!dialogs.ask("No Database",
                      "Unable to find shared database. Do you want to continue the check with the local copy?")) {
         return Next::End;
@@ -106,12 +105,12 @@ JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     if (answer == BoxAnswer::Cancel)
         return Next::End;
     if (answer == BoxAnswer::Yes)
-        job_.state.options.checkFileQuality = false;
+        context_.state.options.checkFileQuality = false;
     return Next::GoOn;
 }
 
 void JobDriver::refreshRuleLists(ShareSteps& share) {
-    JobOptions& options = job_.state.options;
+    JobOptions& options = context_.state.options;
     step_ = "attempting to load the shared skiplist and common headers ";
     if (options.useSkipList) {
         if (auto fetched = share.fetchSkips(); !fetched)
@@ -131,46 +130,46 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
 }
 
 JobDriver::Next JobDriver::confirmOverwrite() {
-    JobOptions& options = job_.state.options;
-    const auto list = job_.finalListPath();
+    JobOptions& options = context_.state.options;
+    const auto list = job_.lists().finalPath();
     if (list && pathExists(*list) && !options.overwriteConfirmed) {
         const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
                                  "), are you sure you want to do this";
-        if (!job_.surroundings().dialogs.ask("Overwrite file", text))
+        if (!context_.surroundings.dialogs.ask("Overwrite file", text))
             return Next::End;
     }
     options.overwriteConfirmed = false;
-    job_.state.stopRequested = false;
-    job_.state.unlockedByRecount = false;
-    enterPhase(job_.state, JobPhase::Starting);
+    context_.state.stopRequested = false;
+    context_.state.unlockedByRecount = false;
+    enterPhase(context_.state, JobPhase::Starting);
     host_.updateToolbar();
-    job_.state.startTime = job_.surroundings().clock.now();
+    context_.state.startTime = context_.surroundings.clock.now();
     return Next::GoOn;
 }
 
 void JobDriver::testFolders() {
     runTimed(times_.folderTests, "Starting Folder tests ", "Folder tests completed in (HH:MM:SS) : ", [this] {
-        enterPhase(job_.state, JobPhase::FolderTest);
-        if (job_.state.options.source)
-            ListFolders(job_, *job_.state.options.source);
+        enterPhase(context_.state, JobPhase::FolderTest);
+        if (context_.state.options.source)
+            ListFolders(context_, *context_.state.options.source);
     });
 }
 
 void JobDriver::leave() {
-    enterPhase(job_.state, JobPhase::Idle);
-    job_.state.mayRun = true;
+    enterPhase(context_.state, JobPhase::Idle);
+    context_.state.mayRun = true;
     host_.updateToolbar();
 }
 
 JobDriver::Next JobDriver::walkSource() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     state.unlockedByRecount = false;
     enterPhase(state, JobPhase::Walk);
-    state.startTime = job_.surroundings().clock.now();
-    const auto tick = job_.surroundings().clock.milliseconds();
+    state.startTime = context_.surroundings.clock.now();
+    const auto tick = context_.surroundings.clock.milliseconds();
     const LocalTime start = logStart("Start file count ");
     // One job at a time in one application folder: a second one may not take the raw list away from the first.
-    const NativePath rawPath = job_.installation().rawListPath();
+    const NativePath rawPath = job_.lists().rawPath();
     auto lock = FolderLock::take(job_.installation().appFolder());
     if (lock)
         passOver(removeFile(rawPath), "creating it anew tells what matters");
@@ -184,9 +183,9 @@ JobDriver::Next JobDriver::walkSource() {
         state.stopRequested = true;
     } else {
         if (state.options.source)
-            FolderWalk(job_, *rawList).run(*state.options.source);
+            FolderWalk(context_, job_.skipList, *rawList).run(*state.options.source);
         if (const auto closed = rawList->close(); !closed)
-            job_.rowLost(closed.error());
+            context_.rowLost(closed.error());
     }
     if (state.stopRequested) {
         state.mayView = true;
@@ -195,37 +194,37 @@ JobDriver::Next JobDriver::walkSource() {
         return Next::End;
     }
     showSize(state);
-    times_.fileCount = job_.surroundings().clock.milliseconds() - tick;
+    times_.fileCount = context_.surroundings.clock.milliseconds() - tick;
     logEnd("File count completed in (HH:MM:SS) : ", start);
     return Next::GoOn;
 }
 
 void JobDriver::tellPermissionDenied() {
-    const std::string file = readable(job_.installation().rawListPath().native());
-    job_.surroundings().dialogs.tell("Permission Denied",
-                                     "Unable to create the file " + file + " it may be open in another application");
+    const std::string file = readable(job_.lists().rawPath().native());
+    context_.surroundings.dialogs.tell("Permission Denied",
+                                       "Unable to create the file " + file + " it may be open in another application");
 }
 
 void JobDriver::loadCommonList() {
     const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
-    if (!job_.state.options.useCommonHeaders || !pathExists(list))
+    if (!context_.state.options.useCommonHeaders || !pathExists(list))
         return;
     passOver(job_.commonList.load(list), "the list of the last job then serves");
 }
 
 void JobDriver::testFiles() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     if (!state.options.checkFileQuality)
         return;
     runTimed(times_.testing, "Start file quality testing ", "File testing completed in (HH:MM:SS) : ", [this, &state] {
         enterPhase(state, JobPhase::Testing);
-        state.startTick = job_.surroundings().clock.milliseconds();
+        state.startTick = context_.surroundings.clock.milliseconds();
         if (state.counters.files > 0)
             state.progress.maximum = state.counters.files;
         // The end of the job before this one has hidden them.
         if (state.options.showProgress)
             state.progress.shown = state.fileLineShown = true;
-        TestingPass pass(job_, alerts_);
+        TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
         pass.run();
         listMade_ = pass.madeList();
         stopped_ = pass.wasStopped();
@@ -234,50 +233,50 @@ void JobDriver::testFiles() {
 
 // Without testing the raw list is the final one.
 void JobDriver::copyRawList() {
-    if (job_.state.options.checkFileQuality)
+    if (context_.state.options.checkFileQuality)
         return;
-    const auto copied = copyToFinalList(job_);
+    const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
     listMade_ = copied.has_value();
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
-        job_.state.stopRequested = true;
+        context_.state.stopRequested = true;
     }
-    job_.log("File list process complete");
+    context_.log("File list process complete");
 }
 
 void JobDriver::copyFiles() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     if (!state.options.copy)
         return;
     enterPhase(state, JobPhase::Copying);
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files",
-             "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(job_).run(); });
+             "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(context_, job_.lists()).run(); });
     state.progress.shown = state.fileLineShown = false;
     stopped_ = stopped_ || state.stopRequested;
 }
 
 void JobDriver::finish() {
-    JobState& state = job_.state;
+    JobState& state = context_.state;
     lock_.reset();
-    timerTick(job_);
+    timerTick(state, context_.surroundings.clock);
     enterPhase(state, JobPhase::Reporting);
     if (state.options.checkFileQuality)
         state.mayView = true;
     state.progress.shown = false;
     if (alerts_ != nullptr)
-        sendCompletionReport(job_, *alerts_);
+        sendCompletionReport(state, context_.surroundings, *alerts_);
     leave();
 }
 
 JobEnd JobDriver::endEarly() {
-    enterPhase(job_.state, JobPhase::Idle);
+    enterPhase(context_.state, JobPhase::Idle);
     return JobEnd::NotStarted;
 }
 
 void JobDriver::runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                          const std::function<void()>& phase) {
-    const Clock& clock = job_.surroundings().clock;
+    const Clock& clock = context_.surroundings.clock;
     const auto tick = clock.milliseconds();
     const LocalTime began = logStart(start);
     phase();
@@ -287,13 +286,13 @@ void JobDriver::runTimed(std::int64_t& milliseconds, const std::string& start, c
 
 // The elapsed time of a phase is the difference of the times that stand in its two rows.
 LocalTime JobDriver::logStart(const std::string& text) {
-    const LocalTime now = job_.surroundings().clock.now();
-    job_.state.log.add({now, text, std::nullopt});
+    const LocalTime now = context_.surroundings.clock.now();
+    context_.state.log.add({now, text, std::nullopt});
     return now;
 }
 
 void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
-    const auto& surroundings = job_.surroundings();
+    const auto& surroundings = context_.surroundings;
     const LocalTime now = surroundings.clock.now();
     const std::int64_t day = 24LL * 60 * 60;
     const std::int64_t seconds = (now.secondOfDay() - start.secondOfDay() + day) % day;
@@ -301,25 +300,25 @@ void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
     elapsed.hour = static_cast<int>(seconds / 3600);
     elapsed.minute = static_cast<int>(seconds / 60 % 60);
     elapsed.second = static_cast<int>(seconds % 60);
-    job_.state.log.add({now, text + surroundings.dates.time(elapsed), std::nullopt});
+    context_.state.log.add({now, text + surroundings.dates.time(elapsed), std::nullopt});
 }
 
 void JobDriver::report(const FileError& error) {
-    job_.surroundings().dialogs.tell(
+    context_.surroundings.dialogs.tell(
         "Error",
         "The following error has occurred : " + error.text + " while " + step_ + ".\r\n" +
             " Please ensure you have the correct permissions on the drive under test and the database locations.");
 }
 
-void askToStop(Job& job) {
-    if (job.surroundings().dialogs.ask("Stop process?", "Do you want to stop the process?"))
-        stopJob(job);
+void askToStop(const PassContext& context) {
+    if (context.surroundings.dialogs.ask("Stop process?", "Do you want to stop the process?"))
+        stopJob(context);
 }
 
-void stopJob(Job& job) {
-    job.state.stopRequested = true;
-    job.state.copyCancelled = true;
-    job.log("Process stopped by user");
+void stopJob(const PassContext& context) {
+    context.state.stopRequested = true;
+    context.state.copyCancelled = true;
+    context.log("Process stopped by user");
 }
 
 }  // namespace quillon

@@ -49,7 +49,8 @@ struct PhaseTimes {
 class JobDriver {
 public:
     /// All must outlive this. `alerts` null: nothing is sent.
-    JobDriver(Job& job, JobHost& host, AlertSender* alerts) : job_(job), host_(host), alerts_(alerts) {}
+    JobDriver(Job& job, JobHost& host, AlertSender* alerts)
+        : job_(job), context_(job.passContext()), host_(host), alerts_(alerts) {}
 
     JobEnd run();
 
@@ -83,6 +84,7 @@ private:
     void logEnd(const std::string& text, const LocalTime& start);
 
     Job& job_;
+    const PassContext context_;
     JobHost& host_;
     AlertSender* alerts_;
     std::optional<FolderLock> lock_;
@@ -94,9 +96,9 @@ private:
 };
 
 /// The Stop button: asks, and on Yes stops the job.
-void askToStop(Job& job);
+void askToStop(const PassContext& context);
 
 /// Stop itself: the flags that the phases read, and the row in the log.
-void stopJob(Job& job);
+void stopJob(const PassContext& context);
 
 }  // namespace quillon

@@ -11,23 +11,24 @@ ListRow* RowsAhead::next() {
     if (rows_.count() == 0)
         return nullptr;
     inWork_ = true;
-    const auto arrives = [this](std::chrono::milliseconds pause) { return job_.heads().firstArrives(pause); };
-    if (rows_.first().asked && !arrives(kTurnInterval))
-        turnUntil(job_.surroundings().loop, arrives);
-    return &rows_.first().row;
+    AheadRow& first = rows_.first();
+    const auto arrives = [this](std::chrono::milliseconds pause) { return grader_.heads().firstArrives(pause); };
+    if (first.asked && !arrives(kTurnInterval))
+        turnUntil(loop_, arrives);
+    return &first.row;
 }
 
 void RowsAhead::leaveRow() {
     if (!inWork_)
         return;
     if (rows_.first().asked)
-        job_.heads().dropFirst();
+        grader_.heads().dropFirst();
     rows_.dropFirst();
     inWork_ = false;
 }
 
 void RowsAhead::lookAhead() {
-    while (rows_.count() < job_.heads().worthAsking()) {
+    while (rows_.count() < grader_.heads().worthAsking()) {
         AheadRow& ahead = rows_.add();
         if (!list_.next(ahead.row)) {
             rows_.dropLast();
@@ -40,13 +41,13 @@ void RowsAhead::lookAhead() {
 // A file that will not be opened is not asked for: whether it may be is the test's own rule. Should the test come to
 // another answer when the row's turn comes, the head is read then, or was read in vain.
 void RowsAhead::askForHead(AheadRow& ahead) {
-    ahead.asked = job_.mayOpen(ahead.row);
+    ahead.asked = grader_.mayOpen(ahead.row);
     if (ahead.asked)
-        job_.heads().ask(ahead.row.nativePath());
+        grader_.heads().ask(ahead.row.nativePath());
 }
 
 Result<void> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
-    return rows_.first().asked ? job_.heads().readFirst(head) : job_.heads().readHead(nativePath, head);
+    return rows_.first().asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
 }
 
 }  // namespace quillon

@@ -6,16 +6,17 @@
 // hand, between two rows and never within one, so that a source that hangs does not hold a window.
 
 #include "ahead/ring.h"
+#include "app/event_loop.h"
 #include "app/file_list.h"
-#include "job/job.h"
+#include "job/file_grader.h"
 
 namespace quillon {
 
 class RowsAhead final : public HeadReader {
 public:
-    /// Both must outlive this. When it goes, nothing of the source stays open.
-    RowsAhead(ListReader& list, Job& job) : list_(list), job_(job) {}
-    ~RowsAhead() override { job_.releaseSource(); }
+    /// All must outlive this. When it goes, nothing of the source stays open.
+    RowsAhead(ListReader& list, FileGrader& grader, EventLoop& loop) : list_(list), grader_(grader), loop_(loop) {}
+    ~RowsAhead() override { grader_.releaseSource(); }
     RowsAhead(const RowsAhead&) = delete;
     RowsAhead& operator=(const RowsAhead&) = delete;
 
@@ -37,7 +38,8 @@ private:
     void askForHead(AheadRow& ahead);
 
     ListReader& list_;
-    Job& job_;
+    FileGrader& grader_;
+    EventLoop& loop_;
     Ring<AheadRow> rows_{HeadsAhead::kMost};
     bool inWork_ = false;  // the first row was given out
 };

@@ -10,9 +10,9 @@ namespace quillon {
 template <typename Step>
 auto ShareSteps::showing(Step step) {
     ProgressRelay relay;
-    BoardProgress board(job_.state);
+    BoardProgress board(context_.state);
     return answerBeside(
-        job_.surroundings().loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+        context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
 }
 
 OrphanCounts ShareSteps::deleteOrphans() {
@@ -20,7 +20,7 @@ OrphanCounts ShareSteps::deleteOrphans() {
 }
 
 std::vector<std::string> ShareSteps::sharedFiles() {
-    return answerBeside(job_.surroundings().loop, [this] { return databaseFiles(paths().sharedDatabase); });
+    return answerBeside(context_.surroundings.loop, [this] { return databaseFiles(paths().sharedDatabase); });
 }
 
 void ShareSteps::copyChanged(const std::vector<std::string>& names) {
@@ -29,20 +29,20 @@ void ShareSteps::copyChanged(const std::vector<std::string>& names) {
 }
 
 Result<void> ShareSteps::fetchSkips() {
-    return answerBeside(job_.surroundings().loop, [this] { return fetchSkipList(paths(), kept_); });
+    return answerBeside(context_.surroundings.loop, [this] { return fetchSkipList(paths(), kept_); });
 }
 
 SkipListState ShareSteps::loadSkips() {
-    SkipList list = job_.skipList;  // where there is none to load, the one of the last job stays
-    const bool wanted = job_.state.options.useSkipList;
+    SkipList list = skipList_;  // where there is none to load, the one of the last job stays
+    const bool wanted = context_.state.options.useSkipList;
     const auto state =
-        answerBeside(job_.surroundings().loop, [&] { return loadSkipList(installation_, wanted, list); });
-    job_.skipList = std::move(list);
+        answerBeside(context_.surroundings.loop, [&] { return loadSkipList(installation_, wanted, list); });
+    skipList_ = std::move(list);
     return state;
 }
 
 Result<void> ShareSteps::fetchCommon() {
-    return answerBeside(job_.surroundings().loop, [this] { return fetchCommonHeaders(paths(), kept_); });
+    return answerBeside(context_.surroundings.loop, [this] { return fetchCommonHeaders(paths(), kept_); });
 }
 
 }  // namespace quillon

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "app/run_beside.h"
-#include "job/job.h"
+#include "job/pass_context.h"
 #include "setup/shared_database.h"
 #include "testing/skip_list.h"
 
@@ -18,9 +18,12 @@ namespace quillon {
 
 class ShareSteps {
 public:
-    /// The job must outlive this.
-    explicit ShareSteps(Job& job)
-        : job_(job), installation_(job.installation()), kept_(installation_, job.surroundings().clock) {}
+    /// All but the installation must outlive this. `skipList` is the one of the job.
+    ShareSteps(const PassContext& context, const Installation& installation, SkipList& skipList)
+        : context_(context),
+          installation_(installation),
+          kept_(installation_, context.surroundings.clock),
+          skipList_(skipList) {}
     ShareSteps(const ShareSteps&) = delete;
     ShareSteps& operator=(const ShareSteps&) = delete;
 
@@ -40,9 +43,10 @@ private:
     template <typename Step>
     [[nodiscard]] auto showing(Step step);
 
-    Job& job_;
+    PassContext context_;
     const Installation installation_;
     KeptFiles kept_;
+    SkipList& skipList_;
 };
 
 }  // namespace quillon

@@ -18,16 +18,16 @@ bool holds(std::u16string_view result, const std::u16string& message, Recount ru
                                       : result == message;
 }
 
-void countResult(Job& job, std::u16string_view result) {
+void countResult(JobState& state, const ReportMessages& messages, std::u16string_view result) {
     for (const Grade grade : kRecountOrder) {
         const Recount rule = kGrades[grade].recount;
-        if (!holds(result, job.messages[grade], rule))
+        if (!holds(result, messages[grade], rule))
             continue;
-        ++job.state.counters[grade];
+        ++state.counters[grade];
         if (rule == Recount::Equal)
             return;
     }
-    updateQuality(job.state);
+    updateQuality(state);
 }
 
 // Written out while compiling, as it runs for every row.
@@ -39,18 +39,18 @@ double countOf(const JobCounters& counters) {
     return static_cast<double>(add(std::make_index_sequence<kGradeCount>()));
 }
 
-Result<void> recount(Job& job, const NativePath& list) {
+Result<void> recount(const PassContext& context, const ReportMessages& messages, const NativePath& list) {
     auto reader = ListReader::open(list);
     if (!reader)
         return failure(reader.error());
     ListRow row;
     while (reader->next(row)) {
         if (row.isGraded()) {
-            ++job.state.counters.rowsRead;
-            countResult(job, row[ListColumn::Result]);
+            ++context.state.counters.rowsRead;
+            countResult(context.state, messages, row[ListColumn::Result]);
         }
-        if (job.state.options.showProgress)
-            job.turn();
+        if (context.state.options.showProgress)
+            context.turn();
     }
     if (reader->error())
         return failure(*reader->error());
@@ -93,9 +93,7 @@ std::string sizeLabel(const JobState& state) {
     return state.sizeShown ? sizeText(state.counters.totalBytes) : "0";
 }
 
-void timerTick(Job& job) {
-    JobState& state = job.state;
-    const Clock& clock = job.surroundings().clock;
+void timerTick(JobState& state, const Clock& clock) {
     state.texts.statusPanel = clockText(clock.now().secondOfDay() - state.startTime.secondOfDay());
     const auto elapsed = clock.milliseconds() - state.startTick;
     if (elapsed <= 0)
@@ -105,15 +103,15 @@ void timerTick(Job& job) {
     state.texts.throughput = grouped(std::llround(perMinute)) + " Files per minute";
 }
 
-void upDateAllLabels(Job& job) {
-    JobState& state = job.state;
+void upDateAllLabels(const PassContext& context, const JobLists& lists, const ReportMessages& messages) {
+    JobState& state = context.state;
     resetCounters(state);
     state.texts.status = "Updating statistics ...";
-    job.turn();
+    context.turn();
     state.recounting = true;
-    const auto list = job.finalListPath();
+    const auto list = lists.finalPath();
     if (list && pathExists(*list)) {
-        const auto counted = recount(job, *list);
+        const auto counted = recount(context, messages, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
     state.recounting = false;

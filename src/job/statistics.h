@@ -3,7 +3,9 @@
 
 // The score board: resetting and recounting it, the recovery quality, throughput and size displays.
 
-#include "job/job.h"
+#include "job/job_lists.h"
+#include "job/pass_context.h"
+#include "testing/report_messages.h"
 
 namespace quillon {
 
@@ -24,7 +26,7 @@ void showSize(JobState& state);
 
 /// The handler of the timer that ticks every second while a job runs: elapsed time in the status panel, files per
 /// minute in the throughput label. The count is rows read if above 0, and files otherwise.
-void timerTick(Job& job);
+void timerTick(JobState& state, const Clock& clock);
 
 /// Recounts the board from the list of the job ID. It restores only what a list can tell; rows that have not exactly
 /// five fields count nothing.
@@ -33,6 +35,6 @@ void timerTick(Job& job);
 /// nothing but good and corrupt rows leaves it at "0" (test ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero).
 /// Kept: in the midst of a job the end of a recount unlocks the screen, until the walk or the next job locks it (test
 /// ARecountInTheMidstOfAJobUnlocksTheScreen).
-void upDateAllLabels(Job& job);
+void upDateAllLabels(const PassContext& context, const JobLists& lists, const ReportMessages& messages);
 
 }  // namespace quillon

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "job/final_list.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
@@ -12,17 +11,17 @@
 namespace quillon {
 
 void TestingPass::run() {
-    const NativePath rawPath = job_.installation().rawListPath();
-    auto finalList = createFinalList(job_);
+    const NativePath rawPath = lists_.rawPath();
+    auto finalList = lists_.createFinal();
     if (!finalList) {
-        const std::string folder = readable(job_.installation().paths().localPath.native());
-        job_.surroundings().dialogs.tell(
+        const std::string folder = readable(lists_.finalFolder().native());
+        context_.surroundings.dialogs.tell(
             kProgramTitle, "Unable to create output file. Please check access rights on folder " + folder);
         return;
     }
     madeList_ = true;
     if (!pathExists(rawPath)) {
-        job_.surroundings().dialogs.tell(
+        context_.surroundings.dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
             BoxStyle::Critical);
         return;
@@ -33,29 +32,29 @@ void TestingPass::run() {
         rawListFailed(rawList.error());
     }
     if (const auto closed = finalList->close(); !closed)
-        job_.rowLost(closed.error());
-    stopped_ = job_.state.stopRequested;
+        context_.rowLost(closed.error());
+    stopped_ = context_.state.stopRequested;
     if (stopped_) {
-        if (const auto path = job_.finalListPath())
+        if (const auto path = lists_.finalPath())
             offerDeletion(*path);
     }
     // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
     // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
-    job_.state.stopRequested = false;
+    context_.state.stopRequested = false;
 }
 
 void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
-    RowsAhead rows(rawList, job_);
+    RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
-        ++job_.state.counters.rowsRead;
+        ++context_.state.counters.rowsRead;
         if (gradeRow(*row, rows)) {
-            if (job_.state.options.showProgress)
+            if (context_.state.options.showProgress)
                 showProgress(*row);
             writeRow(finalList, *row);
-            if (job_.state.counters.tested > 0)
-                updateQuality(job_.state);
+            if (context_.state.counters.tested > 0)
+                updateQuality(context_.state);
         }
-        job_.turn();
+        context_.turn();
     }
     if (rawList.error())
         rawListFailed(*rawList.error());
@@ -63,8 +62,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 
 // The rest of the raw list cannot be read: its files have no row.
 void TestingPass::rawListFailed(const FileError& error) {
-    const JobCounters& counters = job_.state.counters;
-    job_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
+    const JobCounters& counters = context_.state.counters;
+    context_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
     passOver(handle(error, [] {}), "there is no row that would be written or left out");
 }
 
@@ -81,11 +80,11 @@ bool TestingPass::gradeRow(const ListRow& row, HeadReader& heads) {
 
 Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
     if (row.extension().empty()) {
-        ++job_.state.counters[Grade::NoExtension];
-        result_ = job_.messages[Grade::NoExtension];
+        ++context_.state.counters[Grade::NoExtension];
+        result_ = grader_.messages()[Grade::NoExtension];
         return {};
     }
-    const auto result = checker_ != nullptr ? checker_->check(row) : job_.checkFile(row, row.extension(), heads);
+    const auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
     if (!result)
         return failure(result.error());
     result_ = *result;
@@ -99,8 +98,8 @@ bool TestingPass::handle(const FileError& error, const std::function<void()>& ru
         return true;
     if (error.kind == ErrorKind::PermissionDenied || error.kind == ErrorKind::BadName) {
         // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
-        ++job_.state.counters[Grade::AccessError];
-        result_ = job_.messages[Grade::AccessError];
+        ++context_.state.counters[Grade::AccessError];
+        result_ = grader_.messages()[Grade::AccessError];
         return false;
     }
     ignoringErrors_ = true;
@@ -110,30 +109,30 @@ bool TestingPass::handle(const FileError& error, const std::function<void()>& ru
 }
 
 void TestingPass::reportError(const FileError& error) {
-    job_.surroundings().dialogs.tell("Error", error.text + " : occurred processing file :");
+    context_.surroundings.dialogs.tell("Error", error.text + " : occurred processing file :");
     if (alerts_ == nullptr)
         return;
     std::string subject = "Process error";
     const std::string body = "The error message (" + error.text + ") occurred during processing a file ";
-    passOver(alerts_->sendAlert(job_.state.options.recipient, kAskForAcknowledgement, subject, body, 1),
+    passOver(alerts_->sendAlert(context_.state.options.recipient, kAskForAcknowledgement, subject, body, 1),
              "the box has told of the error itself");
 }
 
 void TestingPass::showProgress(const ListRow& row) {
-    job_.state.progress.value = job_.state.counters.rowsRead;
+    context_.state.progress.value = context_.state.counters.rowsRead;
     if (row.columns() > 0)
-        job_.state.texts.currentFile = readable(row.nativePath());
+        context_.state.texts.currentFile = readable(row.nativePath());
 }
 
 void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
     row.add(result_);
     if (const auto written = finalList.write(row); !written)
-        job_.rowLost(written.error());
+        context_.rowLost(written.error());
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {
-    if (!job_.surroundings().dialogs.ask("Delete partial file list?",
-                                         "Process stopped, do you want to delete the current file list ?")) {
+    if (!context_.surroundings.dialogs.ask("Delete partial file list?",
+                                           "Process stopped, do you want to delete the current file list ?")) {
         return;
     }
     passOver(removeFile(finalList), "a list that stays is no harm");

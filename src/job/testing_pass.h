@@ -9,14 +9,16 @@
 #include <string_view>
 
 #include "app/file_list.h"
-#include "job/job.h"
+#include "job/file_grader.h"
+#include "job/job_lists.h"
+#include "job/pass_context.h"
 #include "job/rows_ahead.h"
 #include "messaging/alert_sender.h"
 
 namespace quillon {
 
-/// Grades one row, as Job::checkFile does. An interface of its own, so that a test can let the failures through that
-/// the header test normally catches.
+/// Grades one row, as FileGrader::checkFile does. An interface of its own, so that a test can let the failures through
+/// that the header test normally catches.
 class RowChecker {
 public:
     virtual ~RowChecker() = default;
@@ -25,9 +27,10 @@ public:
 
 class TestingPass {
 public:
-    /// All must outlive this. `checker` null: the job's own header test. `alerts` null: process errors are not sent.
-    TestingPass(Job& job, AlertSender* alerts, RowChecker* checker = nullptr)
-        : job_(job), alerts_(alerts), checker_(checker) {}
+    /// All must outlive this. `checker` null: `grader` grades. `alerts` null: process errors are not sent.
+    TestingPass(const PassContext& context, const JobLists& lists, FileGrader& grader, AlertSender* alerts,
+                RowChecker* checker = nullptr)
+        : context_(context), lists_(lists), grader_(grader), alerts_(alerts), checker_(checker) {}
 
     /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
     void run();
@@ -48,7 +51,9 @@ private:
     void writeRow(ListWriter& finalList, ListRow& row);
     void offerDeletion(const NativePath& finalList);
 
-    Job& job_;
+    PassContext context_;
+    const JobLists& lists_;
+    FileGrader& grader_;
     AlertSender* alerts_;
     RowChecker* checker_;
     std::u16string result_;  // not cleared between rows

@@ -26,7 +26,7 @@ void CommandLoop::turn() {
         return;
     if (interrupts_() > stopsSeen_) {
         ++stopsSeen_;
-        stopJob(*job_);
+        stopJob(job_->passContext());
     }
     if (++turns_ % kTurnsPerLook == 0)
         look();
@@ -37,7 +37,7 @@ void CommandLoop::look() {
     if (now >= nextTick_) {
         nextTick_ = now + kTickMilliseconds;
         if (boardOf(job_->state).timer)
-            timerTick(*job_);
+            timerTick(job_->state, clock_);
     }
     if (showLine_ && now >= nextLine_) {
         nextLine_ = now + kLineMilliseconds;

@@ -177,7 +177,7 @@ int runJob(const JobCommandOptions& chosen, Installation& installation, const Co
         streams.out << jobResultAsJson(job, driver.phaseTimes(), end, dates) << '\n';
     } else if (end == JobEnd::Complete) {
         streams.out << withPlainLineEnds(completionReport(job.state, job.surroundings().hostName));
-        if (const auto list = job.finalListPath())
+        if (const auto list = job.lists().finalPath())
             streams.out << list->native() << '\n';
     }
     streams.out.flush();

@@ -52,7 +52,7 @@ Json logAsJson(const JobLog& log, const DateTexts& dates) {
 
 std::string jobResultAsJson(const Job& job, const PhaseTimes& times, JobEnd end, const DateTexts& dates) {
     const auto seconds = [](std::int64_t milliseconds) { return static_cast<double>(milliseconds) / 1000.0; };
-    const auto list = job.finalListPath();
+    const auto list = job.lists().finalPath();
     Json result;
     result["job"] = job.state.options.jobId;
     result["end"] = nameOf(end);

@@ -49,14 +49,14 @@ void frmMain::connectControls() {
     click(Command2, [this] { Command2_Click(); });
     click(Command3, [this] { Command3_Click(); });
     click(CommandButton3, [this] { CommandButton3_Click(); });
-    click(CommandButton4, [this] { askToStop(job_); });
+    click(CommandButton4, [this] { askToStop(job_.passContext()); });
     click(CommandButton5, [this] { CommandButton5_Click(); });
     click(CommandButton6, [this] { CommandButton6_Click(); });
     step(Check1, &QCheckBox::toggled, [this](bool ticked) { Check1_Click(ticked); });
     step(iGrid1, &Grid::rowClicked, [this](int row) { iGrid1_Click(row); });
     click(Command4, [this] { setup_.askClearLog(); });
     // Kept: Command5 "Check Folders" has no effect (test CheckFoldersHasNoEffect).
-    step(timer_, &QTimer::timeout, [this] { timerTick(job_); });
+    step(timer_, &QTimer::timeout, [this] { timerTick(job_.state, context_.surroundings.clock); });
 }
 
 void frmMain::Textbox1_Change(const QString& text) {
@@ -120,7 +120,7 @@ void frmMain::iGrid1_Click(int row) {
 
 void frmMain::upDateAllLabels() {
     context_.loop.flush();
-    quillon::upDateAllLabels(job_);
+    quillon::upDateAllLabels(job_.passContext(), job_.lists(), job_.messages);
     context_.loop.flush();
 }
 

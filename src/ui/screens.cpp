@@ -9,6 +9,7 @@
 #include "editors/frmPreviewBadSector.h"
 #include "editors/frmSkipList.h"
 #include "editors/frmUpdatedb.h"
+#include "job/job.h"
 #include "setup/frmSetupNetwork.h"
 #include "setup/frmSetupWizard.h"
 #include "ui/frmABout.h"
@@ -49,7 +50,7 @@ void registerScreens(const ScreenContext& context, Job& job) {
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
     });
     screens.add(Screen::ViewList,
-                [&context, &job](const std::any&) { return std::make_unique<frmViewList>(context, job); });
+                [&context, &job](const std::any&) { return std::make_unique<frmViewList>(context, viewedJob(job)); });
     screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;

@@ -31,7 +31,7 @@ std::string ViewGridRows::cell(int row, int column) const {
     return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
 }
 
-frmViewList::frmViewList(const ScreenContext& context, Job& job)
+frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job)
     : StepScreen(context, Screen::ViewList, "frmViewList", "View File List"), viewer_(job, *this) {
     createCategory();
     createRows();

@@ -56,7 +56,7 @@ class frmViewList final : public StepScreen {
 
 public:
     /// The context must outlive the screen.
-    frmViewList(const ScreenContext& context, Job& job);
+    frmViewList(const ScreenContext& context, const ViewedJob& job);
 
 protected:
     /// Closing shows the main window, without a recount; a retest in progress cannot be left.

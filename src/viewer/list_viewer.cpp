@@ -2,6 +2,7 @@
 #include "viewer/list_viewer.h"
 
 #include "app/file_list.h"
+#include "job/job.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "text/list_text.h"
@@ -20,23 +21,27 @@ constexpr const char* kRetestFailed =
 
 }  // namespace
 
+ViewedJob viewedJob(Job& job) {
+    return {job.installation(), job.surroundings(), job.kept(), job.lists(), job.grader()};
+}
+
 void ListViewer::load() {
     state = ViewerState{};
     state.categories = {kPleaseSelect};
     state.marks = {kPleaseSelect};
-    temporaryListPath_ = job_.installation().rawListPath();
-    listPath_ = job_.finalListPath().value_or(NativePath{});
+    temporaryListPath_ = job_.lists.rawPath();
+    listPath_ = job_.lists.finalPath().value_or(NativePath{});
     loadCategories();
 }
 
 void ListViewer::loadCategories() {
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = job_.installation.paths();
     const NativePath errors = fileIn(paths.localSettings, kErrorsFileName);
     if (!paths.localSettings.empty() && pathExists(errors)) {
         state.status = "Loading error messages";
-        const auto lines = readCategories(errors, job_.messages);
+        const auto lines = readCategories(errors, job_.grader.messages());
         if (!lines) {
-            job_.surroundings().dialogs.warn("Error", "Error : " + lines.error().text + " occurred ");
+            job_.surroundings.dialogs.warn("Error", "Error : " + lines.error().text + " occurred ");
             return;
         }
         state.categories.insert(state.categories.end(), lines->begin(), lines->end());
@@ -44,9 +49,9 @@ void ListViewer::loadCategories() {
         state.status = "Ready ..>";
         return;
     }
-    job_.surroundings().dialogs.warn("Error", "Unable to find Report Header Database. This should be stored in " +
-                                                  readable(paths.localPath.native()) +
-                                                  "\\Settings\\errors.dat. Switching to default settings.\r\n");
+    job_.surroundings.dialogs.warn("Error", "Unable to find Report Header Database. This should be stored in " +
+                                                readable(paths.localPath.native()) +
+                                                "\\Settings\\errors.dat. Switching to default settings.\r\n");
     const ReportMessages fallback = ReportMessages::fallback();
     state.categories.insert(state.categories.end(), fallback.values.begin(), fallback.values.end());
 }
@@ -55,7 +60,8 @@ void ListViewer::chooseCategory(int entry) {
     if (entry < 0 || entry >= static_cast<int>(state.categories.size()))
         return;
     state.category = entry;
-    state.runEnabled = canEditCategory(entry, state.categories[static_cast<std::size_t>(entry)], job_.messages);
+    state.runEnabled =
+        canEditCategory(entry, state.categories[static_cast<std::size_t>(entry)], job_.grader.messages());
 }
 
 void ListViewer::updateLabels() {
@@ -72,7 +78,7 @@ void ListViewer::filter() {
     state.extensions.clear();
     host_.showState();
     // The job ID of this moment, not the one of the opening.
-    const auto list = job_.finalListPath();
+    const auto list = job_.lists.finalPath();
     if (!list || !pathExists(*list)) {
         tellMissingList();
         goIdle();
@@ -98,17 +104,17 @@ void ListViewer::loadRows(const NativePath& list) {
     const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
                           state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
     if (filterList(*reader, wish, state.rows) == FilterEnd::LimitReached)
-        job_.surroundings().dialogs.tell(kProgramTitle, "Maximum file limit reached");
+        job_.surroundings.dialogs.tell(kProgramTitle, "Maximum file limit reached");
 }
 
 void ListViewer::tellMissingList() {
-    const std::string& jobId = job_.state.options.jobId;
+    const std::string& jobId = job_.lists.jobId();
     std::string text = "File list for " + jobId + " does not exist. ";
-    const NativePath& folder = job_.installation().paths().zipPath;
+    const NativePath& folder = job_.installation.paths().zipPath;
     const auto archive = childPath(folder, jobId + ".zip");
     if (!folder.empty() && archive && pathExists(*archive))
         text += "The file you requested appears to have been archived";
-    job_.surroundings().dialogs.warn("List Error", text);
+    job_.surroundings.dialogs.warn("List Error", text);
 }
 
 void ListViewer::selectRow(int row) {
@@ -136,10 +142,10 @@ void ListViewer::selectExtension(int entry) {
 }
 
 void ListViewer::addToSkipList() {
-    const Paths& paths = job_.installation().paths();
+    const Paths& paths = job_.installation.paths();
     const std::string proposal =
         state.currentRow < 0 ? std::string() : readable(state.rows.path(state.rows.idAt(state.currentRow)));
-    const auto term = job_.surroundings().dialogs.input(
+    const auto term = job_.surroundings.dialogs.input(
         "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
     if (!term || term->empty())
         return;
@@ -152,7 +158,7 @@ void ListViewer::addToSkipList() {
 std::optional<EditorHandover> ListViewer::openEditor() {
     const std::u16string extension(state.extensions.chosenText());
     const auto& category = state.categories[static_cast<std::size_t>(state.category)];
-    if (category != job_.messages[Grade::NoExtension] && extension.empty()) {
+    if (category != job_.grader.messages()[Grade::NoExtension] && extension.empty()) {
         host_.beep();
         return std::nullopt;
     }
@@ -166,21 +172,21 @@ std::optional<EditorHandover> ListViewer::openEditor() {
 }
 
 void ListViewer::retest() {
-    Dialogs& dialogs = job_.surroundings().dialogs;
+    Dialogs& dialogs = job_.surroundings.dialogs;
     goBusy();
     state.busyPointer = true;
     host_.showState();
     const std::u16string extension(state.extensions.chosenText());
     state.passRunning = true;
     int counted = -1;
-    Retest pass(job_, state.rows, [this, &counted] {
+    Retest pass(job_.grader, job_.kept, state.rows, [this, &counted] {
         // The pointer is the normal one from the first line on, though the pass goes on.
         state.busyPointer = false;
         if (state.rows.count() != counted) {
             counted = state.rows.count();
             updateLabels();
         }
-        job_.turn();
+        job_.surroundings.loop.turn();
     });
     const RetestEnd end = pass.run(listPath_, temporaryListPath_, extension);
     state.passRunning = false;

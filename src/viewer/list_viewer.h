@@ -9,12 +9,16 @@
 #include <vector>
 
 #include "app/screen_host.h"
-#include "job/job.h"
+#include "app/surroundings.h"
+#include "job/file_grader.h"
+#include "job/job_lists.h"
 #include "viewer/editor_handover.h"
 #include "viewer/extension_list.h"
 #include "viewer/view_rows.h"
 
 namespace quillon {
+
+class Job;
 
 /// What the screen shows. Texts are UTF-8 but those marked as list text.
 struct ViewerState {
@@ -36,10 +40,20 @@ struct ViewerState {
     bool changed = true;       ///< "Done" recounts the job
 };
 
+/// What the viewer uses of the job whose list it shows.
+struct ViewedJob {
+    const Installation& installation;
+    const Surroundings& surroundings;
+    KeptFiles& kept;
+    const JobLists& lists;
+    FileGrader& grader;
+};
+[[nodiscard]] ViewedJob viewedJob(Job& job);
+
 class ListViewer {
 public:
-    /// Both must outlive this.
-    ListViewer(Job& job, ScreenHost& host) : job_(job), host_(host) {}
+    /// All must outlive this.
+    ListViewer(const ViewedJob& job, ScreenHost& host) : job_(job), host_(host) {}
 
     ViewerState state;
 
@@ -87,7 +101,7 @@ private:
     void tellMissingList();
     void endRetest();
 
-    Job& job_;
+    ViewedJob job_;
     ScreenHost& host_;
     NativePath listPath_;
     NativePath temporaryListPath_;

@@ -30,7 +30,7 @@ RetestEnd Retest::run(const NativePath& list, const NativePath& copy, std::u16st
     lookup_ = &lookup;
     const auto rewritten = rewrite(list, copy);
     lookup_ = nullptr;
-    job_.releaseSource();
+    grader_.releaseSource();
     return rewritten ? RetestEnd::Done : RetestEnd::Failed;
 }
 
@@ -39,7 +39,7 @@ Result<void> Retest::makeCopies(const NativePath& list, const NativePath& copy) 
     const auto copied = copier.copy(list.native(), copy.native(), [](std::uint64_t, std::uint64_t) { return true; });
     if (!copied)
         return failure(copied.error().error);
-    const auto kept = job_.kept().copyAway(list);
+    const auto kept = kept_.copyAway(list);
     if (!kept)
         return failure(kept.error());
     return {};
@@ -75,14 +75,14 @@ Result<void> Retest::handleRow(ListWriter& list) {
 }
 
 Result<void> Retest::testAgain(ViewRows::Id row) {
-    const auto graded = job_.checkFile(row_, extension_);
+    const auto graded = grader_.checkFile(row_, extension_);
     if (!graded)
         return failure(graded.error());
     if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
     row_.replaceResult(*graded);
     if (std::ranges::any_of(kGrades.values, [&](const GradeRow& grade) {
-            return grade.afterRetest == AfterRetest::Leaves && *graded == job_.messages[grade.grade];
+            return grade.afterRetest == AfterRetest::Leaves && *graded == grader_.messages()[grade.grade];
         }))
         rows_.remove(row);
     return {};

@@ -8,7 +8,8 @@
 #include <string_view>
 
 #include "app/file_list.h"
-#include "job/job.h"
+#include "app/kept_files.h"
+#include "job/file_grader.h"
 #include "viewer/view_rows.h"
 
 namespace quillon {
@@ -23,8 +24,8 @@ enum class RetestEnd {
 class Retest {
 public:
     /// All must outlive this. `afterLine` is called behind each line of the list.
-    Retest(Job& job, ViewRows& rows, std::function<void()> afterLine)
-        : job_(job), rows_(rows), afterLine_(std::move(afterLine)) {}
+    Retest(FileGrader& grader, KeptFiles& kept, ViewRows& rows, std::function<void()> afterLine)
+        : grader_(grader), kept_(kept), rows_(rows), afterLine_(std::move(afterLine)) {}
 
     /// `list` is copied to `copy`, which is replaced, and written anew in its own encoding. Rows that are in `rows` and
     /// have the extension, ignoring case, are tested; those that become good or unknown leave `rows`. Before the list
@@ -40,7 +41,8 @@ private:
     [[nodiscard]] Result<void> handleRow(ListWriter& list);
     [[nodiscard]] Result<void> testAgain(ViewRows::Id row);
 
-    Job& job_;
+    FileGrader& grader_;
+    KeptFiles& kept_;
     ViewRows& rows_;
     std::function<void()> afterLine_;
     std::u16string extension_;

@@ -152,7 +152,7 @@ TEST_F(ExtensionEditorSearchTest, WhatTheSearchCountsGoodTheHeaderTestGradesGood
 
         SourceFiles heads;
         const auto counts = searchTerm({position, toUtf8(PageText{term}), hexadecimal}, {path}, heads);
-        const auto grade = job.checkFile(ListRow(path + u",15/11/2026, 518, 32;Ab9x"), u"qlx");
+        const auto grade = job.grader().checkFile(ListRow(path + u",15/11/2026, 518, 32;Ab9x"), u"qlx");
         ASSERT_TRUE(counts && grade);
         EXPECT_EQ(counts->good == 1, *grade == job.messages[Grade::Good]) << position << " " << term;
         good += counts->good;

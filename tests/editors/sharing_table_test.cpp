@@ -9,6 +9,7 @@
 #include "editors/editor_folders.h"
 #include "editors/extension_editor.h"
 #include "editors/manual_update.h"
+#include "job/job.h"
 #include "support/recording_screen.h"
 #include "viewer/list_viewer.h"
 
@@ -36,7 +37,7 @@ struct Screens {
     test::RecordingScreen screen;
     ExtensionEditor extensionEditor{folders.installation, folders.dialogs, job.kept(), job.messages, screen, [] {}};
     ManualUpdate manualUpdate{folders.installation, folders.dialogs, folders.kept};
-    ListViewer viewer{job, screen};
+    ListViewer viewer{viewedJob(job), screen};
     std::string loaded;  // what an action that loads has read
 };
 

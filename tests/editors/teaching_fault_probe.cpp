@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "editors/extension_editor.h"
+#include "job/job.h"
 #include "viewer/list_viewer.h"
 
 namespace {
@@ -57,7 +58,7 @@ public:
     }
 
     void retest() {
-        ListViewer viewer(job_, screen_);
+        ListViewer viewer(viewedJob(job_), screen_);
         viewer.load();
         const auto& all = viewer.state.categories;
         const auto corrupt = std::find(all.begin(), all.end(), job_.messages[Grade::Corrupt]);

@@ -3,34 +3,11 @@
 
 #include "job/job_board.h"
 #include "job/job_fixture.h"
+#include "job/scripted_alerts.h"
 
 namespace quillon::test {
 
 namespace {
-
-class ScriptedAlerts final : public AlertSender {
-public:
-    bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject, const std::string& body,
-                   std::int16_t alertFlag) override {
-        sent.push_back(target + "|" + std::to_string(ackRequest) + "|" + subject + "|" + std::to_string(alertFlag));
-        bodies.push_back(body);
-        stateAtSend = state;
-        state = answer;
-        return answer != AckState::None;
-    }
-    void closeSockets() override {}
-    AckState ackState() const override { return state; }
-    void setAckState(AckState next) override { state = next; }
-    void turnWhilePending() override { ++waits; }
-    bool isThisComputer(const std::string& target) const override { return target == "LAB7"; }
-
-    std::vector<std::string> sent;
-    std::vector<std::string> bodies;
-    AckState state = AckState::None;
-    AckState stateAtSend = AckState::None;
-    AckState answer = AckState::Acknowledged;
-    int waits = 0;
-};
 
 class ReportTest : public JobFixture {
 protected:
@@ -98,7 +75,7 @@ TEST_F(ReportTest, WithoutARecipientNothingIsSent) {
     for (const int index : {-1, 0}) {
         state.options.recipientIndex = index;
         state.options.recipient = "LAB9";
-        sendCompletionReport(job, alerts);
+        sendCompletionReport(state, fake.surroundings, alerts);
     }
     EXPECT_TRUE(alerts.sent.empty());
 }
@@ -106,7 +83,7 @@ TEST_F(ReportTest, WithoutARecipientNothingIsSent) {
 TEST_F(ReportTest, TheReportGoesToTheRecipient) {
     state.options.recipientIndex = 1;
     state.options.recipient = "LAB9";
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|File list complete for Job ID : 1234|0"});
     EXPECT_EQ(alerts.bodies.at(0), completionReport(state, "LAB7"));
     EXPECT_EQ(alerts.stateAtSend, AckState::Pending);
@@ -119,7 +96,7 @@ TEST_F(ReportTest, CopyFailuresMakeItAnAlert) {
     state.options.recipient = "LAB9";
     state.options.copy = true;
     state.counters.copyErrors = 1;
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|File list complete for Job ID : 1234|1"});
 }
 
@@ -128,7 +105,7 @@ TEST_F(ReportTest, AReportThatIsNotAcknowledgedIsTold) {
     state.options.recipient = "LAB9";
     alerts.answer = AckState::None;
     fake.dialogs.expectBox("File list complete", "File listing complete, but could not send notification to LAB9");
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
@@ -136,7 +113,7 @@ TEST_F(ReportTest, AStateThatIsStillPendingIsNotTold) {
     state.options.recipientIndex = 1;
     state.options.recipient = "LAB9";
     alerts.answer = AckState::Pending;
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_EQ(alerts.sent.size(), 1U);
 }
 
@@ -144,7 +121,7 @@ TEST_F(ReportTest, ARecipientThatIsTheSenderIsTold) {
     state.options.recipientIndex = 2;
     state.options.recipient = "LAB7";
     fake.dialogs.expectBox("Error", "Recipient of message is the same as the sender !");
-    sendCompletionReport(job, alerts);
+    sendCompletionReport(state, fake.surroundings, alerts);
     EXPECT_TRUE(alerts.sent.empty());
 }
 

@@ -24,7 +24,7 @@ protected:
         for (const auto& path : paths) rows.push_back(toListText(path) + u",15/11/2026, 5, 32;Ab9x,Header OK");
         writeFinalList(rows);
         state.counters.files = static_cast<std::int32_t>(paths.size());
-        CopyPass(job).run();
+        CopyPass(job.passContext(), job.lists()).run();
     }
 
     // Where the file of a source path lands.
@@ -85,7 +85,7 @@ TEST_F(CopyPassTest, TheTargetMayEndInSeparators) {
 TEST_F(CopyPassTest, AMissingListIsTold) {
     fake.dialogs.expectBox("Error copying files", "Unable to find file list..", BoxAnswer::Ok, BoxStyle::Critical,
                            BoxButtons::Ok);
-    CopyPass(job).run();
+    CopyPass(job.passContext(), job.lists()).run();
     EXPECT_EQ(fake.loop.turns, 0);
 }
 
@@ -99,7 +99,7 @@ TEST_F(CopyPassTest, AListOfNoRowsEndsAtOnce) {
 TEST_F(CopyPassTest, RawRowsAreCopiedToo) {
     const auto a = sourceFile("a.txt", "first");
     writeFinalList({toListText(a) + u",15/11/2026, 5, 32;Ab9x"});
-    CopyPass(job).run();
+    CopyPass(job.passContext(), job.lists()).run();
     EXPECT_EQ(folder.read(landed(a)), "first");
 }
 
@@ -185,7 +185,7 @@ TEST_F(CopyPassTest, AListOfUnknownCountShowsNoMoreThanAHundred) {
     state.counters.files = 1;
     std::int64_t most = 0;
     fake.loop.onTurn = [&](int) { most = std::max(most, state.progress.value); };
-    CopyPass(job).run();
+    CopyPass(job.passContext(), job.lists()).run();
     EXPECT_EQ(most, 100);
 }
 

@@ -59,7 +59,7 @@ protected:
         };
     }
     void stopWhen(std::function<bool()> isSo) {
-        atTurnWhen(std::move(isSo), [this] { stopJob(job); });
+        atTurnWhen(std::move(isSo), [this] { stopJob(job.passContext()); });
     }
 
     void expectOverwrite(BoxAnswer answer) {

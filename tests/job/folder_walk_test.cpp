@@ -20,7 +20,7 @@ protected:
     std::vector<std::u16string> walk() {
         auto writer = ListWriter::create(folder / "app/tFile.csv");
         EXPECT_TRUE(writer);
-        FolderWalk(job, *writer).run(folder / "source");
+        FolderWalk(job.passContext(), job.skipList, *writer).run(folder / "source");
         EXPECT_TRUE(writer->close());
         return rowsOf("app/tFile.csv");
     }
@@ -113,7 +113,7 @@ TEST_F(WalkTest, LinksLoopsFifosAndSocketsAreNeitherListedNorOpened) {
     makeFifo(folder / "source/fifo");
     passOver(makeSocket(folder / "source/socket"), "a path too long for one leaves the others");
     EXPECT_EQ(walkedNames(), Names{"real/file"});
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters.folders, 1) << "a link to a folder is no folder";
     EXPECT_EQ(state.counters.folderErrors, 0);
 }
@@ -122,14 +122,14 @@ TEST_F(WalkTest, ASourceNamedByALinkIsWalked) {
     sourceFile("file");
     fs::create_directory_symlink(folder / "source", folder / "name");
     auto writer = ListWriter::create(folder / "app/tFile.csv");
-    FolderWalk(job, *writer).run(folder / "name");
+    FolderWalk(job.passContext(), job.skipList, *writer).run(folder / "name");
     EXPECT_EQ(rowsOf("app/tFile.csv").at(0).find(toListText((folder / "name/file").native())), 0U);
 }
 
 TEST_F(WalkTest, PathsLongerThanTheSystemTakesAreListed) {
     const fs::path deep = makeDeepFolder(folder / "source");
     writeDeep(deep / "file", "x");
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters.folderErrors, 0);
     const auto names = walkedNames();
     ASSERT_EQ(names.size(), 1U);
@@ -176,7 +176,7 @@ void removeChain(const fs::path& start, int levels) {
 
 TEST_F(WalkTest, ATreeOf2100LevelsIsWalkedToItsEndAndBack) {
     const int levels = makeChain(folder / "source", 2100);
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters.folders, levels + levels / 10);
     EXPECT_EQ(state.counters.folderErrors, 0);
     EXPECT_EQ(walk().size(), static_cast<std::size_t>(levels / 10));
@@ -285,7 +285,7 @@ TEST_F(WalkTest, WithTheBoxClearTheSkipListIsNotLookedAt) {
 TEST_F(WalkTest, FoldersAreCountedWithoutTheSourceItself) {
     fs::create_directories(folder / "source/a/b");
     fs::create_directories(folder / "source/c");
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters.folders, 3);
     EXPECT_EQ(state.counters.folderErrors, 0);
     EXPECT_TRUE(state.log.rows().empty());
@@ -295,13 +295,13 @@ TEST_F(WalkTest, FoldersAreCountedWithoutTheSourceItself) {
 TEST_F(WalkTest, StopIsNotLookedAtInTheFolderTest) {
     fs::create_directories(folder / "source/a/b");
     state.stopRequested = true;
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters.folders, 2);
 }
 
 TEST_F(WalkTest, ASourceThatIsNotThereHasNoFoldersAndNoRows) {
     fs::remove_all(folder / "source");
-    ListFolders(job, folder / "source");
+    ListFolders(job.passContext(), folder / "source");
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_TRUE(walk().empty());
     EXPECT_EQ(state.counters.unlistedFolders, 1);
@@ -314,7 +314,7 @@ TEST_F(WalkTest, AFolderThatCannotBeEnteredIsCountedLoggedInLightRedAndGoneOnBeh
     for (const char* name : {"app", "source"}) fs::permissions(folder / name, fs::perms::all);
     fs::permissions(folder / "source/locked", fs::perms::none);
     EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
-        ListFolders(job, folder / "source");
+        ListFolders(job.passContext(), folder / "source");
         const bool counted = state.counters.folders == 2 && state.counters.folderErrors == 1;
         const auto& rows = state.log.rows();
         const bool logged = rows.size() == 1 && rows[0].colour == 0xC0C0FFU &&
@@ -330,7 +330,7 @@ TEST_F(WalkTest, AFolderThatMayBeEnteredAndNotListedIsNoFolderErrorButIsMissed) 
     fs::permissions(folder / "source/closed",
                     fs::perms::all & ~(fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read));
     EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
-        ListFolders(job, folder / "source");
+        ListFolders(job.passContext(), folder / "source");
         const bool counted = state.counters.folders == 1 && state.counters.folderErrors == 0;
         const bool missed = walkedNames().empty() && state.counters.unlistedFolders == 1;
         const auto& rows = state.log.rows();
@@ -345,7 +345,7 @@ TEST_F(WalkTest, AFolderThatMayBeListedAndNotEnteredIsAFolderErrorAndItsFilesAre
     for (const char* name : {"app", "source"}) fs::permissions(folder / name, fs::perms::all);
     fs::permissions(folder / "source/shown", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
     EXPECT_TRUE(asOrdinaryUser(folder.path(), [this] {
-        ListFolders(job, folder / "source");
+        ListFolders(job.passContext(), folder / "source");
         const bool counted = state.counters.folders == 1 && state.counters.folderErrors == 1;
         return counted && walkedNames().empty() && state.counters.unlistedFolders == 1;
     }));

@@ -2,6 +2,7 @@
 #include "job/job_driver.h"
 
 #include "job/driver_fixture.h"
+#include "job/scripted_alerts.h"
 #include "job/statistics.h"
 #include "platform/folder_lock.h"
 #include "text/fields.h"
@@ -193,10 +194,10 @@ TEST_F(DriverTest, ADeletedPartialListMakesTheCopyPassSayThatThereIsNone) {
 TEST_F(DriverTest, StopAsksAndOnlyYesStops) {
     fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::No, std::nullopt,
                            BoxButtons::YesNo);
-    askToStop(job);
+    askToStop(job.passContext());
     EXPECT_FALSE(state.stopRequested);
     fake.dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
-    askToStop(job);
+    askToStop(job.passContext());
     EXPECT_TRUE(state.stopRequested);
     EXPECT_TRUE(state.copyCancelled);
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
@@ -227,7 +228,7 @@ TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {
     sourceFile("a", "x");
-    stopJob(job);
+    stopJob(job.passContext());
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_FALSE(state.copyCancelled);
 }
@@ -271,6 +272,18 @@ TEST_F(DriverTest, AJobIdThatCannotBeAFileNameNeverLeadsOutOfTheFolder) {
         "Quillon", "Unable to create output file. Please check access rights on folder " + (folder / "local").native());
     EXPECT_EQ(run(), JobEnd::NoList);
     EXPECT_FALSE(exists("evil.csv"));
+}
+
+TEST_F(DriverTest, WhileTheReportIsOnItsWayThePointerIsBusyAndTheTimerStands) {
+    state.options.recipientIndex = 1;
+    state.options.recipient = "LAB9";
+    JobBoard board;
+    ScriptedAlerts alerts;
+    alerts.onSend = [&] { board = boardOf(state); };
+    EXPECT_EQ(JobDriver(job, *this, &alerts).run(), JobEnd::Complete);
+    EXPECT_EQ(alerts.sent.size(), 1U);
+    EXPECT_TRUE(board.busyPointer && board.stop && !board.timer);
+    EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
 TEST_F(DriverTest, TheTestingPassGivesTheBarTheNumberOfFiles) {

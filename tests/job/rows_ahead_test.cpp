@@ -28,7 +28,7 @@ protected:
     Rows rowsOfList(const Rows& lines) {
         writeRawList(lines);
         auto reader = ListReader::open(folder / "app/tFile.csv");
-        RowsAhead rows(*reader, watched);
+        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop);
         Rows read;
         while (const ListRow* row = rows.next()) read.emplace_back(row->line());
         return read;
@@ -38,9 +38,9 @@ protected:
     std::size_t askedFor(const Rows& lines) {
         writeRawList(lines);
         auto reader = ListReader::open(folder / "app/tFile.csv");
-        RowsAhead rows(*reader, watched);
+        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop);
         EXPECT_TRUE(rows.next());
-        return watched.heads().asked();
+        return watched.grader().heads().asked();
     }
 
     std::u16string row(const std::string& name, std::string_view bytes) const {
@@ -95,9 +95,9 @@ TEST_F(RowsAheadTest, AWatchedPassGradesAsOneThatReadsInLine) {
         lines.push_back(u"");
     }
     writeRawList(lines);
-    TestingPass(job, nullptr).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     const Rows inLine = finalRows();
-    TestingPass(watched, nullptr).run();
+    TestingPass(watched.passContext(), watched.lists(), watched.grader(), nullptr).run();
     EXPECT_EQ(finalRows(), inLine);
     EXPECT_EQ(watched.state.counters[Grade::Good], job.state.counters[Grade::Good]);
     EXPECT_EQ(watched.state.counters[Grade::Corrupt], job.state.counters[Grade::Corrupt]);

@@ -27,7 +27,7 @@ protected:
         rows.reserve(results.size());
         for (const auto& result : results) rows.push_back(u"/s/f,15/11/2026, 600, 32;Ab9x," + result);
         writeFinalList(rows);
-        upDateAllLabels(job);
+        upDateAllLabels(job.passContext(), job.lists(), job.messages);
     }
 };
 
@@ -95,25 +95,25 @@ TEST_F(StatisticsTest, TheThroughputIsRowsPerMinuteOrFilesWhileNoneIsRead) {
     fake.clock.time.second += 29;
     fake.clock.time.minute += 1;
     state.counters.files = 2500;
-    timerTick(job);
+    timerTick(state, fake.clock);
     EXPECT_EQ(state.texts.throughput, "5,000 Files per minute");
     EXPECT_EQ(state.texts.statusPanel, "00:01:29");
     state.counters.rowsRead = 10;
-    timerTick(job);
+    timerTick(state, fake.clock);
     EXPECT_EQ(state.texts.throughput, "20 Files per minute");
 }
 
 TEST_F(StatisticsTest, AFirstMillisecondDividesByNothing) {
     state.startTick = fake.clock.tick;
     state.texts.throughput = "as it was";
-    timerTick(job);
+    timerTick(state, fake.clock);
     EXPECT_EQ(state.texts.throughput, "as it was");
 }
 
 TEST_F(StatisticsTest, ElapsedTimeGoesOverMidnight) {
     state.startTime = {2026, 11, 14, 23, 59, 50, 6, 317};
     fake.clock.time = {2026, 11, 15, 0, 0, 20, 0, 318};
-    timerTick(job);
+    timerTick(state, fake.clock);
     EXPECT_EQ(state.texts.statusPanel, "00:00:30");
 }
 
@@ -171,20 +171,20 @@ TEST_F(StatisticsTest, AChangeOfWordingMakesOldListsCountDifferently) {
 TEST_F(StatisticsTest, RowsThatHaveNotFiveColumnsCountNothing) {
     writeFinalList(
         {u"/s/f,15/11/2026, 600, 32;Ab9x", u"", u"/s/f,15/11/2026, 600, 32;Ab9x,Header OK,more", u"Header OK"});
-    upDateAllLabels(job);
+    upDateAllLabels(job.passContext(), job.lists(), job.messages);
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_EQ(state.texts.quality, "0");
 }
 
 TEST_F(StatisticsTest, EightBitListsAreCountedToo) {
     folder.write("local/1234.csv", "C:\\s\\f,15/11/2026, 600, 32;Ab9x,Header OK\r\n");
-    upDateAllLabels(job);
+    upDateAllLabels(job.passContext(), job.lists(), job.messages);
     EXPECT_EQ(state.counters[Grade::Good], 1);
 }
 
 TEST_F(StatisticsTest, WithoutAListTheBoardIsResetAndTheScreenUnlocked) {
     state.counters[Grade::Good] = 5;
-    upDateAllLabels(job);
+    upDateAllLabels(job.passContext(), job.lists(), job.messages);
     EXPECT_EQ(state.counters, JobCounters());
     EXPECT_EQ(state.texts.status, "Updating statistics ...");
     EXPECT_FALSE(boardOf(state).busyPointer);
@@ -224,7 +224,7 @@ TEST_F(StatisticsTest, ARecountInTheMidstOfAJobUnlocksTheScreen) {
 
 TEST_F(StatisticsTest, AListThatCannotBeReadTellsTheStatusLine) {
     std::filesystem::create_directory(folder / "local/1234.csv");
-    upDateAllLabels(job);
+    upDateAllLabels(job.passContext(), job.lists(), job.messages);
     EXPECT_NE(state.texts.status, "Ready");
     EXPECT_FALSE(state.texts.status.empty());
     EXPECT_TRUE(boardOf(state).frames);

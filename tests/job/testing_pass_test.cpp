@@ -2,6 +2,7 @@
 #include "job/testing_pass.h"
 
 #include "job/job_fixture.h"
+#include "job/scripted_alerts.h"
 
 namespace quillon::test {
 
@@ -28,33 +29,16 @@ public:
     std::u16string text;
 };
 
-class RecordingAlerts final : public AlertSender {
-public:
-    bool sendAlert(const std::string& target, std::int16_t, std::string& subject, const std::string& body,
-                   std::int16_t) override {
-        sent.push_back(target + "|" + subject + "|" + body);
-        return true;
-    }
-    void closeSockets() override {}
-    AckState ackState() const override { return state; }
-    void setAckState(AckState next) override { state = next; }
-    void turnWhilePending() override {}
-    bool isThisComputer(const std::string&) const override { return false; }
-
-    std::vector<std::string> sent;
-    AckState state = AckState::None;
-};
-
 class TestingPassTest : public JobFixture {
 protected:
     Rows run(const Rows& lines) {
         writeRawList(lines);
-        TestingPass(job, &alerts, &checker).run();
+        TestingPass(job.passContext(), job.lists(), job.grader(), &alerts, &checker).run();
         return exists("local/1234.csv") ? finalRows() : Rows{u"<no list>"};
     }
 
     ScriptedChecker checker;
-    RecordingAlerts alerts;
+    ScriptedAlerts alerts;
 };
 
 TEST_F(TestingPassTest, ARowIsTheRawLineAndTheResult) {
@@ -70,7 +54,7 @@ TEST_F(TestingPassTest, ATestedFileOfTheJobsOwnHeaderTestIsGraded) {
     for (const char c : path) row.push_back(c == ',' ? u'>' : static_cast<char16_t>(c));
     row += u",15/11/2026, 602, 32;Ab9x";
     writeRawList({row});
-    TestingPass(job, nullptr).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     EXPECT_EQ(finalRows(), Rows{row + u",Header OK"});
     EXPECT_EQ(state.counters[Grade::Good], 1);
     EXPECT_EQ(state.counters.tested, 1);
@@ -136,8 +120,9 @@ TEST_F(TestingPassTest, AnyOtherErrorShowsABoxSendsAnAlertAndRunsTheStepAgain) {
     state.options.recipient = "LAB9";
     fake.dialogs.expectBox("Error", "Subscript out of range : occurred processing file :");
     EXPECT_EQ(run({u"/s/b.bad,,,", u"/s/a.txt,,,"}), (Rows{u"/s/b.bad,,,,grade of bad", u"/s/a.txt,,,,grade of txt"}));
-    EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|Process error|The error message (Subscript out of range) "
-                                                    "occurred during processing a file "});
+    EXPECT_EQ(alerts.sent, std::vector<std::string>{"LAB9|1|Process error|1"});
+    EXPECT_EQ(alerts.bodies, std::vector<std::string>{
+                                 "The error message (Subscript out of range) occurred during processing a file "});
 }
 
 TEST_F(TestingPassTest, FurtherErrorsPassWithoutAWordAndKeepTheLastResult) {
@@ -152,7 +137,7 @@ TEST_F(TestingPassTest, FurtherErrorsPassWithoutAWordAndKeepTheLastResult) {
 TEST_F(TestingPassTest, ARowWithTooFewColumnsIsSuchAnError) {
     fake.dialogs.expectBox("Error", "Subscript out of range : occurred processing file :");
     writeRawList({u"/s/a.txt,15/11/2026", u"/s/b.zzz,15/11/2026, 600, 32;Ab9x"});
-    TestingPass(job, nullptr).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     EXPECT_EQ(finalRows(),
               (Rows{u"/s/a.txt,15/11/2026,", u"/s/b.zzz,15/11/2026, 600, 32;Ab9x,Unknown or ambiguous file type"}));
 }
@@ -169,14 +154,14 @@ TEST_F(TestingPassTest, AMissingRawListIsToldAndLeavesAnEmptyFinalList) {
     fake.dialogs.expectBox("Error!",
                            "Unable to find the raw file list. Please run the file list before testing file quality!",
                            BoxAnswer::Ok, BoxStyle::Critical, BoxButtons::Ok);
-    TestingPass(job, nullptr).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     EXPECT_EQ(finalRows(), Rows{});
 }
 
 TEST_F(TestingPassTest, ARawListThatCannotBeReadIsALoss) {
     std::filesystem::create_directory(folder / "app/tFile.csv");
     fake.dialogs.onProblem = [](const std::string&) {};
-    TestingPass(job, nullptr).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     EXPECT_GT(state.counters.lostRows, 0);
 }
 
@@ -209,7 +194,7 @@ TEST_F(TestingPassTest, WhenTheNewListCannotBeMadeTheOldOneStays) {
     fake.dialogs.expectBox(
         "Quillon", "Unable to create output file. Please check access rights on folder " + (folder / "local").native());
     writeRawList({u"/s/a.txt,,,"});
-    TestingPass pass(job, nullptr);
+    TestingPass pass(job.passContext(), job.lists(), job.grader(), nullptr);
     pass.run();
     EXPECT_FALSE(pass.madeList());
     EXPECT_EQ(folder.read("local/1234.csv"), "the old list");
@@ -217,10 +202,10 @@ TEST_F(TestingPassTest, WhenTheNewListCannotBeMadeTheOldOneStays) {
 
 TEST_F(TestingPassTest, EightBitAndMarkedRawListsAreReadToo) {
     folder.write("app/tFile.csv", "C:\\a\\b.txt,15/11/2026, 5, 32;Ab9x\r\n");
-    TestingPass(job, nullptr, &checker).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr, &checker).run();
     EXPECT_EQ(finalRows(), Rows{u"C:\\a\\b.txt,15/11/2026, 5, 32;Ab9x,grade of txt"});
     folder.write("app/tFile.csv", "\xFF\xFE" + utf16Bytes(u"/b.txt,,,\r\n"));
-    TestingPass(job, nullptr, &checker).run();
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr, &checker).run();
     EXPECT_EQ(finalRows(), Rows{u"/b.txt,,,,grade of txt"});
 }
 

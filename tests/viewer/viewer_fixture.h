@@ -84,7 +84,7 @@ protected:
     SetupFolders folders;
     Job job{folders.installation, folders.fake.surroundings};
     RecordingScreen host;
-    ListViewer viewer{job, host};
+    ListViewer viewer{viewedJob(job), host};
 };
 
 }  // namespace quillon::test

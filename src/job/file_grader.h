@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The header test of a job over the local database. What it finds raises the job's counters, and access errors go to
+// its log.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "ahead/heads_ahead.h"
+#include "app/installation.h"
+#include "job/pass_context.h"
+#include "testing/header_check.h"
+
+namespace quillon {
+
+class FileGrader : private HeaderCheckHost {
+public:
+    /// All must outlive this. Messages and common list are read anew at each test.
+    FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
+               const PassContext& context);
+    FileGrader(const FileGrader&) = delete;
+    FileGrader& operator=(const FileGrader&) = delete;
+
+    /// A row and its extension give the report text. The head comes from `heads`, or is read in line. See
+    /// HeaderCheck::checkFile.
+    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
+                                                        HeadReader& heads);
+    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension) {
+        return checkFile(row, extension, heads_);
+    }
+
+    /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
+    [[nodiscard]] bool mayOpen(const ListRow& row);
+
+    [[nodiscard]] const ReportMessages& messages() const { return messages_; }
+
+    /// Heads of source files; who knows the rows to come asks it for theirs.
+    [[nodiscard]] HeadsAhead& heads() { return heads_; }
+
+    /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
+    void releaseSource() { heads_.release(); }
+
+private:
+    bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
+    void raise(Grade grade) override { ++context_.state.counters[grade]; }
+    void raiseTested() override { ++context_.state.counters.tested; }
+    void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
+    [[nodiscard]] HeaderCheck& headerTest();
+
+    const Installation& installation_;
+    const ReportMessages& messages_;
+    const CommonList& commonList_;
+    PassContext context_;
+    HeadsAhead heads_;
+    std::string databaseFolder_;
+    std::optional<TermFiles> termFiles_;
+    std::optional<HeaderCheck> test_;
+};
+
+}  // namespace quillon

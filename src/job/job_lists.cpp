@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "job/job_lists.h"
+
+#include "platform/copy_file.h"
+#include "platform/folders.h"
+
+namespace quillon {
+
+Result<NativePath> JobLists::finalPath() const {
+    if (finalFolder().empty())
+        return failure(ErrorKind::BadName, "no local path is set");
+    return childPath(finalFolder(), jobId_ + ".csv");
+}
+
+template <typename Make>
+auto JobLists::replacing(Make make) const -> decltype(make(NativePath())) {
+    const auto path = finalPath();
+    if (!path)
+        return failure(path.error());
+    NativePath keptAt;
+    if (pathExists(*path)) {
+        const auto kept = kept_.moveAway(*path);
+        if (!kept)
+            return failure(kept.error());
+        keptAt = *kept;
+    }
+    auto made = make(*path);
+    if (!made && !keptAt.empty())
+        passOver(renameFile(keptAt, *path), "the old list is safe under Kept as well");
+    return made;
+}
+
+Result<ListWriter> JobLists::createFinal() const {
+    return replacing([](const NativePath& path) { return ListWriter::create(path); });
+}
+
+Result<void> JobLists::copyRawToFinal(EventLoop& loop) const {
+    return replacing([&](const NativePath& path) -> Result<void> {
+        const auto turning = [&loop](std::uint64_t, std::uint64_t) {
+            loop.turn();
+            return true;
+        };
+        const auto copied = FileCopier().copy(rawPath().native(), path.native(), turning);
+        if (!copied)
+            return failure(copied.error().error);
+        return {};
+    });
+}
+
+}  // namespace quillon
