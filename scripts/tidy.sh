@@ -20,7 +20,12 @@ check_one() {
 }
 
 every_source() {
-    find src tests tools bench -name '*.cpp' | sort
+    find src tests tools bench fuzz -name '*.cpp' | sort
+}
+
+# A checkout may belong to another user than the one who checks it.
+git() {
+    command git -c safe.directory="$PWD" "$@"
 }
 
 # The last release: its tag, or the commit that docs/releasing.md names where tags do not travel.
@@ -34,7 +39,7 @@ changed_sources() {
     base=$(last_release)
     git rev-parse --quiet --verify "$base^{commit}" >/dev/null || { echo "The history does not reach $base" >&2; return 0; }
     { git diff --name-only HEAD; git log --format= --name-only "$base..HEAD"; } | sed -n 's/\.\(h\|cpp\)$/.cpp/p' | awk '!seen[$0]++' |
-        grep -E '^(src|tests|tools|bench)/' | while read -r file; do [ ! -f "$file" ] || echo "$file"; done
+        grep -E '^(src|tests|tools|bench|fuzz)/' | while read -r file; do [ ! -f "$file" ] || echo "$file"; done
 }
 
 if [ "${1:-}" = --one ]; then

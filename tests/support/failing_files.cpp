@@ -113,12 +113,13 @@ int FailingFiles::truncate(int file, std::int64_t length) {
     return fails("truncate") ? -1 : DiskCalls::truncate(file, length);
 }
 
-int FailingFiles::sync(int file) {
-    return fails("sync") ? -1 : DiskCalls::sync(file);
+// What has come to the medium no test can see; to wait for it would take most of the time.
+int FailingFiles::sync(int /*file*/) {
+    return fails("sync") ? -1 : 0;
 }
 
-int FailingFiles::syncVolume(int file) {
-    return fails("syncVolume") ? -1 : DiskCalls::syncVolume(file);
+int FailingFiles::syncVolume(int /*file*/) {
+    return fails("syncVolume") ? -1 : 0;
 }
 
 int FailingFiles::close(int file) {
