@@ -58,7 +58,7 @@ protected:
     template <typename Sender, typename Signal, typename Operation>
     void step(Sender* sender, Signal signal, Operation operation) {
         QObject::connect(sender, signal, &window_,
-                         [this, operation](auto&&... told) { run([&] { call(operation, told...); }); });
+                         [this, operation](auto&&... told) { this->run([&] { call(operation, told...); }); });
     }
     template <typename Operation>
     void click(QPushButton* button, Operation operation) {

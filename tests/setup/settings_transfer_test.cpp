@@ -92,7 +92,7 @@ TEST_F(SettingsTransferTest, AnyFileOfTheRightLengthIsAccepted) {
 
 TEST_F(SettingsTransferTest, AnotherLengthIsNoSettingsDatabase) {
     const AppSettings before = installation.settings;
-    for (const std::size_t length : {0, 3090, 3092}) {
+    for (const std::size_t length : {0U, 3090U, 3092U}) {
         const auto file = folder.write("file", std::string(length, ' '));
         expectPick({file});
         fake.dialogs.expectBox("Error", "Not a settings database.", BoxAnswer::Ok, BoxStyle::Warning);
