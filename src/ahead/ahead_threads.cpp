@@ -40,28 +40,28 @@ void AheadThreads::leaveBy(AheadTask& task, Put put) {
 }
 
 void AheadThreads::leave(AheadTask& task) {
-    leaveBy(task, [this](AheadTask* left) { left_.push_back(left); });
+    leaveBy(task, [this](AheadTask* given) { waiting_.push_back(given); });
 }
 
 void AheadThreads::leaveFirst(AheadTask& task) {
-    leaveBy(task, [this](AheadTask* left) { left_.push_front(left); });
+    leaveBy(task, [this](AheadTask* given) { waiting_.push_front(given); });
 }
 
 AheadTask* AheadThreads::takeBackLast() {
     const std::lock_guard lock(mutex_);
-    if (left_.empty())
+    if (waiting_.empty())
         return nullptr;
-    AheadTask* task = left_.back();
-    left_.pop_back();
+    AheadTask* task = waiting_.back();
+    waiting_.pop_back();
     task->done_ = true;
     return task;
 }
 
 bool AheadThreads::takeBack(AheadTask& first) {
     const std::lock_guard lock(mutex_);
-    if (left_.empty() || left_.front() != &first)
+    if (waiting_.empty() || waiting_.front() != &first)
         return false;
-    left_.pop_front();
+    waiting_.pop_front();
     first.done_ = true;
     return true;
 }
@@ -70,14 +70,14 @@ void AheadThreads::work() {
     const Work work = makeWork_();
     std::unique_lock lock(mutex_);
     while (true) {
-        while (left_.empty() && !ending_) {
+        while (waiting_.empty() && !ending_) {
             ++idle_;
             toDo_.wait(lock);
         }
         if (ending_)
             return;
-        AheadTask& task = *left_.front();
-        left_.pop_front();
+        AheadTask& task = *waiting_.front();
+        waiting_.pop_front();
         lock.unlock();
         work(task);
         lock.lock();
@@ -105,7 +105,7 @@ void AheadThreads::end() {
     {
         const std::lock_guard lock(mutex_);
         ending_ = true;
-        left_.clear();
+        waiting_.clear();
     }
     toDo_.notify_all();
     for (auto& thread : threads_) thread.join();

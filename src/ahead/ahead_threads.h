@@ -67,8 +67,8 @@ private:
     std::mutex mutex_;
     std::condition_variable toDo_;
     std::condition_variable done_;
-    std::deque<AheadTask*> left_;  // guarded by mutex_, as are the next
-    std::size_t idle_ = 0;         // threads that wait for a task and were not woken for one
+    std::deque<AheadTask*> waiting_;  // guarded by mutex_, as are the next
+    std::size_t idle_ = 0;            // threads that wait for a task and were not woken for one
     bool ending_ = false;
 };
 

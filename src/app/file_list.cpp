@@ -73,8 +73,8 @@ void ListReader::decode(std::size_t bytes) {
     const std::size_t old = text_.size();
     text_.resize(old + bytes / 2);
     std::memcpy(text_.data() + old, raw_.data(), bytes / 2 * 2);
-    rawKept_ = bytes % 2;
-    if (rawKept_ != 0)
+    undecoded_ = bytes % 2;
+    if (undecoded_ != 0)
         raw_[0] = raw_[bytes - 1];
 }
 
@@ -83,14 +83,14 @@ bool ListReader::fill() {
         return false;
     text_.erase(0, at_);
     at_ = 0;
-    const auto count = file_.read(std::as_writable_bytes(std::span(raw_)).subspan(rawKept_));
+    const auto count = file_.read(std::as_writable_bytes(std::span(raw_)).subspan(undecoded_));
     if (!count) {
         error_ = count.error();
         ended_ = true;
         return false;
     }
-    ended_ = *count < raw_.size() - rawKept_;
-    decode(rawKept_ + *count);
+    ended_ = *count < raw_.size() - undecoded_;
+    decode(undecoded_ + *count);
     return true;
 }
 

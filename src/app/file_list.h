@@ -48,7 +48,7 @@ private:
     File file_;
     ListEncoding encoding_ = ListEncoding::Utf16;
     std::vector<char> raw_;
-    std::size_t rawKept_ = 0;  // bytes of raw_ that were read and not decoded yet
+    std::size_t undecoded_ = 0;  // bytes of raw_ that were read and not decoded yet
     std::u16string text_;
     std::size_t at_ = 0;
     bool ended_ = false;

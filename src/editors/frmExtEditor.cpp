@@ -132,7 +132,7 @@ void frmExtEditor::Text3_Change(const QString& text) {
 }
 
 void frmExtEditor::leaveOrAsk() {
-    setLeft();
+    markUnloaded();
     editor_.save();
     context_.navigator.open(Screen::ViewList);
     if (whenDone_)

@@ -11,7 +11,7 @@ namespace quillon {
 namespace {
 
 // More days than ten years have.
-constexpr std::size_t kKeptDays = 4096;
+constexpr std::size_t kRememberedDays = 4096;
 
 // A row has so many characters of a date.
 constexpr std::size_t kDateCharacters = 10;
@@ -59,21 +59,21 @@ std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
     return token;
 }
 
-RowDates::RowDates(const DateTexts& texts) : texts_(texts), kept_(kKeptDays) {
+RowDates::RowDates(const DateTexts& texts) : texts_(texts), days_(kRememberedDays) {
 }
 
 std::u16string_view RowDates::of(const FileTime& time) {
     const LocalTime local = toLocalTime(time.seconds);
     const auto day = static_cast<std::int64_t>(local.year) * 366 + local.yearDay;
-    Kept& kept = kept_[static_cast<std::size_t>(day) % kept_.size()];
-    if (kept.year != local.year || kept.yearDay != local.yearDay) {
+    Day& remembered = days_[static_cast<std::size_t>(day) % days_.size()];
+    if (remembered.year != local.year || remembered.yearDay != local.yearDay) {
         LocalTime midnight = local;
         midnight.hour = midnight.minute = midnight.second = 0;
         std::u16string date = texts_.firstTen(midnight);
-        kept = {local.year, local.yearDay, date.size() < kDateCharacters, std::move(date)};
+        remembered = {local.year, local.yearDay, date.size() < kDateCharacters, std::move(date)};
     }
-    if (!kept.runsIntoTime)
-        return kept.text;
+    if (!remembered.runsIntoTime)
+        return remembered.text;
     scratch_ = texts_.firstTen(local);
     return scratch_;
 }

@@ -31,14 +31,14 @@ public:
     [[nodiscard]] std::u16string_view of(const FileTime& time);
 
 private:
-    struct Kept {
+    struct Day {
         int year = -1;
         int yearDay = -1;
         bool runsIntoTime = false;  // the locale's text of this date is shorter than ten characters
         std::u16string text;
     };
     const DateTexts& texts_;
-    std::vector<Kept> kept_;
+    std::vector<Day> days_;
     std::u16string scratch_;
 };
 

@@ -17,16 +17,16 @@ auto JobLists::replacing(Make make) const -> decltype(make(NativePath())) {
     const auto path = finalPath();
     if (!path)
         return failure(path.error());
-    NativePath keptAt;
+    NativePath oldListAt;
     if (pathExists(*path)) {
-        const auto kept = kept_.moveAway(*path);
-        if (!kept)
-            return failure(kept.error());
-        keptAt = *kept;
+        const auto moved = kept_.moveAway(*path);
+        if (!moved)
+            return failure(moved.error());
+        oldListAt = *moved;
     }
     auto made = make(*path);
-    if (!made && !keptAt.empty())
-        passOver(renameFile(keptAt, *path), "the old list is safe under Kept as well");
+    if (!made && !oldListAt.empty())
+        passOver(renameFile(oldListAt, *path), "the old list is safe under Kept as well");
     return made;
 }
 

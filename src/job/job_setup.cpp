@@ -27,11 +27,11 @@ std::string lowerText(std::string_view text) {
 }  // namespace
 
 std::string cleanSeparator(std::string_view text) {
-    const std::string kept = withoutForbidden(text);
+    const std::string allowed = withoutForbidden(text);
     std::size_t end = 0;
-    if (!kept.empty())
-        passOver(nextUtf8(kept, end), "bytes that are no character have an end too");
-    return kept.substr(0, end);
+    if (!allowed.empty())
+        passOver(nextUtf8(allowed, end), "bytes that are no character have an end too");
+    return allowed.substr(0, end);
 }
 
 std::string listNameOf(const NativePath& file) {

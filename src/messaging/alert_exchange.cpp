@@ -280,12 +280,12 @@ void AlertExchange::acknowledge(const std::string& asker) {
     if (!server_.isSending())
         return;
     const std::int64_t start = surroundings_.clock.milliseconds();
-    const auto left = [&](std::chrono::milliseconds pause) {
+    const auto isSent = [&](std::chrono::milliseconds pause) {
         if (const auto events = server_.poll(pause); events.sendError)
             trap(*events.sendError);
         return !server_.isSending() || surroundings_.clock.milliseconds() - start > kAlertWait;
     };
-    turnUntil(surroundings_.loop, left, kPollPatience);
+    turnUntil(surroundings_.loop, isSent, kPollPatience);
 }
 
 }  // namespace quillon

@@ -85,8 +85,8 @@ std::vector<NetworkResource> CNetworkEnum::walk() const {
     if (!walked)
         return {};  // as though the network were silent
     turnUntil(loop_, [&](std::chrono::milliseconds pause) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow());
-        return left.count() <= 0 || hasCome(*walked, std::min(pause, left));
+        const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow());
+        return remaining.count() <= 0 || hasCome(*walked, std::min(pause, remaining));
     });
     return state->all();
 }

@@ -86,7 +86,7 @@ UdpSocket::~UdpSocket() {
 
 void UdpSocket::close() {
     pending_.reset();
-    arrivalTold_ = false;
+    arrivalReported_ = false;
     if (descriptor_ >= 0)
         ::close(std::exchange(descriptor_, -1));
 }
@@ -114,7 +114,7 @@ Result<void> UdpSocket::open(std::int32_t port) {
     }
     descriptor_ = descriptor;
     localPort_ = port;
-    arrivalTold_ = false;
+    arrivalReported_ = false;
     return {};
 }
 
@@ -157,7 +157,7 @@ Result<void> UdpSocket::sendTo(const HostAddress& address, std::string_view byte
 }
 
 std::string UdpSocket::getData() {
-    arrivalTold_ = false;
+    arrivalReported_ = false;
     std::string bytes;
     if (!isOpen())
         return bytes;
@@ -191,12 +191,12 @@ SocketEvents UdpSocket::poll(std::chrono::milliseconds patience) {
         patience = std::chrono::milliseconds{0};
     else if (pending_)
         patience = std::min(patience, kLookupInterval);
-    if (!isOpen() || arrivalTold_) {
+    if (!isOpen() || arrivalReported_) {
         std::this_thread::sleep_for(patience);
         return events;
     }
     events.arrived = readable(patience);
-    arrivalTold_ = events.arrived;
+    arrivalReported_ = events.arrived;
     return events;
 }
 

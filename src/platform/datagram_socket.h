@@ -99,7 +99,7 @@ private:
     std::int32_t localPort_ = 0;
     int descriptor_ = -1;
     bool ipv6_ = false;
-    bool arrivalTold_ = false;
+    bool arrivalReported_ = false;
     std::optional<PendingSend> pending_;
 };
 

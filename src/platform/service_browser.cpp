@@ -47,8 +47,9 @@ public:
     // Hears the daemon until `done` or the deadline.
     void run(Moment deadline, const std::function<bool()>& done) {
         while (works() && !done()) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow()).count();
-            if (left <= 0 || avahi_simple_poll_iterate(poll_.get(), static_cast<int>(std::min<long>(left, 100))) != 0)
+            const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(deadline - momentNow()).count();
+            if (remaining <= 0 ||
+                avahi_simple_poll_iterate(poll_.get(), static_cast<int>(std::min<long>(remaining, 100))) != 0)
                 return;
         }
     }
@@ -88,7 +89,7 @@ private:
         if (event == AVAHI_BROWSER_NEW)
             browse.askServices(type, domain);
         else if (isLast(event))
-            browse.close(browse.typesTold_);
+            browse.close(browse.allTypesCame_);
     }
 
     static void serviceSeen(AvahiServiceBrowser* browser, AvahiIfIndex interface, AvahiProtocol protocol,
@@ -97,7 +98,7 @@ private:
         auto& browse = *static_cast<HostBrowse*>(self);
         if (event == AVAHI_BROWSER_NEW)
             browse.askHost(interface, protocol, name, type, domain);
-        else if (isLast(event) && browse.told_.insert(browser).second)
+        else if (isLast(event) && browse.ended_.insert(browser).second)
             --browse.open_;
     }
 
@@ -135,23 +136,23 @@ private:
             hosts_.push_back(host);
     }
 
-    void close(bool& told) {
-        if (!std::exchange(told, true))
+    void close(bool& ended) {
+        if (!std::exchange(ended, true))
             --open_;
     }
 
     Connection& connection_;
     std::size_t open_ = 0;   // questions that have not told everything yet
     std::size_t asked_ = 0;  // services whose host was asked for
-    bool typesTold_ = false;
+    bool allTypesCame_ = false;
     std::set<std::string> types_;
     std::set<std::string> seen_;
-    std::set<const AvahiServiceBrowser*> told_;
+    std::set<const AvahiServiceBrowser*> ended_;
     std::vector<std::string> hosts_;
 };
 
 struct HostAnswer {
-    bool told = false;
+    bool came = false;
     std::optional<std::string> address;
 };
 
@@ -159,7 +160,7 @@ void addressSeen(AvahiHostNameResolver* /*resolver*/, AvahiIfIndex /*interface*/
                  AvahiResolverEvent event, const char* /*name*/, const AvahiAddress* address,
                  AvahiLookupResultFlags /*flags*/, void* self) {
     auto& answer = *static_cast<HostAnswer*>(self);
-    answer.told = true;
+    answer.came = true;
     std::array<char, AVAHI_ADDRESS_STR_MAX> text{};
     if (event == AVAHI_RESOLVER_FOUND && address != nullptr &&
         avahi_address_snprint(text.data(), text.size(), address) != nullptr)
@@ -189,7 +190,7 @@ std::optional<std::string> resolveAnnouncedHost(const std::string& hostName) {
                                          family, AvahiLookupFlags{}, &addressSeen, &answer);
         if (resolver == nullptr)
             return std::nullopt;
-        connection.run(momentNow() + patience, [&] { return answer.told; });
+        connection.run(momentNow() + patience, [&] { return answer.came; });
         avahi_host_name_resolver_free(resolver);
         if (answer.address)
             return answer.address;

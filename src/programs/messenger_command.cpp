@@ -172,9 +172,9 @@ private:
 
     // Tells once what an acknowledgement on this port means.
     void noteKind(DatagramKind kind) {
-        if (kind != DatagramKind::Acknowledgement || acknowledgementTold_)
+        if (kind != DatagramKind::Acknowledgement || acknowledgementShown_)
             return;
-        acknowledgementTold_ = true;
+        acknowledgementShown_ = true;
         process_.err << "quillon-messenger: an acknowledgement for a program on this computer has arrived here: "
                         "while the messenger runs, alerts sent from this computer count as not acknowledged\n"
                      << std::flush;
@@ -201,7 +201,7 @@ private:
     UdpSocket answerSocket_;
     Notifier notifier_;
     std::uint64_t lostRecords_ = 0;
-    bool acknowledgementTold_ = false;
+    bool acknowledgementShown_ = false;
 };
 
 }  // namespace

@@ -133,7 +133,7 @@ void frmSetupWizard::showRecipients(const RecipientBox& shown, QComboBox& box, Q
 void frmSetupWizard::end(WizardEnd end) {
     if (end == WizardEnd::Stays)
         return;
-    setLeft();
+    markUnloaded();
     Timer1->stop();
     hide();
     MainWindowDoor* main = context_.navigator.main();

@@ -157,9 +157,9 @@ void TermFiles::listFolder() {
         std::string folded = foldedName(name);
         // Of two files that differ in case alone, the one in lower case is the extension's.
         const bool exact = folded == name;
-        auto& kept = names_[std::move(folded)];
-        if (kept.empty() || exact || (kept > name && foldedName(kept) != kept))
-            kept = name;
+        auto& chosen = names_[std::move(folded)];
+        if (chosen.empty() || exact || (chosen > name && foldedName(chosen) != chosen))
+            chosen = name;
     }
 }
 

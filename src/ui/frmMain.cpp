@@ -118,9 +118,9 @@ void frmMain::showStatus(const std::string& text) {
 }
 
 void frmMain::unloadAllForms() {
-    if (hasLeft())
+    if (isUnloaded())
         return;
-    setLeft();
+    markUnloaded();
     if (isJobRunning()) {
         job_.state.stopRequested = true;
         job_.state.copyCancelled = true;
@@ -141,7 +141,7 @@ void frmMain::leaveIfAbandoned() {
 
 // The question comes at once, also within a job: a job that is to be left stops behind it.
 void frmMain::closeEvent(QCloseEvent* event) {
-    const bool asks = !hasLeft() && !qGuiApp->isSavingSession();
+    const bool asks = !isUnloaded() && !qGuiApp->isSavingSession();
     if (asks && !context_.surroundings.dialogs.ask("Exit?", "Exit the program, are you sure?")) {
         event->ignore();
         return;

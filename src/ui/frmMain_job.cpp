@@ -93,7 +93,7 @@ void frmMain::CommandButton3_Click() {
         JobDriver(job_, *this, alerts_.exchange).run();
     }
     context_.loop.flush();
-    if (hasLeft())
+    if (isUnloaded())
         emit shutDown();
 }
 

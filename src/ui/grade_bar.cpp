@@ -16,24 +16,24 @@ namespace {
 constexpr qreal kCorner = 4;
 constexpr qreal kLeastWidth = 2;
 
-// Parts that would be narrower than the least width get that; the others share what is left, so that all fit.
+// Parts that would be narrower than the least width get that; the others share the rest, so that all fit.
 ByGrade<qreal> partWidths(const ByGrade<std::int32_t>& counts, qreal room) {
     qreal total = 0;
     for (const std::int32_t count : counts.values) total += std::max(count, 0);
     const auto isNarrow = [&](std::int32_t count) { return room * count < kLeastWidth * total; };
     qreal others = total;
-    qreal left = room;
+    qreal shared = room;
     for (const std::int32_t count : counts.values) {
         if (count <= 0 || !isNarrow(count))
             continue;
         others -= count;
-        left -= kLeastWidth;
+        shared -= kLeastWidth;
     }
     ByGrade<qreal> widths;
     for (std::size_t i = 0; i < kGradeCount; ++i) {
         const std::int32_t count = counts.values[i];
         if (count > 0)
-            widths.values[i] = isNarrow(count) ? kLeastWidth : std::max(left * count / others, kLeastWidth);
+            widths.values[i] = isNarrow(count) ? kLeastWidth : std::max(shared * count / others, kLeastWidth);
     }
     return widths;
 }

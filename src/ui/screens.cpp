@@ -30,8 +30,8 @@ void registerScreens(const ScreenContext& context, Job& job) {
         return help;
     });
     screens.add(Screen::Zip, [&context](const std::any& handOver) {
-        const auto* job = std::any_cast<ZipHandover>(&handOver);
-        return std::make_unique<frmZip>(context, job != nullptr ? *job : ZipHandover{}, systemNetwork());
+        const auto* given = std::any_cast<ZipHandover>(&handOver);
+        return std::make_unique<frmZip>(context, given != nullptr ? *given : ZipHandover{}, systemNetwork());
     });
     screens.add(Screen::SetupWizard,
                 [&context](const std::any&) { return std::make_unique<frmSetupWizard>(context, systemNetwork()); });

@@ -39,9 +39,9 @@ Result<void> Retest::makeCopies(const NativePath& list, const NativePath& copy) 
     const auto copied = copier.copy(list.native(), copy.native(), [](std::uint64_t, std::uint64_t) { return true; });
     if (!copied)
         return failure(copied.error().error);
-    const auto kept = kept_.copyAway(list);
-    if (!kept)
-        return failure(kept.error());
+    const auto secured = kept_.copyAway(list);
+    if (!secured)
+        return failure(secured.error());
     return {};
 }
 

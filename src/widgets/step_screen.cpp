@@ -39,7 +39,7 @@ void ScreenSteps::focus(const char* control) {
 }
 
 void ScreenSteps::endStep() {
-    if (left_)
+    if (unloaded_)
         return;
     showState();
     if (steps_.running() || !closeLater_)
@@ -54,7 +54,7 @@ void ScreenSteps::leaveOrAsk() {
 }
 
 void ScreenSteps::leave() {
-    left_ = true;
+    unloaded_ = true;
     window_.hide();
     context_.navigator.unload(screen_);
 }
@@ -64,9 +64,9 @@ void ScreenSteps::closeOnEscape() {
 }
 
 void ScreenSteps::closeOrPutOff(QCloseEvent& event) {
-    if (isRunning() && !left_)
+    if (isRunning() && !unloaded_)
         closeLater_ = true;
-    else if (!left_)
+    else if (!unloaded_)
         leaveOrAsk();
     event.setAccepted(!window_.isVisible());
 }

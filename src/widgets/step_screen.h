@@ -79,8 +79,8 @@ protected:
     [[nodiscard]] bool isRunning() const { return steps_.running(); }
 
     /// Nothing is shown behind the step that leaves, and closing asks no more.
-    void setLeft() { left_ = true; }
-    [[nodiscard]] bool hasLeft() const { return left_; }
+    void markUnloaded() { unloaded_ = true; }
+    [[nodiscard]] bool isUnloaded() const { return unloaded_; }
     /// Hides and unloads the screen, which goes as soon as the event loop turns.
     void leave();
 
@@ -107,7 +107,7 @@ private:
     Steps steps_;
     Steps showing_;
     bool closeLater_ = false;
-    bool left_ = false;
+    bool unloaded_ = false;
 };
 
 /// A screen that is a `Window`, with its given name and its title.
