@@ -2,7 +2,7 @@
 // Every save of many files and of lists, on a disk of which every call fails once.
 #include "archive/zip_bytes.h"
 #include "archive/zip_writer.h"
-#include "job/final_list.h"
+#include "job/job.h"
 #include "platform/folders.h"
 #include "programs/save_table.h"
 #include "setup/database_backup.h"
@@ -35,7 +35,7 @@ TEST_F(SaveTable, ListThatIsCopied) {
                  [](Place& place) {
                      Job job(place.installation, place.surroundings);
                      job.state.options.jobId = "7";
-                     return copyToFinalList(job).has_value();
+                     return job.lists().copyRawToFinal(place.surroundings.loop).has_value();
                  },
              .keepsOld = true,
              .inParts = true});
@@ -65,7 +65,7 @@ TEST_F(SaveTable, ListThatIsTestedAgain) {
                      job.messages = ReportMessages::fallback();
                      job.state.options.jobId = "J1";
                      NoScreen screen;
-                     ListViewer viewer(job, screen);
+                     ListViewer viewer(viewedJob(job), screen);
                      viewer.load();
                      const auto& all = viewer.state.categories;
                      const auto corrupt = std::ranges::find(all, job.messages[Grade::Corrupt]);
