@@ -24,7 +24,8 @@ constexpr std::int64_t kLineMilliseconds = 200;
 void CommandLoop::turn() {
     if (job_ == nullptr)
         return;
-    if (interrupts_() > stopsSeen_) {
+    // What is pressed during the checks waits until they have ended: the job takes back what stopped the one before.
+    if (job_->state.phase != JobPhase::Checking && interrupts_() > stopsSeen_) {
         ++stopsSeen_;
         stopJob(job_->passContext());
     }

@@ -3,6 +3,7 @@
 
 #include <sstream>
 
+#include "job/job_board.h"
 #include "job/job_fixture.h"
 
 namespace quillon::test {
@@ -69,6 +70,16 @@ TEST_F(CommandLoopTest, EveryPressOfCtrlCIsOneStop) {
     EXPECT_TRUE(state.stopRequested);
     EXPECT_TRUE(state.copyCancelled);
     EXPECT_EQ(logTexts(), std::vector<std::string>{"Process stopped by user"});
+}
+
+TEST_F(CommandLoopTest, CtrlCDuringTheChecksStopsTheJobBehindThem) {
+    enterPhase(state, JobPhase::Checking);
+    interrupts = 1;
+    loop.turn();
+    EXPECT_FALSE(state.stopRequested);
+    enterPhase(state, JobPhase::Starting);
+    loop.turn();
+    EXPECT_TRUE(state.stopRequested && state.copyCancelled);
 }
 
 }  // namespace
