@@ -14,6 +14,10 @@ public:
     /// False where a window hangs on the loop: a step that would wait for a disk then waits beside the loop, turning
     /// it.
     [[nodiscard]] virtual bool mayStandStill() const { return true; }
+
+    /// True once a command was told to stop: what runs ends at its next row, and who waits for something gives it up.
+    /// A window's Stop is the job's alone and never comes here.
+    [[nodiscard]] virtual bool stopAsked() const { return false; }
 };
 
 }  // namespace quillon

@@ -21,6 +21,7 @@ public:
     explicit FolderTest(const PassContext& context) : context_(context) {}
 
     bool wantsFiles() const override { return false; }
+    bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
         ++context_.state.counters.folders;

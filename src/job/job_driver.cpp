@@ -28,7 +28,7 @@ JobEnd JobDriver::run() {
         return endEarly();
     if (!context_.state.options.showProgress)
         context_.state.progress.shown = false;
-    if (confirmOverwrite() == Next::End)
+    if (stopAsked() || confirmOverwrite() == Next::End)
         return endEarly();
     testFolders();
     if (walkSource() == Next::End)
@@ -45,7 +45,10 @@ JobEnd JobDriver::run() {
 EndCause JobDriver::causeBehindPasses() const {
     if (cause_ != EndCause::Complete)
         return cause_;
-    return listMade_ ? EndCause::Complete : EndCause::ListDenied;
+    if (!listMade_)
+        return EndCause::ListDenied;
+    const bool unsent = alerts_ != nullptr && context_.state.report != ReportState::Acknowledged;
+    return unsent && stopAsked() ? EndCause::StoppedInReport : EndCause::Complete;
 }
 
 bool JobDriver::listStands() const {
@@ -80,6 +83,8 @@ JobDriver::Next JobDriver::checkTarget() {
 JobDriver::Next JobDriver::refreshDatabases() {
     ShareSteps share(context_, job_.installation(), job_.skipList);
     if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
+        return Next::End;
+    if (stopAsked())
         return Next::End;
     refreshRuleLists(share);
     return Next::GoOn;
@@ -184,8 +189,9 @@ JobDriver::Next JobDriver::walkSource() {
         tellPermissionDenied();
         state.stopRequested = true;
     } else {
-        if (state.options.source)
+        if (state.options.source && !context_.stopsAtOnce())
             FolderWalk(context_, job_.skipList, *rawList).run(*state.options.source);
+        passOver(context_.stopsAtOnce(), "its flags are read next");
         if (const auto closed = rawList->close(); !closed)
             context_.rowLost(closed.error());
     }
@@ -244,7 +250,12 @@ void JobDriver::testFiles() {
         if (state.options.showProgress)
             state.progress.shown = state.fileLineShown = true;
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
-        pass.run();
+        try {
+            pass.run();
+        } catch (...) {
+            listMade_ = pass.madeList();
+            throw;
+        }
         listMade_ = pass.madeList();
         if (pass.wasStopped())
             cause_ = EndCause::StoppedInTesting;
@@ -259,7 +270,9 @@ void JobDriver::copyRawList() {
         return;
     const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
     listMade_ = copied.has_value();
-    if (!copied)
+    if (!copied && stopAsked())
+        cause_ = EndCause::StoppedInTesting;
+    else if (!copied)
         detail_ = copied.error().text;
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
@@ -272,6 +285,11 @@ void JobDriver::copyFiles() {
     JobState& state = context_.state;
     if (!state.options.copy)
         return;
+    if (stopAsked()) {
+        if (cause_ == EndCause::Complete && listMade_)
+            cause_ = EndCause::StoppedInCopying;
+        return;
+    }
     enterPhase(state, JobPhase::Copying);
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files",
@@ -289,7 +307,7 @@ void JobDriver::finish() {
     if (state.options.checkFileQuality)
         state.mayView = true;
     state.progress.shown = false;
-    if (alerts_ != nullptr)
+    if (alerts_ != nullptr && !stopAsked())
         sendCompletionReport(state, context_.surroundings, *alerts_);
     leave();
 }
@@ -301,6 +319,8 @@ JobDriver::Next JobDriver::endsBy(EndCause cause, std::string detail) {
 }
 
 JobEnd JobDriver::endEarly() {
+    if (context_.stopsAtOnce())
+        passOver(endsBy(EndCause::StoppedInChecks), "whatever the last answer was");
     enterPhase(context_.state, JobPhase::Idle);
     return rowOf(cause_).end;
 }
@@ -347,9 +367,7 @@ void askToStop(const PassContext& context) {
 }
 
 void stopJob(const PassContext& context) {
-    context.state.stopRequested = true;
-    context.state.copyCancelled = true;
-    context.log("Process stopped by user");
+    context.stop();
 }
 
 }  // namespace quillon

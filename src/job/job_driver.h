@@ -59,6 +59,7 @@ private:
     enum class Next { GoOn, End };
 
     void begin();
+    [[nodiscard]] bool stopAsked() const { return context_.surroundings.loop.stopAsked(); }
     [[nodiscard]] Next checkTarget();
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);

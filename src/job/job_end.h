@@ -51,12 +51,15 @@ enum class EndCause : std::uint8_t {
     NoTarget,          ///< files were to be copied, and no target was chosen
     NoDatabase,        ///< No where the shared database was not to be found
     OverwriteRefused,  ///< No to overwriting the list
+    StoppedInChecks,   ///< or in the refresh of the database
     Busy,
     RawListDenied,  ///< the raw list cannot be made
     StoppedInWalk,  ///< or in the folder test ahead of it
     ListDenied,     ///< the final list cannot be made
     StoppedInTesting,
     StoppedInCopying,
+    StoppedInReport,
+    OutOfMemory,
     Complete,
     Count  ///< no cause: how many there are
 };
@@ -75,6 +78,8 @@ inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> k
     {EndCause::NoDatabase, JobEnd::NotStarted, kExitNoList, "no_database", "there is no database"},
     {EndCause::OverwriteRefused, JobEnd::NotStarted, kExitNoList, "overwrite_refused",
      "the list of an earlier job stays"},
+    {EndCause::StoppedInChecks, JobEnd::Stopped, kExitStopped, "stopped_in_checks",
+     "ahead of the walk, without a list"},
     {EndCause::Busy, JobEnd::Busy, kExitBusy, "busy", "another job runs in this application folder, try again later"},
     {EndCause::RawListDenied, JobEnd::NotStarted, kExitNoList, "raw_list_denied", "the raw list cannot be made"},
     {EndCause::StoppedInWalk, JobEnd::Stopped, kExitStopped, "stopped_in_walk", "in the walk, without a list"},
@@ -82,6 +87,9 @@ inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> k
     {EndCause::StoppedInTesting, JobEnd::Stopped, kExitStopped, "stopped_in_testing", "in testing"},
     {EndCause::StoppedInCopying, JobEnd::Stopped, kExitStopped, "stopped_in_copying",
      "in copying; the list is complete, the copy is not"},
+    {EndCause::StoppedInReport, JobEnd::Stopped, kExitStopped, "stopped_in_report",
+     "while the report was on its way; list and copy are complete"},
+    {EndCause::OutOfMemory, JobEnd::NoList, kExitNoList, "out_of_memory", "out of memory"},
     {EndCause::Complete, JobEnd::Complete, kExitComplete, "complete", ""},
 }};
 
@@ -99,10 +107,11 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 3> kJobLosses{{
+inline constexpr std::array<LossRow, 4> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
     {&JobCounters::unlistedFolders, "folders_not_read", "folders could not be read to their end"},
+    {&JobCounters::lostMessages, "lost_messages", "messages found no reader"},
 }};
 
 /// The exit status of a command behind a job. A loss outweighs a report that nobody acknowledged.

@@ -38,7 +38,7 @@ Result<void> JobLists::copyRawToFinal(EventLoop& loop) const {
     return replacing([&](const NativePath& path) -> Result<void> {
         const auto turning = [&loop](std::uint64_t, std::uint64_t) {
             loop.turn();
-            return true;
+            return !loop.stopAsked();
         };
         const auto copied = FileCopier().copy(rawPath().native(), path.native(), turning);
         if (!copied)

@@ -49,6 +49,8 @@ struct JobCounters {
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
 
+    std::int32_t lostMessages = 0;  ///< lines that a command could not write; no label of its own
+
     [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
     [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }
 

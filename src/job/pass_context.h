@@ -29,6 +29,22 @@ struct PassContext {
             state.lossReason = why.text;
     }
 
+    /// Stop: the flags that the phases read, and the row in the log.
+    void stop() const {
+        state.stopRequested = true;
+        state.copyCancelled = true;
+        log("Process stopped by user");
+    }
+
+    /// True when a command was told to stop; the job is then stopped. A window's Stop waits for its place in the job.
+    [[nodiscard]] bool stopsAtOnce() const {
+        if (!surroundings.loop.stopAsked())
+            return false;
+        if (!state.stopRequested)
+            stop();
+        return true;
+    }
+
     /// One turn of the front end's event loop.
     void turn() const { surroundings.loop.turn(); }
 };

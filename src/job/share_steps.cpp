@@ -12,7 +12,12 @@ auto ShareSteps::showing(Step step) {
     ProgressRelay relay;
     BoardProgress board(context_.state);
     return answerBeside(
-        context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+        context_.surroundings.loop, [&] { return step(relay); },
+        [&] {
+            if (context_.surroundings.loop.stopAsked())
+                relay.cancel();
+            relay.handOn(board);
+        });
 }
 
 OrphanCounts ShareSteps::deleteOrphans() {

@@ -57,6 +57,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
                 updateQuality(context_.state);
         }
         context_.turn();
+        if (context_.stopsAtOnce())
+            break;
     }
     if (rawList.error())
         rawListFailed(*rawList.error());
@@ -139,10 +141,11 @@ void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {
-    if (!context_.surroundings.dialogs.ask("Delete partial file list?",
-                                           "Process stopped, do you want to delete the current file list ?")) {
+    MessageBox question{"Delete partial file list?", "Process stopped, do you want to delete the current file list ?",
+                        BoxStyle::Question, BoxButtons::YesNo};
+    question.loss = BoxLoss::PartialList;
+    if (context_.surroundings.dialogs.show(question) != BoxAnswer::Yes)
         return;
-    }
     passOver(removeFile(finalList), "a list that stays is no harm");
 }
 

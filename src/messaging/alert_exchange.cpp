@@ -152,13 +152,15 @@ void AlertExchange::wait() {
     const std::int64_t start = surroundings_.clock.milliseconds();
     const auto over = [&](std::chrono::milliseconds pause) {
         poll(pause);
-        if (!messageArrived_ && waitElapsed_ > kAlertWait)
+        if (!messageArrived_ && (waitElapsed_ > kAlertWait || surroundings_.loop.stopAsked()))
             return true;
         // A turn can take its time: what counts is when the datagram is seen.
         waitElapsed_ = surroundings_.clock.milliseconds() - start;
         return messageArrived_;
     };
     turnUntil(surroundings_.loop, over, kPollPatience);
+    if (!messageArrived_ && surroundings_.loop.stopAsked())
+        ackState_ = AckState::None;
     if (waitElapsed_ >= kAlertWait && !rules_.lateAnswerCounts)
         ackState_ = AckState::None;
 }
@@ -201,7 +203,7 @@ void AlertExchange::turnWhilePending() {
         return;
     const auto settled = [this, turns = 0](std::chrono::milliseconds pause) mutable {
         poll(pause);
-        return ++turns == kPendingTurns || ackState_ != AckState::Pending;
+        return ++turns == kPendingTurns || ackState_ != AckState::Pending || surroundings_.loop.stopAsked();
     };
     turnUntil(surroundings_.loop, settled, kPollPatience);
 }

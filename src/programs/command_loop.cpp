@@ -27,7 +27,8 @@ void CommandLoop::turn() {
     // What is pressed during the checks waits until they have ended: the job takes back what stopped the one before.
     if (job_->state.phase != JobPhase::Checking && interrupts_() > stopsSeen_) {
         ++stopsSeen_;
-        stopJob(job_->passContext());
+        if (!job_->state.stopRequested)
+            stopJob(job_->passContext());
     }
     if (++turns_ % kTurnsPerLook == 0)
         look();

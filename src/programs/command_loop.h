@@ -23,6 +23,7 @@ public:
     void attach(Job& job) { job_ = &job; }
 
     void turn() override;
+    [[nodiscard]] bool stopAsked() const override { return interrupts_() > 0; }
 
     /// Takes the progress line off the terminal.
     void clearLine();

@@ -2,6 +2,7 @@
 #include "programs/job_command.h"
 
 #include <istream>
+#include <new>
 #include <ostream>
 
 #include "app/application_folder.h"
@@ -153,7 +154,12 @@ public:
     JobRun(const JobCommandOptions& chosen, const CommandStreams& streams)
         : chosen_(chosen),
           streams_(streams),
-          dialogs_(streams.in, streams.err, chosen.yes, streams.canAsk),
+          dialogs_(streams.in, streams.err,
+                   {.alwaysYes = chosen.yes,
+                    .discardPartial = chosen.discardPartial,
+                    .terminal = streams.canAsk,
+                    .stopAsked = [&streams] { return streams.interrupts() > 0; },
+                    .inputWaits = streams.inputWaits}),
           showLine_(streams.errIsTerminal && !chosen.quiet),
           loop_(clock_, streams.err, showLine_, streams.interrupts),
           installation_(chosen.appFolder ? *chosen.appFolder : applicationFolder()),
@@ -172,6 +178,8 @@ public:
                 tellOwnFoldersInSource(chosen_.source, installation_, streams_.err);
             result = runPrepared();
             loop_.clearLine();
+            job_.state.counters.lostMessages = streams_.lostMessages();
+            result.status = exitStatus(result.cause, job_.state, chosen_.alertOptional);
             tellEnd(result, job_, dialogs_, streams_.err);
         }
         return print(result);
@@ -188,9 +196,14 @@ private:
                              [this] { return job_.state.options.jobId; });
         // Without a recipient nobody is told of a process error either, and no ten seconds are spent on an empty name.
         JobDriver driver(job_, host, chosen_.alertComputer.empty() ? nullptr : &alerts);
-        passOver(driver.run(), "the cause tells more");
-        const int status = exitStatus(driver.cause(), job_.state, chosen_.alertOptional);
-        return {driver.cause(), status, driver.detail(), driver.phaseTimes(), driver.listStands()};
+        EndCause cause = EndCause::OutOfMemory;
+        try {
+            passOver(driver.run(), "the cause tells more");
+            cause = driver.cause();
+        } catch (const std::bad_alloc&) {
+            // What ran is closed by now, and its memory free again.
+        }
+        return {cause, kExitNoList, driver.detail(), driver.phaseTimes(), driver.listStands()};
     }
 
     [[nodiscard]] int print(const JobResult& result) {
@@ -228,7 +241,12 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     if (!parsed.options)
         return parsed.exitStatus;
     raiseOpenFileLimit();
-    return JobRun(*parsed.options, streams).run();
+    try {
+        return JobRun(*parsed.options, streams).run();
+    } catch (const std::bad_alloc&) {
+        streams.err << "quillon-job: out of memory\n";
+        return kExitNoList;
+    }
 }
 
 }  // namespace quillon

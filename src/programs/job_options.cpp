@@ -21,7 +21,8 @@ namespace {
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 
 constexpr const char* kFooter =
-    "Ctrl-C is Stop. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
+    "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
+    "the signal's number. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
 
 // What was typed, before paths are looked at.
 struct Given {
@@ -60,7 +61,10 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string& value) { given.app = value; }},
     {{"--json", "", "Print the result as one JSON object"},
      [](Given& given, const std::string&) { given.options.json = true; }},
-    {{"--yes", "", "Answer Yes to every question"}, [](Given& given, const std::string&) { given.options.yes = true; }},
+    {{"--yes", "", "Answer Yes to every question that gives nothing up"},
+     [](Given& given, const std::string&) { given.options.yes = true; }},
+    {{"--discard-partial", "", "Delete the partial list of a job that is stopped"},
+     [](Given& given, const std::string&) { given.options.discardPartial = true; }},
     {{"--quiet", "", "Print no log rows and no progress"},
      [](Given& given, const std::string&) { given.options.quiet = true; }},
 };

@@ -24,6 +24,7 @@ struct JobCommandOptions {
     std::optional<NativePath> appFolder;
     bool json = false;
     bool yes = false;
+    bool discardPartial = false;
     bool quiet = false;
 };
 

@@ -25,6 +25,7 @@ Json countersAsJson(const JobCounters& counters) {
     for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
     json["copy_errors"] = counters.copyErrors;
     json["lost_rows"] = counters.lostRows;
+    json["lost_messages"] = counters.lostMessages;
     return json;
 }
 

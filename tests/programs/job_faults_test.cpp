@@ -160,6 +160,29 @@ TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
     EXPECT_EQ(grades().size(), 5U);
 }
 
+// The signal comes with the third row of the final list.
+TEST_F(JobFaults, CtrlCStopsAtTheNextRowAndTheListStays) {
+    const std::string fault = "-P " + path("data/7.csv") + " -e inject=write:signal=INT:when=3";
+    EXPECT_EQ(runShell(traced(fault, job("--target " + path("target")))), 130) << said();
+    EXPECT_EQ(grades().size(), 3U);
+    EXPECT_EQ(wholeCopies(), 0U);
+}
+
+TEST_F(JobFaults, TermAndHangUpStopTheJobLikeCtrlC) {
+    for (const char* signal : {"INT", "TERM", "HUP"}) {
+        const std::string fault = "-P " + path("app/tFile.csv") + " -e inject=write:signal=" + signal + ":when=2";
+        EXPECT_EQ(runShell(traced(fault, job())), 130) << signal << said();
+        EXPECT_NE(said().find("Process stopped by user"), std::string::npos) << signal;
+        EXPECT_FALSE(pathExists(temp / "data/7.csv"));
+    }
+}
+
+TEST_F(JobFaults, AJobThatWasStartedToOutliveItsTerminalDoes) {
+    const std::string fault = "-P " + path("app/tFile.csv") + " -e inject=write:signal=HUP:when=2";
+    EXPECT_EQ(runShell("trap '' HUP; " + traced(fault, job())), 0) << said();
+    EXPECT_EQ(grades().size(), 6U);
+}
+
 TEST_F(JobFaults, CopiesThatFailAreCountedAndLeaveNoCutFile) {
     const std::string unlinked = "linkat:error=EPERM -e inject=";  // of a volume that knows no files without a name
     for (const std::string& fault :
