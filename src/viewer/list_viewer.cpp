@@ -134,7 +134,7 @@ void ListViewer::loadRows(const NativePath& list) {
 
 void ListViewer::tellMissingList() {
     const std::string& jobId = job_.lists.jobId();
-    std::string text = "File list for " + jobId + " does not exist. ";
+    std::string text = "File list for " + readable(std::string_view(jobId)) + " does not exist. ";
     const NativePath& folder = job_.installation.paths().zipPath;
     const auto archive = childPath(folder, jobId + ".zip");
     if (!folder.empty() && archive && pathExists(*archive))

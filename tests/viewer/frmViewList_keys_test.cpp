@@ -99,8 +99,7 @@ void FrmViewListKeysTest::rowsWithCommasAreToldBelowTheGrid() {
 void FrmViewListKeysTest::namesThatTurnTextAreShownAsTheyAre() {
     addCorrupt(
         "/s/invoice\xE2\x80\xAE"
-        "fdp.exe",
-        u"Header Corrupt");
+        "fdp.exe");
     filterCorrupt();
     QCOMPARE(control<Grid>("iGrid1").cell(3, 0), std::string("/s/invoice<U+202E>fdp.exe"));
 }
