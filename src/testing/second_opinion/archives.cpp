@@ -46,7 +46,7 @@ bool lengthIsTold(Bytes head, std::uint64_t at) {
 
 }  // namespace
 
-// ".ZIP File Format Specification" (APPNOTE, PKWARE): local headers 0 "PK\3\4", 6 le16 flags (8: the lengths follow the
+// "APPNOTE.TXT" (PKWARE): local headers 0 "PK\3\4", 6 le16 flags (8: the lengths follow the
 // data), 18 le32 packed length (FFFFFFFF: in extra field 1), 26 and 28 le16 lengths of name and extra field. Behind all
 // members a directory with an entry of 46 bytes and the name for each, and an end record of 22 bytes.
 Opinion zipOpinion(Bytes head, std::uint64_t size) {

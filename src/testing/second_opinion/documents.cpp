@@ -48,7 +48,7 @@ Opinion dicomOpinion(Bytes head, std::uint64_t size) {
     return head.has(132, "\2\0\0\0UL"sv) ? needs(plus(head.le32(140), 144), size, "The first group") : Opinion();
 }
 
-// "Palm File Format Specification": 76 be16 count of records, from 78 on entries of 8 bytes: 0 be32 place.
+// "Palm File Format": 76 be16 count of records, from 78 on entries of 8 bytes: 0 be32 place.
 Opinion mobileBookOpinion(Bytes head, std::uint64_t size) {
     const auto count = head.be16(76);
     if (!count)

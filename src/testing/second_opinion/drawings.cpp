@@ -37,7 +37,7 @@ Number hiddenCopy(Bytes head) {
 
 }  // namespace
 
-// "Open Design Specification for .dwg files": 0 "AC1012" to "AC1015": 21 le32 count of sections, from 25 on 9 bytes
+// "Open Design format description of .dwg files": 0 "AC1012" to "AC1015": 21 le32 count of sections, from 25 on 9 bytes
 // each: 1 le32 place, 5 le32 length. "AC1018", "AC1024" and later: 128 hidden header of 108 bytes: 0 "AcFssFcAJMB", 52
 // le64 place of its copy at the end.
 Opinion drawingOpinion(Bytes head, std::uint64_t size) {
@@ -74,7 +74,7 @@ Opinion studioOpinion(Bytes head, std::uint64_t size) {
     return known ? needs(head.le32(2), size, "The main chunk") : Opinion();
 }
 
-// "HDF5 File Format Specification 3.0": 8 version of the superblock. 0 and 1: 13 width of places, from 24 (28) on base,
+// "HDF5 File Format 3.0": 8 version of the superblock. 0 and 1: 13 width of places, from 24 (28) on base,
 // free space, end of the file. 2 and 3: 9 width, from 12 on base, extension, end.
 Opinion hierarchicalDataOpinion(Bytes head, std::uint64_t size) {
     const auto version = head.u8(8);

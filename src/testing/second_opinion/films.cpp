@@ -81,7 +81,7 @@ Opinion asfOpinion(Bytes head, std::uint64_t size) {
     return needs(plus(head.le64(16), dataHeader), size, "The header");
 }
 
-// "Video File Format Specification" (Adobe): 5 be32 length of the header; then be32 length of the tag before, tag: 0
+// "Video File Format" (Adobe): 5 be32 length of the header; then be32 length of the tag before, tag: 0
 // kind, 1 be24 length, 11 data, be32 its length. The first tag may tell "filesize" as a double (kind 0) behind its
 // name.
 Opinion flashVideoOpinion(Bytes head, std::uint64_t size) {
@@ -111,7 +111,7 @@ Opinion timedStreamOpinion(Bytes head, std::uint64_t size) {
     return head.has(196, "G") && head.has(388, "G") ? wholeUnits(192, size, "The stream") : Opinion();
 }
 
-// "DVD Specifications for Read-Only Disc", part 3: packs of 2048 bytes; the first one of a title navigates: 0 000001BA,
+// "DVD for Read-Only Disc", part 3: packs of 2048 bytes; the first one of a title navigates: 0 000001BA,
 // 38 000001BF.
 Opinion dvdVideoOpinion(Bytes head, std::uint64_t size) {
     return head.has(14, "\0\0\1\xBB"sv) && head.has(38, "\0\0\1\xBF\x03\xD4"sv) ? wholeUnits(2048, size, "The film")

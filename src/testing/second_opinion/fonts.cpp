@@ -33,7 +33,7 @@ Number tablesEnd(Bytes head, std::uint64_t at) {
 
 }  // namespace
 
-// "OpenType Specification" (Microsoft), "TrueType Reference Manual" (Apple): 4 be16 count of tables, from 12 on entries
+// "OpenType" (Microsoft), "TrueType Reference Manual" (Apple): 4 be16 count of tables, from 12 on entries
 // of 16 bytes: tag, be32 sum, be32 place, be32 length.
 Opinion fontOpinion(Bytes head, std::uint64_t size) {
     return needs(tablesEnd(head, 0), size, "The table directory");

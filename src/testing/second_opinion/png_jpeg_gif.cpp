@@ -33,8 +33,9 @@ constexpr bool standsAlone(std::uint64_t marker) {
 
 }  // namespace
 
-// "PNG Specification" (W3C): 8 be32 13, 12 "IHDR", 16 and 20 be32 width and height, 29 be32 CRC-32 of the 17 bytes
-// from 12 on; from 33 on chunks: be32 length, kind, data, be32 CRC-32. A telephone's own variant begins with "CgBI".
+// "Portable Network Graphics" (W3C): 8 be32 13, 12 "IHDR", 16 and 20 be32 width and height, 29 be32 CRC-32 of the 17
+// bytes from 12 on; from 33 on chunks: be32 length, kind, data, be32 CRC-32. A telephone's own variant begins with
+// "CgBI".
 Opinion pngOpinion(Bytes head, std::uint64_t size) {
     constexpr std::uint64_t smallest = 57;
     if (!head.holds(0, 33))

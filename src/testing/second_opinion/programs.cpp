@@ -120,7 +120,7 @@ Opinion machOpinion(Bytes head, std::uint64_t size) {
 }
 
 // The same: 0 CAFEBABE, 4 be32 count of programs below 40, 20 bytes each: 8 be32 place, 12 be32 length. A Java class
-// ("Java Virtual Machine Specification") begins alike, with a version from 45 on there, and 8 be16 count of constants,
+// ("Java Virtual Machine") begins alike, with a version from 45 on there, and 8 be16 count of constants,
 // at least 1.
 Opinion fatProgramOpinion(Bytes head, std::uint64_t size) {
     const auto count = head.be32(4);
@@ -140,7 +140,7 @@ Opinion dexOpinion(Bytes head, std::uint64_t size) {
     return needs(head.le32(32), size, "The header");
 }
 
-// "SWF File Format Specification" (Adobe): 0 "FWS", 3 version, 4 le32 length of the file; the packed forms tell the
+// "SWF File Format" (Adobe): 0 "FWS", 3 version, 4 le32 length of the file; the packed forms tell the
 // plain one.
 Opinion flashOpinion(Bytes head, std::uint64_t size) {
     return within(head.u8(3), 1, 60) ? needs(head.le32(4), size, "The header") : Opinion();

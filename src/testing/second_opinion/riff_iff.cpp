@@ -32,7 +32,7 @@ constexpr std::string_view kFormKinds[] = {
 
 }  // namespace
 
-// "Multimedia Programming Interface and Data Specifications 1.0" (IBM, Microsoft): 0 "RIFF", 4 le32 length of what
+// "Multimedia Programming Interface and Data 1.0" (IBM, Microsoft): 0 "RIFF", 4 le32 length of what
 // follows, 8 kind; "RIFX" the same with be32. A film beyond the first gigabyte goes on behind the declared end.
 Opinion riffOpinion(Bytes head, std::uint64_t size) {
     const auto length = head.has(0, "RIFX") ? head.be32(4) : head.le32(4);
@@ -63,7 +63,7 @@ Opinion iffOpinion(Bytes head, std::uint64_t size) {
     return needs(plus(length, 8), size, "The FORM header", kSlack);
 }
 
-// "DjVu3 Specification" (LizardTech): 0 "AT&T", 4 "FORM", 8 be32 length of what follows.
+// "DjVu3" (LizardTech): 0 "AT&T", 4 "FORM", 8 be32 length of what follows.
 Opinion djvuOpinion(Bytes head, std::uint64_t size) {
     return needs(plus(head.be32(8), 12), size, "The FORM header", kSlack);
 }
