@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <string_view>
+
 namespace quillon {
 
 /// The one door of the core to the front end's event loop. Long passes turn it once per row; an implementation is cheap
@@ -18,6 +20,9 @@ public:
     /// True once a command was told to stop: what runs ends at its next row, and who waits for something gives it up.
     /// A window's Stop is the job's alone and never comes here.
     [[nodiscard]] virtual bool stopAsked() const { return false; }
+
+    /// The file or folder that the thread of the passes turns to, so that one which hangs can be named. Native bytes.
+    virtual void workingOn(std::string_view /*path*/) {}
 };
 
 }  // namespace quillon

@@ -24,7 +24,15 @@ HeaderCheck& FileGrader::headerTest() {
 
 Result<std::u16string_view> FileGrader::checkFile(const ListRow& row, std::u16string_view extension,
                                                   HeadReader& heads) {
-    return headerTest().checkFile(row, extension, heads);
+    inWork_ = row.nativePath();
+    auto result = headerTest().checkFile(row, extension, heads);
+    if (termFiles_->hasProblems())
+        tellProblems();
+    return result;
+}
+
+void FileGrader::tellProblems() {
+    for (const auto& problem : termFiles_->takeProblems()) context_.ruleNotRead(problem);
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

@@ -46,14 +46,16 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void raise(Grade grade) override { ++context_.state.counters[grade]; }
     void raiseTested() override { ++context_.state.counters.tested; }
-    void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
+    void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    void tellProblems();
 
     const Installation& installation_;
     const ReportMessages& messages_;
     const CommonList& commonList_;
     PassContext context_;
     HeadsAhead heads_;
+    std::string_view inWork_;  // path of the file that is being graded
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;

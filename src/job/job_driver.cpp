@@ -130,14 +130,17 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
     step_ = "attempting to load the shared skiplist and common headers ";
     if (options.useSkipList) {
         if (auto fetched = share.fetchSkips(); !fetched)
-            report(fetched.error());
-        if (share.loadSkips() == SkipListState::Missing) {
+            reportNotFetched(fetched.error());
+        const auto skips = share.loadSkips();
+        if (!skips)
+            context_.ruleNotRead(skips.error());
+        if (skips == SkipListState::Missing) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;
         }
     }
     if (auto fetched = share.fetchCommon(); !fetched)
-        report(fetched.error());
+        reportNotFetched(fetched.error());
     const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
@@ -234,7 +237,9 @@ void JobDriver::loadCommonList() {
     const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
     if (!context_.state.options.useCommonHeaders || !pathExists(list))
         return;
-    passOver(job_.commonList.load(list), "the list of the last job then serves");
+    // The list of the last job then serves, if there was one.
+    if (const auto loaded = job_.commonList.load(list); !loaded)
+        context_.ruleNotRead(loaded.error());
 }
 
 void JobDriver::testFiles() {
@@ -301,6 +306,7 @@ void JobDriver::copyFiles() {
 
 void JobDriver::finish() {
     JobState& state = context_.state;
+    context_.surroundings.loop.workingOn({});
     lock_.reset();
     timerTick(state, context_.surroundings.clock);
     enterPhase(state, JobPhase::Reporting);
@@ -352,6 +358,11 @@ void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
     elapsed.minute = static_cast<int>(seconds / 60 % 60);
     elapsed.second = static_cast<int>(seconds % 60);
     context_.state.log.add({now, text + surroundings.dates.time(elapsed), std::nullopt});
+}
+
+void JobDriver::reportNotFetched(const FileError& error) {
+    ++context_.state.counters.notFetched;
+    report(error);
 }
 
 void JobDriver::report(const FileError& error) {

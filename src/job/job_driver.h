@@ -83,6 +83,7 @@ private:
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
     void report(const FileError& error);
+    void reportNotFetched(const FileError& error);
     [[nodiscard]] LocalTime logStart(const std::string& text);
     void logEnd(const std::string& text, const LocalTime& start);
 

@@ -48,6 +48,8 @@ inline constexpr std::array<StatusRow, 7> kExitStatuses{{
 /// In the order of the phases.
 enum class EndCause : std::uint8_t {
     NotSetUp,          ///< the folders or settings of the installation cannot be made or read
+    TargetDenied,      ///< the target cannot be written
+    TargetRefused,     ///< No to a target that holds something
     NoTarget,          ///< files were to be copied, and no target was chosen
     NoDatabase,        ///< No where the shared database was not to be found
     OverwriteRefused,  ///< No to overwriting the list
@@ -74,6 +76,8 @@ struct EndRow {
 
 inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> kJobEnds{{
     {EndCause::NotSetUp, JobEnd::NotStarted, kExitNoList, "not_set_up", "the installation is not whole"},
+    {EndCause::TargetDenied, JobEnd::NotStarted, kExitNoList, "target_denied", "permission denied for the target"},
+    {EndCause::TargetRefused, JobEnd::NotStarted, kExitNoList, "target_refused", "the target holds files already"},
     {EndCause::NoTarget, JobEnd::NotStarted, kExitNoList, "no_target", "no target is chosen"},
     {EndCause::NoDatabase, JobEnd::NotStarted, kExitNoList, "no_database", "there is no database"},
     {EndCause::OverwriteRefused, JobEnd::NotStarted, kExitNoList, "overwrite_refused",
@@ -107,9 +111,12 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 4> kJobLosses{{
+inline constexpr std::array<LossRow, 7> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
+    {&JobCounters::notCopied, "not_copied", "files of the list were not reached by the copy"},
+    {&JobCounters::unreadRules, "rules_not_read", "files with rules could not be read"},
+    {&JobCounters::notFetched, "not_fetched", "files of the shared database could not be fetched"},
     {&JobCounters::unlistedFolders, "folders_not_read", "folders could not be read to their end"},
     {&JobCounters::lostMessages, "lost_messages", "messages found no reader"},
 }};

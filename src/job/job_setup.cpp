@@ -107,21 +107,25 @@ bool JobSetup::confirmOverwrite() {
 
 void JobSetup::pickTarget() {
     const auto folder = surroundings_.dialogs.pickFolder("Select Target", state_.options.target.value_or(NativePath{}));
-    if (!folder)
-        return;
-    const auto entries = listEntries(*folder);
+    if (folder)
+        passOver(takeTarget(*folder), "the target before stays");
+}
+
+bool JobSetup::takeTarget(const NativePath& folder) {
+    const auto entries = listEntries(folder);
     const bool filled = entries && std::any_of(entries->begin(), entries->end(), countsAsContent);
     if (filled && !surroundings_.dialogs.ask("Warning !",
                                              "There are aleady files stored on this drive or folder. "
                                              "Any existing files or folders may be overwritten, "
                                              "do you still want to copy?"))
-        return;
-    const std::string shown = "Copy to : " + readable(folder->native());
+        return false;
+    const std::string shown = "Copy to : " + readable(folder.native());
     if (filled)
         log(shown + " (Overwrite existing files )", kLightOrange);
     else
         log(shown);
     state_.options.target = folder;
+    return true;
 }
 
 void JobSetup::applySettingDefaults() {

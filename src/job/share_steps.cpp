@@ -37,7 +37,7 @@ Result<void> ShareSteps::fetchSkips() {
     return answerBeside(context_.surroundings.loop, [this] { return fetchSkipList(paths(), kept_); });
 }
 
-SkipListState ShareSteps::loadSkips() {
+Result<SkipListState> ShareSteps::loadSkips() {
     SkipList list = skipList_;  // where there is none to load, the one of the last job stays
     const bool wanted = context_.state.options.useSkipList;
     const auto state =

@@ -36,7 +36,7 @@ public:
     void copyChanged(const std::vector<std::string>& names);
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
-    [[nodiscard]] SkipListState loadSkips();
+    [[nodiscard]] Result<SkipListState> loadSkips();
     [[nodiscard]] Result<void> fetchCommon();
 
 private:

@@ -49,6 +49,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
+        ++context_.state.counters.graded;
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
                 showProgress(*row);

@@ -22,6 +22,8 @@ struct CommandStreams {
     std::function<int()> interrupts = [] { return 0; };  ///< presses of Ctrl-C so far
     /// True when `in` has a line or its end; waits for it, but not longer than the pause.
     std::function<bool(std::chrono::milliseconds)> inputWaits = [](std::chrono::milliseconds) { return true; };
+    /// Says a line at once, from whatever thread: the job's own may hang.
+    std::function<void(const std::string&)> sayAtOnce = [](const std::string&) {};
     std::function<std::int32_t()> lostMessages = [] { return 0; };  ///< lines that `err` could not take
 };
 

@@ -61,6 +61,8 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string& value) { given.app = value; }},
     {{"--json", "", "Print the result as one JSON object"},
      [](Given& given, const std::string&) { given.options.json = true; }},
+    {{"--log-json", "", "Print each log row as a line of JSON when it comes"},
+     [](Given& given, const std::string&) { given.options.logJson = true; }},
     {{"--yes", "", "Answer Yes to every question that gives nothing up"},
      [](Given& given, const std::string&) { given.options.yes = true; }},
     {{"--discard-partial", "", "Delete the partial list of a job that is stopped"},
@@ -98,6 +100,9 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
+    if (options.target && liesIn(realPath(*options.target), realPath(options.source)))
+        return fmt::format("--target \"{}\" lies in the source, which is never written to",
+                           readable(options.target->native()));
     if (options.appFolder) {
         if (const auto problem = folderProblem(*options.appFolder); !problem.empty())
             return fmt::format("--app \"{}\" {}", readable(options.appFolder->native()), problem);
@@ -154,11 +159,11 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     JobCommandOptions& options = given.options;
-    options.source = absolutePath(given.source).value_or(given.source);
+    options.source = pathFromRoot(given.source).value_or(given.source);
     if (!given.target.empty())
-        options.target = absolutePath(given.target).value_or(given.target);
+        options.target = pathFromRoot(given.target).value_or(given.target);
     if (!given.app.empty())
-        options.appFolder = absolutePath(given.app).value_or(given.app);
+        options.appFolder = pathFromRoot(given.app).value_or(given.app);
     if (const auto wrong = wrongUsage(options, given.source); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};

@@ -103,7 +103,7 @@ Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
     return copyKeepingOld(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
 }
 
-SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {
+Result<SkipListState> loadSkipList(const Installation& installation, bool wanted, SkipList& list) {
     const Paths& paths = installation.paths();
     const NativePath local = fileIn(paths.localSettings, kSkipListFileName);
     if (paths.useSharedDb && !pathExists(local) && !pathExists(fileIn(paths.sharedSettings, kSkipListFileName)))
@@ -111,6 +111,8 @@ SkipListState loadSkipList(const Installation& installation, bool wanted, SkipLi
     if (!wanted)
         return SkipListState::Available;
     const auto bytes = readWholeFile(local);
+    if (!bytes && pathExists(local))
+        return failure(bytes.error());
     if (!bytes)
         return SkipListState::Available;
     std::vector<std::u16string> lines;

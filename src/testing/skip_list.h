@@ -57,8 +57,9 @@ enum class SkipListState { Available, Missing };
 
 /// Loads the list for a job, behind `fetchSkipList`. When sharing is on and neither file is there, the answer is
 /// Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted` (`chkUseSkip` is
-/// ticked) and it exists; otherwise, and for a file without lines, the list stays as it was.
-[[nodiscard]] SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list);
+/// ticked) and it exists; otherwise, and for a file without lines, the list stays as it was. So it does on a failure:
+/// the file is there and cannot be read.
+[[nodiscard]] Result<SkipListState> loadSkipList(const Installation& installation, bool wanted, SkipList& list);
 
 /// What `chkUseSkip` becomes when settings are applied.
 struct SkipAvailability {

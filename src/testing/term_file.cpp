@@ -104,14 +104,24 @@ void TermFiles::checkFolder() {
     handle_.close();
     entries_.clear();
     listedAt_.reset();
-    if (auto opened = Directory::openToLookUp(folder_))
+    auto opened = Directory::openToLookUp(folder_);
+    if (opened)
         handle_ = std::move(*opened);
+    else
+        noteProblem({}, opened.error());
+}
+
+void TermFiles::noteProblem(const std::string& name, const FileError& error) {
+    if (problemNames_.insert(name).second)
+        problems_.push_back(error);
 }
 
 // True when the file is there; its terms are then those of this moment.
 bool TermFiles::refresh(Entry& entry) {
     const auto stamp = handle_.stampOf(entry.name);
     if (!stamp) {
+        if (stamp.error().kind != ErrorKind::NotFound)
+            noteProblem(entry.name, stamp.error());
         entry.exists = false;
         return false;
     }
@@ -123,8 +133,11 @@ bool TermFiles::refresh(Entry& entry) {
     entry.terms.clear();
     // A file that vanished or cannot be opened by now has no terms, and so none that match.
     const auto bytes = readWholeFile(folder_ / entry.name);
-    if (!bytes)
+    if (!bytes) {
+        if (bytes.error().kind != ErrorKind::NotFound)
+            noteProblem(entry.name, bytes.error());
         return true;
+    }
     for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
     return true;
 }
@@ -149,8 +162,10 @@ void TermFiles::listFolder() {
     names_.clear();
     listingMayBeStale_ = changedJustNow(listedAt_->modified);
     const auto names = listEntries(folder_);
-    if (!names)
+    if (!names) {
+        noteProblem({}, names.error());
         return;
+    }
     for (const auto& name : *names) {
         if (isTemporaryName(name))
             continue;

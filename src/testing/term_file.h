@@ -4,9 +4,11 @@
 // Term files as the editors read and write them, and as the header test holds them. docs/formats/term-file.md.
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/directory.h"
@@ -50,6 +52,11 @@ public:
     /// cannot be read has no terms. The result is good until the next call.
     [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
 
+    /// What could not be read of the folder or of a term file since the last call, each name once: an extension whose
+    /// terms are out of reach would otherwise look like one without.
+    [[nodiscard]] std::vector<FileError> takeProblems() { return std::exchange(problems_, {}); }
+    [[nodiscard]] bool hasProblems() const { return !problems_.empty(); }
+
     /// Whether there was a term file when the extension was last looked up; an extension that never was is looked up.
     [[nodiscard]] bool mayHave(std::u16string_view extension);
 
@@ -67,6 +74,7 @@ private:
     [[nodiscard]] bool refresh(Entry& entry);
     void locate(Entry& entry);
     void listFolder();
+    void noteProblem(const std::string& name, const FileError& error);
 
     struct Hash {
         using is_transparent = void;
@@ -81,6 +89,8 @@ private:
     std::unordered_map<std::string, std::string> names_;
     std::optional<FileStamp> listedAt_;
     bool listingMayBeStale_ = true;
+    std::vector<FileError> problems_;
+    std::set<std::string> problemNames_;  // of those that were noted
 };
 
 }  // namespace quillon

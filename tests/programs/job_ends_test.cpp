@@ -61,6 +61,16 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
              folder.write("app/settings.dat", "");
              return Options{};
          }},
+        {EndCause::TargetDenied,
+         [this] {
+             folder.write("file", "");
+             return Options{"--yes", "--target", (folder / "file/below").native()};
+         }},
+        {EndCause::TargetRefused,
+         [this] {
+             folder.write("target/older", "");
+             return Options{"--target", target()};
+         }},
         {EndCause::NoDatabase,
          [this] {
              shareDatabase();

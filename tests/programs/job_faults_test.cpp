@@ -149,6 +149,45 @@ TEST_F(JobFaults, AFolderThatCannotBeListedIsToldAndTheRestIsListed) {
     EXPECT_EQ(grades().size(), 4U);
 }
 
+TEST_F(JobFaults, AListThatTheCopyCannotReadIsALoss) {
+    std::filesystem::create_directory(temp / "target");
+    for (const char* fault : {"read,pread64:error=EIO", "openat:error=EIO:when=2"}) {
+        EXPECT_EQ(runShell(traced("-P " + path("data/7.csv") + " -e inject=" + fault, copyingJob())), 3) << fault;
+        EXPECT_NE(said().find("6 files of the list were not reached by the copy"), std::string::npos)
+            << fault << said();
+    }
+}
+
+TEST_F(JobFaults, RulesThatCannotBeReadAreToldAndCounted) {
+    temp.write("data/Settings/CommonHeaders.dat", "0,never,T,x\r\n");
+    Installation installation(temp / "app");
+    EXPECT_TRUE(installation.loadSettingsRecord());
+    installation.settings.useCommonHeaders = 1;
+    EXPECT_TRUE(installation.saveSettingsRecord());
+    for (const char* file : {"data/Settings/CommonHeaders.dat", "data/Database/jpg.dat"}) {
+        EXPECT_EQ(runShell(traced("-P " + path(file) + " -e inject=openat:error=EIO", job())), 3) << file;
+        EXPECT_NE(said().find("Unable to read : " + (temp / file).native() + ": Input/output error\n"),
+                  std::string::npos)
+            << said();
+        EXPECT_NE(said().find("1 files with rules could not be read"), std::string::npos) << said();
+    }
+}
+
+// A system without /proc; the program lies beside its settings, and somebody stands in another folder.
+TEST_F(JobFaults, WithoutProcTheCurrentFolderIsNotTheApplicationFolder) {
+    std::filesystem::create_directory(temp / "elsewhere");
+    const std::string copied = "cp " + program + " " + path("app/quillon-job");
+    ASSERT_EQ(runShell(copied), 0);
+    const std::string own = path("app/quillon-job") + " --job 7 --source " + path("source") + " 2>" + path("err");
+    EXPECT_EQ(
+        runShell("cd " + path("elsewhere") + "; " +
+                 traced("-P /proc/self/exe -e inject=readlink,readlinkat:error=ENOENT", own) + " >" + path("out")),
+        0)
+        << said();
+    EXPECT_EQ(grades().size(), 6U);
+    EXPECT_TRUE(std::filesystem::is_empty(temp / "elsewhere"));
+}
+
 TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
     EXPECT_EQ(runShell(traced("-P " + path("app/tFile.csv") + " -e inject=write:error=ENOSPC:when=2", job())), 3);
     EXPECT_NE(said().find("1 rows of a list could not be written (" + (temp / "app/tFile.csv").native() +
