@@ -139,7 +139,8 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
         err << '\n';
     }
     if (end.end == JobEnd::Stopped)
-        err << "quillon-job: stopped " << text << (result.listStands ? "; the list stands\n" : "\n");
+        err << "quillon-job: stopped " << text
+            << (result.cause == EndCause::StoppedInTesting && result.listStands ? "; the list so far stays\n" : "\n");
     if (end.end == JobEnd::Busy)
         err << "quillon-job: busy: " << text << '\n';
     for (const auto& loss : kJobLosses) {
