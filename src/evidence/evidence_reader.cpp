@@ -45,7 +45,7 @@ Result<void> EvidenceReader::prepareAll() {
     return prepareTo(job_, "SELECT value FROM job WHERE key = ?")
         .and_then([&] { return prepareTo(page_, select + "WHERE f.id > ? ORDER BY f.id LIMIT ?"); })
         .and_then([&] { return prepareTo(byId_, select + "WHERE f.id = ?"); })
-        .and_then([&] { return prepareTo(byPath_, select + "WHERE o.path = ? AND f.name = ?"); });
+        .and_then([&] { return prepareTo(byPath_, select + "WHERE o.path = ? AND f.name = ? AND f.id > ? LIMIT 1"); });
 }
 
 Result<bool> EvidenceReader::take(Statement& statement, EvidenceRow& row) {
@@ -113,8 +113,16 @@ Result<bool> EvidenceReader::findPath(std::string_view path, EvidenceRow& row) {
     const auto slash = path.rfind('/');
     const std::string folder = slash == path.npos ? std::string() : nameText(path.substr(0, slash));
     const std::string name = nameText(path.substr(slash == path.npos ? 0 : slash + 1));
-    byPath_.bind(folder, name);
-    return take(byPath_, row);
+    // Whoever looks for many files mostly does so in their order: what lies behind the last one comes first.
+    byPath_.bind(folder, name, lastFound_);
+    auto found = take(byPath_, row);
+    if (found && !*found && lastFound_ != 0) {
+        byPath_.bind(folder, name, 0);
+        found = take(byPath_, row);
+    }
+    if (found && *found)
+        lastFound_ = row.id;
+    return found;
 }
 
 // As long as no line was lost or gone, the id is the line.

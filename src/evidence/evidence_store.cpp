@@ -225,6 +225,13 @@ Result<void> EvidenceStore::commit() {
     return written;
 }
 
+Result<void> EvidenceStore::indexNames(bool indexed) {
+    return begin()
+        .and_then([&] { return database_.run(kDropNameIndex); })
+        .and_then([&] { return indexed ? database_.run(kCreateNameIndex) : Result<void>(); })
+        .and_then([&] { return commit(); });
+}
+
 Result<void> EvidenceStore::finish() {
     return begin().and_then([this] { return folders_.countBranches(); }).and_then([this] { return commit(); });
 }

@@ -44,6 +44,9 @@ public:
     /// Removes the row of this id. NotFound: there is no such row.
     [[nodiscard]] Result<void> remove(std::int64_t id);
 
+    /// Makes the finding of a path quick in folders of any size, or gives up the room that this takes; commits.
+    [[nodiscard]] Result<void> indexNames(bool indexed);
+
     /// Brings all since the last call into the file.
     [[nodiscard]] Result<void> commit();
     /// Counts the files of each folder's whole branch, and commits.

@@ -45,6 +45,7 @@ std::vector<SchemaObject> tables() {
          "extension TEXT, size INTEGER, modified INTEGER, attributes INTEGER, grade INTEGER, result TEXT, "
          "reason INTEGER, detail TEXT, unread INTEGER, doubt TEXT, doubt_detail TEXT, copied INTEGER, "
          "verified INTEGER, copy_error TEXT, bad_bytes INTEGER, bad_ranges TEXT, head INTEGER)"},
+        {"index", "file_folder", "CREATE INDEX file_folder ON file (folder)"},
         {"table", "head_block", "CREATE TABLE head_block (id INTEGER PRIMARY KEY, digest INTEGER, heads BLOB)"},
         {"table", "grade", "CREATE TABLE grade (id INTEGER PRIMARY KEY, name TEXT, text TEXT)"},
         {"table", "reason", "CREATE TABLE reason (id INTEGER PRIMARY KEY, name TEXT, text TEXT)"},
@@ -88,6 +89,11 @@ std::vector<SchemaObject> allObjects() {
     auto all = tables();
     for (auto& view : views()) all.push_back(std::move(view));
     return all;
+}
+
+// What may be there or not.
+SchemaObject nameIndex() {
+    return {"index", "file_place", kCreateNameIndex};
 }
 
 std::uint32_t bigEndian(std::string_view bytes) {
@@ -149,6 +155,7 @@ Result<void> checkSchema(Database& database) {
     if (!found)
         return failure(found.error());
     auto expected = allObjects();
+    expected.push_back(nameIndex());
     while (true) {
         const auto more = found->step();
         if (!more)
@@ -162,6 +169,7 @@ Result<void> checkSchema(Database& database) {
             return database.wrong("it holds something that the program did not put there");
         expected.erase(same);
     }
+    std::erase_if(expected, [](const SchemaObject& object) { return object.name == nameIndex().name; });
     if (!expected.empty())
         return database.wrong("it is not whole");
     return {};

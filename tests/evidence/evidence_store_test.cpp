@@ -243,6 +243,21 @@ TEST_F(EvidenceStoreTest, ALineIsFoundByItsNumberOrByItsPath) {
     EXPECT_FALSE(*none);
 }
 
+TEST_F(EvidenceStoreTest, PathsAreFoundInAnyOrderWithAndWithoutTheIndexOverNames) {
+    auto store = created();
+    fill(store, 20);
+    for (const bool indexed : {false, true, false}) {
+        ASSERT_TRUE(store.indexNames(indexed));
+        auto from = reader();
+        for (const int number : {3, 17, 4, 4, 1, 20}) {
+            EvidenceRow row;
+            const auto found = from.findPath("pic/IMG_" + std::to_string(number) + ".jpg", row);
+            ASSERT_TRUE(found && *found) << number;
+            EXPECT_EQ(row.id, number);
+        }
+    }
+}
+
 TEST_F(EvidenceStoreTest, TheJobTellsWhatWasSetLast) {
     {
         auto store = created();
