@@ -67,7 +67,7 @@ private:
     std::int64_t last_ = 0;  // id of the last row given
     bool inPage_ = false;
     std::int64_t lastFound_ = 0;  // id of the last file found by its path
-    std::array<Kept, 4> kept_;  // a row that was read anew has its head in another block than its neighbours
+    std::array<Kept, 4> kept_;    // a row that was read anew has its head in another block than its neighbours
     std::size_t nextKept_ = 0;
     std::int64_t damaged_ = 0;
 };

@@ -14,16 +14,6 @@
 
 namespace quillon {
 
-/// The first bytes of a file as they came, nothing folded.
-struct FileHead {
-    std::uint16_t length = 0;  ///< how many bytes the file gave; the rest of `bytes` are blanks
-    HeaderBytes bytes{};
-
-    [[nodiscard]] std::string_view given() const { return {bytes.data(), length}; }
-
-    friend bool operator==(const FileHead&, const FileHead&) = default;
-};
-
 /// All names and paths are bytes as the system gave them; texts are UTF-8.
 struct EvidenceRow {
     std::int64_t id = 0;                   ///< order of the walk, from 1; 0 for a row that has none yet

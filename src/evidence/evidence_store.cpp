@@ -3,6 +3,7 @@
 
 #include <fmt/format.h>
 
+#include "app/kept_files.h"
 #include "evidence/name_text.h"
 #include "evidence/row_columns.h"
 #include "evidence/schema.h"
@@ -50,13 +51,19 @@ Result<void> writeTo(const NativePath& path, std::string_view bytes) {
 
 Result<void> EvidenceStore::create(const NativePath& path) {
     // SQLite names the journal so.
-    if (!isFileName(path.filename().native() + "-journal"))
+    if (!isFileName(journalOf(path).filename().native()))
         return failure(ErrorKind::BadName, readable(path.native()) + ": the name is too long for evidence");
     const auto bytes = emptyEvidence();
     if (!bytes)
         return failure(bytes.error());
     const NativePath temporary = path.parent_path() / temporaryName();
-    auto made = writeTo(temporary, *bytes).and_then([&] { return renameFile(temporary, path); });
+    // What another evidence of the name left to be undone would be undone in this one.
+    const auto clear = [&]() -> Result<void> {
+        return pathExists(journalOf(path)) ? removeFile(journalOf(path)) : Result<void>();
+    };
+    auto made = clear().and_then([&] { return writeTo(temporary, *bytes); }).and_then([&] {
+        return renameFile(temporary, path);
+    });
     if (!made)
         passOver(removeFile(temporary), "it may not even have been made");
     else

@@ -80,9 +80,9 @@ Result<void> Retest::testAgain(ViewRows::Id row) {
         return failure(graded.error());
     if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
-    row_.replaceResult(*graded);
+    row_.replaceResult(graded->text);
     if (std::ranges::any_of(kGrades.values, [&](const GradeRow& grade) {
-            return grade.afterRetest == AfterRetest::Leaves && *graded == grader_.messages()[grade.grade];
+            return grade.afterRetest == AfterRetest::Leaves && graded->text == grader_.messages()[grade.grade];
         }))
         rows_.remove(row);
     return {};
