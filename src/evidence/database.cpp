@@ -170,12 +170,13 @@ Result<void> Database::protect(Access access) {
     sqlite3_limit(handle, SQLITE_LIMIT_WORKER_THREADS, 0);
     sqlite3_limit(handle, SQLITE_LIMIT_TRIGGER_DEPTH, 0);
     waitForLocks(std::chrono::seconds(5));
-    // A map of the file would end the program when another one cuts the file; 8 MiB of it are kept in memory.
-    const std::string reading = access == Access::Reading ? "PRAGMA query_only = 1;" : "";
+    // A map of the file would end the program when another one cuts the file; 8 MiB of it are kept in memory. A
+    // transaction that wrote to the file before its end would lock readers out until then.
+    const std::string own = access == Access::Reading ? "PRAGMA query_only = 1;" : "PRAGMA cache_spill = 0;";
     return run(
         "PRAGMA mmap_size = 0; PRAGMA temp_store = MEMORY; PRAGMA cell_size_check = 1;"
         "PRAGMA cache_size = -8192; PRAGMA synchronous = NORMAL;" +
-        reading);
+        own);
 }
 
 Result<std::string> Database::bytesOfNew(const std::vector<std::string>& statements, int pageBytes) {

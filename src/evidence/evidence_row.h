@@ -26,7 +26,7 @@ struct EvidenceRow {
     std::int64_t attributes = 0;           ///< bits, as in the list
     std::optional<Grade> grade;            ///< none when the file was not tested
     std::optional<std::string> result;     ///< the list's text, where it is not the message of the grade
-    std::optional<ReasonKind> reason;      ///< why it is not good
+    std::optional<Reason> reason;          ///< why it is not good
     std::string detail;                    ///< what the reason tells further
     std::int64_t unread = 0;               ///< bytes of the head that the source did not give
     std::string doubt;                     ///< name of the doubt that a good file raises

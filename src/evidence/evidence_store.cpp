@@ -101,6 +101,7 @@ Result<void> EvidenceStore::prepareAll() {
         {insert_, kInsert},
         {update_, kUpdate},
         {remove_, "DELETE FROM file WHERE id = ?"},
+        {moveLine_, "UPDATE file SET row = ? WHERE folder = (SELECT id FROM folder WHERE path = ?) AND name = ?"},
         {byId_, std::string(kSelectRow) + "WHERE f.id = ?"},
     };
     for (const auto& [statement, sql] : statements) {
@@ -203,6 +204,13 @@ Result<void> EvidenceStore::change(EvidenceRow& row, const FileHead* head) {
             return added;
     }
     return totals_.remove(*before).and_then([&] { return totals_.add(row); });
+}
+
+Result<void> EvidenceStore::moveLine(std::string_view path, std::int64_t line) {
+    const auto slash = path.rfind('/');
+    const std::string folder = nameText(path.substr(0, slash == path.npos ? 0 : slash));
+    const std::string name = nameText(path.substr(slash == path.npos ? 0 : slash + 1));
+    return begin().and_then([&] { return moveLine_.bind(line, folder, name).run(); });
 }
 
 Result<void> EvidenceStore::remove(std::int64_t id) {

@@ -10,6 +10,8 @@ using std::chrono::milliseconds;
 // A killed job loses what was not in a transaction that has ended.
 constexpr milliseconds kLongestTransaction{1000};
 constexpr milliseconds kPause{500};
+// What a transaction changes stays in memory until its end.
+constexpr std::size_t kMostFilesInTransaction = 16'384;
 // With the batches that wait the memory stays below some 20 MB.
 constexpr std::size_t kFilesInBatch = 128;
 constexpr std::size_t kMostBatches = 160;
@@ -74,7 +76,7 @@ Result<void> EvidenceWriter::write(Batch& batch) {
             return failure(opened.error());
         store_ = std::move(*opened);
         // A person who looks at the file keeps this thread waiting, and no one else.
-        store_->waitForLocks(std::chrono::minutes(1));
+        store_->waitForLocks(std::chrono::seconds(10));
     }
     if (!pending_)
         begun_ = momentNow();
@@ -88,9 +90,12 @@ Result<void> EvidenceWriter::write(Batch& batch) {
         if (auto changed = change(*store_); !changed)
             return changed;
     }
-    if (!batch.empty() && !batches_.isEnding() && momentNow() - begun_ < kLongestTransaction)
+    pendingFiles_ += batch.count;
+    if (!batch.empty() && !batches_.isEnding() && momentNow() - begun_ < kLongestTransaction &&
+        pendingFiles_ < kMostFilesInTransaction)
         return {};
     pending_ = false;
+    pendingFiles_ = 0;
     return store_->commit();
 }
 

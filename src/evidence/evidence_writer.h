@@ -75,6 +75,7 @@ private:
     std::optional<EvidenceStore> store_;
     Moment begun_;
     bool pending_ = false;
+    std::size_t pendingFiles_ = 0;
 
     std::atomic<bool> isLost_ = false;
     std::mutex mutex_;

@@ -33,7 +33,7 @@ void readRow(const Statement& found, EvidenceRow& row) {
     row.attributes = found.integer(7);
     row.grade = kindIn<Grade>(found, 8);
     row.result = found.isNull(9) ? std::nullopt : std::optional<std::string>(found.text(9));
-    row.reason = kindIn<ReasonKind>(found, 10);
+    row.reason = kindIn<Reason>(found, 10);
     row.detail = found.text(11);
     row.unread = found.integer(12);
     row.doubt = found.text(13);

@@ -118,8 +118,8 @@ Result<std::string> emptyEvidence() {
         statements.push_back(fmt::format("INSERT INTO grade (id, name) VALUES ({}, '{}')",
                                          static_cast<int>(row.grade.value), row.name.value));
     for (const auto& row : kReasons)
-        statements.push_back(fmt::format("INSERT INTO reason VALUES ({}, '{}', '{}')", static_cast<int>(row.kind),
-                                         row.name, row.caption));
+        statements.push_back(fmt::format("INSERT INTO reason VALUES ({}, '{}', '{}')", static_cast<int>(row.reason),
+                                         row.name, row.text));
     return Database::bytesOfNew(statements, kPageBytes);
 }
 

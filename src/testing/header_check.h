@@ -17,10 +17,10 @@ namespace quillon {
 
 /// What stands beside a verdict and never changes it. Texts are UTF-8, empty for none.
 struct FileFindings {
-    std::optional<ReasonKind> reason;  ///< why the file is not good
-    std::string detail;                ///< what the reason tells further
-    std::string doubt;                 ///< the name of what speaks against a good file
-    std::string doubtDetail;           ///< what the doubt tells further
+    std::optional<Reason> reason;  ///< why the file is not good
+    std::string detail;            ///< what the reason tells further
+    std::string doubt;             ///< the name of what speaks against a good file
+    std::string doubtDetail;       ///< what the doubt tells further
 
     friend bool operator==(const FileFindings&, const FileFindings&) = default;
 };

@@ -32,7 +32,7 @@ TEST_F(EvidencePageTest, ItsFiveQuestionsHaveTheirAnswers) {
         ASSERT_TRUE(store.setJob(job_keys::kStarted, std::int64_t{1'794'744'000'000'000'000}));
         EvidenceRow good = test::rowOf(1, "a", "good.jpg");
         EvidenceRow bad = test::rowOf(2, "a/b", "bad.jpg", Grade::Corrupt);
-        bad.reason = ReasonKind::Shifted;
+        bad.reason = Reason::Shifted;
         bad.detail = "16";
         ASSERT_TRUE(store.add(good, nullptr));
         ASSERT_TRUE(store.add(bad, nullptr));
@@ -43,7 +43,7 @@ TEST_F(EvidencePageTest, ItsFiveQuestionsHaveTheirAnswers) {
     EXPECT_THAT(answers(path, asked[0]), ElementsAre("a/b/bad.jpg|1002|corrupt|shifted|16"));
     EXPECT_THAT(answers(path, asked[1]), ElementsAre(HasSubstr("|1|50.0"), "a|2|1|50.0", "a/b|1|1|100.0"));
     EXPECT_THAT(answers(path, asked[2]), ElementsAre("jpg|2|1|1|0|50.0"));
-    EXPECT_THAT(answers(path, asked[3]), ElementsAre("shifted|Shifted|1|1002"));
+    EXPECT_THAT(answers(path, asked[3]), ElementsAre("shifted|its own header, at another position|1|1002"));
     EXPECT_THAT(answers(path, asked[4]),
                 ElementsAre("2026-11-15 12:00:00|a/good.jpg", "2026-11-15 12:00:00|a/b/bad.jpg"));
 }

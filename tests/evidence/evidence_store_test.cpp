@@ -18,7 +18,7 @@ class EvidenceStoreTest : public test::EvidenceFixture {};
 TEST_F(EvidenceStoreTest, EveryColumnComesBack) {
     EvidenceRow row = rowOf(1, "a/b", "x.jpg", Grade::Corrupt);
     row.result = "its own words";
-    row.reason = ReasonKind::Shifted;
+    row.reason = Reason::Shifted;
     row.detail = "by 16 bytes";
     row.unread = 12;
     row.doubt = "short";
@@ -159,7 +159,7 @@ TEST_F(EvidenceStoreTest, AChangedRowKeepsItsHeadAndIsVouchedFor) {
         for (const int id : {3, 150}) {
             EvidenceRow row = rowOf(id, "pic", "IMG_" + std::to_string(id) + ".jpg", Grade::Corrupt);
             row.id = id;
-            row.reason = ReasonKind::Noise;
+            row.reason = Reason::Noise;
             ASSERT_TRUE(store.change(row));
         }
         ASSERT_TRUE(store.commit());

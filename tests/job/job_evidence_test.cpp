@@ -50,7 +50,8 @@ protected:
         if (!exists("local/Kept"))
             return 0;
         const auto files = std::filesystem::recursive_directory_iterator(folder / "local/Kept");
-        return static_cast<int>(std::count_if(begin(files), end(files), [&](const auto& file) { return file.path().filename() == name; }));
+        return static_cast<int>(
+            std::count_if(begin(files), end(files), [&](const auto& file) { return file.path().filename() == name; }));
     }
     void runAgain() {
         expectOverwrite(BoxAnswer::Yes);
@@ -210,7 +211,8 @@ TEST_F(JobEvidenceTest, ALossCostsTheEvidenceAloneAndIsToldOnce) {
     state.options.jobId = std::string(245, 'j');  // the list's name fits, the journal's does not
     ASSERT_EQ(run(), JobEnd::Complete);
     const auto texts = logTexts();
-    EXPECT_EQ(std::ranges::count_if(texts, [](const std::string& text) { return text.starts_with("Evidence lost : "); }), 1);
+    EXPECT_EQ(
+        std::ranges::count_if(texts, [](const std::string& text) { return text.starts_with("Evidence lost : "); }), 1);
     EXPECT_EQ(state.counters.lostEvidence, 1);
     EXPECT_EQ(exitStatus(EndCause::Complete, state, false), kExitLosses);
     EXPECT_EQ(rowsOf("local/" + state.options.jobId + ".csv").size(), 5U);
