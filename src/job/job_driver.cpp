@@ -32,8 +32,10 @@ JobEnd JobDriver::run() {
         return endEarly();
     context_.evidence.begin();
     testFolders();
-    if (walkSource() == Next::End)
+    if (walkSource() == Next::End) {
+        context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
+    }
     loadCommonList();
     testFiles();
     copyRawList();

@@ -6,6 +6,8 @@
 #include "evidence/job_keys.h"
 #include "evidence/rules_digest.h"
 #include "job/counters_json.h"
+#include "platform/folders.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -59,6 +61,8 @@ void JobEvidence::listCreated(const NativePath& list) {
     const auto heads = state_.options.keepHeads ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
     const auto path = evidenceBeside(list);
     writer_ = std::make_unique<EvidenceWriter>([path, heads]() -> Result<EvidenceStore> {
+        if (pathExists(path))
+            return failure(ErrorKind::PathAccess, readable(path.native()) + ": the old one could not be kept");
         return EvidenceStore::create(path).and_then([&] { return EvidenceStore::open(path, heads); });
     });
     if (auto started = writer_->start(); !started)
