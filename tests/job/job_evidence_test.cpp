@@ -66,7 +66,7 @@ TEST_F(JobEvidenceTest, EveryFileOfTheListIsThereWithItsGradeTimeAndHead) {
     for (std::size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(rows[i].id, static_cast<std::int64_t>(i) + 1);
         EXPECT_EQ(rows[i].row, rows[i].id);
-        EXPECT_EQ(rows[i].modified, 1'794'744'000'000'000'000);
+        EXPECT_EQ(rows[i].modified, 1'794'744'000'123'456'700);
         EXPECT_FALSE(rows[i].result) << "the message of the grade says it";
     }
     EXPECT_EQ(rowOf("good.abc").grade, Grade::Good);
@@ -133,7 +133,7 @@ TEST_F(JobEvidenceTest, WithTestingOffThereAreRowsWithoutGradesAndHeads) {
         EXPECT_FALSE(row.grade);
         EXPECT_FALSE(row.result);
         EXPECT_FALSE(row.head);
-        EXPECT_EQ(row.modified, 1'794'744'000'000'000'000);
+        EXPECT_EQ(row.modified, 1'794'744'000'123'456'700);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "evidence/evidence_reader.h"
+#include "job/job_end.h"
 #include "programs/command_fixture.h"
 
 namespace quillon::test {
