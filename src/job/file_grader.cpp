@@ -22,17 +22,22 @@ HeaderCheck& FileGrader::headerTest() {
     return *test_;
 }
 
-Result<std::u16string_view> FileGrader::checkFile(const ListRow& row, std::u16string_view extension,
-                                                  HeadReader& heads) {
-    inWork_ = row.nativePath();
-    auto result = headerTest().checkFile(row, extension, heads);
-    if (termFiles_->hasProblems())
-        tellProblems();
-    return result;
-}
-
 void FileGrader::tellProblems() {
     for (const auto& problem : termFiles_->takeProblems()) context_.ruleNotRead(problem);
+}
+
+Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    inWork_ = row.nativePath();
+    auto verdict = headerTest().checkFile(row, extension, heads);
+    if (termFiles_->hasProblems())
+        tellProblems();
+    if (!verdict)
+        return verdict;
+    if (verdict->grade)
+        ++context_.state.counters[*verdict->grade];
+    if (verdict->head != nullptr)
+        ++context_.state.counters.tested;
+    return verdict;
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "job/job_evidence.h"
 #include "job/statistics.h"
 #include "text/list_text.h"
 
@@ -30,6 +31,7 @@ public:
             ++context_.state.counters.folderErrors;
             path.remove_suffix(1);
             context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
+            context_.evidence.folderFailed(path, "cannot be entered");
         }
         context_.turn();
     }
@@ -100,12 +102,14 @@ void FolderWalk::notListed(std::string_view path) {
     ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
+    context_.evidence.folderFailed(path, "cannot be read to its end");
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
 }
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
+    folderPath_ = path;
     folderText_ = toListText(path);
     context_.surroundings.loop.workingOn(path);
     undescribed_ = false;
@@ -133,6 +137,8 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
     describe(name, folder, *info);
     if (const auto written = rawList_.write(row_); !written)
         context_.rowLost(written.error());
+    else
+        context_.evidence.found(folderPath_, name, info->modified);
     context_.turn();
 }
 

@@ -111,7 +111,7 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 7> kJobLosses{{
+inline constexpr std::array<LossRow, 8> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
     {&JobCounters::notCopied, "not_copied", "files of the list were not reached by the copy"},
@@ -119,6 +119,7 @@ inline constexpr std::array<LossRow, 7> kJobLosses{{
     {&JobCounters::notFetched, "not_fetched", "files of the shared database could not be fetched"},
     {&JobCounters::unlistedFolders, "folders_not_read", "folders could not be read to their end"},
     {&JobCounters::lostMessages, "lost_messages", "messages found no reader"},
+    {&JobCounters::lostEvidence, "lost_evidence", "evidence file could not be written to its end"},
 }};
 
 /// The exit status of a command behind a job. A loss outweighs a report that nobody acknowledged.

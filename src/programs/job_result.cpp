@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/version.h"
+#include "job/counters_json.h"
 #include "job/statistics.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -53,27 +54,6 @@ Json rowAsJson(const LogRow& row, const DateTexts& dates) {
 std::string programName() {
     const Version version = programVersion();
     return fmt::format("quillon-job {}.{}.{}", version.major, version.minor, version.revision);
-}
-
-Json countersAsJson(const JobCounters& counters) {
-    Json json = {{"folders", counters.folders},
-                 {"folder_errors", counters.folderErrors},
-                 {"folders_not_read", counters.unlistedFolders},
-                 {"files", counters.files},
-                 {"total_bytes", counters.totalBytes},
-                 {"skipped", counters.skipped},
-                 {"rows_read", counters.rowsRead},
-                 {"tested", counters.tested}};
-    for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
-    json["graded"] = counters.graded;
-    json["copied"] = counters.copied;
-    json["copy_errors"] = counters.copyErrors;
-    json["lost_rows"] = counters.lostRows;
-    json["not_copied"] = counters.notCopied;
-    json["rules_not_read"] = counters.unreadRules;
-    json["not_fetched"] = counters.notFetched;
-    json["lost_messages"] = counters.lostMessages;
-    return json;
 }
 
 Json lossesAsJson(const JobCounters& counters) {
