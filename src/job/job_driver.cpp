@@ -103,10 +103,16 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     context_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
-    if (names.empty() && askWithoutDatabase(names) == Next::End)
+    const bool fromShare = !names.empty();
+    if (!fromShare && askWithoutDatabase(names) == Next::End)
         return Next::End;
-    if (context_.state.options.checkFileQuality)
-        share.copyChanged(names);
+    if (!context_.state.options.checkFileQuality)
+        return Next::GoOn;
+    // A name that the share has told and does not have any more is missing here: the share may have gone. Names of the
+    // local database, which serves without one, are not.
+    const RefreshCounts refreshed = share.copyChanged(names);
+    const std::size_t notFetched = refreshed.failed + (fromShare ? refreshed.missing : 0);
+    context_.state.counters.notFetched += static_cast<std::int32_t>(notFetched);
     return Next::GoOn;
 }
 

@@ -28,9 +28,8 @@ std::vector<std::string> ShareSteps::sharedFiles() {
     return answerBeside(context_.surroundings.loop, [this] { return databaseFiles(paths().sharedDatabase); });
 }
 
-void ShareSteps::copyChanged(const std::vector<std::string>& names) {
-    passOver(showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }),
-             "a file that could not be copied is as it was, and the next job copies it");
+RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
+    return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
 }
 
 Result<void> ShareSteps::fetchSkips() {

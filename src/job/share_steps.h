@@ -33,7 +33,7 @@ public:
     /// The names in the shared database.
     [[nodiscard]] std::vector<std::string> sharedFiles();
     /// A file that cannot be copied is tried again by the next job.
-    void copyChanged(const std::vector<std::string>& names);
+    [[nodiscard]] RefreshCounts copyChanged(const std::vector<std::string>& names);
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
     [[nodiscard]] Result<SkipListState> loadSkips();
