@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include <algorithm>
+
 #include "app/file_list.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
@@ -14,6 +16,19 @@
 #include "text/numbers.h"
 
 namespace quillon {
+
+namespace {
+
+std::string counted(std::size_t number) {
+    return grouped(static_cast<std::int64_t>(number));
+}
+
+std::string emptyShareText(std::size_t orphans, const Paths& paths) {
+    return "The shared database looks empty (" + readable(paths.sharedDatabase.native()) + "): " + counted(orphans) +
+           " term files of this computer are about to move to Kept. Is the share mounted?";
+}
+
+}  // namespace
 
 JobEnd JobDriver::run() {
     begin();
@@ -75,33 +90,51 @@ JobDriver::Next JobDriver::refreshDatabases() {
 }
 
 JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
-    const auto orphans = share.deleteOrphans();
-    if (orphans.failed > 0)
-        report({ErrorKind::PermissionDenied,
-                grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
+    const auto orphans = share.findOrphans();
+    if (orphans.shareLooksEmpty && !orphans.names.empty())
+        context_.log(emptyShareText(orphans.names.size(), share.paths()), kLightOrange);
+    const auto moved = share.moveAway(orphans);
+    if (moved.failed > 0)
+        report({ErrorKind::PermissionDenied, counted(moved.failed) + " term files could not be moved away"});
     context_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
     if (names.empty() && askWithoutDatabase(names) == Next::End)
         return Next::End;
+    RefreshCounts refreshed;
     if (context_.state.options.checkFileQuality)
-        share.copyChanged(names);
+        refreshed = share.copyChanged(names);
+    tellRefresh(std::max(names.size(), orphans.looked), refreshed, moved);
     return Next::GoOn;
+}
+
+// A database that did not change needs no row.
+void JobDriver::tellRefresh(std::size_t compared, const RefreshCounts& refreshed, const OrphanCounts& moved) {
+    const std::size_t failed = refreshed.failed + moved.failed;
+    if (refreshed.copied + moved.removed + failed == 0)
+        return;
+    std::optional<std::uint32_t> colour;
+    if (failed > 0)
+        colour = kLightOrange;
+    context_.log("Shared database: " + counted(compared) + " compared, " + counted(refreshed.copied) + " fetched, " +
+                     counted(moved.removed) + " removed, " + counted(failed) + " failed",
+                 colour);
 }
 
 // The shared database is not to be found: with the local one, without any, or not at all.
 JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     Dialogs& dialogs = context_.surroundings.dialogs;
-    if (!dialogs.ask("No Database",
-                     "Unable to find shared database. Do you want to continue the check with the local copy?")) {
+    const auto withLocal = dialogs.show(
+        {"No Database", "Unable to find shared database. Do you want to continue the check with the local copy?",
+         BoxStyle::Question, BoxButtons::YesNo, true});
+    if (withLocal != BoxAnswer::Yes)
         return Next::End;
-    }
     names = databaseFiles(job_.installation().paths().localDatabase);
     if (!names.empty())
         return Next::GoOn;
     const auto answer =
         dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
-                      BoxStyle::Question, BoxButtons::YesNoCancel});
+                      BoxStyle::Question, BoxButtons::YesNoCancel, true});
     if (answer == BoxAnswer::Cancel)
         return Next::End;
     if (answer == BoxAnswer::Yes)

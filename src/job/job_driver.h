@@ -17,6 +17,8 @@
 namespace quillon {
 
 class ShareSteps;
+struct OrphanCounts;
+struct RefreshCounts;
 
 /// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
@@ -63,6 +65,7 @@ private:
     [[nodiscard]] Next checkTarget();
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
+    void tellRefresh(std::size_t compared, const RefreshCounts& refreshed, const OrphanCounts& moved);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();

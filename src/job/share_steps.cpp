@@ -15,17 +15,20 @@ auto ShareSteps::showing(Step step) {
         context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
 }
 
-OrphanCounts ShareSteps::deleteOrphans() {
-    return showing([this](ProgressHost& progress) { return deleteOrphanTermFiles(paths(), kept_, progress); });
+OrphanTermFiles ShareSteps::findOrphans() {
+    return showing([this](ProgressHost& progress) { return findOrphanTermFiles(paths(), progress); });
+}
+
+OrphanCounts ShareSteps::moveAway(const OrphanTermFiles& orphans) {
+    return answerBeside(context_.surroundings.loop, [&] { return moveOrphansAway(orphans, paths(), kept_); });
 }
 
 std::vector<std::string> ShareSteps::sharedFiles() {
     return answerBeside(context_.surroundings.loop, [this] { return databaseFiles(paths().sharedDatabase); });
 }
 
-void ShareSteps::copyChanged(const std::vector<std::string>& names) {
-    passOver(showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }),
-             "a file that could not be copied is as it was, and the next job copies it");
+RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
+    return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
 }
 
 Result<void> ShareSteps::fetchSkips() {

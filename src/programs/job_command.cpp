@@ -134,7 +134,9 @@ void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ost
     if (end == JobEnd::NotStarted || end == JobEnd::NoList) {
         err << "quillon-job: the job ended without a list";
         if (!dialogs.unasked().empty())
-            err << "; give --yes to answer Yes to: " << dialogs.unasked();
+            err << (dialogs.unaskedNeedsOwnAnswer() ? "; answer at a terminal, as --yes does not: "
+                                                    : "; give --yes to answer Yes to: ")
+                << dialogs.unasked();
         err << '\n';
     }
     if (end == JobEnd::Stopped)

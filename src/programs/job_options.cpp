@@ -85,7 +85,7 @@ void declareOptions(CLI::App& command, JobCommandOptions& options, std::string& 
         ->type_name("COMPUTER");
     command.add_option("--app", app, "Application folder (default: the folder of this program)")->type_name("DIR");
     command.add_flag("--json", options.json, "Print the result as one JSON object");
-    command.add_flag("--yes", options.yes, "Answer Yes to every question");
+    command.add_flag("--yes", options.yes, "Answer Yes, but not to what needs an answer of its own");
     command.add_flag("--quiet", options.quiet, "Print no log rows and no progress");
     const Version version = programVersion();
     command.set_version_flag("--version",

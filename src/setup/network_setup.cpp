@@ -53,7 +53,10 @@ const SingleFile& singleFile(NetworkBoxIndex index) {
 }  // namespace
 
 NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host)
-    : installation_(installation), surroundings_(surroundings), host_(host), kept_(installation, surroundings.clock) {
+    : installation_(installation),
+      surroundings_(surroundings),
+      host_(host),
+      kept_(installation, surroundings.clock, KeptBy::Rescue) {
 }
 
 void NetworkSetup::setAll(bool ticked) {

@@ -55,6 +55,7 @@ void SetupWizard::fillFromRecord() {
     state.guide = kFirstGuide;
     state.alertRecipients = {};
     state.zipRecipients = {};
+    state.runHeaderTest = state.useSkipList = state.useCommonHeaders = true;  // a person who goes on gets tests
     editingExisting_ = false;
     const bool exists = pathExists(installation_.paths().settingsFile);
     if (exists) {

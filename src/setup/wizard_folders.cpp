@@ -55,7 +55,7 @@ bool sharedFoldersStand(const NativePath& shared) {
 template <typename Work>
 Result<void> SetupWizard::besideWithBar(Work work) {
     const Installation installation = installation_;
-    KeptFiles kept(installation, surroundings_.clock);
+    KeptFiles kept(installation, surroundings_.clock, KeptBy::Rescue);
     std::atomic<double> percent{0};
     state.progressVisible = true;
     const auto showBar = [&] {

@@ -55,6 +55,50 @@ TEST_F(SharedDriverTest, TheLocalDatabaseFollowsTheSharedOne) {
     EXPECT_EQ(logTexts().at(0), "Copying ext database from network drive");
 }
 
+TEST_F(SharedDriverTest, WhatTheRefreshDidIsOneRow) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Database/same.dat", "1,PK,T\r\n");
+    folder.write("local/Database/same.dat", "1,PK,T\r\n");
+    const auto shared = modificationTime(folder / "share/Database/same.dat");
+    ASSERT_TRUE(setModificationTime(folder / "local/Database/same.dat", shared.value()));
+    folder.write("local/Database/orphan.dat", "1,XX,T\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(1), "Shared database: 2 compared, 1 fetched, 1 removed, 0 failed");
+    state.log.clear();
+    state.options.overwriteConfirmed = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(1), "Starting Folder tests ") << "nothing has changed, and nothing is told";
+}
+
+TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("local/Database/abc.dat/inside", "a folder where the file should be");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const auto& row = state.log.rows().at(1);
+    EXPECT_EQ(row.text, "Shared database: 1 compared, 0 fetched, 0 removed, 1 failed");
+    EXPECT_EQ(row.colour, kLightOrange);
+}
+
+TEST_F(SharedDriverTest, AShareThatLooksEmptyIsToldBeforeAnythingMoves) {
+    folder.write("local/Database/jpg.dat", "1,FFD8,H\r\n");
+    folder.write("local/Database/png.dat", "1,PNG,T\r\n");
+    std::size_t filesAtTheWarning = 0;
+    onRow = [&](const LogRow& row) {
+        if (row.text.starts_with("The shared database looks empty"))
+            filesAtTheWarning = databaseFiles(folder / "local/Database").size();
+    };
+    fake.dialogs.expectBox("No Database",
+                           "Unable to find shared database. Do you want to continue the check with the local copy?",
+                           BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(filesAtTheWarning, 2U);
+    const auto& row = state.log.rows().at(0);
+    EXPECT_EQ(row.text, "The shared database looks empty (" + (folder / "share/Database").native() +
+                            "): 2 term files of this computer are about to move to Kept. Is the share mounted?");
+    EXPECT_EQ(row.colour, kLightOrange);
+    EXPECT_EQ(listEntries(folder / "local/Kept")->size(), 1U);
+}
+
 TEST_F(SharedDriverTest, WithoutTestingTheDatabaseIsNotRefreshedButTheListsAre) {
     state.options.checkFileQuality = false;
     folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
