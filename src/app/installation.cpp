@@ -21,6 +21,21 @@ PageText pageFromPath(const NativePath& path) {
     return toPage(std::string_view(path.native()));
 }
 
+std::string whyNotInSettings(const NativePath& path) {
+    const PageText page = pageFromPath(path);
+    if (pathFromPage(page) != path)
+        return "it has characters that are not in the 8-bit page of the settings";
+    if (page.bytes.size() > kSettingsTextBytes)
+        return "it is longer than " + std::to_string(kSettingsTextBytes) + " characters";
+    if (page.bytes.ends_with(' '))
+        return "it ends in a blank";
+    return {};
+}
+
+bool mayBeCutInSettings(const NativePath& path) {
+    return path.native().find('?') != std::string::npos || pageFromPath(path).bytes.size() == kSettingsTextBytes;
+}
+
 Installation::Installation(NativePath appFolder) : appFolder_(std::move(appFolder)) {
     paths_.settingsFile = appFolder_ / kSettingsFileName;
 }
@@ -48,15 +63,25 @@ void Installation::refreshPathVariables() {
     if (settings.alertListenPort == 0)
         settings.alertListenPort = kDefaultAlertListenPort;
     paths_.localPath = pathFromPage(settings.localPath.trimmed());
-    paths_.sharedPath = pathFromPage(settings.sharedPath.trimmed());
+    paths_.sharedPath = shareLeftOut_ ? NativePath{} : pathFromPage(settings.sharedPath.trimmed());
     paths_.zipPath = pathFromPage(settings.zipPath.trimmed());
     paths_.localSettings = fileIn(paths_.localPath, "Settings");
     paths_.sharedSettings = fileIn(paths_.sharedPath, "Settings");
     paths_.localDatabase = fileIn(paths_.localPath, "Database");
     paths_.sharedDatabase = fileIn(paths_.sharedPath, "Database");
-    paths_.useSharedDb = settings.useSharedDb == 1;
+    paths_.useSharedDb = !shareLeftOut_ && settings.useSharedDb == 1;
     const std::string separator = toUtf8(settings.fileListSeparator.trimmed());
     paths_.fileListSeparator = separator.empty() ? "-" : separator;
+}
+
+void Installation::leaveShareOut() {
+    shareLeftOut_ = true;
+    refreshPathVariables();
+}
+
+void Installation::takeShareBack() {
+    shareLeftOut_ = false;
+    refreshPathVariables();
 }
 
 }  // namespace quillon

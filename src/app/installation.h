@@ -60,12 +60,18 @@ public:
     /// The load steps without reading the file.
     void refreshPathVariables();
 
+    /// No path leads to the share until `takeShareBack`, however often the path variables are derived: the program goes
+    /// on as one without sharing. The record stays as it is.
+    void leaveShareOut();
+    void takeShareBack();
+
     /// Another archive folder until the path variables are derived anew. The settings field stays as it is.
     void useZipPath(NativePath folder) { paths_.zipPath = std::move(folder); }
 
 private:
     NativePath appFolder_;
     Paths paths_;
+    bool shareLeftOut_ = false;
 };
 
 /// `folder`/`name`; empty when the settings name no such folder, so that no file of the current folder is meant.
@@ -76,5 +82,13 @@ private:
 
 /// A path as it goes into a settings field. A character outside the page becomes "?".
 [[nodiscard]] PageText pageFromPath(const NativePath& path);
+
+/// Why the settings would give another path back than this one, for a person: "it ends in a blank". Empty when they
+/// hold it.
+[[nodiscard]] std::string whyNotInSettings(const NativePath& path);
+
+/// True for a path of the settings that may have been another one when it was stored: it has the sign for a character
+/// that was lost, or fills its field.
+[[nodiscard]] bool mayBeCutInSettings(const NativePath& path);
 
 }  // namespace quillon
