@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/folder_repair.h"
+#include "setup/share_trial.h"
 #include "testing/shared_copy.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
@@ -74,6 +75,9 @@ auto NetworkSetup::beside(Work work) {
 void NetworkSetup::copy() {
     if (!beside([this] { return checkFolderStructure(installation_); }))
         repairFolders(installation_, surroundings_);
+    const std::string refused = beside([this] { return whatShareRefuses(installation_.paths()); });
+    if (!refused.empty())
+        surroundings_.dialogs.warn(kShareTrialTitle, shareTrialText(refused));
     for (std::size_t i = 0; i < kNetworkBoxCount; ++i) {
         const auto index = static_cast<NetworkBoxIndex>(i);
         if (!state.boxes[i].ticked)

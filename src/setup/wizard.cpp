@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "platform/folders.h"
+#include "platform/user_folder.h"
 #include "setup/settings_transfer.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -128,11 +130,33 @@ void SetupWizard::nextMethod() {
         focusBrowse(WizardPath::Local);
         return;
     }
+    const SetupWizardState before = state;
     if (!importSettings(installation_, surroundings_.dialogs))
         return;
     // The record that an exit puts back stays the one before the import.
     fillFromRecord();
+    proposePathsOfThisComputer(before);
     goTo(kLocalPathsTab);
+}
+
+// An imported record has the folders of another computer, or of another person's home. Where they can be neither found
+// nor made here, those that the wizard showed before are proposed, else those of a first set-up. Nothing is stored.
+void SetupWizard::proposePathsOfThisComputer(const SetupWizardState& before) {
+    const auto usable = [](const NativePath& path) { return !path.is_absolute() || canBeFolder(path); };
+    const NativePath data = installation_.appFolder() / "Data";
+    const auto propose = [&](const char* name, NativePath& shown, const NativePath& earlier, const NativePath& first) {
+        if (shown.empty() || usable(shown))
+            return;
+        const NativePath& better = !earlier.empty() && usable(earlier) ? earlier : first;
+        if (whyNotInSettings(better).empty() &&
+            surroundings_.dialogs.ask("Import Settings", std::string("The imported ") + name + " " +
+                                                             readable(shown.native()) +
+                                                             " cannot be used on this computer. Do you want to use " +
+                                                             readable(better.native()) + " instead?"))
+            shown = better;
+    };
+    propose("Local Path", state.localPath, before.localPath, data);
+    propose("Archive Path", state.archivePath, before.archivePath, data / "Archives");
 }
 
 void SetupWizard::keyInPath(WizardPath path) {
@@ -150,7 +174,15 @@ void SetupWizard::hideHints() {
 
 std::optional<NativePath> SetupWizard::browse(const std::string& title, const NativePath& start) {
     auto chosen = surroundings_.dialogs.pickFolder(title, start);
-    return chosen && !chosen->empty() ? std::move(chosen) : std::nullopt;
+    if (!chosen || chosen->empty())
+        return std::nullopt;
+    const std::string reason = whyNotInSettings(*chosen);
+    if (reason.empty())
+        return chosen;
+    surroundings_.dialogs.warn("Folder Name", "The settings cannot hold the name of the folder " +
+                                                  readable(chosen->native()) + ": " + reason +
+                                                  ". Please choose another folder.");
+    return std::nullopt;
 }
 
 void SetupWizard::browseLocalPath() {

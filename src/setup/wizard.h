@@ -89,7 +89,9 @@ private:
     void saveAndRefresh();
     void showBusy(bool busy);
     void errorBox(const std::string& title, const std::string& text);
+    /// A folder that the settings can hold; another one is refused in a box with the reason.
     [[nodiscard]] std::optional<NativePath> browse(const std::string& title, const NativePath& start);
+    void proposePathsOfThisComputer(const SetupWizardState& before);
 
     void runLocalPaths();
     [[nodiscard]] bool createLocalFolders();
@@ -101,6 +103,7 @@ private:
     void runSharedPath();
     [[nodiscard]] bool fillShare(Result<void>& trapped);
     [[nodiscard]] bool createSharedFolders(const NativePath& shared);
+    void tellWhatShareRefuses(const NativePath& shared);
     [[nodiscard]] bool holdsFiles(const NativePath& folder);
     [[nodiscard]] Result<void> backUpShare(const NativePath& shared);
     void storeSharedPath(const NativePath& shared);

@@ -10,6 +10,7 @@
 #include "platform/folders.h"
 #include "setup/database_backup.h"
 #include "setup/database_folder.h"
+#include "setup/share_trial.h"
 #include "setup/wizard.h"
 
 namespace quillon {
@@ -166,6 +167,7 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
     if (!createSharedFolders(shared))
         return false;
     Dialogs& dialogs = surroundings_.dialogs;
+    tellWhatShareRefuses(shared);
     if (holdsFiles(shared / "Database")) {
         if (!dialogs.ask("Overwrite Existing Files?",
                          "There are already files in this folder. "
@@ -194,6 +196,15 @@ bool SetupWizard::createSharedFolders(const NativePath& shared) {
     return stand;
 }
 
+void SetupWizard::tellWhatShareRefuses(const NativePath& shared) {
+    Paths paths;
+    paths.sharedDatabase = shared / "Database";
+    paths.sharedSettings = shared / "Settings";
+    const std::string refused = answerBeside(surroundings_.loop, [&paths] { return whatShareRefuses(paths); });
+    if (!refused.empty())
+        surroundings_.dialogs.warn(kShareTrialTitle, shareTrialText(refused));
+}
+
 Result<void> SetupWizard::backUpShare(const NativePath& shared) {
     state.copyStatus = "Backing up old Database files";
     host_.showState();
@@ -214,6 +225,7 @@ Result<void> SetupWizard::backUpShare(const NativePath& shared) {
 void SetupWizard::storeSharedPath(const NativePath& shared) {
     installation_.settings.sharedPath.assign(pageFromPath(shared));
     installation_.settings.useSharedDb = state.useSharedDb ? 1 : 0;
+    installation_.takeShareBack();
     saveAndRefresh();
     goTo(kDefaultsTab);
 }

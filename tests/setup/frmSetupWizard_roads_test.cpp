@@ -96,7 +96,6 @@ void FrmSetupWizardRoadsTest::aFirstRunWithAShareLeavesTheToldFiles() {
     main_->click("Command6");
     passSharedPath();
     QCOMPARE(main_->label("Label17"), QStringLiteral("Copying databases to shared folders.."));
-    for (const char* box : {"Check2", "Check3", "Check4"}) main_->tick(box);
     controlOf<QLineEdit>(main_->screen(), "Text4").setText(QStringLiteral("_"));
     main_->click("Command8");
     main_->click("Command11");

@@ -6,6 +6,7 @@
 #include "archive/zip_reader.h"
 #include "setup/wizard.h"
 #include "setup/wizard_screen.h"
+#include "support/failing_files.h"
 
 namespace quillon::test {
 namespace {
@@ -144,6 +145,25 @@ protected:
         EXPECT_TRUE(state().tabEnabled[kDefaultsTab]);
     }
 };
+
+TEST_F(SharedPathStepTest, AShareThatRefusesToBeWrittenIsToldAndTheStepGoesOn) {
+    browseShared("share");
+    std::filesystem::create_directories(folder / "share/Database");
+    std::filesystem::create_directories(folder / "share/Settings");
+    FailingFiles files;
+    files.refuse("rename", EACCES);
+    const std::string what = ": no file can be replaced there (Permission denied)";
+    fake.dialogs.expectBox("Shared DB",
+                           "What is taught on this computer cannot reach the others. " + path("share/Database") + what +
+                               "; " + path("share/Settings") + what +
+                               ". All users of the share need the right to write, rename and delete in it.",
+                           BoxAnswer::Ok, BoxStyle::Warning);
+    std::string told;
+    fake.dialogs.onProblem = [&](const std::string& problem) { told += problem; };
+    wizard.nextSharedPath();
+    EXPECT_EQ(state().currentTab, kDefaultsTab);
+    EXPECT_EQ(told.find("Shared DB"), std::string::npos) << told;
+}
 
 TEST_F(SharedPathStepTest, TheShareIsFilledFromTheArchive) {
     folder.write("local/Database/png.dat", "local terms");

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "setup/wizard_screen.h"
+#include "text/list_text.h"
 
 namespace quillon::test {
 namespace {
@@ -121,6 +122,68 @@ TEST_F(WizardTest, AnImportFillsTheBoxesAndGoesToTheLocalPaths) {
     EXPECT_TRUE(state().runHeaderTest);
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("DESK2", "Query"));
     EXPECT_TRUE(exists("app/settings.dat"));
+}
+
+TEST_F(WizardTest, AnImportProposesFoldersThatCanBeUsedHere) {
+    wizard.load();
+    wizard.chooseMethod(SetupMethod::Import);
+    AppSettings other;
+    const NativePath gone = folder.write("a file", "where the home of another person would be") / "Quillon";
+    other.localPath.assign(pageFromPath(gone));
+    other.zipPath.assign(pageFromPath(gone / "Archives"));
+    fake.dialogs.expectFiles("Open", {folder.write("ZOV-Settings.dat", encodeSettings(other))});
+    const auto expectProposal = [this](const std::string& name, const NativePath& from, const char* to,
+                                       BoxAnswer answer) {
+        fake.dialogs.expectBox("Import Settings",
+                               "The imported " + name + " " + from.native() +
+                                   " cannot be used on this computer. Do you want to use " + path(to) + " instead?",
+                               answer, BoxStyle::Question, BoxButtons::YesNo);
+    };
+    expectProposal("Local Path", gone, "app/Data", BoxAnswer::Yes);
+    expectProposal("Archive Path", gone / "Archives", "app/Data/Archives", BoxAnswer::No);
+    wizard.nextMethod();
+    EXPECT_EQ(state().localPath, folder / "app/Data");
+    EXPECT_EQ(state().archivePath, gone / "Archives");
+    EXPECT_EQ(saved().localPath, other.localPath) << "what was imported is stored as it came";
+    saveSettings();
+    wizard.load();
+    fake.dialogs.expectFiles("Open", {folder / "ZOV-Settings.dat"});
+    expectProposal("Local Path", gone, "local", BoxAnswer::Yes);
+    expectProposal("Archive Path", gone / "Archives", "zips", BoxAnswer::Yes);
+    wizard.chooseMethod(SetupMethod::Import);
+    wizard.nextMethod();
+    EXPECT_EQ(state().localPath, folder / "local") << "what this installation had before";
+    EXPECT_EQ(state().archivePath, folder / "zips");
+}
+
+TEST_F(WizardTest, AFolderThatTheSettingsCannotHoldIsRefusedWithTheReason) {
+    wizard.load();
+    struct Case {
+        NativePath path;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {folder / "\u6570\u636e", "it has characters that are not in the 8-bit page of the settings"},
+        {folder / "not \xFF text", "it has characters that are not in the 8-bit page of the settings"},
+        {folder / std::string(512, 'x'), "it is longer than 512 characters"},
+        {folder / "blank ", "it ends in a blank"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.reason);
+        const auto pick = [&](const char* title, auto browse) {
+            fake.dialogs.expectFolder(title, c.path);
+            fake.dialogs.expectBox("Folder Name",
+                                   "The settings cannot hold the name of the folder " + readable(c.path.native()) +
+                                       ": " + c.reason + ". Please choose another folder.",
+                                   BoxAnswer::Ok, BoxStyle::Warning);
+            (wizard.*browse)();
+        };
+        pick("Select folder for local database..", &SetupWizard::browseLocalPath);
+        pick("Select folder to store Archives ..", &SetupWizard::browseArchivePath);
+        pick("Select folder for Shared database..", &SetupWizard::browseSharedPath);
+    }
+    EXPECT_TRUE(state().localPath.empty() && state().archivePath.empty() && state().sharedPath.empty());
+    EXPECT_FALSE(state().browseArchiveEnabled);
 }
 
 TEST_F(WizardTest, AFailedImportStaysOnTheTab) {
