@@ -12,6 +12,7 @@
 #include "job/statistics.h"
 #include "job/testing_pass.h"
 #include "platform/folders.h"
+#include "setup/share_trial.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -37,6 +38,7 @@ JobEnd JobDriver::run() {
     if (checkTarget() == Next::End)
         return endEarly();
     resetCounters(context_.state);
+    moveLitterAway();
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
     if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
@@ -81,6 +83,12 @@ JobDriver::Next JobDriver::checkTarget() {
     return Next::End;
 }
 
+void JobDriver::moveLitterAway() {
+    const std::size_t litter = ShareSteps(context_, job_.installation(), job_.skipList).moveLitterAway();
+    if (litter > 0)
+        context_.log(counted(litter) + " files of saves that were cut short moved to Kept");
+}
+
 JobDriver::Next JobDriver::refreshDatabases() {
     ShareSteps share(context_, job_.installation(), job_.skipList);
     if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
@@ -105,6 +113,8 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     if (context_.state.options.checkFileQuality)
         refreshed = share.copyChanged(names);
     tellRefresh(std::max(names.size(), orphans.looked), refreshed, moved);
+    if (const std::string refused = share.whatIsRefused(); !refused.empty())
+        context_.log(shareTrialText(refused), kLightOrange);
     return Next::GoOn;
 }
 

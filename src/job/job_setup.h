@@ -81,6 +81,7 @@ private:
     void forgetLastSource();
     FocusAfter takeSource(const std::optional<NativePath>& folder);
     void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
+    void tellCutFolders();
     void checkSkip();
     [[nodiscard]] bool confirmOverwrite();
     void keepSeparator(const std::string& answer, const std::string& before);

@@ -2,7 +2,9 @@
 #include "job/share_steps.h"
 
 #include "app/progress_relay.h"
+#include "app/save_litter.h"
 #include "job/board_progress.h"
+#include "setup/share_trial.h"
 
 namespace quillon {
 
@@ -13,6 +15,14 @@ auto ShareSteps::showing(Step step) {
     BoardProgress board(context_.state);
     return answerBeside(
         context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+}
+
+std::size_t ShareSteps::moveLitterAway() {
+    std::vector<NativePath> folders = {installation_.appFolder(), paths().localPath, paths().localDatabase,
+                                       paths().localSettings};
+    if (paths().useSharedDb)
+        folders.insert(folders.end(), {paths().sharedPath, paths().sharedDatabase, paths().sharedSettings});
+    return answerBeside(context_.surroundings.loop, [&] { return moveSaveLitterAway(folders, kept_); });
 }
 
 OrphanTermFiles ShareSteps::findOrphans() {
@@ -29,6 +39,10 @@ std::vector<std::string> ShareSteps::sharedFiles() {
 
 RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
     return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
+}
+
+std::string ShareSteps::whatIsRefused() {
+    return answerBeside(context_.surroundings.loop, [this] { return whatShareRefuses(paths()); });
 }
 
 Result<void> ShareSteps::fetchSkips() {

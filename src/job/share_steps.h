@@ -29,6 +29,9 @@ public:
 
     [[nodiscard]] const Paths& paths() const { return installation_.paths(); }
 
+    /// What killed saves left in the local folders, and with sharing on in the shared ones, goes under Kept; gives the
+    /// number of files.
+    [[nodiscard]] std::size_t moveLitterAway();
     /// Local term files without a shared counterpart; they are where they were.
     [[nodiscard]] OrphanTermFiles findOrphans();
     [[nodiscard]] OrphanCounts moveAway(const OrphanTermFiles& orphans);
@@ -36,6 +39,8 @@ public:
     [[nodiscard]] std::vector<std::string> sharedFiles();
     /// A file that cannot be copied is tried again by the next job.
     [[nodiscard]] RefreshCounts copyChanged(const std::vector<std::string>& names);
+    /// What this computer cannot do in the share; empty when it can teach the others.
+    [[nodiscard]] std::string whatIsRefused();
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
     [[nodiscard]] SkipListState loadSkips();

@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the driver does before the walk: the local database follows the shared one, and the rule lists are loaded.
+#include <algorithm>
+#include <cerrno>
+
 #include "job/driver_fixture.h"
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "setup/database_folder.h"
+#include "support/failing_files.h"
 
 namespace quillon::test {
 
@@ -77,6 +84,36 @@ TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
     const auto& row = state.log.rows().at(1);
     EXPECT_EQ(row.text, "Shared database: 1 compared, 0 fetched, 0 removed, 1 failed");
     EXPECT_EQ(row.colour, kLightOrange);
+}
+
+TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsToldInOneRow) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    std::string name = temporaryName();
+    const auto counter = name.rfind('-');
+    const auto time = name.rfind('-', counter - 1);
+    const auto number = name.rfind('-', time - 1);
+    name.replace(number + 1, time - number - 1, "2147483646");  // above any number that a system gives a process
+    for (const char* place : {"local", "share/Database"})
+        ASSERT_TRUE(setModificationTime(folder.write(std::string(place) + "/" + name, "half"), {1'000'000'000, 0}));
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(0), "2 files of saves that were cut short moved to Kept");
+    EXPECT_FALSE(exists("local/" + name) || exists("share/Database/" + name));
+    EXPECT_EQ(listEntries(folder / "local/Kept/2026-11-15 10.20.30")->size(), 2U);
+}
+
+TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    const std::string what = ": no file can be deleted there (Permission denied)";
+    FailingFiles files;
+    files.refuse("unlink", EACCES);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const auto& rows = state.log.rows();
+    const std::string text = "What is taught on this computer cannot reach the others. " +
+                             (folder / "share/Database").native() + what + "; " + (folder / "share/Settings").native() +
+                             what + ". All users of the share need the right to write, rename and delete in it.";
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const LogRow& r) { return r.text == text; });
+    ASSERT_NE(row, rows.end());
+    EXPECT_EQ(row->colour, kLightOrange);
 }
 
 TEST_F(SharedDriverTest, AShareThatLooksEmptyIsToldBeforeAnythingMoves) {

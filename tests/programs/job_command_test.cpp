@@ -312,27 +312,6 @@ TEST_F(JobCommandTest, YesAnswersYes) {
     EXPECT_NE(folder.read("local/1234.csv"), "old");
 }
 
-TEST_F(JobCommandTest, YesDoesNotAnswerThatTheSharedDatabaseIsGone) {
-    install();
-    Installation installation(folder / "app");
-    ASSERT_TRUE(installation.loadSettingsRecord());
-    installation.settings.useSharedDb = 1;
-    installation.settings.sharedPath.assign(pageFromPath(folder / "share"));
-    ASSERT_TRUE(installation.saveSettingsRecord());
-    fs::create_directory(folder / "share");
-    EXPECT_EQ(job({"--yes"}), 1);
-    EXPECT_TRUE(told("The shared database looks empty ("));
-    EXPECT_TRUE(
-        told("No Database: Unable to find shared database. Do you want to continue the check with the local "
-             "copy?\n  answered No, as nobody can be asked\n"));
-    EXPECT_TRUE(told("the job ended without a list; answer at a terminal, as --yes does not: Unable to find shared"));
-    canAsk = true;
-    in.str("y\ny\n");
-    EXPECT_EQ(job({"--yes"}), 0) << "on a terminal a person is asked all the same";
-    EXPECT_TRUE(told("Unable to find local database. Do you want to disable the file quality testing?\n  y = Yes"));
-    EXPECT_EQ(job({"--yes", "--no-test"}), 0) << "without testing no database is asked for";
-}
-
 TEST_F(JobCommandTest, OnATerminalAPersonIsAskedUntilTheAnswerIsOne) {
     install();
     canAsk = true;
