@@ -45,7 +45,7 @@
 //   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 empty, _3 status of the job), Timer1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
 //     mnuFLS, mnuAutoUpdate), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
-//   openSetupNetwork (ours)         "Set up Network"        in the menu of the toolbar's Settings button
+//   openSetupNetwork (ours)         "Set up Network"        the last of mnu, and in the menu of Toolbar1_7
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).
