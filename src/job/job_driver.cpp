@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "app/file_list.h"
+#include "app/save_litter.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
 #include "job/folder_walk.h"
@@ -95,9 +96,15 @@ JobDriver::Next JobDriver::checkTarget() {
 }
 
 void JobDriver::moveLitterAway() {
-    const std::size_t litter = ShareSteps(context_, job_.installation(), job_.skipList).moveLitterAway();
-    if (litter > 0)
-        context_.log(counted(litter) + " files of saves that were cut short moved to Kept");
+    const Paths& paths = job_.installation().paths();
+    KeptFiles kept(job_.installation(), context_.surroundings.clock, KeptBy::Rescue);
+    tellLitter(moveSaveLitterAway(
+        {job_.installation().appFolder(), paths.localPath, paths.localDatabase, paths.localSettings}, kept));
+}
+
+void JobDriver::tellLitter(std::size_t files) {
+    if (files > 0)
+        context_.log(counted(files) + " files of saves that were cut short moved to Kept");
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
@@ -124,6 +131,7 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     if (context_.state.options.checkFileQuality)
         refreshed = share.copyChanged(names);
     tellRefresh(std::max(names.size(), orphans.looked), refreshed, moved);
+    tellLitter(share.moveLitterAway());
     if (const std::string refused = share.whatIsRefused(); !refused.empty())
         context_.log(shareTrialText(refused), kLightOrange);
     return Next::GoOn;

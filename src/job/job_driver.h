@@ -63,6 +63,7 @@ private:
     void begin();
     [[nodiscard]] Next checkTarget();
     void moveLitterAway();
+    void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
     void tellRefresh(std::size_t compared, const RefreshCounts& refreshed, const OrphanCounts& moved);

@@ -18,11 +18,9 @@ auto ShareSteps::showing(Step step) {
 }
 
 std::size_t ShareSteps::moveLitterAway() {
-    std::vector<NativePath> folders = {installation_.appFolder(), paths().localPath, paths().localDatabase,
-                                       paths().localSettings};
-    if (paths().useSharedDb)
-        folders.insert(folders.end(), {paths().sharedPath, paths().sharedDatabase, paths().sharedSettings});
-    return answerBeside(context_.surroundings.loop, [&] { return moveSaveLitterAway(folders, kept_); });
+    return answerBeside(context_.surroundings.loop, [this] {
+        return moveSaveLitterAway({paths().sharedPath, paths().sharedDatabase, paths().sharedSettings}, kept_);
+    });
 }
 
 OrphanTermFiles ShareSteps::findOrphans() {

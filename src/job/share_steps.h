@@ -29,8 +29,7 @@ public:
 
     [[nodiscard]] const Paths& paths() const { return installation_.paths(); }
 
-    /// What killed saves left in the local folders, and with sharing on in the shared ones, goes under Kept; gives the
-    /// number of files.
+    /// What killed saves of this computer left in the shared folders goes under Kept; gives the number of files.
     [[nodiscard]] std::size_t moveLitterAway();
     /// Local term files without a shared counterpart; they are where they were.
     [[nodiscard]] OrphanTermFiles findOrphans();

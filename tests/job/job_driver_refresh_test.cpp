@@ -78,7 +78,8 @@ TEST_F(SharedDriverTest, WhatTheRefreshDidIsOneRow) {
 }
 
 TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
-    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    const auto shared = folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    ASSERT_TRUE(setModificationTime(shared, {1'000'000'000, 0}));
     folder.write("local/Database/abc.dat/inside", "a folder where the file should be");
     EXPECT_EQ(run(), JobEnd::Complete);
     const auto& row = state.log.rows().at(1);
@@ -86,7 +87,7 @@ TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
     EXPECT_EQ(row.colour, kLightOrange);
 }
 
-TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsToldInOneRow) {
+TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsTold) {
     folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
     std::string name = temporaryName();
     const auto counter = name.rfind('-');
@@ -96,7 +97,8 @@ TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsToldInOneRow) {
     for (const char* place : {"local", "share/Database"})
         ASSERT_TRUE(setModificationTime(folder.write(std::string(place) + "/" + name, "half"), {1'000'000'000, 0}));
     EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_EQ(logTexts().at(0), "2 files of saves that were cut short moved to Kept");
+    EXPECT_EQ(logTexts().at(0), "1 files of saves that were cut short moved to Kept");
+    EXPECT_EQ(logTexts().at(3), "1 files of saves that were cut short moved to Kept") << "those of the share";
     EXPECT_FALSE(exists("local/" + name) || exists("share/Database/" + name));
     EXPECT_EQ(listEntries(folder / "local/Kept/2026-11-15 10.20.30")->size(), 2U);
 }

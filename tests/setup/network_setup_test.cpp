@@ -247,7 +247,12 @@ TEST_F(NetworkSetupTest, TheDatabaseIsCopiedFileByFile) {
     folder.write("local/Database/jpg.dat", "1");
     folder.write("local/Database/png.dat", "2");
     std::vector<std::string> lines;
-    fake.loop.onTurn = [&](int) { lines.push_back(setup.state.progress); };
+    // A step that takes its time turns the loop more than once.
+    fake.loop.onTurn = [&](int) {
+        const std::string& line = setup.state.progress;
+        if (!line.empty() && (lines.empty() || lines.back() != line))
+            lines.push_back(line);
+    };
     copyOnly(kMainDatabaseBox);
     EXPECT_THAT(lines, ElementsAre("Copying file  1 of  2", "Copying file  2 of  2"));
     EXPECT_EQ(folder.read("share/Database/png.dat"), "2");
