@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "setup/network_setup.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -254,6 +256,7 @@ TEST_F(NetworkSetupTest, TheDatabaseIsCopiedFileByFile) {
             lines.push_back(line);
     };
     copyOnly(kMainDatabaseBox);
+    lines.erase(std::unique(lines.begin(), lines.end()), lines.end());  // a slow disk has more turns than files
     EXPECT_THAT(lines, ElementsAre("Copying file  1 of  2", "Copying file  2 of  2"));
     EXPECT_EQ(folder.read("share/Database/png.dat"), "2");
     EXPECT_EQ(modificationTime(folder / "share/Database/png.dat").value(),
