@@ -19,19 +19,6 @@
 
 namespace quillon {
 
-namespace {
-
-std::string counted(std::size_t number) {
-    return grouped(static_cast<std::int64_t>(number));
-}
-
-std::string emptyShareText(std::size_t orphans, const Paths& paths) {
-    return "The shared database looks empty (" + readable(paths.sharedDatabase.native()) + "): " + counted(orphans) +
-           " term files of this computer are about to move to Kept. Is the share mounted?";
-}
-
-}  // namespace
-
 JobEnd JobDriver::run() {
     begin();
     if (!context_.state.options.source)
@@ -104,7 +91,7 @@ void JobDriver::moveLitterAway() {
 
 void JobDriver::tellLitter(std::size_t files) {
     if (files > 0)
-        context_.log(counted(files) + " files of saves that were cut short moved to Kept");
+        context_.log(grouped(static_cast<std::int64_t>(files)) + " files of saves that were cut short moved to Kept");
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
@@ -118,36 +105,33 @@ JobDriver::Next JobDriver::refreshDatabases() {
 JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     const auto orphans = share.findOrphans();
     if (orphans.shareLooksEmpty && !orphans.names.empty())
-        context_.log(emptyShareText(orphans.names.size(), share.paths()), kLightOrange);
-    const auto moved = share.moveAway(orphans);
-    if (moved.failed > 0)
-        report({ErrorKind::PermissionDenied, counted(moved.failed) + " term files could not be moved away"});
+        context_.log(emptyShareText(orphans, share.paths()), kLightOrange);
+    RefreshSummary refresh;
+    refresh.moved = share.moveAway(orphans);
+    if (refresh.moved.failed > 0)
+        report({ErrorKind::PermissionDenied,
+                grouped(static_cast<std::int64_t>(refresh.moved.failed)) + " term files could not be moved away"});
     context_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
     if (names.empty() && askWithoutDatabase(names) == Next::End)
         return Next::End;
-    RefreshCounts refreshed;
     if (context_.state.options.checkFileQuality)
-        refreshed = share.copyChanged(names);
-    tellRefresh(std::max(names.size(), orphans.looked), refreshed, moved);
+        refresh.fetched = share.copyChanged(names);
+    refresh.compared = std::max(names.size(), orphans.looked);
+    tellRefresh(refresh);
     tellLitter(share.moveLitterAway());
     if (const std::string refused = share.whatIsRefused(); !refused.empty())
         context_.log(shareTrialText(refused), kLightOrange);
     return Next::GoOn;
 }
 
-// A database that did not change needs no row.
-void JobDriver::tellRefresh(std::size_t compared, const RefreshCounts& refreshed, const OrphanCounts& moved) {
-    const std::size_t failed = refreshed.failed + moved.failed;
-    if (refreshed.copied + moved.removed + failed == 0)
+void JobDriver::tellRefresh(const RefreshSummary& refresh) {
+    const std::string text = refreshText(refresh);
+    if (text.empty())
         return;
-    std::optional<std::uint32_t> colour;
-    if (failed > 0)
-        colour = kLightOrange;
-    context_.log("Shared database: " + counted(compared) + " compared, " + counted(refreshed.copied) + " fetched, " +
-                     counted(moved.removed) + " removed, " + counted(failed) + " failed",
-                 colour);
+    const bool failed = refresh.fetched.failed + refresh.moved.failed > 0;
+    context_.log(text, failed ? std::optional<std::uint32_t>(kLightOrange) : std::nullopt);
 }
 
 // The shared database is not to be found: with the local one, without any, or not at all.

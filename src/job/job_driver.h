@@ -18,8 +18,7 @@
 namespace quillon {
 
 class ShareSteps;
-struct OrphanCounts;
-struct RefreshCounts;
+struct RefreshSummary;
 
 /// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
@@ -66,7 +65,7 @@ private:
     void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
-    void tellRefresh(std::size_t compared, const RefreshCounts& refreshed, const OrphanCounts& moved);
+    void tellRefresh(const RefreshSummary& refresh);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();

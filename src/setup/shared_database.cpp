@@ -6,10 +6,16 @@
 #include "platform/folders.h"
 #include "setup/stored_time.h"
 #include "testing/shared_copy.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
 
 namespace quillon {
 
 namespace {
+
+std::string counted(std::size_t number) {
+    return grouped(static_cast<std::int64_t>(number));
+}
 
 class Refresh {
 public:
@@ -101,6 +107,20 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
         refresh.one(name);
     }
     return refresh.counts;
+}
+
+std::string refreshText(const RefreshSummary& refresh) {
+    const std::size_t failed = refresh.fetched.failed + refresh.moved.failed;
+    if (refresh.fetched.copied + refresh.moved.removed + failed == 0)
+        return {};
+    return "Shared database: " + counted(refresh.compared) + " compared, " + counted(refresh.fetched.copied) +
+           " fetched, " + counted(refresh.moved.removed) + " removed, " + counted(failed) + " failed";
+}
+
+std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths) {
+    return "The shared database looks empty (" + readable(paths.sharedDatabase.native()) +
+           "): " + counted(orphans.names.size()) +
+           " term files of this computer are about to move to Kept. Is the share mounted?";
 }
 
 Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {

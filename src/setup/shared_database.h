@@ -56,6 +56,20 @@ struct RefreshCounts {
 RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
                                    ProgressHost& host);
 
+/// All that one refresh did.
+struct RefreshSummary {
+    std::size_t compared = 0;
+    RefreshCounts fetched;
+    OrphanCounts moved;
+};
+
+/// The row of a log: "Shared database: 1,800 compared, 3 fetched, 2 removed, 40 failed". Empty for a database that did
+/// not change.
+[[nodiscard]] std::string refreshText(const RefreshSummary& refresh);
+
+/// What is said before the local term files go because a share looks empty.
+[[nodiscard]] std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths);
+
 /// Copies the shared CommonHeaders.dat over the local one when there is one; without one nothing is done. Kept: sharing
 /// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).
 [[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
