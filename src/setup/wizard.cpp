@@ -43,7 +43,7 @@ SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroun
 }
 
 void SetupWizard::load() {
-    settingsBackup_ = installation_.settings;
+    before_ = installation_;
     fillFromRecord();
     state.currentTab = editingExisting_ ? kLocalPathsTab : kSetupDbTab;
     state.tabEnabled[state.currentTab] = true;
@@ -63,9 +63,9 @@ void SetupWizard::fillFromRecord() {
     if (exists) {
         chooseMethod(SetupMethod::Manual);  // still with the text of a first set-up
         editingExisting_ = true;
-        state.localPath = pathFromPage(settings.localPath.trimmed());
-        state.archivePath = pathFromPage(settings.zipPath.trimmed());
-        state.sharedPath = pathFromPage(settings.sharedPath.trimmed());
+        state.localPath = installation_.folder(SettingsFolder::Local);
+        state.archivePath = installation_.folder(SettingsFolder::Archive);
+        state.sharedPath = installation_.folder(SettingsFolder::Shared);
         state.runHeaderTest = settings.runHeaderTest == 1;
         state.useSkipList = settings.useSkipList == 1;
         state.useCommonHeaders = settings.useCommonHeaders == 1;
@@ -174,15 +174,7 @@ void SetupWizard::hideHints() {
 
 std::optional<NativePath> SetupWizard::browse(const std::string& title, const NativePath& start) {
     auto chosen = surroundings_.dialogs.pickFolder(title, start);
-    if (!chosen || chosen->empty())
-        return std::nullopt;
-    const std::string reason = whyNotInSettings(*chosen);
-    if (reason.empty())
-        return chosen;
-    surroundings_.dialogs.warn("Folder Name", "The settings cannot hold the name of the folder " +
-                                                  readable(chosen->native()) + ": " + reason +
-                                                  ". Please choose another folder.");
-    return std::nullopt;
+    return chosen && !chosen->empty() ? std::move(chosen) : std::nullopt;
 }
 
 void SetupWizard::browseLocalPath() {
@@ -244,7 +236,7 @@ WizardEnd SetupWizard::done() {
 WizardEnd SetupWizard::exit() {
     if (!surroundings_.dialogs.ask("Exit Setup", "Do you want to exit without saving settings ?"))
         return WizardEnd::Stays;
-    installation_.settings = settingsBackup_;
+    installation_ = *before_;
     installation_.refreshPathVariables();
     return WizardEnd::LeavesAndReloads;
 }

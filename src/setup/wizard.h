@@ -89,7 +89,6 @@ private:
     void saveAndRefresh();
     void showBusy(bool busy);
     void errorBox(const std::string& title, const std::string& text);
-    /// A folder that the settings can hold; another one is refused in a box with the reason.
     [[nodiscard]] std::optional<NativePath> browse(const std::string& title, const NativePath& start);
     void proposePathsOfThisComputer(const SetupWizardState& before);
 
@@ -113,7 +112,7 @@ private:
     AlertExchange& alerts_;
     std::shared_ptr<NetworkProvider> network_;
     ScreenHost& host_;
-    AppSettings settingsBackup_;
+    std::optional<Installation> before_;  // as the wizard found it
     bool editingExisting_ = false;
     NativePath chosenSharedPath_;
     Steps folderSteps_;  // a step turns the event loop; a second press waits for nothing

@@ -81,8 +81,8 @@ void SetupWizard::nextLocalPaths() {
 }
 
 void SetupWizard::runLocalPaths() {
-    installation_.settings.localPath.assign(pageFromPath(state.localPath));
-    installation_.settings.zipPath.assign(pageFromPath(state.archivePath));
+    installation_.setFolder(SettingsFolder::Local, state.localPath);
+    installation_.setFolder(SettingsFolder::Archive, state.archivePath);
     saveAndRefresh();
     if (!createLocalFolders())
         return;
@@ -223,7 +223,7 @@ Result<void> SetupWizard::backUpShare(const NativePath& shared) {
 }
 
 void SetupWizard::storeSharedPath(const NativePath& shared) {
-    installation_.settings.sharedPath.assign(pageFromPath(shared));
+    installation_.setFolder(SettingsFolder::Shared, shared);
     installation_.settings.useSharedDb = state.useSharedDb ? 1 : 0;
     installation_.takeShareBack();
     saveAndRefresh();

@@ -49,6 +49,41 @@ TEST_F(LocalPathsStepTest, FoldersAreMadeAndTheDefaultDatabaseUnpacked) {
     EXPECT_GT(fake.loop.turns, 0);
 }
 
+TEST_F(LocalPathsStepTest, FoldersThatTheRecordCannotHoldWorkToo) {
+    const NativePath data = folder / "\u6570\u636e \xFF";
+    const NativePath share = folder / "share ";
+    state().localPath = data;
+    wizard.nextLocalPaths();
+    EXPECT_TRUE(pathExists(data / "Database/jpg.dat"));
+    EXPECT_EQ(saved().localPath.trimmed().bytes, path("?? ?")) << "the record is what it always was";
+    wizard.setUseSharedDb(true);
+    fake.dialogs.expectFolder("Select folder for Shared database..", share);
+    wizard.browseSharedPath();
+    wizard.nextSharedPath();
+    EXPECT_TRUE(pathExists(share / "Database/jpg.dat"));
+    Installation again(folder / "app");
+    ASSERT_TRUE(again.loadSettingsRecord());
+    EXPECT_EQ(again.paths().localPath, data);
+    EXPECT_EQ(again.paths().sharedPath, share);
+    EXPECT_FALSE(exists("?? ?") || exists("share"));
+    SetupWizard another(again, fake.surroundings, alerts, network, screen);
+    another.load();
+    EXPECT_EQ(another.state.localPath, data);
+    EXPECT_EQ(another.state.sharedPath, share);
+}
+
+TEST_F(LocalPathsStepTest, ExitPutsSuchAFolderBackAsItWas) {
+    const NativePath data = folder / "\u6570\u636e";
+    state().localPath = data;
+    wizard.nextLocalPaths();
+    wizard.load();
+    state().localPath = folder / "\u4e00\u4e8c";
+    wizard.nextLocalPaths();
+    fake.dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::Yes);
+    EXPECT_EQ(wizard.exit(), WizardEnd::LeavesAndReloads);
+    EXPECT_EQ(installation.paths().localPath, data);
+}
+
 TEST_F(LocalPathsStepTest, ExistingTermFilesAreReplacedOnlyAfterYes) {
     folder.write("local/Database/jpg.dat", "mine");
     expectOverwrite(BoxAnswer::No);

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "setup/wizard_screen.h"
-#include "text/list_text.h"
 
 namespace quillon::test {
 namespace {
@@ -154,36 +153,6 @@ TEST_F(WizardTest, AnImportProposesFoldersThatCanBeUsedHere) {
     wizard.nextMethod();
     EXPECT_EQ(state().localPath, folder / "local") << "what this installation had before";
     EXPECT_EQ(state().archivePath, folder / "zips");
-}
-
-TEST_F(WizardTest, AFolderThatTheSettingsCannotHoldIsRefusedWithTheReason) {
-    wizard.load();
-    struct Case {
-        NativePath path;
-        const char* reason;
-    };
-    const Case cases[] = {
-        {folder / "\u6570\u636e", "it has characters that are not in the 8-bit page of the settings"},
-        {folder / "not \xFF text", "it has characters that are not in the 8-bit page of the settings"},
-        {folder / std::string(512, 'x'), "it is longer than 512 characters"},
-        {folder / "blank ", "it ends in a blank"},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.reason);
-        const auto pick = [&](const char* title, auto browse) {
-            fake.dialogs.expectFolder(title, c.path);
-            fake.dialogs.expectBox("Folder Name",
-                                   "The settings cannot hold the name of the folder " + readable(c.path.native()) +
-                                       ": " + c.reason + ". Please choose another folder.",
-                                   BoxAnswer::Ok, BoxStyle::Warning);
-            (wizard.*browse)();
-        };
-        pick("Select folder for local database..", &SetupWizard::browseLocalPath);
-        pick("Select folder to store Archives ..", &SetupWizard::browseArchivePath);
-        pick("Select folder for Shared database..", &SetupWizard::browseSharedPath);
-    }
-    EXPECT_TRUE(state().localPath.empty() && state().archivePath.empty() && state().sharedPath.empty());
-    EXPECT_FALSE(state().browseArchiveEnabled);
 }
 
 TEST_F(WizardTest, AFailedImportStaysOnTheTab) {
