@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // "Next >" of local paths and shared path.
+#include <cerrno>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -47,6 +49,15 @@ TEST_F(LocalPathsStepTest, FoldersAreMadeAndTheDefaultDatabaseUnpacked) {
     EXPECT_FALSE(state().progressVisible);
     EXPECT_DOUBLE_EQ(state().progress, 100.0);
     EXPECT_GT(fake.loop.turns, 0);
+}
+
+TEST_F(LocalPathsStepTest, AFullDiskIsToldAsFull) {
+    FailingFiles files;
+    files.refuse("write", ENOSPC);
+    expectCritical("Setup Error", "Unable to find default Databases, please re-install the application.\r\n" +
+                                      path("local/Database/jpg.dat") + " cannot be saved: No space left on device");
+    wizard.nextLocalPaths();
+    EXPECT_EQ(state().currentTab, kSetupDbTab);
 }
 
 TEST_F(LocalPathsStepTest, FoldersThatTheRecordCannotHoldWorkToo) {
