@@ -141,21 +141,12 @@ Result<void> replaceTarget(NativePath& temporary, const Target& target, std::str
     return writeInPlace(temporary, target, bytes, std::move(renamed));
 }
 
-std::string hostPart() {
-    std::array<char, 256> host{};
-    ::gethostname(host.data(), host.size() - 1);
-    std::string name = host.data();
-    name.resize(std::min<std::size_t>(name.size(), 64));
-    std::replace(name.begin(), name.end(), '/', '_');
-    return name;
-}
-
 // Tells this process from all others, on this computer and others, that ever saved.
 std::string processName() {
     // The time of day tells this process from one of the same number that died before it.
     struct timespec now {};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    return fmt::format("{}-{}-{:x}{:08x}", hostPart(), ::getpid(), now.tv_sec, now.tv_nsec);
+    return fmt::format("{}{}-{:x}{:08x}", ownTemporaryPrefix(), ::getpid(), now.tv_sec, now.tv_nsec);
 }
 
 // The number of the process of this computer that made the name; 0 for any other name.
@@ -172,7 +163,7 @@ pid_t ownerOf(std::string_view temporaryName) {
     const std::string_view digits = cutLast();
     pid_t number = 0;
     const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
-    const bool ours = rest == std::string(kTemporaryPrefix) + hostPart();
+    const bool ours = std::string(rest) + "-" == ownTemporaryPrefix();
     return ours && error == std::errc() && end == digits.end() && number > 0 ? number : 0;
 }
 
@@ -181,6 +172,15 @@ pid_t ownerOf(std::string_view temporaryName) {
 FileError saveError(const NativePath& path, FileError error) {
     error.text = readable(path.native()) + " cannot be saved: " + (error.cause.empty() ? error.text : error.cause);
     return error;
+}
+
+std::string ownTemporaryPrefix() {
+    std::array<char, 256> host{};
+    ::gethostname(host.data(), host.size() - 1);
+    std::string name = host.data();
+    name.resize(std::min<std::size_t>(name.size(), 64));
+    std::replace(name.begin(), name.end(), '/', '_');
+    return std::string(kTemporaryPrefix) + name + "-";
 }
 
 bool isTemporaryName(std::string_view name) {
@@ -199,7 +199,7 @@ bool isSaveLitter(const NativePath& file) {
 std::string temporaryName() {
     static const std::string process = processName();
     static std::atomic<unsigned> counter{0};
-    return fmt::format("{}{}-{}", kTemporaryPrefix, process, counter++);
+    return fmt::format("{}-{}", process, counter++);
 }
 
 void syncFolder(const NativePath& folder) {

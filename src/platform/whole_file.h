@@ -52,6 +52,9 @@ enum class TemporaryPlace {
 /// older than a day. Of another computer's nobody can tell here.
 [[nodiscard]] bool isSaveLitter(const NativePath& file);
 
+/// The beginning of the temporary names of this computer.
+[[nodiscard]] std::string ownTemporaryPrefix();
+
 /// A name for a temporary file that no other process or computer uses at this moment.
 [[nodiscard]] std::string temporaryName();
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "setup/share_trial.h"
 
+#include <functional>
+#include <utility>
+
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "text/list_text.h"
@@ -10,31 +13,36 @@ namespace quillon {
 namespace {
 
 Result<void> makeFile(const NativePath& path) {
-    return File::createNew(path).and_then(
+    return File::create(path).and_then(
         [](File file) { return file.write("trial").and_then([&] { return file.close(); }); });
 }
 
-// As a save does it: one file over another. Gives what is refused.
+// What is gone was moved or removed by another process of this computer that tries at the same moment.
+bool refuses(const Result<void>& done) {
+    return !done && done.error().kind != ErrorKind::NotFound;
+}
+
+// As a save does it: one file over another. The names are always the same, so that a share that lets nothing be deleted
+// does not fill up.
 std::string refusedIn(const NativePath& folder) {
-    const NativePath first = folder / temporaryName();
-    const NativePath second = folder / temporaryName();
-    const auto refused = [&folder](const char* what, const FileError& why) {
-        return readable(folder.native()) + ": no file can be " + what + " there (" + why.cause + ")";
-    };
+    const NativePath first = folder / (ownTemporaryPrefix() + "trial");
+    const NativePath second = folder / (ownTemporaryPrefix() + "trial-target");
+    const std::pair<const char*, std::function<Result<void>()>> steps[] = {
+        {"made", [&] { return makeFile(first); }},
+        {"made", [&] { return makeFile(second); }},
+        {"replaced", [&] { return renameFile(first, second); }},
+        {"deleted", [&] { return removeFile(second); }}};
     std::string answer;
-    for (const auto& file : {first, second}) {
-        if (const auto made = makeFile(file); !made && answer.empty())
-            answer = refused("made", made.error());
+    for (const auto& [what, step] : steps) {
+        const auto done = step();
+        if (!refuses(done))
+            continue;
+        answer = readable(folder.native()) + ": no file can be " + what + " there (" + done.error().cause + ")";
+        break;
     }
-    if (answer.empty()) {
-        if (const auto renamed = renameFile(first, second); !renamed)
-            answer = refused("replaced", renamed.error());
+    if (!answer.empty()) {
+        for (const auto& file : {first, second}) passOver(removeFile(file), "what is still there was refused");
     }
-    if (answer.empty()) {
-        if (const auto removed = removeFile(second); !removed)
-            answer = refused("deleted", removed.error());
-    }
-    for (const auto& file : {first, second}) passOver(removeFile(file), "what is still there was refused");
     return answer;
 }
 
