@@ -118,6 +118,7 @@ const std::vector<test::FrameCase> kControls = {
          {"Label3", "(0 = Anywhere)"},
          {"Label1", "Term"},
          {"Text3", ""},
+         {"pageRemark_", "", false},
          {"Label4", "Type"},
          {"Combo2", "Text"},
          {"Command2", "Add"},
