@@ -23,7 +23,7 @@ file(MAKE_DIRECTORY "${package_folder}")
 
 # quillon_install_application(<component> <folder>): what an application folder holds before its first run.
 function(quillon_install_application component folder)
-    set(programs quillon-job quillon-messenger)
+    set(programs quillon-job quillon-list quillon-messenger)
     if(TARGET quillon)
         list(APPEND programs quillon)
     endif()
@@ -48,11 +48,11 @@ if(NOT release_day OR NOT release_date)
     message(FATAL_ERROR "CHANGELOG.md has no line \"## ${PROJECT_VERSION} - YYYY-MM-DD\"")
 endif()
 
-set(manual_pages docs/man/quillon-job.1 docs/man/quillon-messenger.1)
+set(manual_pages docs/man/quillon-job.1 docs/man/quillon-list.1 docs/man/quillon-messenger.1)
 if(QUILLON_GUI)
     list(APPEND manual_pages docs/man/quillon.1)
 endif()
-set(completions data/completion/quillon-job data/completion/quillon-messenger)
+set(completions data/completion/quillon-job data/completion/quillon-list data/completion/quillon-messenger)
 set(zsh_completions data/completion/_quillon-job data/completion/_quillon-messenger)
 set(fish_completions data/completion/quillon-job.fish data/completion/quillon-messenger.fish)
 
@@ -82,7 +82,7 @@ install(FILES ${fish_completions} DESTINATION usr/share/fish/vendor_completions.
 configure_file(data/package/lintian-overrides.in "${package_folder}/lintian-overrides" @ONLY)
 install(FILES "${package_folder}/lintian-overrides" DESTINATION usr/share/lintian/overrides RENAME ${package_name}
     COMPONENT debian)
-set(commands quillon-job quillon-messenger)
+set(commands quillon-job quillon-list quillon-messenger)
 if(TARGET quillon)
     list(APPEND commands quillon)
     install(FILES data/package/quillon.desktop DESTINATION usr/share/applications COMPONENT debian)
