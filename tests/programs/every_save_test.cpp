@@ -39,23 +39,6 @@ TEST_F(SaveTable, Preferences) {
              }});
 }
 
-// A folder that the record cannot hold is remembered in a second file. Between the two saves the old record stands with
-// the new memory, which counts for the new record alone.
-TEST_F(SaveTable, SettingsRecordWithAFolderBesideIt) {
-    AppSettings old;
-    old.localPath.assign(PageText{"/data"});
-    disturb({.name = "settings and a folder",
-             .before = {{"app/settings.dat", encodeSettings(old)}},
-             .run =
-                 [](Place& place) {
-                     if (!place.installation.loadSettingsRecord())
-                         return false;
-                     place.installation.setFolder(SettingsFolder::Local, "/\u6570\u636e");
-                     return place.installation.saveSettingsRecord().has_value();
-                 },
-             .inParts = true});
-}
-
 TEST_F(SaveTable, ExportedSettings) {
     const auto run = [](Place& place) {
         exportSettings(place.installation, place.surroundings);
