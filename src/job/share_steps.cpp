@@ -2,7 +2,9 @@
 #include "job/share_steps.h"
 
 #include "app/progress_relay.h"
+#include "app/save_litter.h"
 #include "job/board_progress.h"
+#include "setup/share_trial.h"
 
 namespace quillon {
 
@@ -20,8 +22,18 @@ auto ShareSteps::showing(Step step) {
         });
 }
 
-OrphanCounts ShareSteps::deleteOrphans() {
-    return showing([this](ProgressHost& progress) { return deleteOrphanTermFiles(paths(), kept_, progress); });
+std::size_t ShareSteps::moveLitterAway() {
+    return answerBeside(context_.surroundings.loop, [this] {
+        return moveSaveLitterAway({paths().sharedPath, paths().sharedDatabase, paths().sharedSettings}, kept_);
+    });
+}
+
+OrphanTermFiles ShareSteps::findOrphans() {
+    return showing([this](ProgressHost& progress) { return findOrphanTermFiles(paths(), progress); });
+}
+
+OrphanCounts ShareSteps::moveAway(const OrphanTermFiles& orphans) {
+    return answerBeside(context_.surroundings.loop, [&] { return moveOrphansAway(orphans, paths(), kept_); });
 }
 
 std::vector<std::string> ShareSteps::sharedFiles() {
@@ -30,6 +42,10 @@ std::vector<std::string> ShareSteps::sharedFiles() {
 
 RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
     return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
+}
+
+std::string ShareSteps::whatIsRefused() {
+    return answerBeside(context_.surroundings.loop, [this] { return whatShareRefuses(paths()); });
 }
 
 Result<void> ShareSteps::fetchSkips() {

@@ -2,6 +2,7 @@
 #include "platform/terminal.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -67,6 +68,11 @@ bool isIgnored(int signal) {
 
 bool isTerminal(int stream) {
     return ::isatty(stream) == 1;
+}
+
+bool wantsColours() {
+    const char* refused = std::getenv("NO_COLOR");
+    return refused == nullptr || *refused == '\0';
 }
 
 void countInterrupts() {

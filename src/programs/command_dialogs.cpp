@@ -38,7 +38,7 @@ std::optional<BoxAnswer> CommandDialogs::answerGivenAhead(const MessageBox& box)
         err_ << (answers_.discardPartial ? "  answered Yes\n" : "  answered No; --discard-partial answers Yes\n");
         return answers_.discardPartial ? BoxAnswer::Yes : BoxAnswer::No;
     }
-    if (!answers_.alwaysYes)
+    if (!answers_.alwaysYes || box.needsOwnAnswer)
         return std::nullopt;
     err_ << "  answered Yes\n";
     return BoxAnswer::Yes;
@@ -51,6 +51,7 @@ BoxAnswer CommandDialogs::ask(const MessageBox& box) {
     const BoxAnswer cautious = withCancel ? BoxAnswer::Cancel : BoxAnswer::No;
     if (!answers_.terminal) {
         unasked_ = onOneLine(box.text);
+        unaskedNeedsOwnAnswer_ = box.needsOwnAnswer;
         err_ << "  answered " << (withCancel ? "Cancel" : "No") << ", as nobody can be asked\n";
         return cautious;
     }

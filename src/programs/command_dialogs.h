@@ -17,7 +17,7 @@ namespace quillon {
 
 /// Where the answers of a command come from.
 struct CommandAnswers {
-    bool alwaysYes = false;       ///< to every question that gives nothing up
+    bool alwaysYes = false;       ///< to every question but those that need an answer of their own
     bool discardPartial = false;  ///< to the question for the partial list, which nobody else is asked
     bool terminal = false;        ///< a person can be asked
     std::function<bool()> stopAsked = [] { return false; };  ///< the cautious answer then is good enough
@@ -40,6 +40,8 @@ public:
 
     /// The question that was last answered cautiously because nobody could be asked; empty if none was.
     [[nodiscard]] const std::string& unasked() const { return unasked_; }
+    /// True when `alwaysYes` would not have answered it either.
+    [[nodiscard]] bool unaskedNeedsOwnAnswer() const { return unaskedNeedsOwnAnswer_; }
 
 private:
     [[nodiscard]] BoxAnswer ask(const MessageBox& box);
@@ -50,6 +52,7 @@ private:
     std::ostream& err_;
     CommandAnswers answers_;
     std::string unasked_;
+    bool unaskedNeedsOwnAnswer_ = false;
 };
 
 }  // namespace quillon

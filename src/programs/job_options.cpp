@@ -67,10 +67,10 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.json = true; }},
     {{"--log-json", "", "Print each log row as a line of JSON when it comes"},
      [](Given& given, const std::string&) { given.options.logJson = true; }},
-    {{"--yes", "", "Answer Yes to every question that gives nothing up"},
-     [](Given& given, const std::string&) { given.options.yes = true; }},
     {{"--discard-partial", "", "Delete the partial list of a job that is stopped"},
      [](Given& given, const std::string&) { given.options.discardPartial = true; }},
+    {{"--yes", "", "Answer Yes, but not to what needs an answer of its own"},
+     [](Given& given, const std::string&) { given.options.yes = true; }},
     {{"--quiet", "", "Print no log rows and no progress"},
      [](Given& given, const std::string&) { given.options.quiet = true; }},
 };
