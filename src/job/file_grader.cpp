@@ -16,7 +16,9 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder));
+        termFiles_.emplace(NativePath(folder), [this](const FileError& why) {
+            context_.log("Term file cannot be read : " + why.text, kLightOrange);
+        });
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;

@@ -115,10 +115,13 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
     if (options.useSkipList) {
         if (auto fetched = share.fetchSkips(); !fetched)
             report(fetched.error());
-        if (share.loadSkips() == SkipListState::Missing) {
+        const SkipListState skips = share.loadSkips();
+        if (skips == SkipListState::Missing) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;
         }
+        if (skips == SkipListState::Unreadable)
+            context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
     }
     if (auto fetched = share.fetchCommon(); !fetched)
         report(fetched.error());
@@ -209,7 +212,8 @@ void JobDriver::loadCommonList() {
     const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
     if (!context_.state.options.useCommonHeaders || !pathExists(list))
         return;
-    passOver(job_.commonList.load(list), "the list of the last job then serves");
+    if (const auto loaded = job_.commonList.load(list); !loaded)  // the list of the last job then serves
+        context_.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
 }
 
 void JobDriver::testFiles() {
