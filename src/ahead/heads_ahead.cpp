@@ -29,11 +29,12 @@ void HeadsAhead::ask(std::string_view nativePath) {
 // A failure lies in memory, too.
 bool HeadsAhead::readWhatLiesInMemory(Asked& asked) {
     const auto attempt = files_.tryHead(asked.path, asked.head);
-    asked.result = attempt ? Result<void>() : failure(attempt.error());
-    return !attempt || *attempt == Attempt::Read;
+    asked.result =
+        attempt.map([](Attempt what) { return what == Attempt::Unread ? HeadState::Unread : HeadState::Read; });
+    return !attempt || *attempt != Attempt::WouldWait;
 }
 
-Result<void> HeadsAhead::readFirst(HeaderBytes& head) {
+Result<HeadState> HeadsAhead::readFirst(HeaderBytes& head) {
     ahead_.waitForFirst();
     head = ahead_.first().head;
     return ahead_.first().result;

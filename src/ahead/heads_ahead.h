@@ -20,7 +20,7 @@ class HeadsAhead final : public HeadReader {
     struct Asked {
         std::string path;
         HeaderBytes head;
-        Result<void> result;
+        Result<HeadState> result = HeadState::Read;
     };
 
 public:
@@ -47,10 +47,10 @@ public:
     void dropFirst() { ahead_.dropFirst(); }
 
     /// Replaces `head` by the first of the heads asked for, waiting for it without a limit.
-    [[nodiscard]] Result<void> readFirst(HeaderBytes& head);
+    [[nodiscard]] Result<HeadState> readFirst(HeaderBytes& head);
 
     /// Reads in line, whatever was asked for.
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+    [[nodiscard]] Result<HeadState> readHead(std::string_view nativePath, HeaderBytes& head) override {
         return files_.readHead(nativePath, head);
     }
 

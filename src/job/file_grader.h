@@ -46,6 +46,7 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void raise(Grade grade) override { ++context_.state.counters[grade]; }
     void raiseTested() override { ++context_.state.counters.tested; }
+    void raiseUnread() override { ++context_.state.counters.unreadHeads; }
     void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
 

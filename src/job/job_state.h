@@ -48,6 +48,7 @@ struct JobCounters {
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+    std::int32_t unreadHeads = 0;      ///< files whose head the medium did not give; no label of its own
 
     [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
     [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }

@@ -23,6 +23,9 @@ inline constexpr std::size_t kHeaderBytes = 512;
 /// The first bytes of a file, blanks (0x20) where no byte came.
 using HeaderBytes = std::array<char, kHeaderBytes>;
 
+/// What came of reading a head. Read: all that the file has of it. Unread: the medium did not give it.
+enum class HeadState { Read, Unread };
+
 /// Where heads of files come from: one small door, so that another implementation may read them ahead.
 class HeadReader {
 public:
@@ -30,16 +33,19 @@ public:
 
     /// Replaces `head` by the first 512 bytes of the file. A failure is a failure of opening: no such file, no access,
     /// or no regular file. A read that fails or ends early is none; the bytes it did not give are blanks.
-    [[nodiscard]] virtual Result<void> readHead(std::string_view nativePath, HeaderBytes& head) = 0;
+    [[nodiscard]] virtual Result<HeadState> readHead(std::string_view nativePath, HeaderBytes& head) = 0;
 };
 
 /// What came of an attempt to read a head that must not wait.
-enum class Attempt { Read, WouldWait };
+enum class Attempt { Read, Unread, WouldWait };
 
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override;
+    /// A head that cannot be read as the system reads, by whole pages, is asked for once more by itself: the sector
+    /// that the drive cannot give may lie behind it. Not where the drive took two seconds to say so, which it would
+    /// again.
+    [[nodiscard]] Result<HeadState> readHead(std::string_view nativePath, HeaderBytes& head) override;
 
     /// As readHead for a head that lies in memory. WouldWait, and a head of no meaning: a disk would have to give it,
     /// or the file system is one of another computer or of a program, which may make every call wait; from the first

@@ -39,6 +39,7 @@ Json countersAsJson(const JobCounters& counters) {
     for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
     json["copy_errors"] = counters.copyErrors;
     json["lost_rows"] = counters.lostRows;
+    json["unread_heads"] = counters.unreadHeads;
     return json;
 }
 

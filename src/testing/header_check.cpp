@@ -59,11 +59,14 @@ Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16s
     if (terms == nullptr && !host_.useCommonHeaders())
         return counted(Grade::Unknown);
 
-    if (!heads.readHead(row.nativePath(), head_)) {
+    const auto read = heads.readHead(row.nativePath(), head_);
+    if (!read) {
         const auto result = counted(Grade::AccessError);
         host_.logAccessError("Access Error : " + readable(row.nativePath()));
         return result;
     }
+    if (*read == HeadState::Unread)
+        host_.raiseUnread();
     foldHeader(head_);
     return testContent(terms);
 }

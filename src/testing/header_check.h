@@ -24,6 +24,8 @@ public:
     virtual void raise(Grade grade) = 0;
     /// Counts a file that was opened and compared. The grade does not tell: an unknown file may never have been opened.
     virtual void raiseTested() = 0;
+    /// Counts a file that was opened and whose head the medium did not give; its grade is that of a blank head.
+    virtual void raiseUnread() = 0;
     /// A light red row of the job log: "Access Error : " and the path, readable.
     virtual void logAccessError(const std::string& text) = 0;
 };

@@ -21,7 +21,7 @@ namespace quillon::test {
 /// Heads of files by path; a path that is not here cannot be opened.
 class MemoryHeads final : public HeadReader {
 public:
-    Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+    Result<HeadState> readHead(std::string_view nativePath, HeaderBytes& head) override {
         asked.emplace_back(nativePath);
         const auto found = files.find(std::string(nativePath));
         if (found == files.end())
@@ -29,11 +29,12 @@ public:
         head.fill(' ');
         const std::string& bytes = found->second;
         std::copy_n(bytes.begin(), std::min(bytes.size(), head.size()), head.begin());
-        return {};
+        return state;
     }
 
     std::map<std::string, std::string> files;
     std::vector<std::string> asked;
+    HeadState state = HeadState::Read;
 };
 
 /// A counter that a test raises: that of a grade, or the one of tested files.
@@ -46,10 +47,12 @@ public:
     bool useCommonHeaders() override { return common; }
     void raise(Grade grade) override { ++counts[grade]; }
     void raiseTested() override { ++counts[kTested]; }
+    void raiseUnread() override { ++unread; }
     void logAccessError(const std::string& text) override { logged.push_back(text); }
 
     bool common = false;
     std::map<RaisedCount, int> counts;
+    int unread = 0;
     std::vector<std::string> logged;
 };
 
