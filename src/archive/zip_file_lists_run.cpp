@@ -3,11 +3,13 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/list_mark.h"
 #include "archive/list_selection.h"
 #include "archive/zip_file_lists.h"
 #include "messaging/message_log.h"
 #include "messaging/notification.h"
 #include "platform/folders.h"
+#include "platform/whole_file.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -23,6 +25,23 @@ std::string errorWords(const FileError& error) {
 
 bool containsWithoutCase(const NativePath& path, const NativePath& part) {
     return !part.empty() && foldedName(path.native()).find(foldedName(part.native())) != std::string::npos;
+}
+
+// A list that was left short is told by its mark, in the archive as in its folder.
+Result<void> addList(ZipWriter& writer, const NativePath& list) {
+    auto added = writer.add(list, list.filename().native());
+    if (!added || !isUnfinished(list))
+        return added;
+    const NativePath mark = unfinishedMark(list);
+    return writer.add(mark, mark.filename().native());
+}
+
+Result<void> keepList(KeptFiles& kept, const NativePath& list) {
+    passOver(syncFile(list), "what cannot come to the medium is not lost by moving it there");
+    const auto place = kept.moveAway(list);
+    if (!place)
+        return failure(place.error());
+    return copyMark(list, *place);
 }
 
 }  // namespace
@@ -138,8 +157,7 @@ void ZipFileLists::writeArchive(Run& run) {
     ZipWriter writer(run.archivePath(), options);
     const std::vector<NativePath> rows = state.rows;  // a second press may empty the grid meanwhile
     for (const auto& row : rows) {
-        const auto added =
-            run.archive.and_then([&](const NativePath&) { return writer.add(row, row.filename().native()); });
+        const auto added = run.archive.and_then([&](const NativePath&) { return addList(writer, row); });
         if (!added)
             zipError(added.error());
         if (zipFailed_)
@@ -166,8 +184,9 @@ bool ZipFileLists::removeLists(const Run& run) {
             continue;
         const auto inArchive = run.inArchive.find(row.native());
         const bool safe = inArchive != run.inArchive.end() && inArchive->second;
-        if (safe ? !removeFile(row).has_value() : !kept_.moveAway(row).has_value())
+        if (!(safe ? removeFile(row) : keepList(kept_, row)))
             return false;
+        passOver(markFinished(row), "a mark of no list");
     }
     return true;
 }

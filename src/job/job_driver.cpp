@@ -239,7 +239,8 @@ void JobDriver::testFiles() {
 void JobDriver::copyRawList() {
     if (context_.state.options.checkFileQuality)
         return;
-    const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
+    const ListEnd end = context_.state.counters.lostRows == 0 ? ListEnd::Whole : ListEnd::Cut;
+    const auto copied = job_.lists().copyRawToFinal(end, context_.surroundings.loop);
     listMade_ = copied.has_value();
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();

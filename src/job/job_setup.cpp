@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/list_mark.h"
 #include "job/job_id.h"
 #include "job/statistics.h"
 #include "platform/copy_file.h"
@@ -241,6 +242,7 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
+        passOver(copyMark(files.front(), list), "a mark that is missing is missing where the list comes from, too");
         passOver(copier.copy(files.front().native(), list.native(), turning),
                  "a list that could not be copied is not there, and the counts stay at 0");
         state_.fetchingList = false;

@@ -31,13 +31,12 @@ void TestingPass::run() {
     } else {
         rawListFailed(rawList.error());
     }
-    if (const auto closed = finalList->close(); !closed)
-        context_.rowLost(closed.error());
+    const ListEnd end = context_.state.counters.lostRows == 0 ? ListEnd::Whole : ListEnd::Cut;
+    if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
+        context_.rowLost(finished.error());
     stopped_ = context_.state.stopRequested;
-    if (stopped_) {
-        if (const auto path = lists_.finalPath())
-            offerDeletion(*path);
-    }
+    if (stopped_)
+        offerDeletion();
     // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
     // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
     context_.state.stopRequested = false;
@@ -130,12 +129,12 @@ void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
         context_.rowLost(written.error());
 }
 
-void TestingPass::offerDeletion(const NativePath& finalList) {
+void TestingPass::offerDeletion() {
     if (!context_.surroundings.dialogs.ask("Delete partial file list?",
                                            "Process stopped, do you want to delete the current file list ?")) {
         return;
     }
-    passOver(removeFile(finalList), "a list that stays is no harm");
+    passOver(lists_.removeFinal(), "a list that stays is no harm");
 }
 
 }  // namespace quillon

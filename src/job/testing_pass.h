@@ -49,7 +49,7 @@ private:
     void reportError(const FileError& error);
     void showProgress(const ListRow& row);
     void writeRow(ListWriter& finalList, ListRow& row);
-    void offerDeletion(const NativePath& finalList);
+    void offerDeletion();
 
     PassContext context_;
     const JobLists& lists_;
