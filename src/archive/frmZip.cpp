@@ -12,8 +12,9 @@ namespace quillon {
 frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork network)
     : StepScreen(context, Screen::Zip, "frmZip", "Zip File Lists"),
       network_(std::move(network)),
-      exchange_(AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
-                [this] { return zip_.state.jobId; }),
+      exchange_(
+          AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
+          [this] { return zip_.state.jobId; }, context.alertPorts),
       zip_(context.installation, context.surroundings, exchange_, *this) {
     createControls();
     zip_.load(std::move(handOver));
