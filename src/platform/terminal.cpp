@@ -30,6 +30,10 @@ void countInterrupts() {
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
+void ignoreBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 int interruptCount() {
     return interrupts;
 }

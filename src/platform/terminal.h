@@ -12,4 +12,7 @@ void countInterrupts();
 /// How often Ctrl-C was pressed since `countInterrupts`.
 [[nodiscard]] int interruptCount();
 
+/// From now on a pipe whose reader has gone is an error of the write and not the end of the process.
+void ignoreBrokenPipes();
+
 }  // namespace quillon
