@@ -130,12 +130,13 @@ const std::vector<test::ZipEntry> kDatabase{{"Database/jpg.dat", "1,FFD8FF,H\r\n
                                             {"Settings/Errors.dat", "Header OK\r\n"}};
 
 TEST_F(SaveTable, UnpackedDatabase) {
-    for (const bool overOld : {false, true}) {
+    for (const auto& [overOld, held] : {std::pair{false, kHeldEntry}, {true, kHeldEntry}, {true, std::uint64_t{1}}}) {
         disturb({.name = overOld ? "unpack over an old one" : "unpack",
                  .before = overOld ? Bytes{{"local/Database/jpg.dat", "of the user"}} : Bytes(),
                  .run =
-                     [](Place& place) {
+                     [held = held](Place& place) {
                          ExtractOptions options;
+                         options.heldBytes = held;
                          options.kept = &place.kept;
                          return extractArchive(place.root / "app/db.zip", place.root / "local", options).has_value();
                      },
