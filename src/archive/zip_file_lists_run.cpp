@@ -52,6 +52,8 @@ struct ZipFileLists::Run {
     std::optional<std::string> password;
     std::string names;
     std::optional<NativePath> conflict;
+    std::optional<NativePath> oldArchiveAt;  // under Kept
+    bool cancelled = false;
     std::unordered_map<std::string, bool> inArchive;  // files that the finished archive holds byte for byte
     std::string result = "Zip Processing complete";
     std::string log;
@@ -72,10 +74,11 @@ void ZipFileLists::zip() {
 
 void ZipFileLists::runSteps() {
     if (state.jobId.empty()) {
-        state.jobId = "FileList";
+        state.jobId = kUnnamedJob;
         host_.showState();
     }
     Run run;
+    state.notice.clear();
     const std::string name = archiveBaseName(state.jobId, state.separator) + ".zip";
     run.archive = childPath(workingFolder(), name);
     if (confirmPassword())
@@ -89,6 +92,8 @@ void ZipFileLists::runSteps() {
         surroundings_.dialogs.tell("File Confict",
                                    "Potential file conflict removed (" + readable(run.conflict->native()) + ")");
     }
+    if (run.cancelled)
+        return takeBack(run);
     if (!state.retainLists && !removeLists(run))
         return;
     state.rows.clear();
@@ -126,7 +131,7 @@ bool ZipFileLists::collectNames(Run& run) {
 }
 
 // An archive that exists goes after a Yes, and its bytes stand under Kept. False ends the run.
-bool ZipFileLists::clearTheWay(const Run& run) {
+bool ZipFileLists::clearTheWay(Run& run) {
     if (!run.archive || !pathExists(*run.archive))
         return true;
     const std::string path = readable(run.archive->native());
@@ -140,7 +145,15 @@ bool ZipFileLists::clearTheWay(const Run& run) {
     const auto kept = kept_.moveAway(*run.archive);
     if (!kept)
         zipError(kept.error());
+    else
+        run.oldArchiveAt = *kept;
     return kept.has_value();
+}
+
+void ZipFileLists::takeBack(const Run& run) {
+    if (run.oldArchiveAt)
+        passOver(renameFile(*run.oldArchiveAt, *run.archive), "the old archive is safe under Kept as well");
+    showNotice("Cancelled: archive and lists are as they were");
 }
 
 void ZipFileLists::zipError(const FileError& error) {
@@ -154,6 +167,9 @@ void ZipFileLists::writeArchive(Run& run) {
     options.loop = &surroundings_.loop;
     options.kept = &kept_;
     options.progress = [this](double percent) { showProgress(true, percent); };
+    options.cancelled = [this] { return cancelled_; };
+    cancelled_ = false;
+    state.cancelEnabled = true;
     ZipWriter writer(run.archivePath(), options);
     const std::vector<NativePath> rows = state.rows;  // a second press may empty the grid meanwhile
     for (const auto& row : rows) {
@@ -165,11 +181,14 @@ void ZipFileLists::writeArchive(Run& run) {
     }
     showProgress(true, 0);
     const auto written = writer.finish();
+    state.cancelEnabled = false;
     showProgress(false, state.progress);
-    if (!written) {
+    run.cancelled = !written && cancelled_;
+    if (!written && !run.cancelled)
         zipError(written.error());
+    if (!written)
         return;
-    }
+    state.notice = "Archive written: " + readable(run.archivePath().native());
     if (state.retainLists)
         return;
     const auto equal = equalToFiles(run.archivePath(), writer.inputs(), options);
@@ -195,11 +214,14 @@ void ZipFileLists::notify(Run& run) {
     showBusy(true);
     alerts_.closeSockets();
     const std::string recipient(trimRight(state.recipients.text()));
+    const std::string notice = std::exchange(state.notice, "Waiting for " + readable(recipient) + " ...");
+    host_.showState();
     const Notified notified =
         sendNotification(alerts_, surroundings_.dialogs,
                          {recipient, "File list " + state.jobId + " complete and zipped.",
                           "File list is complete. Location " + readable(run.archivePath().native())},
                          "Recipent and receiver are the same computer.");
+    showNotice(notice);
     switch (notified) {
         case Notified::ThisComputer:
             run.log += " No - unable to send to same computer.";
