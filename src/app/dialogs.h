@@ -26,6 +26,7 @@ struct MessageBox {
     std::string text;
     BoxStyle style = BoxStyle::Plain;
     BoxButtons buttons = BoxButtons::Ok;
+    std::string details = {};  ///< more for who asks for it, by a button of the box; empty for no such button
 };
 
 struct FilePick {

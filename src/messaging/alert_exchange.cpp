@@ -120,6 +120,7 @@ void AlertPorts::closeIdle(const AlertExchange& sender) const {
 
 bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                               const std::string& body, std::int16_t alertFlag) {
+    failures_.clear();
     const std::string plainSubject = subject;
     std::string sentBody = body;
     if (rules_.datePrefix) {
@@ -207,6 +208,7 @@ void AlertExchange::trap(const Result<void>& result) {
 
 void AlertExchange::trap(const FileError& error) {
     errorText_ = error.text;
+    failures_.push_back(error);
     if (rules_.remembersPortConflict && error.kind == ErrorKind::AddressInUse)
         portConflict_ = true;
 }
@@ -221,6 +223,21 @@ void AlertExchange::poll(std::chrono::milliseconds patience) {
         trap(*events.sendError);
     if (events.arrived)
         passOver(serverArrival(), "a datagram of two fields ends its handler and nothing else");
+}
+
+std::string AlertExchange::silenceCause() const {
+    std::string cause;
+    for (const FileError& failed : failures_) {
+        cause += cause.empty() ? "" : "; ";
+        if (failed.kind == ErrorKind::AddressInUse)
+            cause += "another program of this computer has the port, and the answer with it: ";
+        if (failed.kind == ErrorKind::NotFound)
+            cause += "this computer does not know the name: ";
+        cause += failed.text;
+    }
+    if (!cause.empty())
+        return cause;
+    return messageArrived_ ? "what came back was no acknowledgement" : "no answer came within 10 seconds";
 }
 
 void AlertExchange::turnWhilePending() {

@@ -69,6 +69,7 @@ public:
     void closeSockets() override;
     [[nodiscard]] AckState ackState() const override { return ackState_; }
     void setAckState(AckState state) override { ackState_ = state; }
+    [[nodiscard]] std::string silenceCause() const override;
     void turnWhilePending() override;
     [[nodiscard]] bool isThisComputer(const std::string& target) const override;
 
@@ -114,6 +115,7 @@ private:
     AckState ackState_ = AckState::None;
     std::int64_t waitElapsed_ = 0;
     std::string errorText_;
+    std::vector<FileError> failures_;  // of the sockets, since the last alert began
     bool portConflict_ = false;
 };
 
