@@ -33,7 +33,9 @@ void TestingPass::run() {
     } else {
         rawListFailed(rawList.error());
     }
-    const ListEnd end = context_.state.counters.lostRows == 0 ? ListEnd::Whole : ListEnd::Cut;
+    const JobCounters& counters = context_.state.counters;
+    const bool whole = counters.lostRows == 0 && counters.rowsRead >= counters.files;
+    const ListEnd end = whole ? ListEnd::Whole : ListEnd::Cut;
     if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
         context_.rowLost(finished.error());
     stopped_ = context_.state.stopRequested;

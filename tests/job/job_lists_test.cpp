@@ -38,6 +38,13 @@ TEST_F(JobListsTest, AListWithLostRowsStaysMarked) {
     EXPECT_TRUE(isMarked());
 }
 
+TEST_F(JobListsTest, AListThatEndsBeforeTheFilesOfTheJobStaysMarked) {
+    writeRawList(two);
+    state.counters.files = 3;
+    test();
+    EXPECT_TRUE(isMarked());
+}
+
 TEST_F(JobListsTest, AListThatDoesNotComeToTheMediumStaysMarkedAndIsALoss) {
     writeRawList(two);
     auto list = job.lists().createFinal();
