@@ -206,6 +206,7 @@ bool ZipFileLists::removeLists(const Run& run) {
         if (!(safe ? removeFile(row) : keepList(kept_, row)))
             return false;
         passOver(markFinished(row), "a mark of no list");
+        passOver(kept_.moveEvidenceAway(row), "what stays is no harm");
     }
     return true;
 }

@@ -15,6 +15,16 @@ Result<NativePath> JobLists::finalPath() const {
     return childPath(finalFolder(), jobId_ + ".csv");
 }
 
+namespace {
+
+void bringBack(const NativePath& kept, const NativePath& evidence) {
+    passOver(renameFile(kept, evidence), "the old evidence is safe under Kept as well");
+    if (pathExists(journalOf(kept)))
+        passOver(renameFile(journalOf(kept), journalOf(evidence)), "as above");
+}
+
+}  // namespace
+
 // The old list's bytes, its new name and the folders that lead there are on the medium before its place is taken: the
 // last of them come there with the new list's mark.
 Result<NativePath> JobLists::moveOldAway(const NativePath& list) const {
@@ -50,9 +60,13 @@ auto JobLists::replacing(Make make) const -> decltype(make(NativePath())) {
             return failure(moved.error());
         oldListAt = *moved;
     }
+    const auto oldEvidenceAt = kept_.moveEvidenceAway(*path);
     auto made = markUnfinished(*path).and_then([&] { return make(*path); });
-    if (!made)
-        putBack(oldListAt, *path, wasUnfinished);
+    if (made)
+        return made;
+    putBack(oldListAt, *path, wasUnfinished);
+    if (oldEvidenceAt && *oldEvidenceAt)
+        bringBack(**oldEvidenceAt, evidenceBeside(*path));
     return made;
 }
 

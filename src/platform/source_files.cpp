@@ -82,33 +82,33 @@ std::span<const std::size_t> blockSizes(int descriptor) {
 
 // Past the page cache, which reads a whole page and fails when any of its sectors does. A size that the volume does
 // not take is refused before the medium is asked.
-HeadState readFirstBlock(int descriptor, HeaderBytes& head) {
+std::size_t readFirstBlock(int descriptor, HeaderBytes& head) {
     if (::fcntl(descriptor, F_SETFL, O_RDONLY | O_NONBLOCK | O_DIRECT) != 0)
-        return HeadState::Unread;
+        return 0;
     alignas(kLargestBlock) std::array<char, kLargestBlock> block;
     for (const std::size_t size : blockSizes(descriptor)) {
         const auto count = retried([&] { return ::pread(descriptor, block.data(), size, 0); });
         if (count >= 0) {
-            std::copy_n(block.begin(), std::min<std::size_t>(static_cast<std::size_t>(count), head.size()),
-                        head.begin());
-            return HeadState::Read;
+            const auto given = std::min(static_cast<std::size_t>(count), head.size());
+            std::copy_n(block.begin(), given, head.begin());
+            return given;
         }
         if (errno != EINVAL)
             break;
     }
-    return HeadState::Unread;
+    return 0;
 }
 
 // A read that fails midway may have touched the buffer; only the bytes it reports count.
-HeadState readInto(int descriptor, HeaderBytes& head) {
+// How many bytes came.
+std::size_t readInto(int descriptor, HeaderBytes& head) {
     HeaderBytes bytes;
     const Moment start = momentNow();
     const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
-    if (count >= 0) {
-        std::copy_n(bytes.begin(), count, head.begin());
-        return HeadState::Read;
-    }
-    return errno == EIO && momentNow() - start < kPatience ? readFirstBlock(descriptor, head) : HeadState::Unread;
+    if (count < 0)
+        return errno == EIO && momentNow() - start < kPatience ? readFirstBlock(descriptor, head) : 0;
+    std::copy_n(bytes.begin(), count, head.begin());
+    return static_cast<std::size_t>(count);
 }
 
 }  // namespace
@@ -178,18 +178,18 @@ Result<int> SourceFiles::openRegular(std::string_view nativePath, struct stat& i
     return descriptor;
 }
 
-Result<HeadState> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& head) {
+Result<std::size_t> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& head) {
     head.fill(' ');
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
-    const HeadState state = readInto(*descriptor, head);
+    const std::size_t count = readInto(*descriptor, head);
     ::close(*descriptor);
-    return state;
+    return count;
 }
 
-Result<Attempt> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& head) {
+Result<std::optional<std::size_t>> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& head) {
     head.fill(' ');
     // The folder first, so that no file of a volume elsewhere is opened.
     if (volume_ != Volume::Elsewhere) {
@@ -197,16 +197,17 @@ Result<Attempt> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& h
             return failure(entered.error());
     }
     if (volume_ == Volume::Elsewhere)
-        return Attempt::WouldWait;
+        return std::nullopt;
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
-    Attempt attempt = Attempt::WouldWait;
-    if (volume_ == Volume::Memory || liesInMemory(*descriptor))
-        attempt = readInto(*descriptor, head) == HeadState::Read ? Attempt::Read : Attempt::Unread;
+    const bool atHand = volume_ == Volume::Memory || liesInMemory(*descriptor);
+    std::optional<std::size_t> count;
+    if (atHand)
+        count = readInto(*descriptor, head);
     ::close(*descriptor);
-    return attempt;
+    return count;
 }
 
 void SourceFiles::closeFolder() {

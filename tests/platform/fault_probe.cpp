@@ -58,7 +58,7 @@ bool keep(const char* localRoot, const char* file) {
 bool readHead(const char* file) {
     HeaderBytes head;
     const auto read = SourceFiles().readHead(file, head);
-    return read && *read == HeadState::Read && std::string_view(head.data(), head.size()).starts_with("head bytes  ");
+    return read && *read == kHeaderBytes && std::string_view(head.data(), head.size()).starts_with("head bytes  ");
 }
 
 }  // namespace

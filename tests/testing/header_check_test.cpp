@@ -339,18 +339,6 @@ TEST_F(CheckFileTest, ATermFileThatCannotBeReadHasNoMatch) {
     EXPECT_EQ(grade("PK"), u"Appears to be of file type: : Zip archive");
 }
 
-TEST_F(CheckFileTest, AHeadThatTheMediumDidNotGiveIsCountedApartAndGradedAsItIs) {
-    termFile("abc", "1,XX,T\r\n");
-    heads.files["/s/f"] = "";
-    heads.state = HeadState::Unread;
-    EXPECT_EQ(gradeRow(u"/s/f,, 600, 32;", u"abc"), u"Header Corrupt");
-    EXPECT_TRUE(raised({kTested, Corrupt}));
-    EXPECT_EQ(host.unread, 1);
-    heads.state = HeadState::Read;
-    EXPECT_EQ(gradeRow(u"/s/f,, 600, 32;", u"abc"), u"Header Corrupt");
-    EXPECT_EQ(host.unread, 1);
-}
-
 TEST_F(CheckFileTest, TheMessagesAreThoseOfTheMoment) {
     EXPECT_EQ(grade("x"), u"Unknown or ambiguous file type");
     messages[Grade::Unknown] = u"No idea";
