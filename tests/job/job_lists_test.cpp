@@ -77,8 +77,9 @@ TEST_F(JobListsTest, ADeletedListTakesItsMarkAlong) {
 TEST_F(JobListsTest, AListThatComesBackIsMarkedOnlyIfItWas) {
     for (const bool wasMarked : {false, true}) {
         writeFinalList({u"old"});
-        if (wasMarked)
+        if (wasMarked) {
             ASSERT_TRUE(markUnfinished(folder / "local/1234.csv"));
+        }
         std::filesystem::remove(folder / "app/tFile.csv");
         EXPECT_FALSE(job.lists().copyRawToFinal(ListEnd::Whole, fake.loop)) << "there is no raw list";
         EXPECT_EQ(finalRows(), std::vector<std::u16string>{u"old"});
