@@ -32,7 +32,7 @@ struct ExtractOptions {
     std::uint64_t heldBytes = kHeldEntry;     ///< a file with more goes to the volume while it is unpacked
     ExistingFiles existing = ExistingFiles::Replace;
     KeptFiles* kept = nullptr;                     ///< where replaced bytes go; null: nowhere
-    std::function<void(double percent)> progress;  ///< 0 to 100, behind each file; may be empty
+    std::function<void(double percent)> progress;  ///< 0 to 100, when a file is written and when it has its name
 };
 
 struct Extracted {

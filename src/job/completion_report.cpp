@@ -63,8 +63,10 @@ void sendCompletionReport(JobState& state, const Surroundings& surroundings, Ale
         const std::string cause = alerts.silenceCause();
         if (!cause.empty())
             state.log.add({surroundings.clock.now(), "No answer from " + recipient + " : " + cause, kLightOrange});
-        dialogs.show({"File list complete", "File listing complete, but could not send notification to " + recipient,
-                      BoxStyle::Warning, BoxButtons::Ok, cause});
+        MessageBox box{"File list complete", "File listing complete, but could not send notification to " + recipient,
+                       BoxStyle::Warning, BoxButtons::Ok};
+        box.details = cause;
+        dialogs.show(box);
     }
 }
 

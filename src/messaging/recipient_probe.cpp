@@ -59,7 +59,9 @@ void tellNoConnection(const std::string& name, const std::string& cause, Dialogs
                       const RecipientScreen& screen) {
     if (screen.log)
         screen.log("No answer from " + name + " : " + cause);
-    dialogs.show({"Communication error", noConnectionText(name), BoxStyle::Warning, BoxButtons::Ok, cause});
+    MessageBox box{"Communication error", noConnectionText(name), BoxStyle::Warning, BoxButtons::Ok};
+    box.details = cause;
+    dialogs.show(box);
 }
 
 }  // namespace

@@ -99,7 +99,9 @@ void QtDialogsTest::detailsStandBehindAButton() {
         QVERIFY(hasButton(box));
         box.accept();
     });
-    QtDialogs().show({"T", "x", BoxStyle::Warning, BoxButtons::Ok, "the port is taken"});
+    MessageBox told{"T", "x", BoxStyle::Warning, BoxButtons::Ok};
+    told.details = "the port is taken";
+    QtDialogs().show(told);
     onDialog<QMessageBox>([&](QMessageBox& box) {
         QVERIFY(!hasButton(box));
         box.accept();
