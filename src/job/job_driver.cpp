@@ -170,8 +170,6 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;
         }
-        if (skips == SkipListState::Unreadable)
-            context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
     }
     if (auto fetched = share.fetchCommon(); !fetched)
         report(fetched.error());
@@ -300,8 +298,7 @@ void JobDriver::testFiles() {
 void JobDriver::copyRawList() {
     if (context_.state.options.checkFileQuality)
         return;
-    const ListEnd end = context_.state.counters.lostRows == 0 ? ListEnd::Whole : ListEnd::Cut;
-    const auto copied = job_.lists().copyRawToFinal(end, context_.surroundings.loop);
+    const auto copied = job_.lists().copyRawToFinal(listEnd(context_.state.counters), context_.surroundings.loop);
     listMade_ = copied.has_value();
     if (const auto list = job_.lists().finalPath(); copied && list) {
         context_.evidence.listCreated(*list);

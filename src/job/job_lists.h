@@ -11,11 +11,17 @@
 #include "app/file_list.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "job/job_state.h"
 
 namespace quillon {
 
 /// What a final list is at its end: Cut when rows of the job are missing in it.
 enum class ListEnd { Whole, Cut };
+
+/// Of a list that has been written to its end.
+[[nodiscard]] inline ListEnd listEnd(const JobCounters& counters) {
+    return counters.lostRows == 0 ? ListEnd::Whole : ListEnd::Cut;
+}
 
 class JobLists {
 public:

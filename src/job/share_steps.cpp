@@ -53,6 +53,8 @@ SkipListState ShareSteps::loadSkips() {
     const auto state =
         answerBeside(context_.surroundings.loop, [&] { return loadSkipList(installation_, wanted, list); });
     skipList_ = std::move(list);
+    if (state == SkipListState::Unreadable)
+        context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
     return state;
 }
 
