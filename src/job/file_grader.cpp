@@ -1,7 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "job/file_grader.h"
 
+#include <algorithm>
+
+#include "testing/second_opinion/second_opinion.h"
+
 namespace quillon {
+
+namespace {
+
+// A list may hold any number.
+constexpr double kLargest = 9e18;
+
+}  // namespace
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
                        const PassContext& context)
@@ -28,9 +39,24 @@ Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_vie
         return verdict;
     if (verdict->grade)
         ++context_.state.counters[*verdict->grade];
-    if (verdict->head != nullptr)
+    if (verdict->head != nullptr) {
         ++context_.state.counters.tested;
+        if (context_.state.options.keepEvidence)
+            findMore(row, *verdict);
+    }
     return verdict;
+}
+
+// What stands beside the grade, and has no other place than the evidence.
+void FileGrader::findMore(const ListRow& row, FileVerdict& verdict) {
+    if (!verdict.grade || kGrades[*verdict.grade].quality.value != Quality::Recovered)
+        return;
+    const auto doubt = secondOpinion(verdict.head->given(),
+                                     static_cast<std::uint64_t>(std::clamp(row.size().value_or(0), 0.0, kLargest)));
+    if (!doubt)
+        return;
+    verdict.findings.doubt = doubtKindName(doubt->kind);
+    verdict.findings.doubtDetail = doubt->sentence;
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

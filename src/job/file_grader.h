@@ -45,6 +45,7 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    static void findMore(const ListRow& row, FileVerdict& verdict);
 
     const Installation& installation_;
     const ReportMessages& messages_;
