@@ -68,16 +68,23 @@ TEST_F(BatchesBesideTest, ABatchThatIsNotFullGoesWhenNothingComesForAWhile) {
 }
 
 TEST_F(BatchesBesideTest, NoMoreWaitThanMay) {
-    BatchesBeside<Numbers> batches(2, kLong, work());
+    std::latch begun(1);
+    BatchesBeside<Numbers> batches(2, kLong, [&](Numbers& batch) {
+        if (!begun.try_wait())
+            begun.count_down();
+        work()(batch);
+    });
     ASSERT_TRUE(batches.start());
-    int taken = 0;
-    while (add(batches, taken)) ++taken;
-    EXPECT_GE(taken, 2 * static_cast<int>(kFull));
-    EXPECT_LE(taken, 3 * static_cast<int>(kFull)) << "with the one in work";
+    const int inWork = static_cast<int>(kFull);
+    for (int i = 0; i < inWork; ++i) ASSERT_TRUE(add(batches, i));
+    begun.wait();
+    int waiting = 0;
+    while (add(batches, inWork + waiting)) ++waiting;
+    EXPECT_EQ(waiting, 2 * static_cast<int>(kFull));
     EXPECT_FALSE(batches.roomWithin(milliseconds(0)));
     mayWork.count_down();
     EXPECT_TRUE(batches.roomWithin(kLong));
-    EXPECT_TRUE(add(batches, taken));
+    EXPECT_TRUE(add(batches, inWork + waiting));
 }
 
 }  // namespace
