@@ -6,6 +6,8 @@ BUILD_PACKAGES="g++ cmake ninja-build pkg-config libfmt-dev libzip-dev libexpect
     libavahi-client-dev libsqlite3-dev libzstd-dev"
 # To build the window program on top.
 WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
+# To make the packages on top: cpack asks dpkg for the libraries that a program needs, and file for what a program is.
+PACKAGE_PACKAGES="dpkg-dev file gzip"
 # To build and run every test on top. strace injects faults; unzip, 7z and bsdtar read the archives that we write.
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev python3 strace unzip p7zip-full libarchive-tools"
 # For the checks beside the tests; ccache makes what was built before cheap, where the cache outlives the check.

@@ -26,6 +26,9 @@ struct MessageBox {
     std::string text;
     BoxStyle style = BoxStyle::Plain;
     BoxButtons buttons = BoxButtons::Ok;
+    /// A Yes to this one goes on without something that the person counts on: a Yes given ahead to whatever may be
+    /// asked is no answer to it.
+    bool needsOwnAnswer = false;
 };
 
 struct FilePick {

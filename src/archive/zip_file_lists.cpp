@@ -125,7 +125,7 @@ void ZipFileLists::changeDestination() {
         CreateFolderPath(folder);
     if (!surroundings_.dialogs.ask("Change archive location", "Do you want to make these changes permanent ?"))
         return;
-    installation_.settings.zipPath.assign(pageFromPath(folder));
+    installation_.setFolder(SettingsFolder::Archive, folder);
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
 }
 

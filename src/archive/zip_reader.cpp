@@ -61,6 +61,7 @@ private:
     Result<void> judgeEntry(zip_uint64_t index);
     Result<void> tryAll();
     Result<Extracted> writeAll();
+    void advance(std::size_t steps);
     Result<void> writeOne(const Entry& entry, Extracted& done);
     Result<void> keepOld(const NativePath& path, const std::string& bytes);
     Result<void> save(const NativePath& path, const std::string& bytes, bool inSubfolder);
@@ -81,6 +82,7 @@ private:
     FileBatch batch_;
     std::vector<NativePath> replaced_;
     std::uint64_t bytes_ = 0;  // unpacked in the present round
+    std::size_t steps_ = 0;    // done
 };
 
 Result<void> Extraction::judgeNames() {
@@ -240,18 +242,23 @@ void Extraction::removeReplaced() {
 
 Result<Extracted> Extraction::writeAll() {
     Extracted done;
-    std::size_t number = 0;
     for (const auto& entry : entries_) {
+        const std::size_t waiting = batch_.size();
         if (auto written = writeOne(entry, done); !written)
             return failure(written.error());
-        ++number;
-        if (options_.progress)
-            options_.progress(100.0 * static_cast<double>(number) / static_cast<double>(entries_.size()));
+        advance(batch_.size() > waiting ? 1 : 2);
     }
-    if (auto committed = batch_.commit(); !committed)
+    if (auto committed = batch_.commit([this] { advance(1); }); !committed)
         return failure(committed.error());
     removeReplaced();
     return done;
+}
+
+// Every file has two steps, its bytes and its name: on a share the second takes as long as the first.
+void Extraction::advance(std::size_t steps) {
+    steps_ += steps;
+    if (options_.progress)
+        options_.progress(100.0 * static_cast<double>(steps_) / static_cast<double>(2 * entries_.size()));
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ struct ExtractOptions {
     bool useFolders = true;                   ///< false: all files directly into the target folder
     ExistingFiles existing = ExistingFiles::Replace;
     KeptFiles* kept = nullptr;                     ///< where replaced bytes go; null: nowhere
-    std::function<void(double percent)> progress;  ///< 0 to 100, behind each file; may be empty
+    std::function<void(double percent)> progress;  ///< 0 to 100, when a file is written and when it has its name
 };
 
 struct Extracted {

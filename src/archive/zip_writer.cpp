@@ -169,9 +169,12 @@ Result<void> ZipWriter::writeTemporary() {
     [[maybe_unused]] const zip_t* freed = open_->handle.release();  // by the close
     if (options_.progress)
         options_.progress(100);  // libzip leaves out a last step that is below its precision
-    return File::openForAppending(temporary_).and_then([](File file) {
+    const auto synced = File::openForAppending(temporary_).and_then([](File file) {
         return file.sync().and_then([&file] { return file.close(); });
     });
+    if (!synced)
+        return failure(saveError(archive_, synced.error()));
+    return {};
 }
 
 Result<void> ZipWriter::putInPlace() {
@@ -179,10 +182,10 @@ Result<void> ZipWriter::putInPlace() {
         if (const auto kept = options_.kept->copyAway(archive_); !kept)
             return failure(kept.error());
     }
-    auto renamed = renameFile(temporary_, archive_);
-    if (renamed)
-        syncFolder(archive_.parent_path());
-    return renamed;
+    if (const auto renamed = renameFile(temporary_, archive_); !renamed)
+        return failure(saveError(archive_, renamed.error()));
+    syncFolder(archive_.parent_path());
+    return {};
 }
 
 Result<void> ZipWriter::finish() {

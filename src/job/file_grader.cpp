@@ -7,13 +7,6 @@
 
 namespace quillon {
 
-namespace {
-
-// A list may hold any number.
-constexpr double kLargest = 9e18;
-
-}  // namespace
-
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
                        const PassContext& context)
     : installation_(installation),
@@ -39,24 +32,37 @@ Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_vie
         return verdict;
     if (verdict->grade)
         ++context_.state.counters[*verdict->grade];
-    if (verdict->head != nullptr) {
+    if (verdict->head != nullptr)
         ++context_.state.counters.tested;
-        if (context_.state.options.keepEvidence)
-            findMore(row, *verdict);
-    }
+    if (verdict->head != nullptr && context_.state.options.keepEvidence)
+        addFindings(row, extension, *verdict);
     return verdict;
 }
 
-// What stands beside the grade, and has no other place than the evidence.
-void FileGrader::findMore(const ListRow& row, FileVerdict& verdict) {
-    if (!verdict.grade || kGrades[*verdict.grade].quality.value != Quality::Recovered)
-        return;
-    const auto doubt = secondOpinion(verdict.head->given(),
-                                     static_cast<std::uint64_t>(std::clamp(row.size().value_or(0), 0.0, kLargest)));
-    if (!doubt)
-        return;
-    verdict.findings.doubt = doubtKindName(doubt->kind);
-    verdict.findings.doubtDetail = doubt->sentence;
+// What the same bytes tell beside the grade: why a file is not good, and what speaks against one that looks good.
+void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict) {
+    const FileHead& head = *verdict.head;
+    if (verdict.grade != Grade::Good) {
+        FoundReason found = reasonOf(extension, head);
+        verdict.findings.reason = found.reason;
+        verdict.findings.detail = std::move(found.detail);
+    }
+    if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
+        // A list may hold any number.
+        const double size = std::clamp(row.size().value_or(0), 0.0, 9e18);
+        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
+        if (doubt) {
+            verdict.findings.doubt = doubtKindName(doubt->kind);
+            verdict.findings.doubtDetail = doubt->sentence;
+        }
+    }
+}
+
+FoundReason FileGrader::reasonOf(std::u16string_view extension, const FileHead& head) {
+    const NativePath folder(databaseFolder_);
+    if (!terms_)
+        terms_ = TermIndex::ofFolder(folder);
+    return findReason(head.given(), termFiles_->find(extension), commonList_, *terms_);
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

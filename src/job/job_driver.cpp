@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include <algorithm>
+
 #include "app/file_list.h"
+#include "app/save_litter.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
 #include "job/folder_walk.h"
@@ -10,6 +13,7 @@
 #include "job/statistics.h"
 #include "job/testing_pass.h"
 #include "platform/folders.h"
+#include "setup/share_trial.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -22,6 +26,7 @@ JobEnd JobDriver::run() {
     if (checkTarget() == Next::End)
         return endEarly();
     resetCounters(context_.state);
+    moveLitterAway();
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
     if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
@@ -81,6 +86,18 @@ JobDriver::Next JobDriver::checkTarget() {
     return endsBy(EndCause::NoTarget);
 }
 
+void JobDriver::moveLitterAway() {
+    const Paths& paths = job_.installation().paths();
+    KeptFiles kept(job_.installation(), context_.surroundings.clock, KeptBy::Rescue);
+    tellLitter(moveSaveLitterAway(
+        {job_.installation().appFolder(), paths.localPath, paths.localDatabase, paths.localSettings}, kept));
+}
+
+void JobDriver::tellLitter(std::size_t files) {
+    if (files > 0)
+        context_.log(grouped(static_cast<std::int64_t>(files)) + " files of saves that were cut short moved to Kept");
+}
+
 JobDriver::Next JobDriver::refreshDatabases() {
     ShareSteps share(context_, job_.installation(), job_.skipList);
     if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
@@ -90,33 +107,51 @@ JobDriver::Next JobDriver::refreshDatabases() {
 }
 
 JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
-    const auto orphans = share.deleteOrphans();
-    if (orphans.failed > 0)
+    const auto orphans = share.findOrphans();
+    if (orphans.shareLooksEmpty && !orphans.names.empty())
+        context_.log(emptyShareText(orphans, share.paths()), kLightOrange);
+    RefreshSummary refresh;
+    refresh.moved = share.moveAway(orphans);
+    if (refresh.moved.failed > 0)
         report({ErrorKind::PermissionDenied,
-                grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
+                grouped(static_cast<std::int64_t>(refresh.moved.failed)) + " term files could not be moved away"});
     context_.log("Copying ext database from network drive");
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
     if (names.empty() && askWithoutDatabase(names) == Next::End)
         return Next::End;
     if (context_.state.options.checkFileQuality)
-        share.copyChanged(names);
+        refresh.fetched = share.copyChanged(names);
+    refresh.compared = std::max(names.size(), orphans.looked);
+    tellRefresh(refresh);
+    tellLitter(share.moveLitterAway());
+    if (const std::string refused = share.whatIsRefused(); !refused.empty())
+        context_.log(shareTrialText(refused), kLightOrange);
     return Next::GoOn;
+}
+
+void JobDriver::tellRefresh(const RefreshSummary& refresh) {
+    const std::string text = refreshText(refresh);
+    if (text.empty())
+        return;
+    const bool failed = refresh.fetched.failed + refresh.moved.failed > 0;
+    context_.log(text, failed ? std::optional<std::uint32_t>(kLightOrange) : std::nullopt);
 }
 
 // The shared database is not to be found: with the local one, without any, or not at all.
 JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     Dialogs& dialogs = context_.surroundings.dialogs;
-    if (!dialogs.ask("No Database",
-                     "Unable to find shared database. Do you want to continue the check with the local copy?")) {
+    const auto withLocal = dialogs.show(
+        {"No Database", "Unable to find shared database. Do you want to continue the check with the local copy?",
+         BoxStyle::Question, BoxButtons::YesNo, true});
+    if (withLocal != BoxAnswer::Yes)
         return endsBy(EndCause::NoDatabase);
-    }
     names = databaseFiles(job_.installation().paths().localDatabase);
     if (!names.empty())
         return Next::GoOn;
     const auto answer =
         dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
-                      BoxStyle::Question, BoxButtons::YesNoCancel});
+                      BoxStyle::Question, BoxButtons::YesNoCancel, true});
     if (answer == BoxAnswer::Cancel)
         return endsBy(EndCause::NoDatabase);
     if (answer == BoxAnswer::Yes)

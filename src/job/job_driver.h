@@ -18,6 +18,7 @@
 namespace quillon {
 
 class ShareSteps;
+struct RefreshSummary;
 
 /// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
@@ -60,8 +61,11 @@ private:
 
     void begin();
     [[nodiscard]] Next checkTarget();
+    void moveLitterAway();
+    void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
+    void tellRefresh(const RefreshSummary& refresh);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();

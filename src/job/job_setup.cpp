@@ -152,7 +152,21 @@ void JobSetup::loadSeparator() {
     separator = stored.empty() ? "-" : stored;
 }
 
+// A folder whose name was cut or lost characters on its way into the settings is another folder.
+void JobSetup::tellCutFolders() {
+    const Paths& paths = installation_.paths();
+    const std::pair<const char*, const NativePath*> folders[] = {
+        {"Local Path", &paths.localPath}, {"Archive Path", &paths.zipPath}, {"Shared DB Path", &paths.sharedPath}};
+    for (const auto& [name, folder] : folders) {
+        if (mayBeCutInSettings(*folder))
+            log(std::string("The ") + name +
+                    " of the settings may have lost characters of its name : " + readable(folder->native()),
+                kLightOrange);
+    }
+}
+
 void JobSetup::loadSettings() {
+    tellCutFolders();
     recipients.addQuery();
     state_.texts.status.clear();
     applySettingDefaults();

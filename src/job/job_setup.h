@@ -88,6 +88,7 @@ private:
     void fetchEvidence(const NativePath& from, const NativePath& to, const CopyProgress& turning);
     FocusAfter takeSource(const std::optional<NativePath>& folder);
     void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
+    void tellCutFolders();
     void checkSkip();
     [[nodiscard]] bool confirmOverwrite();
     void keepSeparator(const std::string& answer, const std::string& before);

@@ -34,12 +34,13 @@ BoxAnswer CommandDialogs::show(const MessageBox& box) {
 BoxAnswer CommandDialogs::ask(const MessageBox& box) {
     const bool withCancel = box.buttons == BoxButtons::YesNoCancel;
     const BoxAnswer cautious = withCancel ? BoxAnswer::Cancel : BoxAnswer::No;
-    if (alwaysYes_) {
+    if (alwaysYes_ && !box.needsOwnAnswer) {
         err_ << "  answered Yes\n";
         return BoxAnswer::Yes;
     }
     if (!terminal_) {
         unasked_ = onOneLine(box.text);
+        unaskedNeedsOwnAnswer_ = box.needsOwnAnswer;
         err_ << "  answered " << (withCancel ? "Cancel" : "No") << ", as nobody can be asked\n";
         return cautious;
     }

@@ -13,7 +13,8 @@ namespace quillon {
 
 class CommandDialogs final : public Dialogs {
 public:
-    /// `alwaysYes` answers every question; otherwise `terminal` tells whether a person can be asked on `in`.
+    /// `alwaysYes` answers every question but those that need an answer of their own; for these and without it
+    /// `terminal` tells whether a person can be asked on `in`.
     CommandDialogs(std::istream& in, std::ostream& err, bool alwaysYes, bool terminal)
         : in_(in), err_(err), alwaysYes_(alwaysYes), terminal_(terminal) {}
 
@@ -26,6 +27,8 @@ public:
 
     /// The question that was last answered cautiously because nobody could be asked; empty if none was.
     [[nodiscard]] const std::string& unasked() const { return unasked_; }
+    /// True when `alwaysYes` would not have answered it either.
+    [[nodiscard]] bool unaskedNeedsOwnAnswer() const { return unaskedNeedsOwnAnswer_; }
 
 private:
     [[nodiscard]] BoxAnswer ask(const MessageBox& box);
@@ -35,6 +38,7 @@ private:
     bool alwaysYes_;
     bool terminal_;
     std::string unasked_;
+    bool unaskedNeedsOwnAnswer_ = false;
 };
 
 }  // namespace quillon

@@ -128,7 +128,9 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
     if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
         err << "quillon-job: the job ended without a list";
         if (!dialogs.unasked().empty())
-            err << "; give --yes to answer Yes to: " << dialogs.unasked();
+            err << (dialogs.unaskedNeedsOwnAnswer() ? "; answer at a terminal, as --yes does not: "
+                                                    : "; give --yes to answer Yes to: ")
+                << dialogs.unasked();
         else
             err << ": " << text;
         err << '\n';

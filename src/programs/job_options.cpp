@@ -64,7 +64,8 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string& value) { given.app = value; }},
     {{"--json", "", "Print the result as one JSON object"},
      [](Given& given, const std::string&) { given.options.json = true; }},
-    {{"--yes", "", "Answer Yes to every question"}, [](Given& given, const std::string&) { given.options.yes = true; }},
+    {{"--yes", "", "Answer Yes, but not to what needs an answer of its own"},
+     [](Given& given, const std::string&) { given.options.yes = true; }},
     {{"--quiet", "", "Print no log rows and no progress"},
      [](Given& given, const std::string&) { given.options.quiet = true; }},
 };

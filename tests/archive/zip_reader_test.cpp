@@ -213,13 +213,21 @@ TEST_F(ZipReaderTest, TheListHasEveryNameAsItStands) {
     EXPECT_THAT(*names, testing::ElementsAre("Database/", "DATABASE/jpg.dat", "../x"));
 }
 
-TEST_F(ZipReaderTest, ProgressEndsAtOneHundred) {
+TEST_F(ZipReaderTest, ProgressCountsTheNamesTooAndEndsAtOneHundred) {
     writeZip(archive(), {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}});
     std::vector<double> seen;
+    std::vector<std::size_t> named;
     ExtractOptions options;
-    options.progress = [&seen](double percent) { seen.push_back(percent); };
+    options.progress = [&](double percent) {
+        seen.push_back(percent);
+        named.push_back(listFiles(target()).value_or(std::vector<std::string>{}).size());
+    };
     ASSERT_TRUE(extractArchive(archive(), target(), options).has_value());
-    EXPECT_THAT(seen, testing::ElementsAre(25.0, 50.0, 75.0, 100.0));
+    EXPECT_THAT(seen, testing::ElementsAre(12.5, 25.0, 37.5, 50.0, 62.5, 75.0, 87.5, 100.0));
+    EXPECT_THAT(named, testing::ElementsAre(0, 0, 0, 0, 1, 2, 3, 4));
+    seen.clear();
+    ASSERT_TRUE(extractArchive(archive(), target(), options).has_value());
+    EXPECT_THAT(seen, testing::ElementsAre(25.0, 50.0, 75.0, 100.0)) << "a file that is replaced has both at once";
 }
 
 }  // namespace

@@ -39,6 +39,17 @@ protected:
     JobSetup setup{installation, fake.surroundings, state};
 };
 
+TEST_F(JobSetupTest, AFolderOfTheSettingsThatMayHaveLostCharactersIsToldAtTheStart) {
+    setup.loadSettings();
+    EXPECT_TRUE(logTexts().empty());
+    installation.settings.sharedPath.assign(pageFromPath("/mnt/\u6570\u636e"));
+    installation.refreshPathVariables();
+    setup.loadSettings();
+    EXPECT_EQ(logTexts(), std::vector<std::string>{
+                              "The Shared DB Path of the settings may have lost characters of its name : /mnt/??"});
+    EXPECT_EQ(state.log.rows().front().colour, kLightOrange);
+}
+
 TEST_F(JobSetupTest, AForbiddenCharacterLeavesTheJobIdAtOnce) {
     for (const char* forbidden : {":", "\\", "/", "@", "*", "?", "<", ">", "|", "\""}) {
         setup.jobIdChanged(fmt::format("12{0}34{0}", forbidden));

@@ -73,13 +73,17 @@ TEST_F(JobCommandTest, ManualAndCompletionHaveEveryOptionAndStatus) {
         return std::string(std::istreambuf_iterator<char>(file), {});
     };
     const std::string manual = whole("docs/man/quillon-job.1");
-    const std::string completion = whole("data/completion/quillon-job");
+    const std::string bash = whole("data/completion/quillon-job");
+    const std::string zsh = whole("data/completion/_quillon-job");
+    const std::string fish = whole("data/completion/quillon-job.fish");
     for (const auto& option : jobCommandOptions()) {
         const std::string name = option.name;
         const std::string word = "Fl " + name.substr(1) + (*option.value == '\0' ? "\n" : " Ar ");
         EXPECT_NE(manual.find(".It " + word), std::string::npos) << name;
         EXPECT_NE(manual.substr(0, manual.find(".It ")).find(word), std::string::npos) << name << " in the synopsis";
-        EXPECT_TRUE(std::regex_search(completion, std::regex(name + "[ \"]"))) << name;
+        EXPECT_TRUE(std::regex_search(bash, std::regex(name + "[ \"]"))) << name;
+        EXPECT_NE(zsh.find("'" + name + "["), std::string::npos) << name;
+        EXPECT_NE(fish.find(" -l " + name.substr(2) + " "), std::string::npos) << name;
     }
     for (const auto& row : kExitStatuses)
         EXPECT_NE(manual.find("\n.It " + std::to_string(row.status) + "\n"), std::string::npos) << row.status;
