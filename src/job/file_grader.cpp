@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/file_grader.h"
 
+#include <algorithm>
+
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
@@ -50,7 +52,9 @@ void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, 
         verdict.findings.detail = std::move(found.detail);
     }
     if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
-        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(row.size().value_or(0)));
+        // A list may hold any number.
+        const double size = std::clamp(row.size().value_or(0), 0.0, 9e18);
+        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
         if (doubt) {
             verdict.findings.doubt = doubtKindName(doubt->kind);
             verdict.findings.doubtDetail = doubt->sentence;
