@@ -32,6 +32,7 @@ struct MessageBox {
     /// A Yes to this one goes on without something that the person counts on: a Yes given ahead to whatever may be
     /// asked is no answer to it.
     bool needsOwnAnswer = false;
+    std::string details = {};  ///< more for who asks for it, by a button of the box; empty for no such button
     BoxLoss loss = BoxLoss::Nothing;
 };
 

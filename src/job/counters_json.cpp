@@ -17,6 +17,7 @@ nlohmann::ordered_json countersAsJson(const JobCounters& counters) {
     json["copied"] = counters.copied;
     json["copy_errors"] = counters.copyErrors;
     json["lost_rows"] = counters.lostRows;
+    json["unread_heads"] = counters.unreadHeads;
     json["not_copied"] = counters.notCopied;
     json["rules_not_read"] = counters.unreadRules;
     json["not_fetched"] = counters.notFetched;

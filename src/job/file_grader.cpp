@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/file_grader.h"
 
+#include <algorithm>
+
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
@@ -18,7 +20,10 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder));
+        termFiles_.emplace(NativePath(folder), [this](const FileError& why) {
+            ++context_.state.counters.unreadRules;
+            context_.log("Term file cannot be read : " + why.text, kLightOrange);
+        });
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
@@ -39,6 +44,8 @@ Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_vie
         ++context_.state.counters[*verdict->grade];
     if (verdict->head != nullptr)
         ++context_.state.counters.tested;
+    if (verdict->head != nullptr && verdict->head->length < kHeaderBytes)
+        ++context_.state.counters.unreadHeads;
     if (verdict->head != nullptr && context_.state.options.keepEvidence)
         addFindings(row, extension, *verdict);
     return verdict;
@@ -53,7 +60,9 @@ void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, 
         verdict.findings.detail = std::move(found.detail);
     }
     if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
-        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(row.size().value_or(0)));
+        // A list may hold any number.
+        const double size = std::clamp(row.size().value_or(0), 0.0, 9e18);
+        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
         if (doubt) {
             verdict.findings.doubt = doubtKindName(doubt->kind);
             verdict.findings.doubtDetail = doubt->sentence;

@@ -174,9 +174,10 @@ void JobDriver::loadCommonList() {
     const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
     if (!context_.state.options.useCommonHeaders || !pathExists(list))
         return;
-    // The list of the last job then serves, if there was one.
-    if (const auto loaded = job_.commonList.load(list); !loaded)
-        context_.ruleNotRead(loaded.error());
+    if (const auto loaded = job_.commonList.load(list); !loaded) {  // the list of the last job then serves
+        ++context_.state.counters.unreadRules;
+        context_.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
+    }
 }
 
 void JobDriver::testFiles() {
@@ -210,7 +211,7 @@ void JobDriver::testFiles() {
 void JobDriver::copyRawList() {
     if (context_.state.options.checkFileQuality)
         return;
-    const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
+    const auto copied = job_.lists().copyRawToFinal(listEnd(context_.state.counters), context_.surroundings.loop);
     listMade_ = copied.has_value();
     if (const auto list = job_.lists().finalPath(); copied && list) {
         context_.evidence.listCreated(*list);

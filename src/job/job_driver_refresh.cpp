@@ -98,9 +98,7 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
     if (options.useSkipList) {
         if (auto fetched = share.fetchSkips(); !fetched)
             reportNotFetched(fetched.error());
-        const auto skips = share.loadSkips();
-        if (!skips)
-            context_.ruleNotRead(skips.error());
+        const SkipListState skips = share.loadSkips();
         if (skips == SkipListState::Missing) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;

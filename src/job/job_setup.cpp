@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/kept_files.h"
+#include "app/list_mark.h"
 #include "job/job_id.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
@@ -262,6 +263,7 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
+        passOver(copyMark(files.front(), list), "a mark that is missing is missing where the list comes from, too");
         const auto copied = copier.copy(files.front().native(), list.native(), turning);
         passOver(copied, "a list that could not be copied is not there, and the counts stay at 0");
         if (copied)

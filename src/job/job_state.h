@@ -50,6 +50,7 @@ struct JobCounters {
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+    std::int32_t unreadHeads = 0;      ///< files whose head did not come as a whole; no label of its own
     std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
 
     std::int32_t copied = 0;        ///< files that were copied; no label of its own

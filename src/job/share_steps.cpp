@@ -52,12 +52,16 @@ Result<void> ShareSteps::fetchSkips() {
     return answerBeside(context_.surroundings.loop, [this] { return fetchSkipList(paths(), kept_); });
 }
 
-Result<SkipListState> ShareSteps::loadSkips() {
+SkipListState ShareSteps::loadSkips() {
     SkipList list = skipList_;  // where there is none to load, the one of the last job stays
     const bool wanted = context_.state.options.useSkipList;
     const auto state =
         answerBeside(context_.surroundings.loop, [&] { return loadSkipList(installation_, wanted, list); });
     skipList_ = std::move(list);
+    if (state == SkipListState::Unreadable) {
+        ++context_.state.counters.unreadRules;
+        context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
+    }
     return state;
 }
 

@@ -42,7 +42,7 @@ public:
     [[nodiscard]] std::string whatIsRefused();
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
-    [[nodiscard]] Result<SkipListState> loadSkips();
+    [[nodiscard]] SkipListState loadSkips();
     [[nodiscard]] Result<void> fetchCommon();
 
 private:

@@ -55,7 +55,7 @@ private:
     void showProgress(const ListRow& row);
     void writeRow(ListWriter& finalList, ListRow& row);
     void tellEvidence(const ListRow& row, bool written);
-    void offerDeletion(const NativePath& finalList);
+    void offerDeletion();
 
     PassContext context_;
     const JobLists& lists_;

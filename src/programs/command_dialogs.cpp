@@ -30,6 +30,8 @@ std::string onOneLine(const std::string& text) {
 
 BoxAnswer CommandDialogs::show(const MessageBox& box) {
     err_ << box.title << ": " << onOneLine(box.text) << '\n';
+    if (!box.details.empty())
+        err_ << "  " << onOneLine(box.details) << '\n';
     return box.buttons == BoxButtons::Ok ? BoxAnswer::Ok : ask(box);
 }
 

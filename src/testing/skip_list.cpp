@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/folders.h"
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
 #include "text/page_text.h"
@@ -103,18 +103,16 @@ Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
     return copyKeepingOld(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
 }
 
-Result<SkipListState> loadSkipList(const Installation& installation, bool wanted, SkipList& list) {
+SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {
     const Paths& paths = installation.paths();
     const NativePath local = fileIn(paths.localSettings, kSkipListFileName);
     if (paths.useSharedDb && !pathExists(local) && !pathExists(fileIn(paths.sharedSettings, kSkipListFileName)))
         return SkipListState::Missing;
     if (!wanted)
         return SkipListState::Available;
-    const auto bytes = readWholeFile(local);
-    if (!bytes && pathExists(local))
-        return failure(bytes.error());
+    const auto bytes = readRuleFile(local);
     if (!bytes)
-        return SkipListState::Available;
+        return bytes.error().kind == ErrorKind::NotFound ? SkipListState::Available : SkipListState::Unreadable;
     std::vector<std::u16string> lines;
     for (const auto line : splitLines(*bytes)) lines.push_back(pageBytesToUtf16(line));
     if (!lines.empty())

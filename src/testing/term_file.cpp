@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
@@ -61,7 +62,7 @@ std::vector<HeaderTerm> parseTermFile(std::string_view bytes) {
 }
 
 Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path) {
-    return readWholeFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
+    return readRuleFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
 }
 
 std::string termFileBytes(const std::vector<HeaderTerm>& rows) {
@@ -132,14 +133,20 @@ bool TermFiles::refresh(Entry& entry) {
     entry.mayBeStale = changedJustNow(stamp->changed);
     entry.terms.clear();
     // A file that vanished or cannot be opened by now has no terms, and so none that match.
-    const auto bytes = readWholeFile(folder_ / entry.name);
+    const auto bytes = readRuleFile(folder_ / entry.name);
     if (!bytes) {
-        if (bytes.error().kind != ErrorKind::NotFound)
-            noteProblem(entry.name, bytes.error());
+        tellUnreadable(entry, bytes.error());
         return true;
     }
     for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
     return true;
+}
+
+// Once for each state of the file.
+void TermFiles::tellUnreadable(Entry& entry, const FileError& why) {
+    if (onUnreadable_ && entry.toldAt != entry.stamp)
+        onUnreadable_(why);
+    entry.toldAt = entry.stamp;
 }
 
 // An extension whose file is not known to exist costs one look at the folder, not one at the file.

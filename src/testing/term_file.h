@@ -3,6 +3,7 @@
 
 // Term files as the editors read and write them, and as the header test holds them. docs/formats/term-file.md.
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -46,7 +47,9 @@ struct HeaderTerm {
 /// still the same, so that an edit takes effect at the next file tested.
 class TermFiles {
 public:
-    explicit TermFiles(NativePath databaseFolder) : folder_(std::move(databaseFolder)) {}
+    /// `onUnreadable` hears of a term file that exists and cannot be read, once for each state of it.
+    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onUnreadable = {})
+        : folder_(std::move(databaseFolder)), onUnreadable_(std::move(onUnreadable)) {}
 
     /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
     /// cannot be read has no terms. The result is good until the next call.
@@ -67,12 +70,14 @@ private:
         bool exists = false;
         bool mayBeStale = true;  // it changed so shortly before it was read that it may have changed again unseen
         FileStamp stamp;
+        std::optional<FileStamp> toldAt;
         std::vector<CompiledTerm> terms;
     };
 
     void checkFolder();
     [[nodiscard]] bool refresh(Entry& entry);
     void locate(Entry& entry);
+    void tellUnreadable(Entry& entry, const FileError& why);
     void listFolder();
     void noteProblem(const std::string& name, const FileError& error);
 
@@ -82,6 +87,7 @@ private:
     };
 
     NativePath folder_;
+    std::function<void(const FileError&)> onUnreadable_;
     Directory handle_;  // looking up in a handle is quicker than along a path
     unsigned lookUps_ = 0;
     std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
