@@ -16,6 +16,15 @@
 namespace quillon {
 
 JobEnd JobDriver::run() {
+    JobState& state = context_.state;
+    state.outcome.reset();
+    const JobEnd end = runSteps();
+    const auto list = job_.lists().finalPath();
+    state.outcome = JobOutcome{end, listMade_ && list && pathExists(*list), hasLosses(state.counters)};
+    return end;
+}
+
+JobEnd JobDriver::runSteps() {
     begin();
     if (!context_.state.options.source)
         host_.pickSource();
@@ -31,6 +40,8 @@ JobEnd JobDriver::run() {
     if (confirmOverwrite() == Next::End)
         return endEarly();
     testFolders();
+    if (lockScreen() == Next::End)
+        return JobEnd::NotStarted;
     if (walkSource() == Next::End)
         return rawListDenied_ ? JobEnd::NotStarted : JobEnd::Stopped;
     loadCommonList();
@@ -129,18 +140,24 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
     }
 }
 
-JobDriver::Next JobDriver::confirmOverwrite() {
-    JobOptions& options = context_.state.options;
+// True when the job's list is not there yet, or the person has said Yes to this very list.
+bool JobDriver::mayReplaceList() {
+    NativePath& confirmed = context_.state.options.confirmedList;
     const auto list = job_.lists().finalPath();
-    if (list && pathExists(*list) && !options.overwriteConfirmed) {
-        const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
-                                 "), are you sure you want to do this";
-        if (!context_.surroundings.dialogs.ask("Overwrite file", text))
-            return Next::End;
-    }
-    options.overwriteConfirmed = false;
+    if (!list || *list == confirmed || !pathExists(*list))
+        return true;
+    const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
+                             "), are you sure you want to do this";
+    if (!context_.surroundings.dialogs.ask("Overwrite file", text))
+        return false;
+    confirmed = *list;
+    return true;
+}
+
+JobDriver::Next JobDriver::confirmOverwrite() {
+    if (!mayReplaceList())
+        return Next::End;
     context_.state.stopRequested = false;
-    context_.state.unlockedByRecount = false;
     enterPhase(context_.state, JobPhase::Starting);
     host_.updateToolbar();
     context_.state.startTime = context_.surroundings.clock.now();
@@ -155,6 +172,18 @@ void JobDriver::testFolders() {
     });
 }
 
+// Job ID and folders could be changed up to here, and from here on they stay as they are: whatever list goes now, the
+// person knows of it.
+JobDriver::Next JobDriver::lockScreen() {
+    enterPhase(context_.state, JobPhase::Walk);
+    const bool mayReplace = mayReplaceList();
+    context_.state.options.confirmedList.clear();
+    if (mayReplace)
+        return Next::GoOn;
+    leave();
+    return Next::End;
+}
+
 void JobDriver::leave() {
     enterPhase(context_.state, JobPhase::Idle);
     context_.state.mayRun = true;
@@ -163,8 +192,6 @@ void JobDriver::leave() {
 
 JobDriver::Next JobDriver::walkSource() {
     JobState& state = context_.state;
-    state.unlockedByRecount = false;
-    enterPhase(state, JobPhase::Walk);
     state.startTime = context_.surroundings.clock.now();
     const auto tick = context_.surroundings.clock.milliseconds();
     const LocalTime start = logStart("Start file count ");

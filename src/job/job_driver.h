@@ -30,14 +30,6 @@ public:
     virtual void updateToolbar() {}
 };
 
-/// How a job ended, for a front end that has to say so.
-enum class JobEnd {
-    Complete,    ///< all phases ran and there is a final list
-    NotStarted,  ///< a check or a question ended it before the walk
-    Stopped,     ///< Stop ended the walk
-    NoList,      ///< all phases ran, but there is no final list
-};
-
 /// Milliseconds that each phase took.
 struct PhaseTimes {
     std::int64_t folderTests = 0;
@@ -59,14 +51,17 @@ public:
 private:
     enum class Next { GoOn, End };
 
+    [[nodiscard]] JobEnd runSteps();
     void begin();
     [[nodiscard]] Next checkTarget();
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
+    [[nodiscard]] bool mayReplaceList();
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
+    [[nodiscard]] Next lockScreen();
     [[nodiscard]] Next walkSource();
     void tellPermissionDenied();
     void loadCommonList();

@@ -29,10 +29,10 @@ struct JobOptions {
     bool useSkipListEnabled = true;
     bool useCommonHeaders = false;  ///< chkCommon
     bool useCommonHeadersEnabled = true;
-    bool showProgress = false;        ///< Check1
-    int recipientIndex = -1;          ///< Combo1: index of the chosen item
-    std::string recipient;            ///< Combo1: its text
-    bool overwriteConfirmed = false;  ///< the person has said Yes to overwriting this list; lasts for one job
+    bool showProgress = false;  ///< Check1
+    int recipientIndex = -1;    ///< Combo1: index of the chosen item
+    std::string recipient;      ///< Combo1: its text
+    NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -54,6 +54,11 @@ struct JobCounters {
 
     friend bool operator==(const JobCounters&, const JobCounters&) = default;
 };
+
+/// True when something of the source is in neither list nor target.
+[[nodiscard]] constexpr bool hasLosses(const JobCounters& counters) {
+    return counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
+}
 
 /// Labels whose text is more than the format of a counter.
 struct JobTexts {
@@ -87,6 +92,21 @@ enum class JobPhase {
     Reporting,  ///< the completion report is on its way
 };
 inline constexpr std::size_t kJobPhases = 8;
+
+/// How a job ended, for a front end that has to say so.
+enum class JobEnd {
+    Complete,    ///< all phases ran and there is a final list
+    NotStarted,  ///< a check or a question ended it before the walk
+    Stopped,     ///< Stop ended the walk
+    NoList,      ///< all phases ran, but there is no final list
+};
+
+/// What came of the last job.
+struct JobOutcome {
+    JobEnd end = JobEnd::Complete;
+    bool hasList = false;  ///< there is a final list of this job, complete or not
+    bool losses = false;
+};
 
 /// Colours of log rows, blue in the high byte.
 inline constexpr std::uint32_t kLightRed = 0xC0C0FF;
@@ -143,12 +163,13 @@ struct JobState {
     JobLog log;
 
     JobPhase phase = JobPhase::Idle;
-    bool mayRun = false;             ///< a source was chosen, or a job or recount has ended, and there is a job ID
-    bool mayView = false;            ///< there may be a list to look at
-    bool recounting = false;         ///< the counts are being read from a list
-    bool fetchingList = false;       ///< an existing list is being copied to where lists are kept
-    bool unlockedByRecount = false;  ///< a recount has ended in the midst of the job
-    bool fileLineShown = true;       ///< the line of the file in work; a copy that has ended takes it away
+    bool mayRun = false;        ///< a source was chosen, or a job or recount has ended, and there is a job ID
+    bool mayView = false;       ///< there may be a list to look at
+    bool recounting = false;    ///< the counts are being read from a list
+    bool fetchingList = false;  ///< an existing list is being copied to where lists are kept
+    bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away
+
+    std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
 
     std::string lossReason;          ///< why the first of the lost rows could not be written
     std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none

@@ -124,8 +124,7 @@ int exitStatus(JobEnd end, const JobCounters& counters) {
         return kExitStopped;
     if (end != JobEnd::Complete)
         return kExitNoList;
-    const bool losses = counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
-    return losses ? kExitLosses : kExitComplete;
+    return hasLosses(counters) ? kExitLosses : kExitComplete;
 }
 
 // Says on the error stream what a script cannot see in the report.

@@ -27,8 +27,10 @@ constexpr std::size_t kBadSectorsButton = 11;
 
 void frmMain::connectMenus() {
     step(mnuOpen, &QAction::triggered, [this] {
-        if (setup_.openExisting())
-            upDateAllLabels();
+        if (!setup_.openExisting())
+            return;
+        upDateAllLabels();
+        setup_.tellUnopened();
     });
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloadAllForms);
     const std::tuple<QAction*, Screen, std::size_t> modalScreens[] = {
