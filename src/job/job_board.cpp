@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "job/job_end.h"
+
 namespace quillon {
 
 namespace {
@@ -73,14 +75,16 @@ std::string runningText(const JobState& state) {
 }
 
 JobSummary endSummary(const JobOutcome& outcome) {
-    switch (outcome.end) {
+    const EndRow& end = rowOf(outcome.cause);
+    switch (end.end) {
         case JobEnd::Complete:
             return outcome.losses ? JobSummary{"Complete, with errors", JobTone::Trouble}
                                   : JobSummary{"Complete", JobTone::Done};
         case JobEnd::Stopped:
             return {outcome.hasList ? "Stopped, list kept" : "Stopped, no list", JobTone::Trouble};
         case JobEnd::NotStarted:
-            return {"Not started", JobTone::Trouble};
+        case JobEnd::Busy:
+            return {std::string("Not started: ") + end.text, JobTone::Trouble};
         case JobEnd::NoList:
             break;
     }

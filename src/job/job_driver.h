@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "job/job.h"
+#include "job/job_end.h"
 #include "messaging/alert_sender.h"
 #include "platform/folder_lock.h"
 
@@ -46,6 +47,12 @@ public:
 
     JobEnd run();
 
+    /// Of the last run: its row of the table of ends, and what the system said of a failure (UTF-8, empty for none).
+    [[nodiscard]] EndCause cause() const { return cause_; }
+    [[nodiscard]] const std::string& detail() const { return detail_; }
+    /// True when a final list of the last run stands, complete or not.
+    [[nodiscard]] bool listStands() const;
+
     [[nodiscard]] const PhaseTimes& phaseTimes() const { return times_; }
 
 private:
@@ -70,7 +77,10 @@ private:
     void copyFiles();
     void finish();
     void leave();
+    [[nodiscard]] Next endsBy(EndCause cause, std::string detail = {});
     [[nodiscard]] JobEnd endEarly();
+    [[nodiscard]] EndCause causeBehindPasses() const;
+    [[nodiscard]] Result<ListWriter> createRawList();
 
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
@@ -84,9 +94,9 @@ private:
     AlertSender* alerts_;
     std::optional<FolderLock> lock_;
     std::string step_;
-    bool stopped_ = false;
-    bool rawListDenied_ = false;
     bool listMade_ = false;
+    EndCause cause_ = EndCause::Complete;
+    std::string detail_;
     PhaseTimes times_;
 };
 

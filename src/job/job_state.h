@@ -55,11 +55,6 @@ struct JobCounters {
     friend bool operator==(const JobCounters&, const JobCounters&) = default;
 };
 
-/// True when something of the source is in neither list nor target.
-[[nodiscard]] constexpr bool hasLosses(const JobCounters& counters) {
-    return counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
-}
-
 /// Labels whose text is more than the format of a counter.
 struct JobTexts {
     std::string status;         ///< Label8
@@ -93,17 +88,15 @@ enum class JobPhase {
 };
 inline constexpr std::size_t kJobPhases = 8;
 
-/// How a job ended, for a front end that has to say so.
-enum class JobEnd {
-    Complete,    ///< all phases ran and there is a final list
-    NotStarted,  ///< a check or a question ended it before the walk
-    Stopped,     ///< Stop ended the walk
-    NoList,      ///< all phases ran, but there is no final list
-};
+/// What came of the completion report.
+enum class ReportState { NotSent, Acknowledged, NotAcknowledged };
+
+/// Which row of the table of ends a job has come to, see job/job_end.
+enum class EndCause : std::uint8_t;
 
 /// What came of the last job.
 struct JobOutcome {
-    JobEnd end = JobEnd::Complete;
+    EndCause cause{};
     bool hasList = false;  ///< there is a final list of this job, complete or not
     bool losses = false;
 };
@@ -163,6 +156,7 @@ struct JobState {
     JobLog log;
 
     JobPhase phase = JobPhase::Idle;
+    ReportState report = ReportState::NotSent;  ///< of this job; sending that fails is NotAcknowledged
     bool mayRun = false;        ///< a source was chosen, or a job or recount has ended, and there is a job ID
     bool mayView = false;       ///< there may be a list to look at
     bool recounting = false;    ///< the counts are being read from a list

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "job/job_end.h"
+
 namespace quillon::test {
 
 namespace {
@@ -123,12 +125,14 @@ TEST(JobSummaryTest, AfterStopTheTestStillGoesToItsEndAndSaysSo) {
 TEST(JobSummaryTest, AnEndedJobSaysHow) {
     EXPECT_EQ(jobSummary(JobState()), JobSummary());
     const std::pair<JobOutcome, JobSummary> cases[] = {
-        {{JobEnd::Complete, true, false}, {"Complete", JobTone::Done}},
-        {{JobEnd::Complete, true, true}, {"Complete, with errors", JobTone::Trouble}},
-        {{JobEnd::Stopped, true, false}, {"Stopped, list kept", JobTone::Trouble}},
-        {{JobEnd::Stopped, false, false}, {"Stopped, no list", JobTone::Trouble}},
-        {{JobEnd::NotStarted, false, false}, {"Not started", JobTone::Trouble}},
-        {{JobEnd::NoList, false, false}, {"Failed, no list", JobTone::Trouble}},
+        {{EndCause::Complete, true, false}, {"Complete", JobTone::Done}},
+        {{EndCause::Complete, true, true}, {"Complete, with errors", JobTone::Trouble}},
+        {{EndCause::StoppedInCopying, true, true}, {"Stopped, list kept", JobTone::Trouble}},
+        {{EndCause::StoppedInWalk, false, false}, {"Stopped, no list", JobTone::Trouble}},
+        {{EndCause::NoTarget, false, false}, {"Not started: no target is chosen", JobTone::Trouble}},
+        {{EndCause::Busy, false, false},
+         {"Not started: another job runs in this application folder, try again later", JobTone::Trouble}},
+        {{EndCause::ListDenied, false, false}, {"Failed, no list", JobTone::Trouble}},
     };
     for (const auto& [outcome, summary] : cases) {
         JobState state = stateIn(JobPhase::Idle);

@@ -198,7 +198,7 @@ TEST_F(DriverTest, AnotherLocalPathDuringTheFolderTestsIsAnotherList) {
 TEST_F(DriverTest, TheOutcomeTellsWhetherAListOfThisJobStands) {
     sourceFile("a", "x");
     EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_TRUE(state.outcome && state.outcome->end == JobEnd::Complete && state.outcome->hasList);
+    EXPECT_TRUE(state.outcome && state.outcome->cause == EndCause::Complete && state.outcome->hasList);
     state.options.confirmedList = folder / "local/1234.csv";
     stopWhen([this] { return state.phase == JobPhase::Walk; });
     EXPECT_EQ(run(), JobEnd::Stopped);
