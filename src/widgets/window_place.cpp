@@ -3,11 +3,50 @@
 
 #include <algorithm>
 
+#include <QMainWindow>
 #include <QScreen>
+#include <QScrollArea>
+#include <QVBoxLayout>
 #include <QWidget>
 #include <QWindow>
 
 namespace quillon {
+
+namespace {
+
+// What the frame of a window may take, before there is one to be measured.
+constexpr QSize kFrameRoom(12, 44);
+
+// The layout takes its controls along; they stay parts of the same window, in the order of the keyboard.
+void makeScrollable(QWidget& window) {
+    auto* area = new QScrollArea(&window);
+    area->setObjectName(QStringLiteral("screenArea"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    auto* content = new QWidget(&window);
+    content->setLayout(window.layout());
+    area->setWidget(content);
+    auto* whole = new QVBoxLayout(&window);
+    whole->setContentsMargins({});
+    whole->addWidget(area);
+}
+
+}  // namespace
+
+void fitOnScreen(QWidget& window, const QWidget* opener) {
+    const QScreen* screen = opener != nullptr ? opener->screen() : window.screen();
+    const QSize room = screen->availableSize() - kFrameRoom;
+    window.ensurePolished();
+    if (!window.testAttribute(Qt::WA_Resized))
+        window.adjustSize();
+    const QSize wanted = window.size();
+    const QSize least = window.minimumSizeHint();
+    const bool fits = least.width() <= room.width() && least.height() <= room.height();
+    if (!fits && window.layout() != nullptr && qobject_cast<QMainWindow*>(&window) == nullptr)
+        makeScrollable(window);
+    window.resize(wanted.boundedTo(room));
+}
 
 void placeOver(QWidget& window, const QWidget* opener) {
     if (opener == nullptr || opener == &window)
