@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The program `quillon`: one window, the main window, and the screens behind it. It reads no command line. Everything
-// that lives as long as the process is made here.
+// The program `quillon`: one window, the main window, and the screens behind it. Everything that lives as long as the
+// process is made here.
 
+#include <cstdio>
 #include <cstdlib>
 
 #include <QApplication>
@@ -11,15 +12,17 @@
 #include "job/job.h"
 #include "messaging/alert_exchange.h"
 #include "platform/host.h"
+#include "programs/window_command.h"
 #include "ui/frmMain.h"
 #include "ui/help_window.h"
 #include "ui/screens.h"
 #include "widgets/enter_key.h"
+#include "widgets/look_switch.h"
 #include "widgets/navigator.h"
 #include "widgets/qt_dialogs.h"
 #include "widgets/screen_context.h"
-#include "widgets/theme.h"
 #include "widgets/window_event_loop.h"
+#include "widgets/window_sizes.h"
 
 namespace quillon {
 namespace {
@@ -33,15 +36,17 @@ void openFirstScreen(FirstScreen first, Navigator& navigator, frmMain& window) {
 }
 
 int runWindow(QApplication& application) {
-    applyLook(application, lookOfDesktop());
     const SystemClock clock;
     const DateTexts dates;
     WindowEventLoop loop(clock);
     QtDialogs dialogs([&loop] { loop.refreshScreens(); });
     const Surroundings surroundings{clock, dates, dialogs, loop, hostName()};
     Installation installation(applicationFolder());
+    LookSwitch look(application, installation.appFolder());
     Job job(installation, surroundings);
+    WindowSizes sizes(installation.appFolder());
     Navigator navigator;
+    navigator.setSizes(&sizes);
     const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
     registerScreens(context, job);
     installEnterKey(application);
@@ -51,18 +56,33 @@ int runWindow(QApplication& application) {
     UdpSocket client(resolveHost);
     AlertExchange exchange(AlertScreen::Main, server, client, installation, surroundings,
                            [&job] { return job.state.options.jobId; });
-    frmMain window(context, job, {&exchange, systemNetwork()});
+    frmMain window(context, job, {&exchange, systemNetwork()}, &look);
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
     openFirstScreen(decideFirstScreen(installation), navigator, window);
     return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
 }
 
+// Where there is no display, Qt ends the program by an abort while the application is made: a fatal message is the last
+// word that can be had of it.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
+    const std::string text = message.toStdString();
+    std::fputs(type == QtFatalMsg ? withoutDisplay(text).c_str() : (text + "\n").c_str(), stderr);
+    if (type == QtFatalMsg)
+        std::_Exit(EXIT_FAILURE);
+}
+
 }  // namespace
 }  // namespace quillon
 
 int main(int argc, char* argv[]) {
+    if (const auto answer = quillon::windowAnswer({argv + 1, argv + argc})) {
+        std::fputs(answer->c_str(), stdout);
+        return EXIT_SUCCESS;
+    }
+    qInstallMessageHandler(quillon::endWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setApplicationName(QStringLiteral("Quillon"));
     QApplication::setDesktopFileName(QStringLiteral("quillon"));
     quillon::raiseOpenFileLimit();
