@@ -22,6 +22,9 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
         ->type_name("DIR");
     command.add_flag("--table", options.table, "Print the table of extensions and nothing else");
     command.add_flag("--pairs", options.pairs, "Name the extensions whose samples were falsely accepted");
+    command.add_flag("--doubts", options.doubts, "Judge the second opinion by the samples, and nothing else");
+    command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
+        ->check(percent);
     command.add_option("--min-extensions", options.minExtensions, "Fail below this number of term files");
     command.add_option("--min-good", options.minGood, "Fail when fewer percent of the samples are good")
         ->check(percent);

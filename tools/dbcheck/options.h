@@ -17,11 +17,13 @@ struct DbcheckOptions {
     std::optional<NativePath> samples;  ///< a folder with "index.tsv"
     bool table = false;                 ///< print the table of extensions and nothing else
     bool pairs = false;                 ///< name the extensions of false accepts
+    bool doubts = false;                ///< judge the second opinion by the samples and nothing else
     std::size_t minExtensions = 1;
     double minGood = 0;  ///< in percent, as all below
     double maxFalseAccepts = 100;
-    double minRejected = 0;  ///< of the mislabelled samples
-    double minNamed = 0;     ///< of the rejected ones
+    double minRejected = 0;   ///< of the mislabelled samples
+    double minNamed = 0;      ///< of the rejected ones
+    double maxDoubted = 100;  ///< of the samples with their true size
 };
 
 /// Options, or the exit status of a command that has nothing more to do.
