@@ -24,7 +24,7 @@ QWidget* besideEachOther(QLabel& first, QLabel& second) {
     row->setContentsMargins({});
     row->setSpacing(0);
     row->addWidget(&first);
-    row->addWidget(&second);
+    row->addWidget(&second, 1);
     return place;
 }
 

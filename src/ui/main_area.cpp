@@ -63,6 +63,10 @@ void MainArea::arrange(const Arrangement& arrangement) {
     sides_->setDirection(arrangement.beside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
     setupSide_->setMaximumWidth(arrangement.beside ? kWidestSetup : QWIDGETSIZE_MAX);
     board_->setBlocks(arrangement.blocks);
+    // What lies between the board and the area remembers how much room the last arrangement needed.
+    for (QWidget* part = board_; part != widget(); part = part->parentWidget()) part->updateGeometry();
+    sides_->invalidate();
+    widget()->layout()->invalidate();
 }
 
 // The first of the arrangements that fits, from that which asks for most room.
@@ -70,7 +74,6 @@ void MainArea::fit() {
     static constexpr Arrangement kArrangements[] = {{true, 3}, {true, 2}, {false, 3}, {false, 2}, {false, 1}};
     for (const Arrangement& arrangement : kArrangements) {
         arrange(arrangement);
-        widget()->layout()->invalidate();
         if (widget()->layout()->totalMinimumSize().width() <= roomForContent())
             break;
     }

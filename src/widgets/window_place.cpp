@@ -32,12 +32,25 @@ void makeScrollable(QWidget& window) {
     whole->addWidget(area);
 }
 
+// A style sheet makes controls larger than they are before it is applied, which happens to most of them when they are
+// shown.
+void polish(QWidget& window) {
+    window.ensurePolished();
+    for (const QWidget* part : window.findChildren<QWidget*>()) {
+        part->ensurePolished();
+        if (part->layout() != nullptr)
+            part->layout()->invalidate();
+    }
+    if (window.layout() != nullptr)
+        window.layout()->activate();
+}
+
 }  // namespace
 
 void fitOnScreen(QWidget& window, const QWidget* opener) {
     const QScreen* screen = opener != nullptr ? opener->screen() : window.screen();
     const QSize room = screen->availableSize() - kFrameRoom;
-    window.ensurePolished();
+    polish(window);
     if (!window.testAttribute(Qt::WA_Resized))
         window.adjustSize();
     const QSize wanted = window.size();
