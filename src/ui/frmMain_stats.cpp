@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The score board: what was found, what came of it, and the grades with their bar.
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -17,14 +18,13 @@ namespace {
 // What 64 bits of bytes come to.
 constexpr const char* kWidestSize = "16,777,216.0 Tb";
 
-// Both in one place; "Copied:" while the told caption is empty, so that the count is never without one.
-QWidget* besideEachOther(QLabel& first, QLabel& second) {
+// Both in one place: "Copied:" while the told caption is empty, so that the count is never without one.
+QWidget* inOnePlace(QLabel& first, QLabel& second) {
     auto* place = new QWidget;
-    auto* row = new QHBoxLayout(place);
-    row->setContentsMargins({});
-    row->setSpacing(0);
-    row->addWidget(&first);
-    row->addWidget(&second, 1);
+    auto* cell = new QGridLayout(place);
+    cell->setContentsMargins({});
+    cell->addWidget(&first, 0, 0);
+    cell->addWidget(&second, 0, 0);
     return place;
 }
 
@@ -94,7 +94,7 @@ void frmMainControls::createTotals(BoardWidgets& board) {
     Label21 = makeLabel("Label21", "");
     Label21->setBuddy(lTotCopied);
     copiedNote = makeLabel("copiedNote", "Copied:");
-    board.totals.push_back({nullptr, besideEachOther(*Label21, *copiedNote), lTotCopied});
+    board.totals.push_back({nullptr, inOnePlace(*Label21, *copiedNote), lTotCopied});
 }
 
 void frmMainControls::createGrades(BoardWidgets& board) {

@@ -33,16 +33,19 @@ void makeScrollable(QWidget& window) {
 }
 
 // A style sheet makes controls larger than they are before it is applied, which happens to most of them when they are
-// shown.
+// shown. Layouts remember the smaller sizes, the inner ones first.
 void polish(QWidget& window) {
     window.ensurePolished();
-    for (const QWidget* part : window.findChildren<QWidget*>()) {
-        part->ensurePolished();
-        if (part->layout() != nullptr)
+    QList<QWidget*> parts = window.findChildren<QWidget*>();
+    parts.prepend(&window);
+    for (const QWidget* part : parts) part->ensurePolished();
+    std::for_each(parts.crbegin(), parts.crend(), [](QWidget* part) {
+        if (part->layout() != nullptr) {
             part->layout()->invalidate();
-    }
-    if (window.layout() != nullptr)
-        window.layout()->activate();
+            part->layout()->activate();
+        }
+        part->updateGeometry();
+    });
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ void ThemeTest::everyTextOfTheThemeHasAContrastOf45() {
             const double ratio = contrast(colours.*pair.text, colours.*pair.ground);
             QVERIFY2(ratio >= 4.5,
                      qPrintable(QStringLiteral("%1: %2 (%3)")
-                                    .arg(pair.where)
+                                    .arg(QLatin1String(pair.where))
                                     .arg(ratio)
                                     .arg(look == Look::Dark ? QStringLiteral("dark") : QStringLiteral("light"))));
         }
