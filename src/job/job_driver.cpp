@@ -37,17 +37,19 @@ JobEnd JobDriver::runSteps() {
         context_.state.progress.shown = false;
     if (confirmOverwrite() == Next::End)
         return endEarly();
+    context_.evidence.begin();
     testFolders();
-    if (lockScreen() == Next::End)
+    if (lockScreen() == Next::End || walkSource() == Next::End) {
+        context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
-    if (walkSource() == Next::End)
-        return rowOf(cause_).end;
+    }
     loadCommonList();
     testFiles();
     copyRawList();
     copyFiles();
-    finish();
     cause_ = causeBehindPasses();
+    context_.evidence.end(wordOf(rowOf(cause_).end));
+    finish();
     return rowOf(cause_).end;
 }
 
@@ -284,6 +286,10 @@ void JobDriver::copyRawList() {
         return;
     const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
     listMade_ = copied.has_value();
+    if (const auto list = job_.lists().finalPath(); copied && list) {
+        context_.evidence.listCreated(*list);
+        context_.evidence.listedOnly(job_.lists().rawPath());
+    }
     if (!copied)
         detail_ = copied.error().text;
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/kept_files.h"
 #include "job/job_id.h"
 #include "job/statistics.h"
-#include "platform/copy_file.h"
 #include "platform/folders.h"
 #include "testing/skip_list.h"
 #include "text/fields.h"
@@ -163,6 +163,9 @@ void JobSetup::loadSettings() {
         state_.options.checkFileQuality = false;
     }
     checkSkip();
+    const auto preferences = readPreferences(installation_.appFolder()).value_or(Preferences());
+    state_.options.keepEvidence = preferences.get(kKeepsEvidence).value_or(true);
+    state_.options.keepHeads = preferences.get(kKeepsHeads).value_or(true);
     resetCounters(state_);
 }
 
@@ -251,7 +254,10 @@ void JobSetup::fetchList(const NativePath& from, const NativePath& to) {
         surroundings_.loop.turn();
         return true;
     };
-    if (const auto copied = FileCopier().copy(from.native(), to.native(), turning); !copied)
+    const auto copied = FileCopier().copy(from.native(), to.native(), turning);
+    if (copied)
+        fetchEvidence(from, to, turning);
+    else
         unopened_ = copied.error().error.text;
     state_.fetchingList = false;
     state_.texts.status.clear();
@@ -260,6 +266,17 @@ void JobSetup::fetchList(const NativePath& from, const NativePath& to) {
 void JobSetup::tellUnopened() {
     if (!unopened_.empty())
         state_.texts.status = "The list could not be opened: " + unopened_;
+}
+
+// What stood there was that of another list.
+void JobSetup::fetchEvidence(const NativePath& from, const NativePath& to, const CopyProgress& turning) {
+    const NativePath evidence = evidenceBeside(from);
+    passOver(KeptFiles(installation_, surroundings_.clock).moveEvidenceAway(to), "it would only be out of step");
+    for (const auto& [file, copy] :
+         {std::pair(journalOf(evidence), journalOf(evidenceBeside(to))), std::pair(evidence, evidenceBeside(to))}) {
+        if (pathExists(file))
+            passOver(FileCopier().copy(file.native(), copy.native(), turning), "a list does without evidence");
+    }
 }
 
 bool JobSetup::askClearLog() {

@@ -45,8 +45,8 @@
 //   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 what the job does or how it ended, _3 status of
 //     the job), Timer1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
-//     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark), mnuViewf (mnuView), mnuh3
-//     (mnuHelp, mnuAbout)
+//     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
+//     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in the menu of the toolbar's Settings button
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -138,6 +138,7 @@ private:
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
+    void addEvidenceMenu();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);

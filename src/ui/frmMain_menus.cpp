@@ -51,6 +51,7 @@ void frmMain::connectMenus() {
     connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
     // Not modal: a modal screen would hold a running job up.
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
+    addEvidenceMenu();
 }
 
 void frmMain::connectLooks() {
