@@ -2,8 +2,8 @@
 // The program `quillon`: one window, the main window, and the screens behind it. Everything that lives as long as the
 // process is made here.
 
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 
 #include <QApplication>
 
@@ -67,7 +67,7 @@ int runWindow(QApplication& application) {
 // word that can be had of it.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
     const std::string text = message.toStdString();
-    std::fputs(type == QtFatalMsg ? withoutDisplay(text).c_str() : (text + "\n").c_str(), stderr);
+    std::cerr << (type == QtFatalMsg ? withoutDisplay(text) : text + "\n") << std::flush;
     if (type == QtFatalMsg)
         std::_Exit(EXIT_FAILURE);
 }
@@ -77,7 +77,7 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, cons
 
 int main(int argc, char* argv[]) {
     if (const auto answer = quillon::windowAnswer({argv + 1, argv + argc})) {
-        std::fputs(answer->c_str(), stdout);
+        std::cout << *answer;
         return EXIT_SUCCESS;
     }
     qInstallMessageHandler(quillon::endWithoutDisplay);
