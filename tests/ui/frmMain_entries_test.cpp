@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The entries of the main window that open another screen or nothing, and the parts of it that have names of ours.
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QContextMenuEvent>

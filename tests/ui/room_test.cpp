@@ -5,6 +5,7 @@
 #include <limits>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QGroupBox>
 #include <QScrollArea>
 #include <QScrollBar>

@@ -2,6 +2,7 @@
 // Both looks: every text on every ground can be read, the icons follow, and the choice is kept.
 #include "widgets/theme.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <QApplication>
@@ -40,7 +41,7 @@ double luminance(const QColor& colour) {
 }
 
 double contrast(const QColor& text, const QColor& ground) {
-    const auto [dark, light] = std::minmax(luminance(text), luminance(ground));
+    const auto [dark, light] = std::minmax({luminance(text), luminance(ground)});
     return (light + 0.05) / (dark + 0.05);
 }
 
