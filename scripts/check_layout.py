@@ -53,7 +53,7 @@ EXEMPT = {
     ("src/text/unicode.cpp", "locale"): "asks for the fixed C.UTF-8 table, never for the user's locale, and lies below platform",
     ("src/archive/zip_handle.cpp", "errno"): "libzip tells system errors by their numbers",
     ("src/widgets/qt_text.h", "files"): "takes from QFile how Qt writes names, and opens nothing",
-    ("src/widgets/theme.cpp", "files"): "reads the icons that are part of the program; Qt alone knows their paths",
+    ("src/widgets/icon.cpp", "files"): "reads the icons that are part of the program; Qt alone knows their paths",
 }
 
 # A comment tells the rule itself, not where somebody once wrote it; and nothing may depend on one machine or mirror.

@@ -2,6 +2,11 @@
 #include "job/job_board.h"
 
 #include <array>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "job/job_end.h"
 
 namespace quillon {
 
@@ -44,14 +49,64 @@ const PhaseRow& rowOf(JobPhase phase) {
     return kPhases[static_cast<std::size_t>(phase)];
 }
 
+struct Pass {
+    JobPhase phase;
+    const char* name;
+};
+
+// The passes that this job has, in their order. Until they begin, the options may change.
+std::vector<Pass> passesOf(const JobOptions& options) {
+    std::vector<Pass> passes = {{JobPhase::FolderTest, "checking folders"}, {JobPhase::Walk, "listing files"}};
+    if (options.checkFileQuality)
+        passes.push_back({JobPhase::Testing, "testing"});
+    if (options.copy)
+        passes.push_back({JobPhase::Copying, "copying"});
+    return passes;
+}
+
+std::string runningText(const JobState& state) {
+    const std::vector<Pass> passes = passesOf(state.options);
+    for (std::size_t i = 0; i < passes.size(); ++i) {
+        if (passes[i].phase == state.phase)
+            return fmt::format("{} {} of {}: {}", state.stopRequested ? "Stopping after" : "Running", i + 1,
+                               passes.size(), passes[i].name);
+    }
+    return state.phase == JobPhase::Reporting ? "Sending the report" : "Preparing";
+}
+
+JobSummary endSummary(const JobOutcome& outcome) {
+    const EndRow& end = rowOf(outcome.cause);
+    switch (end.end) {
+        case JobEnd::Complete:
+            return outcome.losses ? JobSummary{"Complete, with errors", JobTone::Trouble}
+                                  : JobSummary{"Complete", JobTone::Done};
+        case JobEnd::Stopped:
+            return {outcome.hasList ? "Stopped, list kept" : "Stopped, no list", JobTone::Trouble};
+        case JobEnd::NotStarted:
+        case JobEnd::Busy:
+            return {std::string("Not started: ") + end.text, JobTone::Trouble};
+        case JobEnd::NoList:
+            break;
+    }
+    return {"Failed, no list", JobTone::Trouble};
+}
+
 }  // namespace
+
+JobSummary jobSummary(const JobState& state) {
+    if (state.phase != JobPhase::Idle)
+        return {runningText(state), JobTone::Running};
+    if (state.recounting)
+        return {"Counting", JobTone::Running};
+    return state.outcome ? endSummary(*state.outcome) : JobSummary{};
+}
 
 JobBoard boardOf(const JobState& state) {
     const PhaseRow& phase = rowOf(state.phase);
-    const bool locked = state.recounting || (phase.locksScreen && !state.unlockedByRecount);
+    const bool locked = state.recounting || phase.locksScreen;
     JobBoard board;
     board.frames = board.menus = board.zip = !locked;
-    board.toolbarRestricted = state.recounting || (phase.restrictsToolbar && !state.unlockedByRecount);
+    board.toolbarRestricted = state.recounting || phase.restrictsToolbar;
     board.run = state.mayRun && !locked;
     board.stop = locked;
     board.view = state.mayView;

@@ -4,6 +4,8 @@
 // What a front end lets a person use and see while a job is in a phase: one table of phases, and the facts beside it.
 // The job itself knows no control.
 
+#include <string>
+
 #include "job/job_state.h"
 
 namespace quillon {
@@ -25,6 +27,20 @@ struct JobBoard {
 };
 
 [[nodiscard]] JobBoard boardOf(const JobState& state);
+
+/// How a word on the job is meant.
+enum class JobTone { Quiet, Running, Done, Trouble };
+
+/// What the job does, or how the last one ended, in a few words for a place that is always seen. Told status lines keep
+/// their words, and some of them stay when a job has ended.
+struct JobSummary {
+    std::string text;  ///< "Running 3 of 4: testing", "Complete", "Stopped, no list"; empty before the first job
+    JobTone tone = JobTone::Quiet;
+
+    friend bool operator==(const JobSummary&, const JobSummary&) = default;
+};
+
+[[nodiscard]] JobSummary jobSummary(const JobState& state);
 
 /// The job is in this phase from here on. A phase that has a status line of its own tells it.
 void enterPhase(JobState& state, JobPhase phase);

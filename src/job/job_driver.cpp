@@ -15,6 +15,13 @@
 namespace quillon {
 
 JobEnd JobDriver::run() {
+    context_.state.outcome.reset();
+    const JobEnd end = runSteps();
+    context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state.counters)};
+    return end;
+}
+
+JobEnd JobDriver::runSteps() {
     begin();
     if (!context_.state.options.source)
         host_.pickSource();
@@ -32,7 +39,7 @@ JobEnd JobDriver::run() {
         return endEarly();
     context_.evidence.begin();
     testFolders();
-    if (walkSource() == Next::End) {
+    if (lockScreen() == Next::End || walkSource() == Next::End) {
         context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
     }
@@ -85,18 +92,24 @@ JobDriver::Next JobDriver::checkTarget() {
     return endsBy(EndCause::NoTarget);
 }
 
-JobDriver::Next JobDriver::confirmOverwrite() {
-    JobOptions& options = context_.state.options;
+// True when the job's list is not there yet, or the person has said Yes to this very list.
+bool JobDriver::mayReplaceList() {
+    NativePath& confirmed = context_.state.options.confirmedList;
     const auto list = job_.lists().finalPath();
-    if (list && pathExists(*list) && !options.overwriteConfirmed) {
-        const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
-                                 "), are you sure you want to do this";
-        if (!context_.surroundings.dialogs.ask("Overwrite file", text))
-            return endsBy(EndCause::OverwriteRefused);
-    }
-    options.overwriteConfirmed = false;
+    if (!list || *list == confirmed || !pathExists(*list))
+        return true;
+    const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
+                             "), are you sure you want to do this";
+    if (!context_.surroundings.dialogs.ask("Overwrite file", text))
+        return false;
+    confirmed = *list;
+    return true;
+}
+
+JobDriver::Next JobDriver::confirmOverwrite() {
+    if (!mayReplaceList())
+        return endsBy(EndCause::OverwriteRefused);
     context_.state.stopRequested = false;
-    context_.state.unlockedByRecount = false;
     enterPhase(context_.state, JobPhase::Starting);
     host_.updateToolbar();
     context_.state.startTime = context_.surroundings.clock.now();
@@ -111,6 +124,18 @@ void JobDriver::testFolders() {
     });
 }
 
+// Job ID and folders could be changed up to here, and from here on they stay as they are: whatever list goes now, the
+// person knows of it.
+JobDriver::Next JobDriver::lockScreen() {
+    enterPhase(context_.state, JobPhase::Walk);
+    const bool mayReplace = mayReplaceList();
+    context_.state.options.confirmedList.clear();
+    if (mayReplace)
+        return Next::GoOn;
+    leave();
+    return endsBy(EndCause::OverwriteRefused);
+}
+
 void JobDriver::leave() {
     enterPhase(context_.state, JobPhase::Idle);
     context_.state.mayRun = true;
@@ -119,8 +144,6 @@ void JobDriver::leave() {
 
 JobDriver::Next JobDriver::walkSource() {
     JobState& state = context_.state;
-    state.unlockedByRecount = false;
-    enterPhase(state, JobPhase::Walk);
     state.startTime = context_.surroundings.clock.now();
     const auto tick = context_.surroundings.clock.milliseconds();
     const LocalTime start = logStart("Start file count ");

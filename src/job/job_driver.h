@@ -59,6 +59,7 @@ public:
 private:
     enum class Next { GoOn, End };
 
+    [[nodiscard]] JobEnd runSteps();
     void begin();
     [[nodiscard]] bool stopAsked() const { return context_.surroundings.loop.stopAsked(); }
     [[nodiscard]] Next checkTarget();
@@ -69,8 +70,10 @@ private:
     void tellRefresh(const RefreshSummary& refresh);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
+    [[nodiscard]] bool mayReplaceList();
     [[nodiscard]] Next confirmOverwrite();
     void testFolders();
+    [[nodiscard]] Next lockScreen();
     [[nodiscard]] Next walkSource();
     void tellPermissionDenied();
     void loadCommonList();

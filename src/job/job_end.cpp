@@ -34,13 +34,16 @@ const char* wordOf(JobEnd end) {
     return "";
 }
 
+bool hasLosses(const JobCounters& counters) {
+    return std::any_of(kJobLosses.begin(), kJobLosses.end(),
+                       [&counters](const LossRow& loss) { return counters.*loss.counter > 0; });
+}
+
 int exitStatus(EndCause cause, const JobState& state, bool alertOptional) {
     const int status = rowOf(cause).status;
     if (status != kExitComplete)
         return status;
-    const bool lacks = std::any_of(kJobLosses.begin(), kJobLosses.end(),
-                                   [&state](const LossRow& loss) { return state.counters.*loss.counter > 0; });
-    if (lacks)
+    if (hasLosses(state.counters))
         return kExitLosses;
     return state.report == ReportState::NotAcknowledged && !alertOptional ? kExitAlert : kExitComplete;
 }

@@ -122,6 +122,9 @@ inline constexpr std::array<LossRow, 8> kJobLosses{{
     {&JobCounters::lostEvidence, "lost_evidence", "evidence file could not be written to its end"},
 }};
 
+/// True when a counter of that table is above 0.
+[[nodiscard]] bool hasLosses(const JobCounters& counters);
+
 /// The exit status of a command behind a job. A loss outweighs a report that nobody acknowledged.
 [[nodiscard]] int exitStatus(EndCause cause, const JobState& state, bool alertOptional);
 

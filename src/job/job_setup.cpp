@@ -68,7 +68,7 @@ void JobSetup::jobIdChanged(std::string_view text) {
 }
 
 void JobSetup::forgetLastSource() {
-    state_.options.overwriteConfirmed = false;
+    state_.options.confirmedList.clear();
     state_.log.removeLast();
 }
 
@@ -100,10 +100,12 @@ bool JobSetup::confirmOverwrite() {
     const NativePath list = listPath(state_.options.jobId);
     if (!pathExists(list))
         return true;
-    state_.options.overwriteConfirmed =
+    const bool confirmed =
         surroundings_.dialogs.ask("Overwrite File List?", "The file (" + readable(list.native()) +
                                                               ") already exists. Do you want to overwrite it?");
-    return state_.options.overwriteConfirmed;
+    if (confirmed)
+        state_.options.confirmedList = list;
+    return confirmed;
 }
 
 void JobSetup::pickTarget() {
@@ -251,27 +253,39 @@ std::optional<std::string> JobSetup::openExisting() {
     const auto files = surroundings_.dialogs.pickFiles(pick);
     if (files.empty())
         return std::nullopt;
-    const std::string name = listNameOf(files.front());
-    jobIdChanged(name);
-    const NativePath list = listPath(name);
-    if (!list.empty() && !pathExists(list)) {
-        state_.texts.status = "Copying file, please wait ...";
-        state_.fetchingList = true;
+    jobIdChanged(listNameOf(files.front()));
+    state_.outcome.reset();
+    unopened_.clear();
+    const std::string& id = state_.options.jobId;
+    const NativePath list = id.empty() ? NativePath{} : listPath(id);
+    if (list.empty())
+        unopened_ = "no job ID or no local path";
+    else if (!pathExists(list))
+        fetchList(files.front(), list);
+    return id;
+}
+
+void JobSetup::fetchList(const NativePath& from, const NativePath& to) {
+    state_.texts.status = "Copying file, please wait ...";
+    state_.fetchingList = true;
+    surroundings_.loop.turn();
+    const auto turning = [this](std::uint64_t, std::uint64_t) {
         surroundings_.loop.turn();
-        FileCopier copier;
-        const auto turning = [this](std::uint64_t, std::uint64_t) {
-            surroundings_.loop.turn();
-            return true;
-        };
-        passOver(copyMark(files.front(), list), "a mark that is missing is missing where the list comes from, too");
-        const auto copied = copier.copy(files.front().native(), list.native(), turning);
-        passOver(copied, "a list that could not be copied is not there, and the counts stay at 0");
-        if (copied)
-            fetchEvidence(files.front(), list, turning);
-        state_.fetchingList = false;
-        state_.texts.status.clear();
-    }
-    return name;
+        return true;
+    };
+    passOver(copyMark(from, to), "a mark that is missing is missing where the list comes from, too");
+    const auto copied = FileCopier().copy(from.native(), to.native(), turning);
+    if (copied)
+        fetchEvidence(from, to, turning);
+    else
+        unopened_ = copied.error().error.text;
+    state_.fetchingList = false;
+    state_.texts.status.clear();
+}
+
+void JobSetup::tellUnopened() {
+    if (!unopened_.empty())
+        state_.texts.status = "The list could not be opened: " + unopened_;
 }
 
 // What stood there was that of another list.

@@ -75,9 +75,12 @@ public:
 
     /// The menu entry: asks for a separator and saves it with the settings.
     void askSeparator();
-    /// Asks for an existing list. No value when the person cancelled. Otherwise its name is the job ID, and the list
-    /// has been copied into the list folder if that had none; the counts are up to the caller.
+    /// Asks for an existing list. No value when the person cancelled. Otherwise its name is the job ID, cleaned as if
+    /// it were typed, and the list has been copied under that ID into the list folder if that had none; the counts are
+    /// up to the caller.
     [[nodiscard]] std::optional<std::string> openExisting();
+    /// Behind the count: when no list could be opened, the status line tells why.
+    void tellUnopened();
 
     /// Asks whether to clear the log, if it has rows; true when it is empty now.
     bool askClearLog();
@@ -93,11 +96,13 @@ private:
     void tellCutFolders();
     void checkSkip();
     [[nodiscard]] bool confirmOverwrite();
+    void fetchList(const NativePath& from, const NativePath& to);
     void keepSeparator(const std::string& answer, const std::string& before);
 
     Installation& installation_;
     const Surroundings& surroundings_;
     JobState& state_;
+    std::string unopened_;  // why there is no list
 };
 
 }  // namespace quillon

@@ -29,12 +29,12 @@ struct JobOptions {
     bool useSkipListEnabled = true;
     bool useCommonHeaders = false;  ///< chkCommon
     bool useCommonHeadersEnabled = true;
-    bool showProgress = false;        ///< Check1
-    int recipientIndex = -1;          ///< Combo1: index of the chosen item
-    std::string recipient;            ///< Combo1: its text
-    bool keepEvidence = false;        ///< the job leaves its evidence beside the list
-    bool keepHeads = true;            ///< with the first bytes of each tested file
-    bool overwriteConfirmed = false;  ///< the person has said Yes to overwriting this list; lasts for one job
+    bool showProgress = false;  ///< Check1
+    int recipientIndex = -1;    ///< Combo1: index of the chosen item
+    std::string recipient;      ///< Combo1: its text
+    NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
+    bool keepEvidence = false;  ///< the job leaves its evidence beside the list
+    bool keepHeads = true;      ///< with the first bytes of each tested file
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -102,6 +102,16 @@ inline constexpr std::size_t kJobPhases = 8;
 /// What came of the completion report.
 enum class ReportState { NotSent, Acknowledged, NotAcknowledged };
 
+/// Which row of the table of ends a job has come to, see job/job_end.
+enum class EndCause : std::uint8_t;
+
+/// What came of the last job.
+struct JobOutcome {
+    EndCause cause{};
+    bool hasList = false;  ///< there is a final list of this job, complete or not
+    bool losses = false;
+};
+
 /// Colours of log rows, blue in the high byte.
 inline constexpr std::uint32_t kLightRed = 0xC0C0FF;
 inline constexpr std::uint32_t kLightOrange = 0xC0E0FF;
@@ -167,12 +177,13 @@ struct JobState {
 
     JobPhase phase = JobPhase::Idle;
     ReportState report = ReportState::NotSent;  ///< of this job; sending that fails is NotAcknowledged
-    bool mayRun = false;             ///< a source was chosen, or a job or recount has ended, and there is a job ID
-    bool mayView = false;            ///< there may be a list to look at
-    bool recounting = false;         ///< the counts are being read from a list
-    bool fetchingList = false;       ///< an existing list is being copied to where lists are kept
-    bool unlockedByRecount = false;  ///< a recount has ended in the midst of the job
-    bool fileLineShown = true;       ///< the line of the file in work; a copy that has ended takes it away
+    bool mayRun = false;        ///< a source was chosen, or a job or recount has ended, and there is a job ID
+    bool mayView = false;       ///< there may be a list to look at
+    bool recounting = false;    ///< the counts are being read from a list
+    bool fetchingList = false;  ///< an existing list is being copied to where lists are kept
+    bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away
+
+    std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
 
     std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written

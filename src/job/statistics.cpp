@@ -106,6 +106,8 @@ void timerTick(JobState& state, const Clock& clock) {
 
 void upDateAllLabels(const PassContext& context, const JobLists& lists, const ReportMessages& messages) {
     JobState& state = context.state;
+    if (state.phase != JobPhase::Idle)
+        return;
     resetCounters(state);
     state.texts.status = "Updating statistics ...";
     context.turn();
@@ -119,7 +121,6 @@ void upDateAllLabels(const PassContext& context, const JobLists& lists, const Re
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
     state.recounting = false;
-    state.unlockedByRecount = state.phase != JobPhase::Idle;
     state.mayRun = true;
 }
 

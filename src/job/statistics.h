@@ -29,12 +29,10 @@ void showSize(JobState& state);
 void timerTick(JobState& state, const Clock& clock);
 
 /// Recounts the board from the list of the job ID. It restores only what a list can tell; rows that have not exactly
-/// five fields count nothing.
+/// five fields count nothing. While a job runs, counters and controls are the job's, and nothing is recounted.
 ///
 /// Kept: the quality is recomputed only at rows of an access error, a common header or no known text, so a list of
 /// nothing but good and corrupt rows leaves it at "0" (test ARecountOfGoodAndCorruptRowsLeavesTheQualityAtZero).
-/// Kept: in the midst of a job the end of a recount unlocks the screen, until the walk or the next job locks it (test
-/// ARecountInTheMidstOfAJobUnlocksTheScreen).
 void upDateAllLabels(const PassContext& context, const JobLists& lists, const ReportMessages& messages);
 
 }  // namespace quillon

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// The program `quillon`: one window, the main window, and the screens behind it. It reads no command line. Everything
-// that lives as long as the process is made here.
+// The program `quillon`: one window, the main window, and the screens behind it. Everything that lives as long as the
+// process is made here.
 
 #include <cstdlib>
+#include <iostream>
 
 #include <QApplication>
 
@@ -11,15 +12,17 @@
 #include "job/job.h"
 #include "messaging/alert_exchange.h"
 #include "platform/host.h"
+#include "programs/window_command.h"
 #include "ui/frmMain.h"
 #include "ui/help_window.h"
 #include "ui/screens.h"
 #include "widgets/enter_key.h"
+#include "widgets/look_switch.h"
 #include "widgets/navigator.h"
 #include "widgets/qt_dialogs.h"
 #include "widgets/screen_context.h"
-#include "widgets/theme.h"
 #include "widgets/window_event_loop.h"
+#include "widgets/window_sizes.h"
 
 namespace quillon {
 namespace {
@@ -33,15 +36,17 @@ void openFirstScreen(FirstScreen first, Navigator& navigator, frmMain& window) {
 }
 
 int runWindow(QApplication& application) {
-    applyLook(application, lookOfDesktop());
     const SystemClock clock;
     const DateTexts dates;
     WindowEventLoop loop(clock);
     QtDialogs dialogs([&loop] { loop.refreshScreens(); });
     const Surroundings surroundings{clock, dates, dialogs, loop, hostName()};
     Installation installation(applicationFolder());
+    LookSwitch look(application, installation.appFolder());
     Job job(installation, surroundings);
+    WindowSizes sizes(installation.appFolder());
     Navigator navigator;
+    navigator.setSizes(&sizes);
     AlertPorts alertPorts;
     const ScreenContext context{installation, surroundings, job.kept(), navigator, loop, &alertPorts};
     registerScreens(context, job);
@@ -53,7 +58,7 @@ int runWindow(QApplication& application) {
     AlertExchange exchange(
         AlertScreen::Main, server, client, installation, surroundings, [&job] { return job.state.options.jobId; },
         &alertPorts);
-    frmMain window(context, job, {&exchange, systemNetwork()});
+    frmMain window(context, job, {&exchange, systemNetwork()}, &look);
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
     // The folder check asks the share before there is a window. Settings that are empty or cannot be read name none.
@@ -65,11 +70,26 @@ int runWindow(QApplication& application) {
     return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
 }
 
+// Where there is no display, Qt ends the program by an abort while the application is made: a fatal message is the last
+// word that can be had of it.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& message) {
+    const std::string text = message.toStdString();
+    std::cerr << (type == QtFatalMsg ? withoutDisplay(text) : text + "\n") << std::flush;
+    if (type == QtFatalMsg)
+        std::_Exit(EXIT_FAILURE);
+}
+
 }  // namespace
 }  // namespace quillon
 
 int main(int argc, char* argv[]) {
+    if (const auto answer = quillon::windowAnswer({argv + 1, argv + argc})) {
+        std::cout << *answer;
+        return EXIT_SUCCESS;
+    }
+    qInstallMessageHandler(quillon::endWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     QApplication::setApplicationName(QStringLiteral("Quillon"));
     QApplication::setDesktopFileName(QStringLiteral("quillon"));
     quillon::raiseOpenFileLimit();

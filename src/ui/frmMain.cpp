@@ -8,7 +8,6 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
-#include <QScreen>
 #include <QTimer>
 #include <QToolButton>
 
@@ -32,15 +31,17 @@ constexpr std::int64_t kLeavePatience = 2000;
 
 }  // namespace
 
-frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts)
+frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts, LookSwitch* look)
     : StepWindow(context, Screen::Main, "frmMain", "Quillon Software : Professional"),
       job_(job),
       alerts_(std::move(alerts)),
+      look_(look),
       setup_(context.installation, context.surroundings, job_.state),
       logRows_(job_.state.log, context.surroundings.dates),
       timer_(new QTimer(this)) {
     createControls(*this);
-    resize(kFirstSize.boundedTo(screen()->availableSize()));
+    resize(kFirstSize);
+    context_.navigator.prepareWindow(*this);
     setAcceptDrops(true);
     timer_->setObjectName(QStringLiteral("Timer1"));
     timer_->setInterval(kTimerInterval);
@@ -126,6 +127,7 @@ void frmMain::unloadAllForms() {
         job_.state.copyCancelled = true;
         leaveBy_ = context_.surroundings.clock.milliseconds() + kLeavePatience;
     }
+    context_.navigator.leaveWindow(*this);
     context_.navigator.unloadAll();
     close();
     if (!isJobRunning())

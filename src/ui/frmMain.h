@@ -42,10 +42,11 @@
 //   sFileTU                         current file, or the log row clicked
 //   Command4                        "Clear Log"
 //   Command5                        "Check Folders"           without effect
-//   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 empty, _3 status of the job), Timer1
+//   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 what the job does or how it ended, _3 status of
+//     the job), Timer1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
-//     mnuFLS, mnuAutoUpdate, and of ours mnuEvidence with evidenceKeep, evidenceHeads), mnuViewf (mnuView),
-//     mnuh3 (mnuHelp, mnuAbout)
+//     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
+//     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -65,6 +66,8 @@
 class QTimer;
 
 namespace quillon {
+
+class LookSwitch;
 
 /// The rows of the job log as the grid shows them: "Time", "Event".
 class JobLogRows final : public GridSource {
@@ -89,8 +92,9 @@ class frmMain final : public StepWindow<QMainWindow>, public MainWindowDoor, pri
     Q_OBJECT
 
 public:
-    /// Context, job and exchange must outlive the window. Not shown before `reloadForm`.
-    frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts);
+    /// Context, job, exchange and look must outlive the window. Not shown before `reloadForm`.
+    /// Without a look switch the look cannot be chosen.
+    frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts, LookSwitch* look = nullptr);
     ~frmMain() override;
 
     /// The start sequence, which ends with showing the window; also run again by the setup.
@@ -125,10 +129,13 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    /// None: the only entry would hide the toolbar, and nothing would bring it back.
+    QMenu* createPopupMenu() override { return nullptr; }
 
 private:
     void connectControls();
     void connectMenus();
+    void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
     void addEvidenceMenu();
@@ -158,6 +165,7 @@ private:
     void showControls() override;
     void showCounts();
     void showTexts();
+    void showSummary();
     void showCommands();
     void showToolbar(const JobBoard& board);
     void showOptions();
@@ -166,6 +174,7 @@ private:
 
     Job& job_;
     MainWindowAlerts alerts_;
+    LookSwitch* look_;
     JobSetup setup_;
     JobLogRows logRows_;
     QTimer* timer_;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Menu bar, toolbar and status bar of the main window.
 #include <QAction>
+#include <QActionGroup>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenu>
@@ -70,11 +71,25 @@ void frmMainControls::createMenus(QMainWindow& window) {
     mnuAutoUpdate = addEntry(*mnu, "mnuAutoUpdate", "&Auto Update");
     mnuAutoUpdate->setCheckable(true);
     mnuAutoUpdate->setChecked(true);
+    createLooks();
     mnuViewf = addMenu(window, "mnuViewf", "View");
     mnuView = addEntry(*mnuViewf, "mnuView", "View Folder");
     mnuh3 = addMenu(window, "mnuh3", "&Help");
     mnuHelp = addEntry(*mnuh3, "mnuHelp", "&Contents", QKeySequence::HelpContents);
     mnuAbout = addEntry(*mnuh3, "mnuAbout", "&About");
+}
+
+void frmMainControls::createLooks() {
+    mnuLook = mnu->addMenu(QStringLiteral("&Look"));
+    mnuLook->setObjectName(QStringLiteral("mnuLook"));
+    mnuLook->menuAction()->setObjectName(QStringLiteral("mnuLook"));
+    looks = {addEntry(*mnuLook, "lookDesktop", "As the &desktop"), addEntry(*mnuLook, "lookLight", "&Light"),
+             addEntry(*mnuLook, "lookDark", "Da&rk")};
+    auto* group = new QActionGroup(mnuLook);
+    for (QAction* look : looks) {
+        look->setCheckable(true);
+        group->addAction(look);
+    }
 }
 
 void frmMainControls::createToolbar(QMainWindow& window) {
@@ -93,9 +108,10 @@ void frmMainControls::createStatusBar(QMainWindow& window) {
     bar->setSizeGripEnabled(true);
     const char* names[] = {"StatusBar1_1", "StatusBar1_2", "StatusBar1_3"};
     for (std::size_t i = 0; i < statusPanels.size(); ++i) {
-        statusPanels[i] = makeLabel(names[i], "");
+        // What has come of a job may be a long sentence.
+        statusPanels[i] = i == 1 ? make<ElidedLabel>(names[i]) : makeLabel(names[i], "");
         statusPanels[i]->setContentsMargins(kSpacing, 0, kSpacing, 0);
-        bar->addWidget(statusPanels[i], i == 2 ? 1 : 0);
+        bar->addWidget(statusPanels[i], i == 0 ? 0 : 1);
     }
 }
 

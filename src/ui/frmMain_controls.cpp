@@ -15,19 +15,13 @@
 #include <QVBoxLayout>
 
 #include "ui/grade_bar.h"
+#include "ui/main_area.h"
 #include "widgets/control_maker.h"
 #include "widgets/elided_label.h"
 #include "widgets/grid.h"
 #include "widgets/theme.h"
 
 namespace quillon {
-namespace {
-
-// On a wide screen the score board takes the room: nothing on the left gets better by being longer.
-constexpr int kWidestLeft = 760;
-
-}  // namespace
-
 void frmMainControls::createControls(QMainWindow& window) {
     createMenus(window);
     createToolbar(window);
@@ -166,6 +160,7 @@ void frmMainControls::createLog(QVBoxLayout& layout) {
     layout.addWidget(iGrid1, 1);
     sFileTU = make<ElidedLabel>("sFileTU");
     sFileTU->setAccessibleName(QStringLiteral("Current file"));
+    keepRoomWhenHidden(*sFileTU);  // the buttons beside it stay as wide as they are
     Command4 = makeButton("Command4", "Clear &Log");
     Command5 = makeButton("Command5", "Check F&olders");
     auto* row = new QHBoxLayout;
@@ -176,30 +171,17 @@ void frmMainControls::createLog(QVBoxLayout& layout) {
     layout.addLayout(row);
 }
 
-// Source, options and alerts on the left, score board on the right, commands below them.
+// Source, options and alerts on the left, score board on the right.
 QWidget* frmMainControls::arrangeUpper() const {
-    auto* leftSide = new QWidget;
-    leftSide->setMaximumWidth(kWidestLeft);
-    auto* left = new QVBoxLayout(leftSide);
-    left->setContentsMargins(0, 0, 0, 0);
-    left->setSpacing(kSpacing);
-    left->addWidget(Frame1);
-    left->addWidget(Frame3);
-    left->addWidget(Frame2);
-    left->addStretch();
-    auto* board = new QHBoxLayout;
-    board->setSpacing(kMargin);
-    board->addWidget(leftSide, 1);
-    board->addWidget(Frame5, 1);
-
-    auto* upper = new QWidget;
-    auto* layout = new QVBoxLayout(upper);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->setSpacing(kSpacing);
-    layout->addLayout(board);
-    layout->addWidget(Frame4);
-    layout->addStretch();
-    return upper;
+    auto* setupSide = new QWidget;
+    auto* setup = new QVBoxLayout(setupSide);
+    setup->setContentsMargins(0, 0, 0, 0);
+    setup->setSpacing(kSpacing);
+    setup->addWidget(Frame1);
+    setup->addWidget(Frame3);
+    setup->addWidget(Frame2);
+    setup->addStretch();
+    return new MainArea(setupSide, Frame5, scoreBoard);
 }
 
 void frmMainControls::arrange(QMainWindow& window) {
@@ -207,6 +189,7 @@ void frmMainControls::arrange(QMainWindow& window) {
     auto* log = new QVBoxLayout(lower);
     log->setContentsMargins(0, kSpacing, 0, 0);
     log->setSpacing(kSpacing);
+    log->addWidget(Frame4);  // below what may have to be scrolled to: Run and Stop are always at hand
     Label8 = make<ElidedLabel>("Label8");
     Label8->setAccessibleName(QStringLiteral("Status"));
     log->addWidget(Label8);

@@ -13,7 +13,6 @@
 class QAction;
 class QCheckBox;
 class QComboBox;
-class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -30,6 +29,8 @@ namespace quillon {
 
 class GradeBar;
 class Grid;
+class ScoreBoard;
+struct BoardWidgets;
 
 inline constexpr std::size_t kToolbarButtons = 12;
 
@@ -55,6 +56,7 @@ struct frmMainControls {
     QLabel *Label10, *lRPC, *Label8;
     QLabel* copiedNote;
     GradeBar* gradeBar;
+    ScoreBoard* scoreBoard;
 
     Grid* iGrid1;
     QPushButton *Command4, *Command5;
@@ -70,6 +72,8 @@ struct frmMainControls {
     QMenu *mnuFile, *mnu, *mnuViewf, *mnuh3;
     QAction *mnuOpen, *mnuExit, *mnuSettings, *mnuEdit, *mnuDB, *mnuEditCommon, *mnuBS, *mnuErrors, *mnuMsgLogs;
     QAction *mnuFLS, *mnuAutoUpdate, *mnuView, *mnuHelp, *mnuAbout;
+    QMenu* mnuLook;
+    std::array<QAction*, 3> looks;  ///< in the order of kLooks
 
     /// Makes everything below `window`, in the order of the keyboard.
     void createControls(QMainWindow& window);
@@ -80,11 +84,12 @@ private:
     void createAlerts();
     void createCommands();
     void createStats();
-    void createTotals(QGridLayout& grid);
-    void createQuality(QGridLayout& grid);
-    void createGrades(QGridLayout& grid);
+    [[nodiscard]] QWidget* createQuality();
+    void createTotals(BoardWidgets& board);
+    void createGrades(BoardWidgets& board);
     void createLog(QVBoxLayout& layout);
     void createMenus(QMainWindow& window);
+    void createLooks();
     void createToolbar(QMainWindow& window);
     void fillToolbar();
     void createStatusBar(QMainWindow& window);

@@ -8,6 +8,7 @@
 #include <QToolButton>
 
 #include "ui/frmMain.h"
+#include "widgets/look_switch.h"
 #include "widgets/qt_text.h"
 #include "widgets/window_event_loop.h"
 #include "widgets/window_place.h"
@@ -27,10 +28,13 @@ constexpr std::size_t kBadSectorsButton = 11;
 
 void frmMain::connectMenus() {
     step(mnuOpen, &QAction::triggered, [this] {
-        if (setup_.openExisting())
-            upDateAllLabels();
+        if (!setup_.openExisting())
+            return;
+        upDateAllLabels();
+        setup_.tellUnopened();
     });
     connect(mnuExit, &QAction::triggered, this, &frmMain::unloadAllForms);
+    connectLooks();
     const std::tuple<QAction*, Screen, std::size_t> modalScreens[] = {
         {mnuSettings, Screen::SetupWizard, kSettingsButton},
         {mnuEdit, Screen::SkipList, kSkipListButton},
@@ -48,6 +52,20 @@ void frmMain::connectMenus() {
     // Not modal: a modal screen would hold a running job up.
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
     addEvidenceMenu();
+}
+
+void frmMain::connectLooks() {
+    mnuLook->setEnabled(look_ != nullptr);
+    if (look_ == nullptr)
+        return;
+    for (const LookRow& row : kLooks) {
+        QAction* entry = looks[static_cast<std::size_t>(row.choice)];
+        entry->setChecked(row.choice == look_->choice());
+        step(entry, &QAction::triggered, [this, choice = row.choice] {
+            if (const auto stored = look_->choose(choice); !stored)
+                job_.state.texts.status = "The look lasts until the program ends: " + stored.error().text;
+        });
+    }
 }
 
 // A button does exactly what its control does.

@@ -20,6 +20,7 @@
 #include "widgets/grid.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
+#include "widgets/theme.h"
 
 namespace quillon {
 namespace {
@@ -73,6 +74,7 @@ void frmMain::showTexts() {
     const JobTexts& texts = job_.state.texts;
     showText(*Label8, texts.status);
     showText(*statusPanels[2], texts.statusPanel);
+    showSummary();
     showText(*lRPC, texts.quality);
     showText(*lsize, sizeLabel(job_.state));
     showText(*Label16, texts.throughput);
@@ -83,6 +85,16 @@ void frmMain::showTexts() {
     copiedNote->setVisible(texts.copiedCaption.empty());
     showText(*lTotCopied, texts.copied);
     showText(*sFileTU, texts.currentFile);
+}
+
+void frmMain::showSummary() {
+    static constexpr std::pair<JobTone, const char*> kTones[] = {
+        {JobTone::Quiet, ""}, {JobTone::Running, "running"}, {JobTone::Done, "done"}, {JobTone::Trouble, "trouble"}};
+    const JobSummary summary = jobSummary(job_.state);
+    showText(*statusPanels[1], summary.text);
+    for (const auto& [tone, name] : kTones)
+        if (tone == summary.tone)
+            setTone(*statusPanels[1], name);
 }
 
 void frmMain::showOptions() {

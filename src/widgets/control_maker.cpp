@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/control_maker.h"
 
+#include "widgets/roomy_label.h"
 #include "widgets/theme.h"
 
 namespace quillon {
@@ -30,11 +31,18 @@ QLabel* makeLabel(const char* name, const char* caption) {
     return label;
 }
 
-QLabel* makeCount(const char* name) {
-    QLabel* label = makeLabel(name, "0");
+QLabel* makeRoomy(const char* name, const char* widestText) {
+    auto* label = new RoomyLabel(QLatin1String(widestText));
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+QLabel* makeCount(const char* name, const char* widestText) {
+    QLabel* label = makeRoomy(name, widestText);
+    label->setText(QStringLiteral("0"));
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setFont(countFont(label->font()));
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("000,000")));
     return label;
 }
 

@@ -34,8 +34,10 @@ template <typename Control>
 [[nodiscard]] QCheckBox* makeCheck(const char* name, const char* caption);
 /// A fixed label. An "&" marks the key of its buddy.
 [[nodiscard]] QLabel* makeLabel(const char* name, const char* caption);
-/// A count at the right edge of its column.
-[[nodiscard]] QLabel* makeCount(const char* name);
+/// A label that has room for its widest text at all times.
+[[nodiscard]] QLabel* makeRoomy(const char* name, const char* widestText);
+/// A count at the right edge of its column, with room for every count that there can be.
+[[nodiscard]] QLabel* makeCount(const char* name, const char* widestText = "2,147,483,647");
 [[nodiscard]] QProgressBar* makeProgress(const char* name, const char* accessibleName);
 /// What stands beside the control keeps its place when the control is hidden.
 void keepRoomWhenHidden(QWidget& control);

@@ -11,6 +11,7 @@
 #include <QWindow>
 
 #include "widgets/window_place.h"
+#include "widgets/window_sizes.h"
 
 namespace quillon {
 namespace {
@@ -69,9 +70,23 @@ QWidget* Navigator::load(Screen screen, const std::any& handOver) {
         return nullptr;
     std::erase_if(loaded_, [](const Loaded& one) { return one.window.isNull(); });
     QWidget* made = factory->second(handOver).release();
+    prepareWindow(*made);
     placeOver(*made, QApplication::activeWindow());
     loaded_.push_back({screen, made});
     return made;
+}
+
+void Navigator::prepareWindow(QWidget& window) {
+    if (sizes_ != nullptr)
+        sizes_->restore(window);
+    fitOnScreen(window, QApplication::activeWindow());
+    if (sizes_ != nullptr)
+        sizes_->opens(window);
+}
+
+void Navigator::leaveWindow(const QWidget& window) {
+    if (sizes_ != nullptr)
+        sizes_->leave(window);
 }
 
 void Navigator::open(Screen screen, const std::any& handOver) {
@@ -113,6 +128,7 @@ void Navigator::unload(Screen screen) {
     std::erase_if(loaded_, [screen](const Loaded& one) { return one.screen == screen; });
     if (gone == nullptr)
         return;
+    leaveWindow(*gone);
     gone->hide();
     std::erase_if(leaving_, [](const QPointer<QWidget>& window) { return window.isNull(); });
     leaving_.emplace_back(gone);

@@ -15,6 +15,8 @@
 
 namespace quillon {
 
+class WindowSizes;
+
 enum class Screen {
     Main,
     About,
@@ -76,6 +78,14 @@ public:
     /// The window of a loaded screen, null otherwise.
     [[nodiscard]] QWidget* window(Screen screen) const;
 
+    /// Where the sizes of windows are kept; null: nowhere. It must outlive the navigator's use.
+    void setSizes(WindowSizes* sizes) { sizes_ = sizes; }
+    /// Gives a window that is not shown yet the size that it was left in, and makes it fit its screen. Done for every
+    /// screen that is opened here.
+    void prepareWindow(QWidget& window);
+    /// The window is left: its size is kept.
+    void leaveWindow(const QWidget& window);
+
     /// Null before the main window is made.
     void setMain(MainWindowDoor* main) { main_ = main; }
     [[nodiscard]] MainWindowDoor* main() const { return main_; }
@@ -96,6 +106,7 @@ private:
     std::vector<Loaded> loaded_;              // in order of opening
     std::vector<QPointer<QWidget>> leaving_;  // unloaded, and gone at the next turn of the event loop
     MainWindowDoor* main_ = nullptr;
+    WindowSizes* sizes_ = nullptr;
 };
 
 }  // namespace quillon

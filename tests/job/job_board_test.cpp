@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "job/job_end.h"
+
 namespace quillon::test {
 
 namespace {
@@ -80,16 +82,65 @@ TEST(JobBoardTest, ARecountLocksInEveryPhase) {
     }
 }
 
-TEST(JobBoardTest, ARecountThatEndedInTheMidstOfAJobLeavesItsPhaseUnlocked) {
-    JobState state = stateIn(JobPhase::Testing);
-    state.unlockedByRecount = true;
-    EXPECT_EQ(lettersOf(state), "FM-R--ZT-C");
-}
-
 TEST(JobBoardTest, AListThatIsFetchedShowsTheBusyPointerAndLocksNothing) {
     JobState state = stateIn(JobPhase::Idle);
     state.fetchingList = true;
     EXPECT_EQ(lettersOf(state), "FM-R--ZTB-");
+}
+
+TEST(JobSummaryTest, ARunningJobTellsWhichOfItsPassesItIsIn) {
+    struct Case {
+        JobPhase phase;
+        bool tests;
+        bool copies;
+        const char* text;
+    };
+    const Case cases[] = {
+        {JobPhase::Checking, true, true, "Preparing"},
+        {JobPhase::Starting, true, true, "Preparing"},
+        {JobPhase::FolderTest, true, true, "Running 1 of 4: checking folders"},
+        {JobPhase::Walk, false, false, "Running 2 of 2: listing files"},
+        {JobPhase::Testing, true, false, "Running 3 of 3: testing"},
+        {JobPhase::Testing, true, true, "Running 3 of 4: testing"},
+        {JobPhase::Copying, true, true, "Running 4 of 4: copying"},
+        {JobPhase::Copying, false, true, "Running 3 of 3: copying"},
+        {JobPhase::Reporting, true, true, "Sending the report"},
+    };
+    for (const auto& told : cases) {
+        JobState state = stateIn(told.phase);
+        state.options.checkFileQuality = told.tests;
+        state.options.copy = told.copies;
+        state.outcome = JobOutcome{};
+        EXPECT_EQ(jobSummary(state), (JobSummary{told.text, JobTone::Running}));
+    }
+}
+
+TEST(JobSummaryTest, AfterStopTheTestStillGoesToItsEndAndSaysSo) {
+    JobState state = stateIn(JobPhase::Testing);
+    state.options.checkFileQuality = true;
+    state.stopRequested = true;
+    EXPECT_EQ(jobSummary(state).text, "Stopping after 3 of 3: testing");
+}
+
+TEST(JobSummaryTest, AnEndedJobSaysHow) {
+    EXPECT_EQ(jobSummary(JobState()), JobSummary());
+    const std::pair<JobOutcome, JobSummary> cases[] = {
+        {{EndCause::Complete, true, false}, {"Complete", JobTone::Done}},
+        {{EndCause::Complete, true, true}, {"Complete, with errors", JobTone::Trouble}},
+        {{EndCause::StoppedInCopying, true, true}, {"Stopped, list kept", JobTone::Trouble}},
+        {{EndCause::StoppedInWalk, false, false}, {"Stopped, no list", JobTone::Trouble}},
+        {{EndCause::NoTarget, false, false}, {"Not started: no target is chosen", JobTone::Trouble}},
+        {{EndCause::Busy, false, false},
+         {"Not started: another job runs in this application folder, try again later", JobTone::Trouble}},
+        {{EndCause::ListDenied, false, false}, {"Failed, no list", JobTone::Trouble}},
+    };
+    for (const auto& [outcome, summary] : cases) {
+        JobState state = stateIn(JobPhase::Idle);
+        state.outcome = outcome;
+        EXPECT_EQ(jobSummary(state), summary);
+        state.recounting = true;
+        EXPECT_EQ(jobSummary(state), (JobSummary{"Counting", JobTone::Running}));
+    }
 }
 
 }  // namespace

@@ -224,7 +224,7 @@ TEST_F(DriverTest, TheCommonListIsLoadedWhenItsBoxIsTicked) {
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_TRUE(job.commonList.records().empty());
     state.options.useCommonHeaders = true;
-    state.options.overwriteConfirmed = true;
+    state.options.confirmedList = folder / "local/1234.csv";
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_EQ(job.commonList.records().size(), 2U);
 }

@@ -134,11 +134,81 @@ TEST_F(DriverTest, NoAtTheOverwriteQuestionEndsTheJobBehindTheRefresh) {
 
 TEST_F(DriverTest, AnOverwriteThatWasConfirmedIsNotAskedAgainAndLastsForOneJob) {
     folder.write("local/1234.csv", "old");
-    state.options.overwriteConfirmed = true;
+    state.options.confirmedList = folder / "local/1234.csv";
     EXPECT_EQ(run(), JobEnd::Complete);
-    EXPECT_FALSE(state.options.overwriteConfirmed);
+    EXPECT_TRUE(state.options.confirmedList.empty());
     expectOverwrite(BoxAnswer::No);
     EXPECT_EQ(run(), JobEnd::NotStarted);
+}
+
+// Yes was said to the list of job 1234, by the picker or by the job itself; the job of another ID has another list.
+TEST_F(DriverTest, YesToOneListIsNoYesToAnother) {
+    folder.write("local/1234.csv", "old");
+    const NativePath other = folder.write("local/5678.csv", "old too");
+    state.options.confirmedList = folder / "local/1234.csv";
+    state.options.jobId = "5678";
+    fake.dialogs.expectBox(
+        "Overwrite file",
+        "You are about to overwrite the existing file (" + other.native() + "), are you sure you want to do this",
+        BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(folder.read("local/5678.csv"), "old too");
+}
+
+TEST_F(DriverTest, AnIdThatChangesDuringTheFolderTestsIsAskedForAgainBeforeAnythingIsLost) {
+    folder.write("app/tFile.csv", "of the last job");
+    folder.write("local/1234.csv", "old");
+    const NativePath other = folder.write("local/5678.csv", "old too");
+    sourceFile("a/file", "x");
+    for (const BoxAnswer answer : {BoxAnswer::No, BoxAnswer::Yes}) {
+        state.options.jobId = "1234";
+        expectOverwrite(BoxAnswer::Yes);
+        atTurnWhen([this] { return state.phase == JobPhase::FolderTest; }, [this] { state.options.jobId = "5678"; });
+        fake.dialogs.expectBox(
+            "Overwrite file",
+            "You are about to overwrite the existing file (" + other.native() + "), are you sure you want to do this",
+            answer);
+        EXPECT_EQ(run(), answer == BoxAnswer::Yes ? JobEnd::Complete : JobEnd::NotStarted);
+        EXPECT_EQ(folder.read("local/1234.csv"), "old");
+        EXPECT_EQ(folder.read("local/5678.csv") == "old too", answer == BoxAnswer::No);
+        EXPECT_EQ(folder.read("app/tFile.csv") == "of the last job", answer == BoxAnswer::No);
+        EXPECT_TRUE(state.options.confirmedList.empty());
+        EXPECT_EQ(boardOf(state).frames, true);
+    }
+}
+
+TEST_F(DriverTest, AnotherLocalPathDuringTheFolderTestsIsAnotherList) {
+    folder.write("local/1234.csv", "old");
+    const NativePath other = folder.write("other/1234.csv", "old too");
+    sourceFile("a/file", "x");
+    state.options.confirmedList = folder / "local/1234.csv";
+    const auto inTest = [this] { return state.phase == JobPhase::FolderTest; };
+    atTurnWhen(inTest, [this] {
+        installation.settings.localPath.assign(pageFromPath(folder / "other"));
+        installation.refreshPathVariables();
+    });
+    fake.dialogs.expectBox(
+        "Overwrite file",
+        "You are about to overwrite the existing file (" + other.native() + "), are you sure you want to do this",
+        BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(folder.read("other/1234.csv"), "old too");
+}
+
+TEST_F(DriverTest, TheOutcomeTellsWhetherAListOfThisJobStands) {
+    sourceFile("a", "x");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_TRUE(state.outcome && state.outcome->cause == EndCause::Complete && state.outcome->hasList);
+    state.options.confirmedList = folder / "local/1234.csv";
+    stopWhen([this] { return state.phase == JobPhase::Walk; });
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_FALSE(state.outcome->hasList) << "the one that stands is the last job's";
+    state.options.confirmedList = folder / "local/1234.csv";
+    stopWhen([this] { return state.phase == JobPhase::Testing; });
+    fake.dialogs.expectBox("Delete partial file list?",
+                           "Process stopped, do you want to delete the current file list ?", BoxAnswer::Yes);
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_FALSE(state.outcome->hasList);
 }
 
 TEST_F(DriverTest, TheSameJobIdOfAListWithTheSeparatorIsAnOrdinaryList) {
@@ -259,7 +329,7 @@ TEST_F(DriverTest, AnEndedJobLetsTheNextOneRun) {
 TEST_F(DriverTest, AFinalListThatCannotBeMadeIsNoCompleteJobThoughAnOldListStands) {
     folder.write("local/1234.csv", "old");
     folder.write("local/Kept", "a file where the folder should be");
-    state.options.overwriteConfirmed = true;
+    state.options.confirmedList = folder / "local/1234.csv";
     fake.dialogs.expectBox(
         "Quillon", "Unable to create output file. Please check access rights on folder " + (folder / "local").native());
     EXPECT_EQ(run(), JobEnd::NoList);

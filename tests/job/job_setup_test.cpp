@@ -126,17 +126,17 @@ TEST_F(JobSetupTest, AnExistingListIsAskedFor) {
         fake.dialogs.expectFolder("Select source", temp / "source");
         fake.dialogs.expectBox("Overwrite File List?", text, answer, BoxStyle::Question, BoxButtons::YesNo);
         const FocusAfter focus = setup.pickSource();
-        EXPECT_EQ(state.options.overwriteConfirmed, answer == BoxAnswer::Yes);
+        EXPECT_EQ(state.options.confirmedList, answer == BoxAnswer::Yes ? temp / "local/1234.csv" : NativePath{});
         EXPECT_EQ(focus, answer == BoxAnswer::Yes ? FocusAfter::Stays : FocusAfter::JobId);
         EXPECT_EQ(state.texts.status, answer == BoxAnswer::Yes ? "Ready >" : "");
     }
 }
 
 TEST_F(JobSetupTest, ANewChoiceForgetsTheConfirmation) {
-    state.options.overwriteConfirmed = true;
+    state.options.confirmedList = temp / "local/1234.csv";
     fake.dialogs.expectFolder("Select source", std::nullopt);
     setup.pickSource();
-    EXPECT_FALSE(state.options.overwriteConfirmed);
+    EXPECT_TRUE(state.options.confirmedList.empty());
 }
 
 TEST_F(JobSetupTest, ADroppedFolderCountsAsChosen) {
@@ -344,6 +344,39 @@ TEST_F(JobSetupTest, OpenExistingLeavesAListThatIsThere) {
     fake.dialogs.expectFiles("Open existing file list", {temp.write("elsewhere/4711.csv", "foreign")});
     EXPECT_EQ(setup.openExisting(), "4711");
     EXPECT_EQ(temp.read("local/4711.csv"), "own");
+}
+
+// The ID box takes characters away and blanks too, so name and ID differ: the list goes where it is looked for.
+TEST_F(JobSetupTest, OpenExistingCopiesUnderTheIdThatTheNameBecomes) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"a:b.csv", "ab"}, {" lead.csv", "lead"}, {"trail .csv", "trail"}, {"what?.old.csv", "what"}};
+    for (const auto& [file, id] : cases) {
+        fake.dialogs.expectFiles("Open existing file list", {temp.write(std::string("elsewhere/") + file, file)});
+        EXPECT_EQ(setup.openExisting(), id) << file;
+        EXPECT_EQ(state.options.jobId, id);
+        EXPECT_EQ(temp.read(std::string("local/") + id + ".csv"), file);
+        setup.tellUnopened();
+        EXPECT_EQ(state.texts.status, "") << file;
+    }
+}
+
+TEST_F(JobSetupTest, OpenExistingSaysWhyThereIsNoList) {
+    fake.dialogs.expectFiles("Open existing file list", {temp.write("elsewhere/:.csv", "rows")});
+    EXPECT_EQ(setup.openExisting(), "");
+    setup.tellUnopened();
+    EXPECT_EQ(state.texts.status, "The list could not be opened: no job ID or no local path");
+    EXPECT_FALSE(pathExists(temp / "local/.csv"));
+
+    fake.dialogs.expectFiles("Open existing file list", {temp / "elsewhere/gone.csv"});
+    EXPECT_EQ(setup.openExisting(), "gone");
+    setup.tellUnopened();
+    EXPECT_TRUE(state.texts.status.starts_with("The list could not be opened: ")) << state.texts.status;
+    EXPECT_GT(state.texts.status.size(), std::string("The list could not be opened: ").size());
+
+    fake.dialogs.expectFiles("Open existing file list", {temp.write("elsewhere/4711.csv", "rows")});
+    EXPECT_EQ(setup.openExisting(), "4711");
+    setup.tellUnopened();
+    EXPECT_EQ(state.texts.status, "") << "of the last one nothing is left";
 }
 
 TEST_F(JobSetupTest, CancellingOpenExistingChangesNothing) {

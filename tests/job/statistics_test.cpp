@@ -212,14 +212,19 @@ TEST_F(StatisticsTest, ARecountLocksTheScreenAndTurnsTheLoopPerLineWhenProgressI
     EXPECT_EQ(fake.loop.turns, 1);
 }
 
-TEST_F(StatisticsTest, ARecountInTheMidstOfAJobUnlocksTheScreen) {
-    enterPhase(state, JobPhase::Testing);
-    recount({u"Header OK"});
-    const JobBoard board = boardOf(state);
-    EXPECT_TRUE(board.frames && board.menus && board.run && board.zip);
-    EXPECT_FALSE(board.stop);
-    EXPECT_FALSE(board.toolbarRestricted);
-    EXPECT_TRUE(board.timer) << "the job goes on";
+TEST_F(StatisticsTest, WhileAJobRunsARecountTouchesNeitherItsCountersNorItsControls) {
+    for (std::size_t phase = 1; phase < kJobPhases; ++phase) {
+        resetCounters(state);
+        enterPhase(state, static_cast<JobPhase>(phase));
+        state.counters[Grade::Good] = 7;
+        state.texts.status = "of the job";
+        const JobCounters counters = state.counters;
+        const JobBoard board = boardOf(state);
+        recount({u"Header OK"});
+        EXPECT_EQ(state.counters, counters) << phase;
+        EXPECT_EQ(boardOf(state), board) << phase;
+        EXPECT_EQ(state.texts.status, "of the job") << phase;
+    }
 }
 
 TEST_F(StatisticsTest, AListThatCannotBeReadTellsTheStatusLine) {

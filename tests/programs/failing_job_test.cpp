@@ -49,7 +49,7 @@ protected:
         job.state.options.target = temp / "target";
         job.state.options.copy = true;
         job.state.options.checkFileQuality = true;
-        job.state.options.overwriteConfirmed = true;
+        job.state.options.confirmedList = temp / "local/7.csv";
         JobHost screen;
         told.complete = JobDriver(job, screen, nullptr).run() == JobEnd::Complete;
         told.lostRows = job.state.counters.lostRows;

@@ -24,8 +24,16 @@ private slots:
     void aFolderThatCannotBeMadeOpensTheWizard();
     void anUnreachableShareOpensTheWizard();
     void aHungShareIsToldAndTheWindowOpensWithoutIt();
+    void withoutADisplayItSaysSoAndEnds();
+    void helpAndVersionNeedNoDisplay();
 
 private:
+    struct Ended {
+        int code = -1;  // -1: not by itself
+        QString out;
+        QString err;
+    };
+    [[nodiscard]] Ended runWithoutDisplay(const QStringList& arguments) const;
     /// The windows that came up, in order; a failure is among them.
     [[nodiscard]] QStringList start() const;
     void writeSettings(const NativePath& local, const NativePath& shared = {}) const;
@@ -101,6 +109,35 @@ void QuillonTest::aHungShareIsToldAndTheWindowOpensWithoutIt() {
         QSKIP("no file system can be mounted here");
     writeSettings(*temp_ / "local", *temp_ / "share");
     QCOMPARE(start(), (QStringList{QStringLiteral("shareWait"), QStringLiteral("frmMain")}));
+}
+
+QuillonTest::Ended QuillonTest::runWithoutDisplay(const QStringList& arguments) const {
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY"}) environment.remove(QLatin1String(display));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), toQtPath(*temp_ / "user"));
+    program.setProcessEnvironment(environment);
+    program.start(toQtPath(*temp_ / "app/quillon"), arguments);
+    program.waitForFinished(60000);
+    return {program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1,
+            QString::fromUtf8(program.readAllStandardOutput()), QString::fromUtf8(program.readAllStandardError())};
+}
+
+void QuillonTest::withoutADisplayItSaysSoAndEnds() {
+    const Ended ended = runWithoutDisplay({});
+    QCOMPARE(ended.code, 1);
+    QVERIFY2(ended.err.contains(QStringLiteral("quillon: no window can be opened: there is no display")),
+             qPrintable(ended.err));
+}
+
+void QuillonTest::helpAndVersionNeedNoDisplay() {
+    for (const char* option : {"--help", "--version"}) {
+        const Ended ended = runWithoutDisplay({QLatin1String(option)});
+        QCOMPARE(ended.code, 0);
+        QVERIFY(ended.out.contains(QStringLiteral("quillon")));
+        QCOMPARE(ended.err, QString());
+    }
 }
 
 QTEST_GUILESS_MAIN(QuillonTest)

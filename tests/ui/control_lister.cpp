@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
@@ -40,7 +41,8 @@ bool isUsed(const QObject& object) {
 bool isControl(const QObject& object) {
     const QString name = object.objectName();
     const bool ofQt = name.startsWith(QStringLiteral("qt_")) || name.startsWith(QLatin1Char('_'));
-    return !name.isEmpty() && !ofQt && !isA<QSplitter>(object) && !isA<QTabBar>(*object.parent());
+    return !name.isEmpty() && !ofQt && !isA<QSplitter>(object) && !isA<QScrollArea>(object) &&
+           !isA<QTabBar>(*object.parent());
 }
 
 void listControls(const QWidget& screen) {

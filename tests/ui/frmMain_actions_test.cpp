@@ -113,7 +113,7 @@ void FrmMainActionsTest::noAtTheOverwriteQuestionGoesBackToTheJobId() {
     main_->window->activateWindow();
     main_->control<QPushButton>("CommandButton1").setFocus();
     click("CommandButton1");
-    QVERIFY(!main_->job.state.options.overwriteConfirmed);
+    QVERIFY(main_->job.state.options.confirmedList.empty());
     QCOMPARE(main_->window->focusWidget(), &main_->control<QLineEdit>("Textbox1"));
 }
 
@@ -192,7 +192,7 @@ void FrmMainActionsTest::aQuestionStandsOverWhatItAsksAbout() {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(toQtPath(main_->temp / "source"))});
     QVERIFY(drop(window, data));
-    QVERIFY(!job.state.options.overwriteConfirmed);
+    QVERIFY(job.state.options.confirmedList.empty());
 }
 
 void FrmMainActionsTest::theSeparatorEntryAsksAndSaves() {

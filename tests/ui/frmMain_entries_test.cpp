@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The entries of the main window that open another screen or nothing, and the parts of it that have names of ours.
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QTest>
 #include <QTimer>
 
 #include "ui/main_window.h"
+#include "widgets/look_switch.h"
 
 using namespace quillon;
 
@@ -24,6 +28,9 @@ private slots:
     void setUpNetworkOpensModal();
     void withoutNetworkNothingIsFoundAndNothingSent();
     void theCommonHeadersBoxIsTheOptionOfTheNextTest();
+    void withoutALookSwitchTheLookCannotBeChosen();
+    void theLookIsChosenInTheMenu();
+    void aRightClickNeverHidesTheToolbar();
 
 private:
     [[nodiscard]] bool isOpen(Screen screen) const {
@@ -116,6 +123,44 @@ void FrmMainEntriesTest::theCommonHeadersBoxIsTheOptionOfTheNextTest() {
         box.setChecked(ticked);
         QCOMPARE(main_->job.state.options.useCommonHeaders, ticked);
     }
+}
+
+void FrmMainEntriesTest::withoutALookSwitchTheLookCannotBeChosen() {
+    QVERIFY(!main_->control<QMenu>("mnuLook").isEnabled());
+}
+
+void FrmMainEntriesTest::theLookIsChosenInTheMenu() {
+    LookSwitch look(*qApp, main_->temp / "app");
+    main_->window.reset();
+    main_->look = &look;
+    main_->open();
+    QVERIFY(main_->control<QAction>("lookDesktop").isChecked());
+    const std::pair<const char*, LookChoice> entries[] = {
+        {"lookDark", LookChoice::Dark}, {"lookLight", LookChoice::Light}, {"lookDesktop", LookChoice::Desktop}};
+    for (const auto& [entry, choice] : entries) {
+        choose(entry);
+        QCOMPARE(look.choice(), choice);
+        for (const auto& [other, unused] : entries)
+            QCOMPARE(main_->control<QAction>(other).isChecked(), other == entry);
+    }
+    std::filesystem::remove_all(main_->temp / "app");
+    choose("lookLight");
+    QVERIFY(main_->text("Label8").startsWith(QStringLiteral("The look lasts until the program ends: ")));
+    main_->window.reset();
+    main_->look = nullptr;
+}
+
+// Its only entry would be the one that hides the toolbar.
+void FrmMainEntriesTest::aRightClickNeverHidesTheToolbar() {
+    for (const char* place : {"Toolbar1", "Toolbar1_3", "StatusBar1"}) {
+        auto& part = main_->control<QWidget>(place);
+        QContextMenuEvent rightClick(QContextMenuEvent::Mouse, part.rect().center(),
+                                     part.mapToGlobal(part.rect().center()));
+        QApplication::sendEvent(&part, &rightClick);
+        QVERIFY(QApplication::activePopupWidget() == nullptr);
+    }
+    QVERIFY(static_cast<QMainWindow&>(*main_->window).createPopupMenu() == nullptr);
+    QVERIFY(main_->control<QWidget>("Toolbar1").isVisible());
 }
 
 QTEST_MAIN(FrmMainEntriesTest)

@@ -45,6 +45,8 @@ private slots:
     void closingDuringAJobStopsIt();
     void aShareThatHangsDoesNotHoldTheWindow();
     void thereIsATurnBehindEveryFile();
+    void theStatusBarSaysWhatTheJobDoesAndHowItEnded();
+    void aRecountDuringAJobLeavesItsCountersAndControls();
 
 private:
     void click(const char* button) { main_->control<QPushButton>(button).click(); }
@@ -347,6 +349,51 @@ void FrmMainJobTest::aShareThatHangsDoesNotHoldTheWindow() {
     QCOMPARE(beats, 5);
     QCOMPARE(log().back(), std::string("Copying ext database from network drive"));
     QCOMPARE(main_->temp.read("local/Kept/2026-11-15 10.20.30/Database/jpg.dat"), "1,FFD8FF,H\r\n");
+}
+
+void FrmMainJobTest::theStatusBarSaysWhatTheJobDoesAndHowItEnded() {
+    std::filesystem::create_directories(main_->temp / "source/folder");
+    main_->chooseSource("1234");
+    QCOMPARE(main_->text("StatusBar1_2"), QString());
+    QStringList said;
+    main_->loop.addRefresh([&] {
+        const QString now = main_->text("StatusBar1_2");
+        if (said.isEmpty() || said.last() != now)
+            said << now;
+    });
+    click("CommandButton3");
+    for (const char* text :
+         {"Running 1 of 3: checking folders", "Running 2 of 3: listing files", "Running 3 of 3: testing"})
+        QVERIFY2(said.contains(QLatin1String(text)), qPrintable(said.join(QLatin1Char('|'))));
+    QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Complete"));
+    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("2"));
+    pressAt("Running primary list", "CommandButton4");
+    main_->dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
+    click("CommandButton3");
+    QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Stopped, no list"));
+}
+
+// What "Done" of the viewer does, while "View" can be used.
+void FrmMainJobTest::aRecountDuringAJobLeavesItsCountersAndControls() {
+    main_->chooseSource("1234");
+    click("CommandButton3");
+    bool looked = false;
+    main_->loop.addRefresh([&] {
+        if (looked || main_->job.state.phase != JobPhase::Testing || main_->job.state.counters.rowsRead < 5)
+            return;
+        looked = true;
+        const JobCounters before = main_->job.state.counters;
+        main_->window->upDateAllLabels();
+        QCOMPARE(main_->job.state.counters, before);
+        QVERIFY(!main_->control<QPushButton>("CommandButton3").isEnabled());
+        QVERIFY(main_->control<QPushButton>("CommandButton4").isEnabled());
+        QVERIFY(!main_->control<QGroupBox>("Frame1").isEnabled());
+    });
+    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("5678"));
+    click("CommandButton3");
+    QVERIFY(looked);
+    QCOMPARE(main_->text("lfiles"), QStringLiteral("23"));
+    QCOMPARE(main_->text("lGoodFIles"), QStringLiteral("20"));
 }
 
 QTEST_MAIN(FrmMainJobTest)

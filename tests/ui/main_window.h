@@ -58,7 +58,7 @@ public:
 
     /// Makes the window and runs its start sequence.
     frmMain& open() {
-        window = std::make_unique<frmMain>(context, job, alerts);
+        window = std::make_unique<frmMain>(context, job, alerts, look);
         window->reloadForm();
         return *window;
     }
@@ -97,7 +97,8 @@ public:
     Job job{installation, surroundings};
     Navigator navigator;
     ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
-    MainWindowAlerts alerts;  ///< what `open` gives the window; at first nothing can be sent or found
+    MainWindowAlerts alerts;     ///< what `open` gives the window; at first nothing can be sent or found
+    LookSwitch* look = nullptr;  ///< what `open` gives the window
     std::unique_ptr<frmMain> window;
 };
 
