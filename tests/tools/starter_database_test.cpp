@@ -78,15 +78,28 @@ TEST(StarterDatabase, RejectsAndNamesForeignContent) {
         {"jpg", "%PDF-1.4\n", u"PDF document"},
         {"pdf", compound, u"Office 97-2003 or other OLE document"},
         {"pst", "<html><body>", u"HTML page"},
-        {"mp4", std::string(512, '\0'), u"Zero bytes only in the first 512"},
-        {"mp3", hexToText("46494C453000030011223344"), u"NTFS file record"},
-        {"xlsx", std::string(512, '\xFF'), u"FF bytes only in the first 512"},
-        {"tif", "BAD SECTOR BAD SECTOR ", u"Fill pattern of unread sectors"},
     };
     for (const auto& one : cases) {
         const auto sample = test::headOf(one.extension, "foreign", one.bytes);
         EXPECT_FALSE(accepts(one.extension, sample)) << one.extension;
         EXPECT_EQ(commonName(sample), one.name) << one.extension;
+    }
+}
+
+// A common header counts as recovered: what tells of damage and not of a format may not be one.
+TEST(StarterDatabase, WhatOverwroteAFileIsNoCommonHeader) {
+    const std::string overwritten[] = {
+        std::string(512, '\0'),
+        std::string(512, '\xFF'),
+        "BAD SECTOR BAD SECTOR ",
+        hexToText("46494C453000030011223344"),  // a record of NTFS about a file,
+        hexToText("494E445828000900112233"),    // and about a folder
+    };
+    for (const auto& bytes : overwritten) {
+        const auto sample = test::headOf("doc", "overwritten", bytes);
+        EXPECT_EQ(commonName(sample), u"") << bytes.substr(0, 8);
+        for (const char* const extension : {"doc", "nef", "jpg", "png", "mp4", "mp3", "xlsx", "tif"})
+            EXPECT_FALSE(accepts(extension, sample)) << extension << ": " << bytes.substr(0, 8);
     }
 }
 
