@@ -6,6 +6,7 @@
 #include "job/copy_pass.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
+#include "job/self_check.h"
 #include "job/share_steps.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
@@ -37,6 +38,7 @@ JobEnd JobDriver::run() {
     testFiles();
     copyRawList();
     copyFiles();
+    checkFigures();
     finish();
     if (stopped_)
         return JobEnd::Stopped;
@@ -50,6 +52,8 @@ void JobDriver::begin() {
     stopped_ = false;
     rawListDenied_ = false;
     listMade_ = false;
+    state.passes = {};
+    state.gaps.clear();
     state.startTick = context_.surroundings.clock.milliseconds();
     state.startTime = context_.surroundings.clock.now();
     state.copyCancelled = false;
@@ -237,6 +241,8 @@ void JobDriver::copyRawList() {
         return;
     const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
     listMade_ = copied.has_value();
+    if (listMade_)
+        context_.state.passes.list = {context_.state.passes.raw.written, 0};
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
         context_.state.stopRequested = true;
@@ -250,10 +256,21 @@ void JobDriver::copyFiles() {
         return;
     enterPhase(state, JobPhase::Copying);
     state.progress.shown = state.fileLineShown = true;
-    runTimed(times_.copying, "Started copying Files",
-             "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(context_, job_.lists()).run(); });
+    runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
+        const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
+        CopyPass(context_, job_.lists(), encoding).run();
+    });
     state.progress.shown = state.fileLineShown = false;
     stopped_ = stopped_ || state.stopRequested;
+    state.passes.copying = stopped_ ? PassEnd::Short : PassEnd::Whole;
+}
+
+// A job without a list says so itself.
+void JobDriver::checkFigures() {
+    if (!listMade_)
+        return;
+    context_.state.gaps = gapsOf(context_.state.passes, context_.state.counters);
+    for (const auto& gap : context_.state.gaps) context_.log("The figures of the job do not agree : " + gap, kLightRed);
 }
 
 void JobDriver::finish() {

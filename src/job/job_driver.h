@@ -73,6 +73,7 @@ private:
     void testFiles();
     void copyRawList();
     void copyFiles();
+    void checkFigures();
     void finish();
     void leave();
     [[nodiscard]] JobEnd endEarly();

@@ -29,6 +29,13 @@ struct PassContext {
             state.lossReason = why.text;
     }
 
+    /// Counts a row of a list as written, or as lost with its reason.
+    void countRow(RowFigures& rows, const Result<void>& written) const {
+        ++(written ? rows.written : rows.lost);
+        if (!written)
+            rowLost(written.error());
+    }
+
     /// One turn of the front end's event loop.
     void turn() const { surroundings.loop.turn(); }
 };

@@ -20,13 +20,14 @@ void TestingPass::run() {
         return;
     }
     madeList_ = true;
+    context_.state.passes.testing = PassEnd::Whole;
     if (!pathExists(rawPath)) {
         context_.surroundings.dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
             BoxStyle::Critical);
         return;
     }
-    if (auto rawList = ListReader::open(rawPath)) {
+    if (auto rawList = ListReader::open(rawPath, ListEncoding::Utf16)) {
         gradeAll(*rawList, *finalList);
     } else {
         rawListFailed(rawList.error());
@@ -35,6 +36,7 @@ void TestingPass::run() {
         context_.rowLost(closed.error());
     stopped_ = context_.state.stopRequested;
     if (stopped_) {
+        context_.state.passes.testing = PassEnd::Short;
         if (const auto path = lists_.finalPath())
             offerDeletion(*path);
     }
@@ -47,6 +49,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
+        ++context_.state.passes.rowsRead;
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
                 showProgress(*row);
@@ -63,6 +66,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 // The rest of the raw list cannot be read: its files have no row.
 void TestingPass::rawListFailed(const FileError& error) {
     const JobCounters& counters = context_.state.counters;
+    context_.state.passes.testing = PassEnd::Short;
     context_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
     passOver(handle(error, [] {}), "there is no row that would be written or left out");
 }
@@ -126,8 +130,7 @@ void TestingPass::showProgress(const ListRow& row) {
 
 void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
     row.add(result_);
-    if (const auto written = finalList.write(row); !written)
-        context_.rowLost(written.error());
+    context_.countRow(context_.state.passes.list, finalList.write(row));
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {

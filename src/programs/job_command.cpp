@@ -119,13 +119,14 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     }
 }
 
-int exitStatus(JobEnd end, const JobCounters& counters) {
+int exitStatus(JobEnd end, const JobState& state) {
+    const JobCounters& counters = state.counters;
     if (end == JobEnd::Stopped)
         return kExitStopped;
     if (end != JobEnd::Complete)
         return kExitNoList;
     const bool losses = counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
-    return losses ? kExitLosses : kExitComplete;
+    return losses || !state.gaps.empty() ? kExitLosses : kExitComplete;
 }
 
 // Says on the error stream what a script cannot see in the report.
@@ -147,6 +148,7 @@ void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ost
     tell(counters.lostRows, " rows of a list could not be written" + (reason.empty() ? "" : " (" + reason + ")"));
     tell(counters.copyErrors, " files could not be copied");
     tell(counters.unlistedFolders, " folders could not be read to their end");
+    for (const auto& gap : job.state.gaps) err << "quillon-job: the figures of the job do not agree: " << gap << '\n';
 }
 
 int runJob(const JobCommandOptions& chosen, Installation& installation, const CommandStreams& streams) {
@@ -181,7 +183,7 @@ int runJob(const JobCommandOptions& chosen, Installation& installation, const Co
             streams.out << list->native() << '\n';
     }
     streams.out.flush();
-    const int status = exitStatus(end, job.state.counters);
+    const int status = exitStatus(end, job.state);
     if (streams.out)
         return status;
     streams.err << "quillon-job: the result could not be written to standard output\n";

@@ -60,6 +60,7 @@ std::string jobResultAsJson(const Job& job, const PhaseTimes& times, JobEnd end,
     result["quality"] = job.state.texts.quality;
     result["size"] = sizeLabel(job.state);
     result["counters"] = countersAsJson(job.state.counters);
+    result["gaps"] = job.state.gaps;
     result["seconds"] = {{"folder_tests", seconds(times.folderTests)},
                          {"file_count", seconds(times.fileCount)},
                          {"testing", seconds(times.testing)},
