@@ -147,6 +147,7 @@ void frmViewList::showControls() {
     showExtensions();
     Label1->setText(toQt(state.matching));
     Label4->setText(toQt(state.status));
+    notShown->setText(toQt(state.notShown));
     Command3->setEnabled(state.runEnabled);
     busyParts_.setEnabled(!state.busy);
     showPointer(*this, state.busyPointer);

@@ -84,6 +84,8 @@ void frmViewList::createRows() {
 void frmViewList::createLegend() {
     auto* row = makeRow();
     Label1 = makeLabel("Label1", "");
+    notShown = make<ElidedLabel>("notShown");
+    notShown->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     Label6 = makeLabel("Label6", "File marked");
     Label7 = makeLabel("Label7", "    ");
     Label7->setAutoFillBackground(true);
@@ -91,7 +93,8 @@ void frmViewList::createLegend() {
     swatch.setColor(QPalette::Window, QColor(187, 10, 10));
     Label7->setPalette(swatch);
     Label8 = makeLabel("Label8", "Have no extension and can not be edited");
-    row->addWidget(Label1, 1);
+    row->addWidget(Label1);
+    row->addWidget(notShown, 1);
     for (QLabel* legend : {Label6, Label7, Label8}) {
         row->addWidget(legend);
         legend->hide();

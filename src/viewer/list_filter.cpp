@@ -9,22 +9,36 @@
 
 namespace quillon {
 
-FilterEnd filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
+namespace {
+
+bool isOfCategory(const ListRow& row, std::u16string_view category) {
+    return row.isGraded() && trimRight(row[ListColumn::Result]).find(category) != std::u16string_view::npos;
+}
+
+}  // namespace
+
+FilterResult filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
     const std::u16string_view category = trimRight(std::u16string_view(wish.category));
+    FilterResult result;
     ListRow row;
     while (list.next(row)) {
-        if (row.line().find(u'>') != std::u16string_view::npos)
+        const bool hasComma = row.line().find(u'>') != std::u16string_view::npos;
+        const bool wanted = isOfCategory(row, category);
+        if (hasComma)
             row.assign(withCommas(row.line()));
-        if (!row.isGraded())
+        if (!wanted)
             continue;
-        const std::u16string_view result = row[ListColumn::Result];
-        if (trimRight(result).find(category) == std::u16string_view::npos)
+        if (hasComma && !isOfCategory(row, category)) {
+            ++result.withCommas;
             continue;
-        if (wish.maxFiles < rows.count())
-            return FilterEnd::LimitReached;
-        rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view());
+        }
+        if (wish.maxFiles < rows.count()) {
+            result.end = FilterEnd::LimitReached;
+            break;
+        }
+        rows.add(row[ListColumn::Path], wish.keepProblem ? row[ListColumn::Result] : std::u16string_view());
     }
-    return FilterEnd::EndOfList;
+    return result;
 }
 
 }  // namespace quillon

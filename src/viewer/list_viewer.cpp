@@ -19,6 +19,12 @@ namespace {
 constexpr const char* kRetestFailed =
     "Unable to perfor the function. Please make sure that the file is not in use in another application.";
 
+std::string notShownText(int rows) {
+    if (rows == 0)
+        return {};
+    return grouped(rows) + (rows == 1 ? " row with a comma is not shown" : " rows with commas are not shown");
+}
+
 }  // namespace
 
 ViewedJob viewedJob(Job& job) {
@@ -76,6 +82,7 @@ void ListViewer::filter() {
     ++state.contents;
     goBusy();
     state.extensions.clear();
+    state.notShown.clear();
     host_.showState();
     // The job ID of this moment, not the one of the opening.
     const auto list = job_.lists.finalPath();
@@ -103,7 +110,9 @@ void ListViewer::loadRows(const NativePath& list) {
         return;
     const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
                           state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
-    if (filterList(*reader, wish, state.rows) == FilterEnd::LimitReached)
+    const FilterResult result = filterList(*reader, wish, state.rows);
+    state.notShown = notShownText(result.withCommas);
+    if (result.end == FilterEnd::LimitReached)
         job_.surroundings.dialogs.tell(kProgramTitle, "Maximum file limit reached");
 }
 

@@ -33,6 +33,7 @@ struct ViewerState {
     ExtensionList extensions;  ///< Combo2
     std::string matching;      ///< Label1
     std::string status;        ///< Label4
+    std::string notShown;      ///< notShown: rows of the list that the grid cannot show
     bool runEnabled = false;   ///< Command3
     bool busy = false;         ///< Frame1, Frame2, Frame3 and Command1 are disabled
     bool busyPointer = false;  ///< hourglass

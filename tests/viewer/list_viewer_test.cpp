@@ -169,6 +169,19 @@ TEST_F(ViewerTest, APathWithACommaIsNeverShown) {
     EXPECT_EQ(paths(), std::vector<std::u16string>{u"/s/c.jpg"});
 }
 
+TEST_F(ViewerTest, RowsWithACommaAreCounted) {
+    const auto bad = [](std::u16string_view path) { return listRow(path, u"Header Corrupt"); };
+    filterCorrupt(bad(u"/s/a>b.jpg") + bad(u"/s/c.jpg") + listRow(u"/s/d>e.jpg", u"Header OK"));
+    EXPECT_EQ(viewer.state.notShown, "1 row with a comma is not shown") << "of this category";
+    std::u16string many;
+    for (int i = 0; i < 1052; ++i) many += bad(u"/s/a>b.jpg");
+    filterCorrupt(many + bad(u"/s/a\xDC3E.jpg"));
+    EXPECT_EQ(viewer.state.notShown, "1,052 rows with commas are not shown");
+    EXPECT_EQ(viewer.state.rows.count(), 1) << "a name that holds the sign itself is shown";
+    filterCorrupt(bad(u"/s/c.jpg"));
+    EXPECT_EQ(viewer.state.notShown, "");
+}
+
 TEST_F(ViewerTest, AListOfFourColumnsShowsNoRows) {
     filterCorrupt(u"/s/a.jpg,15/11/2026, 600, 32;Ab9x\r\n");
     EXPECT_TRUE(paths().empty());
