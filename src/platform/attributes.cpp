@@ -5,10 +5,14 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
+#include <span>
 #include <string>
 
+#include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/vfs.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 #include <fmt/format.h>
 
@@ -73,9 +77,27 @@ struct Answer {
     bool volumeHasNone = false;  // no file of the volume has the attribute
 };
 
-Answer readFrom(const AttributeSource& source, const std::string& path) {
+// The value of an extended attribute of `name` in `folder`; a link is not followed. As the system's calls, -1 sets
+// `errno`.
+ssize_t readAttribute(const Directory& folder, const std::string& name, const char* attribute, std::span<char> value) {
+    // Since Linux 6.13, at twice the speed; the C library has no name for it yet, and a sandbox may not know it.
+    constexpr long kGetXattrAt = 464;
+    struct {
+        std::uint64_t value;
+        std::uint32_t size;
+        std::uint32_t flags;
+    } arguments = {reinterpret_cast<std::uintptr_t>(value.data()), static_cast<std::uint32_t>(value.size()), 0};
+    const long length = ::syscall(kGetXattrAt, folder.handle(), name.c_str(), AT_SYMLINK_NOFOLLOW, attribute,
+                                  &arguments, sizeof arguments);
+    if (length >= 0 || (errno != ENOSYS && errno != EPERM))
+        return length;
+    const std::string path = fmt::format("/proc/self/fd/{}/{}", folder.handle(), name);
+    return ::lgetxattr(path.c_str(), attribute, value.data(), value.size());
+}
+
+Answer readFrom(const AttributeSource& source, const Directory& folder, const std::string& name) {
     std::array<char, 256> buffer;
-    const auto length = ::lgetxattr(path.c_str(), source.name, buffer.data(), buffer.size());
+    const auto length = readAttribute(folder, name, source.name, buffer);
     if (length <= 0)
         return {std::nullopt, length < 0 && errno == EOPNOTSUPP};
     const std::string_view value(buffer.data(), static_cast<std::size_t>(length));
@@ -136,12 +158,12 @@ std::uint32_t AttributeReader::attributesOf(const Directory& folder, std::string
     Volume& volume = volumeOf(folder, info.device);
     if (volume.sources == 0)
         return madeAttributes(name, info);
-    const std::string path = fmt::format("/proc/self/fd/{}/{}", folder.handle(), name);
+    const std::string file(name);
     for (std::size_t i = 0; i < kSources.size(); ++i) {
         const Sources source = 1U << i;
         if ((volume.sources & source) == 0)
             continue;
-        const Answer answer = readFrom(kSources[i], path);
+        const Answer answer = readFrom(kSources[i], folder, file);
         if (answer.bits)
             return *answer.bits;
         if (answer.volumeHasNone)
