@@ -46,7 +46,7 @@ std::string completionReport(const JobState& state, const std::string& hostName)
     return report;
 }
 
-void sendCompletionReport(const JobState& state, const Surroundings& surroundings, AlertSender& alerts) {
+void sendCompletionReport(JobState& state, const Surroundings& surroundings, AlertSender& alerts) {
     if (state.options.recipientIndex <= 0)
         return;
     const std::string& recipient = state.options.recipient;
@@ -56,6 +56,8 @@ void sendCompletionReport(const JobState& state, const Surroundings& surrounding
         {recipient, "File list complete for Job ID : " + state.options.jobId,
          completionReport(state, surroundings.hostName), static_cast<std::int16_t>(hasCopyLine(state) ? 1 : 0)},
         "Recipient of message is the same as the sender !");
+    const bool acknowledged = notified != Notified::ThisComputer && alerts.ackState() == AckState::Acknowledged;
+    state.report = acknowledged ? ReportState::Acknowledged : ReportState::NotAcknowledged;
     if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
         dialogs.warn("File list complete", "File listing complete, but could not send notification to " + recipient);
     }

@@ -16,6 +16,6 @@ namespace quillon {
 
 /// Sends the report to the chosen recipient, if one behind the first entry of the box is chosen, and tells what went
 /// wrong.
-void sendCompletionReport(const JobState& state, const Surroundings& surroundings, AlertSender& alerts);
+void sendCompletionReport(JobState& state, const Surroundings& surroundings, AlertSender& alerts);
 
 }  // namespace quillon

@@ -33,27 +33,38 @@ JobEnd JobDriver::run() {
         return endEarly();
     testFolders();
     if (walkSource() == Next::End)
-        return rawListDenied_ ? JobEnd::NotStarted : JobEnd::Stopped;
+        return rowOf(cause_).end;
     loadCommonList();
     testFiles();
     copyRawList();
     copyFiles();
     checkFigures();
     finish();
-    if (stopped_)
-        return JobEnd::Stopped;
-    return listMade_ ? JobEnd::Complete : JobEnd::NoList;
+    cause_ = causeBehindPasses();
+    return rowOf(cause_).end;
+}
+
+EndCause JobDriver::causeBehindPasses() const {
+    if (cause_ != EndCause::Complete)
+        return cause_;
+    return listMade_ ? EndCause::Complete : EndCause::ListDenied;
+}
+
+bool JobDriver::listStands() const {
+    const auto list = job_.lists().finalPath();
+    return listMade_ && list && pathExists(*list);
 }
 
 void JobDriver::begin() {
     JobState& state = context_.state;
     times_ = {};
     step_.clear();
-    stopped_ = false;
-    rawListDenied_ = false;
+    cause_ = EndCause::Complete;
+    detail_.clear();
     listMade_ = false;
     state.passes = {};
     state.gaps.clear();
+    state.report = ReportState::NotSent;
     state.startTick = context_.surroundings.clock.milliseconds();
     state.startTime = context_.surroundings.clock.now();
     state.copyCancelled = false;
@@ -67,7 +78,7 @@ JobDriver::Next JobDriver::checkTarget() {
     context_.surroundings.dialogs.tell(
         "Error", "You have selected to copy the files to another location, but not selected a location.");
     host_.focusTargetPicker();
-    return Next::End;
+    return endsBy(EndCause::NoTarget);
 }
 
 JobDriver::Next JobDriver::refreshDatabases() {
@@ -98,7 +109,7 @@ JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
     Dialogs& dialogs = context_.surroundings.dialogs;
     if (!dialogs.ask("No Database",
                      "Unable to find shared database. Do you want to continue the check with the local copy?")) {
-        return Next::End;
+        return endsBy(EndCause::NoDatabase);
     }
     names = databaseFiles(job_.installation().paths().localDatabase);
     if (!names.empty())
@@ -107,7 +118,7 @@ JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
         dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
                       BoxStyle::Question, BoxButtons::YesNoCancel});
     if (answer == BoxAnswer::Cancel)
-        return Next::End;
+        return endsBy(EndCause::NoDatabase);
     if (answer == BoxAnswer::Yes)
         context_.state.options.checkFileQuality = false;
     return Next::GoOn;
@@ -140,7 +151,7 @@ JobDriver::Next JobDriver::confirmOverwrite() {
         const std::string text = "You are about to overwrite the existing file (" + readable(list->native()) +
                                  "), are you sure you want to do this";
         if (!context_.surroundings.dialogs.ask("Overwrite file", text))
-            return Next::End;
+            return endsBy(EndCause::OverwriteRefused);
     }
     options.overwriteConfirmed = false;
     context_.state.stopRequested = false;
@@ -172,18 +183,9 @@ JobDriver::Next JobDriver::walkSource() {
     state.startTime = context_.surroundings.clock.now();
     const auto tick = context_.surroundings.clock.milliseconds();
     const LocalTime start = logStart("Start file count ");
-    // One job at a time in one application folder: a second one may not take the raw list away from the first.
-    const NativePath rawPath = job_.lists().rawPath();
-    auto lock = FolderLock::take(job_.installation().appFolder());
-    if (lock)
-        passOver(removeFile(rawPath), "creating it anew tells what matters");
-    auto rawList = lock.and_then([&](FolderLock& taken) {
-        lock_ = std::move(taken);
-        return ListWriter::create(rawPath);
-    });
+    auto rawList = createRawList();
     if (!rawList) {
         tellPermissionDenied();
-        rawListDenied_ = true;
         state.stopRequested = true;
     } else {
         if (state.options.source)
@@ -195,12 +197,29 @@ JobDriver::Next JobDriver::walkSource() {
         state.mayView = true;
         leave();
         lock_.reset();
-        return Next::End;
+        return cause_ == EndCause::Complete ? endsBy(EndCause::StoppedInWalk) : Next::End;
     }
     showSize(state);
     times_.fileCount = context_.surroundings.clock.milliseconds() - tick;
     logEnd("File count completed in (HH:MM:SS) : ", start);
     return Next::GoOn;
+}
+
+// One job at a time in one application folder: a second one may not take the raw list away from the first.
+Result<ListWriter> JobDriver::createRawList() {
+    auto lock = FolderLock::tryToTake(job_.installation().appFolder());
+    if (lock && !*lock) {
+        passOver(endsBy(EndCause::Busy), "the failure that follows ends the job");
+        return failure(ErrorKind::PermissionDenied, "another job runs");
+    }
+    if (lock) {
+        lock_ = std::move(*lock);
+        passOver(removeFile(job_.lists().rawPath()), "creating it anew tells what matters");
+    }
+    auto rawList = lock ? ListWriter::create(job_.lists().rawPath()) : failure(lock.error());
+    if (!rawList)
+        passOver(endsBy(EndCause::RawListDenied, rawList.error().text), "as above");
+    return rawList;
 }
 
 void JobDriver::tellPermissionDenied() {
@@ -231,7 +250,10 @@ void JobDriver::testFiles() {
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
         pass.run();
         listMade_ = pass.madeList();
-        stopped_ = pass.wasStopped();
+        if (pass.wasStopped())
+            cause_ = EndCause::StoppedInTesting;
+        if (pass.listError())
+            detail_ = pass.listError()->text;
     });
 }
 
@@ -243,6 +265,8 @@ void JobDriver::copyRawList() {
     listMade_ = copied.has_value();
     if (listMade_)
         context_.state.passes.list = {context_.state.passes.raw.written, 0};
+    if (!copied)
+        detail_ = copied.error().text;
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
         context_.state.stopRequested = true;
@@ -261,8 +285,9 @@ void JobDriver::copyFiles() {
         CopyPass(context_, job_.lists(), encoding).run();
     });
     state.progress.shown = state.fileLineShown = false;
-    stopped_ = stopped_ || state.stopRequested;
-    state.passes.copying = stopped_ ? PassEnd::Short : PassEnd::Whole;
+    if (state.stopRequested && cause_ == EndCause::Complete && listMade_)
+        cause_ = EndCause::StoppedInCopying;
+    state.passes.copying = cause_ == EndCause::Complete ? PassEnd::Whole : PassEnd::Short;
 }
 
 // A job without a list says so itself.
@@ -286,9 +311,15 @@ void JobDriver::finish() {
     leave();
 }
 
+JobDriver::Next JobDriver::endsBy(EndCause cause, std::string detail) {
+    cause_ = cause;
+    detail_ = std::move(detail);
+    return Next::End;
+}
+
 JobEnd JobDriver::endEarly() {
     enterPhase(context_.state, JobPhase::Idle);
-    return JobEnd::NotStarted;
+    return rowOf(cause_).end;
 }
 
 void JobDriver::runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,

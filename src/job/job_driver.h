@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "job/job.h"
+#include "job/job_end.h"
 #include "messaging/alert_sender.h"
 #include "platform/folder_lock.h"
 
@@ -30,14 +31,6 @@ public:
     virtual void updateToolbar() {}
 };
 
-/// How a job ended, for a front end that has to say so.
-enum class JobEnd {
-    Complete,    ///< all phases ran and there is a final list
-    NotStarted,  ///< a check or a question ended it before the walk
-    Stopped,     ///< Stop ended the walk
-    NoList,      ///< all phases ran, but there is no final list
-};
-
 /// Milliseconds that each phase took.
 struct PhaseTimes {
     std::int64_t folderTests = 0;
@@ -53,6 +46,12 @@ public:
         : job_(job), context_(job.passContext()), host_(host), alerts_(alerts) {}
 
     JobEnd run();
+
+    /// Of the last run: its row of the table of ends, and what the system said of a failure (UTF-8, empty for none).
+    [[nodiscard]] EndCause cause() const { return cause_; }
+    [[nodiscard]] const std::string& detail() const { return detail_; }
+    /// True when a final list of the last run stands, complete or not.
+    [[nodiscard]] bool listStands() const;
 
     [[nodiscard]] const PhaseTimes& phaseTimes() const { return times_; }
 
@@ -76,7 +75,10 @@ private:
     void checkFigures();
     void finish();
     void leave();
+    [[nodiscard]] Next endsBy(EndCause cause, std::string detail = {});
     [[nodiscard]] JobEnd endEarly();
+    [[nodiscard]] EndCause causeBehindPasses() const;
+    [[nodiscard]] Result<ListWriter> createRawList();
 
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
@@ -90,9 +92,9 @@ private:
     AlertSender* alerts_;
     std::optional<FolderLock> lock_;
     std::string step_;
-    bool stopped_ = false;
-    bool rawListDenied_ = false;
     bool listMade_ = false;
+    EndCause cause_ = EndCause::Complete;
+    std::string detail_;
     PhaseTimes times_;
 };
 

@@ -112,6 +112,9 @@ enum class JobPhase {
 };
 inline constexpr std::size_t kJobPhases = 8;
 
+/// What came of the completion report.
+enum class ReportState { NotSent, Acknowledged, NotAcknowledged };
+
 /// Colours of log rows, blue in the high byte.
 inline constexpr std::uint32_t kLightRed = 0xC0C0FF;
 inline constexpr std::uint32_t kLightOrange = 0xC0E0FF;
@@ -169,6 +172,7 @@ struct JobState {
     JobLog log;
 
     JobPhase phase = JobPhase::Idle;
+    ReportState report = ReportState::NotSent;  ///< of this job; sending that fails is NotAcknowledged
     bool mayRun = false;             ///< a source was chosen, or a job or recount has ended, and there is a job ID
     bool mayView = false;            ///< there may be a list to look at
     bool recounting = false;         ///< the counts are being read from a list

@@ -14,6 +14,7 @@ void TestingPass::run() {
     const NativePath rawPath = lists_.rawPath();
     auto finalList = lists_.createFinal();
     if (!finalList) {
+        listError_ = finalList.error();
         const std::string folder = readable(lists_.finalFolder().native());
         context_.surroundings.dialogs.tell(
             kProgramTitle, "Unable to create output file. Please check access rights on folder " + folder);
@@ -25,6 +26,7 @@ void TestingPass::run() {
         context_.surroundings.dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
             BoxStyle::Critical);
+        rowsLost({ErrorKind::NotFound, "the raw list has gone"});
         return;
     }
     if (auto rawList = ListReader::open(rawPath, ListEncoding::Utf16)) {
@@ -64,10 +66,16 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 }
 
 // The rest of the raw list cannot be read: its files have no row.
-void TestingPass::rawListFailed(const FileError& error) {
-    const JobCounters& counters = context_.state.counters;
+void TestingPass::rowsLost(const FileError& why) {
+    JobCounters& counters = context_.state.counters;
+    if (counters.lostRows == 0)
+        context_.state.lossReason = why.text;
+    counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
     context_.state.passes.testing = PassEnd::Short;
-    context_.state.counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
+}
+
+void TestingPass::rawListFailed(const FileError& error) {
+    rowsLost(error);
     passOver(handle(error, [] {}), "there is no row that would be written or left out");
 }
 

@@ -5,6 +5,7 @@
 // behind it.
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -39,12 +40,15 @@ public:
     [[nodiscard]] bool madeList() const { return madeList_; }
     /// True when Stop was pressed during the run.
     [[nodiscard]] bool wasStopped() const { return stopped_; }
+    /// Why the final list could not be made, if it could not.
+    [[nodiscard]] const std::optional<FileError>& listError() const { return listError_; }
 
 private:
     void gradeAll(ListReader& rawList, ListWriter& finalList);
     [[nodiscard]] bool gradeRow(const ListRow& row, HeadReader& heads);
     [[nodiscard]] Result<void> grade(const ListRow& row, HeadReader& heads);
     [[nodiscard]] bool handle(const FileError& error, const std::function<void()>& runAgain);
+    void rowsLost(const FileError& why);
     void rawListFailed(const FileError& error);
     void reportError(const FileError& error);
     void showProgress(const ListRow& row);
@@ -60,6 +64,7 @@ private:
     bool ignoringErrors_ = false;
     bool madeList_ = false;
     bool stopped_ = false;
+    std::optional<FileError> listError_;
 };
 
 }  // namespace quillon

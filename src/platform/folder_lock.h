@@ -16,6 +16,8 @@ public:
     /// Takes the lock without waiting. PermissionDenied when another process holds it. A file system that has no such
     /// locks counts as unlocked.
     [[nodiscard]] static Result<FolderLock> take(const NativePath& folder);
+    /// The same; no value when another process holds it, so that this can be told from a folder out of reach.
+    [[nodiscard]] static Result<std::optional<FolderLock>> tryToTake(const NativePath& folder);
 
 private:
     explicit FolderLock(Directory folder) : folder_(std::move(folder)) {}

@@ -119,76 +119,108 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     }
 }
 
-int exitStatus(JobEnd end, const JobState& state) {
-    const JobCounters& counters = state.counters;
-    if (end == JobEnd::Stopped)
-        return kExitStopped;
-    if (end != JobEnd::Complete)
-        return kExitNoList;
-    const bool losses = counters.lostRows > 0 || counters.copyErrors > 0 || counters.unlistedFolders > 0;
-    return losses || !state.gaps.empty() ? kExitLosses : kExitComplete;
-}
-
 // Says on the error stream what a script cannot see in the report.
-void tellEnd(JobEnd end, const Job& job, const CommandDialogs& dialogs, std::ostream& err) {
-    const JobCounters& counters = job.state.counters;
-    if (end == JobEnd::NotStarted || end == JobEnd::NoList) {
+void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dialogs, std::ostream& err) {
+    const EndRow& end = rowOf(result.cause);
+    const std::string text = end.text + (result.detail.empty() ? "" : " (" + result.detail + ")");
+    if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
         err << "quillon-job: the job ended without a list";
         if (!dialogs.unasked().empty())
             err << "; give --yes to answer Yes to: " << dialogs.unasked();
+        else
+            err << ": " << text;
         err << '\n';
     }
-    if (end == JobEnd::Stopped)
-        err << "quillon-job: stopped\n";
-    const auto tell = [&err](std::int32_t count, const std::string& what) {
+    if (end.end == JobEnd::Stopped)
+        err << "quillon-job: stopped " << text << (result.listStands ? "; the list stands\n" : "\n");
+    if (end.end == JobEnd::Busy)
+        err << "quillon-job: busy: " << text << '\n';
+    for (const auto& loss : kJobLosses) {
+        const std::int32_t count = job.state.counters.*loss.counter;
+        const std::string& why = loss.counter == &JobCounters::lostRows ? job.state.lossReason : std::string();
         if (count > 0)
-            err << "quillon-job: " << grouped(count) << what << '\n';
-    };
-    const std::string& reason = job.state.lossReason;
-    tell(counters.lostRows, " rows of a list could not be written" + (reason.empty() ? "" : " (" + reason + ")"));
-    tell(counters.copyErrors, " files could not be copied");
-    tell(counters.unlistedFolders, " folders could not be read to their end");
-    for (const auto& gap : job.state.gaps) err << "quillon-job: the figures of the job do not agree: " << gap << '\n';
-}
-
-int runJob(const JobCommandOptions& chosen, Installation& installation, const CommandStreams& streams) {
-    const SystemClock clock;
-    const DateTexts dates;
-    CommandDialogs dialogs(streams.in, streams.err, chosen.yes, streams.canAsk);
-    const bool showLine = streams.errIsTerminal && !chosen.quiet;
-    CommandLoop loop(clock, streams.err, showLine, streams.interrupts);
-    Job job(installation, {clock, dates, dialogs, loop, hostName()});
-    LogPrinter printer(streams.err, loop, dates, chosen.quiet);
-    job.state.log.setListener(&printer);
-    job.state.log.setLimit(chosen.json ? kJsonLogRows : 1);
-    loop.attach(job);
-    applyOptions(chosen, job, showLine);
-    loadReportMessages(installation, dialogs, job.kept(), job.messages);
-
-    JobHost host;
-    UdpSocket server;
-    UdpSocket client;
-    AlertExchange alerts(AlertScreen::Main, server, client, installation, job.surroundings(),
-                         [&job] { return job.state.options.jobId; });
-    // Without a recipient nobody is told of a process error either, and no ten seconds are spent on an empty name.
-    JobDriver driver(job, host, chosen.alertComputer.empty() ? nullptr : &alerts);
-    const JobEnd end = driver.run();
-    loop.clearLine();
-    tellEnd(end, job, dialogs, streams.err);
-    if (chosen.json) {
-        streams.out << jobResultAsJson(job, driver.phaseTimes(), end, dates) << '\n';
-    } else if (end == JobEnd::Complete) {
-        streams.out << withPlainLineEnds(completionReport(job.state, job.surroundings().hostName));
-        if (const auto list = job.lists().finalPath())
-            streams.out << list->native() << '\n';
+            err << "quillon-job: " << grouped(count) << ' ' << loss.text << (why.empty() ? "" : " (" + why + ")")
+                << '\n';
     }
-    streams.out.flush();
-    const int status = exitStatus(end, job.state);
-    if (streams.out)
-        return status;
-    streams.err << "quillon-job: the result could not be written to standard output\n";
-    return status == kExitComplete ? kExitLosses : status;
+    for (const auto& gap : job.state.gaps) err << "quillon-job: the figures of the job do not agree: " << gap << '\n';
+    if (job.state.report == ReportState::NotAcknowledged)
+        err << "quillon-job: " << readable(std::string_view(job.state.options.recipient))
+            << " has not acknowledged the alert\n";
 }
+
+// One job of the command, with all that it needs.
+class JobRun {
+public:
+    JobRun(const JobCommandOptions& chosen, const CommandStreams& streams)
+        : chosen_(chosen),
+          streams_(streams),
+          dialogs_(streams.in, streams.err, chosen.yes, streams.canAsk),
+          showLine_(streams.errIsTerminal && !chosen.quiet),
+          loop_(clock_, streams.err, showLine_, streams.interrupts),
+          installation_(chosen.appFolder ? *chosen.appFolder : applicationFolder()),
+          job_(installation_, {clock_, dates_, dialogs_, loop_, hostName()}),
+          printer_(streams.err, loop_, dates_, chosen.quiet) {
+        job_.state.options.jobId = chosen.jobId;
+        job_.state.log.setListener(&printer_);
+        job_.state.log.setLimit(chosen.json ? kJsonLogRows : 1);
+        loop_.attach(job_);
+    }
+
+    int run() {
+        JobResult result;
+        if (prepareInstallation(installation_, streams_.err, chosen_.quiet)) {
+            if (!chosen_.quiet)
+                tellOwnFoldersInSource(chosen_.source, installation_, streams_.err);
+            result = runPrepared();
+            loop_.clearLine();
+            tellEnd(result, job_, dialogs_, streams_.err);
+        }
+        return print(result);
+    }
+
+private:
+    [[nodiscard]] JobResult runPrepared() {
+        applyOptions(chosen_, job_, showLine_);
+        loadReportMessages(installation_, dialogs_, job_.kept(), job_.messages);
+        JobHost host;
+        UdpSocket server;
+        UdpSocket client;
+        AlertExchange alerts(AlertScreen::Main, server, client, installation_, job_.surroundings(),
+                             [this] { return job_.state.options.jobId; });
+        // Without a recipient nobody is told of a process error either, and no ten seconds are spent on an empty name.
+        JobDriver driver(job_, host, chosen_.alertComputer.empty() ? nullptr : &alerts);
+        passOver(driver.run(), "the cause tells more");
+        const int status = exitStatus(driver.cause(), job_.state, chosen_.alertOptional);
+        return {driver.cause(), status, driver.detail(), driver.phaseTimes(), driver.listStands()};
+    }
+
+    [[nodiscard]] int print(const JobResult& result) {
+        std::ostream& out = streams_.out;
+        if (chosen_.json) {
+            out << jobResultAsJson(job_, result, dates_) << '\n';
+        } else if (result.cause == EndCause::Complete) {
+            out << withPlainLineEnds(completionReport(job_.state, job_.surroundings().hostName));
+            if (const auto list = job_.lists().finalPath())
+                out << list->native() << '\n';
+        }
+        out.flush();
+        if (out)
+            return result.status;
+        streams_.err << "quillon-job: the result could not be written to standard output\n";
+        return result.status == kExitComplete || result.status == kExitAlert ? kExitLosses : result.status;
+    }
+
+    const JobCommandOptions& chosen_;
+    const CommandStreams& streams_;
+    const SystemClock clock_;
+    const DateTexts dates_;
+    CommandDialogs dialogs_;
+    bool showLine_;
+    CommandLoop loop_;
+    Installation installation_;
+    Job job_;
+    LogPrinter printer_;
+};
 
 }  // namespace
 
@@ -197,13 +229,7 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     if (!parsed.options)
         return parsed.exitStatus;
     raiseOpenFileLimit();
-    const JobCommandOptions& options = *parsed.options;
-    Installation installation(options.appFolder ? *options.appFolder : applicationFolder());
-    if (!prepareInstallation(installation, streams.err, options.quiet))
-        return kExitNoList;
-    if (!options.quiet)
-        tellOwnFoldersInSource(options.source, installation, streams.err);
-    return runJob(options, installation, streams);
+    return JobRun(*parsed.options, streams).run();
 }
 
 }  // namespace quillon

@@ -20,14 +20,8 @@ struct CommandStreams {
     std::function<int()> interrupts = [] { return 0; };  ///< presses of Ctrl-C so far
 };
 
-/// Exit statuses.
-inline constexpr int kExitComplete = 0;
-inline constexpr int kExitNoList = 1;  ///< the job ended without a list
-inline constexpr int kExitUsage = 2;   ///< a line says how to use it
-inline constexpr int kExitLosses = 3;  ///< complete, but rows or copies failed or a write was lost
-inline constexpr int kExitStopped = 130;
-
-/// Runs the command with its arguments (without the program's name) and gives the exit status.
+/// Runs the command with its arguments (without the program's name) and gives the exit status: docs/man/quillon-job.1,
+/// and the table of ends in job/job_end.h.
 [[nodiscard]] int runJobCommand(const std::vector<std::string>& arguments, const CommandStreams& streams);
 
 }  // namespace quillon

@@ -9,9 +9,9 @@
 #include <CLI/CLI.hpp>
 
 #include "app/version.h"
+#include "job/job_end.h"
 #include "job/job_id.h"
 #include "platform/folders.h"
-#include "programs/job_command.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -20,14 +20,50 @@ namespace {
 
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 
-constexpr const char* kStatuses = R"(Exit status:
-  0    the list is complete
-  1    the job ended without a list
-  2    wrong usage
-  3    the list is there, but rows or copies failed or folders could not be read
-  130  stopped
+constexpr const char* kFooter =
+    "Ctrl-C is Stop. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
 
-Ctrl-C is Stop. Without --yes a question is asked on the terminal; without one the cautious answer is taken.)";
+// What was typed, before paths are looked at.
+struct Given {
+    JobCommandOptions options;
+    std::string source;
+    std::string target;
+    std::string app;
+};
+
+struct OptionRow : CommandOption {
+    void (*take)(Given&, const std::string& value);
+    bool required = false;
+};
+
+// Help, parser, manual and completion have the options of this table.
+constexpr OptionRow kOptions[] = {
+    {{"--job", "ID", "Job ID; names the list"},
+     [](Given& given, const std::string& value) { given.options.jobId = value; },
+     true},
+    {{"--source", "DIR", "Folder with the recovered files; it is never written to"},
+     [](Given& given, const std::string& value) { given.source = value; },
+     true},
+    {{"--target", "DIR", "Copy the files below this folder"},
+     [](Given& given, const std::string& value) { given.target = value; }},
+    {{"--no-test", "", "List only, without testing the headers"},
+     [](Given& given, const std::string&) { given.options.test = false; }},
+    {{"--no-skip-list", "", "List the files of the skip list too"},
+     [](Given& given, const std::string&) { given.options.skipList = false; }},
+    {{"--no-common-headers", "", "Do not look for common headers"},
+     [](Given& given, const std::string&) { given.options.commonHeaders = false; }},
+    {{"--alert", "COMPUTER", "Send the completion report to this computer"},
+     [](Given& given, const std::string& value) { given.options.alertComputer = value; }},
+    {{"--alert-optional", "", "A report that nobody acknowledges is no failure"},
+     [](Given& given, const std::string&) { given.options.alertOptional = true; }},
+    {{"--app", "DIR", "Application folder (default: the folder of this program)"},
+     [](Given& given, const std::string& value) { given.app = value; }},
+    {{"--json", "", "Print the result as one JSON object"},
+     [](Given& given, const std::string&) { given.options.json = true; }},
+    {{"--yes", "", "Answer Yes to every question"}, [](Given& given, const std::string&) { given.options.yes = true; }},
+    {{"--quiet", "", "Print no log rows and no progress"},
+     [](Given& given, const std::string&) { given.options.quiet = true; }},
+};
 
 class HelpText final : public CLI::Formatter {
 public:
@@ -54,8 +90,6 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
             "| \"",
             readable(std::string_view(options.jobId)));
     }
-    if (givenSource.empty())
-        return "--source names no folder";
     if (const auto problem = folderProblem(options.source); !problem.empty())
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
@@ -67,42 +101,45 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
     return {};
 }
 
-void declareOptions(CLI::App& command, JobCommandOptions& options, std::string& source, std::string& target,
-                    std::string& app) {
-    command.add_option("--job", options.jobId, "Job ID; names the list")->required()->type_name("ID");
-    command.add_option("--source", source, "Folder with the recovered files; it is never written to")
-        ->required()
-        ->type_name("DIR");
-    command.add_option("--target", target, "Copy the files below this folder")->type_name("DIR");
-    const auto switchesOff = [&command](const char* name, bool& value, const char* meaning) {
-        command.add_flag_callback(
-            name, [&value] { value = false; }, meaning);
-    };
-    switchesOff("--no-test", options.test, "List only, without testing the headers");
-    switchesOff("--no-skip-list", options.skipList, "List the files of the skip list too");
-    switchesOff("--no-common-headers", options.commonHeaders, "Do not look for common headers");
-    command.add_option("--alert", options.alertComputer, "Send the completion report to this computer")
-        ->type_name("COMPUTER");
-    command.add_option("--app", app, "Application folder (default: the folder of this program)")->type_name("DIR");
-    command.add_flag("--json", options.json, "Print the result as one JSON object");
-    command.add_flag("--yes", options.yes, "Answer Yes to every question");
-    command.add_flag("--quiet", options.quiet, "Print no log rows and no progress");
+void declareOptions(CLI::App& command, Given& given) {
+    for (const OptionRow& row : kOptions) {
+        if (row.value[0] == '\0') {
+            command.add_flag_callback(
+                row.name, [&row, &given] { row.take(given, {}); }, row.meaning);
+            continue;
+        }
+        const auto take = [&row, &given](const std::string& value) {
+            if (value.empty())
+                throw CLI::ValidationError(row.name, "needs a value that is not empty");
+            row.take(given, value);
+        };
+        command.add_option_function<std::string>(row.name, take, row.meaning)
+            ->required(row.required)
+            ->type_name(row.value);
+    }
     const Version version = programVersion();
     command.set_version_flag("--version",
                              fmt::format("quillon-job {}.{}.{}", version.major, version.minor, version.revision));
 }
 
+std::string footer() {
+    std::string text = "Exit status:\n";
+    for (const auto& row : kExitStatuses) text += fmt::format("  {:<4} {}\n", row.status, row.text);
+    return text + "\n" + kFooter;
+}
+
 }  // namespace
 
+std::vector<CommandOption> jobCommandOptions() {
+    return {std::begin(kOptions), std::end(kOptions)};
+}
+
 ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    JobCommandOptions options;
-    std::string source;
-    std::string target;
-    std::string app;
+    Given given;
     CLI::App command("Tests every file of a recovered tree and writes the job's file list.", "quillon-job");
     command.formatter(std::make_shared<HelpText>());
-    command.footer(kStatuses);
-    declareOptions(command, options, source, target, app);
+    command.footer(footer());
+    declareOptions(command, given);
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         command.parse(reversed);
@@ -112,12 +149,13 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         err << "quillon-job: " << wrong.what() << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
-    options.source = absolutePath(source).value_or(source);
-    if (!target.empty())
-        options.target = absolutePath(target).value_or(target);
-    if (!app.empty())
-        options.appFolder = absolutePath(app).value_or(app);
-    if (const auto wrong = wrongUsage(options, source); !wrong.empty()) {
+    JobCommandOptions& options = given.options;
+    options.source = absolutePath(given.source).value_or(given.source);
+    if (!given.target.empty())
+        options.target = absolutePath(given.target).value_or(given.target);
+    if (!given.app.empty())
+        options.appFolder = absolutePath(given.app).value_or(given.app);
+    if (const auto wrong = wrongUsage(options, given.source); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }

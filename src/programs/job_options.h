@@ -20,6 +20,7 @@ struct JobCommandOptions {
     bool skipList = true;
     bool commonHeaders = true;
     std::string alertComputer;
+    bool alertOptional = false;
     std::optional<NativePath> appFolder;
     bool json = false;
     bool yes = false;
@@ -31,6 +32,15 @@ struct ParsedJobCommand {
     std::optional<JobCommandOptions> options;
     int exitStatus = 0;
 };
+
+/// An option as help and manual tell it.
+struct CommandOption {
+    const char* name;
+    const char* value;  ///< what stands behind it; empty for a switch
+    const char* meaning;
+};
+/// All but --help and --version.
+[[nodiscard]] std::vector<CommandOption> jobCommandOptions();
 
 /// Parses and checks. Help goes to `out`; wrong usage is one line on `err` that says how, and status 2.
 [[nodiscard]] ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std::ostream& out,

@@ -13,20 +13,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-const char* nameOf(JobEnd end) {
-    switch (end) {
-        case JobEnd::Complete:
-            return "complete";
-        case JobEnd::NotStarted:
-            return "not started";
-        case JobEnd::Stopped:
-            return "stopped";
-        case JobEnd::NoList:
-            return "no list";
-    }
-    return "";
-}
-
 Json countersAsJson(const JobCounters& counters) {
     Json json = {{"folders", counters.folders},
                  {"folder_errors", counters.folderErrors},
@@ -42,6 +28,21 @@ Json countersAsJson(const JobCounters& counters) {
     return json;
 }
 
+Json lossesAsJson(const JobCounters& counters) {
+    Json words = Json::array();
+    for (const auto& loss : kJobLosses) {
+        if (counters.*loss.counter > 0)
+            words.push_back(loss.word);
+    }
+    return words;
+}
+
+Json alertAsJson(const JobState& state) {
+    if (state.report == ReportState::NotSent)
+        return nullptr;
+    return {{"to", state.options.recipient}, {"acknowledged", state.report == ReportState::Acknowledged}};
+}
+
 Json logAsJson(const JobLog& log, const DateTexts& dates) {
     Json rows = Json::array();
     for (const auto& row : log.rows()) rows.push_back({{"time", dates.time(row.time)}, {"event", row.text}});
@@ -50,23 +51,29 @@ Json logAsJson(const JobLog& log, const DateTexts& dates) {
 
 }  // namespace
 
-std::string jobResultAsJson(const Job& job, const PhaseTimes& times, JobEnd end, const DateTexts& dates) {
+std::string jobResultAsJson(const Job& job, const JobResult& result, const DateTexts& dates) {
     const auto seconds = [](std::int64_t milliseconds) { return static_cast<double>(milliseconds) / 1000.0; };
     const auto list = job.lists().finalPath();
-    Json result;
-    result["job"] = job.state.options.jobId;
-    result["end"] = nameOf(end);
-    result["list"] = end == JobEnd::Complete && list ? Json(readable(list->native())) : Json(nullptr);
-    result["quality"] = job.state.texts.quality;
-    result["size"] = sizeLabel(job.state);
-    result["counters"] = countersAsJson(job.state.counters);
-    result["gaps"] = job.state.gaps;
-    result["seconds"] = {{"folder_tests", seconds(times.folderTests)},
-                         {"file_count", seconds(times.fileCount)},
-                         {"testing", seconds(times.testing)},
-                         {"copying", seconds(times.copying)}};
-    result["log"] = logAsJson(job.state.log, dates);
-    return result.dump(2, ' ', false, Json::error_handler_t::replace);
+    const EndRow& end = rowOf(result.cause);
+    Json json;
+    json["job"] = job.state.options.jobId;
+    json["end"] = wordOf(end.end);
+    json["reason"] = end.word;
+    json["detail"] = result.detail;
+    json["status"] = result.status;
+    json["losses"] = lossesAsJson(job.state.counters);
+    json["gaps"] = job.state.gaps;
+    json["list"] = result.listStands && list ? Json(readable(list->native())) : Json(nullptr);
+    json["alert"] = alertAsJson(job.state);
+    json["quality"] = job.state.texts.quality;
+    json["size"] = sizeLabel(job.state);
+    json["counters"] = countersAsJson(job.state.counters);
+    json["seconds"] = {{"folder_tests", seconds(result.times.folderTests)},
+                       {"file_count", seconds(result.times.fileCount)},
+                       {"testing", seconds(result.times.testing)},
+                       {"copying", seconds(result.times.copying)}};
+    json["log"] = logAsJson(job.state.log, dates);
+    return json.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
 std::string withPlainLineEnds(const std::string& text) {

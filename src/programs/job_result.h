@@ -9,9 +9,17 @@
 
 namespace quillon {
 
-/// One object: every counter, the quality, the list's path, phase times in seconds, and the job log. Names that are not
-/// valid UTF-8 show U+FFFD.
-[[nodiscard]] std::string jobResultAsJson(const Job& job, const PhaseTimes& times, JobEnd end, const DateTexts& dates);
+/// How a job ended, as its front end tells it.
+struct JobResult {
+    EndCause cause = EndCause::NotSetUp;
+    int status = kExitNoList;
+    std::string detail;  ///< what the system said of a failure; may be empty
+    PhaseTimes times;
+    bool listStands = false;  ///< a final list of this job is there, complete or not
+};
+
+/// One object: docs/formats/job-json.md.
+[[nodiscard]] std::string jobResultAsJson(const Job& job, const JobResult& result, const DateTexts& dates);
 
 /// Lines as a terminal has them: CR LF becomes LF.
 [[nodiscard]] std::string withPlainLineEnds(const std::string& text);

@@ -154,8 +154,10 @@ TEST_F(TestingPassTest, AMissingRawListIsToldAndLeavesAnEmptyFinalList) {
     fake.dialogs.expectBox("Error!",
                            "Unable to find the raw file list. Please run the file list before testing file quality!",
                            BoxAnswer::Ok, BoxStyle::Critical, BoxButtons::Ok);
+    state.counters.files = 3;
     TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
     EXPECT_EQ(finalRows(), Rows{});
+    EXPECT_EQ(state.counters.lostRows, 3) << "no list of no rows may pass for complete";
 }
 
 TEST_F(TestingPassTest, ARawListThatCannotBeReadIsALoss) {

@@ -38,6 +38,10 @@ TEST(FolderLockTest, ASecondOneIsPermissionDenied) {
     const auto second = FolderLock::take(temp.path());
     ASSERT_FALSE(second);
     EXPECT_EQ(second.error().kind, ErrorKind::PermissionDenied);
+    const auto tried = FolderLock::tryToTake(temp.path());
+    ASSERT_TRUE(tried) << "a lock that another one holds is no failure here";
+    EXPECT_FALSE(*tried);
+    EXPECT_FALSE(FolderLock::tryToTake(temp / "none"));
 }
 
 TEST(FolderLockTest, TheLockGoesWithItsHolder) {

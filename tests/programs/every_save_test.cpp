@@ -3,6 +3,7 @@
 // replaced and must not be lost stands somewhere, no temporary file is left, and what says that it is done has done all
 // of it.
 #include "app/installation.h"
+#include "app/preferences.h"
 #include "editors/bad_sector_marker.h"
 #include "editors/list_saving.h"
 #include "messaging/message_log.h"
@@ -28,6 +29,13 @@ TEST_F(SaveTable, SettingsRecord) {
                      return false;
                  place.installation.settings.alertRecipient.assign(PageText{"LAB8"});
                  return place.installation.saveSettingsRecord().has_value();
+             }});
+}
+
+TEST_F(SaveTable, Preferences) {
+    disturb({.name = "preferences", .before = {{"app/preferences.ini", "other=1\n"}}, .run = [](Place& place) {
+                 const auto choose = [](Preferences& all) { all.set(Preference<bool>{"test.flag"}, true); };
+                 return changePreferences(place.installation.appFolder(), choose).has_value();
              }});
 }
 

@@ -3,16 +3,14 @@
 
 #include <algorithm>
 #include <fstream>
-#include <sstream>
+#include <regex>
 
-#include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
-
-#include "app/installation.h"
+#include "job/job_end.h"
 #include "platform/folder_lock.h"
+#include "programs/command_fixture.h"
+#include "programs/job_options.h"
 #include "support/list_bytes.h"
 #include "support/posix_files.h"
-#include "support/temp_folder.h"
 #include "text/list_text.h"
 
 namespace quillon::test {
@@ -21,47 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class JobCommandTest : public testing::Test {
-protected:
-    JobCommandTest() {
-        for (const char* name : {"app", "source", "target"}) fs::create_directory(folder / name);
-    }
-
-    // An installation as a set-up leaves it, with one term file.
-    void install() {
-        for (const char* name : {"local/Database", "local/Settings", "zips"}) fs::create_directories(folder / name);
-        Installation installation(folder / "app");
-        installation.settings.runHeaderTest = 1;
-        installation.settings.useSkipList = 1;
-        installation.settings.useCommonHeaders = 1;
-        installation.settings.localPath.assign(pageFromPath(folder / "local"));
-        installation.settings.zipPath.assign(pageFromPath(folder / "zips"));
-        ASSERT_TRUE(installation.saveSettingsRecord());
-        folder.write("local/Database/abc.dat", "1,MZ,T\r\n");
-        folder.write("local/Settings/CommonHeaders.dat", "0,never to be seen,T,x\r\n");
-    }
-
-    int command(const std::vector<std::string>& arguments) {
-        out.str("");
-        err.str("");
-        in.clear();
-        return runJobCommand(arguments, {in, out, err, canAsk, false, interrupts});
-    }
-    int job(const std::vector<std::string>& more = {}) {
-        std::vector<std::string> arguments = {
-            "--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()};
-        arguments.insert(arguments.end(), more.begin(), more.end());
-        return command(arguments);
-    }
-    [[nodiscard]] bool told(const std::string& text) const { return err.str().find(text) != std::string::npos; }
-
-    TempFolder folder;
-    std::istringstream in;
-    std::ostringstream out;
-    std::ostringstream err;
-    bool canAsk = false;
-    std::function<int()> interrupts = [] { return 0; };
-};
+using JobCommandTest = CommandFixture;
 
 // --- usage ---
 
@@ -88,6 +46,45 @@ TEST_F(JobCommandTest, WrongUsageIsStatus2AndALineThatSaysHow) {
     }
 }
 
+TEST_F(JobCommandTest, AnEmptyValueIsRefused) {
+    for (const auto& option : jobCommandOptions()) {
+        if (*option.value == '\0')
+            continue;
+        std::vector<std::string> arguments = {"--job", "1", "--source", (folder / "source").native()};
+        for (std::size_t i = 0; i < arguments.size(); i += 2) {
+            if (arguments[i] == option.name)
+                arguments.erase(arguments.begin() + static_cast<std::ptrdiff_t>(i),
+                                arguments.begin() + static_cast<std::ptrdiff_t>(i) + 2);
+        }
+        arguments.insert(arguments.end(), {option.name, ""});
+        EXPECT_EQ(command(arguments), 2) << option.name;
+        EXPECT_TRUE(told(std::string("quillon-job: ") + option.name + ": needs a value that is not empty"))
+            << err.str();
+        arguments.pop_back();
+        arguments.back() += "=";
+        EXPECT_EQ(command(arguments), 2) << option.name;
+    }
+}
+
+// Manual and completion have each option that the parser knows, and the manual each status.
+TEST_F(JobCommandTest, ManualAndCompletionHaveEveryOptionAndStatus) {
+    const auto whole = [](const char* name) {
+        std::ifstream file(fs::path(QUILLON_PROJECT) / name);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    const std::string manual = whole("docs/man/quillon-job.1");
+    const std::string completion = whole("data/completion/quillon-job");
+    for (const auto& option : jobCommandOptions()) {
+        const std::string name = option.name;
+        const std::string word = "Fl " + name.substr(1) + (*option.value == '\0' ? "\n" : " Ar ");
+        EXPECT_NE(manual.find(".It " + word), std::string::npos) << name;
+        EXPECT_NE(manual.substr(0, manual.find(".It ")).find(word), std::string::npos) << name << " in the synopsis";
+        EXPECT_TRUE(std::regex_search(completion, std::regex(name + "[ \"]"))) << name;
+    }
+    for (const auto& row : kExitStatuses)
+        EXPECT_NE(manual.find("\n.It " + std::to_string(row.status) + "\n"), std::string::npos) << row.status;
+}
+
 TEST_F(JobCommandTest, WrongFoldersAreToldApart) {
     const std::string file = folder.write("file", "x").native();
     const std::string missing = (folder / "missing").native();
@@ -106,9 +103,10 @@ TEST_F(JobCommandTest, HelpAndVersionGoToStandardOutput) {
     EXPECT_EQ(command({"--help"}), 0);
     EXPECT_NE(out.str().find("Usage: quillon-job --job ID --source DIR [OPTIONS]\n"), std::string::npos) << out.str();
     EXPECT_NE(out.str().find("130  stopped\n"), std::string::npos) << "the statuses are told";
-    for (const char* option : {"--job", "--source", "--target", "--no-test", "--no-skip-list", "--no-common-headers",
-                               "--alert", "--app", "--json", "--yes", "--quiet"})
-        EXPECT_NE(out.str().find(option), std::string::npos) << option;
+    for (const auto& option : jobCommandOptions()) {
+        EXPECT_NE(out.str().find(option.name), std::string::npos) << option.name;
+        EXPECT_NE(out.str().find(option.value), std::string::npos) << option.name;
+    }
     EXPECT_EQ(command({"--version"}), 0);
     EXPECT_EQ(out.str().substr(0, 12), "quillon-job ");
 }
@@ -247,11 +245,7 @@ TEST_F(JobCommandTest, OptionsSwitchTestingSkipListAndCommonHeadersOff) {
 
 TEST_F(JobCommandTest, TheSkipListOfTheShareServesTheFirstJob) {
     install();
-    Installation installation(folder / "app");
-    ASSERT_TRUE(installation.loadSettingsRecord());
-    installation.settings.useSharedDb = 1;
-    installation.settings.sharedPath.assign(pageFromPath(folder / "share"));
-    ASSERT_TRUE(installation.saveSettingsRecord());
+    shareDatabase();
     folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
     folder.write("share/Settings/SkipList.dat", "skipme\r\n");
     folder.write("source/skipme.txt", "x");
@@ -353,11 +347,11 @@ TEST_F(JobCommandTest, CtrlCDuringTestingIsStatus130AndTheListIsKeptWithoutAnAns
 
 // --- faults ---
 
-TEST_F(JobCommandTest, ASecondJobInTheSameFolderIsRefusedWithStatus1) {
+TEST_F(JobCommandTest, ASecondJobInTheSameFolderIsRefusedAsBusy) {
     install();
     auto first = FolderLock::take(folder / "app");
     ASSERT_TRUE(first);
-    EXPECT_EQ(job(), 1);
+    EXPECT_EQ(job(), 75);
     EXPECT_TRUE(told("Permission Denied: Unable to create the file " + (folder / "app/tFile.csv").native() +
                      " it may be open in another application\n"));
 }
