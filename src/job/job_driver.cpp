@@ -248,7 +248,7 @@ void JobDriver::testFiles() {
         if (state.options.showProgress)
             state.progress.shown = state.fileLineShown = true;
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
-        pass.run();
+        pass.run(ListEncoding::Utf16);
         listMade_ = pass.madeList();
         if (pass.wasStopped())
             cause_ = EndCause::StoppedInTesting;

@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-void TestingPass::run() {
+void TestingPass::run(std::optional<ListEncoding> encoding) {
     const NativePath rawPath = lists_.rawPath();
     auto finalList = lists_.createFinal();
     if (!finalList) {
@@ -29,7 +29,7 @@ void TestingPass::run() {
         rowsLost({ErrorKind::NotFound, "the raw list has gone"});
         return;
     }
-    if (auto rawList = ListReader::open(rawPath, ListEncoding::Utf16)) {
+    if (auto rawList = ListReader::open(rawPath, encoding)) {
         gradeAll(*rawList, *finalList);
     } else {
         rawListFailed(rawList.error());

@@ -33,8 +33,9 @@ public:
                 RowChecker* checker = nullptr)
         : context_(context), lists_(lists), grader_(grader), alerts_(alerts), checker_(checker) {}
 
-    /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
-    void run();
+    /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it. `encoding`: of a
+    /// raw list that this job has written; otherwise it is found from the content.
+    void run(std::optional<ListEncoding> encoding = std::nullopt);
 
     /// True when there is a final list of this run, complete or not.
     [[nodiscard]] bool madeList() const { return madeList_; }

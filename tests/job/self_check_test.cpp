@@ -139,6 +139,7 @@ TEST_F(SelfCheckOfAJob, ARawListThatLosesItsRowsIsAGapInTheLog) {
     const auto row = std::ranges::find_if(state.log.rows(), isGap);
     EXPECT_EQ(row->text, "The figures of the job do not agree : " + state.gaps[0]);
     EXPECT_EQ(row->colour, kLightRed);
+    expectOverwrite(BoxAnswer::Yes);
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_EQ(state.gaps, Gaps{}) << "a gap is the job's own";
 }

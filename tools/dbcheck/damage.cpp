@@ -90,7 +90,8 @@ Samples goodOnes(const HeaderDatabase& database, const std::vector<Sample>& samp
 }  // namespace
 
 double DamageScore::recoveredPercent() const {
-    return samples == 0 ? 0 : 100.0 * static_cast<double>(good + named) / static_cast<double>(samples);
+    const std::size_t wrong = good + (kind.damage == Damage::ForeignHead ? 0 : named);
+    return samples == 0 ? 0 : 100.0 * static_cast<double>(wrong) / static_cast<double>(samples);
 }
 
 std::vector<DamageScore> scoreDamage(const HeaderDatabase& database, const std::vector<Sample>& samples) {

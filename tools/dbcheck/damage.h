@@ -49,7 +49,7 @@ struct DamageScore {
     std::size_t good = 0;     ///< still fitting a term of their extension
     std::size_t named = 0;    ///< of the others, those that a common header names: they count as recovered, too
 
-    /// Good or named, in percent of the samples; 0 when there are none.
+    /// Good or wrongly named, in percent of the samples; 0 when there are none. The name of a foreign head is right.
     [[nodiscard]] double recoveredPercent() const;
 };
 
