@@ -4,6 +4,7 @@
 // One term of the header database, compiled for matching: docs/formats/term-file.md and rule-lists.md tell the records.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,6 +45,15 @@ public:
 
     /// True when the record's position is 0.
     [[nodiscard]] bool isAnywhere() const { return place_ == Place::Anywhere; }
+
+    /// Where a record with a fixed position looks, counted from 0; none of any other record, and none where the term
+    /// would not fit into a header.
+    [[nodiscard]] std::optional<std::size_t> fixedOffset() const {
+        return place_ == Place::Fixed ? std::optional<std::size_t>(offset_) : std::nullopt;
+    }
+
+    /// The bytes that it looks for, lower-cased.
+    [[nodiscard]] std::string_view folded() const { return folded_; }
 
 private:
     enum class Place { Anywhere, Fixed, Nowhere, Defective, NotAPosition };

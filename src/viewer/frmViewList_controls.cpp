@@ -84,8 +84,6 @@ void frmViewList::createRows() {
 void frmViewList::createLegend() {
     auto* row = makeRow();
     Label1 = makeLabel("Label1", "");
-    notShown = make<ElidedLabel>("notShown");
-    notShown->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     Label6 = makeLabel("Label6", "File marked");
     Label7 = makeLabel("Label7", "    ");
     Label7->setAutoFillBackground(true);
@@ -93,8 +91,10 @@ void frmViewList::createLegend() {
     swatch.setColor(QPalette::Window, QColor(187, 10, 10));
     Label7->setPalette(swatch);
     Label8 = makeLabel("Label8", "Have no extension and can not be edited");
-    row->addWidget(Label1);
-    row->addWidget(notShown, 1);
+    commaRemark_ = makeLabel("commaRemark_", "");
+    makeRemark(*commaRemark_);
+    row->addWidget(Label1, 1);
+    row->addWidget(commaRemark_);
     for (QLabel* legend : {Label6, Label7, Label8}) {
         row->addWidget(legend);
         legend->hide();

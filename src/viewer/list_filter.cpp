@@ -11,34 +11,35 @@ namespace quillon {
 
 namespace {
 
-bool isOfCategory(const ListRow& row, std::u16string_view category) {
-    return row.isGraded() && trimRight(row[ListColumn::Result]).find(category) != std::u16string_view::npos;
+// True for a row that would be shown, had its path no comma.
+bool isHiddenByCommas(const ListRow& row, std::u16string_view category) {
+    return row.isGraded() && row[ListColumn::Path].find(u'>') != std::u16string_view::npos &&
+           trimRight(row[ListColumn::Result]).find(category) != std::u16string_view::npos;
 }
 
 }  // namespace
 
-FilterResult filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
+Filtered filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
     const std::u16string_view category = trimRight(std::u16string_view(wish.category));
-    FilterResult result;
+    Filtered filtered;
     ListRow row;
     while (list.next(row)) {
-        const bool hasComma = row.line().find(u'>') != std::u16string_view::npos;
-        const bool wanted = isOfCategory(row, category);
-        if (hasComma)
+        if (row.line().find(u'>') != std::u16string_view::npos) {
+            filtered.withCommas += isHiddenByCommas(row, category) ? 1 : 0;
             row.assign(withCommas(row.line()));
-        if (!wanted)
-            continue;
-        if (hasComma && !isOfCategory(row, category)) {
-            ++result.withCommas;
-            continue;
         }
+        if (!row.isGraded())
+            continue;
+        const std::u16string_view result = row[ListColumn::Result];
+        if (trimRight(result).find(category) == std::u16string_view::npos)
+            continue;
         if (wish.maxFiles < rows.count()) {
-            result.end = FilterEnd::LimitReached;
+            filtered.end = FilterEnd::LimitReached;
             break;
         }
-        rows.add(row[ListColumn::Path], wish.keepProblem ? row[ListColumn::Result] : std::u16string_view());
+        rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view());
     }
-    return result;
+    return filtered;
 }
 
 }  // namespace quillon

@@ -19,9 +19,9 @@ struct FilterWish {
 
 enum class FilterEnd { EndOfList, LimitReached };
 
-struct FilterResult {
+struct Filtered {
     FilterEnd end = FilterEnd::EndOfList;
-    int withCommas = 0;  ///< rows of the category that are left out for a comma in their path
+    int withCommas = 0;  ///< rows of the category that were met and are never shown
 };
 
 /// Adds the rows whose result holds the category, case-sensitively, up to the limit. A line counts when it has exactly
@@ -30,6 +30,6 @@ struct FilterResult {
 /// Kept: the limit is compared before the row is added, so a load ends with one row more than the limit (test
 /// TheLimitLetsOneRowMoreThrough). Kept: ">" becomes "," ahead of the split, so a path with a comma has six fields and
 /// is never shown (test APathWithACommaIsNeverShown).
-[[nodiscard]] FilterResult filterList(ListReader& list, const FilterWish& wish, ViewRows& rows);
+[[nodiscard]] Filtered filterList(ListReader& list, const FilterWish& wish, ViewRows& rows);
 
 }  // namespace quillon

@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/list_viewer.h"
 
+#include <algorithm>
+
 #include "app/file_list.h"
 #include "job/job.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
+#include "text/page_text.h"
 #include "text/unicode.h"
 #include "viewer/categories.h"
 #include "viewer/list_filter.h"
-#include "viewer/retest.h"
 
 namespace quillon {
 
@@ -25,14 +27,28 @@ std::string notShownText(int rows) {
     return grouped(rows) + (rows == 1 ? " row with a comma is not shown" : " rows with commas are not shown");
 }
 
+// A path as a skip term. One that a person cannot read comes as the list stores it, where a "?" stands for a character
+// of any kind: its visible escape would fit no file.
+std::string skipTermOf(std::u16string_view path) {
+    const std::string native = toNative(path);
+    if (const std::string shown = readable(std::string_view(native)); shown == native)
+        return shown;
+    PageText stored = toPage(std::string_view(native));
+    std::ranges::replace_if(
+        stored.bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }, '?');
+    return toUtf8(stored);
+}
+
 }  // namespace
 
 ViewedJob viewedJob(Job& job) {
-    return {job.installation(), job.surroundings(), job.kept(), job.lists(), job.grader()};
+    return {job.installation(), job.surroundings(), job.kept(),       job.lists(),
+            job.grader(),       job.commonList,     job.passContext()};
 }
 
 void ListViewer::load() {
     state = ViewerState{};
+    visit_ = {};
     state.categories = {kPleaseSelect};
     state.marks = {kPleaseSelect};
     temporaryListPath_ = job_.lists.rawPath();
@@ -77,12 +93,12 @@ void ListViewer::updateLabels() {
 
 void ListViewer::filter() {
     state.rows.clear();
+    state.notShown.clear();
     state.currentRow = -1;
     state.topRow = 0;
     ++state.contents;
     goBusy();
     state.extensions.clear();
-    state.notShown.clear();
     host_.showState();
     // The job ID of this moment, not the one of the opening.
     const auto list = job_.lists.finalPath();
@@ -110,15 +126,15 @@ void ListViewer::loadRows(const NativePath& list) {
         return;
     const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
                           state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
-    const FilterResult result = filterList(*reader, wish, state.rows);
-    state.notShown = notShownText(result.withCommas);
-    if (result.end == FilterEnd::LimitReached)
+    const Filtered filtered = filterList(*reader, wish, state.rows);
+    state.notShown = notShownText(filtered.withCommas);
+    if (filtered.end == FilterEnd::LimitReached)
         job_.surroundings.dialogs.tell(kProgramTitle, "Maximum file limit reached");
 }
 
 void ListViewer::tellMissingList() {
     const std::string& jobId = job_.lists.jobId();
-    std::string text = "File list for " + jobId + " does not exist. ";
+    std::string text = "File list for " + readable(std::string_view(jobId)) + " does not exist. ";
     const NativePath& folder = job_.installation.paths().zipPath;
     const auto archive = childPath(folder, jobId + ".zip");
     if (!folder.empty() && archive && pathExists(*archive))
@@ -153,7 +169,7 @@ void ListViewer::selectExtension(int entry) {
 void ListViewer::addToSkipList() {
     const Paths& paths = job_.installation.paths();
     const std::string proposal =
-        state.currentRow < 0 ? std::string() : readable(state.rows.path(state.rows.idAt(state.currentRow)));
+        state.currentRow < 0 ? std::string() : skipTermOf(state.rows.path(state.rows.idAt(state.currentRow)));
     const auto term = job_.surroundings.dialogs.input(
         "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
     if (!term || term->empty())
@@ -180,15 +196,28 @@ std::optional<EditorHandover> ListViewer::openEditor() {
     return handover;
 }
 
-void ListViewer::retest() {
-    Dialogs& dialogs = job_.surroundings.dialogs;
-    goBusy();
-    state.busyPointer = true;
-    host_.showState();
-    const std::u16string extension(state.extensions.chosenText());
-    state.passRunning = true;
+bool ListViewer::confirmRetest(std::u16string_view extension) {
+    const auto folder = missingSource(state.rows, extension);
+    return !folder || job_.surroundings.dialogs.ask(
+                          "Source not found",
+                          "The folder of these files is not there:\r\n" + readable(std::u16string_view(*folder)) +
+                              "\r\n\r\nA retest now grades each of them as an access error. Connect the source first. "
+                              "Do you want to retest all the same?",
+                          BoxStyle::Warning);
+}
+
+void ListViewer::tellUnloadedCommonList() {
+    const PassContext& context = job_.context;
+    if (context.state.options.useCommonHeaders && job_.commonList.records().empty())
+        context.log(
+            "Retest without common headers : they are loaded by a job, and none has run yet. A file that fits no term "
+            "loses its result. Run a job, or untick \"Use Common Headers\", and retest again.",
+            kLightOrange);
+}
+
+RetestEnd ListViewer::runRetest(std::u16string_view extension) {
     int counted = -1;
-    Retest pass(job_.grader, job_.kept, state.rows, [this, &counted] {
+    Retest pass(job_.grader, job_.kept, visit_, state.rows, [this, &counted] {
         // The pointer is the normal one from the first line on, though the pass goes on.
         state.busyPointer = false;
         if (state.rows.count() != counted) {
@@ -197,8 +226,22 @@ void ListViewer::retest() {
         }
         job_.surroundings.loop.turn();
     });
+    state.passRunning = true;
     const RetestEnd end = pass.run(listPath_, temporaryListPath_, extension);
     state.passRunning = false;
+    return end;
+}
+
+void ListViewer::retest() {
+    Dialogs& dialogs = job_.surroundings.dialogs;
+    const std::u16string extension(state.extensions.chosenText());
+    if (!confirmRetest(extension))
+        return;
+    tellUnloadedCommonList();
+    goBusy();
+    state.busyPointer = true;
+    host_.showState();
+    const RetestEnd end = runRetest(extension);
     if (end == RetestEnd::CopyInUse) {
         dialogs.warn("Error",
                      "Warning, the file appears to be open in another application! "

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "setup/network_setup.h"
 
+#include <algorithm>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -233,6 +235,7 @@ TEST_F(NetworkSetupTest, TheDatabaseIsCopiedFileByFile) {
     std::vector<std::string> lines;
     fake.loop.onTurn = [&](int) { lines.push_back(setup.state.progress); };
     copyOnly(kMainDatabaseBox);
+    lines.erase(std::unique(lines.begin(), lines.end()), lines.end());  // a slow disk has more turns than files
     EXPECT_THAT(lines, ElementsAre("Copying file  1 of  2", "Copying file  2 of  2"));
     EXPECT_EQ(folder.read("share/Database/png.dat"), "2");
     EXPECT_EQ(modificationTime(folder / "share/Database/png.dat").value(),

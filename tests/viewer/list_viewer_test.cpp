@@ -169,16 +169,16 @@ TEST_F(ViewerTest, APathWithACommaIsNeverShown) {
     EXPECT_EQ(paths(), std::vector<std::u16string>{u"/s/c.jpg"});
 }
 
-TEST_F(ViewerTest, RowsWithACommaAreCounted) {
-    const auto bad = [](std::u16string_view path) { return listRow(path, u"Header Corrupt"); };
-    filterCorrupt(bad(u"/s/a>b.jpg") + bad(u"/s/c.jpg") + listRow(u"/s/d>e.jpg", u"Header OK"));
-    EXPECT_EQ(viewer.state.notShown, "1 row with a comma is not shown") << "of this category";
-    std::u16string many;
-    for (int i = 0; i < 1052; ++i) many += bad(u"/s/a>b.jpg");
-    filterCorrupt(many + bad(u"/s/a\xDC3E.jpg"));
-    EXPECT_EQ(viewer.state.notShown, "1,052 rows with commas are not shown");
-    EXPECT_EQ(viewer.state.rows.count(), 1) << "a name that holds the sign itself is shown";
-    filterCorrupt(bad(u"/s/c.jpg"));
+TEST_F(ViewerTest, RowsWithCommasThatAreNotShownAreCounted) {
+    const std::u16string comma = listRow(u"/s/a>b.jpg", u"Header Corrupt");
+    filterCorrupt(comma + listRow(u"/s/c.jpg", u"Header Corrupt"));
+    EXPECT_EQ(viewer.state.notShown, "1 row with a comma is not shown");
+    std::u16string rows = listRow(u"/s/x>y.jpg", u"Header OK") + u"/s/x>y.jpg,15/11/2026\r\n";
+    for (int i = 0; i < 1052; ++i) rows += comma;
+    filterCorrupt(rows);
+    EXPECT_EQ(viewer.state.notShown, "1,052 rows with commas are not shown") << "those of the category";
+    EXPECT_EQ(viewer.state.matching, "Matching :  0");
+    filterCorrupt(listRow(u"/s/c.jpg", u"Header Corrupt"));
     EXPECT_EQ(viewer.state.notShown, "");
 }
 
@@ -307,6 +307,22 @@ TEST_F(ViewerTest, ASkipTermIsAppendedToTheLocalList) {
     folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.", "");
     viewer.addToSkipList();
     EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "*.tmp*\r\n*\xE4*\r\n");
+}
+
+// The visible escapes of a name fit no file; a "?" fits any character.
+TEST_F(ViewerTest, ANameThatCannotBeReadIsProposedAsATermThatFitsIt) {
+    const std::pair<const char*, const char*> names[] = {{"/s/invoice\xE2\x80\xAE"
+                                                          "fdp.exe",
+                                                          "/s/invoice?fdp.exe"},
+                                                         {"/s/bad\xFF\n.jpg", "/s/bad??.jpg"},
+                                                         {"/s/\xD0\xB6.jpg", "/s/\xD0\xB6.jpg"}};
+    for (const auto& [name, term] : names) {
+        filterCorrupt(listRow(toListText(name), u"Header Corrupt"));
+        viewer.selectRow(0);
+        folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
+                                         "", term);
+        viewer.addToSkipList();
+    }
 }
 
 TEST_F(ViewerTest, WithSharingASkipTermIsAppendedToBothLists) {

@@ -41,6 +41,7 @@ private slots:
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
     void theScreensBehindAreBroughtUpToDateFirst();
+    void onEveryQuestionOfOverwritingNoIsTheDefaultButton();
 };
 
 void QtDialogsTest::aBoxHasTitleAndTextToTheLetterAsPlainText() {
@@ -147,6 +148,22 @@ void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
     onDialog<QDialog>(leave);
     dialogs.pickFiles({});
     QCOMPARE(shown, 4);
+}
+
+void QtDialogsTest::onEveryQuestionOfOverwritingNoIsTheDefaultButton() {
+    const MessageBox questions[] = {
+        {"Overwrite File List?", "The file (x) already exists.", BoxStyle::Question, BoxButtons::YesNo},
+        {"Warning !", "Files of the same name will be overwritten. Continue?", BoxStyle::Question, BoxButtons::YesNo},
+        {"Overwrite DB?", "Copy?", BoxStyle::Question, BoxButtons::YesNoCancel},
+    };
+    QtDialogs dialogs;
+    for (const MessageBox& question : questions) {
+        onDialog<QMessageBox>([](QMessageBox& box) {
+            QCOMPARE(box.defaultButton(), qobject_cast<QPushButton*>(box.button(QMessageBox::No)));
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        QCOMPARE(dialogs.show(question), BoxAnswer::No);
+    }
 }
 
 QTEST_MAIN(QtDialogsTest)

@@ -7,6 +7,7 @@
 
 #include "dbcheck/damage.h"
 #include "dbcheck/database_lint.h"
+#include "dbcheck/doubts.h"
 #include "dbcheck/extension_table.h"
 #include "dbcheck/options.h"
 #include "dbcheck/score.h"
@@ -117,6 +118,19 @@ Result<void> judgeBySamples(const HeaderDatabase& database, const DbcheckOptions
     return {};
 }
 
+Result<void> judgeDoubts(const DbcheckOptions& options, std::ostream& out, Verdict& verdict) {
+    const auto samples = readSamples(*options.samples, kIndex);
+    if (!samples)
+        return failure(samples.error());
+    const auto scores = scoreDoubts(*samples);
+    for (const auto& line : scores.doubted) out << "doubted: " << line << '\n';
+    out << doubtTable(scores);
+    const double doubted = scores.doubtedPercent();
+    out << fmt::format("doubted: {} of the samples whose format is known ({:.2f} %)\n", scores.doubted.size(), doubted);
+    compare("doubted samples", doubted <= options.maxDoubted, doubted, options.maxDoubted, verdict);
+    return {};
+}
+
 }  // namespace
 
 int runDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
@@ -134,6 +148,13 @@ int runDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std
         return kDbcheckGood;
     }
     Verdict verdict(err);
+    if (options.doubts && options.samples) {
+        if (auto judged = judgeDoubts(options, out, verdict); !judged) {
+            err << "dbcheck: " << judged.error().text << '\n';
+            return kDbcheckUsage;
+        }
+        return verdict.good() ? kDbcheckGood : kDbcheckBad;
+    }
     const auto problems = lintDatabase(options.database, *database);
     reportLint(problems, verdict);
     if (database->terms.size() < options.minExtensions)

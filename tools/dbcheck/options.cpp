@@ -37,6 +37,9 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
         ->check(CLI::IsMember(damageNames()).application_index(0))
         ->needs(damage);
     damage->needs("--samples");
+    command.add_flag("--doubts", options.doubts, "Judge the second opinion by the samples, and nothing else");
+    command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
+        ->check(percent);
     command.add_option("--min-extensions", options.minExtensions, "Fail below this number of term files");
     command.add_option("--min-good", options.minGood, "Fail when fewer percent of the samples are good")
         ->check(percent);

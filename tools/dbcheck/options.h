@@ -18,12 +18,14 @@ struct DbcheckOptions {
     std::optional<NativePath> samples;  ///< a folder with "index.tsv"
     bool table = false;                 ///< print the table of extensions and nothing else
     bool pairs = false;                 ///< name the extensions of false accepts
+    bool doubts = false;                ///< judge the second opinion by the samples and nothing else
     std::size_t minExtensions = 1;
     double minGood = 0;  ///< in percent, as all below
     double maxFalseAccepts = 100;
-    double minRejected = 0;  ///< of the mislabelled samples
-    double minNamed = 0;     ///< of the rejected ones
-    bool damage = false;     ///< damage the good samples, and count those that are still taken for recovered
+    double minRejected = 0;   ///< of the mislabelled samples
+    double minNamed = 0;      ///< of the rejected ones
+    double maxDoubted = 100;  ///< of the samples with their true size
+    bool damage = false;      ///< damage the good samples, and count those that are still taken for recovered
     std::vector<std::pair<std::string, double>> maxRecovered;  ///< by the name of a damage
 };
 

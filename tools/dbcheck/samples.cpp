@@ -40,8 +40,9 @@ Result<std::vector<Sample>> readSamples(const NativePath& folder, const std::str
         if (!size)
             return failure(size.error());
         sample.trueSize = *size;
-        if (auto read = files.readHead((folder / sample.path).native(), sample.folded); !read)
+        if (auto read = files.readHead((folder / sample.path).native(), sample.head); !read)
             return failure(read.error());
+        sample.folded = sample.head;
         foldHeader(sample.folded);
         samples.push_back(std::move(sample));
     }

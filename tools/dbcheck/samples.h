@@ -16,7 +16,8 @@ struct Sample {
     std::string extension;       ///< in lower case
     std::uint64_t trueSize = 0;  ///< of the file that the head was taken from
     std::string truth;           ///< of a mislabelled sample: what it really is
-    HeaderBytes folded{};        ///< the first 512 bytes, lower-cased for matching
+    HeaderBytes head{};          ///< the first 512 bytes, filled up with blanks
+    HeaderBytes folded{};        ///< the same, lower-cased for matching
 };
 
 /// Samples below 512 bytes are graded by their size alone, so no term ever meets them.
