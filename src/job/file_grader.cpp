@@ -22,9 +22,15 @@ HeaderCheck& FileGrader::headerTest() {
     return *test_;
 }
 
-Result<std::u16string_view> FileGrader::checkFile(const ListRow& row, std::u16string_view extension,
-                                                  HeadReader& heads) {
-    return headerTest().checkFile(row, extension, heads);
+Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    auto verdict = headerTest().checkFile(row, extension, heads);
+    if (!verdict)
+        return verdict;
+    if (verdict->grade)
+        ++context_.state.counters[*verdict->grade];
+    if (verdict->head != nullptr)
+        ++context_.state.counters.tested;
+    return verdict;
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

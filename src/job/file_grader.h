@@ -23,11 +23,10 @@ public:
     FileGrader(const FileGrader&) = delete;
     FileGrader& operator=(const FileGrader&) = delete;
 
-    /// A row and its extension give the report text. The head comes from `heads`, or is read in line. See
+    /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
     /// HeaderCheck::checkFile.
-    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
-                                                        HeadReader& heads);
-    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension) {
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
         return checkFile(row, extension, heads_);
     }
 
@@ -44,8 +43,6 @@ public:
 
 private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
-    void raise(Grade grade) override { ++context_.state.counters[grade]; }
-    void raiseTested() override { ++context_.state.counters.tested; }
     void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "job/job_evidence.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
@@ -22,6 +23,8 @@ void TestingPass::run(std::optional<ListEncoding> encoding) {
     }
     madeList_ = true;
     context_.state.passes.testing = PassEnd::Whole;
+    if (const auto path = lists_.finalPath())
+        context_.evidence.listCreated(*path);
     if (!pathExists(rawPath)) {
         context_.surroundings.dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
@@ -52,12 +55,15 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
         ++context_.state.passes.rowsRead;
+        verdict_ = {};
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
                 showProgress(*row);
             writeRow(finalList, *row);
             if (context_.state.counters.tested > 0)
                 updateQuality(context_.state);
+        } else {
+            tellEvidence(*row, false);
         }
         context_.turn();
     }
@@ -94,12 +100,14 @@ Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
     if (row.extension().empty()) {
         ++context_.state.counters[Grade::NoExtension];
         result_ = grader_.messages()[Grade::NoExtension];
+        verdict_.grade = Grade::NoExtension;
         return {};
     }
-    const auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
+    auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
     if (!result)
         return failure(result.error());
-    result_ = *result;
+    result_ = result->text;
+    verdict_ = std::move(*result);
     return {};
 }
 
@@ -112,6 +120,7 @@ bool TestingPass::handle(const FileError& error, const std::function<void()>& ru
         // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
         ++context_.state.counters[Grade::AccessError];
         result_ = grader_.messages()[Grade::AccessError];
+        verdict_.grade = Grade::AccessError;
         return false;
     }
     ignoringErrors_ = true;
@@ -138,7 +147,14 @@ void TestingPass::showProgress(const ListRow& row) {
 
 void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
     row.add(result_);
-    context_.countRow(context_.state.passes.list, finalList.write(row));
+    tellEvidence(row, context_.countRow(context_.state.passes.list, finalList.write(row)));
+}
+
+void TestingPass::tellEvidence(const ListRow& row, bool written) {
+    verdict_.text = result_;
+    if (written)
+        ++lines_;
+    context_.evidence.graded(row, written ? std::optional(lines_) : std::nullopt, verdict_);
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {

@@ -57,7 +57,11 @@ RetestEnd Retest::run(const NativePath& list, const NativePath& copy, std::u16st
     suffix_ = suffixOf(extension);
     RowLookup lookup(rows_, suffix_);
     lookup_ = &lookup;
+    evidence_.emplace(list, grader_.messages());
     const auto rewritten = rewrite(list, copy);
+    if (rewritten)
+        evidence_->listWritten();
+    evidence_.reset();
     lookup_ = nullptr;
     grader_.releaseSource();
     return rewritten ? RetestEnd::Done : RetestEnd::Failed;
@@ -118,6 +122,7 @@ Result<void> Retest::writeRows(ListReader& from, ListWriter& to) {
 
 Result<void> Retest::handleRow(ListWriter& list) {
     const bool isWritten = row_.isGraded();
+    evidence_->lineRead();
     const std::u16string_view path = row_[ListColumn::Path];
     if (endsWithIgnoringCase(path, suffix_)) {
         if (const ViewRows::Id* row = lookup_->find(path)) {
@@ -125,7 +130,12 @@ Result<void> Retest::handleRow(ListWriter& list) {
                 return tested;
         }
     }
-    return isWritten ? list.write(row_) : Result<void>();
+    if (!isWritten)
+        return {};
+    auto written = list.write(row_);
+    if (written)
+        evidence_->lineWritten(row_);
+    return written;
 }
 
 Result<void> Retest::testAgain(ViewRows::Id row) {
@@ -134,9 +144,10 @@ Result<void> Retest::testAgain(ViewRows::Id row) {
         return failure(graded.error());
     if (!row_.has(ListColumn::Result))
         return failure(ErrorKind::Subscript, "Subscript out of range");
-    row_.replaceResult(*graded);
+    row_.replaceResult(graded->text);
+    evidence_->graded(row_, *graded);
     if (std::ranges::any_of(kGrades.values, [&](const GradeRow& grade) {
-            return grade.afterRetest == AfterRetest::Leaves && *graded == grader_.messages()[grade.grade];
+            return grade.afterRetest == AfterRetest::Leaves && graded->text == grader_.messages()[grade.grade];
         }))
         rows_.remove(row);
     return {};

@@ -11,6 +11,7 @@
 #include "app/file_list.h"
 #include "app/kept_files.h"
 #include "job/file_grader.h"
+#include "job/list_evidence.h"
 #include "platform/folders.h"
 #include "viewer/view_rows.h"
 
@@ -63,6 +64,7 @@ private:
     std::u16string extension_;
     std::u16string suffix_;
     ListRow row_;  // in work
+    std::optional<ListEvidence> evidence_;
     RowLookup* lookup_ = nullptr;
 };
 
