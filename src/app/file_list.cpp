@@ -19,47 +19,69 @@ constexpr std::u16string_view kLineEnd = u"\r\n";
 
 static_assert(std::endian::native == std::endian::little, "rows are handed to the file as they lie in memory");
 
-// The second byte of nearly every 16-bit character of a path, a date or a number is zero. 8-bit text holds no zero
-// byte, unless a damaged disk left some; but then it has line ends as two bytes side by side, as 16-bit text hardly
-// ever has.
-bool looksSixteenBit(std::string_view bytes) {
-    std::size_t zeros = 0;
-    std::size_t lineEnds = 0;
-    for (std::size_t i = 1; i < bytes.size(); ++i) {
-        zeros += i % 2 == 1 && bytes[i] == '\0' ? 1 : 0;
-        lineEnds += bytes[i - 1] == '\r' && bytes[i] == '\n' ? 1 : 0;
+// What the bytes of a list show when they are taken in pairs from its start, as 16-bit text has them, and one by one.
+struct ListSigns {
+    std::size_t wideLineEnds = 0;  // CR and LF as two pairs
+    std::size_t wideCommas = 0;    // as a pair
+    std::size_t secondZeros = 0;   // pairs whose second byte is zero: any character of the page's first half,
+    std::size_t firstZeros = 0;    // and whose first one is
+    std::size_t lineEnds = 0;      // CR and LF side by side
+};
+
+ListSigns signsOf(std::string_view bytes) {
+    ListSigns signs;
+    for (std::size_t i = 1; i < bytes.size(); ++i) signs.lineEnds += bytes[i - 1] == '\r' && bytes[i] == '\n' ? 1 : 0;
+    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
+        const bool endsInZero = bytes[i + 1] == '\0';
+        signs.firstZeros += bytes[i] == '\0' ? 1 : 0;
+        signs.secondZeros += endsInZero ? 1 : 0;
+        signs.wideCommas += endsInZero && bytes[i] == ',' ? 1 : 0;
+        signs.wideLineEnds += bytes.substr(i, 4) == std::string_view("\r\0\n\0", 4) ? 1 : 0;
     }
-    return zeros > 4 * lineEnds;
+    return signs;
+}
+
+// A name may hold any number of any character, so of U+0A0D as well, whose bytes are the line end of 8-bit text: what
+// is only counted proves nothing. Line ends and commas of two bytes each are in no 8-bit text, not even in one in which
+// a damaged disk left zeros, as these stand in runs. A text that has neither shows its zeros on one side of the pairs.
+bool looksSixteenBit(std::string_view bytes) {
+    constexpr std::size_t kCommasOfARow = 3;
+    const ListSigns signs = signsOf(bytes);
+    if (signs.wideLineEnds > 0 || signs.wideCommas >= kCommasOfARow)
+        return true;
+    return signs.secondZeros > 4 * signs.firstZeros && signs.secondZeros > 4 * signs.lineEnds;
 }
 
 }  // namespace
 
-Result<ListReader> ListReader::open(const NativePath& path) {
+Result<ListReader> ListReader::open(const NativePath& path, std::optional<ListEncoding> known) {
     auto file = File::openForReading(path);
     if (!file)
         return failure(file.error());
     ListReader reader(std::move(*file));
     reader.raw_.resize(kReadBytes);
-    reader.detectEncoding();
+    reader.begin(known);
     if (reader.error_)
         return failure(*reader.error_);
     return reader;
 }
 
-void ListReader::detectEncoding() {
+void ListReader::begin(std::optional<ListEncoding> known) {
     const auto count = file_.read(std::as_writable_bytes(std::span(raw_)));
     if (!count) {
         error_ = count.error();
         return;
     }
     ended_ = *count < raw_.size();
-    std::size_t start = 0;
-    if (std::string_view(raw_.data(), *count).substr(0, kMark.size()) == kMark) {
+    const std::string_view bytes(raw_.data(), *count);
+    if (known)
+        encoding_ = *known;
+    else if (bytes.starts_with(kMark))
         encoding_ = ListEncoding::Utf16WithMark;
-        start = kMark.size();
-    } else {
-        encoding_ = looksSixteenBit({raw_.data(), *count}) ? ListEncoding::Utf16 : ListEncoding::Page;
-    }
+    else
+        encoding_ = looksSixteenBit(bytes) ? ListEncoding::Utf16 : ListEncoding::Page;
+    const bool marked = encoding_ == ListEncoding::Utf16WithMark && bytes.starts_with(kMark);
+    const std::size_t start = marked ? kMark.size() : 0;
     std::memmove(raw_.data(), raw_.data() + start, *count - start);
     decode(*count - start);
 }

@@ -27,8 +27,9 @@ enum class ListEncoding {
 
 class ListReader {
 public:
-    /// Opens a list and finds its encoding from its content.
-    [[nodiscard]] static Result<ListReader> open(const NativePath& path);
+    /// Opens a list. Whoever has written it knows its encoding; without one it is found from the content.
+    [[nodiscard]] static Result<ListReader> open(const NativePath& path,
+                                                 std::optional<ListEncoding> known = std::nullopt);
 
     /// Makes `row` the next one. A line ends in LF or CR LF, the last one needs no end; one longer than a million
     /// characters comes in pieces. False at the end of the list or when it cannot be read further: `row` stays.
@@ -40,7 +41,7 @@ public:
 
 private:
     explicit ListReader(File file) : file_(std::move(file)) {}
-    void detectEncoding();
+    void begin(std::optional<ListEncoding> known);
     bool fill();
     void decode(std::size_t bytes);
     [[nodiscard]] std::optional<std::u16string_view> nextLine();

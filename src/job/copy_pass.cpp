@@ -41,9 +41,10 @@ std::optional<std::string> copyTarget(const std::string& targetFolder, std::stri
     return targetFolder + std::string(relative);
 }
 
-CopyPass::CopyPass(const PassContext& context, const JobLists& lists)
+CopyPass::CopyPass(const PassContext& context, const JobLists& lists, std::optional<ListEncoding> encoding)
     : context_(context),
       lists_(lists),
+      encoding_(encoding),
       copies_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
 }
 
@@ -63,7 +64,7 @@ void CopyPass::run() {
     state.texts.copiedCaption = "Copying file:";
     state.texts.status = "Copying data ...";
     state.texts.jobPercent.clear();
-    auto reader = ListReader::open(*list);
+    auto reader = ListReader::open(*list, encoding_);
     if (!reader) {
         context_.surroundings.dialogs.tell(kProgramTitle, "Error : " + reader.error().text);
         notReached();
@@ -126,6 +127,7 @@ void CopyPass::copyRow(const AheadRow& ahead) {
     const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : finishFirst();
     if (copied) {
         ++context_.state.counters.copied;
+        ++context_.state.passes.copies;
         return;
     }
     ++context_.state.counters.copyErrors;

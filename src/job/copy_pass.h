@@ -22,8 +22,8 @@ namespace quillon {
 
 class CopyPass {
 public:
-    /// All must outlive this.
-    CopyPass(const PassContext& context, const JobLists& lists);
+    /// All must outlive this. `encoding`: of a list that this job has written; otherwise it is found from the content.
+    CopyPass(const PassContext& context, const JobLists& lists, std::optional<ListEncoding> encoding = std::nullopt);
 
     void run();
 
@@ -46,6 +46,7 @@ private:
 
     PassContext context_;
     const JobLists& lists_;
+    std::optional<ListEncoding> encoding_;
     std::string targetFolder_;  // ends in "/"
     NativePath realSource_;     // behind all links; empty for none
     std::string lastFolder_;

@@ -135,9 +135,7 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
     ++context_.state.counters.files;
     showSize(context_.state);
     describe(name, folder, *info);
-    if (const auto written = rawList_.write(row_); !written)
-        context_.rowLost(written.error());
-    else
+    if (context_.countRow(context_.state.passes.raw, rawList_.write(row_)))
         context_.evidence.found(folderPath_, name, info->modified);
     context_.turn();
 }

@@ -6,6 +6,7 @@
 #include "job/copy_pass.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
+#include "job/self_check.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
 #include "platform/folders.h"
@@ -47,6 +48,7 @@ JobEnd JobDriver::runSteps() {
     testFiles();
     copyRawList();
     copyFiles();
+    checkFigures();
     cause_ = causeBehindPasses();
     context_.evidence.end(wordOf(rowOf(cause_).end));
     finish();
@@ -75,6 +77,8 @@ void JobDriver::begin() {
     cause_ = EndCause::Complete;
     detail_.clear();
     listMade_ = false;
+    state.passes = {};
+    state.gaps.clear();
     state.report = ReportState::NotSent;
     state.startTick = context_.surroundings.clock.milliseconds();
     state.startTime = context_.surroundings.clock.now();
@@ -217,7 +221,7 @@ void JobDriver::testFiles() {
             state.progress.shown = state.fileLineShown = true;
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
         try {
-            pass.run();
+            pass.run(ListEncoding::Utf16);
         } catch (...) {
             listMade_ = pass.madeList();
             throw;
@@ -236,6 +240,8 @@ void JobDriver::copyRawList() {
         return;
     const auto copied = job_.lists().copyRawToFinal(listEnd(context_.state.counters), context_.surroundings.loop);
     listMade_ = copied.has_value();
+    if (listMade_)
+        context_.state.passes.list = {context_.state.passes.raw.written, 0};
     if (const auto list = job_.lists().finalPath(); copied && list) {
         context_.evidence.listCreated(*list);
         context_.evidence.listedOnly(job_.lists().rawPath());
@@ -262,11 +268,22 @@ void JobDriver::copyFiles() {
     }
     enterPhase(state, JobPhase::Copying);
     state.progress.shown = state.fileLineShown = true;
-    runTimed(times_.copying, "Started copying Files",
-             "File copying completed in (HH:MM:SS) : ", [this] { CopyPass(context_, job_.lists()).run(); });
+    runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
+        const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
+        CopyPass(context_, job_.lists(), encoding).run();
+    });
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)
         cause_ = EndCause::StoppedInCopying;
+    state.passes.copying = cause_ == EndCause::Complete ? PassEnd::Whole : PassEnd::Short;
+}
+
+// A job without a list says so itself.
+void JobDriver::checkFigures() {
+    if (!listMade_)
+        return;
+    context_.state.gaps = gapsOf(context_.state.passes, context_.state.counters);
+    for (const auto& gap : context_.state.gaps) context_.log("The figures of the job do not agree : " + gap, kLightRed);
 }
 
 void JobDriver::finish() {

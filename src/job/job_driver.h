@@ -80,6 +80,7 @@ private:
     void testFiles();
     void copyRawList();
     void copyFiles();
+    void checkFigures();
     void finish();
     void leave();
     [[nodiscard]] Next endsBy(EndCause cause, std::string detail = {});

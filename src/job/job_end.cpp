@@ -43,7 +43,7 @@ int exitStatus(EndCause cause, const JobState& state, bool alertOptional) {
     const int status = rowOf(cause).status;
     if (status != kExitComplete)
         return status;
-    if (hasLosses(state.counters))
+    if (hasLosses(state.counters) || !state.gaps.empty())
         return kExitLosses;
     return state.report == ReportState::NotAcknowledged && !alertOptional ? kExitAlert : kExitComplete;
 }

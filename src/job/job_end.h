@@ -125,7 +125,8 @@ inline constexpr std::array<LossRow, 8> kJobLosses{{
 /// True when a counter of that table is above 0.
 [[nodiscard]] bool hasLosses(const JobCounters& counters);
 
-/// The exit status of a command behind a job. A loss outweighs a report that nobody acknowledged.
+/// The exit status of a command behind a job. Figures that do not agree are a loss, too, and a loss outweighs a report
+/// that nobody acknowledged.
 [[nodiscard]] int exitStatus(EndCause cause, const JobState& state, bool alertOptional);
 
 }  // namespace quillon

@@ -66,6 +66,30 @@ struct JobCounters {
     friend bool operator==(const JobCounters&, const JobCounters&) = default;
 };
 
+/// What became of the rows of a list.
+struct RowFigures {
+    std::int64_t written = 0;
+    std::int64_t lost = 0;  ///< could not be written, which was told
+};
+
+/// How far a pass came.
+enum class PassEnd {
+    NotRun,
+    Short,  ///< stopped, or it has told that it could not read on
+    Whole
+};
+
+/// What each pass of the running job counted by itself, for the job's check of its own figures (job/self_check). Apart
+/// from the counters, which are what the score board shows.
+struct PassFigures {
+    RowFigures raw;
+    PassEnd testing = PassEnd::NotRun;
+    std::int64_t rowsRead = 0;  ///< of the raw list, by the testing pass
+    RowFigures list;
+    PassEnd copying = PassEnd::NotRun;
+    std::int64_t copies = 0;
+};
+
 /// Labels whose text is more than the format of a counter.
 struct JobTexts {
     std::string status;         ///< Label8
@@ -170,6 +194,8 @@ private:
 struct JobState {
     JobOptions options;
     JobCounters counters;
+    PassFigures passes;
+    std::vector<std::string> gaps;  ///< what the job's check of its own figures found, when it has ended
     JobTexts texts;
     JobProgress progress;           ///< of the job: ProgressBar1
     std::int64_t fileProgress = 0;  ///< of the file being copied, in percent: ProgressBar2

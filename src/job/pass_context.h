@@ -61,6 +61,14 @@ struct PassContext {
         return true;
     }
 
+    /// Counts a row of a list as written, or as lost with its reason. True: it was written.
+    [[nodiscard]] bool countRow(RowFigures& rows, const Result<void>& written) const {
+        ++(written ? rows.written : rows.lost);
+        if (!written)
+            rowLost(written.error());
+        return written.has_value();
+    }
+
     /// One turn of the front end's event loop.
     void turn() const { surroundings.loop.turn(); }
 };

@@ -11,7 +11,7 @@
 
 namespace quillon {
 
-void TestingPass::run() {
+void TestingPass::run(std::optional<ListEncoding> encoding) {
     const NativePath rawPath = lists_.rawPath();
     auto finalList = lists_.createFinal();
     if (!finalList) {
@@ -22,6 +22,7 @@ void TestingPass::run() {
         return;
     }
     madeList_ = true;
+    context_.state.passes.testing = PassEnd::Whole;
     if (const auto path = lists_.finalPath())
         context_.evidence.listCreated(*path);
     if (!pathExists(rawPath)) {
@@ -31,7 +32,7 @@ void TestingPass::run() {
         rowsLost({ErrorKind::NotFound, "the raw list has gone"});
         return;
     }
-    if (auto rawList = ListReader::open(rawPath)) {
+    if (auto rawList = ListReader::open(rawPath, encoding)) {
         gradeAll(*rawList, *finalList);
     } else {
         rawListFailed(rawList.error());
@@ -42,8 +43,10 @@ void TestingPass::run() {
     if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
         context_.rowLost(finished.error());
     stopped_ = context_.state.stopRequested;
-    if (stopped_)
+    if (stopped_) {
+        context_.state.passes.testing = PassEnd::Short;
         offerDeletion();
+    }
     // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
     // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
     context_.state.stopRequested = false;
@@ -54,6 +57,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
         ++context_.state.counters.graded;
+        ++context_.state.passes.rowsRead;
         verdict_ = {};
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
@@ -78,6 +82,7 @@ void TestingPass::rowsLost(const FileError& why) {
     if (counters.lostRows == 0)
         context_.state.lossReason = why.text;
     counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
+    context_.state.passes.testing = PassEnd::Short;
 }
 
 void TestingPass::rawListFailed(const FileError& error) {
@@ -147,10 +152,7 @@ void TestingPass::showProgress(const ListRow& row) {
 
 void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
     row.add(result_);
-    const auto written = finalList.write(row);
-    if (!written)
-        context_.rowLost(written.error());
-    tellEvidence(row, written.has_value());
+    tellEvidence(row, context_.countRow(context_.state.passes.list, finalList.write(row)));
 }
 
 void TestingPass::tellEvidence(const ListRow& row, bool written) {

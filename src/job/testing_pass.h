@@ -34,8 +34,9 @@ public:
         : context_(context), lists_(lists), grader_(grader), alerts_(alerts), checker_(checker) {}
 
     /// Runs to the end of the raw list whatever happens on the way; a window's Stop is looked at only behind it, a
-    /// command's at the next row.
-    void run();
+    /// command's at the next row. `encoding`: of a raw list that this job has written; otherwise it is found from the
+    /// content.
+    void run(std::optional<ListEncoding> encoding = std::nullopt);
 
     /// True when there is a final list of this run, complete or not.
     [[nodiscard]] bool madeList() const { return madeList_; }

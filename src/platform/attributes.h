@@ -19,8 +19,8 @@ inline constexpr std::uint32_t kAttributeArchive = 32;
 inline constexpr std::uint32_t kAttributeCompressed = 2048;
 inline constexpr std::uint32_t kAttributeEncrypted = 16384;
 
-/// Reads attributes for one walk. Whether a volume keeps real bits is asked once per volume, with the first file seen
-/// on it.
+/// Reads attributes for one walk. Each file is asked for its own real bits, as a volume that a server writes to may
+/// have them for some files only; a volume that says it keeps no such attributes is not asked again.
 class AttributeReader {
 public:
     /// The bits of `name` in `folder`. Real bits come from the extended attributes of NTFS, of CIFS mounts and of
@@ -29,16 +29,16 @@ public:
     [[nodiscard]] std::uint32_t attributesOf(const Directory& folder, std::string_view name, const EntryInfo& info);
 
 private:
+    /// One bit for each extended attribute that may hold the bits of a volume's files.
+    using Sources = std::uint32_t;
     struct Volume {
         std::uint64_t device;
-        int source;  // index of the extended attribute that holds the bits, or -1
+        Sources sources;
     };
-    [[nodiscard]] int sourceOf(const Directory& folder, std::string_view name, std::uint64_t device);
+    [[nodiscard]] Volume& volumeOf(const Directory& folder, std::uint64_t device);
 
     std::vector<Volume> volumes_;
-    std::uint64_t lastDevice_ = 0;
-    int lastSource_ = -1;
-    bool known_ = false;
+    std::size_t last_ = 0;  // the volume of the last file
 };
 
 /// The bits in the value of Samba's extended attribute: a text "0x20" or the packed record that newer servers write.

@@ -156,6 +156,7 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
             err << "quillon-job: " << grouped(count) << ' ' << loss.text << (why.empty() ? "" : " (" + why + ")")
                 << '\n';
     }
+    for (const auto& gap : job.state.gaps) err << "quillon-job: the figures of the job do not agree: " << gap << '\n';
     if (job.state.report == ReportState::NotAcknowledged)
         err << "quillon-job: " << readable(std::string_view(job.state.options.recipient))
             << " has not acknowledged the alert\n";

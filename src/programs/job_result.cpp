@@ -92,6 +92,7 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     json["detail"] = result.detail;
     json["status"] = result.status;
     json["losses"] = lossesAsJson(job.state.counters);
+    json["gaps"] = job.state.gaps;
     putPath(json, "list", result.listStands && list ? std::optional(*list) : std::nullopt);
     putPath(json, "source", job.state.options.source);
     putPath(json, "target", job.state.options.target);

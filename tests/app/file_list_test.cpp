@@ -61,6 +61,41 @@ TEST_F(ListReaderTest, AZeroByteInAnEightBitListLeavesItEightBit) {
     EXPECT_EQ(lines(bytes), (Lines{u"/a,1", std::u16string(u"/b\0\0\0,2", 7)}));
 }
 
+// The bytes of U+0A0D are the line end of 8-bit text, and forty of them outweigh all that a row has besides its name.
+TEST_F(ListReaderTest, NamesFullOfTheLineEndOfEightBitTextLeaveAListSixteenBit) {
+    for (const std::size_t count : {1U, 20U, 40U, 1300U}) {
+        const std::u16string row = u"/r/" + std::u16string(count, u'\u0A0D') + u".doc,15/11/2026, 600, 32;Ab9x,Bad";
+        EXPECT_EQ(lines(utf16Bytes(row + u"\r\n" + row + u"\r\n")), (Lines{row, row})) << count;
+        EXPECT_EQ(lines(utf16Bytes(row)), Lines{row}) << count << ": a list that was cut in its first row";
+        EXPECT_EQ(encoding(utf16Bytes(row)), ListEncoding::Utf16) << count;
+    }
+}
+
+TEST_F(ListReaderTest, NamesWhoseCharactersBeginWithAZeroByteLeaveAListSixteenBit) {
+    const std::u16string row = u"/r/" + std::u16string(80, u'\u4E00') + u".doc,15/11/2026, 600, 32;Ab9x";
+    EXPECT_EQ(lines(utf16Bytes(row)), Lines{row});
+}
+
+TEST_F(ListReaderTest, LongRunsOfZerosLeaveAnEightBitListEightBit) {
+    const std::string row = "/r/a.doc,15/11/2026, 600, 32;Ab9x,Header OK\r\n";
+    for (const std::size_t zeros : {511U, 512U, 4096U, 30000U}) {
+        std::string bytes;
+        while (bytes.size() < 20000) bytes += row;
+        bytes.replace(1024, zeros, std::string(zeros, '\0'));
+        EXPECT_EQ(encoding(bytes), ListEncoding::Page) << zeros;
+    }
+}
+
+TEST_F(ListReaderTest, WhoeverHasWrittenAListNeedsNoSigns) {
+    const auto path = folder.write("l.csv", utf16Bytes(std::u16string(9, u'\u0A0D')));
+    EXPECT_EQ(ListReader::open(path)->encoding(), ListEncoding::Page) << "there is no sign of anything else";
+    auto reader = ListReader::open(path, ListEncoding::Utf16);
+    ListRow row;
+    ASSERT_TRUE(reader->next(row));
+    EXPECT_EQ(row.line(), std::u16string(9, u'\u0A0D'));
+    EXPECT_FALSE(reader->next(row));
+}
+
 TEST_F(ListReaderTest, ALineEndCutInHalfAtTheEndIsNone) {
     EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\r")), (Lines{u"a", u"b"}));
     EXPECT_EQ(lines(utf16Bytes(u"a\r\nb\r\n").substr(0, 11)), (Lines{u"a", u"b"}));

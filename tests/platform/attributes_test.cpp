@@ -62,22 +62,40 @@ TEST(Attributes, CompressedAndEncryptedFilesHaveTheirBits) {
     EXPECT_EQ(reader.attributesOf(folder, "a", info), 16416U);
 }
 
-// Two volumes are told apart by their device: one without real bits says nothing of the other.
-TEST(Attributes, EveryVolumeIsAskedOnce) {
+// A server stores the bits of those files alone that somebody has touched through it.
+TEST(Attributes, EveryFileOfAVolumeIsAskedForItsOwnBits) {
     const TempFolder temp;
     temp.write("a", "");
+    temp.write("c", "");
+    const auto path = temp.write("b", "");
+    if (::setxattr(path.c_str(), "user.DOSATTRIB", "0x21", 4, 0) != 0)
+        GTEST_SKIP() << "this volume keeps no user attributes";
+    AttributeReader reader;
+    EXPECT_EQ(bitsOf(reader, temp, "a"), 32U) << "the first file of the volume has no real bits";
+    EXPECT_EQ(bitsOf(reader, temp, "b"), 0x21U);
+    EXPECT_EQ(bitsOf(reader, temp, "c"), 32U);
+}
+
+TEST(Attributes, VolumesAreToldApartByTheirDevice) {
+    const TempFolder temp;
     const auto path = temp.write("b", "");
     if (::setxattr(path.c_str(), "user.DOSATTRIB", "0x21", 4, 0) != 0)
         GTEST_SKIP() << "this volume keeps no user attributes";
     const Directory folder = Directory::open(temp.path()).value();
-    const EntryInfo a = folder.describe("a").value();
-    EntryInfo b = folder.describe("b").value();
+    EntryInfo info = folder.describe("b").value();
     AttributeReader reader;
-    EXPECT_EQ(reader.attributesOf(folder, "a", a), 32U) << "the first file of the volume has no real bits";
-    EXPECT_EQ(reader.attributesOf(folder, "b", b), 32U) << "so no other file of it is asked";
-    ++b.device;
-    EXPECT_EQ(reader.attributesOf(folder, "b", b), 0x21U);
-    EXPECT_EQ(reader.attributesOf(folder, "a", a), 32U);
+    for (int volume = 0; volume < 3; ++volume, ++info.device) EXPECT_EQ(reader.attributesOf(folder, "b", info), 0x21U);
+    info.device -= 3;
+    EXPECT_EQ(reader.attributesOf(folder, "b", info), 0x21U);
+}
+
+// Only the door to /proc is asked there, and it says that it has no attributes.
+TEST(Attributes, AVolumeWithoutAttributesHasMadeBits) {
+    const Directory folder = Directory::open("/proc/self").value();
+    AttributeReader reader;
+    const auto info = folder.describe("stat");
+    ASSERT_TRUE(info);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(reader.attributesOf(folder, "stat", *info), 33U);
 }
 
 TEST(Attributes, RealBitsCountWhereTheVolumeKeepsThem) {

@@ -82,6 +82,19 @@ TEST_F(DbcheckCommand, FalseAcceptsAreNamedWithTheirExtensions) {
     EXPECT_THAT(out_.str(), HasSubstr("png:1"));
 }
 
+TEST_F(DbcheckCommand, DamageIsMeasuredAndHeldToItsThresholds) {
+    writeSamples();
+    database_.write("Database/png.dat", "0,89504E47,H\r\n");
+    EXPECT_EQ(judge({"--damage", "--max-recovered", "zeros", "0", "--max-recovered", "shift-1", "100"}), kDbcheckGood);
+    EXPECT_THAT(out_.str(), HasSubstr("zeros             1      0      0      0.00 %"));
+    EXPECT_THAT(out_.str(), HasSubstr("shift-1           1      1      0    100.00 %"));
+    EXPECT_EQ(judge({"--damage", "--max-recovered", "shift-1", "99"}), kDbcheckBad);
+    EXPECT_THAT(err_.str(), HasSubstr("recovered behind the damage shift-1: 100.0000 %, the threshold is 99.0000 %"));
+    EXPECT_EQ(judge({"--damage", "--max-recovered", "rain", "0"}), kDbcheckUsage);
+    EXPECT_EQ(judge({"--max-recovered", "zeros", "0"}), kDbcheckUsage) << "nothing is damaged";
+    EXPECT_EQ(run({"--damage"}), kDbcheckUsage) << "there are no samples";
+}
+
 TEST_F(DbcheckCommand, WhatCannotBeReadGivesStatus2) {
     EXPECT_EQ(judge({}), kDbcheckUsage) << "no index.tsv";
     EXPECT_EQ(run({"--nonsense"}), kDbcheckUsage);

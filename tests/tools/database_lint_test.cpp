@@ -84,5 +84,22 @@ TEST(DatabaseLint, FamiliesAndKindsNameExtensionsThatHaveATermFile) {
     EXPECT_EQ(lintOf(folder), expected);
 }
 
+// A term at any place also fits a file that was put together wrongly.
+TEST(DatabaseLint, EveryExtensionWithRecordsAtPosition0HasAReason) {
+    TempFolder folder;
+    folder.write("Database/png.dat", "1,89504E47,H\r\n");
+    folder.write("Database/svg.dat", "1,<?xml,T\r\n0,<svg,T\r\n");
+    folder.write("Database/eml.dat", "0,Received:,T\r\n");
+    folder.write("Settings/CommonHeaders.dat", "0,<html,T,HTML page\r\n");
+    EXPECT_EQ(lintOf(folder), Problems{}) << "without a table nobody asks";
+    folder.write("anywhere.tsv", "reason\textensions\ncomments of any length may stand first\tsvg png\n\teml\n");
+    const Problems expected{{"anywhere.tsv", 2, "png has no record at position 0"},
+                            {"anywhere.tsv", 3, "there is no reason"},
+                            {"anywhere.tsv", 0, "no reason why CommonHeaders has records at position 0"}};
+    EXPECT_EQ(lintOf(folder), expected);
+    folder.write("anywhere.tsv", "reason\textensions\ncomments of any length may stand first\tsvg eml CommonHeaders\n");
+    EXPECT_EQ(lintOf(folder), Problems{});
+}
+
 }  // namespace
 }  // namespace quillon

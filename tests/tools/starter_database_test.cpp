@@ -4,11 +4,13 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 
 #include <gtest/gtest.h>
 
 #include "dbcheck/command.h"
+#include "dbcheck/damage.h"
 #include "dbcheck/database_lint.h"
 #include "dbcheck/extension_table.h"
 #include "dbcheck/score.h"
@@ -78,16 +80,55 @@ TEST(StarterDatabase, RejectsAndNamesForeignContent) {
         {"jpg", "%PDF-1.4\n", u"PDF document"},
         {"pdf", compound, u"Office 97-2003 or other OLE document"},
         {"pst", "<html><body>", u"HTML page"},
-        {"mp4", std::string(512, '\0'), u"Zero bytes only in the first 512"},
-        {"mp3", hexToText("46494C453000030011223344"), u"NTFS file record"},
-        {"xlsx", std::string(512, '\xFF'), u"FF bytes only in the first 512"},
-        {"tif", "BAD SECTOR BAD SECTOR ", u"Fill pattern of unread sectors"},
     };
     for (const auto& one : cases) {
         const auto sample = test::headOf(one.extension, "foreign", one.bytes);
         EXPECT_FALSE(accepts(one.extension, sample)) << one.extension;
         EXPECT_EQ(commonName(sample), one.name) << one.extension;
     }
+}
+
+// A common header counts as recovered: what tells of damage and not of a format may not be one.
+TEST(StarterDatabase, WhatOverwroteAFileIsNoCommonHeader) {
+    const std::string overwritten[] = {
+        std::string(512, '\0'),
+        std::string(512, '\xFF'),
+        "BAD SECTOR BAD SECTOR ",
+        hexToText("46494C453000030011223344"),  // a record of NTFS about a file,
+        hexToText("494E445828000900112233"),    // and about a folder
+    };
+    for (const auto& bytes : overwritten) {
+        const auto sample = test::headOf("doc", "overwritten", bytes);
+        EXPECT_EQ(commonName(sample), u"") << bytes.substr(0, 8);
+        for (const char* const extension : {"doc", "nef", "jpg", "png", "mp4", "mp3", "xlsx", "tif"})
+            EXPECT_FALSE(accepts(extension, sample)) << extension << ": " << bytes.substr(0, 8);
+    }
+}
+
+// At most so many percent of the heads that layouts make, and of real ones, count as recovered behind each damage. What
+// is left are formats whose mark may stand at any place, and marks behind the first 16 bytes.
+struct DamageLimit {
+    const char* damage;
+    double made;
+    const char* real;
+};
+constexpr DamageLimit kDamageLimits[] = {{"zeros", 0, "0"},         {"ff", 0, "0"},          {"random", 0, "0"},
+                                         {"text", 0, "0"},          {"shift-1", 14, "13.5"}, {"shift-16", 16, "15"},
+                                         {"shift-100", 14, "13.5"}, {"shift-512", 0, "0"},   {"gone-16", 30, "25"},
+                                         {"foreign", 0, "0.1"}};
+
+TEST(StarterDatabase, WreckedHeadsAreHardlyTakenForRecovered) {
+    const auto scores = scoreDamage(starter(), test::healthyHeads());
+    ASSERT_EQ(scores.size(), std::size(kDamageLimits));
+    for (std::size_t i = 0; i < scores.size(); ++i) {
+        ASSERT_EQ(scores[i].kind.name, kDamageLimits[i].damage);
+        EXPECT_LE(scores[i].recoveredPercent(), kDamageLimits[i].made) << kDamageLimits[i].damage;
+        EXPECT_GT(scores[i].samples, 100U);
+    }
+}
+
+TEST(StarterDatabase, EveryTermAtAnyPlaceHasItsReason) {
+    EXPECT_FALSE(starter().anywhere.empty()) << "the lint asks for reasons where there is a table of them";
 }
 
 TEST(StarterDatabase, PlainTextWithoutAHeaderHasNoTermFile) {
@@ -136,9 +177,12 @@ TEST(StarterDatabase, JudgesAFolderOfRealHeads) {
     if (folder == nullptr)
         GTEST_SKIP() << "QUILLON_SAMPLES names no folder of sample heads";
     std::ostringstream out;
-    const int status = runDbcheck({QUILLON_STARTER, "--samples", folder, "--min-good", "98", "--max-false-accepts",
-                                   "0.5", "--min-rejected", "95", "--min-named", "50"},
-                                  out, std::cerr);
+    std::vector<std::string> arguments = {
+        QUILLON_STARTER, "--samples",      folder, "--min-good",  "98.4", "--max-false-accepts",
+        "0.5",           "--min-rejected", "95",   "--min-named", "50",   "--damage"};
+    for (const auto& limit : kDamageLimits)
+        arguments.insert(arguments.end(), {"--max-recovered", limit.damage, limit.real});
+    const int status = runDbcheck(arguments, out, std::cerr);
     EXPECT_EQ(status, kDbcheckGood) << out.str();
 }
 

@@ -63,6 +63,8 @@ TEST(TermLint, EachSlipIsFoundOnce) {
         {"1,a\tb,T\r\n", "1: a text term holds a control character"},
         {"1,4D,H\r\n", "1: the term has 1 bytes, at least 2 tell"},
         {"0,abc,T\r\n", "1: the term has 3 bytes, at least 4 tell"},
+        {"1,00000000,H\r\n", "1: the term is all 00, as an empty sector is"},
+        {"7,FFFF,H\r\n", "1: the term is all FF, as an empty sector is"},
         {"512,4D5A,H\r\n", "1: the term reaches beyond the first 512 bytes and never fits"},
     };
     for (const auto& one : cases) EXPECT_EQ(onlyProblem(one.bytes), one.problem) << one.bytes;

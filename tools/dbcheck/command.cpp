@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "dbcheck/damage.h"
 #include "dbcheck/database_lint.h"
 #include "dbcheck/doubts.h"
 #include "dbcheck/extension_table.h"
@@ -76,6 +77,21 @@ void compare(const char* what, bool holds, double found, double threshold, Verdi
         verdict.wrong(fmt::format("{}: {:.4f} %, the threshold is {:.4f} %", what, found, threshold));
 }
 
+void judgeByDamage(const HeaderDatabase& database, const std::vector<Sample>& samples, const DbcheckOptions& options,
+                   std::ostream& out, Verdict& verdict) {
+    out << fmt::format("{:<10} {:>8} {:>6} {:>6} {:>11}\n", "damage", "samples", "good", "named", "recovered");
+    for (const auto& score : scoreDamage(database, samples)) {
+        const double percent = score.recoveredPercent();
+        out << fmt::format("{:<10} {:>8} {:>6} {:>6} {:>9.2f} %\n", score.kind.name, score.samples, score.good,
+                           score.named, percent);
+        for (const auto& [name, threshold] : options.maxRecovered) {
+            if (name == score.kind.name)
+                compare(fmt::format("recovered behind the damage {}", name).c_str(), percent <= threshold, percent,
+                        threshold, verdict);
+        }
+    }
+}
+
 Result<void> judgeBySamples(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
                             Verdict& verdict) {
     const auto samples = readSamples(*options.samples, kIndex);
@@ -86,6 +102,8 @@ Result<void> judgeBySamples(const HeaderDatabase& database, const DbcheckOptions
     compare("good samples", score.goodPercent() >= options.minGood, score.goodPercent(), options.minGood, verdict);
     compare("false accepts", score.falseAcceptPercent() <= options.maxFalseAccepts, score.falseAcceptPercent(),
             options.maxFalseAccepts, verdict);
+    if (options.damage)
+        judgeByDamage(database, *samples, options, out, verdict);
     if (!pathExists(*options.samples / kMislabelled))
         return {};
     const auto mislabelled = readSamples(*options.samples, kMislabelled);

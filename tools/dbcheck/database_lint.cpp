@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 
 #include <fmt/format.h>
 
@@ -96,6 +97,40 @@ void lintKinds(const HeaderDatabase& database, Problems& problems) {
     }
 }
 
+std::set<std::string> extensionsWithAnywhere(const HeaderDatabase& database) {
+    std::set<std::string> extensions;
+    for (const auto& [extension, terms] : database.terms) {
+        if (std::ranges::any_of(terms, &CompiledTerm::isAnywhere))
+            extensions.insert(extension);
+    }
+    if (std::ranges::any_of(database.commonList.records(), &CommonRecord::anywhere))
+        extensions.insert(kCommonHeadersName);
+    return extensions;
+}
+
+void lintAnywhere(const HeaderDatabase& database, Problems& problems) {
+    const std::string file = "anywhere.tsv";
+    if (database.anywhere.empty())
+        return;
+    const auto wanted = extensionsWithAnywhere(database);
+    std::set<std::string> explained;
+    std::size_t line = 1;
+    for (const auto& [reason, extensions] : database.anywhere) {
+        ++line;
+        if (reason.empty())
+            problems.push_back({file, line, "there is no reason"});
+        for (const auto& extension : extensions) {
+            explained.insert(extension);
+            if (!wanted.contains(extension))
+                problems.push_back({file, line, fmt::format("{} has no record at position 0", extension)});
+        }
+    }
+    for (const auto& extension : wanted) {
+        if (!explained.contains(extension))
+            problems.push_back({file, 0, fmt::format("no reason why {} has records at position 0", extension)});
+    }
+}
+
 }  // namespace
 
 void lintSkipList(const std::string& file, std::string_view bytes, Problems& problems) {
@@ -126,6 +161,7 @@ Problems lintDatabase(const NativePath& folder, const HeaderDatabase& database) 
     lintSettings(folder, problems);
     lintFamilies(database, problems);
     lintKinds(database, problems);
+    lintAnywhere(database, problems);
     return problems;
 }
 

@@ -9,7 +9,8 @@
 namespace quillon {
 
 /// Checks every file: term files, common headers, skip list, report messages, and that families and kinds name
-/// extensions that have a term file. A settings file that is missing is no problem; one that cannot be read is.
+/// extensions that have a term file. Where there are reasons for position 0, each extension that has such records needs
+/// one. A settings file that is missing is no problem; one that cannot be read is.
 [[nodiscard]] Problems lintDatabase(const NativePath& folder, const HeaderDatabase& database);
 
 /// A skip list: each line is lower-case, holds text besides wildcards, closes its brackets and has ">" in place of a

@@ -2,22 +2,8 @@
 #include "dbcheck/families.h"
 
 #include "dbcheck/table_file.h"
-#include "text/fields.h"
 
 namespace quillon {
-
-namespace {
-
-std::vector<std::string> words(const std::string& text) {
-    std::vector<std::string> all;
-    for (const auto word : splitFields(text, ' ')) {
-        if (!word.empty())
-            all.emplace_back(word);
-    }
-    return all;
-}
-
-}  // namespace
 
 Result<Families> Families::read(const NativePath& path) {
     const auto table = TableFile::read(path);
@@ -27,8 +13,8 @@ Result<Families> Families::read(const NativePath& path) {
         return failure(complete.error());
     Families families;
     for (std::size_t row = 0; row < table->rowCount(); ++row) {
-        Family family{table->field(row, "family"), table->field(row, "reason"), words(table->field(row, "extensions")),
-                      words(table->field(row, "also accepts"))};
+        Family family{table->field(row, "family"), table->field(row, "reason"),
+                      wordsOf(table->field(row, "extensions")), wordsOf(table->field(row, "also accepts"))};
         for (const auto& extension : family.extensions) {
             for (const auto* others : {&family.extensions, &family.alsoAccepts}) {
                 for (const auto& other : *others) families.pairs_.emplace(extension, other);

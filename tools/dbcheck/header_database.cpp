@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "dbcheck/header_database.h"
 
+#include <algorithm>
+
 #include "dbcheck/table_file.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
@@ -55,6 +57,12 @@ Result<HeaderDatabase> readHeaderDatabase(const NativePath& folder) {
             return failure(families.error());
         database.families = std::move(*families);
     }
+    if (const auto path = folder / "anywhere.tsv"; pathExists(path)) {
+        auto reasons = readAnywhereReasons(path);
+        if (!reasons)
+            return failure(reasons.error());
+        database.anywhere = std::move(*reasons);
+    }
     if (const auto path = folder / "extensions.tsv"; pathExists(path)) {
         if (auto read = readKinds(path, database); !read)
             return failure(read.error());
@@ -71,6 +79,12 @@ std::optional<std::size_t> firstFit(const std::vector<CompiledTerm>& terms, cons
             return i;
     }
     return std::nullopt;
+}
+
+bool namedByCommonHeader(const CommonList& list, const HeaderBytes& folded) {
+    return std::ranges::any_of(list.records(), [&](const CommonRecord& record) {
+        return record.description && record.term.match(folded) == MatchResult::Yes;
+    });
 }
 
 }  // namespace quillon

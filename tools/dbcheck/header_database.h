@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "dbcheck/anywhere.h"
 #include "dbcheck/families.h"
 #include "platform/file.h"
 #include "testing/common_list.h"
@@ -21,6 +22,7 @@ struct HeaderDatabase {
     std::map<std::string, std::vector<CompiledTerm>> terms;
     CommonList commonList;                     ///< empty without "CommonHeaders.dat"
     Families families;                         ///< empty without "families.tsv"
+    std::vector<AnywhereReason> anywhere;      ///< empty without "anywhere.tsv"
     std::map<std::string, std::string> kinds;  ///< what an extension is, from "extensions.tsv"; may be empty
 };
 
@@ -30,5 +32,8 @@ struct HeaderDatabase {
 /// The first record that fits a header behind `foldHeader`, counted from 0; none when no record does. A defective
 /// record fits, as it does in the header test.
 [[nodiscard]] std::optional<std::size_t> firstFit(const std::vector<CompiledTerm>& terms, const HeaderBytes& folded);
+
+/// True when a common header gives the header a name.
+[[nodiscard]] bool namedByCommonHeader(const CommonList& list, const HeaderBytes& folded);
 
 }  // namespace quillon

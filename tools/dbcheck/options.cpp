@@ -6,10 +6,17 @@
 #include <CLI/CLI.hpp>
 
 #include "dbcheck/command.h"
+#include "dbcheck/damage.h"
 
 namespace quillon {
 
 namespace {
+
+std::vector<std::string> damageNames() {
+    std::vector<std::string> names;
+    for (const auto& kind : kDamages) names.emplace_back(kind.name);
+    return names;
+}
 
 void declare(CLI::App& command, DbcheckOptions& options, std::string& database, std::string& samples) {
     const auto percent = CLI::Range(0.0, 100.0);
@@ -22,6 +29,14 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
         ->type_name("DIR");
     command.add_flag("--table", options.table, "Print the table of extensions and nothing else");
     command.add_flag("--pairs", options.pairs, "Name the extensions whose samples were falsely accepted");
+    auto* const damage = command.add_flag("--damage", options.damage, "Damage the good samples and judge them again");
+    command
+        .add_option("--max-recovered", options.maxRecovered,
+                    "Fail when more percent of the samples with this damage count as recovered")
+        ->type_name("DAMAGE PERCENT")
+        ->check(CLI::IsMember(damageNames()).application_index(0))
+        ->needs(damage);
+    damage->needs("--samples");
     command.add_flag("--doubts", options.doubts, "Judge the second opinion by the samples, and nothing else");
     command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
         ->check(percent);

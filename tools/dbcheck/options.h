@@ -6,6 +6,7 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/file.h"
@@ -24,6 +25,8 @@ struct DbcheckOptions {
     double minRejected = 0;   ///< of the mislabelled samples
     double minNamed = 0;      ///< of the rejected ones
     double maxDoubted = 100;  ///< of the samples with their true size
+    bool damage = false;      ///< damage the good samples, and count those that are still taken for recovered
+    std::vector<std::pair<std::string, double>> maxRecovered;  ///< by the name of a damage
 };
 
 /// Options, or the exit status of a command that has nothing more to do.

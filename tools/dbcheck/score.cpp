@@ -80,7 +80,6 @@ double MislabelledScore::namedPercent() const {
 
 MislabelledScore scoreMislabelled(const HeaderDatabase& database, const std::vector<Sample>& samples) {
     MislabelledScore score;
-    const auto& common = database.commonList.records();
     for (const auto& sample : samples) {
         if (isTooSmall(sample))
             continue;
@@ -90,10 +89,7 @@ MislabelledScore scoreMislabelled(const HeaderDatabase& database, const std::vec
             score.accepted.push_back(sample.path);
             continue;
         }
-        const auto named = std::any_of(common.begin(), common.end(), [&](const CommonRecord& record) {
-            return record.description && record.term.match(sample.folded) == MatchResult::Yes;
-        });
-        score.named += named ? 1 : 0;
+        score.named += namedByCommonHeader(database.commonList, sample.folded) ? 1 : 0;
     }
     return score;
 }

@@ -33,6 +33,15 @@ Result<TableFile> TableFile::read(const NativePath& path) {
     return table;
 }
 
+std::vector<std::string> wordsOf(std::string_view field) {
+    std::vector<std::string> all;
+    for (const auto word : splitFields(field, ' ')) {
+        if (!word.empty())
+            all.emplace_back(word);
+    }
+    return all;
+}
+
 const std::string& TableFile::field(std::size_t row, std::string_view column) const {
     static const std::string none;
     const auto found = columns_.find(column);

@@ -12,6 +12,9 @@
 
 namespace quillon {
 
+/// The words of a field that holds a list, separated by blanks.
+[[nodiscard]] std::vector<std::string> wordsOf(std::string_view field);
+
 class TableFile {
 public:
     /// Reads a table. A failure: the file cannot be read, is empty, or has a row of another number of fields than the

@@ -48,6 +48,15 @@ const char* wrongTerm(std::string_view term, bool hexadecimal) {
     return std::all_of(term.begin(), term.end(), printable) ? nullptr : "a text term holds a control character";
 }
 
+// What wiping leaves behind, and what flash memory holds before it is written.
+void lintEmptiness(const PlainRecord& record, const Problem& place, Problems& problems) {
+    for (const char empty : {'\0', '\xFF'}) {
+        if (record.folded.find_first_not_of(empty) == std::string::npos)
+            add(problems, place,
+                fmt::format("the term is all {:02X}, as an empty sector is", static_cast<unsigned char>(empty)));
+    }
+}
+
 void lintLength(const PlainRecord& record, const Problem& place, Problems& problems) {
     const std::size_t least = record.position == 0 ? kLeastFloatingBytes : kLeastFixedBytes;
     if (record.folded.size() < least)
@@ -94,6 +103,7 @@ std::optional<PlainRecord> lintRecord(std::string_view line, std::size_t fieldCo
     PlainRecord record{*position, hexadecimal ? hexToText(fields[1]) : std::string(fields[1])};
     lowerPageInPlace(record.folded);
     lintLength(record, place, problems);
+    lintEmptiness(record, place, problems);
     return record;
 }
 

@@ -35,7 +35,8 @@ struct PlainRecord {
                                                     Problems& problems);
 
 /// Checks a whole term file (three fields a line) or common list (four): line ends, fields, digits, duplicates, records
-/// that an earlier one keeps from being reached, short terms. `file` names it in the problems.
+/// that an earlier one keeps from being reached, short terms, terms that an empty sector fits. `file` names it in the
+/// problems.
 void lintTerms(const std::string& file, std::string_view bytes, std::size_t fieldCount, Problems& problems);
 
 /// The lines of a file whose lines all end in carriage return and line feed. Any other line end, a byte-order mark and
