@@ -20,20 +20,32 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder));
+        termFiles_.emplace(NativePath(folder), [this](const FileError& why) {
+            ++context_.state.counters.unreadRules;
+            context_.log("Term file cannot be read : " + why.text, kLightOrange);
+        });
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }
 
+void FileGrader::tellProblems() {
+    for (const auto& problem : termFiles_->takeProblems()) context_.ruleNotRead(problem);
+}
+
 Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    inWork_ = row.nativePath();
     auto verdict = headerTest().checkFile(row, extension, heads);
+    if (termFiles_->hasProblems())
+        tellProblems();
     if (!verdict)
         return verdict;
     if (verdict->grade)
         ++context_.state.counters[*verdict->grade];
     if (verdict->head != nullptr)
         ++context_.state.counters.tested;
+    if (verdict->head != nullptr && verdict->head->length < kHeaderBytes)
+        ++context_.state.counters.unreadHeads;
     if (verdict->head != nullptr && context_.state.options.keepEvidence)
         addFindings(row, extension, *verdict);
     return verdict;

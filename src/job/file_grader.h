@@ -47,8 +47,9 @@ public:
 
 private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
-    void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
+    void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    void tellProblems();
     void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
     [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
 
@@ -57,6 +58,7 @@ private:
     const CommonList& commonList_;
     PassContext context_;
     HeadsAhead heads_;
+    std::string_view inWork_;  // path of the file that is being graded
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;

@@ -60,6 +60,7 @@ private:
     enum class Next { GoOn, End };
 
     void begin();
+    [[nodiscard]] bool stopAsked() const { return context_.surroundings.loop.stopAsked(); }
     [[nodiscard]] Next checkTarget();
     void moveLitterAway();
     void tellLitter(std::size_t files);
@@ -86,6 +87,7 @@ private:
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
     void report(const FileError& error);
+    void reportNotFetched(const FileError& error);
     [[nodiscard]] LocalTime logStart(const std::string& text);
     void logEnd(const std::string& text, const LocalTime& start);
 

@@ -55,6 +55,8 @@ public:
     /// The same with a folder that was dropped on the window instead of the question.
     FocusAfter dropSource(const NativePath& folder);
     void pickTarget();
+    /// Takes a folder as the target, behind a question when it holds something already. False: No.
+    [[nodiscard]] bool takeTarget(const NativePath& folder);
 
     /// Puts the settings into the recipient box and the three switches.
     /// Kept: a stored recipient that the box holds already selects the second item, whichever matched (test

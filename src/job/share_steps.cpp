@@ -14,7 +14,12 @@ auto ShareSteps::showing(Step step) {
     ProgressRelay relay;
     BoardProgress board(context_.state);
     return answerBeside(
-        context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+        context_.surroundings.loop, [&] { return step(relay); },
+        [&] {
+            if (context_.surroundings.loop.stopAsked())
+                relay.cancel();
+            relay.handOn(board);
+        });
 }
 
 std::size_t ShareSteps::moveLitterAway() {
@@ -53,6 +58,10 @@ SkipListState ShareSteps::loadSkips() {
     const auto state =
         answerBeside(context_.surroundings.loop, [&] { return loadSkipList(installation_, wanted, list); });
     skipList_ = std::move(list);
+    if (state == SkipListState::Unreadable) {
+        ++context_.state.counters.unreadRules;
+        context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
+    }
     return state;
 }
 

@@ -36,13 +36,14 @@ void TestingPass::run() {
     } else {
         rawListFailed(rawList.error());
     }
-    if (const auto closed = finalList->close(); !closed)
-        context_.rowLost(closed.error());
+    const JobCounters& counters = context_.state.counters;
+    const bool whole = counters.lostRows == 0 && counters.rowsRead >= counters.files;
+    const ListEnd end = whole ? ListEnd::Whole : ListEnd::Cut;
+    if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
+        context_.rowLost(finished.error());
     stopped_ = context_.state.stopRequested;
-    if (stopped_) {
-        if (const auto path = lists_.finalPath())
-            offerDeletion(*path);
-    }
+    if (stopped_)
+        offerDeletion();
     // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
     // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
     context_.state.stopRequested = false;
@@ -52,6 +53,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
+        ++context_.state.counters.graded;
         verdict_ = {};
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
@@ -63,6 +65,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
             tellEvidence(*row, false);
         }
         context_.turn();
+        if (context_.stopsAtOnce())
+            break;
     }
     if (rawList.error())
         rawListFailed(*rawList.error());
@@ -156,12 +160,13 @@ void TestingPass::tellEvidence(const ListRow& row, bool written) {
     context_.evidence.graded(row, written ? std::optional(lines_) : std::nullopt, verdict_);
 }
 
-void TestingPass::offerDeletion(const NativePath& finalList) {
-    if (!context_.surroundings.dialogs.ask("Delete partial file list?",
-                                           "Process stopped, do you want to delete the current file list ?")) {
+void TestingPass::offerDeletion() {
+    MessageBox question{"Delete partial file list?", "Process stopped, do you want to delete the current file list ?",
+                        BoxStyle::Question, BoxButtons::YesNo};
+    question.loss = BoxLoss::PartialList;
+    if (context_.surroundings.dialogs.show(question) != BoxAnswer::Yes)
         return;
-    }
-    passOver(removeFile(finalList), "a list that stays is no harm");
+    passOver(lists_.removeFinal(), "a list that stays is no harm");
 }
 
 }  // namespace quillon

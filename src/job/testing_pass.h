@@ -33,7 +33,8 @@ public:
                 RowChecker* checker = nullptr)
         : context_(context), lists_(lists), grader_(grader), alerts_(alerts), checker_(checker) {}
 
-    /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it.
+    /// Runs to the end of the raw list whatever happens on the way; a window's Stop is looked at only behind it, a
+    /// command's at the next row.
     void run();
 
     /// True when there is a final list of this run, complete or not.
@@ -54,7 +55,7 @@ private:
     void showProgress(const ListRow& row);
     void writeRow(ListWriter& finalList, ListRow& row);
     void tellEvidence(const ListRow& row, bool written);
-    void offerDeletion(const NativePath& finalList);
+    void offerDeletion();
 
     PassContext context_;
     const JobLists& lists_;

@@ -208,6 +208,11 @@ std::string temporaryName() {
     return fmt::format("{}-{}", process, counter++);
 }
 
+Result<void> syncFile(const NativePath& path) {
+    return File::openForReading(path).and_then(
+        [](File file) { return file.sync().and_then([&file] { return file.close(); }); });
+}
+
 void syncFolder(const NativePath& folder) {
     const int descriptor = disk().open(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (descriptor < 0)

@@ -86,6 +86,9 @@ private:
 /// A name for a temporary file that no other process or computer uses at this moment.
 [[nodiscard]] std::string temporaryName();
 
+/// Brings the bytes of a file to the medium that others have written.
+[[nodiscard]] Result<void> syncFile(const NativePath& path);
+
 /// Brings a folder's entries to the medium after a rename. Not every medium can; that is no failure of the save.
 void syncFolder(const NativePath& folder);
 

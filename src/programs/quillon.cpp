@@ -42,15 +42,17 @@ int runWindow(QApplication& application) {
     Installation installation(applicationFolder());
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    AlertPorts alertPorts;
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop, &alertPorts};
     registerScreens(context, job);
     installEnterKey(application);
     installHelpKey(application, navigator, installation.appFolder() / kHelpFileName);
 
     UdpSocket server(resolveHost);
     UdpSocket client(resolveHost);
-    AlertExchange exchange(AlertScreen::Main, server, client, installation, surroundings,
-                           [&job] { return job.state.options.jobId; });
+    AlertExchange exchange(
+        AlertScreen::Main, server, client, installation, surroundings, [&job] { return job.state.options.jobId; },
+        &alertPorts);
     frmMain window(context, job, {&exchange, systemNetwork()});
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });

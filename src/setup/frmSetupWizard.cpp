@@ -12,8 +12,9 @@ namespace quillon {
 
 frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<NetworkProvider> network)
     : StepScreen(context, Screen::SetupWizard, "frmSetupWizard", "Setup Wizard"),
-      exchange_(AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
-                [] { return std::string(); }),
+      exchange_(
+          AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
+          [] { return std::string(); }, context.alertPorts),
       wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this) {
     createControls();
     wizard_.load();

@@ -103,6 +103,8 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
     Refresh refresh(paths, kept, names);
     std::int64_t number = 0;
     for (const auto& name : names) {
+        if (host.cancelled())
+            break;
         host.progressValue(++number);
         refresh.one(name);
     }

@@ -21,7 +21,7 @@ const MessageBox kOwn{"No Database", "Go on?", BoxStyle::Question, BoxButtons::Y
 TEST(CommandDialogsTest, AYesGivenAheadIsNoAnswerToWhatNeedsItsOwn) {
     std::istringstream in;
     std::ostringstream err;
-    CommandDialogs dialogs(in, err, true, false);
+    CommandDialogs dialogs(in, err, {.alwaysYes = true});
     EXPECT_EQ(dialogs.show(kOrdinary), BoxAnswer::Yes);
     EXPECT_EQ(dialogs.unasked(), "");
     EXPECT_EQ(dialogs.show(kOwn), BoxAnswer::Cancel);
@@ -32,7 +32,7 @@ TEST(CommandDialogsTest, AYesGivenAheadIsNoAnswerToWhatNeedsItsOwn) {
 TEST(CommandDialogsTest, AtATerminalAPersonAnswersItAllTheSame) {
     std::istringstream in("y\n");
     std::ostringstream err;
-    CommandDialogs dialogs(in, err, true, true);
+    CommandDialogs dialogs(in, err, {.alwaysYes = true, .terminal = true});
     EXPECT_EQ(dialogs.show(kOwn), BoxAnswer::Yes);
     EXPECT_NE(err.str().find("y = Yes, n = No, c = Cancel"), std::string::npos);
 }

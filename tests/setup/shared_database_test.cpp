@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/progress_relay.h"
 #include "platform/folders.h"
 #include "setup/setup_folders.h"
 
@@ -170,6 +171,14 @@ TEST_F(SharedDatabaseTest, TheBarFollowsTheFileNumber) {
     refresh();
     EXPECT_THAT(progress.maxima, ElementsAre(2));
     EXPECT_THAT(progress.values, ElementsAre(0, 1, 2));
+}
+
+TEST_F(SharedDatabaseTest, ARefreshThatIsNotWantedAnyMoreEndsAtTheNextFile) {
+    folder.write("share/Database/jpg.dat", "1");
+    ProgressRelay relay;
+    relay.cancel();
+    EXPECT_EQ(copyChangedTermFiles({"jpg.dat"}, installation.paths(), kept, relay).copied, 0U);
+    EXPECT_FALSE(pathExists(folder / "local/Database/jpg.dat"));
 }
 
 TEST_F(SharedDatabaseTest, WithoutNamesTheBarIsLeftAlone) {

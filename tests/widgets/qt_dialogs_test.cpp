@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/qt_dialogs.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -37,6 +39,7 @@ private slots:
     void theAnswerIsTheButton();
     void closingAnswersNoOrCancel();
     void aBoxWithoutTitleShowsTheProgramsName();
+    void detailsStandBehindAButton();
     void anInputGivesItsTextOrNothing();
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
@@ -83,6 +86,27 @@ void QtDialogsTest::aBoxWithoutTitleShowsTheProgramsName() {
         box.accept();
     });
     QtDialogs().show({"", "x", BoxStyle::Plain, BoxButtons::Ok});
+}
+
+void QtDialogsTest::detailsStandBehindAButton() {
+    const auto hasButton = [](const QMessageBox& box) {
+        return std::ranges::any_of(box.buttons(), [&box](QAbstractButton* button) {
+            return box.buttonRole(button) == QMessageBox::ActionRole && button->isVisible();
+        });
+    };
+    onDialog<QMessageBox>([&](QMessageBox& box) {
+        QCOMPARE(box.detailedText(), QStringLiteral("the port is taken"));
+        QVERIFY(hasButton(box));
+        box.accept();
+    });
+    MessageBox told{"T", "x", BoxStyle::Warning, BoxButtons::Ok};
+    told.details = "the port is taken";
+    QtDialogs().show(told);
+    onDialog<QMessageBox>([&](QMessageBox& box) {
+        QVERIFY(!hasButton(box));
+        box.accept();
+    });
+    QtDialogs().show({"T", "x", BoxStyle::Warning, BoxButtons::Ok});
 }
 
 void QtDialogsTest::anInputGivesItsTextOrNothing() {
