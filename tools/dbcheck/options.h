@@ -21,9 +21,10 @@ struct DbcheckOptions {
     std::size_t minExtensions = 1;
     double minGood = 0;  ///< in percent, as all below
     double maxFalseAccepts = 100;
-    double minRejected = 0;   ///< of the mislabelled samples
-    double minNamed = 0;      ///< of the rejected ones
-    double maxDoubted = 100;  ///< of the samples with their true size
+    double minRejected = 0;         ///< of the mislabelled samples
+    double minNamed = 0;            ///< of the rejected ones
+    double maxDoubted = 100;        ///< of the samples with their true size
+    std::optional<NativePath> odd;  ///< a list of samples that are truly cut or odd
 };
 
 /// Options, or the exit status of a command that has nothing more to do.
