@@ -9,6 +9,10 @@ find_package(nlohmann_json REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(LibZip REQUIRED IMPORTED_TARGET libzip)
 
+# The evidence of a job: one SQLite file, the heads in it compressed.
+pkg_check_modules(Sqlite REQUIRED IMPORTED_TARGET sqlite3>=3.40)
+pkg_check_modules(Zstd REQUIRED IMPORTED_TARGET libzstd)
+
 # tl::expected is one header; its package brings no CMake target on every distribution.
 find_path(QUILLON_EXPECTED_INCLUDE tl/expected.hpp REQUIRED)
 

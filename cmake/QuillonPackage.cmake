@@ -8,7 +8,7 @@ file(MAKE_DIRECTORY "${package_folder}")
 
 # quillon_install_application(<component> <folder>): what an application folder holds before its first run.
 function(quillon_install_application component folder)
-    set(programs quillon-job quillon-messenger)
+    set(programs quillon-job quillon-list quillon-messenger)
     if(TARGET quillon)
         list(APPEND programs quillon)
     endif()
@@ -33,8 +33,8 @@ if(NOT release_day OR NOT release_date)
     message(FATAL_ERROR "CHANGELOG.md has no line \"## ${PROJECT_VERSION} - YYYY-MM-DD\"")
 endif()
 
-set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-messenger.1)
-set(completions data/completion/quillon-job data/completion/quillon-messenger)
+set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-list.1 docs/man/quillon-messenger.1)
+set(completions data/completion/quillon-job data/completion/quillon-list data/completion/quillon-messenger)
 
 quillon_install_application(archive .)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION . COMPONENT archive)
@@ -58,7 +58,7 @@ install(FILES data/avahi/quillon-messenger.service DESTINATION usr/share/doc/qui
 install(FILES data/systemd/quillon-messenger.service DESTINATION usr/lib/systemd/user COMPONENT debian)
 install(FILES ${completions} DESTINATION usr/share/bash-completion/completions COMPONENT debian)
 install(FILES data/package/lintian-overrides DESTINATION usr/share/lintian/overrides RENAME quillon COMPONENT debian)
-set(commands quillon-job quillon-messenger)
+set(commands quillon-job quillon-list quillon-messenger)
 if(TARGET quillon)
     list(APPEND commands quillon)
     install(FILES data/package/quillon.desktop DESTINATION usr/share/applications COMPONENT debian)

@@ -28,12 +28,12 @@ void HeadsAhead::ask(std::string_view nativePath) {
 
 // A failure lies in memory, too.
 bool HeadsAhead::readWhatLiesInMemory(Asked& asked) {
-    const auto attempt = files_.tryHead(asked.path, asked.head);
-    asked.result = attempt ? Result<void>() : failure(attempt.error());
-    return !attempt || *attempt == Attempt::Read;
+    const Result<std::optional<std::size_t>> attempt = files_.tryHead(asked.path, asked.head);
+    asked.result = attempt.map([](std::optional<std::size_t> count) { return count.value_or(0); });
+    return !attempt || attempt->has_value();
 }
 
-Result<void> HeadsAhead::readFirst(HeaderBytes& head) {
+Result<std::size_t> HeadsAhead::readFirst(HeaderBytes& head) {
     ahead_.waitForFirst();
     head = ahead_.first().head;
     return ahead_.first().result;

@@ -20,7 +20,7 @@ class HeadsAhead final : public HeadReader {
     struct Asked {
         std::string path;
         HeaderBytes head;
-        Result<void> result;
+        Result<std::size_t> result;
     };
 
 public:
@@ -46,11 +46,11 @@ public:
     /// Forgets the first of the heads asked for; it must be at hand.
     void dropFirst() { ahead_.dropFirst(); }
 
-    /// Replaces `head` by the first of the heads asked for, waiting for it without a limit.
-    [[nodiscard]] Result<void> readFirst(HeaderBytes& head);
+    /// Replaces `head` by the first of the heads asked for, waiting for it without a limit. As readHead.
+    [[nodiscard]] Result<std::size_t> readFirst(HeaderBytes& head);
 
     /// Reads in line, whatever was asked for.
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+    [[nodiscard]] Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) override {
         return files_.readHead(nativePath, head);
     }
 

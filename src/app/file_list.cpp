@@ -129,7 +129,11 @@ Result<ListWriter> ListWriter::create(const NativePath& path, ListEncoding encod
     auto file = File::create(path);
     if (!file)
         return failure(file.error());
-    ListWriter writer(std::move(*file), encoding);
+    return into(std::move(*file), encoding);
+}
+
+Result<ListWriter> ListWriter::into(File file, ListEncoding encoding) {
+    ListWriter writer(std::move(file), encoding);
     if (encoding == ListEncoding::Utf16WithMark) {
         if (auto marked = writer.file_.write(kMark); !marked)
             return failure(marked.error());

@@ -60,10 +60,15 @@ public:
     /// Creates the list anew, empty; for Utf16WithMark it begins with the mark.
     [[nodiscard]] static Result<ListWriter> create(const NativePath& path, ListEncoding encoding = ListEncoding::Utf16);
 
+    /// Writes into an empty file that is open already.
+    [[nodiscard]] static Result<ListWriter> into(File file, ListEncoding encoding);
+
     /// Appends a row and its line end with one write. A row that cannot be written whole is taken back, so that the
     /// rows before and after it stay readable; as long as that fails, no further row is written.
     [[nodiscard]] Result<void> write(const ListRow& row);
 
+    /// Brings the rows to the medium.
+    [[nodiscard]] Result<void> sync() { return file_.sync(); }
     [[nodiscard]] Result<void> close() { return file_.close(); }
 
 private:

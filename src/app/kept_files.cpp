@@ -49,6 +49,16 @@ NativePath relativePlace(const NativePath& file, const NativePath& root) {
 
 }  // namespace
 
+NativePath evidenceBeside(const NativePath& list) {
+    NativePath evidence = list;
+    return evidence.replace_extension(".sqlite");
+}
+
+NativePath journalOf(const NativePath& evidence) {
+    NativePath journal = evidence;
+    return journal += "-journal";
+}
+
 Result<NativePath> KeptFiles::placeFor(const NativePath& file) const {
     const NativePath& local = installation_.paths().localPath;
     const NativePath root = local.empty() ? file.parent_path() : local;
@@ -83,6 +93,18 @@ Result<NativePath> KeptFiles::moveAway(const NativePath& file) {
     if (auto removed = removeFile(file); !removed)
         return failure(removed.error());
     return *place;
+}
+
+Result<std::optional<NativePath>> KeptFiles::moveEvidenceAway(const NativePath& list) {
+    const NativePath evidence = evidenceBeside(list);
+    if (!pathExists(evidence))
+        return std::optional<NativePath>();
+    const auto place = moveAway(evidence);
+    if (!place)
+        return failure(place.error());
+    if (pathExists(journalOf(evidence)))
+        passOver(renameFile(journalOf(evidence), journalOf(*place)), "what was committed is whole without it");
+    return std::optional<NativePath>(*place);
 }
 
 Result<std::optional<NativePath>> KeptFiles::copyAway(const NativePath& file) {

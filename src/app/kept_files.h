@@ -12,6 +12,11 @@
 
 namespace quillon {
 
+/// Where the evidence of a list stands: "1234.csv" -> "1234.sqlite".
+[[nodiscard]] NativePath evidenceBeside(const NativePath& list);
+/// Where SQLite keeps what is to be undone in it.
+[[nodiscard]] NativePath journalOf(const NativePath& evidence);
+
 class KeptFiles {
 public:
     /// Both must outlive this.
@@ -21,6 +26,10 @@ public:
     /// (`Database/jpg.dat`); any other goes by its name. Without a local root the file's own folder takes its place. On
     /// failure the file is where it was. Gives the place it went to.
     [[nodiscard]] Result<NativePath> moveAway(const NativePath& file);
+
+    /// The same for the evidence beside a list, with what a killed job left half done in it. None is a success without
+    /// a place.
+    [[nodiscard]] Result<std::optional<NativePath>> moveEvidenceAway(const NativePath& list);
 
     /// Puts a copy under Kept and leaves the file alone. A missing file is a success without a place.
     [[nodiscard]] Result<std::optional<NativePath>> copyAway(const NativePath& file);

@@ -168,6 +168,7 @@ bool ZipFileLists::removeLists(const Run& run) {
         const bool safe = inArchive != run.inArchive.end() && inArchive->second;
         if (safe ? !removeFile(row).has_value() : !kept_.moveAway(row).has_value())
             return false;
+        passOver(kept_.moveEvidenceAway(row), "what stays is no harm");
     }
     return true;
 }

@@ -72,7 +72,7 @@ public:
     void nextFile();
     /// "-". Kept: ahead of the first file it goes to the last silently (test MinusOnTheFirstFileGoesToTheLastSilently).
     void previousFile();
-    /// The caret of the hex view moved to this byte, from 0.
+    /// The caret of the hex view moved to this byte, from 0, or the first of the bytes selected by it.
     void caretMoved(int byte) { state.position = std::to_string(byte + 1); }
 
     /// A text was typed or pasted; of several lines the first counts. A term with a comma is refused and loses it.

@@ -12,6 +12,7 @@
 #include "editors/bad_sector_marker.h"
 #include "editors/sector_preview.h"
 #include "widgets/control_maker.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/qt_text.h"
 #include "widgets/theme.h"
@@ -22,7 +23,7 @@ frmBadSectors::frmBadSectors(const ScreenContext& context)
     : StepScreen(context, Screen::BadSectors, "frmBadSectors", "Bad Sectors") {
     createControls();
     arrange();
-    connect(tBadsector, &QLineEdit::returnPressed, Command3, &QPushButton::click);
+    enterPresses(*tBadsector, *Command3);
     click(Command3, [this] { Command3_Click(); });
     connect(Command2, &QPushButton::clicked, this, &QWidget::close);
     closeOnEscape();
@@ -32,21 +33,21 @@ frmBadSectors::frmBadSectors(const ScreenContext& context)
 
 void frmBadSectors::createControls() {
     Frame1 = makeFrame("Frame1", "Bad sectors");
-    Label1 = makeLabel("Label1", "Marker Text");
+    Label1 = makeLabel("Label1", "&Marker Text");
     tBadsector = make<QLineEdit>("tBadsector");
     Label1->setBuddy(tBadsector);
-    Label2 = makeLabel("Label2", "Position in sector");
+    Label2 = makeLabel("Label2", "P&osition in sector");
     UniTextBoxEx1 = make<QLineEdit>("UniTextBoxEx1");
     UniTextBoxEx1->setText(QStringLiteral("1"));
     UniTextBoxEx1->setFixedWidth(70);
     Label2->setBuddy(UniTextBoxEx1);
-    Check1 = makeCheck("Check1", "Text repeats throughout sector");
+    Check1 = makeCheck("Check1", "&Text repeats throughout sector");
     iGrid1 = make<Grid>("iGrid1");
     iGrid1->setAccessibleName(QStringLiteral("Bad sectors"));
-    Command1 = makeButton("Command1", "Add");
-    Command3 = makeButton("Command3", "Preview");
+    Command1 = makeButton("Command1", "&Add");
+    Command3 = makeButton("Command3", "&Preview");
     makePrimary(*Command3);
-    Command2 = makeButton("Command2", "Done");
+    Command2 = makeButton("Command2", "&Done");
 }
 
 void frmBadSectors::arrange() {

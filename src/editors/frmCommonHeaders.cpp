@@ -12,7 +12,9 @@
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
+#include "widgets/page_remark.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -33,24 +35,26 @@ frmCommonHeaders::frmCommonHeaders(const ScreenContext& context, const ReportMes
 }
 
 void frmCommonHeaders::createEntry() {
-    Label1 = makeLabel("Label1", "ID");
+    Label1 = makeLabel("Label1", "&ID");
     tID = make<QLineEdit>("tID");
     Label1->setBuddy(tID);
-    Label2 = makeLabel("Label2", "Term");
+    Label2 = makeLabel("Label2", "&Term");
     tTerm = make<QLineEdit>("tTerm");
     Label2->setBuddy(tTerm);
-    Label5 = makeLabel("Label5", "Offset");
+    Label5 = makeLabel("Label5", "&Offset");
     tOffset = make<QLineEdit>("tOffset");
     tOffset->setToolTip(QStringLiteral("1 is the first byte, 0 means anywhere in the first 512 bytes"));
     Label5->setBuddy(tOffset);
-    Label6 = makeLabel("Label6", "Type");
+    Label6 = makeLabel("Label6", "T&ype");
     cboType = make<QComboBox>("cboType");
     cboType->addItems({QStringLiteral("Text"), QStringLiteral("Hex")});
     Label6->setBuddy(cboType);
-    Command1 = makeButton("Command1", "Add");
+    pageRemark_ = make<ElidedLabel>("pageRemark_");
+    tellLossOnPage(*pageRemark_, {tID, tTerm});
+    Command1 = makeButton("Command1", "&Add");
     makePrimary(*Command1);
     Command1->installEventFilter(this);
-    Command2 = makeButton("Command2", "Clear");
+    Command2 = makeButton("Command2", "&Clear");
     Label3 = makeLabel("Label3", "Right click on Update button to toggle input mode.");
     makeRemark(*Label3);
     keepRoomWhenHidden(*Label3);
@@ -67,10 +71,10 @@ void frmCommonHeaders::createList() {
     mnuMenu->setObjectName(QStringLiteral("mnuMenu"));
     mnuDelete = mnuMenu->addAction(QStringLiteral("Delete Selection"));
     mnuDelete->setObjectName(QStringLiteral("mnuDelete"));
-    Command3 = makeButton("Command3", "Delete Selected");
-    Check1 = makeCheck("Check1", "Enable Delete all");
-    Command5 = makeButton("Command5", "Delete All");
-    Command4 = makeButton("Command4", "Done");
+    Command3 = makeButton("Command3", "&Delete Selected");
+    Check1 = makeCheck("Check1", "&Enable Delete all");
+    Command5 = makeButton("Command5", "De&lete All");
+    Command4 = makeButton("Command4", "Do&ne");
 }
 
 void frmCommonHeaders::arrange() {
@@ -105,6 +109,7 @@ void frmCommonHeaders::arrange() {
     all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     all->setSpacing(kSpacing);
     all->addLayout(entry);
+    all->addWidget(pageRemark_);
     all->addLayout(enter);
     all->addWidget(Label4);
     all->addWidget(iGrid1, 1);
@@ -119,7 +124,7 @@ void frmCommonHeaders::connectControls() {
     for (const auto& [box, field] : boxes) {
         hear(box, &QLineEdit::textChanged,
              [this, field = field](const QString& text) { editor_.fields.*field = fromQt(text); });
-        connect(box, &QLineEdit::returnPressed, Command1, &QPushButton::click);
+        enterPresses(*box, *Command1);
     }
     hear(cboType, &QComboBox::currentIndexChanged, [this](int index) { editor_.fields.hexadecimal = index == 1; });
     click(Command1, [this] { Command1_Click(); });
@@ -192,7 +197,7 @@ void frmCommonHeaders::showControls() {
     showText(*tTerm, editor_.fields.term);
     showText(*tOffset, editor_.fields.offset);
     cboType->setCurrentIndex(editor_.fields.hexadecimal ? 1 : 0);
-    Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
+    Command1->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
     Label3->setVisible(editor_.updating());
     Check1->setChecked(editor_.deleteAllEnabled);
     Command5->setEnabled(editor_.deleteAllEnabled);

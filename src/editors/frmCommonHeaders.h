@@ -9,6 +9,7 @@
 //   Label2, tTerm       "Term"                     the term
 //   Label5, tOffset     "Offset"                   its position, 0 for anywhere
 //   Label6, cboType     "Type"; "Text", "Hex"      kind of term
+//   pageRemark_                                    ours: characters that are stored as "?"
 //   Command1            "Add" / "Update"           puts the fields into the list; the right button changes the mode
 //   Command2            "Clear"                    empties the fields
 //   Label3              "Right click on Update button to toggle input mode.", in update mode
@@ -60,6 +61,7 @@ private:
     QLineEdit* tID;
     QLabel* Label2;
     QLineEdit* tTerm;
+    QLabel* pageRemark_;
     QLabel* Label5;
     QLineEdit* tOffset;
     QLabel* Label6;

@@ -6,6 +6,8 @@
 //   Control                     Caption                    Meaning
 //   Frame1                      "Default Error Messages"   (the frame's name is ours)
 //   Label1_0, tError_0, to _9   "Header OK", ...           the messages in the order of the file
+//   pageRemark_                                            ours: characters that are stored as "?"
+//   saveRemark_                                            ours: what a save that failed has left
 //   Command1                    "OK"                       saves and leaves; the close box leaves without saving
 
 #include <array>
@@ -38,6 +40,8 @@ private:
     QGroupBox* Frame1;
     std::array<QLabel*, kMessageCount> Label1;
     std::array<QLineEdit*, kMessageCount> tError;
+    QLabel* pageRemark_;
+    QLabel* saveRemark_;
     QPushButton* Command1;
 };
 

@@ -2,6 +2,8 @@
 // What the controls do. How they are made and stand together is in frmExtEditor_controls.cpp.
 #include "editors/frmExtEditor.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -14,6 +16,7 @@
 
 #include "text/list_text.h"
 #include "text/page_text.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
 #include "widgets/qt_text.h"
@@ -60,6 +63,8 @@ frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& m
     connectTerms();
     connectFiles();
     begin();
+    // As high as the hex view with all its lines asks for.
+    resize(std::max(1180, sizeHint().width()), std::max(720, sizeHint().height()));
 }
 
 void frmExtEditor::act(QPushButton* button, void (ExtensionEditor::*operation)()) {
@@ -70,7 +75,8 @@ void frmExtEditor::connectCriteria() {
     step(Text2, &QLineEdit::textChanged, [this](const QString& text) { editor_.positionChanged(fromQt(text)); });
     step(Text3, &QLineEdit::textChanged, [this](const QString& text) { Text3_Change(text); });
     hear(Combo2, &QComboBox::currentIndexChanged, [this](int type) { editor_.state.type = type; });
-    for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
+    // "Test", not "Add": a term is tried before it is kept.
+    for (QLineEdit* box : {Text2, Text3}) enterPresses(*box, *Command11);
     act(Command2, &ExtensionEditor::addOrUpdate);
     act(Command3, &ExtensionEditor::clear);
     act(Command11, &ExtensionEditor::search);
@@ -109,7 +115,8 @@ void frmExtEditor::connectFiles() {
     step(Combo1, &QComboBox::currentIndexChanged, [this](int file) { editor_.chooseFile(file); });
     act(Command9, &ExtensionEditor::previousFile);
     act(Command4, &ExtensionEditor::nextFile);
-    step(Hex1, &HexView::caretMoved, [this](int byte) { editor_.caretMoved(byte); });
+    // Of selected bytes the term begins at the first, whichever end the caret is at.
+    step(Hex1, &HexView::caretMoved, [this] { editor_.caretMoved(Hex1->selection().first); });
     hear(Combo3, &QComboBox::currentIndexChanged, [this](int identifier) { editor_.state.identifier = identifier; });
     act(Command13, &ExtensionEditor::testCommon);
 }

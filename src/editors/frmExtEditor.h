@@ -8,6 +8,7 @@
 //     Label5, Text1                 "Ext"            the extension; cannot be edited
 //     Label2, Text2, Label3         "Position", "1", "(0 = Anywhere)"
 //     Label1, Text3                 "Term"
+//     pageRemark_                   ours: characters that are stored as "?"
 //     Label4, Combo2                "Type"           "Text" or "HEX"
 //     Command2                      "Add" or "Update"
 //     Command3                      "Clr"
@@ -118,6 +119,7 @@ private:
 
     QGroupBox *Frame1, *Frame2, *Frame3;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7;
+    QLabel* pageRemark_;
     QLineEdit *Text1, *Text2, *Text3;
     QComboBox *Combo1, *Combo2, *Combo3;
     QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6, *Command7, *Command8, *Command9;

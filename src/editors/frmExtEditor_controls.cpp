@@ -22,6 +22,7 @@
 #include "widgets/control_maker.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
+#include "widgets/page_remark.h"
 #include "widgets/theme.h"
 
 namespace quillon {
@@ -96,9 +97,12 @@ void frmExtEditor::createCriteria() {
     grid->addWidget(Label3, 1, 2);
     grid->setColumnStretch(1, 1);
     layout->addLayout(grid);
+    pageRemark_ = make<ElidedLabel>("pageRemark_");
+    tellLossOnPage(*pageRemark_, {Text3});
+    layout->addWidget(pageRemark_);
     Command2 = makeButton("Command2", "A&dd");
-    makePrimary(*Command2);
     Command11 = makeButton("Command11", "Te&st");
+    makePrimary(*Command11);  // as Enter presses it
     Command3 = makeButton("Command3", "C&lr");
     addRow(*layout, {Command2, Command11, Command3});
     createPresets(*layout);
@@ -222,7 +226,6 @@ void frmExtEditor::arrange() {
     layout->addWidget(splitter);
     setCentralWidget(central);
     busyParts_ = {Frame1, Frame2, Frame3};
-    resize(1180, 720);
 }
 
 void frmExtEditor::setTabOrders() {

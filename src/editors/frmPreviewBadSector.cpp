@@ -17,7 +17,7 @@ frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, const Sec
     XHexEditX1 = make<HexView>("XHexEditX1");
     XHexEditX1->setBytes(preview.bytes);
     (new QVBoxLayout(Frame1))->addWidget(XHexEditX1);
-    Command1 = makeButton("Command1", "Done");
+    Command1 = makeButton("Command1", "&Done");
     makePrimary(*Command1);
 
     auto* all = new QVBoxLayout(this);
@@ -25,7 +25,7 @@ frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, const Sec
     all->setSpacing(kSpacing);
     all->addWidget(Frame1, 1);
     all->addWidget(Command1, 0, Qt::AlignRight);
-    resize(sizeHint().width(), 660);
+    resize(sizeHint());
     connect(Command1, &QPushButton::clicked, this, &QWidget::close);
     closeOnEscape();
     begin();

@@ -11,7 +11,9 @@
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
+#include "widgets/page_remark.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -30,7 +32,7 @@ frmSkipList::frmSkipList(const ScreenContext& context)
 }
 
 void frmSkipList::createControls() {
-    mnu = new QMenu(QStringLiteral("File"), this);
+    mnu = new QMenu(QStringLiteral("&File"), this);
     mnu->setObjectName(QStringLiteral("mnu"));
     mnuLoad = mnu->addAction(QStringLiteral("Load"));
     mnuLoad->setObjectName(QStringLiteral("mnuLoad"));
@@ -40,29 +42,34 @@ void frmSkipList::createControls() {
     mnuHelp->setShortcut(QKeySequence::HelpContents);
 
     Frame2 = makeFrame("Frame2", "Criteria");
-    Label1 = makeLabel("Label1", "Term");
+    Label1 = makeLabel("Label1", "&Term");
     TextBox1 = make<QLineEdit>("TextBox1");
     TextBox1->setToolTip(QStringLiteral("Text of a path, with * ? # or [a-z] where it may differ"));
     Label1->setBuddy(TextBox1);
-    Command1 = makeButton("Command1", "Add");
-    Command3 = makeButton("Command3", "Clear");
+    pageRemark_ = make<ElidedLabel>("pageRemark_");
+    tellLossOnPage(*pageRemark_, {TextBox1});
+    Command1 = makeButton("Command1", "&Add");
+    Command3 = makeButton("Command3", "&Clear");
     makePrimary(*Command1);
 
     Frame1 = makeFrame("Frame1", "Current Terms");
     iGrid1 = make<Grid>("iGrid1");
     iGrid1->setColumns({{"Term", 250}});
     iGrid1->setAccessibleName(QStringLiteral("Current Terms"));
-    Command2 = makeButton("Command2", "Delete");
-    Command4 = makeButton("Command4", "Done");
+    Command2 = makeButton("Command2", "&Delete");
+    Command4 = makeButton("Command4", "D&one");
 }
 
 void frmSkipList::arrange() {
-    auto* entry = new QHBoxLayout(Frame2);
+    auto* criteria = new QVBoxLayout(Frame2);
+    auto* entry = new QHBoxLayout;
     entry->setSpacing(kSpacing);
     entry->addWidget(Label1);
     entry->addWidget(TextBox1, 1);
     entry->addWidget(Command1);
     entry->addWidget(Command3);
+    criteria->addLayout(entry);
+    criteria->addWidget(pageRemark_);
 
     auto* list = new QVBoxLayout(Frame1);
     list->setSpacing(kSpacing);
@@ -91,7 +98,7 @@ void frmSkipList::connectControls() {
     });
     connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
     hear(TextBox1, &QLineEdit::textChanged, [this](const QString& text) { editor_.entry = fromQt(text); });
-    connect(TextBox1, &QLineEdit::returnPressed, Command1, &QPushButton::click);
+    enterPresses(*TextBox1, *Command1);
     click(Command1, [this] {
         editor_.addOrUpdate();
         focus("TextBox1");
@@ -119,7 +126,7 @@ void frmSkipList::showControls() {
     iGrid1->setRows(std::move(rows));
     showCurrentRow(*iGrid1, editor_.selected());
     showText(*TextBox1, editor_.entry);
-    Command1->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
+    Command1->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
 }
 
 }  // namespace quillon

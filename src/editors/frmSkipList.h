@@ -7,6 +7,7 @@
 //   menu "File" (mnu)       mnuLoad             "Load"                    takes the list from a file
 //                           mnuHelp             "Help"                    opens the help
 //   Frame2 "Criteria"       Label1, TextBox1    "Term"                    the term being edited
+//                           pageRemark_                                   ours: characters stored as "?"
 //                           Command1            "Add" / "Update"          puts the term into the list
 //                           Command3            "Clear"                   empties the entry, goes back to "Add"
 //   Frame1 "Current Terms"  iGrid1              "Term"                    the list
@@ -47,6 +48,7 @@ private:
     QGroupBox* Frame2;
     QLabel* Label1;
     QLineEdit* TextBox1;
+    QLabel* pageRemark_;
     QPushButton* Command1;
     QPushButton* Command3;
     QGroupBox* Frame1;

@@ -13,8 +13,10 @@
 #include <QVBoxLayout>
 
 #include "widgets/control_maker.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
+#include "widgets/page_remark.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -36,7 +38,7 @@ frmUpdatedb::frmUpdatedb(const ScreenContext& context)
 }
 
 void frmUpdatedb::createMenus() {
-    mnuFle = new QMenu(QStringLiteral("File"), this);
+    mnuFle = new QMenu(QStringLiteral("&File"), this);
     mnuFle->setObjectName(QStringLiteral("mnuFle"));
     mnuOpen = mnuFle->addAction(QStringLiteral("Open"));
     mnuOpen->setObjectName(QStringLiteral("mnuOpen"));
@@ -54,7 +56,7 @@ void frmUpdatedb::createMenus() {
 
 void frmUpdatedb::createCriteria() {
     Frame2 = makeFrame("Frame2", "Criteria");
-    Label5 = makeLabel("Label5", "Ext");
+    Label5 = makeLabel("Label5", "E&xt");
     Text1 = make<QLineEdit>("Text1");
     Label5->setBuddy(Text1);
     Command4 = makeButton("Command4", "...");
@@ -62,21 +64,23 @@ void frmUpdatedb::createCriteria() {
     Command4->setToolTip(QStringLiteral("Open a file to view headers"));
     Label6 = makeLabel("Label6", "Type extension or open file");
     makeRemark(*Label6);
-    Label2 = makeLabel("Label2", "Position");
+    Label2 = makeLabel("Label2", "&Position");
     Text2 = make<QLineEdit>("Text2");
     Label2->setBuddy(Text2);
     Label3 = makeLabel("Label3", "(0 = Anywhere)");
     makeRemark(*Label3);
-    Label1 = makeLabel("Label1", "Term");
+    Label1 = makeLabel("Label1", "&Term");
     Text3 = make<QLineEdit>("Text3");
     Label1->setBuddy(Text3);
-    Label4 = makeLabel("Label4", "Type");
+    pageRemark_ = make<ElidedLabel>("pageRemark_");
+    tellLossOnPage(*pageRemark_, {Text3});
+    Label4 = makeLabel("Label4", "T&ype");
     Combo1 = make<QComboBox>("Combo1");
     Combo1->addItems({QStringLiteral("Text"), QStringLiteral("HEX")});
     Label4->setBuddy(Combo1);
-    Command2 = makeButton("Command2", "Add");
+    Command2 = makeButton("Command2", "&Add");
     makePrimary(*Command2);
-    Command3 = makeButton("Command3", "Clr");
+    Command3 = makeButton("Command3", "C&lr");
 }
 
 void frmUpdatedb::createTerms() {
@@ -84,9 +88,9 @@ void frmUpdatedb::createTerms() {
     iGrid1 = make<Grid>("iGrid1");
     iGrid1->setColumns({{"Term", 140}, {"Offset", 80}, {"Type", 40}});
     iGrid1->setAccessibleName(QStringLiteral("Existing Terms"));
-    Command1 = makeButton("Command1", "Delete");
-    Check1 = makeCheck("Check1", "Delete all terms");
-    Command5 = makeButton("Command5", "Done");
+    Command1 = makeButton("Command1", "&Delete");
+    Check1 = makeCheck("Check1", "Delete all ter&ms");
+    Command5 = makeButton("Command5", "D&one");
     Frame1 = makeFrame("Frame1", "Hex View");
     Hex1 = make<HexView>("Hex1");
     Hex1->setAccessibleName(QStringLiteral("Hex View"));
@@ -105,14 +109,14 @@ void frmUpdatedb::arrangeCriteria() {
     grid->addWidget(Label3, 2, 2);
     grid->addWidget(Label1, 3, 0);
     grid->addWidget(Text3, 3, 1, 1, 2);
-    grid->addWidget(Label4, 4, 0);
-    grid->addWidget(Combo1, 4, 1);
+    grid->addWidget(pageRemark_, 4, 1, 1, 2);
+    grid->addWidget(Label4, 5, 0);
+    grid->addWidget(Combo1, 5, 1);
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(kSpacing);
     buttons->addWidget(Command2, 1);
     buttons->addWidget(Command3, 1);
-    grid->addLayout(buttons, 5, 1, 1, 2);
-    grid->setRowStretch(6, 1);
+    grid->addLayout(buttons, 6, 1, 1, 2);
     grid->setColumnStretch(1, 1);
 }
 
@@ -129,19 +133,22 @@ void frmUpdatedb::arrange() {
     terms->addLayout(below);
     (new QVBoxLayout(Frame1))->addWidget(Hex1);
 
-    auto* top = new QHBoxLayout;
-    top->setSpacing(kSpacing);
-    top->addWidget(Frame2, 2);
-    top->addWidget(Frame3, 3);
+    auto* left = new QVBoxLayout;
+    left->setSpacing(kSpacing);
+    left->addWidget(Frame2);
+    left->addWidget(Frame3, 1);
+    auto* columns = new QHBoxLayout;
+    columns->setSpacing(kMargin);
+    columns->addLayout(left, 1);
+    columns->addWidget(Frame1, 2);
     auto* bar = new QMenuBar(this);
     bar->addMenu(mnuFle);
     auto* all = new QVBoxLayout(this);
     all->setMenuBar(bar);
     all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    all->setSpacing(kSpacing);
-    all->addLayout(top, 1);
-    all->addWidget(Frame1, 1);
-    resize(sizeHint().width() > 780 ? sizeHint().width() : 780, 640);
+    all->addLayout(columns);
+    // As wide and as high as the hex view with all its lines asks for.
+    resize(sizeHint());
 }
 
 void frmUpdatedb::connectControls() {
@@ -151,7 +158,7 @@ void frmUpdatedb::connectControls() {
     click(Command4, [this] { mnuOpen_Click(); });
     hear(Text2, &QLineEdit::textChanged, [this](const QString& text) { editor_.fields.position = fromQt(text); });
     hear(Text3, &QLineEdit::textChanged, [this](const QString& text) { editor_.fields.term = fromQt(text); });
-    for (QLineEdit* box : {Text2, Text3}) connect(box, &QLineEdit::returnPressed, Command2, &QPushButton::click);
+    for (QLineEdit* box : {Text2, Text3}) enterPresses(*box, *Command2);
     step(Combo1, &QComboBox::currentIndexChanged, [this](int index) { editor_.chooseType(index == 1); });
     click(Command2, [this] { Command2_Click(); });
     click(Command3, [this] { editor_.clear(); });
@@ -217,7 +224,7 @@ void frmUpdatedb::showControls() {
     showText(*Text2, editor_.fields.position);
     showText(*Text3, editor_.fields.term);
     Combo1->setCurrentIndex(editor_.fields.hexadecimal ? 1 : 0);
-    Command2->setText(editor_.updating() ? QStringLiteral("Update") : QStringLiteral("Add"));
+    Command2->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
 }
 
 // Every way out saves.

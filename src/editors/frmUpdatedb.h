@@ -14,6 +14,7 @@
 //                             Label2, Text2    "Position"                       position of the term
 //                             Label3           "(0 = Anywhere)"
 //                             Label1, Text3    "Term"                           the term
+//                             pageRemark_                                       ours: characters stored as "?"
 //                             Label4, Combo1   "Type"; "Text", "HEX"            its type
 //                             Command2         "Add" / "Update"                 puts the fields into the list
 //                             Command3         "Clr"                            empties the fields
@@ -77,6 +78,7 @@ private:
     QLabel* Label3;
     QLabel* Label1;
     QLineEdit* Text3;
+    QLabel* pageRemark_;
     QLabel* Label4;
     QComboBox* Combo1;
     QPushButton* Command2;

@@ -34,16 +34,31 @@ std::string ReportMessagesEditor::fileBytes() const {
     return bytes;
 }
 
+Result<void> ReportMessagesEditor::saveShared(const std::string& bytes) {
+    const Paths& paths = installation_.paths();
+    if (!paths.useSharedDb)
+        return {};
+    return saver_.save(fileIn(paths.sharedSettings, kErrorsFileName), bytes);
+}
+
 bool ReportMessagesEditor::save() {
     const Paths& paths = installation_.paths();
     std::string& common = texts.back();
     if (const auto trimmed = trimRight(common); trimmed.empty() || trimmed.back() != ':')
         common = std::string(trimmed) + ":";
     const std::string bytes = fileBytes();
-    if (!saver_.save(fileIn(paths.localSettings, kErrorsFileName), bytes))
+    failure.clear();
+    if (const auto saved = saver_.save(fileIn(paths.localSettings, kErrorsFileName), bytes); !saved) {
+        failure = "Not saved : " + saved.error().text;
         return false;
-    if (paths.useSharedDb && !saver_.save(fileIn(paths.sharedSettings, kErrorsFileName), bytes))
+    }
+    if (const auto shared = saveShared(bytes); !shared) {
+        // As the local file has them. To load it would put the share's old messages over it.
+        for (std::size_t i = 0; i < kMessageCount; ++i) messages_.values[i] = toUtf16(toPage(texts[i]));
+        failure = "Saved on this computer, not on the share, whose messages come back at the next start : " +
+                  shared.error().text;
         return false;
+    }
     loadReportMessages(installation_, dialogs_, kept_, messages_);
     return true;
 }

@@ -38,6 +38,7 @@ public:
     ReportMessagesEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages);
 
     std::array<std::string, kMessageCount> texts;  ///< `tError(0)` to `tError(9)`, UTF-8; at first the screen's own
+    std::string failure;  ///< what the last save has left undone, and why; empty when all is done. UTF-8
 
     /// Reads ten items of the local "Errors.dat" into the texts. A missing or short file leaves the texts that were not
     /// reached.
@@ -46,13 +47,14 @@ public:
     void load();
 
     /// Writes the local file, then with sharing on the shared one, and loads the messages from them. A common header
-    /// message that does not end in ":" gets one first. False when a file could not be written: the save ended there,
-    /// and the messages of the program are as they were. A file of which the boxes could not show all goes under Kept
-    /// before it is overwritten.
+    /// message that does not end in ":" gets one first. False when a file could not be written: the save ended there.
+    /// Without the local file the messages of the program are as they were; without the shared one they are those of
+    /// the local file. A file of which the boxes could not show all goes under Kept before it is overwritten.
     [[nodiscard]] bool save();
 
 private:
     [[nodiscard]] std::string fileBytes() const;
+    [[nodiscard]] Result<void> saveShared(const std::string& bytes);
 
     const Installation& installation_;
     Dialogs& dialogs_;

@@ -2,6 +2,7 @@
 #include "job/completion_report.h"
 
 #include "messaging/notification.h"
+#include "text/list_text.h"
 #include "text/numbers.h"
 
 namespace quillon {
@@ -25,7 +26,7 @@ std::string completionReport(const JobState& state, const std::string& hostName)
         if (count > 0)
             line(caption + grouped(count));
     };
-    line("File list complete for job ID : " + state.options.jobId + " on " + hostName);
+    line("File list complete for job ID : " + readable(std::string_view(state.options.jobId)) + " on " + hostName);
     line("Total Files : " + grouped(counters.files) + " (Quality : " + state.texts.quality + ")");
     line(kGrades[Grade::Good].reportLine.value + grouped(counters[Grade::Good]));
     line("");

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/file_grader.h"
 
+#include "testing/second_opinion/second_opinion.h"
+
 namespace quillon {
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
@@ -22,9 +24,41 @@ HeaderCheck& FileGrader::headerTest() {
     return *test_;
 }
 
-Result<std::u16string_view> FileGrader::checkFile(const ListRow& row, std::u16string_view extension,
-                                                  HeadReader& heads) {
-    return headerTest().checkFile(row, extension, heads);
+Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    auto verdict = headerTest().checkFile(row, extension, heads);
+    if (!verdict)
+        return verdict;
+    if (verdict->grade)
+        ++context_.state.counters[*verdict->grade];
+    if (verdict->head != nullptr)
+        ++context_.state.counters.tested;
+    if (verdict->head != nullptr && context_.state.options.keepEvidence)
+        addFindings(row, extension, *verdict);
+    return verdict;
+}
+
+// What the same bytes tell beside the grade: why a file is not good, and what speaks against one that looks good.
+void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict) {
+    const FileHead& head = *verdict.head;
+    if (verdict.grade != Grade::Good) {
+        FoundReason found = reasonOf(extension, head);
+        verdict.findings.reason = found.reason;
+        verdict.findings.detail = std::move(found.detail);
+    }
+    if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
+        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(row.size().value_or(0)));
+        if (doubt) {
+            verdict.findings.doubt = doubtKindName(doubt->kind);
+            verdict.findings.doubtDetail = doubt->sentence;
+        }
+    }
+}
+
+FoundReason FileGrader::reasonOf(std::u16string_view extension, const FileHead& head) {
+    const NativePath folder(databaseFolder_);
+    if (!terms_)
+        terms_ = TermIndex::ofFolder(folder);
+    return findReason(head.given(), termFiles_->find(extension), commonList_, *terms_);
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

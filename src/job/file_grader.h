@@ -11,6 +11,7 @@
 #include "ahead/heads_ahead.h"
 #include "app/installation.h"
 #include "job/pass_context.h"
+#include "testing/find_reason.h"
 #include "testing/header_check.h"
 
 namespace quillon {
@@ -23,11 +24,10 @@ public:
     FileGrader(const FileGrader&) = delete;
     FileGrader& operator=(const FileGrader&) = delete;
 
-    /// A row and its extension give the report text. The head comes from `heads`, or is read in line. See
+    /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
     /// HeaderCheck::checkFile.
-    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
-                                                        HeadReader& heads);
-    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension) {
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
         return checkFile(row, extension, heads_);
     }
 
@@ -40,14 +40,17 @@ public:
     [[nodiscard]] HeadsAhead& heads() { return heads_; }
 
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
-    void releaseSource() { heads_.release(); }
+    void releaseSource() {
+        heads_.release();
+        terms_.reset();
+    }
 
 private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
-    void raise(Grade grade) override { ++context_.state.counters[grade]; }
-    void raiseTested() override { ++context_.state.counters.tested; }
     void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
+    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
 
     const Installation& installation_;
     const ReportMessages& messages_;
@@ -57,6 +60,7 @@ private:
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
+    std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
 };
 
 }  // namespace quillon

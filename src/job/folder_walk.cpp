@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "job/job_evidence.h"
 #include "job/statistics.h"
 #include "text/list_text.h"
 
@@ -28,6 +29,7 @@ public:
             ++context_.state.counters.folderErrors;
             path.remove_suffix(1);
             context_.log("Folder access error : " + readable(path), kLightRed);
+            context_.evidence.folderFailed(path, "cannot be entered");
         }
         context_.turn();
     }
@@ -98,12 +100,14 @@ void FolderWalk::notListed(std::string_view path) {
     ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
+    context_.evidence.folderFailed(path, "cannot be read to its end");
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     context_.log("Unable to read folder : " + readable(path), kLightRed);
 }
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
+    folderPath_ = path;
     folderText_ = toListText(path);
     undescribed_ = false;
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -130,6 +134,8 @@ void FolderWalk::found(const Directory& folder, std::string_view name) {
     describe(name, folder, *info);
     if (const auto written = rawList_.write(row_); !written)
         context_.rowLost(written.error());
+    else
+        context_.evidence.found(folderPath_, name, info->modified);
     context_.turn();
 }
 

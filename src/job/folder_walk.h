@@ -69,7 +69,8 @@ private:
     bool haveToken_ = false;
     bool undescribed_ = false;  // a file of the folder in work has a name and cannot be described
     std::string refused_;       // the last folder that cannot be entered
-    std::u16string folderText_;
+    std::string_view folderPath_;
+    std::u16string folderText_;  // the same in list form
     ListRow row_;
 };
 

@@ -7,6 +7,7 @@
 #include "app/kept_files.h"
 #include "app/surroundings.h"
 #include "job/file_grader.h"
+#include "job/job_evidence.h"
 #include "job/job_lists.h"
 #include "job/job_state.h"
 #include "job/pass_context.h"
@@ -22,6 +23,7 @@ public:
           surroundings_(surroundings),
           kept_(installation, surroundings_.clock),
           lists_(installation, kept_, state.options.jobId),
+          evidence_(state, surroundings_, installation, messages),
           grader_(installation, messages, commonList, passContext()) {}
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
@@ -38,13 +40,14 @@ public:
     [[nodiscard]] const JobLists& lists() const { return lists_; }
     [[nodiscard]] FileGrader& grader() { return grader_; }
     /// What a pass of this job works with.
-    [[nodiscard]] PassContext passContext() { return {state, surroundings_}; }
+    [[nodiscard]] PassContext passContext() { return {state, surroundings_, evidence_}; }
 
 private:
     Installation& installation_;
     Surroundings surroundings_;
     KeptFiles kept_;
     JobLists lists_;
+    JobEvidence evidence_;
     FileGrader grader_;
 };
 

@@ -30,15 +30,19 @@ JobEnd JobDriver::run() {
         context_.state.progress.shown = false;
     if (confirmOverwrite() == Next::End)
         return endEarly();
+    context_.evidence.begin();
     testFolders();
-    if (walkSource() == Next::End)
+    if (walkSource() == Next::End) {
+        context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
+    }
     loadCommonList();
     testFiles();
     copyRawList();
     copyFiles();
-    finish();
     cause_ = causeBehindPasses();
+    context_.evidence.end(wordOf(rowOf(cause_).end));
+    finish();
     return rowOf(cause_).end;
 }
 
@@ -259,6 +263,10 @@ void JobDriver::copyRawList() {
         return;
     const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
     listMade_ = copied.has_value();
+    if (const auto list = job_.lists().finalPath(); copied && list) {
+        context_.evidence.listCreated(*list);
+        context_.evidence.listedOnly(job_.lists().rawPath());
+    }
     if (!copied)
         detail_ = copied.error().text;
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {

@@ -99,10 +99,11 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 3> kJobLosses{{
+inline constexpr std::array<LossRow, 4> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
     {&JobCounters::unlistedFolders, "folders_not_read", "folders could not be read to their end"},
+    {&JobCounters::lostEvidence, "lost_evidence", "evidence file could not be written to its end"},
 }};
 
 /// The exit status of a command behind a job. A loss outweighs a report that nobody acknowledged.

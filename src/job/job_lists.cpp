@@ -12,6 +12,16 @@ Result<NativePath> JobLists::finalPath() const {
     return childPath(finalFolder(), jobId_ + ".csv");
 }
 
+namespace {
+
+void bringBack(const NativePath& kept, const NativePath& evidence) {
+    passOver(renameFile(kept, evidence), "the old evidence is safe under Kept as well");
+    if (pathExists(journalOf(kept)))
+        passOver(renameFile(journalOf(kept), journalOf(evidence)), "as above");
+}
+
+}  // namespace
+
 template <typename Make>
 auto JobLists::replacing(Make make) const -> decltype(make(NativePath())) {
     const auto path = finalPath();
@@ -24,9 +34,14 @@ auto JobLists::replacing(Make make) const -> decltype(make(NativePath())) {
             return failure(moved.error());
         oldListAt = *moved;
     }
+    const auto oldEvidenceAt = kept_.moveEvidenceAway(*path);
     auto made = make(*path);
-    if (!made && !oldListAt.empty())
+    if (made)
+        return made;
+    if (!oldListAt.empty())
         passOver(renameFile(oldListAt, *path), "the old list is safe under Kept as well");
+    if (oldEvidenceAt && *oldEvidenceAt)
+        bringBack(**oldEvidenceAt, evidenceBeside(*path));
     return made;
 }
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/kept_files.h"
 #include "job/job_id.h"
 #include "job/statistics.h"
-#include "platform/copy_file.h"
 #include "platform/folders.h"
 #include "testing/skip_list.h"
 #include "text/fields.h"
@@ -161,6 +161,9 @@ void JobSetup::loadSettings() {
         state_.options.checkFileQuality = false;
     }
     checkSkip();
+    const auto preferences = readPreferences(installation_.appFolder()).value_or(Preferences());
+    state_.options.keepEvidence = preferences.get(kKeepsEvidence).value_or(true);
+    state_.options.keepHeads = preferences.get(kKeepsHeads).value_or(true);
     resetCounters(state_);
 }
 
@@ -241,12 +244,25 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
-        passOver(copier.copy(files.front().native(), list.native(), turning),
-                 "a list that could not be copied is not there, and the counts stay at 0");
+        const auto copied = copier.copy(files.front().native(), list.native(), turning);
+        passOver(copied, "a list that could not be copied is not there, and the counts stay at 0");
+        if (copied)
+            fetchEvidence(files.front(), list, turning);
         state_.fetchingList = false;
         state_.texts.status.clear();
     }
     return name;
+}
+
+// What stood there was that of another list.
+void JobSetup::fetchEvidence(const NativePath& from, const NativePath& to, const CopyProgress& turning) {
+    const NativePath evidence = evidenceBeside(from);
+    passOver(KeptFiles(installation_, surroundings_.clock).moveEvidenceAway(to), "it would only be out of step");
+    for (const auto& [file, copy] :
+         {std::pair(journalOf(evidence), journalOf(evidenceBeside(to))), std::pair(evidence, evidenceBeside(to))}) {
+        if (pathExists(file))
+            passOver(FileCopier().copy(file.native(), copy.native(), turning), "a list does without evidence");
+    }
 }
 
 bool JobSetup::askClearLog() {

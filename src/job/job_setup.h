@@ -8,9 +8,11 @@
 #include <string_view>
 
 #include "app/installation.h"
+#include "app/preferences.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
 #include "messaging/recipient_box.h"
+#include "platform/copy_file.h"
 
 namespace quillon {
 
@@ -23,6 +25,10 @@ namespace quillon {
 /// True for an entry of a target folder that counts as existing content. Entries whose name starts with "." and the
 /// system's own "recycler" and "system volume information", in any case, do not.
 [[nodiscard]] bool countsAsContent(std::string_view entryName);
+
+/// Whether jobs leave evidence, and whether the heads of the files are in it; yes unless told.
+inline constexpr Preference<bool> kKeepsEvidence{"evidence.keep"};
+inline constexpr Preference<bool> kKeepsHeads{"evidence.heads"};
 
 /// Where the keyboard goes after a picker.
 enum class FocusAfter { Stays, JobId };
@@ -79,6 +85,7 @@ public:
 
 private:
     void forgetLastSource();
+    void fetchEvidence(const NativePath& from, const NativePath& to, const CopyProgress& turning);
     FocusAfter takeSource(const std::optional<NativePath>& folder);
     void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
     void checkSkip();

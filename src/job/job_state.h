@@ -32,6 +32,8 @@ struct JobOptions {
     bool showProgress = false;        ///< Check1
     int recipientIndex = -1;          ///< Combo1: index of the chosen item
     std::string recipient;            ///< Combo1: its text
+    bool keepEvidence = false;        ///< the job leaves its evidence beside the list
+    bool keepHeads = true;            ///< with the first bytes of each tested file
     bool overwriteConfirmed = false;  ///< the person has said Yes to overwriting this list; lasts for one job
 };
 
@@ -48,6 +50,7 @@ struct JobCounters {
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+    std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
 
     [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
     [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }
@@ -154,6 +157,7 @@ struct JobState {
     bool unlockedByRecount = false;  ///< a recount has ended in the midst of the job
     bool fileLineShown = true;       ///< the line of the file in work; a copy that has ended takes it away
 
+    std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written
     std::int64_t shownQuality = -1;  ///< the quality label's figure in hundredths of a percent; -1 for none
     bool sizeShown = false;          ///< the size label shows the total size; "0" before

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// What every pass of a job works with: the state that the front end shows, and the computer it runs on. All else that a
-// pass uses it is given by name.
+// What every pass of a job works with: the state that the front end shows, the computer it runs on, and the
+// evidence, which hears of what it finds. All else that a pass uses it is given by name.
 
 #include <optional>
 #include <string>
@@ -13,10 +13,13 @@
 
 namespace quillon {
 
-/// Both must outlive this and its copies.
+class JobEvidence;
+
+/// All must outlive this and its copies.
 struct PassContext {
     JobState& state;
     const Surroundings& surroundings;
+    JobEvidence& evidence;
 
     /// A row in the job log with the time of this moment.
     void log(const std::string& text, std::optional<std::uint32_t> colour = std::nullopt) const {

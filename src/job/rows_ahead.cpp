@@ -46,7 +46,7 @@ void RowsAhead::askForHead(AheadRow& ahead) {
         grader_.heads().ask(ahead.row.nativePath());
 }
 
-Result<void> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
+Result<std::size_t> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
     return rows_.first().asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
 }
 

@@ -25,7 +25,7 @@ public:
 
     /// The head of the row that `next` gave last, and of no other file: the one that was asked for ahead, or read in
     /// line by the row's path.
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override;
+    [[nodiscard]] Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) override;
 
 private:
     struct AheadRow {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "job/job_evidence.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
@@ -21,6 +22,8 @@ void TestingPass::run() {
         return;
     }
     madeList_ = true;
+    if (const auto path = lists_.finalPath())
+        context_.evidence.listCreated(*path);
     if (!pathExists(rawPath)) {
         context_.surroundings.dialogs.tell(
             "Error!", "Unable to find the raw file list. Please run the file list before testing file quality!",
@@ -49,12 +52,15 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
+        verdict_ = {};
         if (gradeRow(*row, rows)) {
             if (context_.state.options.showProgress)
                 showProgress(*row);
             writeRow(finalList, *row);
             if (context_.state.counters.tested > 0)
                 updateQuality(context_.state);
+        } else {
+            tellEvidence(*row, false);
         }
         context_.turn();
     }
@@ -90,12 +96,14 @@ Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
     if (row.extension().empty()) {
         ++context_.state.counters[Grade::NoExtension];
         result_ = grader_.messages()[Grade::NoExtension];
+        verdict_.grade = Grade::NoExtension;
         return {};
     }
-    const auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
+    auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
     if (!result)
         return failure(result.error());
-    result_ = *result;
+    result_ = result->text;
+    verdict_ = std::move(*result);
     return {};
 }
 
@@ -108,6 +116,7 @@ bool TestingPass::handle(const FileError& error, const std::function<void()>& ru
         // Kept: such a row is counted and not written (test ARowWhoseTestIsRefusedIsMissingFromTheList).
         ++context_.state.counters[Grade::AccessError];
         result_ = grader_.messages()[Grade::AccessError];
+        verdict_.grade = Grade::AccessError;
         return false;
     }
     ignoringErrors_ = true;
@@ -134,8 +143,17 @@ void TestingPass::showProgress(const ListRow& row) {
 
 void TestingPass::writeRow(ListWriter& finalList, ListRow& row) {
     row.add(result_);
-    if (const auto written = finalList.write(row); !written)
+    const auto written = finalList.write(row);
+    if (!written)
         context_.rowLost(written.error());
+    tellEvidence(row, written.has_value());
+}
+
+void TestingPass::tellEvidence(const ListRow& row, bool written) {
+    verdict_.text = result_;
+    if (written)
+        ++lines_;
+    context_.evidence.graded(row, written ? std::optional(lines_) : std::nullopt, verdict_);
 }
 
 void TestingPass::offerDeletion(const NativePath& finalList) {

@@ -23,7 +23,7 @@ namespace quillon {
 class RowChecker {
 public:
     virtual ~RowChecker() = default;
-    [[nodiscard]] virtual Result<std::u16string_view> check(const ListRow& row) = 0;
+    [[nodiscard]] virtual Result<FileVerdict> check(const ListRow& row) = 0;
 };
 
 class TestingPass {
@@ -53,6 +53,7 @@ private:
     void reportError(const FileError& error);
     void showProgress(const ListRow& row);
     void writeRow(ListWriter& finalList, ListRow& row);
+    void tellEvidence(const ListRow& row, bool written);
     void offerDeletion(const NativePath& finalList);
 
     PassContext context_;
@@ -60,7 +61,9 @@ private:
     FileGrader& grader_;
     AlertSender* alerts_;
     RowChecker* checker_;
-    std::u16string result_;  // not cleared between rows
+    std::u16string result_;   // not cleared between rows
+    FileVerdict verdict_;     // of the row in work; without a grade where none was found
+    std::int64_t lines_ = 0;  // of the final list
     bool ignoringErrors_ = false;
     bool madeList_ = false;
     bool stopped_ = false;

@@ -61,11 +61,14 @@ bool liesInMemory(int descriptor) {
 }
 
 // A read that fails midway may have touched the buffer; only the bytes it reports count.
-void readInto(int descriptor, HeaderBytes& head) {
+// How many bytes came.
+std::size_t readInto(int descriptor, HeaderBytes& head) {
     HeaderBytes bytes;
     const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
-    if (count > 0)
-        std::copy_n(bytes.begin(), count, head.begin());
+    if (count <= 0)
+        return 0;
+    std::copy_n(bytes.begin(), count, head.begin());
+    return static_cast<std::size_t>(count);
 }
 
 }  // namespace
@@ -135,18 +138,18 @@ Result<int> SourceFiles::openRegular(std::string_view nativePath, struct stat& i
     return descriptor;
 }
 
-Result<void> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& head) {
+Result<std::size_t> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& head) {
     head.fill(' ');
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
-    readInto(*descriptor, head);
+    const std::size_t count = readInto(*descriptor, head);
     ::close(*descriptor);
-    return {};
+    return count;
 }
 
-Result<Attempt> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& head) {
+Result<std::optional<std::size_t>> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& head) {
     head.fill(' ');
     // The folder first, so that no file of a volume elsewhere is opened.
     if (volume_ != Volume::Elsewhere) {
@@ -154,16 +157,17 @@ Result<Attempt> SourceFiles::tryHead(std::string_view nativePath, HeaderBytes& h
             return failure(entered.error());
     }
     if (volume_ == Volume::Elsewhere)
-        return Attempt::WouldWait;
+        return std::nullopt;
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
     const bool atHand = volume_ == Volume::Memory || liesInMemory(*descriptor);
+    std::optional<std::size_t> count;
     if (atHand)
-        readInto(*descriptor, head);
+        count = readInto(*descriptor, head);
     ::close(*descriptor);
-    return atHand ? Attempt::Read : Attempt::WouldWait;
+    return count;
 }
 
 void SourceFiles::closeFolder() {

@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,28 +25,36 @@ inline constexpr std::size_t kHeaderBytes = 512;
 /// The first bytes of a file, blanks (0x20) where no byte came.
 using HeaderBytes = std::array<char, kHeaderBytes>;
 
+/// The first bytes of a file as they came, and how many came.
+struct FileHead {
+    std::uint16_t length = 0;  ///< the rest of `bytes` are blanks
+    HeaderBytes bytes{};
+
+    [[nodiscard]] std::string_view given() const { return {bytes.data(), length}; }
+
+    friend bool operator==(const FileHead&, const FileHead&) = default;
+};
+
 /// Where heads of files come from: one small door, so that another implementation may read them ahead.
 class HeadReader {
 public:
     virtual ~HeadReader() = default;
 
     /// Replaces `head` by the first 512 bytes of the file. A failure is a failure of opening: no such file, no access,
-    /// or no regular file. A read that fails or ends early is none; the bytes it did not give are blanks.
-    [[nodiscard]] virtual Result<void> readHead(std::string_view nativePath, HeaderBytes& head) = 0;
+    /// or no regular file. A read that fails or ends early is none; the bytes it did not give are blanks. The result is
+    /// how many bytes came.
+    [[nodiscard]] virtual Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) = 0;
 };
-
-/// What came of an attempt to read a head that must not wait.
-enum class Attempt { Read, WouldWait };
 
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
-    [[nodiscard]] Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override;
+    [[nodiscard]] Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) override;
 
-    /// As readHead for a head that lies in memory. WouldWait, and a head of no meaning: a disk would have to give it,
-    /// or the file system is one of another computer or of a program, which may make every call wait; from the first
-    /// folder of such a one until closeFolder nothing is tried any more.
-    [[nodiscard]] Result<Attempt> tryHead(std::string_view nativePath, HeaderBytes& head);
+    /// As readHead for a head that lies in memory. No value, and a head of no meaning: it would wait. A disk would have
+    /// to give it, or the file system is one of another computer or of a program, which may make every call wait; from
+    /// the first folder of such a one until closeFolder nothing is tried any more.
+    [[nodiscard]] Result<std::optional<std::size_t>> tryHead(std::string_view nativePath, HeaderBytes& head);
 
     /// Opens a regular file; anything else is a PermissionDenied failure.
     [[nodiscard]] Result<File> open(std::string_view nativePath);

@@ -2,6 +2,7 @@
 #include "platform/terminal.h"
 
 #include <csignal>
+#include <cstdlib>
 
 #include <unistd.h>
 
@@ -19,6 +20,11 @@ extern "C" void onInterrupt(int /*signal*/) {
 
 bool isTerminal(int stream) {
     return ::isatty(stream) == 1;
+}
+
+bool wantsColours() {
+    const char* refused = std::getenv("NO_COLOR");
+    return refused == nullptr || *refused == '\0';
 }
 
 void countInterrupts() {

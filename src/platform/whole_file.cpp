@@ -72,11 +72,17 @@ Result<File> createTemporary(const Target& target, TemporaryPlace place) {
     return File::createNew(target.folder / temporaryName());
 }
 
-Result<void> fill(File& file, std::string_view bytes, const Target& target) {
-    if (target.exists && disk().setMode(file.path().c_str(), target.mode) != 0 && errno != EPERM && errno != ENOTSUP) {
+Result<void> takeMode(const File& file, const Target& target) {
+    if (target.exists && disk().setMode(file.path().c_str(), target.mode) != 0 && errno != EPERM && errno != ENOTSUP)
         return failure(systemError(file.path().native()));
-    }
-    return file.write(bytes).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
+    return {};
+}
+
+Result<void> fill(File& file, std::string_view bytes, const Target& target) {
+    return takeMode(file, target)
+        .and_then([&] { return file.write(bytes); })
+        .and_then([&] { return file.sync(); })
+        .and_then([&] { return file.close(); });
 }
 
 // Over the old bytes and not into an emptied file: the room that they take is not given away to others meanwhile, so
@@ -202,6 +208,40 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
     if (!name.empty())
         passOver(disk().unlink(AT_FDCWD, name.c_str()), "a name that no listing gives");
     return saved;
+}
+
+Replacement::Replacement(File file, NativePath target)
+    : file_(std::move(file)), temporary_(file_.path()), target_(std::move(target)) {
+}
+
+Replacement::Replacement(Replacement&& other) noexcept
+    : file_(std::move(other.file_)),
+      temporary_(std::exchange(other.temporary_, {})),
+      target_(std::move(other.target_)) {
+}
+
+Replacement::~Replacement() {
+    if (!temporary_.empty())
+        passOver(disk().unlink(AT_FDCWD, temporary_.c_str()), "a name that no listing gives");
+}
+
+Result<Replacement> Replacement::begin(const NativePath& target) {
+    const Target described = describeTarget(target);
+    auto file = createTemporary(described, TemporaryPlace::Beside);
+    if (!file)
+        return failure(file.error());
+    Replacement replacement(std::move(*file), described.path);
+    if (auto taken = takeMode(replacement.file_, described); !taken)
+        return failure(taken.error());
+    return replacement;
+}
+
+Result<void> Replacement::arrive() {
+    if (const int number = renameOver(temporary_, target_); number != 0)
+        return failure(systemError(target_.native(), number));
+    temporary_.clear();
+    syncFolder(target_.parent_path().empty() ? NativePath(".") : target_.parent_path());
+    return {};
 }
 
 Result<void> appendToFile(const NativePath& path, std::string_view bytes) {

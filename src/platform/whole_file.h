@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/file.h"
 #include "platform/result.h"
@@ -36,6 +37,33 @@ enum class TemporaryPlace {
 /// temporary file stays, with all the new ones.
 [[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
                                          TemporaryPlace place = TemporaryPlace::Beside);
+
+/// A file too large to be held in memory that takes its target's place when it is whole. Until then, and on any
+/// failure, the target is as it was. One that is let go earlier leaves nothing behind; a program that is killed leaves
+/// a file under a name that listings leave out.
+class Replacement {
+public:
+    /// Makes an empty file beside the target. A target that exists gives its mode; a link is followed.
+    [[nodiscard]] static Result<Replacement> begin(const NativePath& target);
+    Replacement(Replacement&& other) noexcept;
+    Replacement& operator=(Replacement&&) = delete;
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+    ~Replacement();
+
+    /// The file to be written, once. Whoever takes it brings its bytes to the medium and closes it before `arrive`.
+    [[nodiscard]] File takeFile() { return std::move(file_); }
+    /// Gives the file its name. A share that refuses it is asked again, for about four seconds while the target is busy
+    /// at another computer.
+    [[nodiscard]] Result<void> arrive();
+
+private:
+    Replacement(File file, NativePath target);
+
+    File file_;
+    NativePath temporary_;  // empty once there is no such file any more
+    NativePath target_;
+};
 
 /// Appends bytes and closes, saying whether all went well. Makes the file when it is missing. When not all of them fit,
 /// none of them stay.

@@ -112,6 +112,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.checkFileQuality = options.checkFileQuality && chosen.test;
     options.useSkipList = options.useSkipList && chosen.skipList;
     options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
+    options.keepEvidence = options.keepEvidence && chosen.evidence;
+    options.keepHeads = options.keepHeads && chosen.heads;
     options.showProgress = showProgress;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;
@@ -137,7 +139,9 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
         err << "quillon-job: busy: " << text << '\n';
     for (const auto& loss : kJobLosses) {
         const std::int32_t count = job.state.counters.*loss.counter;
-        const std::string& why = loss.counter == &JobCounters::lostRows ? job.state.lossReason : std::string();
+        const std::string why = loss.counter == &JobCounters::lostRows       ? job.state.lossReason
+                                : loss.counter == &JobCounters::lostEvidence ? job.state.evidenceLoss
+                                                                             : std::string();
         if (count > 0)
             err << "quillon-job: " << grouped(count) << ' ' << loss.text << (why.empty() ? "" : " (" + why + ")")
                 << '\n';

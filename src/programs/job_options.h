@@ -19,6 +19,8 @@ struct JobCommandOptions {
     bool test = true;
     bool skipList = true;
     bool commonHeaders = true;
+    bool evidence = true;
+    bool heads = true;
     std::string alertComputer;
     bool alertOptional = false;
     std::optional<NativePath> appFolder;

@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "job/counters_json.h"
 #include "job/statistics.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -12,21 +13,6 @@ namespace quillon {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-Json countersAsJson(const JobCounters& counters) {
-    Json json = {{"folders", counters.folders},
-                 {"folder_errors", counters.folderErrors},
-                 {"folders_not_read", counters.unlistedFolders},
-                 {"files", counters.files},
-                 {"total_bytes", counters.totalBytes},
-                 {"skipped", counters.skipped},
-                 {"rows_read", counters.rowsRead},
-                 {"tested", counters.tested}};
-    for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
-    json["copy_errors"] = counters.copyErrors;
-    json["lost_rows"] = counters.lostRows;
-    return json;
-}
 
 Json lossesAsJson(const JobCounters& counters) {
     Json words = Json::array();

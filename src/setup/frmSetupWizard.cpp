@@ -37,7 +37,7 @@ void frmSetupWizard::connectControls() {
     }
     step(Check5, &QCheckBox::toggled, [this](bool on) { wizard_.setUseSharedDb(on); });
     step(Timer1, &QTimer::timeout, [this] { wizard_.hideHints(); });
-    closeOnEscape();
+    closeOnEscape(TypedText::ScreensOwn);
     connectSteps();
     connectRecipients();
     hearPlainInputs();

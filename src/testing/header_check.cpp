@@ -19,9 +19,11 @@ tl::unexpected<FileError> tooFewFields() {
 
 }  // namespace
 
-std::u16string_view HeaderCheck::counted(Grade grade) {
-    host_.raise(grade);
-    return messages_[grade];
+FileVerdict HeaderCheck::verdict(Grade grade) const {
+    FileVerdict verdict;
+    verdict.grade = grade;
+    verdict.text = messages_[grade];
+    return verdict;
 }
 
 // What size and attributes decide; no value when they leave it to the content.
@@ -47,46 +49,49 @@ bool HeaderCheck::mayOpen(const ListRow& row) {
            (host_.useCommonHeaders() || termFiles_.mayHave(row.extension()));
 }
 
-Result<std::u16string_view> HeaderCheck::checkFile(const ListRow& row, std::u16string_view extension,
-                                                   HeadReader& heads) {
+Result<FileVerdict> HeaderCheck::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
     const auto judged = judgeRow(row);
     if (!judged)
         return failure(judged.error());
     if (*judged)
-        return counted(**judged);
+        return verdict(**judged);
 
     const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())
-        return counted(Grade::Unknown);
+        return verdict(Grade::Unknown);
 
-    if (!heads.readHead(row.nativePath(), head_)) {
-        const auto result = counted(Grade::AccessError);
+    const auto length = heads.readHead(row.nativePath(), head_.bytes);
+    if (!length) {
         host_.logAccessError("Access Error : " + readable(row.nativePath()));
-        return result;
+        return verdict(Grade::AccessError);
     }
-    foldHeader(head_);
-    return testContent(terms);
+    head_.length = static_cast<std::uint16_t>(*length);
+    folded_ = head_.bytes;
+    foldHeader(folded_);
+    FileVerdict judgement = judgeContent(terms);
+    judgement.head = &head_;
+    return judgement;
 }
 
-std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* terms) {
-    host_.raiseTested();
+FileVerdict HeaderCheck::judgeContent(const std::vector<CompiledTerm>* terms) {
     if (terms != nullptr) {
         const MatchResult match = matchTerms(*terms);
         if (match == MatchResult::GivenUp)
-            return counted(Grade::Unknown);
+            return verdict(Grade::Unknown);
         if (match != MatchResult::No)
-            return counted(Grade::Good);
+            return verdict(Grade::Good);
         if (!host_.useCommonHeaders())
-            return counted(Grade::Corrupt);
+            return verdict(Grade::Corrupt);
     }
     const CommonMatch common = matchCommon(terms != nullptr);
     if (common.result == MatchResult::GivenUp)
-        return counted(Grade::Unknown);
+        return verdict(Grade::Unknown);
     if (common.result != MatchResult::No) {
-        host_.raise(Grade::CommonHeader);
-        return common.text;
+        FileVerdict found = verdict(Grade::CommonHeader);
+        found.text = common.text;
+        return found;
     }
-    return terms != nullptr ? counted(Grade::Corrupt) : counted(Grade::Unknown);
+    return terms != nullptr ? verdict(Grade::Corrupt) : verdict(Grade::Unknown);
 }
 
 // The first record that does not say no decides. Kept: a record without a term counts as a hit, so an empty line makes
@@ -94,7 +99,7 @@ std::u16string_view HeaderCheck::testContent(const std::vector<CompiledTerm>* te
 // ANegativePositionGradesUnknown).
 MatchResult HeaderCheck::matchTerms(const std::vector<CompiledTerm>& terms) const {
     for (const auto& term : terms) {
-        const MatchResult match = term.match(head_);
+        const MatchResult match = term.match(folded_);
         if (match != MatchResult::No)
             return match;
     }
@@ -106,7 +111,7 @@ HeaderCheck::CommonMatch HeaderCheck::matchCommon(bool termFileExists) {
     if (commonList_.records().empty())
         return {MatchResult::Defective, {}};
     for (const auto& record : commonList_.records()) {
-        const MatchResult match = record.term.match(head_);
+        const MatchResult match = record.term.match(folded_);
         if (match == MatchResult::No)
             continue;
         if (match == MatchResult::Yes && record.description)

@@ -8,11 +8,30 @@
 
 #include "platform/source_files.h"
 #include "testing/common_list.h"
+#include "testing/reason.h"
 #include "testing/report_messages.h"
 #include "testing/term_file.h"
 #include "text/list_row.h"
 
 namespace quillon {
+
+/// What stands beside a verdict and never changes it. Texts are UTF-8, empty for none.
+struct FileFindings {
+    std::optional<Reason> reason;  ///< why the file is not good
+    std::string detail;            ///< what the reason tells further
+    std::string doubt;             ///< the name of what speaks against a good file
+    std::string doubtDetail;       ///< what the doubt tells further
+
+    friend bool operator==(const FileFindings&, const FileFindings&) = default;
+};
+
+/// All that the test of one file gives. Text and head are good until the next test.
+struct FileVerdict {
+    std::optional<Grade> grade;      ///< none for a row that no test has judged
+    std::u16string_view text;        ///< for the list: the message of the grade, or the composite one
+    const FileHead* head = nullptr;  ///< of a file that was opened and compared, as it came; null for any other
+    FileFindings findings;
+};
 
 /// What the header test asks of its front end.
 class HeaderCheckHost {
@@ -20,10 +39,6 @@ public:
     virtual ~HeaderCheckHost() = default;
     /// `chkCommon`, asked at the moment of each test.
     [[nodiscard]] virtual bool useCommonHeaders() = 0;
-    /// Counts a file under its grade.
-    virtual void raise(Grade grade) = 0;
-    /// Counts a file that was opened and compared. The grade does not tell: an unknown file may never have been opened.
-    virtual void raiseTested() = 0;
     /// A light red row of the job log: "Access Error : " and the path, readable.
     virtual void logAccessError(const std::string& text) = 0;
 };
@@ -35,13 +50,12 @@ public:
                 HeaderCheckHost& host)
         : termFiles_(termFiles), messages_(messages), commonList_(commonList), host_(host) {}
 
-    /// Grades one row. `extension`: as it stands in the name. `heads`: gives the file's head. The result is a report
-    /// text, good until the next call; it is empty only for a common record that lacks its description and for a common
-    /// list that was never loaded. Size and attributes are those of the row: the file system is not asked for them
-    /// again, and a file that they decide on, or whose type nothing is known of, is not opened. A result in the row is
-    /// ignored. A Subscript failure: the row has too few columns.
-    [[nodiscard]] Result<std::u16string_view> checkFile(const ListRow& row, std::u16string_view extension,
-                                                        HeadReader& heads);
+    /// Grades one row. `extension`: as it stands in the name. `heads`: gives the file's head. The text is empty only
+    /// for a common record that lacks its description and for a common list that was never loaded. Size and attributes
+    /// are those of the row: the file system is not asked for them again, and a file that they decide on, or whose type
+    /// nothing is known of, is not opened. A result in the row is ignored. A Subscript failure: the row has too few
+    /// columns.
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
 
     /// Whether checkFile would open the file if it were called now: neither its row nor the lack of a term file
     /// decides. Counts nothing. A term file that came or went since the last test of its extension is not seen.
@@ -49,8 +63,8 @@ public:
 
 private:
     [[nodiscard]] static Result<std::optional<Grade>> judgeRow(const ListRow& row);
-    [[nodiscard]] std::u16string_view counted(Grade grade);
-    [[nodiscard]] std::u16string_view testContent(const std::vector<CompiledTerm>* terms);
+    [[nodiscard]] FileVerdict verdict(Grade grade) const;
+    [[nodiscard]] FileVerdict judgeContent(const std::vector<CompiledTerm>* terms);
     [[nodiscard]] MatchResult matchTerms(const std::vector<CompiledTerm>& terms) const;
 
     struct CommonMatch {
@@ -64,7 +78,8 @@ private:
     const ReportMessages& messages_;
     const CommonList& commonList_;
     HeaderCheckHost& host_;
-    HeaderBytes head_{};
+    FileHead head_;
+    HeaderBytes folded_{};
     std::u16string composite_;
 };
 

@@ -2,6 +2,9 @@
 #include "text/list_text.h"
 
 #include <algorithm>
+#include <array>
+
+#include <fmt/format.h>
 
 #include "text/unicode.h"
 
@@ -37,6 +40,48 @@ void appendSpecial(std::u16string& out, std::string_view nativePath, std::size_t
 
 constexpr bool isEscaped(char32_t character) {
     return character >= kEscape && character <= kEscape + 0xFFU;
+}
+
+struct Range {
+    char32_t first;
+    char32_t last;
+};
+
+// Characters that hide or move what stands beside them: directions, line ends, joints, fillers, marks of annotations,
+// tags. The joiners U+200C and U+200D and the selectors from U+FE00 are not among them, as words of several scripts and
+// many pictures are written with them.
+constexpr std::array<Range, 19> kHidden = {{{0xAD, 0xAD},
+                                            {0x34F, 0x34F},
+                                            {0x61C, 0x61C},
+                                            {0x115F, 0x1160},
+                                            {0x17B4, 0x17B5},
+                                            {0x180B, 0x180F},
+                                            {0x200B, 0x200B},
+                                            {0x200E, 0x200F},
+                                            {0x2028, 0x202E},
+                                            {0x2060, 0x206F},
+                                            {0x3164, 0x3164},
+                                            {0xFEFF, 0xFEFF},
+                                            {0xFFA0, 0xFFA0},
+                                            {0xFFF0, 0xFFFB},
+                                            {0xFFFE, 0xFFFF},
+                                            {0x110BD, 0x110BD},
+                                            {0x1BCA0, 0x1BCA3},
+                                            {0x1D173, 0x1D17A},
+                                            {0xE0000, 0xE0FFF}}};
+
+constexpr bool isHidden(char32_t character) {
+    return character >= kHidden.front().first && std::ranges::any_of(kHidden, [character](const Range& range) {
+               return character >= range.first && character <= range.last;
+           });
+}
+
+void appendReadable(std::string& out, char32_t character) {
+    const bool control = character < 0x20 || character == 0x7F || (character >= 0x80 && character < 0xA0);
+    if (isHidden(character))
+        out += fmt::format("<U+{:04X}>", static_cast<std::uint32_t>(character));
+    else
+        appendUtf8(out, control ? kReplacementCharacter : character);
 }
 
 constexpr std::u16string_view kSeparators = u"/\\";
@@ -111,11 +156,8 @@ std::string readable(std::string_view nativePath) {
         return std::string(nativePath);
     std::string out;
     out.reserve(nativePath.size());
-    for (std::size_t i = 0; i < nativePath.size();) {
-        const char32_t character = nextUtf8(nativePath, i).value_or(kReplacementCharacter);
-        const bool control = character < 0x20 || character == 0x7F || (character >= 0x80 && character < 0xA0);
-        appendUtf8(out, control ? kReplacementCharacter : character);
-    }
+    for (std::size_t i = 0; i < nativePath.size();)
+        appendReadable(out, nextUtf8(nativePath, i).value_or(kReplacementCharacter));
     return out;
 }
 

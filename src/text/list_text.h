@@ -33,7 +33,8 @@ void toNative(std::u16string_view listPath, std::string& out);
 /// A path in list form with every ">" turned back into ",". Escaped bytes stay escaped.
 [[nodiscard]] std::u16string withCommas(std::u16string_view listPath);
 
-/// What a person reads: native bytes or list text as UTF-8 in which an unprintable or invalid byte shows as U+FFFD.
+/// What a person reads: native bytes or list text as UTF-8 in which an unprintable or invalid byte shows as U+FFFD, and
+/// a character that has no picture or turns the text around it as its number: "invoice<U+202E>fdp.exe".
 [[nodiscard]] std::string readable(std::string_view nativePath);
 [[nodiscard]] std::string readable(std::u16string_view listPath);
 

@@ -44,7 +44,8 @@
 //   Command5                        "Check Folders"           without effect
 //   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 empty, _3 status of the job), Timer1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
-//     mnuFLS, mnuAutoUpdate), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
+//     mnuFLS, mnuAutoUpdate, and of ours mnuEvidence with evidenceKeep, evidenceHeads), mnuViewf (mnuView),
+//     mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in the menu of the toolbar's Settings button
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -130,6 +131,7 @@ private:
     void connectMenus();
     void connectToolbar();
     void addNetworkSetup();
+    void addEvidenceMenu();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);

@@ -47,6 +47,7 @@ void frmMain::connectMenus() {
     connect(mnuHelp, &QAction::triggered, this, [this] { context_.navigator.open(Screen::Help); });
     // Not modal: a modal screen would hold a running job up.
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
+    addEvidenceMenu();
 }
 
 // A button does exactly what its control does.

@@ -14,8 +14,10 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 
 #include "text/list_text.h"
+#include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
@@ -49,7 +51,7 @@ void frmViewList::connectControls() {
     step(Combo1, &QComboBox::currentIndexChanged, [this](int entry) { viewer_.chooseCategory(entry); });
     click(Command2, [this] { viewer_.filter(); });
     hear(Text1, &QLineEdit::textChanged, [this](const QString& text) { viewer_.state.maxFiles = fromQt(text); });
-    connect(Text1, &QLineEdit::returnPressed, Command2, &QPushButton::click);
+    enterPresses(*Text1, *Command2);
     // Kept: Text2 "Start From" and Check1 "Use Ignore List" have no effect (test
     // StartFromAndUseIgnoreListHaveNoEffect).
     connectGrid();
@@ -61,6 +63,8 @@ void frmViewList::connectControls() {
     click(Command4, [this] { viewer_.retest(); });
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
     click(Command1, [this] { Command1_Click(); });
+    // What is off, as during a retest, is not pressed by Escape either.
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, Command1, &QPushButton::click);
 }
 
 void frmViewList::connectGrid() {
@@ -146,6 +150,7 @@ void frmViewList::showControls() {
     showRows();
     showExtensions();
     Label1->setText(toQt(state.matching));
+    showText(*commaRemark_, state.notShown);
     Label4->setText(toQt(state.status));
     Command3->setEnabled(state.runEnabled);
     busyParts_.setEnabled(!state.busy);

@@ -12,6 +12,7 @@
 //   Frame2 "Matching Files"
 //     iGrid1                      "Path", "Ext", and hidden "Problem!"
 //     Label1                      "Matching : " and the row count
+//     commaRemark_                ours: "52 rows with commas are not shown"
 //     Label6, Label7, Label8      a legend; never shown
 //   Frame3 "Extension Editor"
 //     Label2, Combo2              "Extension"             the extension to work on
@@ -90,6 +91,7 @@ private:
     QComboBox *Combo1, *Combo2, *Combo3;
     QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7, *Label8, *Label9;
+    QLabel* commaRemark_;
     QLineEdit *Text1, *Text2;
     QCheckBox* Check1;
     Grid* iGrid1;

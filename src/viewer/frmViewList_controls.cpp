@@ -91,7 +91,10 @@ void frmViewList::createLegend() {
     swatch.setColor(QPalette::Window, QColor(187, 10, 10));
     Label7->setPalette(swatch);
     Label8 = makeLabel("Label8", "Have no extension and can not be edited");
+    commaRemark_ = makeLabel("commaRemark_", "");
+    makeRemark(*commaRemark_);
     row->addWidget(Label1, 1);
+    row->addWidget(commaRemark_);
     for (QLabel* legend : {Label6, Label7, Label8}) {
         row->addWidget(legend);
         legend->hide();

@@ -9,22 +9,37 @@
 
 namespace quillon {
 
-FilterEnd filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
+namespace {
+
+// True for a row that would be shown, had its path no comma.
+bool isHiddenByCommas(const ListRow& row, std::u16string_view category) {
+    return row.isGraded() && row[ListColumn::Path].find(u'>') != std::u16string_view::npos &&
+           trimRight(row[ListColumn::Result]).find(category) != std::u16string_view::npos;
+}
+
+}  // namespace
+
+Filtered filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
     const std::u16string_view category = trimRight(std::u16string_view(wish.category));
+    Filtered filtered;
     ListRow row;
     while (list.next(row)) {
-        if (row.line().find(u'>') != std::u16string_view::npos)
+        if (row.line().find(u'>') != std::u16string_view::npos) {
+            filtered.withCommas += isHiddenByCommas(row, category) ? 1 : 0;
             row.assign(withCommas(row.line()));
+        }
         if (!row.isGraded())
             continue;
         const std::u16string_view result = row[ListColumn::Result];
         if (trimRight(result).find(category) == std::u16string_view::npos)
             continue;
-        if (wish.maxFiles < rows.count())
-            return FilterEnd::LimitReached;
+        if (wish.maxFiles < rows.count()) {
+            filtered.end = FilterEnd::LimitReached;
+            break;
+        }
         rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view());
     }
-    return FilterEnd::EndOfList;
+    return filtered;
 }
 
 }  // namespace quillon

@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/list_viewer.h"
 
+#include <algorithm>
+
 #include "app/file_list.h"
 #include "job/job.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
+#include "text/page_loss.h"
+#include "text/page_text.h"
 #include "text/unicode.h"
 #include "viewer/categories.h"
 #include "viewer/list_filter.h"
-#include "viewer/retest.h"
 
 namespace quillon {
 
@@ -19,14 +22,34 @@ namespace {
 constexpr const char* kRetestFailed =
     "Unable to perfor the function. Please make sure that the file is not in use in another application.";
 
+std::string notShownText(int rows) {
+    if (rows == 0)
+        return {};
+    return grouped(rows) + (rows == 1 ? " row with a comma is not shown" : " rows with commas are not shown");
+}
+
+// A path as a skip term. One that a person cannot read comes as the list stores it, where a "?" stands for a character
+// of any kind: its visible escape would fit no file.
+std::string skipTermOf(std::u16string_view path) {
+    const std::string native = toNative(path);
+    if (const std::string shown = readable(std::string_view(native)); shown == native)
+        return shown;
+    PageText stored = toPage(std::string_view(native));
+    std::ranges::replace_if(
+        stored.bytes, [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; }, '?');
+    return toUtf8(stored);
+}
+
 }  // namespace
 
 ViewedJob viewedJob(Job& job) {
-    return {job.installation(), job.surroundings(), job.kept(), job.lists(), job.grader()};
+    return {job.installation(), job.surroundings(), job.kept(),       job.lists(),
+            job.grader(),       job.commonList,     job.passContext()};
 }
 
 void ListViewer::load() {
     state = ViewerState{};
+    visit_ = {};
     state.categories = {kPleaseSelect};
     state.marks = {kPleaseSelect};
     temporaryListPath_ = job_.lists.rawPath();
@@ -71,6 +94,7 @@ void ListViewer::updateLabels() {
 
 void ListViewer::filter() {
     state.rows.clear();
+    state.notShown.clear();
     state.currentRow = -1;
     state.topRow = 0;
     ++state.contents;
@@ -103,13 +127,15 @@ void ListViewer::loadRows(const NativePath& list) {
         return;
     const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
                           state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
-    if (filterList(*reader, wish, state.rows) == FilterEnd::LimitReached)
+    const Filtered filtered = filterList(*reader, wish, state.rows);
+    state.notShown = notShownText(filtered.withCommas);
+    if (filtered.end == FilterEnd::LimitReached)
         job_.surroundings.dialogs.tell(kProgramTitle, "Maximum file limit reached");
 }
 
 void ListViewer::tellMissingList() {
     const std::string& jobId = job_.lists.jobId();
-    std::string text = "File list for " + jobId + " does not exist. ";
+    std::string text = "File list for " + readable(std::string_view(jobId)) + " does not exist. ";
     const NativePath& folder = job_.installation.paths().zipPath;
     const auto archive = childPath(folder, jobId + ".zip");
     if (!folder.empty() && archive && pathExists(*archive))
@@ -144,11 +170,13 @@ void ListViewer::selectExtension(int entry) {
 void ListViewer::addToSkipList() {
     const Paths& paths = job_.installation.paths();
     const std::string proposal =
-        state.currentRow < 0 ? std::string() : readable(state.rows.path(state.rows.idAt(state.currentRow)));
+        state.currentRow < 0 ? std::string() : skipTermOf(state.rows.path(state.rows.idAt(state.currentRow)));
     const auto term = job_.surroundings.dialogs.input(
         "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
     if (!term || term->empty())
         return;
+    if (const std::string lost = lostOnPage(*term); !lost.empty())
+        state.status = "Stored as \"?\" : " + lost;
     passOver(appendRuleLine(paths.localSettings, kSkipListFileName, toPage(*term)),
              "the design has no answer to a skip list that cannot be written");
     if (paths.useSharedDb)
@@ -171,15 +199,28 @@ std::optional<EditorHandover> ListViewer::openEditor() {
     return handover;
 }
 
-void ListViewer::retest() {
-    Dialogs& dialogs = job_.surroundings.dialogs;
-    goBusy();
-    state.busyPointer = true;
-    host_.showState();
-    const std::u16string extension(state.extensions.chosenText());
-    state.passRunning = true;
+bool ListViewer::confirmRetest(std::u16string_view extension) {
+    const auto folder = missingSource(state.rows, extension);
+    return !folder || job_.surroundings.dialogs.ask(
+                          "Source not found",
+                          "The folder of these files is not there:\r\n" + readable(std::u16string_view(*folder)) +
+                              "\r\n\r\nA retest now grades each of them as an access error. Connect the source first. "
+                              "Do you want to retest all the same?",
+                          BoxStyle::Warning);
+}
+
+void ListViewer::tellUnloadedCommonList() {
+    const PassContext& context = job_.context;
+    if (context.state.options.useCommonHeaders && job_.commonList.records().empty())
+        context.log(
+            "Retest without common headers : they are loaded by a job, and none has run yet. A file that fits no term "
+            "loses its result. Run a job, or untick \"Use Common Headers\", and retest again.",
+            kLightOrange);
+}
+
+RetestEnd ListViewer::runRetest(std::u16string_view extension) {
     int counted = -1;
-    Retest pass(job_.grader, job_.kept, state.rows, [this, &counted] {
+    Retest pass(job_.grader, job_.kept, visit_, state.rows, [this, &counted] {
         // The pointer is the normal one from the first line on, though the pass goes on.
         state.busyPointer = false;
         if (state.rows.count() != counted) {
@@ -188,8 +229,22 @@ void ListViewer::retest() {
         }
         job_.surroundings.loop.turn();
     });
+    state.passRunning = true;
     const RetestEnd end = pass.run(listPath_, temporaryListPath_, extension);
     state.passRunning = false;
+    return end;
+}
+
+void ListViewer::retest() {
+    Dialogs& dialogs = job_.surroundings.dialogs;
+    const std::u16string extension(state.extensions.chosenText());
+    if (!confirmRetest(extension))
+        return;
+    tellUnloadedCommonList();
+    goBusy();
+    state.busyPointer = true;
+    host_.showState();
+    const RetestEnd end = runRetest(extension);
     if (end == RetestEnd::CopyInUse) {
         dialogs.warn("Error",
                      "Warning, the file appears to be open in another application! "

@@ -14,6 +14,7 @@
 #include "job/job_lists.h"
 #include "viewer/editor_handover.h"
 #include "viewer/extension_list.h"
+#include "viewer/retest.h"
 #include "viewer/view_rows.h"
 
 namespace quillon {
@@ -32,6 +33,7 @@ struct ViewerState {
     int contents = 0;          ///< another number whenever the rows or their places are others
     ExtensionList extensions;  ///< Combo2
     std::string matching;      ///< Label1
+    std::string notShown;      ///< commaRemark_; empty when the list has no such rows
     std::string status;        ///< Label4
     bool runEnabled = false;   ///< Command3
     bool busy = false;         ///< Frame1, Frame2, Frame3 and Command1 are disabled
@@ -47,6 +49,8 @@ struct ViewedJob {
     KeptFiles& kept;
     const JobLists& lists;
     FileGrader& grader;
+    const CommonList& commonList;
+    PassContext context;
 };
 [[nodiscard]] ViewedJob viewedJob(Job& job);
 
@@ -74,13 +78,14 @@ public:
     /// Kept: the count is 0 unless the current row has it, too (test AnExtensionOfOtherRowsCountsZero).
     void selectExtension(int entry);
 
-    /// "Add to Skip List", with the current row's path as the proposal.
+    /// "Add to Skip List", with the current row's path as the proposal. The status tells what the list cannot hold.
     void addToSkipList();
 
     /// "Run": what the editor needs; none after a beep, when no extension is chosen.
     [[nodiscard]] std::optional<EditorHandover> openEditor();
 
-    /// "Retest".
+    /// "Retest". It asks first when the source of the rows is away, since every file would become an access error, and
+    /// tells in the job log when the common headers are to be used and were never loaded.
     /// Kept: when the old temporary copy cannot be removed, the screen stays busy (test
     /// ACopyThatCannotBeRemovedLeavesTheScreenBusy).
     void retest();
@@ -99,12 +104,16 @@ private:
     void updateLabels();
     void loadRows(const NativePath& list);
     void tellMissingList();
+    [[nodiscard]] bool confirmRetest(std::u16string_view extension);
+    void tellUnloadedCommonList();
+    [[nodiscard]] RetestEnd runRetest(std::u16string_view extension);
     void endRetest();
 
     ViewedJob job_;
     ScreenHost& host_;
     NativePath listPath_;
     NativePath temporaryListPath_;
+    RetestVisit visit_;
 };
 
 }  // namespace quillon

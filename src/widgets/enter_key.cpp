@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace quillon {
@@ -35,6 +36,13 @@ private:
 
 void installEnterKey(QApplication& application) {
     application.installEventFilter(new EnterKey(&application));
+}
+
+void enterPresses(QLineEdit& box, QPushButton& button) {
+    QObject::connect(&box, &QLineEdit::returnPressed, &button, [&box, &button] {
+        if (!box.text().isEmpty())
+            button.click();
+    });
 }
 
 }  // namespace quillon

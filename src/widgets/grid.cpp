@@ -144,8 +144,14 @@ void Grid::showOtherRows(int topRow, int currentRow) {
 }
 
 QModelIndex Grid::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
-    const bool toEnd = action == MoveHome || action == MoveEnd;
-    if (!currentIndex().isValid() && rowCount() > 0 && !toEnd)
+    if (rowCount() == 0)
+        return {};
+    // Rows are what is chosen here, so the ends are those of the rows and not of the cells of one.
+    if (action == MoveHome)
+        return indexOf(0);
+    if (action == MoveEnd)
+        return indexOf(rowCount() - 1);
+    if (!currentIndex().isValid())
         return indexOf(topRow());
     return QTableView::moveCursor(action, modifiers);
 }

@@ -54,7 +54,8 @@ signals:
     void keyPressed(int row, int key);
 
 protected:
-    /// Without a current row the keys begin at the row at the upper edge of the view, not at the first of all.
+    /// Home and End go to the first and the last row. Without a current row the other keys begin at the row at the
+    /// upper edge of the view, not at the first of all.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;

@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPalette>
 #include <QScrollBar>
 
 #include "widgets/hex_view_accessible.h"
@@ -22,7 +23,7 @@ namespace quillon {
 namespace {
 
 constexpr int kMargin = 8;
-constexpr int kPreferredLines = 16;
+constexpr int kPreferredLines = 32;  // 512 bytes
 
 std::optional<HexKey> hexKeyOf(const QKeyEvent& event) {
     const bool control = (event.modifiers() & Qt::ControlModifier) != 0;
@@ -104,6 +105,14 @@ QRect HexView::byteRect(int index, HexPane pane) const {
     const int width = pane == HexPane::Hex ? 2 * charWidth_ : charWidth_;
     const int top = kMargin / 2 + (layout_.lineOf(index) - verticalScrollBar()->value()) * lineHeight_;
     return {leftOf(layout_.columnOf(index, pane)), top, width, lineHeight_};
+}
+
+// Between text and paper, nearer to the text.
+QColor HexView::quietInk() const {
+    const QColor ink = palette().color(QPalette::Active, QPalette::Text);
+    const QColor paper = palette().color(QPalette::Active, QPalette::Base);
+    const auto mixed = [](int a, int b) { return (2 * a + b) / 3; };
+    return {mixed(ink.red(), paper.red()), mixed(ink.green(), paper.green()), mixed(ink.blue(), paper.blue())};
 }
 
 int HexView::leftOf(int column) const {
@@ -224,7 +233,7 @@ void HexView::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void HexView::paintLine(QPainter& painter, int line, int top) const {
-    painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+    painter.setPen(quietInk());
     const QRect offset(leftOf(0), top, HexLayout::kOffsetColumns * charWidth_, lineHeight_);
     painter.drawText(offset, Qt::AlignLeft | Qt::AlignVCenter, toQt(hexOffset(line * kHexBytesPerLine)));
     for (int place = 0; place < layout_.bytesInLine(line); ++place) {
@@ -240,11 +249,10 @@ void HexView::paintByte(QPainter& painter, int index, int top, HexPane pane) con
     QRect cell = byteRect(index, pane);
     cell.moveTop(top);
     if (selected)
-        painter.fillRect(cell,
-                         palette().brush(hasFocus() ? QPalette::Active : QPalette::Inactive, QPalette::Highlight));
+        painter.fillRect(cell, palette().brush(QPalette::Active, QPalette::Highlight));
     const bool quiet = pane == HexPane::Text ? hexCharacter(byte) == u'.' && byte != '.' : byte == 0;
-    painter.setPen(palette().color((quiet && !selected) || !isEnabled() ? QPalette::Disabled : QPalette::Active,
-                                   selected ? QPalette::HighlightedText : QPalette::Text));
+    const QColor ink = palette().color(QPalette::Active, selected ? QPalette::HighlightedText : QPalette::Text);
+    painter.setPen(quiet && !selected ? quietInk() : ink);
     const QString text = pane == HexPane::Hex ? toQt(hexByte(byte)) : QString(QChar(hexCharacter(byte)));
     painter.drawText(cell, Qt::AlignCenter, text);
     if (index != caret_)

@@ -40,6 +40,9 @@ public:
     /// Where a byte is painted, in the coordinates of the viewport.
     [[nodiscard]] QRect byteRect(int index, HexPane pane) const;
 
+    /// The colour of zeros and offsets: quieter than the other bytes, and as easy to read as text has to be.
+    [[nodiscard]] QColor quietInk() const;
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 

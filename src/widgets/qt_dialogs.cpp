@@ -75,6 +75,12 @@ QString existingFolder(NativePath folder) {
     return toQtPath(folder);
 }
 
+// Every question whether something is overwritten says so in its title or its text.
+bool asksToOverwrite(const MessageBox& box) {
+    return box.buttons != BoxButtons::Ok &&
+           toQt(box.title + " " + box.text).contains(QLatin1String("overwrit"), Qt::CaseInsensitive);
+}
+
 }  // namespace
 
 BoxAnswer QtDialogs::show(const MessageBox& box) {
@@ -87,6 +93,9 @@ BoxAnswer QtDialogs::show(const MessageBox& box) {
     shown.setWindowModality(Qt::ApplicationModal);
     if (box.buttons == BoxButtons::YesNo)
         shown.setEscapeButton(QMessageBox::No);
+    // Which button Enter presses otherwise depends on the desktop's order of buttons.
+    if (asksToOverwrite(box))
+        shown.setDefaultButton(QMessageBox::No);
     switch (shown.exec()) {
         case QMessageBox::Yes:
             return BoxAnswer::Yes;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/step_screen.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QCloseEvent>
+#include <QLineEdit>
 #include <QShortcut>
 
 #include "widgets/window_event_loop.h"
@@ -59,8 +62,21 @@ void ScreenSteps::leave() {
     context_.navigator.unload(screen_);
 }
 
-void ScreenSteps::closeOnEscape() {
-    QObject::connect(new QShortcut(Qt::Key_Escape, &window_), &QShortcut::activated, &window_, &QWidget::close);
+bool ScreenSteps::mayDropTypedText() const {
+    const auto boxes = window_.findChildren<QLineEdit*>();
+    const bool typed = std::any_of(boxes.begin(), boxes.end(), [](const QLineEdit* box) {
+        return box->isModified() && !box->text().isEmpty() && box->isVisible();
+    });
+    return !typed || context_.surroundings.dialogs.ask(
+                         "Leave this screen ?", "What you have typed is not stored. Do you want to leave and drop it?",
+                         BoxStyle::Warning);
+}
+
+void ScreenSteps::closeOnEscape(TypedText typed) {
+    QObject::connect(new QShortcut(Qt::Key_Escape, &window_), &QShortcut::activated, &window_, [this, typed] {
+        if (typed == TypedText::ScreensOwn || mayDropTypedText())
+            window_.close();
+    });
 }
 
 void ScreenSteps::closeOrPutOff(QCloseEvent& event) {

@@ -87,7 +87,13 @@ protected:
     /// A screen that is closed within a step closes behind the last one.
     void closeOrPutOff(QCloseEvent& event);
 
-    void closeOnEscape();
+    /// Who asks whether what stands typed on the screen may be dropped.
+    enum class TypedText {
+        Asked,      ///< Escape itself, when a person has typed into a box since the screen last set its text
+        ScreensOwn  ///< the screen, at every way out
+    };
+    /// Escape closes the screen.
+    void closeOnEscape(TypedText typed = TypedText::Asked);
 
     ScreenContext context_;
 
@@ -100,6 +106,7 @@ private:
             operation();
     }
     void endStep();
+    [[nodiscard]] bool mayDropTypedText() const;
 
     QWidget& window_;
     Screen screen_;

@@ -62,6 +62,7 @@ QPalette paletteOf(const Colours& colours) {
         palette.setColor(QPalette::Disabled, role, colours.quiet);
     palette.setColor(QPalette::Disabled, QPalette::Base, colours.window);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, colours.line);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, colours.text);
     return palette;
 }
 

@@ -49,11 +49,11 @@ std::size_t openFiles() {
 class HeldReader final : public HeadReader {
 public:
     explicit HeldReader(std::latch& mayRead) : mayRead_(mayRead) {}
-    Result<void> readHead(std::string_view nativePath, HeaderBytes& head) override {
+    Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) override {
         mayRead_.wait();
         head.fill(' ');
         std::copy(nativePath.begin(), nativePath.end(), head.begin());
-        return {};
+        return nativePath.size();
     }
 
 private:

@@ -52,6 +52,16 @@ TEST_F(ZipRunTest, ListsOfAllPartitionsLandInOneArchiveAndAreGone) {
     EXPECT_TRUE(alerts.sent.empty());
 }
 
+TEST_F(ZipRunTest, EvidenceGoesUnderKeptWithItsListAndIntoNoArchive) {
+    folder.write("local/1234-Partition 1.sqlite", "evidence");
+    open();
+    expectComplete();
+    lists.zip();
+    EXPECT_THAT(archiveNames(), ElementsAre("1234-Partition 1.csv", "1234-Partition 2.csv"));
+    EXPECT_FALSE(exists("local/1234-Partition 1.sqlite"));
+    EXPECT_EQ(folder.read("local/Kept/2026-11-15 10.20.30/1234-Partition 1.sqlite"), "evidence");
+}
+
 TEST_F(ZipRunTest, TheLogLineNamesTheFilesAndEndsWithoutAnOutcome) {
     open();
     expectComplete();

@@ -61,7 +61,8 @@ public:
     void click(const char* button) const { control<QPushButton>(button).click(); }
     void type(const char* box, const char* text) const { control<QLineEdit>(box).setText(QString::fromUtf8(text)); }
     [[nodiscard]] QString text(const char* box) const { return control<QLineEdit>(box).text(); }
-    [[nodiscard]] QString caption(const char* button) const { return control<QPushButton>(button).text(); }
+    /// Without the mark of its key.
+    [[nodiscard]] QString caption(const char* button) const { return captionOf(control<QPushButton>(button)); }
     [[nodiscard]] Grid& grid() const { return control<Grid>("iGrid1"); }
 
     /// The rows of the grid, cells joined by "|".

@@ -24,7 +24,10 @@ private slots:
     void init();
     void cleanup() { test::closeScreens(screen_); }
     void tabGoesThroughTheControlsInOrder();
-    void enterInPositionAndTermAdds();
+    void enterInPositionAndTermTests();
+    void enterOnAnEmptyBoxDoesNothing();
+    void selectedBytesPutTheirFirstOneIntoPosition();
+    void allOfTheHexViewIsShownAtItsDefaultSize();
     void aRefusedCommaLeavesTheCaretInItsPlace();
     void ofPastedLinesTheFirstCounts();
     void deleteInTheTermsAsksAndDeletes();
@@ -85,14 +88,41 @@ void FrmExtEditorKeysTest::tabGoesThroughTheControlsInOrder() {
     }
 }
 
-void FrmExtEditorKeysTest::enterInPositionAndTermAdds() {
+void FrmExtEditorKeysTest::enterInPositionAndTermTests() {
     openOver(1);
-    screen_->type("Text2", "7");
-    screen_->type("Text3", "NEW");
+    for (const char* box : {"Text3", "Text2"}) {
+        screen_->type("Text2", "7");
+        screen_->type("Text3", "NEW");
+        expectNotFound();
+        QTest::keyClick(&screen_->control<QLineEdit>(box), Qt::Key_Return);
+        QCOMPARE(screen_->rows(), QStringList{QStringLiteral("T1|1|T")});
+    }
+}
+
+void FrmExtEditorKeysTest::enterOnAnEmptyBoxDoesNothing() {
+    openOver(1);
+    screen_->type("Text2", "5");
     QTest::keyClick(&screen_->control<QLineEdit>("Text3"), Qt::Key_Return);
-    QTest::keyClick(&screen_->control<QLineEdit>("Text2"), Qt::Key_Return);
-    QCOMPARE(screen_->rows(),
-             (QStringList{QStringLiteral("T1|1|T"), QStringLiteral("NEW|7|T"), QStringLiteral("NEW|7|T")}));
+    QCOMPARE(screen_->rows(), QStringList{QStringLiteral("T1|1|T")});
+}
+
+void FrmExtEditorKeysTest::selectedBytesPutTheirFirstOneIntoPosition() {
+    openOver(0);
+    auto& bytes = screen_->control<HexView>("Hex1");
+    bytes.setCaret(3);
+    for (int i = 0; i < 4; ++i) QTest::keyClick(&bytes, Qt::Key_Right, Qt::ShiftModifier);
+    QCOMPARE(screen_->text("Text2"), QStringLiteral("4"));
+    bytes.setCaret(9);
+    for (int i = 0; i < 4; ++i) QTest::keyClick(&bytes, Qt::Key_Left, Qt::ShiftModifier);
+    QCOMPARE(screen_->text("Text2"), QStringLiteral("6"));
+}
+
+void FrmExtEditorKeysTest::allOfTheHexViewIsShownAtItsDefaultSize() {
+    for (const int category : {1, 9}) {
+        openOver(2, category);
+        QCOMPARE(screen_->control<HexView>("Hex1").verticalScrollBar()->maximum(), 0);
+        screen_->navigator.unload(Screen::ExtEditor);
+    }
 }
 
 void FrmExtEditorKeysTest::aRefusedCommaLeavesTheCaretInItsPlace() {

@@ -17,6 +17,8 @@ private slots:
     void everyControlHasItsNameAndCaption();
     void addLowersSortsAndSaves();
     void enterInTheEntryAdds();
+    void enterOnTheEmptyEntryAddsNothing();
+    void charactersThatThePageLacksAreToldBesideTheTerm();
     void anEqualTermIsTold();
     void aClickOnARowUpdatesIt();
     void theKeyboardSelectsRowsToo();
@@ -54,6 +56,7 @@ const std::vector<test::FrameCase> kControls = {
      {
          {"Label1", "Term"},
          {"TextBox1", ""},
+         {"pageRemark_", "", false},
          {"Command1", "Add"},
          {"Command3", "Clear"},
      }},
@@ -76,7 +79,7 @@ void FrmSkipListTest::everyControlHasItsNameAndCaption() {
     QCOMPARE(screen_->window().objectName(), QStringLiteral("frmSkipList"));
     QCOMPARE(screen_->window().windowTitle(), QStringLiteral("Skip List"));
     QCOMPARE(test::misfits(screen_->window(), kControls), QStringList());
-    QCOMPARE(screen_->control<QMenu>("mnu").title(), QStringLiteral("File"));
+    QCOMPARE(test::captionOf(screen_->control<QMenu>("mnu")), QStringLiteral("File"));
     QCOMPARE(screen_->control<QAction>("mnuLoad").text(), QStringLiteral("Load"));
     QCOMPARE(screen_->control<QAction>("mnuHelp").text(), QStringLiteral("Help"));
     QCOMPARE(screen_->grid().columnTitle(0), std::string("Term"));
@@ -95,6 +98,22 @@ void FrmSkipListTest::enterInTheEntryAdds() {
     QTest::keyClicks(&screen_->control<QLineEdit>("TextBox1"), QStringLiteral("gamma"));
     QTest::keyClick(&screen_->control<QLineEdit>("TextBox1"), Qt::Key_Return);
     QCOMPARE(screen_->bytesOf(kList), std::string("alpha\r\nbeta\r\ngamma\r\n"));
+}
+
+void FrmSkipListTest::enterOnTheEmptyEntryAddsNothing() {
+    QTest::keyClick(&screen_->control<QLineEdit>("TextBox1"), Qt::Key_Return);
+    QCOMPARE(screen_->bytesOf(kList), std::string("alpha\r\nbeta\r\n"));
+}
+
+void FrmSkipListTest::charactersThatThePageLacksAreToldBesideTheTerm() {
+    auto& remark = screen_->control<QLabel>("pageRemark_");
+    screen_->type("TextBox1", "caf\xC3\xA9");
+    QCOMPARE(remark.text(), QString());
+    screen_->type("TextBox1", "\xD0\xB6*");
+    QCOMPARE(remark.text(), QString::fromUtf8("Stored as \"?\" : \xD0\xB6"));
+    screen_->click("Command1");
+    QCOMPARE(remark.text(), QString());
+    QCOMPARE(screen_->bytesOf(kList), std::string("?*\r\nalpha\r\nbeta\r\n"));
 }
 
 void FrmSkipListTest::anEqualTermIsTold() {

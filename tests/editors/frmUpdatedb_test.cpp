@@ -71,6 +71,7 @@ const std::vector<test::FrameCase> kControls = {
          {"Label3", "(0 = Anywhere)"},
          {"Label1", "Term"},
          {"Text3", ""},
+         {"pageRemark_", "", false},
          {"Label4", "Type"},
          {"Combo1", "Text"},
          {"Command2", "Add"},
@@ -104,7 +105,7 @@ void FrmUpdatedbTest::everyControlHasItsNameAndCaption() {
     const char* const titles[] = {"Term", "Offset", "Type"};
     for (int column = 0; column < 3; ++column)
         QCOMPARE(screen_->grid().columnTitle(column), std::string(titles[column]));
-    QCOMPARE(screen_->control<QMenu>("mnuFle").title(), QStringLiteral("File"));
+    QCOMPARE(test::captionOf(screen_->control<QMenu>("mnuFle")), QStringLiteral("File"));
     QCOMPARE(screen_->control<QAction>("mnuOpen").text(), QStringLiteral("Open"));
     QCOMPARE(screen_->control<QMenu>("mnuEdit").title(), QStringLiteral("Edit"));
     QVERIFY(!screen_->control<QMenu>("mnuEdit").isVisible());

@@ -118,6 +118,22 @@ TEST_F(ReportMessagesEditorTest, AFailureEndsTheSave) {
     EXPECT_FALSE(editor.save());
     EXPECT_FALSE(folders.has(kShared));
     EXPECT_EQ(messages, ReportMessages{});
+    EXPECT_EQ(editor.failure.rfind("Not saved : ", 0), 0U) << editor.failure;
+}
+
+TEST_F(ReportMessagesEditorTest, WithoutTheShareTheMessagesAreThoseOfTheLocalFileAndItIsSaid) {
+    folders.share(true);
+    std::filesystem::remove_all(folders.folder / "share");
+    editor.load();
+    editor.texts[0] = "Fine \xD0\xB6";
+    EXPECT_FALSE(editor.save());
+    EXPECT_EQ(folders.bytesOf(kLocal).substr(0, 8), "Fine ?\r\n");
+    EXPECT_EQ(messages[Grade::Good], u"Fine ?");
+    EXPECT_EQ(messages[Grade::CommonHeader], u"Appears to be of file type : ");
+    EXPECT_EQ(editor.failure.rfind("Saved on this computer, not on the share", 0), 0U) << editor.failure;
+    std::filesystem::create_directories(folders.folder / "share/Settings");
+    EXPECT_TRUE(editor.save());
+    EXPECT_EQ(editor.failure, "");
 }
 
 TEST_F(ReportMessagesEditorTest, AFileThatTheBoxesCouldNotShowIsKept) {

@@ -13,14 +13,16 @@ using Rows = std::vector<std::u16string>;
 // Gives each extension a scripted answer and keeps what it was asked.
 class ScriptedChecker final : public RowChecker {
 public:
-    Result<std::u16string_view> check(const ListRow& row) override {
+    Result<FileVerdict> check(const ListRow& row) override {
         asked.push_back(row.extension());
         if (failures > 0 && row.extension() == u"bad") {
             --failures;
             return failure(error);
         }
         text = u"grade of " + row.extension();
-        return std::u16string_view(text);
+        FileVerdict verdict;
+        verdict.text = text;
+        return verdict;
     }
 
     std::vector<std::u16string> asked;

@@ -23,6 +23,11 @@ struct Form {
     std::u16string list;
 };
 
+struct Pair {
+    std::string name;
+    std::string shown;
+};
+
 // A valid name in a script or with a sign that people use stands in the list as itself.
 TEST(ListText, OrdinaryNamesLookAsAnyoneExpects) {
     const std::array<Form, 8> forms = {{
@@ -137,6 +142,45 @@ TEST(ListText, ReadableShowsWhatAPersonCanRead) {
     EXPECT_EQ(readable(std::string_view("\x7F\xC2\x85")), "\xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(readable(std::u16string_view(u"a>b")), "a,b");
     EXPECT_EQ(readable(std::u16string_view(u"a" + unit(0xDC0A))), "a\xEF\xBF\xBD");
+}
+
+// A name cannot pass itself off as another one, nor move the text beside it.
+TEST(ListText, CharactersThatHideOrTurnTextAreShownAsTheirNumbers) {
+    const std::array<Pair, 10> table = {{
+        {"invoice\xE2\x80\xAE"
+         "fdp.exe",
+         "invoice<U+202E>fdp.exe"},
+        {"a\xE2\x80\xA8"
+         "b",
+         "a<U+2028>b"},
+        {"a\xE2\x80\x8F"
+         "b",
+         "a<U+200F>b"},
+        {"a\xE2\x81\xA6"
+         "b",
+         "a<U+2066>b"},
+        {"a\xE2\x80\x8B.txt", "a<U+200B>.txt"},
+        {"\xEF\xBB\xBF"
+         "a",
+         "<U+FEFF>a"},
+        {"a\xC2\xAD"
+         "b",
+         "a<U+00AD>b"},
+        {"\xD8\x9C", "<U+061C>"},
+        {"\xF3\xA0\x80\xA1", "<U+E0021>"},
+        {"\xE1\x85\x9F", "<U+115F>"},
+    }};
+    for (const auto& [name, shown] : table) {
+        EXPECT_EQ(readable(std::string_view(name)), shown);
+        EXPECT_EQ(readable(toListText(name)), shown);
+    }
+}
+
+TEST(ListText, ScriptsAndPicturesThatNeedAJoinerStayWhole) {
+    for (const char* name : {"\xD9\x85\xDB\x8C\xE2\x80\x8C\xD8\xAE\xD9\x88\xD8\xA7\xD9\x87\xD9\x85",
+                             "\xF0\x9F\x91\xA9\xE2\x80\x8D\xF0\x9F\x94\xAC.jpg", "\xE2\x9D\xA4\xEF\xB8\x8F",
+                             "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D.txt"})
+        EXPECT_EQ(readable(std::string_view(name)), name);
 }
 
 struct Pieces {

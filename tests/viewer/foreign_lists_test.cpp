@@ -41,6 +41,11 @@ TEST_F(ForeignListTest, PathsOfWindowsShowTheirExtensionsAndAreGradedAccessError
         EXPECT_EQ(viewer.state.extensions.entries(), (Texts{u"", u"jpg"}));
         viewer.selectRow(0);
         EXPECT_EQ(viewer.state.status, "jpg = 1");
+        folders.fake.dialogs.expectBox("Source not found",
+                                       "The folder of these files is not there:\r\nC:\\disk.one\r\n\r\nA retest now "
+                                       "grades each of them as an access error. Connect the source first. Do you want "
+                                       "to retest all the same?",
+                                       BoxAnswer::Yes);
         viewer.retest();
         EXPECT_EQ(bytesNow(), form.bytes(rows(u"Access error"))) << form.name;
         EXPECT_EQ(viewer.state.rows.count(), 2) << form.name;

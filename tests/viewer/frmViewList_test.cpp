@@ -119,6 +119,7 @@ const std::vector<test::FrameCase> kControls = {
      {
          {"iGrid1", ""},
          {"Label1", ""},
+         {"commaRemark_", ""},
          {"Label6", "File marked", false},
          {"Label7", "    ", false},
          {"Label8", "Have no extension and can not be edited", false},

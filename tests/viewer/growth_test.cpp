@@ -17,9 +17,11 @@ protected:
     /// the quicker of two rounds.
     double secondsFor(int files) {
         std::u16string rows;
+        std::filesystem::create_directories(folders.folder / "recovered/disk one/folder");
+        const std::u16string folder = (folders.folder / "recovered/disk one/folder/").u16string();
         for (int i = 0; i < files; ++i) {
             const std::string number = std::to_string(i);
-            rows.append(u"/recovered/disk one/folder/")
+            rows.append(folder)
                 .append(number.begin(), number.end())
                 .append(u".qlx,15/11/2026, 600, 16416;Ab9x,File encrypted\r\n");
         }

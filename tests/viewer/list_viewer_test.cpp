@@ -169,6 +169,19 @@ TEST_F(ViewerTest, APathWithACommaIsNeverShown) {
     EXPECT_EQ(paths(), std::vector<std::u16string>{u"/s/c.jpg"});
 }
 
+TEST_F(ViewerTest, RowsWithCommasThatAreNotShownAreCounted) {
+    const std::u16string comma = listRow(u"/s/a>b.jpg", u"Header Corrupt");
+    filterCorrupt(comma + listRow(u"/s/c.jpg", u"Header Corrupt"));
+    EXPECT_EQ(viewer.state.notShown, "1 row with a comma is not shown");
+    std::u16string rows = listRow(u"/s/x>y.jpg", u"Header OK") + u"/s/x>y.jpg,15/11/2026\r\n";
+    for (int i = 0; i < 1052; ++i) rows += comma;
+    filterCorrupt(rows);
+    EXPECT_EQ(viewer.state.notShown, "1,052 rows with commas are not shown") << "those of the category";
+    EXPECT_EQ(viewer.state.matching, "Matching :  0");
+    filterCorrupt(listRow(u"/s/c.jpg", u"Header Corrupt"));
+    EXPECT_EQ(viewer.state.notShown, "");
+}
+
 TEST_F(ViewerTest, AListOfFourColumnsShowsNoRows) {
     filterCorrupt(u"/s/a.jpg,15/11/2026, 600, 32;Ab9x\r\n");
     EXPECT_TRUE(paths().empty());
@@ -294,6 +307,32 @@ TEST_F(ViewerTest, ASkipTermIsAppendedToTheLocalList) {
     folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.", "");
     viewer.addToSkipList();
     EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "*.tmp*\r\n*\xE4*\r\n");
+}
+
+TEST_F(ViewerTest, CharactersThatTheSkipListCannotHoldAreTold) {
+    filterCorrupt(listRow(u"/s/\u0436.jpg", u"Header Corrupt"));
+    viewer.selectRow(0);
+    folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
+                                     "/s/\xD0\xB6.jpg");
+    viewer.addToSkipList();
+    EXPECT_EQ(viewer.state.status, "Stored as \"?\" : \xD0\xB6");
+    EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "/s/?.jpg\r\n");
+}
+
+// The visible escapes of a name fit no file; a "?" fits any character.
+TEST_F(ViewerTest, ANameThatCannotBeReadIsProposedAsATermThatFitsIt) {
+    const std::pair<const char*, const char*> names[] = {{"/s/invoice\xE2\x80\xAE"
+                                                          "fdp.exe",
+                                                          "/s/invoice?fdp.exe"},
+                                                         {"/s/bad\xFF\n.jpg", "/s/bad??.jpg"},
+                                                         {"/s/\xD0\xB6.jpg", "/s/\xD0\xB6.jpg"}};
+    for (const auto& [name, term] : names) {
+        filterCorrupt(listRow(toListText(name), u"Header Corrupt"));
+        viewer.selectRow(0);
+        folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
+                                         "", term);
+        viewer.addToSkipList();
+    }
 }
 
 TEST_F(ViewerTest, WithSharingASkipTermIsAppendedToBothLists) {

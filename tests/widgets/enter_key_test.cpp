@@ -18,6 +18,7 @@ private slots:
     void aButtonThatIsSwitchedOffIsNotPressed();
     void otherControlsKeepTheirEnter();
     void aDialogKeepsItsDefaultButton();
+    void enterInABoxPressesItsButtonUnlessTheBoxIsEmpty();
 };
 
 void EnterKeyTest::enterPressesTheButtonOnce_data() {
@@ -60,6 +61,18 @@ void EnterKeyTest::aDialogKeepsItsDefaultButton() {
     QSignalSpy pressed(button, &QPushButton::clicked);
     dialog.show();
     QTest::keyClick(button, Qt::Key_Return);
+    QCOMPARE(pressed.count(), 1);
+}
+
+void EnterKeyTest::enterInABoxPressesItsButtonUnlessTheBoxIsEmpty() {
+    QLineEdit line;
+    QPushButton button;
+    quillon::enterPresses(line, button);
+    QSignalSpy pressed(&button, &QPushButton::clicked);
+    QTest::keyClick(&line, Qt::Key_Return);
+    QCOMPARE(pressed.count(), 0);
+    line.setText(QStringLiteral("x"));
+    QTest::keyClick(&line, Qt::Key_Return);
     QCOMPARE(pressed.count(), 1);
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/grid.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <QContextMenuEvent>
 #include <QElapsedTimer>
 #include <QHeaderView>
@@ -8,7 +11,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include "widgets/hex_view.h"
 #include "widgets/qt_text.h"
+#include "widgets/theme.h"
 
 using namespace quillon;
 
@@ -46,6 +51,9 @@ private slots:
     void cellsShowMarkUpAsPlainText();
     void aMillionRowsOpenScrollAndSelectAtOnce();
     void aGrowingSourceKeepsSelectionAndPlace();
+    void homeAndEndGoToTheFirstAndTheLastRow();
+    void aSelectedRowCanBeReadWhileTheGridIsOff();
+    void zerosOfAHexViewCanBeRead();
 };
 
 void GridTest::columnsHaveTheToldTitlesAndWidths() {
@@ -157,6 +165,53 @@ void GridTest::aGrowingSourceKeepsSelectionAndPlace() {
     grid.rows().sourceGrew();
     QCOMPARE(grid.rowCount(), 200);
     QCOMPARE(grid.currentRow(), 7);
+}
+
+void GridTest::homeAndEndGoToTheFirstAndTheLastRow() {
+    Grid grid;
+    fill(grid);
+    grid.show();
+    for (const auto modifier : {Qt::NoModifier, Qt::ControlModifier}) {
+        grid.setCurrentRow(1);
+        QTest::keyClick(&grid, Qt::Key_End, modifier);
+        QCOMPARE(grid.currentRow(), 2);
+        QTest::keyClick(&grid, Qt::Key_Home, modifier);
+        QCOMPARE(grid.currentRow(), 0);
+    }
+    grid.setCurrentRow(-1);
+    QTest::keyClick(&grid, Qt::Key_End);
+    QCOMPARE(grid.currentRow(), 2);
+    grid.setRows({});
+    QTest::keyClick(&grid, Qt::Key_Home);
+    QCOMPARE(grid.currentRow(), -1);
+}
+
+// Contrast as the guidelines for accessible pages count it, from 1 to 21.
+double contrast(const QColor& a, const QColor& b) {
+    const auto light = [](const QColor& colour) {
+        const auto part = [](double value) {
+            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF()) + 0.05;
+    };
+    return std::max(light(a), light(b)) / std::min(light(a), light(b));
+}
+
+void GridTest::aSelectedRowCanBeReadWhileTheGridIsOff() {
+    for (const Look look : {Look::Light, Look::Dark}) {
+        applyLook(*qApp, look);
+        const Grid grid;
+        const auto off = [&grid](QPalette::ColorRole role) { return grid.palette().color(QPalette::Disabled, role); };
+        QVERIFY(contrast(off(QPalette::Highlight), off(QPalette::HighlightedText)) >= 4.5);
+    }
+}
+
+void GridTest::zerosOfAHexViewCanBeRead() {
+    for (const Look look : {Look::Light, Look::Dark}) {
+        applyLook(*qApp, look);
+        const HexView bytes;
+        QVERIFY(contrast(bytes.quietInk(), bytes.palette().color(QPalette::Base)) >= 4.5);
+    }
 }
 
 QTEST_MAIN(GridTest)

@@ -35,6 +35,8 @@ private slots:
     void noCharacterIsCutOffAtAnySize();
     void readersSeeTheDumpAndTheCaret();
     void withoutBytesNothingHappens();
+    void allOfASectorIsInViewAtTheSizeItAsksFor();
+    void aSelectionBeginsAtItsFirstByteWhicheverWayItWasMade();
 
 private:
     HexView* view_ = nullptr;
@@ -42,7 +44,7 @@ private:
 
 void HexViewTest::init() {
     view_ = new HexView;
-    view_->resize(view_->sizeHint());
+    view_->resize(view_->sizeHint().width(), view_->sizeHint().height() / 2);
     view_->setBytes(sampleBytes());
     view_->show();
 }
@@ -128,6 +130,25 @@ void HexViewTest::withoutBytesNothingHappens() {
     QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, QPoint(120, 10));
     QCOMPARE(moved.count(), 0);
     QCOMPARE(view_->selection().count, 0);
+}
+
+void HexViewTest::allOfASectorIsInViewAtTheSizeItAsksFor() {
+    view_->resize(view_->sizeHint());
+    QCOMPARE(view_->verticalScrollBar()->maximum(), 0);
+    QVERIFY(view_->viewport()->rect().contains(view_->byteRect(511, HexPane::Text)));
+}
+
+void HexViewTest::aSelectionBeginsAtItsFirstByteWhicheverWayItWasMade() {
+    const auto drag = [this](int from, int to) {
+        QTest::mousePress(view_->viewport(), Qt::LeftButton, {}, view_->byteRect(from, HexPane::Hex).center());
+        QTest::mouseMove(view_->viewport(), view_->byteRect(to, HexPane::Hex).center());
+        QTest::mouseRelease(view_->viewport(), Qt::LeftButton, {}, view_->byteRect(to, HexPane::Hex).center());
+    };
+    drag(4, 9);
+    QCOMPARE(view_->selection().first, 4);
+    drag(9, 4);
+    QCOMPARE(view_->selection().first, 4);
+    QCOMPARE(view_->selection().count, 6);
 }
 
 QTEST_MAIN(HexViewTest)

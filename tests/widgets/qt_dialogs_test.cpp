@@ -41,6 +41,7 @@ private slots:
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
     void theScreensBehindAreBroughtUpToDateFirst();
+    void onEveryQuestionOfOverwritingNoIsTheDefaultButton();
 };
 
 void QtDialogsTest::aBoxHasTitleAndTextToTheLetterAsPlainText() {
@@ -147,6 +148,30 @@ void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
     onDialog<QDialog>(leave);
     dialogs.pickFiles({});
     QCOMPARE(shown, 4);
+}
+
+void QtDialogsTest::onEveryQuestionOfOverwritingNoIsTheDefaultButton() {
+    const std::pair<const char*, const char*> questions[] = {
+        {"Overwrite File List?", "The file (/local/7.csv) already exists. Do you want to overwrite it?"},
+        {"Warning !",
+         "There are aleady files stored on this drive or folder. Any existing files or folders may be overwritten, do "
+         "you still want to copy?"},
+        {"Overwrite file", "You are about to overwrite the existing file (/local/7.csv)"},
+        {"Overwrite file", "Do you want to overwrite the existing SkipList.dat file ?"},
+        {"Overwrite existing skip list",
+         "Importing a skip list will overwrite the existing skip list. Do you want to continue?"},
+        {"Overwrite DB?", "There are files in the local database folders, do you want to replace them?"},
+        {"Overwrite Existing Files?", "There are already files in this folder."},
+        {"Overwrite shared DB?", "A database aready exists in the target folder."},
+    };
+    QtDialogs dialogs;
+    for (const auto& [title, text] : questions) {
+        onDialog<QMessageBox>([](QMessageBox& box) {
+            QCOMPARE(box.defaultButton(), qobject_cast<QPushButton*>(box.button(QMessageBox::No)));
+            QTest::keyClick(&box, Qt::Key_Return);
+        });
+        QCOMPARE(dialogs.show({title, text, BoxStyle::Question, BoxButtons::YesNo}), BoxAnswer::No);
+    }
 }
 
 QTEST_MAIN(QtDialogsTest)

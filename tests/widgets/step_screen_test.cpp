@@ -29,6 +29,7 @@ public:
             state = fromQt(text);
         });
         click(go, [this] { onStep(); });
+        closeOnEscape();
         begin();
     }
     using ScreenSteps::focus;
@@ -63,6 +64,8 @@ private slots:
     void stepsRunWithinSteps();
     void aScreenClosedWithinAStepGoesBehindTheLastOne();
     void focusComesBehindTheState();
+    void escapeAsksBeforeItDropsTypedText();
+    void escapeLeavesWhenNothingIsTyped();
 
 private:
     Probe& open() {
@@ -140,6 +143,31 @@ void StepScreenTest::focusComesBehindTheState() {
     QCOMPARE(screen.heard->text(), QStringLiteral("new"));
     QVERIFY(screen.heard->hasFocus());
     navigator_.unload(Screen::Errors);
+}
+
+void StepScreenTest::escapeAsksBeforeItDropsTypedText() {
+    Probe& screen = open();
+    QVERIFY(QTest::qWaitForWindowActive(&screen));
+    QTest::keyClicks(screen.heard, QStringLiteral("x"));
+    const char* question = "What you have typed is not stored. Do you want to leave and drop it?";
+    fake_.dialogs.expectBox("Leave this screen ?", question, BoxAnswer::No, BoxStyle::Warning, BoxButtons::YesNo);
+    QTest::keyClick(&screen, Qt::Key_Escape);
+    QVERIFY(screen.isVisible());
+    QCOMPARE(screen.heard->text(), QStringLiteral("firstx"));
+    fake_.dialogs.expectBox("Leave this screen ?", question, BoxAnswer::Yes);
+    QTest::keyClick(&screen, Qt::Key_Escape);
+    QVERIFY(navigator_.window(Screen::Errors) == nullptr);
+    QVERIFY(fake_.dialogs.done());
+}
+
+void StepScreenTest::escapeLeavesWhenNothingIsTyped() {
+    Probe& screen = open();
+    QVERIFY(QTest::qWaitForWindowActive(&screen));
+    QTest::keyClicks(screen.heard, QStringLiteral("x"));
+    screen.state = "taken over";
+    screen.showState();  // as behind "Add"
+    QTest::keyClick(&screen, Qt::Key_Escape);
+    QVERIFY(navigator_.window(Screen::Errors) == nullptr);
 }
 
 QTEST_MAIN(StepScreenTest)

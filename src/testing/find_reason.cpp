@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "testing/reason.h"
+#include "testing/find_reason.h"
 
 #include <fmt/format.h>
 #include <fmt/ranges.h>
@@ -25,23 +25,23 @@ std::string hexOf(std::string_view bytes) {
     return out;
 }
 
-std::optional<Reason> filled(std::string_view head) {
+std::optional<FoundReason> filled(std::string_view head) {
     const auto pattern = fillPattern(head);
     if (!pattern)
         return std::nullopt;
     if (*pattern == std::string_view("\0", 1))
-        return Reason{ReasonKind::ZeroFilled, {}};
+        return FoundReason{Reason::ZeroFilled, {}};
     const bool printable = pattern->size() > 1 &&
                            std::all_of(pattern->begin(), pattern->end(), [](char c) { return c >= 0x20 && c < 0x7F; });
-    return Reason{ReasonKind::Fill, printable ? fmt::format("\"{}\"", *pattern) : hexOf(*pattern)};
+    return FoundReason{Reason::Fill, printable ? fmt::format("\"{}\"", *pattern) : hexOf(*pattern)};
 }
 
 // Positions are counted from 1, as terms have them.
-std::optional<Reason> zerosInFront(std::string_view head) {
+std::optional<FoundReason> zerosInFront(std::string_view head) {
     const auto data = head.find_first_not_of('\0');
     if (data == head.npos || data < kLeastLeadingZeros)
         return std::nullopt;
-    return Reason{ReasonKind::LeadingZeros, fmt::format("data from position {}", data + 1)};
+    return FoundReason{Reason::LeadingZeros, fmt::format("data from position {}", data + 1)};
 }
 
 // The place of a term's bytes that is nearest to where they belong.
@@ -56,7 +56,7 @@ std::optional<std::ptrdiff_t> shiftOf(std::string_view folded, std::string_view 
 }
 
 // The longest term that is found wins, as it is found by accident least.
-std::optional<Reason> shifted(std::string_view folded, const std::vector<CompiledTerm>& own) {
+std::optional<FoundReason> shifted(std::string_view folded, const std::vector<CompiledTerm>& own) {
     std::size_t longest = 0;
     std::ptrdiff_t shift = 0;
     for (const auto& term : own) {
@@ -71,20 +71,20 @@ std::optional<Reason> shifted(std::string_view folded, const std::vector<Compile
     }
     if (longest == 0)
         return std::nullopt;
-    return Reason{ReasonKind::Shifted,
-                  fmt::format("its header stands {} bytes too {}", std::abs(shift), shift > 0 ? "late" : "early")};
+    return FoundReason{Reason::Shifted,
+                       fmt::format("its header stands {} bytes too {}", std::abs(shift), shift > 0 ? "late" : "early")};
 }
 
-std::optional<Reason> commonFormat(const HeaderBytes& folded, const CommonList& common) {
+std::optional<FoundReason> commonFormat(const HeaderBytes& folded, const CommonList& common) {
     for (const auto& record : common.records()) {
         if (!record.description || !isTelling(record.term) || record.term.match(folded) != MatchResult::Yes)
             continue;
-        return Reason{ReasonKind::OtherFormat, utf16ToUtf8(*record.description)};
+        return FoundReason{Reason::OtherFormat, utf16ToUtf8(*record.description)};
     }
     return std::nullopt;
 }
 
-std::optional<Reason> knownFormat(const HeaderBytes& folded, const TermIndex& index) {
+std::optional<FoundReason> knownFormat(const HeaderBytes& folded, const TermIndex& index) {
     const auto match = index.find(folded);
     if (match.length == 0)
         return std::nullopt;
@@ -93,14 +93,14 @@ std::optional<Reason> knownFormat(const HeaderBytes& folded, const TermIndex& in
     std::string names = fmt::format("{}", fmt::join(begin, begin + static_cast<std::ptrdiff_t>(told), ", "));
     if (const auto more = match.extensions.size() - told; more > 0)
         names += fmt::format(" and {} more", more);
-    return Reason{ReasonKind::OtherFormat, "as of " + names};
+    return FoundReason{Reason::OtherFormat, "as of " + names};
 }
 
 }  // namespace
 
-Reason reasonOf(std::span<const char> head, const std::vector<CompiledTerm>* own, const CommonList& common,
-                const TermIndex& index) {
-    const std::string_view bytes(head.data(), std::min(head.size(), kHeaderBytes));
+FoundReason findReason(std::string_view head, const std::vector<CompiledTerm>* own, const CommonList& common,
+                       const TermIndex& index) {
+    const std::string_view bytes = head.substr(0, kHeaderBytes);
     if (auto reason = filled(bytes))
         return *reason;
     if (auto reason = zerosInFront(bytes))
@@ -118,8 +118,8 @@ Reason reasonOf(std::span<const char> head, const std::vector<CompiledTerm>* own
     if (auto reason = knownFormat(folded, index))
         return *reason;
     if (const auto encoding = textEncoding(bytes))
-        return {ReasonKind::Text, std::string(*encoding)};
-    return {looksLikeNoise(bytes) ? ReasonKind::Noise : ReasonKind::Structured, {}};
+        return {Reason::Text, std::string(*encoding)};
+    return {looksLikeNoise(bytes) ? Reason::Noise : Reason::Structured, {}};
 }
 
 }  // namespace quillon

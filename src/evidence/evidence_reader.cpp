@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: MIT
+#include "evidence/evidence_reader.h"
+
+#include <algorithm>
+
+#include "evidence/name_text.h"
+#include "evidence/row_columns.h"
+#include "evidence/schema.h"
+
+namespace quillon {
+
+namespace {
+
+// A lock on the file is held for no longer than this many rows take.
+constexpr int kRowsInPage = 1024;
+
+}  // namespace
+
+Result<EvidenceReader> EvidenceReader::open(const NativePath& path) {
+    if (auto checked = checkEvidenceFile(path); !checked)
+        return failure(checked.error());
+    auto database = Database::open(path, Access::Reading);
+    if (!database)
+        return failure(database.error());
+    if (auto checked = checkSchema(*database); !checked)
+        return failure(checked.error());
+    auto blocks = HeadBlocks::prepare(*database);
+    if (!blocks)
+        return failure(blocks.error());
+    EvidenceReader reader(std::move(*database), std::move(*blocks));
+    if (auto prepared = reader.prepareAll(); !prepared)
+        return failure(prepared.error());
+    return reader;
+}
+
+Result<void> EvidenceReader::prepareAll() {
+    const std::string select = kSelectRow;
+    const auto prepareTo = [this](Statement& to, const std::string& sql) -> Result<void> {
+        auto prepared = database_.prepare(sql);
+        if (!prepared)
+            return failure(prepared.error());
+        to = std::move(*prepared);
+        return {};
+    };
+    return prepareTo(job_, "SELECT value FROM job WHERE key = ?")
+        .and_then([&] { return prepareTo(page_, select + "WHERE f.id > ? ORDER BY f.id LIMIT ?"); })
+        .and_then([&] { return prepareTo(byId_, select + "WHERE f.id = ?"); })
+        .and_then([&] { return prepareTo(byPath_, select + "WHERE o.path = ? AND f.name = ? AND f.id > ? LIMIT 1"); });
+}
+
+Result<bool> EvidenceReader::take(Statement& statement, EvidenceRow& row) {
+    const auto found = statement.step();
+    if (!found)
+        return failure(found.error());
+    if (*found)
+        readRow(statement, row);
+    statement.reset();
+    return *found;
+}
+
+Result<std::optional<std::string>> EvidenceReader::jobText(std::string_view key) {
+    const auto found = job_.bind(key).step();
+    if (!found)
+        return failure(found.error());
+    std::optional<std::string> value;
+    if (*found && !job_.isNull(0))
+        value = job_.text(0);
+    job_.reset();
+    return value;
+}
+
+Result<std::optional<std::int64_t>> EvidenceReader::jobNumber(std::string_view key) {
+    const auto found = job_.bind(key).step();
+    if (!found)
+        return failure(found.error());
+    std::optional<std::int64_t> value;
+    if (*found)
+        value = job_.integerOrNone(0);
+    job_.reset();
+    return value;
+}
+
+Result<bool> EvidenceReader::next(EvidenceRow& row) {
+    if (!inPage_)
+        page_.bind(last_, kRowsInPage);
+    auto more = page_.step();
+    if (more && !*more && inPage_)  // the next page
+        more = page_.bind(last_, kRowsInPage).step();
+    if (!more)
+        return failure(more.error());
+    inPage_ = *more;
+    if (!*more)
+        return false;
+    readRow(page_, row);
+    if (row.id <= last_)  // an index that leads in a circle
+        return database_.wrong("it is damaged");
+    last_ = row.id;
+    return true;
+}
+
+void EvidenceReader::continueBehind(std::int64_t id) {
+    page_.reset();
+    inPage_ = false;
+    last_ = id;
+}
+
+Result<bool> EvidenceReader::findId(std::int64_t id, EvidenceRow& row) {
+    byId_.bind(id);
+    return take(byId_, row);
+}
+
+Result<bool> EvidenceReader::findPath(std::string_view path, EvidenceRow& row) {
+    const auto slash = path.rfind('/');
+    const std::string folder = slash == path.npos ? std::string() : nameText(path.substr(0, slash));
+    const std::string name = nameText(path.substr(slash == path.npos ? 0 : slash + 1));
+    // Whoever looks for many files mostly does so in their order: what lies behind the last one comes first.
+    byPath_.bind(folder, name, lastFound_);
+    auto found = take(byPath_, row);
+    if (found && !*found && lastFound_ != 0) {
+        byPath_.bind(folder, name, 0);
+        found = take(byPath_, row);
+    }
+    if (found && *found)
+        lastFound_ = row.id;
+    return found;
+}
+
+// As long as no line was lost or gone, the id is the line.
+Result<bool> EvidenceReader::findLine(std::int64_t line, std::string_view path, EvidenceRow& row) {
+    EvidenceRow found;
+    const auto same = findId(line, found);
+    if (!same)
+        return failure(same.error());
+    if (!*same || found.row != line || found.path() != path)
+        return findPath(path, row);
+    row = std::move(found);
+    return true;
+}
+
+Result<const CheckedBlock*> EvidenceReader::blockFor(std::int64_t id) {
+    const auto known = std::ranges::find(kept_, id, &Kept::id);
+    if (known != kept_.end())
+        return &known->checked;
+    Kept& kept = kept_[nextKept_];
+    nextKept_ = (nextKept_ + 1) % kept_.size();
+    kept.id = -1;
+    if (auto read = blocks_.read(id, kept.checked); !read)
+        return failure(read.error());
+    kept.id = id;
+    return &kept.checked;
+}
+
+// Null: the row has no place in a block, or its digest does not vouch for it.
+Result<const HeadBlock*> EvidenceReader::vouchedBlock(const EvidenceRow& row) {
+    if (!row.head || *row.head < 0)
+        return nullptr;
+    const auto checked = blockFor(blockOf(*row.head));
+    if (!checked)
+        return failure(checked.error());
+    const CheckedBlock& block = **checked;
+    const std::size_t place = placeOf(*row.head);
+    if (block.whole && place < block.rowDigests.size() && block.rowDigests[place] == rowDigest(row))
+        return &block.block;
+    ++damaged_;
+    return nullptr;
+}
+
+Result<const FileHead*> EvidenceReader::head(const EvidenceRow& row) {
+    const auto block = vouchedBlock(row);
+    if (!block)
+        return failure(block.error());
+    if (*block == nullptr || (*block)->leftOut)
+        return nullptr;
+    return &(*block)->places[placeOf(*row.head)].head;
+}
+
+Result<bool> EvidenceReader::isVouchedFor(const EvidenceRow& row) {
+    const auto block = vouchedBlock(row);
+    if (!block)
+        return failure(block.error());
+    return *block != nullptr;
+}
+
+}  // namespace quillon

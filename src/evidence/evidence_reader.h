@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Reads the evidence of a job. A file that somebody else made or changed is refused with a word or gives what it holds
+// within bounds; it never runs anything. Nothing is changed but what another program's death left half done.
+
+#include <array>
+
+#include "evidence/database.h"
+#include "evidence/evidence_row.h"
+#include "evidence/head_blocks.h"
+
+namespace quillon {
+
+class EvidenceReader {
+public:
+    /// NotFound: there is none. PathAccess: it is damaged, foreign or of another version.
+    [[nodiscard]] static Result<EvidenceReader> open(const NativePath& path);
+
+    /// A value of the table `job`; none when it has no such key. Keys: `job_keys.h`.
+    [[nodiscard]] Result<std::optional<std::string>> jobText(std::string_view key);
+    [[nodiscard]] Result<std::optional<std::int64_t>> jobNumber(std::string_view key);
+
+    /// Makes `row` the next one in the order of the ids. False at the end. Between some rows and the next the file is
+    /// free for a writer.
+    [[nodiscard]] Result<bool> next(EvidenceRow& row);
+    /// The next row is the first one behind this id; 0 for the first of all.
+    void continueBehind(std::int64_t id);
+
+    /// Looks for one file, and leaves `row` alone when there is none.
+    [[nodiscard]] Result<bool> findId(std::int64_t id, EvidenceRow& row);
+    /// `path`: bytes, below the source.
+    [[nodiscard]] Result<bool> findPath(std::string_view path, EvidenceRow& row);
+    /// The file of a line of the list (from 1) that has this path; by the path alone where the lines are others.
+    [[nodiscard]] Result<bool> findLine(std::int64_t line, std::string_view path, EvidenceRow& row);
+
+    /// The head of a row that this reader gave; null when none was kept. Null, too, and counted as damaged, when the
+    /// digest of its block disagrees: then the row's path, size, time and grade are not to be relied on either. Good
+    /// until the next call.
+    [[nodiscard]] Result<const FileHead*> head(const EvidenceRow& row);
+    /// True when the digest of the block vouches for the row, whether its head was kept or left out.
+    [[nodiscard]] Result<bool> isVouchedFor(const EvidenceRow& row);
+    /// How many rows a digest did not agree with, of those whose head was asked for.
+    [[nodiscard]] std::int64_t damaged() const { return damaged_; }
+
+    /// For totals that the database finds by itself. `sql` is the program's own; views cannot be used.
+    [[nodiscard]] Result<Statement> prepare(std::string_view sql) { return database_.prepare(sql); }
+
+private:
+    struct Kept {
+        std::int64_t id = -1;
+        CheckedBlock checked;
+    };
+
+    EvidenceReader(Database database, HeadBlocks blocks) : database_(std::move(database)), blocks_(std::move(blocks)) {}
+    [[nodiscard]] Result<void> prepareAll();
+    [[nodiscard]] Result<const CheckedBlock*> blockFor(std::int64_t id);
+    [[nodiscard]] Result<const HeadBlock*> vouchedBlock(const EvidenceRow& row);
+    [[nodiscard]] static Result<bool> take(Statement& statement, EvidenceRow& row);
+
+    Database database_;
+    HeadBlocks blocks_;
+    Statement job_;
+    Statement page_;
+    Statement byId_;
+    Statement byPath_;
+    std::int64_t last_ = 0;  // id of the last row given
+    bool inPage_ = false;
+    std::int64_t lastFound_ = 0;  // id of the last file found by its path
+    std::array<Kept, 4> kept_;    // a row that was read anew has its head in another block than its neighbours
+    std::size_t nextKept_ = 0;
+    std::int64_t damaged_ = 0;
+};
+
+}  // namespace quillon

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Writes the evidence of a running job beside it: what the job hands over goes through a bounded queue to a thread, and
+// the file is that thread's alone. Whatever goes wrong costs the evidence and nothing else.
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "ahead/batches_beside.h"
+#include "evidence/evidence_store.h"
+#include "platform/moment.h"
+
+namespace quillon {
+
+class EvidenceWriter {
+public:
+    /// Changes the file on the thread.
+    using Change = std::function<Result<void>(EvidenceStore&)>;
+    /// Makes or opens the file, on the thread.
+    using Open = std::function<Result<EvidenceStore>()>;
+
+    explicit EvidenceWriter(Open open);
+    /// Waits until all that was handed over is in the file.
+    ~EvidenceWriter();
+    EvidenceWriter(const EvidenceWriter&) = delete;
+    EvidenceWriter& operator=(const EvidenceWriter&) = delete;
+
+    /// PathAccess when there is no thread to be had.
+    [[nodiscard]] Result<void> start() { return batches_.start(); }
+
+    /// Hands a file over, which is added behind the others. `head` null: it was not opened. False: the queue is full,
+    /// and nothing was taken.
+    [[nodiscard]] bool add(const EvidenceRow& row, const FileHead* head);
+    /// Hands a change over; it is made behind the files that were handed over so far. False as above.
+    [[nodiscard]] bool change(Change change);
+    /// True when the queue has room. Waits for it, but not longer than `limit`.
+    [[nodiscard]] bool roomWithin(std::chrono::milliseconds limit) { return batches_.roomWithin(limit); }
+
+    /// Nothing more comes.
+    void close() { batches_.close(); }
+    /// True when all is in the file. Waits for it, but not longer than `limit`.
+    [[nodiscard]] bool endsWithin(std::chrono::milliseconds limit) { return batches_.endsWithin(limit); }
+
+    /// What cost the evidence, if anything did: nothing is written from then on.
+    [[nodiscard]] std::optional<FileError> lost();
+
+private:
+    struct File {
+        EvidenceRow row;
+        FileHead head;
+        bool opened = false;
+    };
+    // Files keep their room when the batch is used again.
+    struct Batch {
+        std::vector<File> files;
+        std::size_t count = 0;
+        std::vector<Change> changes;
+
+        [[nodiscard]] bool empty() const { return count == 0 && changes.empty(); }
+        void clear() {
+            count = 0;
+            changes.clear();
+        }
+    };
+
+    void work(Batch& batch);
+    [[nodiscard]] Result<void> write(Batch& batch);
+
+    const Open open_;
+    // The thread's alone.
+    std::optional<EvidenceStore> store_;
+    Moment begun_;
+    bool pending_ = false;
+    std::size_t pendingFiles_ = 0;
+
+    std::atomic<bool> isLost_ = false;
+    std::mutex mutex_;
+    FileError why_;  // guarded by mutex_
+
+    BatchesBeside<Batch> batches_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: MIT
+#include "evidence/folder_rows.h"
+
+#include <array>
+
+#include <fmt/format.h>
+
+#include "evidence/name_text.h"
+#include "evidence/schema.h"
+
+namespace quillon {
+
+namespace {
+
+// "<column> = <column> + <value of it>" for the counts of each grade, with commas between.
+std::string eachCount(auto piece) {
+    std::string all;
+    for (const auto& row : kGrades.values) all += ", " + piece(countColumn(row.grade));
+    return all;
+}
+
+Result<void> prepareTo(Database& database, Statement& to, const std::string& sql) {
+    auto prepared = database.prepare(sql);
+    if (!prepared)
+        return failure(prepared.error());
+    to = std::move(*prepared);
+    return {};
+}
+
+}  // namespace
+
+// The files of one folder that stand side by side.
+struct FolderRows::Counts {
+    std::int64_t folder = 0;
+    std::int64_t files = 0;
+    std::int64_t bytes = 0;
+    std::array<std::int64_t, kGradeCount> grades{};
+};
+
+Result<FolderRows> FolderRows::prepare(Database& database) {
+    FolderRows rows;
+    const std::string clear = eachCount([](const std::string& column) { return column + " = 0"; });
+    // Its own row takes the place of the numbers that are added.
+    int place = 3;
+    const std::string add =
+        eachCount([&](const std::string& column) { return fmt::format("{0} = {0} + ?{1}", column, ++place); });
+    const std::string rollUp =
+        eachCount([](const std::string& column) { return fmt::format("{0} = folder.{0} + b.{0}", column); });
+    const auto prepare = [&](Statement& to, const std::string& sql) {
+        return [&database, &to, sql] { return prepareTo(database, to, sql); };
+    };
+    auto done =
+        prepareTo(database, rows.find_, "SELECT id FROM folder WHERE path = ?")
+            .and_then(prepare(rows.insert_,
+                              "INSERT INTO folder (parent, name, path, path_bytes) VALUES (?, ?, ?, ?) "
+                              "RETURNING id"))
+            .and_then(prepare(rows.error_, "UPDATE folder SET error = ? WHERE id = ?"))
+            .and_then(prepare(rows.clear_, "UPDATE folder SET files = 0, bytes = 0" + clear))
+            .and_then(prepare(rows.file_, "SELECT folder, size, grade FROM file ORDER BY id"))
+            .and_then(
+                prepare(rows.add_, "UPDATE folder SET files = files + ?2, bytes = bytes + ?3" + add + " WHERE id = ?1"))
+            .and_then(prepare(rows.above_, "SELECT id, parent FROM folder WHERE id < ? ORDER BY id DESC LIMIT 1"))
+            .and_then(prepare(rows.rollUp_,
+                              "UPDATE folder SET files = folder.files + b.files, "
+                              "bytes = folder.bytes + b.bytes" +
+                                  rollUp + " FROM folder b WHERE folder.id = ?1 AND b.id = ?2"));
+    if (!done)
+        return failure(done.error());
+    return rows;
+}
+
+Result<std::int64_t> FolderRows::idOf(std::string_view path) {
+    if (lastId_ != 0 && path == lastPath_)
+        return lastId_;
+    nameText(path, text_);
+    auto found = find_.bind(text_).step();
+    if (!found)
+        return failure(found.error());
+    std::int64_t id = 0;
+    if (*found)
+        id = find_.integer(0);
+    find_.reset();
+    if (id == 0) {
+        const auto made = insert(path, std::string(text_));
+        if (!made)
+            return failure(made.error());
+        id = *made;
+    }
+    lastId_ = id;
+    lastPath_ = path;
+    return id;
+}
+
+// A parent is made before its children, so that its number is smaller.
+Result<std::int64_t> FolderRows::insert(std::string_view path, const std::string& text) {
+    std::optional<std::int64_t> parent;
+    const auto slash = path.rfind('/');
+    const std::string_view name = path.substr(slash == path.npos ? 0 : slash + 1);
+    if (!path.empty()) {
+        const auto above = idOf(path.substr(0, slash == path.npos ? 0 : slash));
+        if (!above)
+            return above;
+        parent = *above;
+    }
+    const std::optional<Blob> bytes = text == path ? std::nullopt : std::optional(Blob{path});
+    const std::string shownName = nameText(name);
+    const auto made = insert_.bind(parent, shownName, text, bytes).step();
+    if (!made)
+        return failure(made.error());
+    const std::int64_t id = insert_.integer(0);
+    // The row stands only when the statement has come to its end.
+    if (auto ended = insert_.run(); !ended)
+        return failure(ended.error());
+    return id;
+}
+
+Result<void> FolderRows::setError(std::string_view path, std::string_view words) {
+    const auto id = idOf(path);
+    if (!id)
+        return failure(id.error());
+    return error_.bind(words, *id).run();
+}
+
+Result<void> FolderRows::countBranches() {
+    return clear_.bind().run().and_then([this] { return countOwnFiles(); }).and_then([this] { return addToParents(); });
+}
+
+// The files of a folder stand side by side unless some of them came in a later run.
+Result<void> FolderRows::countOwnFiles() {
+    Counts counts;
+    const auto write = [&]() -> Result<void> {
+        const auto& g = counts.grades;
+        static_assert(kGradeCount == 10, "each grade is one of the numbers");
+        return add_
+            .bind(counts.folder, counts.files, counts.bytes, g[0], g[1], g[2], g[3], g[4], g[5], g[6], g[7], g[8], g[9])
+            .run();
+    };
+    file_.bind();
+    while (true) {
+        const auto more = file_.step();
+        if (!more)
+            return failure(more.error());
+        const std::int64_t folder = *more ? file_.integer(0) : 0;
+        if (counts.files > 0 && (!*more || folder != counts.folder)) {
+            if (auto written = write(); !written)
+                return written;
+            counts = {};
+        }
+        if (!*more)
+            return {};
+        counts.folder = folder;
+        ++counts.files;
+        counts.bytes += file_.integer(1);
+        const std::int64_t grade = file_.isNull(2) ? kNotTested : file_.integer(2);
+        if (grade >= 0 && grade < static_cast<std::int64_t>(kGradeCount))
+            ++counts.grades[static_cast<std::size_t>(grade)];
+    }
+}
+
+// From the last folder to the first: a branch is counted whole before it is added to the folder above.
+Result<void> FolderRows::addToParents() {
+    for (std::int64_t id = INT64_MAX;;) {
+        const auto more = above_.bind(id).step();
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        id = above_.integer(0);
+        const auto parent = above_.integerOrNone(1);
+        above_.reset();
+        if (!parent || *parent >= id)
+            continue;
+        if (auto added = rollUp_.bind(*parent, id).run(); !added)
+            return added;
+    }
+}
+
+}  // namespace quillon

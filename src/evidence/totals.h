@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Files and bytes for each extension and reason, kept with the rows. For the sources of this folder only.
+
+#include <map>
+
+#include "evidence/database.h"
+#include "evidence/evidence_row.h"
+
+namespace quillon {
+
+class Totals {
+public:
+    [[nodiscard]] static Result<Totals> prepare(Database& database);
+
+    /// A row came.
+    [[nodiscard]] Result<void> add(const EvidenceRow& row) { return count(row, 1); }
+    /// A row went, as it was.
+    [[nodiscard]] Result<void> remove(const EvidenceRow& row) { return count(row, -1); }
+
+    /// Writes what changed since the last call.
+    [[nodiscard]] Result<void> write();
+
+private:
+    struct Sum {
+        std::int64_t files = 0;
+        std::int64_t bytes = 0;
+    };
+    // By number of the grade or reason; a row without a grade counts as not tested.
+    using Sums = std::map<std::int64_t, Sum>;
+    struct OfExtension {
+        Sums grades;
+        Sums reasons;
+    };
+
+    Totals(Statement extensions, Statement reasons)
+        : extensions_(std::move(extensions)), reasons_(std::move(reasons)) {}
+    [[nodiscard]] Result<void> count(const EvidenceRow& row, std::int64_t sign);
+
+    Statement extensions_;
+    Statement reasons_;
+    std::map<std::string, OfExtension, std::less<>> changes_;
+};
+
+}  // namespace quillon

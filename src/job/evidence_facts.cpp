@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "job/evidence_facts.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "app/version.h"
+#include "evidence/job_keys.h"
+#include "evidence/name_text.h"
+#include "platform/host.h"
+#include "platform/volume.h"
+#include "text/list_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+std::int64_t nanoseconds(const FileTime& time) {
+    return time.seconds * 1'000'000'000 + time.nanoseconds;
+}
+
+std::string optionsAsJson(const JobOptions& options) {
+    const nlohmann::ordered_json json = {{"test", options.checkFileQuality},
+                                         {"skip_list", options.useSkipList},
+                                         {"common_headers", options.useCommonHeaders},
+                                         {"copy", options.copy},
+                                         {"heads", options.keepHeads}};
+    return json.dump();
+}
+
+std::string versionText() {
+    const Version version = programVersion();
+    return fmt::format("{}.{}.{}", version.major, version.minor, version.revision);
+}
+
+}  // namespace
+
+Result<void> writeJobBegin(EvidenceStore& store, const JobState& state, const std::string& hostName) {
+    namespace keys = job_keys;
+    const std::string source = state.options.source.value_or(NativePath()).native();
+    const Volume volume = volumeOf(source);
+    const std::pair<const char*, std::string> texts[] = {
+        {keys::kId, state.options.jobId},
+        {keys::kSource, nameText(source)},
+        {keys::kFileSystem, volume.fileSystem},
+        {keys::kVolume, nameText(volume.uuid)},
+        {keys::kEnd, keys::kRunning},
+        {keys::kVersion, versionText()},
+        {keys::kHost, hostName},
+        {keys::kUser, userName()},
+        {keys::kOptions, optionsAsJson(state.options)},
+    };
+    for (const auto& [key, text] : texts) {
+        if (auto written = store.setJob(key, text); !written)
+            return written;
+    }
+    if (nameText(source) != source) {
+        if (auto written = store.setJob(keys::kSourceBytes, Blob{source}); !written)
+            return written;
+    }
+    return store.setJob(keys::kStarted, nanoseconds(fileTimeNow()));
+}
+
+Result<void> writeMessages(EvidenceStore& store, const ReportMessages& messages) {
+    for (const auto& row : kGrades.values) {
+        if (auto written = store.setMessage(row.grade, utf16ToUtf8(messages[row.grade])); !written)
+            return written;
+    }
+    return {};
+}
+
+Result<void> writeJobEnd(EvidenceStore& store, const char* how, const std::string& counters,
+                         const std::string& quality) {
+    return store.setJob(job_keys::kEnd, how)
+        .and_then([&] { return store.setJob(job_keys::kEnded, nanoseconds(fileTimeNow())); })
+        .and_then([&] { return store.setJob(job_keys::kCounters, counters); })
+        .and_then([&] { return store.setJob(job_keys::kQuality, quality); });
+}
+
+Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::int64_t digest) {
+    const auto stamp = fileStamp(list);
+    if (!stamp)
+        return failure(stamp.error());
+    return store.setJob(job_keys::kListBytes, static_cast<std::int64_t>(stamp->size))
+        .and_then([&] { return store.setJob(job_keys::kListModified, nanoseconds(stamp->modified)); })
+        .and_then([&] { return store.setJob(job_keys::kListDigest, digest); });
+}
+
+RowDescriber::RowDescriber(const NativePath& source) : prefix_(source.native()) {
+    if (!prefix_.empty() && prefix_.back() != '/')
+        prefix_.push_back('/');
+}
+
+std::string_view RowDescriber::below(std::string_view path) const {
+    if (path.starts_with(prefix_))
+        path.remove_prefix(prefix_.size());
+    return path;
+}
+
+void RowDescriber::describe(const ListRow& row, EvidenceRow& out) {
+    const std::string_view path = below(row.nativePath());
+    const auto slash = path.rfind('/');
+    out.folder = path.substr(0, slash == path.npos ? 0 : slash);
+    out.name = path.substr(slash == path.npos ? 0 : slash + 1);
+    if (row.extension() != lastExtension_) {
+        lastExtension_ = row.extension();
+        lastExtensionText_ = nameText(foldedName(toNative(lastExtension_)));
+    }
+    out.extension = lastExtensionText_;
+    out.size = static_cast<std::int64_t>(row.size().value_or(0));
+    out.attributes = static_cast<std::int64_t>(row.attributes().value_or(0));
+}
+
+void RowDescriber::judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out) {
+    out.grade = verdict.grade;
+    const bool plain = verdict.grade ? verdict.text == messages[*verdict.grade] : verdict.text.empty();
+    out.result = plain ? std::nullopt : std::optional(utf16ToUtf8(verdict.text));
+    out.unread = verdict.head != nullptr ? static_cast<std::int64_t>(kHeaderBytes) - verdict.head->length : 0;
+    out.reason = verdict.findings.reason;
+    out.detail = verdict.findings.detail;
+    out.doubt = verdict.findings.doubt;
+    out.doubtDetail = verdict.findings.doubtDetail;
+}
+
+}  // namespace quillon

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What the evidence says of a whole job, and how a graded row of a list becomes a row of it.
+
+#include <functional>
+
+#include "app/file_list.h"
+#include "app/surroundings.h"
+#include "evidence/evidence_store.h"
+#include "job/job_state.h"
+#include "testing/header_check.h"
+
+namespace quillon {
+
+/// A job that begins: its ID, source, volume, options, computer and user.
+[[nodiscard]] Result<void> writeJobBegin(EvidenceStore& store, const JobState& state, const std::string& hostName);
+
+/// The messages of the grades.
+[[nodiscard]] Result<void> writeMessages(EvidenceStore& store, const ReportMessages& messages);
+
+/// A job that ends: how, its counters and its quality.
+[[nodiscard]] Result<void> writeJobEnd(EvidenceStore& store, const char* how, const std::string& counters,
+                                       const std::string& quality);
+
+/// Size, time and digest of a list that is whole on the disk.
+[[nodiscard]] Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::int64_t digest);
+
+/// Makes evidence rows of list rows below one source; keeps its room.
+class RowDescriber {
+public:
+    explicit RowDescriber(const NativePath& source);
+
+    /// Path below the source, bytes. One that does not lie there stays whole.
+    [[nodiscard]] std::string_view below(std::string_view path) const;
+
+    /// What the list says of the file: path, extension, size and attributes. All else stays as it is.
+    void describe(const ListRow& row, EvidenceRow& out);
+
+    /// What the test found: grade, result where it is not the message, findings and unread bytes.
+    static void judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out);
+
+private:
+    std::string prefix_;  // the source with one "/" behind
+    std::u16string lastExtension_;
+    std::string lastExtensionText_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "job/job_evidence.h"
+
+#include "app/kept_files.h"
+#include "app/turn_until.h"
+#include "evidence/job_keys.h"
+#include "evidence/rules_digest.h"
+#include "job/counters_json.h"
+#include "platform/folders.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+// A hostile tree may have as many folders that cannot be read as it likes.
+constexpr std::size_t kMostFailures = 10'000;
+
+// A medium may take some seconds for one transaction; a job does not wait longer for its evidence.
+constexpr std::chrono::seconds kLongestWait{5};
+
+}  // namespace
+
+void JobEvidence::begin() {
+    writer_.reset();
+    times_.reset();
+    failures_.clear();
+    digest_ = {};
+    state_.evidenceLoss.clear();
+    on_ = state_.options.keepEvidence;
+    if (!on_)
+        return;
+    describer_.emplace(state_.options.source.value_or(NativePath()));
+}
+
+void JobEvidence::found(std::string_view folder, std::string_view name, const FileTime& modified) {
+    if (!on_)
+        return;
+    if (!times_) {
+        auto made = RowTimes::create(installation_.appFolder());
+        if (!made)
+            return lose(made.error());
+        times_ = std::move(*made);
+    }
+    path_.assign(folder).append(name);
+    if (auto added = times_->add(path_, modified.seconds * 1'000'000'000 + modified.nanoseconds); !added)
+        lose(added.error());
+}
+
+void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
+    if (!on_ || failures_.size() >= kMostFailures)
+        return;
+    path.remove_suffix(path.ends_with('/') ? 1 : 0);
+    failures_.push_back({std::string(path), std::string(words)});
+}
+
+void JobEvidence::listCreated(const NativePath& list) {
+    if (!on_)
+        return;
+    list_ = list;
+    const auto heads = state_.options.keepHeads ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
+    const auto path = evidenceBeside(list);
+    writer_ = std::make_unique<EvidenceWriter>([path, heads]() -> Result<EvidenceStore> {
+        if (pathExists(path))
+            return failure(ErrorKind::PathAccess, readable(path.native()) + ": the old one could not be kept");
+        return EvidenceStore::create(path).and_then([&] { return EvidenceStore::open(path, heads); });
+    });
+    if (auto started = writer_->start(); !started)
+        return lose(started.error());
+    beginWriter();
+}
+
+// On the writer's thread nothing of the job may be looked at: it gets copies.
+void JobEvidence::beginWriter() {
+    JobState facts;
+    facts.options = state_.options;
+    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), host = surroundings_.hostName,
+                        messages = messages_, paths = installation_.paths()](EvidenceStore& store) {
+        return writeJobBegin(store, *facts, host)
+            .and_then([&] { return writeMessages(store, messages); })
+            .and_then([&] {
+                const auto common = fileIn(paths.localSettings, kCommonHeadersFileName);
+                return store.setJob(job_keys::kRules, rulesDigest(paths.localDatabase, common, messages));
+            });
+    };
+    passOver(hand([&] { return writer_->change(begin); }), "the loss was told");
+}
+
+bool JobEvidence::isOn() {
+    if (!on_ || !writer_)
+        return false;
+    if (const auto why = writer_->lost())
+        lose(*why);
+    return on_;
+}
+
+// Gives something to the writer, waiting a little where its queue is full. Behind each row, so that what happens in a
+// turn meets no row half done.
+bool JobEvidence::hand(const std::function<bool()>& give) {
+    if (!isOn())
+        return false;
+    if (give())
+        return true;
+    const Moment latest = momentNow() + kLongestWait;
+    bool room = false;
+    turnUntil(surroundings_.loop, [&](std::chrono::milliseconds pause) {
+        room = writer_->roomWithin(pause);
+        return room || momentNow() >= latest;
+    });
+    if (room && give())
+        return true;
+    lose({ErrorKind::PathAccess, "the disk is too slow for it"});
+    return false;
+}
+
+void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict) {
+    if (!isOn())
+        return;
+    if (line)
+        digest_.add(row);
+    // A line without columns is no file.
+    if (row.columns() < 2)
+        return;
+    row_ = {};
+    row_.row = line;
+    describer_->describe(row, row_);
+    RowDescriber::judge(verdict, messages_, row_);
+    row_.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
+    passOver(hand([&] { return writer_->add(row_, verdict.head); }), "the loss was told");
+}
+
+void JobEvidence::listedOnly(const NativePath& rawList) {
+    if (!isOn())
+        return;
+    auto reader = ListReader::open(rawList);
+    if (!reader)
+        return lose(reader.error());
+    ListRow row;
+    for (std::int64_t line = 1; isOn() && reader->next(row); ++line) {
+        graded(row, line, {});
+        surroundings_.loop.turn();
+    }
+}
+
+void JobEvidence::end(const char* how) {
+    times_.reset();
+    if (!isOn())
+        return;
+    std::vector<FolderFailure> failures;
+    for (const auto& failed : failures_)
+        failures.push_back({std::string(describer_->below(failed.path)), failed.words});
+    const auto finish = [failures, how, list = list_, digest = digest_.value(),
+                         counters = countersAsJson(state_.counters).dump(),
+                         quality = state_.texts.quality](EvidenceStore& store) -> Result<void> {
+        for (const auto& failed : failures) {
+            if (auto set = store.setFolderError(failed.path, failed.words); !set)
+                return set;
+        }
+        return writeJobEnd(store, how, counters, quality)
+            .and_then([&] { return pathExists(list) ? writeListFacts(store, list, digest) : Result<void>(); })
+            .and_then([&] { return store.finish(); });
+    };
+    if (!hand([&] { return writer_->change(finish); }))
+        return;
+    writer_->close();
+    const auto ends = [this](std::chrono::milliseconds pause) { return writer_->endsWithin(pause); };
+    if (!ends(kTurnInterval))
+        turnUntil(surroundings_.loop, ends);
+    if (isOn())
+        writer_.reset();
+}
+
+void JobEvidence::lose(const FileError& why) {
+    on_ = false;
+    writer_.reset();
+    times_.reset();
+    state_.evidenceLoss = why.text;
+    state_.counters.lostEvidence = 1;
+    state_.log.add({surroundings_.clock.now(), "Evidence lost : " + why.text, kLightRed});
+}
+
+}  // namespace quillon

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The evidence of a running job: walk, driver and passes tell what they find, and this does the rest. A job without
+// evidence tells the same, and nothing becomes of it. Nothing that goes wrong here costs more than the evidence: a row
+// of the log tells it.
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "evidence/evidence_writer.h"
+#include "job/evidence_facts.h"
+#include "job/list_digest.h"
+#include "job/row_times.h"
+
+namespace quillon {
+
+class JobEvidence {
+public:
+    /// All must outlive this.
+    JobEvidence(JobState& state, const Surroundings& surroundings, const Installation& installation,
+                const ReportMessages& messages)
+        : state_(state), surroundings_(surroundings), installation_(installation), messages_(messages) {}
+
+    /// A job begins. What is told from here on is kept, as the options say at this moment.
+    void begin();
+
+    /// The walk has written the row of a file: `folder` ends in "/".
+    void found(std::string_view folder, std::string_view name, const FileTime& modified);
+    /// Something is wrong with a folder; `path` ends in "/".
+    void folderFailed(std::string_view path, std::string_view words);
+
+    /// The final list was created: the evidence begins, in the place of an older one.
+    void listCreated(const NativePath& list);
+    /// The final list has, or would have, this row of the raw list with a result behind it. `line`: its line there,
+    /// from 1; none when it was not written.
+    void graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict);
+    /// The final list, which was just created, is a copy of this raw list: nothing was tested.
+    void listedOnly(const NativePath& rawList);
+
+    /// The job ends, `how` as job_keys tells it; waits until the evidence is whole. A job that ends without this leaves
+    /// what it wrote as that of a running one.
+    void end(const char* how);
+
+private:
+    struct FolderFailure {
+        std::string path;
+        std::string words;
+    };
+
+    [[nodiscard]] bool isOn();
+    [[nodiscard]] bool hand(const std::function<bool()>& give);
+    void lose(const FileError& why);
+    void beginWriter();
+
+    JobState& state_;
+    const Surroundings& surroundings_;
+    const Installation& installation_;
+    const ReportMessages& messages_;
+
+    bool on_ = false;
+    NativePath list_;
+    std::optional<RowTimes> times_;
+    std::vector<FolderFailure> failures_;
+    std::optional<RowDescriber> describer_;
+    std::unique_ptr<EvidenceWriter> writer_;
+    ListDigest digest_;
+    EvidenceRow row_;
+    std::string path_;
+};
+
+}  // namespace quillon
