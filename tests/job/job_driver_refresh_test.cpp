@@ -72,7 +72,7 @@ TEST_F(SharedDriverTest, WhatTheRefreshDidIsOneRow) {
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_EQ(logTexts().at(1), "Shared database: 2 compared, 1 fetched, 1 removed, 0 failed");
     state.log.clear();
-    state.options.overwriteConfirmed = true;
+    state.options.confirmedList = folder / "local/1234.csv";
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_EQ(logTexts().at(1), "Starting Folder tests ") << "nothing has changed, and nothing is told";
 }

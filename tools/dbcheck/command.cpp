@@ -122,12 +122,34 @@ Result<void> judgeDoubts(const DbcheckOptions& options, std::ostream& out, Verdi
     const auto samples = readSamples(*options.samples, kIndex);
     if (!samples)
         return failure(samples.error());
-    const auto scores = scoreDoubts(*samples);
+    std::map<std::string, std::string> odd;
+    if (options.odd) {
+        auto read = readOddSamples(*options.odd);
+        if (!read)
+            return failure(read.error());
+        odd = std::move(*read);
+    }
+    const auto scores = scoreDoubts(*samples, odd);
     for (const auto& line : scores.doubted) out << "doubted: " << line << '\n';
     out << doubtTable(scores);
     const double doubted = scores.doubtedPercent();
     out << fmt::format("doubted: {} of the samples whose format is known ({:.2f} %)\n", scores.doubted.size(), doubted);
+    out << fmt::format("odd samples: {}, doubted {}\n", scores.odd, scores.oddDoubted);
     compare("doubted samples", doubted <= options.maxDoubted, doubted, options.maxDoubted, verdict);
+    return {};
+}
+
+Result<void> judgeDatabase(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
+                           Verdict& verdict) {
+    const auto problems = lintDatabase(options.database, database);
+    reportLint(problems, verdict);
+    if (database.terms.size() < options.minExtensions)
+        verdict.wrong(fmt::format("{} term files, at least {} wanted", database.terms.size(), options.minExtensions));
+    if (options.samples) {
+        if (auto judged = judgeBySamples(database, options, out, verdict); !judged)
+            return judged;
+    }
+    out << fmt::format("lint: {} findings in {} term files\n", problems.size(), database.terms.size());
     return {};
 }
 
@@ -148,24 +170,12 @@ int runDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std
         return kDbcheckGood;
     }
     Verdict verdict(err);
-    if (options.doubts && options.samples) {
-        if (auto judged = judgeDoubts(options, out, verdict); !judged) {
-            err << "dbcheck: " << judged.error().text << '\n';
-            return kDbcheckUsage;
-        }
-        return verdict.good() ? kDbcheckGood : kDbcheckBad;
+    if (auto judged =
+            options.doubts ? judgeDoubts(options, out, verdict) : judgeDatabase(*database, options, out, verdict);
+        !judged) {
+        err << "dbcheck: " << judged.error().text << '\n';
+        return kDbcheckUsage;
     }
-    const auto problems = lintDatabase(options.database, *database);
-    reportLint(problems, verdict);
-    if (database->terms.size() < options.minExtensions)
-        verdict.wrong(fmt::format("{} term files, at least {} wanted", database->terms.size(), options.minExtensions));
-    if (options.samples) {
-        if (auto judged = judgeBySamples(*database, options, out, verdict); !judged) {
-            err << "dbcheck: " << judged.error().text << '\n';
-            return kDbcheckUsage;
-        }
-    }
-    out << fmt::format("lint: {} findings in {} term files\n", problems.size(), database->terms.size());
     return verdict.good() ? kDbcheckGood : kDbcheckBad;
 }
 

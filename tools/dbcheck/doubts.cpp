@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include "dbcheck/table_file.h"
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
@@ -33,18 +34,25 @@ double DoubtScores::doubtedPercent() const {
     return percentOf(doubted.size(), known, 0);
 }
 
-DoubtScores scoreDoubts(const std::vector<Sample>& samples, std::size_t cutsEach) {
+DoubtScores scoreDoubts(const std::vector<Sample>& samples, const std::map<std::string, std::string>& odd,
+                        std::size_t cutsEach) {
     DoubtScores scores;
     std::mt19937_64 chance(20);
     for (const auto& sample : samples) {
         ++scores.samples;
         const auto head = headOf(sample);
         const auto name = secondOpinionFormat(head);
+        const auto doubt = secondOpinion(head, sample.trueSize);
+        if (odd.contains(sample.path)) {
+            ++scores.odd;
+            scores.oddDoubted += doubt ? 1U : 0U;
+            continue;
+        }
         if (name.empty())
             continue;
         auto& score = scores.formats[std::string(name)];
         ++score.samples;
-        if (const auto doubt = secondOpinion(head, sample.trueSize)) {
+        if (doubt) {
             ++score.doubted;
             scores.doubted.push_back(
                 fmt::format("{}: {}: {}: {}", sample.path, name, doubtKindName(doubt->kind), doubt->sentence));
@@ -56,6 +64,18 @@ DoubtScores scoreDoubts(const std::vector<Sample>& samples, std::size_t cutsEach
         }
     }
     return scores;
+}
+
+Result<std::map<std::string, std::string>> readOddSamples(const NativePath& file) {
+    const auto table = TableFile::read(file);
+    if (!table)
+        return failure(table.error());
+    if (auto complete = table->require({"path", "reason"}); !complete)
+        return failure(complete.error());
+    std::map<std::string, std::string> odd;
+    for (std::size_t row = 0; row < table->rowCount(); ++row)
+        odd.emplace(table->field(row, "path"), table->field(row, "reason"));
+    return odd;
 }
 
 std::string doubtTable(const DoubtScores& scores) {

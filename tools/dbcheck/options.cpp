@@ -18,7 +18,8 @@ std::vector<std::string> damageNames() {
     return names;
 }
 
-void declare(CLI::App& command, DbcheckOptions& options, std::string& database, std::string& samples) {
+void declare(CLI::App& command, DbcheckOptions& options, std::string& database, std::string& samples,
+             std::string& odd) {
     const auto percent = CLI::Range(0.0, 100.0);
     command.add_option("database", database, "Folder that holds Database and Settings")
         ->required()
@@ -38,6 +39,9 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
         ->needs(damage);
     damage->needs("--samples");
     command.add_flag("--doubts", options.doubts, "Judge the second opinion by the samples, and nothing else");
+    command.add_option("--odd", odd, "Table of samples that are truly cut or odd, for --doubts")
+        ->check(CLI::ExistingFile)
+        ->type_name("FILE");
     command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
         ->check(percent);
     command.add_option("--min-extensions", options.minExtensions, "Fail below this number of term files");
@@ -58,8 +62,9 @@ ParsedDbcheck parseDbcheck(const std::vector<std::string>& arguments, std::ostre
     DbcheckOptions options;
     std::string database;
     std::string samples;
+    std::string odd;
     CLI::App command("Lints a header database and judges it by samples.", "dbcheck");
-    declare(command, options, database, samples);
+    declare(command, options, database, samples, odd);
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
         command.parse(reversed);
@@ -69,9 +74,15 @@ ParsedDbcheck parseDbcheck(const std::vector<std::string>& arguments, std::ostre
         err << "dbcheck: " << wrong.what() << " (usage: dbcheck DATABASE [--samples DIR]; see --help)\n";
         return {std::nullopt, kDbcheckUsage};
     }
+    if (options.doubts && samples.empty()) {
+        err << "dbcheck: --doubts needs --samples\n";
+        return {std::nullopt, kDbcheckUsage};
+    }
     options.database = database;
     if (!samples.empty())
         options.samples = samples;
+    if (!odd.empty())
+        options.odd = odd;
     return {options, 0};
 }
 

@@ -72,13 +72,17 @@ Opinion bitmapOpinion(Bytes head, std::uint64_t size) {
 // "Icons in Win32" (Microsoft): 0 le16 0, 2 le16 1 or 2, 4 le16 count, from 6 on entries of 16 bytes: 8 le32 length,
 // 12 le32 place. The first picture follows the entries.
 Opinion iconOpinion(Bytes head, std::uint64_t size) {
-    const auto count = head.le16(4);
-    if (!within(count, 1, 256) || head.le32(18) != 6 + 16 * *count)
-        return {};
+    constexpr std::uint64_t slack = 128;  // a mask that some writers count and leave out
+    const auto count = head.le16(4).value_or(0);
     std::uint64_t needed = 0;
-    for (std::uint64_t entry = 6; entry < 6 + 16 * *count && head.holds(entry, 16); entry += 16)
+    for (std::uint64_t entry = 6; entry < 6 + 16 * count && head.holds(entry, 16); entry += 16)
         needed = std::max(needed, *plus(head.le32(entry + 8), head.le32(entry + 12)));
-    return needs(needed, size, "The table of icons");
+    return needs(needed, size, "The table of icons", slack);
+}
+
+bool isIcon(Bytes head) {
+    const auto count = head.le16(4);
+    return within(count, 1, 256) && head.le32(18) == 6 + 16 * *count;
 }
 
 // "Apple Icon Image": 0 "icns", 4 be32 length of the file.
@@ -105,12 +109,15 @@ Opinion photoshopOpinion(Bytes head, std::uint64_t size) {
     return needs(plus(end, layerLength, layers.value_or(0), 2), size, "The header");
 }
 
-// "SMPTE ST 268" (DPX): 0 "SDPX" for be32 or "XPDS" for le32, 4 place of the pixels, 16 length of the file, which may
-// be unknown or careless; 768 on the first picture's layout, beyond the head.
+// "SMPTE ST 268" (DPX): 0 "SDPX" for be32 or "XPDS" for le32, 4 place of the pixels, 16 length of the file (FFFFFFFF:
+// unknown).
 Opinion dpxOpinion(Bytes head, std::uint64_t size) {
     const auto order = head.has(0, "SDPX") ? Order::Big : Order::Little;
     const auto place = head.number(4, 4, order);
-    return within(place, 768, 0xFFFFFF) ? needs(plus(place, 1), size, "The header") : Opinion();
+    const auto length = head.number(16, 4, order);
+    if (!within(place, 768, 0xFFFFFF) || !length)
+        return {};
+    return needs(*length == 0xFFFFFFFFU ? plus(place, 1) : length, size, "The header");
 }
 
 // "Rasterfile" (Sun): 0 be32 59A66A95, 12 be32 depth, 16 be32 length of the pixels (0 in the oldest), 20 be32 type
@@ -128,7 +135,7 @@ Opinion enhancedMetafileOpinion(Bytes head, std::uint64_t size) {
 
 // "ICC.1" (International Color Consortium): 0 be32 length of the file, 36 "acsp".
 Opinion colourProfileOpinion(Bytes head, std::uint64_t size) {
-    return needs(head.be32(0), size, "The header");
+    return needs(head.be32(0), size, "The header", 3);
 }
 
 }  // namespace quillon

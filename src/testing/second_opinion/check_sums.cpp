@@ -31,7 +31,6 @@ constexpr Table plainTable(std::uint32_t polynomial) {
 }
 
 constexpr Table kCrc32 = reflectedTable(0xEDB88320U);
-constexpr Table kCrc16 = reflectedTable(0xA001U);
 constexpr Table kOgg = plainTable(0x04C11DB7U);
 
 constexpr std::uint32_t reflected(const Table& table, std::string_view bytes, std::uint32_t sum) {
@@ -47,10 +46,6 @@ constexpr std::uint32_t byteAt(std::string_view bytes, std::size_t at) {
 
 std::uint32_t crc32Of(std::string_view bytes) {
     return ~reflected(kCrc32, bytes, 0xFFFFFFFFU);
-}
-
-std::uint32_t crc16Of(std::string_view bytes) {
-    return reflected(kCrc16, bytes, 0);
 }
 
 std::uint32_t oggSumOf(std::string_view page) {

@@ -11,9 +11,6 @@ namespace quillon {
 /// CRC-32 of ISO 3309, as zip, gzip, PNG and others use it.
 [[nodiscard]] std::uint32_t crc32Of(std::string_view bytes);
 
-/// CRC-16 of the same family (polynomial 0x8005 reflected, begins with 0), as LHA uses it.
-[[nodiscard]] std::uint32_t crc16Of(std::string_view bytes);
-
 /// The check sum of an Ogg page (polynomial 0x04C11DB7, not reflected, begins with 0). The four bytes from 22 on, its
 /// own field, count as zeros.
 [[nodiscard]] std::uint32_t oggSumOf(std::string_view page);

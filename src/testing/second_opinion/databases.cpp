@@ -22,10 +22,10 @@ Opinion sqliteOpinion(Bytes head, std::uint64_t size) {
     return wholeUnits(page, size, "The database");
 }
 
-// "Jet" (J. Metz, mdbtools): 4 "Standard Jet DB", "Standard ACE DB" or "MSISAM Database", 20 le32 version: 0 has pages
+// "Jet" (J. Metz, mdbtools): 4 "Standard Jet DB", "Standard ACE DB" or "MSISAM Database", 20 version: 0 has pages
 // of 2048 bytes, later ones of 4096.
 Opinion accessOpinion(Bytes head, std::uint64_t size) {
-    const auto version = head.le32(20);
+    const auto version = head.u8(20);
     if (!within(version, 0, 16))
         return {};
     return wholeUnits(*version == 0 ? 2048 : 4096, size, "The database");
@@ -34,16 +34,17 @@ Opinion accessOpinion(Bytes head, std::uint64_t size) {
 // "dBASE" table files: 1 to 3 year, month and day, 4 le32 count of records, 8 le16 length of the header, 10 le16 length
 // of a record, 12 le16 0, 32 first field: name of 11 bytes, kind. The end mark (1A) may be missing.
 Opinion dbaseOpinion(Bytes head, std::uint64_t size) {
+    return needs(plus(head.le16(8), times(head.le32(4), head.le16(10))), size, "The header");
+}
+
+bool isDbaseTable(Bytes head) {
     constexpr std::string_view kinds = "CDFLMNGPBTIY@+OVQW0";
+    constexpr auto isName = [](char c) { return c == '_' || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
     const auto kind = head.part(43, 1);
     const auto name = head.part(32, 11);
-    constexpr auto isName = [](char c) { return c == '_' || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
-    const bool plausible = within(head.u8(2), 1, 12) && within(head.u8(3), 1, 31) && head.le16(12) == 0U &&
-                           within(head.le16(8), 65, 0xFFFF) && within(head.le16(10), 2, 0xFFFF) && !kind.empty() &&
-                           kinds.find(kind) != kinds.npos && isName(name.front()) && name.find('\0') != name.npos;
-    if (!plausible)
-        return {};
-    return needs(plus(head.le16(8), times(head.le32(4), head.le16(10))), size, "The header");
+    return within(head.u8(2), 1, 12) && within(head.u8(3), 1, 31) && head.le16(12) == 0U &&
+           within(head.le16(8), 65, 0xFFFF) && within(head.le16(10), 2, 0xFFFF) && !kind.empty() &&
+           kinds.find(kind) != kinds.npos && isName(name.front()) && name.find('\0') != name.npos;
 }
 
 // "Extensible Storage Engine" (J. Metz): 4 le32 89ABCDEF, 236 le32 page length.

@@ -36,10 +36,10 @@ Opinion pdfOpinion(Bytes head, std::uint64_t size) {
     // Only the first object makes a document linearised.
     if (begin == text.npos || object == text.npos || object > begin || text.find("obj", object + 3) < begin)
         return {};
-    const auto dictionary = text.substr(object, text.find(">>", begin) - object);
-    auto length = numberBehind(dictionary, "/L ");
+    const auto end = text.find(">>", begin);
+    const auto dictionary = text.substr(object, end == text.npos ? end : end + 2 - object);
     constexpr std::uint64_t lineEnds = 16;
-    return needs(length, size, "The linearised document", lineEnds);
+    return needs(numberBehind(dictionary, "/L "), size, "The linearised document", lineEnds);
 }
 
 // "Digital Imaging and Communications in Medicine", part 10: 128 "DICM", 132 (0002,0000) "UL", 140 le32 length of the

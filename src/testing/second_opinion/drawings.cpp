@@ -60,12 +60,12 @@ Opinion metafileOpinion(Bytes head, std::uint64_t size) {
     const auto words = head.le32(at + 6);
     if (!within(head.le16(at), 1, 2) || head.le16(at + 2) != 9U || !words)
         return {};
-    return needs(times(words, 2), size, "The header", 22);
+    return needs(times(words, 2), size, "The header", 64);
 }
 
-// "glTF 2.0" (Khronos): 0 "glTF", 4 le32 version, 8 le32 length of the file.
+// "glTF 2.0" (Khronos): 0 "glTF", 4 le32 version 2, 8 le32 length of the file.
 Opinion sceneOpinion(Bytes head, std::uint64_t size) {
-    return within(head.le32(4), 1, 2) ? needs(head.le32(8), size, "The header") : Opinion();
+    return head.le32(4) == 2U ? needs(head.le32(8), size, "The header") : Opinion();
 }
 
 // "3D Studio File Format": 0 le16 4D4D, 2 le32 length of this chunk, the file; 6 le16 kind of the first chunk in it.

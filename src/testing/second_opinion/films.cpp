@@ -60,25 +60,26 @@ Opinion matroskaOpinion(Bytes head, std::uint64_t size) {
 }
 
 // "Advanced Systems Format" (Microsoft): 16 le64 length of the header, from 30 on objects: identifier of 16 bytes, 16
-// le64 length. The file properties have 40 le64 length of the file, 88 le32 flags (1: a broadcast, whose numbers mean
-// nothing).
+// le64 length. Behind the header 50 bytes and the packets. The file properties have 40 le64 length of the file, 56 le64
+// count of packets, 88 le32 flags (1: a broadcast, whose numbers mean nothing), 92 and 96 le32 smallest and largest
+// packet. Tools that change the tags leave the length of the file alone, so the smaller one of the two accounts is
+// sure.
 Opinion asfOpinion(Bytes head, std::uint64_t size) {
     constexpr auto properties = "\xA1\xDC\xAB\x8C\x47\xA9\xCF\x11\x8E\xE4\x00\xC0\x0C\x20\x53\x65"sv;
-    constexpr std::uint64_t dataHeader = 50;
+    const auto header = plus(head.le64(16), 50);
     std::uint64_t at = 30;
-    while (const auto length = head.le64(at + 16)) {
-        if (head.has(at, properties)) {
-            const auto flags = head.le32(at + 88);
-            const auto told = head.le64(at + 40);
-            if (flags && (*flags & 1U) == 0 && told && *told != 0)
-                return needs(told, size, "The file properties");
-            break;
-        }
-        if (*length < 24)
-            break;
+    while (!head.has(at, properties)) {
+        const auto length = head.le64(at + 16);
+        if (!length || *length < 24)
+            return needs(header, size, "The header");
         at = *plus(at, length);
     }
-    return needs(plus(head.le64(16), dataHeader), size, "The header");
+    const auto flags = head.le32(at + 88);
+    const auto told = head.le64(at + 40);
+    const auto packets = plus(header, times(head.le64(at + 56), head.le32(at + 92)));
+    if (!flags || (*flags & 1U) != 0 || !told || *told == 0 || !packets || head.le32(at + 92) != head.le32(at + 96))
+        return needs(header, size, "The header");
+    return needs(std::min(*told, *packets), size, "The file properties");
 }
 
 // "Video File Format" (Adobe): 5 be32 length of the header; then be32 length of the tag before, tag: 0
@@ -102,13 +103,21 @@ Opinion flashVideoOpinion(Bytes head, std::uint64_t size) {
 }
 
 // ISO/IEC 13818-1: packets of 188 bytes that begin with 47.
-Opinion transportStreamOpinion(Bytes head, std::uint64_t size) {
-    return head.has(0, "G") && head.has(376, "G") ? wholeUnits(188, size, "The stream") : Opinion();
+Opinion transportStreamOpinion(Bytes, std::uint64_t size) {
+    return wholeUnits(188, size, "The stream");
+}
+
+bool isTransportStream(Bytes head) {
+    return head.has(0, "G") && head.has(188, "G") && head.has(376, "G");
 }
 
 // "AVCHD", "Blu-ray Disc": each packet behind four bytes of time, 192 together.
-Opinion timedStreamOpinion(Bytes head, std::uint64_t size) {
-    return head.has(196, "G") && head.has(388, "G") ? wholeUnits(192, size, "The stream") : Opinion();
+Opinion timedStreamOpinion(Bytes, std::uint64_t size) {
+    return wholeUnits(192, size, "The stream");
+}
+
+bool isTimedStream(Bytes head) {
+    return head.has(4, "G") && head.has(196, "G") && head.has(388, "G");
 }
 
 // "DVD for Read-Only Disc", part 3: packs of 2048 bytes; the first one of a title navigates: 0 000001BA,

@@ -9,7 +9,7 @@ namespace {
 constexpr std::string_view kTables[] = {"BASE", "CBDT", "CFF ", "CFF2", "COLR", "DSIG", "EBDT", "FFTM", "GDEF", "GPOS",
                                         "GSUB", "HVAR", "LTSH", "MATH", "OS/2", "PCLT", "SVG ", "VDMX", "VORG", "avar",
                                         "bdat", "bhed", "cmap", "cvt ", "feat", "fpgm", "fvar", "gasp", "glyf", "gvar",
-                                        "hdmx", "head", "hhea", "hmtx", "kern", "loca", "maxp", "meta", "morx", "mort",
+                                        "hdmx", "head", "hhea", "hmtx", "kern", "loca", "maxp", "meta", "mort", "morx",
                                         "name", "post", "prep", "sbix", "trak", "vhea", "vmtx"};
 
 bool isTable(std::string_view tag) {
@@ -39,10 +39,21 @@ Opinion fontOpinion(Bytes head, std::uint64_t size) {
     return needs(tablesEnd(head, 0), size, "The table directory");
 }
 
-// The same: 0 "ttcf", 8 be32 count of fonts, 12 on be32 their places. The first font shows its tables.
+bool isFont(Bytes head) {
+    return tablesEnd(head, 0).has_value();
+}
+
+// The same: 0 "ttcf", 8 be32 count of fonts, 12 on be32 their places, of which the first ones may stand in the head.
 Opinion fontCollectionOpinion(Bytes head, std::uint64_t size) {
-    const auto first = head.be32(12);
-    return first ? needs(tablesEnd(head, *first), size, "The table directory of the first font") : Opinion();
+    const auto count = head.be32(8).value_or(0);
+    std::uint64_t end = 0;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const auto place = head.be32(12 + 4 * i);
+        if (!place)
+            break;
+        end = std::max({end, *plus(place, 12), tablesEnd(head, *place).value_or(0)});
+    }
+    return needs(end, size, "The list of fonts and their tables");
 }
 
 // "WOFF File Format 1.0 and 2.0" (W3C): 0 "wOFF" or "wOF2", 8 be32 length of the file, which must be exact.

@@ -143,4 +143,11 @@ namespace quillon {
 [[nodiscard]] Opinion dumpOpinion(Bytes head, std::uint64_t size);
 [[nodiscard]] Opinion notebookOpinion(Bytes head, std::uint64_t size);
 
+// Whether a head with a short signature is one of the format.
+[[nodiscard]] bool isDbaseTable(Bytes head);
+[[nodiscard]] bool isFont(Bytes head);
+[[nodiscard]] bool isIcon(Bytes head);
+[[nodiscard]] bool isTimedStream(Bytes head);
+[[nodiscard]] bool isTransportStream(Bytes head);
+
 }  // namespace quillon

@@ -1,31 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Files of boxes: MP4, QuickTime, HEIF, AVIF, JPEG 2000, JPEG XL, Canon's CR3.
+#include "testing/second_opinion/boxes.h"
 #include "testing/second_opinion/formats.h"
 
 namespace quillon {
 
 namespace {
-
-struct Box {
-    std::string_view kind;
-    std::uint64_t body = 0;  // place of what follows the box's own header
-    Number end;              // nothing: it goes to the end of the file
-};
-
-std::optional<Box> boxAt(Bytes head, std::uint64_t at) {
-    const auto length = head.be32(at);
-    const auto kind = head.part(at + 4, 4);
-    constexpr auto isPrintable = [](char c) { return c >= ' ' && c <= '~'; };
-    if (!length || kind.size() < 4 || !std::ranges::all_of(kind, isPrintable))
-        return std::nullopt;
-    if (*length == 0)
-        return Box{kind, at + 8, std::nullopt};
-    if (*length == 1) {
-        const auto longLength = head.be64(at + 8);
-        return longLength && *longLength >= 16 ? std::optional(Box{kind, at + 16, plus(at, longLength)}) : std::nullopt;
-    }
-    return *length >= 8 ? std::optional(Box{kind, at + 8, plus(at, length)}) : std::nullopt;
-}
 
 // Sizes of the fields of an item's place, out of their nibbles.
 struct ItemFields {
@@ -93,28 +73,23 @@ std::uint64_t metadataNeeds(Bytes head, std::uint64_t at) {
 }
 
 struct Walk {
-    std::uint64_t needed = 0;  // by the boxes and what they tell of
-    std::string_view last;     // the box that needs the most
-    std::uint64_t end = 0;     // of the last visible box
-    bool toTheEnd = false;     // the last visible box goes to the end of the file
+    std::uint64_t items = 0;  // the end of the last item of a still picture
+    std::uint64_t end = 0;    // of the last visible box
+    bool toTheEnd = false;    // the last visible box goes to the end of the file
     bool index = false, media = false, more = false;
 };
 
 Walk walkBoxes(Bytes head) {
     Walk walk;
     while (const auto box = boxAt(head, walk.end)) {
-        walk.index |= box->kind == "moov" || box->kind == "moof" || box->kind == "meta";
+        walk.index |= isMediaIndex(box->kind);
         walk.media |= box->kind == "mdat";
         walk.more |= box->kind != "ftyp" && box->kind != "free" && box->kind != "skip" && box->kind != "wide";
+        if (box->kind == "meta")
+            walk.items = std::max(walk.items, metadataNeeds(head, box->body + 4));
         if (!box->end) {
             walk.toTheEnd = true;
             break;
-        }
-        if (box->kind == "meta")
-            walk.needed = std::max(walk.needed, metadataNeeds(head, box->body + 4));
-        if (*box->end > walk.needed) {
-            walk.needed = *box->end;
-            walk.last = box->kind;
         }
         walk.end = *box->end;
     }
@@ -129,15 +104,16 @@ bool isText(Bytes head) {
 
 }  // namespace
 
-// ISO/IEC 14496-12 and "QuickTime File Format" (Apple): boxes: 0 be32 length (0: to the end of the file; 1: 8 be64), 4
-// kind. "mdat" is the media, "moov" or the first "moof" the index, which may follow it. A still picture has the places
-// of its items in "meta", there "iloc": 0 version, 4 sizes of its fields in nibbles, 6 count, then items with their
-// parts.
+// ISO/IEC 14496-12, boxes: "mdat" is the media, "moov" or the first "moof" the index, which may follow it. A still
+// picture has the places of its items in "meta", there "iloc": 0 version, 4 sizes of its fields in nibbles, 6 count,
+// then items with their parts.
 Opinion isoMediaOpinion(Bytes head, std::uint64_t size) {
     if (isText(head))
         return {};
     const auto walk = walkBoxes(head);
-    if (auto cut = needs(walk.needed, size, walk.last.empty() ? "The place of an item" : "The chain of boxes"))
+    if (auto cut = needs(walk.items, size, "The list of the picture's items"))
+        return cut;
+    if (auto cut = needs(walk.end, size, "The chain of boxes"))
         return cut;
     const bool isSeenToTheEnd = walk.toTheEnd || size - std::min(size, walk.end) < 8;
     if (isSeenToTheEnd && walk.media && !walk.index)

@@ -102,7 +102,7 @@ Opinion zstandardOpinion(Bytes head, std::uint64_t size) {
 }
 
 // POSIX "ustar" and GNU tar: 124 length in 12 octal digits (80: binary), 148 check sum in 8, the sum of all bytes with
-// blanks in its own field; 156 kind, of which links, devices and folders have no content; 257 "ustar".
+// blanks in its own field; 156 kind, of which some have content; 257 "ustar".
 Opinion tarOpinion(Bytes head, std::uint64_t size) {
     const auto sum = digits(head.part(148, 8), 8);
     if (!head.holds(0, kHeaderBytes))
@@ -116,8 +116,11 @@ Opinion tarOpinion(Bytes head, std::uint64_t size) {
     }
     if (sum && *sum != plain && static_cast<std::int64_t>(*sum) != withSigns)
         return inconsistent("The check sum of the first member does not fit its bytes.");
-    const auto kind = *head.u8(156);
-    if (kind >= '1' && kind <= '6')
+    constexpr std::string_view withContent(
+        "\0"
+        "07xgLKS",
+        8);
+    if (withContent.find(head.part(156, 1)) == withContent.npos)
         return {};
     return needs(plus(digits(head.part(124, 12), 8), kHeaderBytes), size, "The first member");
 }

@@ -16,6 +16,7 @@ struct Format {
     std::uint64_t at;  // of the signature
     std::string_view signature;
     Opinion (*judge)(Bytes head, std::uint64_t size);
+    bool (*confirms)(Bytes head) = nullptr;  // asked where the signature alone is too short to tell
 };
 
 // A new format is a line here, its function in formats.h and its file, and its test. The first signature that stands in
@@ -59,8 +60,8 @@ constexpr auto kFormats = std::to_array<Format>({
     {"DSF", 0, "DSD ", dsfOpinion},
     {"Wave64", 0, "riff\x2E\x91\xCF\x11\xA5\xD6\x28\xDB\x04\xC1\x00\x00"sv, wave64Opinion},
     {"bitmap", 0, "BM", bitmapOpinion},
-    {"icon", 0, "\0\0\1\0"sv, iconOpinion},
-    {"icon", 0, "\0\0\2\0"sv, iconOpinion},
+    {"icon", 0, "\0\0\1\0"sv, iconOpinion, isIcon},
+    {"icon", 0, "\0\0\2\0"sv, iconOpinion, isIcon},
     {"Apple icon", 0, "icns", appleIconOpinion},
     {"Photoshop", 0, "8BPS", photoshopOpinion},
     {"DPX", 0, "SDPX", dpxOpinion},
@@ -141,10 +142,10 @@ constexpr auto kFormats = std::to_array<Format>({
     {"BUFR", 0, "BUFR", bufrOpinion},
     {"WAD", 0, "IWAD", gameDataOpinion},
     {"WAD", 0, "PWAD", gameDataOpinion},
-    {"font", 0, "\0\1\0\0"sv, fontOpinion},
-    {"font", 0, "OTTO", fontOpinion},
-    {"font", 0, "true", fontOpinion},
-    {"font", 0, "typ1", fontOpinion},
+    {"font", 0, "\0\1\0\0"sv, fontOpinion, isFont},
+    {"font", 0, "OTTO", fontOpinion, isFont},
+    {"font", 0, "true", fontOpinion, isFont},
+    {"font", 0, "typ1", fontOpinion, isFont},
     {"font collection", 0, "ttcf", fontCollectionOpinion},
     {"web font", 0, "wOFF", webFontOpinion},
     {"web font", 0, "wOF2", webFontOpinion},
@@ -174,15 +175,15 @@ constexpr auto kFormats = std::to_array<Format>({
     {"minidump", 0, "MDMP", dumpOpinion},
     {"OneNote", 0, "\xE4\x52\x5C\x7B\x8C\xD8\xA7\x4D", notebookOpinion},
     {"OneNote", 0, "\xA1\x2F\xFF\x43\xD9\xEF\x76\x4C", notebookOpinion},
-    {"dBASE", 0, "\x03", dbaseOpinion},
-    {"dBASE", 0, "\x30", dbaseOpinion},
-    {"dBASE", 0, "\x31", dbaseOpinion},
-    {"dBASE", 0, "\x43", dbaseOpinion},
-    {"dBASE", 0, "\x83", dbaseOpinion},
-    {"dBASE", 0, "\x8B", dbaseOpinion},
-    {"dBASE", 0, "\xF5", dbaseOpinion},
-    {"transport stream", 188, "G", transportStreamOpinion},
-    {"transport stream", 4, "G", timedStreamOpinion},
+    {"dBASE", 0, "\x03", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\x30", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\x31", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\x43", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\x83", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\x8B", dbaseOpinion, isDbaseTable},
+    {"dBASE", 0, "\xF5", dbaseOpinion, isDbaseTable},
+    {"transport stream", 188, "G", transportStreamOpinion, isTransportStream},
+    {"transport stream", 4, "G", timedStreamOpinion, isTimedStream},
 });
 
 // For each first byte the lines of the table that it can lead to, in their order; those with a signature elsewhere
@@ -219,7 +220,7 @@ const Format* formatOf(Bytes head) {
         return nullptr;
     for (auto i = kIndex.begin[*byte]; i < kIndex.begin[*byte + 1]; ++i) {
         const auto& format = kFormats[kIndex.lines[i]];
-        if (head.has(format.at, format.signature))
+        if (head.has(format.at, format.signature) && (format.confirms == nullptr || format.confirms(head)))
             return &format;
     }
     return nullptr;

@@ -36,7 +36,7 @@ Number notedBytes(Bytes head, std::uint64_t frame) {
 
 Opinion layer3At(Bytes head, std::uint64_t frame, std::uint64_t size) {
     // Encoders do not agree on whether the frame with the note counts.
-    constexpr std::uint64_t slack = 4096;
+    constexpr std::uint64_t slack = 16384;
     const auto noted = notedBytes(head, frame);
     return noted && *noted < 0xFFFFFFFFU ? needs(plus(frame, noted), size, "The note in the first frame", slack)
                                          : Opinion();
@@ -100,7 +100,7 @@ Opinion sunSoundOpinion(Bytes head, std::uint64_t size) {
     const auto length = head.be32(8);
     if (!within(head.be32(4), 24, 0xFFFF) || !length || *length >= 0x7FFFFF00U)
         return {};
-    return needs(plus(head.be32(4), length), size, "The header", 8);
+    return needs(plus(head.be32(4), length), size, "The header", 64);
 }
 
 // "Core Audio Format" (Apple): from 8 on chunks: kind, 4 be64 length (-1: unknown).

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // TIFF and what is built on it: camera raw files, DNG, JPEG XR.
+#include <array>
+
 #include "testing/second_opinion/formats.h"
 
 namespace quillon {
@@ -43,50 +45,78 @@ private:
     bool big_;
 };
 
-struct Pieces {
-    std::optional<Field> places, lengths;
+// The fields of the first directory that tell where its pictures lie, as far as the head goes.
+class PictureFields {
+public:
+    PictureFields(const PictureDirectory& directory, std::uint64_t first, std::uint64_t count) : directory_(directory) {
+        for (std::uint64_t i = 0; i < count; ++i) {
+            const auto entry = first + i * directory.entryBytes();
+            const auto tag = directory.number(entry, 2);
+            if (!tag)
+                break;
+            const auto* const known = std::ranges::find(kTags, *tag);
+            if (known != kTags.end())
+                fields_[static_cast<std::size_t>(known - kTags.begin())] = directory.fieldAt(entry);
+        }
+    }
+
+    [[nodiscard]] std::optional<Field> field(std::uint64_t tag) const {
+        return fields_[static_cast<std::size_t>(std::ranges::find(kTags, tag) - kTags.begin())];
+    }
+    [[nodiscard]] Number value(std::uint64_t tag, std::uint64_t ofNone) const {
+        const auto found = field(tag);
+        return found ? directory_.valueOf(*found, 0) : ofNone;
+    }
+
+private:
+    static constexpr auto kTags =
+        std::to_array<std::uint64_t>({256, 257, 258, 259, 273, 277, 279, 324, 325, 513, 514, 0xBCC0, 0xBCC1});
+
+    const PictureDirectory& directory_;
+    std::array<std::optional<Field>, kTags.size()> fields_;
 };
 
-// The bytes that the pieces of a picture reach: their two lists, and those pieces whose numbers stand in the head.
-std::uint64_t piecesEnd(const PictureDirectory& directory, const Pieces& pieces) {
-    if (!pieces.places || !pieces.lengths || pieces.places->count != pieces.lengths->count)
+// The bytes that the pieces of a picture reach: their two lists, and those pieces whose numbers stand in the head. None
+// is longer than `limit`.
+std::uint64_t piecesEnd(const PictureDirectory& directory, std::optional<Field> places, std::optional<Field> lengths,
+                        std::uint64_t limit = kLargestSize) {
+    if (!places || !lengths || places->count != lengths->count)
         return 0;
     std::uint64_t end = 0;
-    for (const auto& list : {*pieces.places, *pieces.lengths}) {
+    for (const auto& list : {*places, *lengths}) {
         if (list.count > 1)
             end = std::max(end, *plus(list.place, times(list.count, list.width)));
     }
-    for (std::uint64_t i = 0; i < pieces.places->count; ++i) {
-        const auto place = directory.valueOf(*pieces.places, i);
-        const auto length = directory.valueOf(*pieces.lengths, i);
+    for (std::uint64_t i = 0; i < places->count; ++i) {
+        const auto place = directory.valueOf(*places, i);
+        const auto length = directory.valueOf(*lengths, i);
         if (!place || !length)
             break;
         constexpr std::uint64_t unknown = 0xFFFFFFFFU;  // some cameras' own layout
         if (*place < unknown && *length < unknown)
-            end = std::max(end, *plus(place, length));
+            end = std::max(end, *plus(place, std::min(*length, limit)));
     }
     return end;
 }
 
-// Tags: 273 and 279 strips, 324 and 325 tiles, 513 and 514 a JPEG preview, BCC0 and BCC1 a JPEG XR picture.
+// Old writers told too great a length of a single plain strip: its rows tell the true one.
+std::uint64_t stripLimit(const PictureFields& fields) {
+    constexpr std::uint64_t plain = 1;
+    const auto strips = fields.field(273);
+    if (!strips || strips->count != 1 || fields.value(259, plain) != plain)
+        return kLargestSize;
+    const auto rowBits = times(times(fields.value(256, 0), fields.value(258, 1)), fields.value(277, 1));
+    return rowBits ? times(roundedUp(*rowBits, 8) / 8, fields.value(257, 0)).value_or(1) : 1;
+}
+
+// Tags: 273 and 279 strips, 324 and 325 tiles, 513 and 514 a JPEG preview, BCC0 and BCC1 a JPEG XR picture; of a plain
+// picture 256 and 257 width and height, 258 bits of each of 277 samples, 259 compression.
 std::uint64_t contentEnd(const PictureDirectory& directory, std::uint64_t first, std::uint64_t count) {
-    Pieces strips, tiles, preview, picture;
-    for (std::uint64_t i = 0; i < count; ++i) {
-        const auto entry = first + i * directory.entryBytes();
-        const auto tag = directory.number(entry, 2);
-        if (!tag)
-            break;
-        for (const auto& [pieces, places, lengths] :
-             {std::tuple(&strips, 273U, 279U), std::tuple(&tiles, 324U, 325U), std::tuple(&preview, 513U, 514U),
-              std::tuple(&picture, 0xBCC0U, 0xBCC1U)}) {
-            if (*tag == places)
-                pieces->places = directory.fieldAt(entry);
-            if (*tag == lengths)
-                pieces->lengths = directory.fieldAt(entry);
-        }
-    }
-    return std::max({piecesEnd(directory, strips), piecesEnd(directory, tiles), piecesEnd(directory, preview),
-                     piecesEnd(directory, picture)});
+    const PictureFields fields(directory, first, count);
+    return std::max({piecesEnd(directory, fields.field(273), fields.field(279), stripLimit(fields)),
+                     piecesEnd(directory, fields.field(324), fields.field(325)),
+                     piecesEnd(directory, fields.field(513), fields.field(514)),
+                     piecesEnd(directory, fields.field(0xBCC0), fields.field(0xBCC1))});
 }
 
 }  // namespace

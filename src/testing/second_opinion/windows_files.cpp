@@ -74,7 +74,7 @@ Opinion helpOpinion(Bytes head, std::uint64_t size) {
     const auto section = head.le64(56);
     if (!within(head.le32(4), 2, 4) || !within(section, 64, kHeaderBytes))
         return {};
-    return needs(head.le64(*section + 8), size, "The header");
+    return needs(head.le64(*section + 8), size, "The header", 64);
 }
 
 // "MINIDUMP_HEADER" (Microsoft): 8 le32 count and 12 le32 place of streams of 12 bytes: 4 le32 length, 8 le32 place.
@@ -94,9 +94,11 @@ Opinion dumpOpinion(Bytes head, std::uint64_t size) {
     return needs(end, size, "The table of streams");
 }
 
-// "OneNote Revision Store File Format" (MS-ONESTORE): 196 le64 length of the file.
+// "OneNote Revision Store File Format" (MS-ONESTORE): 48 identifier of the format, 196 le64 length of the file.
+// Notebooks that come from a server are packed in another way.
 Opinion notebookOpinion(Bytes head, std::uint64_t size) {
-    return needs(head.le64(196), size, "The header");
+    constexpr auto store = "\x3F\xDD\x9A\x10\x1B\x91\xF5\x49"sv;
+    return head.has(48, store) ? needs(head.le64(196), size, "The header") : Opinion();
 }
 
 }  // namespace quillon
