@@ -23,3 +23,11 @@ if(QUILLON_WERROR)
     # Off by default, so that a newer compiler with new warnings never breaks a user's build.
     target_compile_options(quillon_flags INTERFACE -Werror)
 endif()
+
+# What users run is hardened: it reads damaged disks and hostile archives and datagrams.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    set(kind "$<TARGET_PROPERTY:TYPE>")
+    target_compile_options(quillon_flags INTERFACE -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2
+        "$<$<IN_LIST:${kind},EXECUTABLE;STATIC_LIBRARY>:-fPIE>")
+    target_link_options(quillon_flags INTERFACE -Wl,-z,relro,-z,now "$<$<STREQUAL:${kind},EXECUTABLE>:-pie>")
+endif()

@@ -3,12 +3,27 @@
 #   .tar.gz  the application folder, to be copied to a workstation and run
 #   .deb     the same as /opt/quillon, with desktop entry, icon, manual pages, completion and the commands on the path
 # Each is one component, since the same files stand at different places. data/package/cpack.cmake chooses between them.
+# Without the window the package is another one: what it is called is what it holds.
 set(package_folder "${PROJECT_BINARY_DIR}/package")
+if(QUILLON_GUI)
+    set(package_name quillon)
+    set(other_package quillon-commands)
+    set(package_summary "grader for the files of a recovered disk")
+    set(package_holds "The package holds the workstation program, the command quillon-job for scripts
+and servers, and quillon-messenger, which receives the alerts of finished jobs.")
+else()
+    set(package_name quillon-commands)
+    set(other_package quillon)
+    set(package_summary "grader for the files of a recovered disk, without a window")
+    set(package_holds "The package holds the command quillon-job for scripts and servers, and
+quillon-messenger, which receives the alerts of finished jobs. The workstation
+program with its window is in the package quillon, which holds these two as well.")
+endif()
 file(MAKE_DIRECTORY "${package_folder}")
 
 # quillon_install_application(<component> <folder>): what an application folder holds before its first run.
 function(quillon_install_application component folder)
-    set(programs quillon-job quillon-messenger)
+    set(programs quillon-job quillon-list quillon-messenger)
     if(TARGET quillon)
         list(APPEND programs quillon)
     endif()
@@ -33,13 +48,18 @@ if(NOT release_day OR NOT release_date)
     message(FATAL_ERROR "CHANGELOG.md has no line \"## ${PROJECT_VERSION} - YYYY-MM-DD\"")
 endif()
 
-set(manual_pages docs/man/quillon.1 docs/man/quillon-job.1 docs/man/quillon-messenger.1)
-set(completions data/completion/quillon-job data/completion/quillon-messenger)
+set(manual_pages docs/man/quillon-job.1 docs/man/quillon-list.1 docs/man/quillon-messenger.1)
+if(QUILLON_GUI)
+    list(APPEND manual_pages docs/man/quillon.1)
+endif()
+set(completions data/completion/quillon-job data/completion/quillon-list data/completion/quillon-messenger)
+set(zsh_completions data/completion/_quillon-job data/completion/_quillon-messenger)
+set(fish_completions data/completion/quillon-job.fish data/completion/quillon-messenger.fish)
 
 quillon_install_application(archive .)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION . COMPONENT archive)
 install(FILES ${manual_pages} DESTINATION man/man1 COMPONENT archive)
-install(FILES ${completions} DESTINATION completion COMPONENT archive)
+install(FILES ${completions} ${zsh_completions} ${fish_completions} DESTINATION completion COMPONENT archive)
 install(FILES data/avahi/quillon-messenger.service DESTINATION avahi COMPONENT archive)
 install(FILES data/systemd/quillon-messenger.service DESTINATION systemd COMPONENT archive)
 
@@ -53,12 +73,16 @@ zipped(zipped_changelog "${package_folder}/changelog" changelog)
 zipped(zipped_changes "${PROJECT_SOURCE_DIR}/CHANGELOG.md" CHANGELOG.md)
 add_custom_target(package_documents ALL DEPENDS ${zipped_pages} ${zipped_changelog} ${zipped_changes})
 install(FILES ${zipped_pages} DESTINATION usr/share/man/man1 COMPONENT debian)
-install(FILES ${zipped_changelog} ${zipped_changes} data/package/copyright DESTINATION usr/share/doc/quillon COMPONENT debian)
-install(FILES data/avahi/quillon-messenger.service DESTINATION usr/share/doc/quillon/examples/avahi COMPONENT debian)
+install(FILES ${zipped_changelog} ${zipped_changes} data/package/copyright DESTINATION usr/share/doc/${package_name} COMPONENT debian)
+install(FILES data/avahi/quillon-messenger.service DESTINATION usr/share/doc/${package_name}/examples/avahi COMPONENT debian)
 install(FILES data/systemd/quillon-messenger.service DESTINATION usr/lib/systemd/user COMPONENT debian)
 install(FILES ${completions} DESTINATION usr/share/bash-completion/completions COMPONENT debian)
-install(FILES data/package/lintian-overrides DESTINATION usr/share/lintian/overrides RENAME quillon COMPONENT debian)
-set(commands quillon-job quillon-messenger)
+install(FILES ${zsh_completions} DESTINATION usr/share/zsh/vendor-completions COMPONENT debian)
+install(FILES ${fish_completions} DESTINATION usr/share/fish/vendor_completions.d COMPONENT debian)
+configure_file(data/package/lintian-overrides.in "${package_folder}/lintian-overrides" @ONLY)
+install(FILES "${package_folder}/lintian-overrides" DESTINATION usr/share/lintian/overrides RENAME ${package_name}
+    COMPONENT debian)
+set(commands quillon-job quillon-list quillon-messenger)
 if(TARGET quillon)
     list(APPEND commands quillon)
     install(FILES data/package/quillon.desktop DESTINATION usr/share/applications COMPONENT debian)
@@ -69,11 +93,11 @@ foreach(command IN LISTS commands)
     install(FILES "${package_folder}/${command}" DESTINATION usr/bin COMPONENT debian)
 endforeach()
 
-set(CPACK_PACKAGE_NAME quillon)
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "grader for the files of a recovered disk")
+set(CPACK_PACKAGE_NAME ${package_name})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${package_summary}")
 set(CPACK_PACKAGE_VENDOR "The Quillon developers")
 set(CPACK_PACKAGE_CONTACT "The Quillon developers <developers@quillon.example>")
-set(CPACK_PACKAGE_FILE_NAME "quillon-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
+set(CPACK_PACKAGE_FILE_NAME "${package_name}-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR}")
 set(CPACK_GENERATOR TGZ DEB)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ
@@ -82,17 +106,22 @@ set(CPACK_PROJECT_CONFIG_FILE "${PROJECT_SOURCE_DIR}/data/package/cpack.cmake")
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
 set(CPACK_ARCHIVE_ARCHIVE_FILE_NAME "${CPACK_PACKAGE_FILE_NAME}")
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_DEBIAN_DEBIAN_PACKAGE_NAME quillon)
+set(CPACK_DEBIAN_DEBIAN_PACKAGE_NAME ${package_name})
+# Both hold the commands.
+set(CPACK_DEBIAN_PACKAGE_CONFLICTS ${other_package})
+set(CPACK_DEBIAN_PACKAGE_REPLACES ${other_package})
 set(CPACK_DEBIAN_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.quillon.example")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "avahi-daemon, libnotify-bin")
+if(QUILLON_GUI)
+    string(APPEND CPACK_DEBIAN_PACKAGE_SUGGESTS ", qt6-gtk-platformtheme")
+endif()
 set(CPACK_COMPONENT_DEBIAN_DESCRIPTION "Quillon tests every file below a folder against a database of header terms,
 grades it (good, corrupt, unknown, too small and more), writes a file list and
 tells the quality of the recovery.
 
-The package holds the workstation program, the command quillon-job for scripts
-and servers, and quillon-messenger, which receives the alerts of finished jobs.")
+${package_holds}")
 include(CPack)

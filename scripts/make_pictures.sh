@@ -1,7 +1,7 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Makes pictures of all screens, light and dark, on a display of its own (Xvfb), in build/pictures. Those that the help and the
-# README show are put into docs/help/images, and the main window at both sizes in both looks.
+# README show are put into docs/help/images.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
@@ -26,8 +26,7 @@ for look in light dark; do
 done
 
 # Those that a page shows: a name without a look is the light picture of its screen.
-for shown in $(grep -oh 'images/[a-z0-9-]*\.png' README.md docs/help/*.html | sort -u) images/main-dark.png images/main-large-light.png \
-    images/main-large-dark.png; do
+for shown in $(grep -oh 'images/[a-z0-9-]*\.png' README.md docs/help/*.html | sort -u); do
     name=$(basename "$shown" .png)
     [ -e "$pictures/$name.png" ] || name=$name-light
     cp "$pictures/$name.png" "docs/help/$shown"

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "ahead/ahead_threads.h"
 
+#include <new>
 #include <system_error>
+#include <utility>
 
 #include "platform/folders.h"
 
@@ -67,7 +69,7 @@ bool AheadThreads::takeBack(AheadTask& first) {
 }
 
 void AheadThreads::work() {
-    const Work work = makeWork_();
+    Work work;
     std::unique_lock lock(mutex_);
     while (true) {
         while (waiting_.empty() && !ending_) {
@@ -79,26 +81,49 @@ void AheadThreads::work() {
         AheadTask& task = *waiting_.front();
         waiting_.pop_front();
         lock.unlock();
-        work(task);
+        const bool did = didWork(work, task);
         lock.lock();
+        outOfMemory_ = outOfMemory_ || !did;
         task.done_ = true;
         done_.notify_one();
     }
 }
 
+// False when the memory did not suffice. That is the owner's to hear: here it would end the process.
+bool AheadThreads::didWork(Work& work, AheadTask& task) {
+    try {
+        if (!work)
+            work = makeWork_();
+        work(task);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+// Said once: who has heard it gives up and has to be able to wait for what else runs.
+void AheadThreads::throwIfOutOfMemory() {
+    if (std::exchange(outOfMemory_, false))
+        throw std::bad_alloc();
+}
+
 bool AheadThreads::isDone(const AheadTask& task) {
     const std::lock_guard lock(mutex_);
+    throwIfOutOfMemory();
     return task.done_;
 }
 
 bool AheadThreads::isDoneWithin(const AheadTask& task, std::chrono::microseconds limit) {
     std::unique_lock lock(mutex_);
-    return done_.wait_for(lock, limit, [&task] { return task.done_; });
+    const bool done = done_.wait_for(lock, limit, [&task] { return task.done_; });
+    throwIfOutOfMemory();
+    return done;
 }
 
 void AheadThreads::waitFor(const AheadTask& task) {
     std::unique_lock lock(mutex_);
     done_.wait(lock, [&task] { return task.done_; });
+    throwIfOutOfMemory();
 }
 
 void AheadThreads::end() {

@@ -47,6 +47,7 @@ public:
     /// The same for this task, the first of those left.
     [[nodiscard]] bool takeBack(AheadTask& first);
 
+    /// These three throw std::bad_alloc when a thread was out of memory at a task.
     [[nodiscard]] bool isDone(const AheadTask& task);
     /// True when a task left is done. Waits for it, but not longer than `limit`.
     [[nodiscard]] bool isDoneWithin(const AheadTask& task, std::chrono::microseconds limit);
@@ -59,6 +60,8 @@ private:
     template <typename Put>
     void leaveBy(AheadTask& task, Put put);
     void work();
+    [[nodiscard]] bool didWork(Work& work, AheadTask& task);
+    void throwIfOutOfMemory();
 
     std::size_t most_;
     MakeWork makeWork_;
@@ -70,6 +73,7 @@ private:
     std::deque<AheadTask*> waiting_;  // guarded by mutex_, as are the next
     std::size_t idle_ = 0;            // threads that wait for a task and were not woken for one
     bool ending_ = false;
+    bool outOfMemory_ = false;
 };
 
 }  // namespace quillon

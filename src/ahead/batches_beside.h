@@ -24,7 +24,8 @@ namespace quillon {
 template <typename Batch>
 class BatchesBeside {
 public:
-    /// Called on the thread for each batch in its order, and with an empty one when nothing came for the pause.
+    /// Called on the thread for each batch in its order, with an empty one when nothing came for the pause, and with an
+    /// empty one at the end.
     using Work = std::function<void(Batch&)>;
 
     BatchesBeside(std::size_t most, std::chrono::milliseconds pause, Work work)
@@ -81,12 +82,6 @@ public:
         return changed_.wait_for(lock, limit, [this] { return ended_; });
     }
 
-    /// For the work itself: true when nothing more will come behind this batch.
-    [[nodiscard]] bool isEnding() {
-        const std::lock_guard lock(mutex_);
-        return closed_ && waiting_.empty() && filling_.empty();
-    }
-
 private:
     void run() {
         std::unique_lock lock(mutex_);
@@ -100,6 +95,10 @@ private:
             spare_.push_back(std::move(batch));
             changed_.notify_all();
         } while (!closed_ || !waiting_.empty() || !filling_.empty());
+        lock.unlock();
+        Batch last;
+        work_(last);
+        lock.lock();
         ended_ = true;
         changed_.notify_all();
     }

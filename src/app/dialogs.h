@@ -18,6 +18,9 @@ enum class BoxStyle { Plain, Warning, Question, Information, Critical };
 enum class BoxButtons { Ok, YesNo, YesNoCancel };
 enum class BoxAnswer { Ok, Yes, No, Cancel };
 
+/// What a Yes gives up. A command is told so by an option of its own, and asks nobody.
+enum class BoxLoss { Nothing, PartialList };
+
 /// A box without a title of its own shows the program's name.
 inline constexpr const char* kProgramTitle = "Quillon";
 
@@ -26,6 +29,11 @@ struct MessageBox {
     std::string text;
     BoxStyle style = BoxStyle::Plain;
     BoxButtons buttons = BoxButtons::Ok;
+    /// A Yes to this one goes on without something that the person counts on: a Yes given ahead to whatever may be
+    /// asked is no answer to it.
+    bool needsOwnAnswer = false;
+    std::string details = {};  ///< more for who asks for it, by a button of the box; empty for no such button
+    BoxLoss loss = BoxLoss::Nothing;
 };
 
 struct FilePick {

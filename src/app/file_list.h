@@ -68,6 +68,8 @@ public:
     /// rows before and after it stay readable; as long as that fails, no further row is written.
     [[nodiscard]] Result<void> write(const ListRow& row);
 
+    [[nodiscard]] NativePath path() const { return file_.path(); }
+
     /// Brings the rows to the medium.
     [[nodiscard]] Result<void> sync() { return file_.sync(); }
     [[nodiscard]] Result<void> close() { return file_.close(); }

@@ -59,13 +59,19 @@ NativePath journalOf(const NativePath& evidence) {
     return journal += "-journal";
 }
 
-Result<NativePath> KeptFiles::placeFor(const NativePath& file) const {
+std::string KeptFiles::momentFolder() {
+    if (by_ == KeptBy::File || moment_.empty()) {
+        const LocalTime now = clock_.now();
+        moment_ = fmt::format("{:04}-{:02}-{:02} {:02}.{:02}.{:02}", now.year, now.month, now.day, now.hour, now.minute,
+                              now.second);
+    }
+    return moment_;
+}
+
+Result<NativePath> KeptFiles::placeFor(const NativePath& file) {
     const NativePath& local = installation_.paths().localPath;
     const NativePath root = local.empty() ? file.parent_path() : local;
-    const LocalTime now = clock_.now();
-    const std::string moment = fmt::format("{:04}-{:02}-{:02} {:02}.{:02}.{:02}", now.year, now.month, now.day,
-                                           now.hour, now.minute, now.second);
-    const NativePath wanted = root / "Kept" / moment / relativePlace(file, root);
+    const NativePath wanted = root / "Kept" / momentFolder() / relativePlace(file, root);
     createFolderChain(wanted);
     if (!isFolder(wanted.parent_path()))
         return failure(ErrorKind::PathAccess, readable(wanted.parent_path().native()) + " cannot be created");

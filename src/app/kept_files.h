@@ -6,6 +6,7 @@
 // program never empties that folder.
 
 #include <optional>
+#include <string>
 
 #include "app/installation.h"
 #include "platform/dates.h"
@@ -17,10 +18,15 @@ namespace quillon {
 /// Where SQLite keeps what is to be undone in it.
 [[nodiscard]] NativePath journalOf(const NativePath& evidence);
 
+/// Whether each file goes into the folder of its own moment, or all of them into the folder of the first: what one
+/// step takes away is put back as one.
+enum class KeptBy { File, Rescue };
+
 class KeptFiles {
 public:
-    /// Both must outlive this.
-    KeptFiles(const Installation& installation, const Clock& clock) : installation_(installation), clock_(clock) {}
+    /// Both references must outlive this.
+    KeptFiles(const Installation& installation, const Clock& clock, KeptBy by = KeptBy::File)
+        : installation_(installation), clock_(clock), by_(by) {}
 
     /// Moves a file under Kept, byte for byte. A file of the local root keeps its place below it
     /// (`Database/jpg.dat`); any other goes by its name. Without a local root the file's own folder takes its place. On
@@ -35,10 +41,13 @@ public:
     [[nodiscard]] Result<std::optional<NativePath>> copyAway(const NativePath& file);
 
 private:
-    [[nodiscard]] Result<NativePath> placeFor(const NativePath& file) const;
+    [[nodiscard]] Result<NativePath> placeFor(const NativePath& file);
+    [[nodiscard]] std::string momentFolder();
 
     const Installation& installation_;
     const Clock& clock_;
+    KeptBy by_;
+    std::string moment_;  // of the first file
 };
 
 }  // namespace quillon

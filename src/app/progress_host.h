@@ -14,6 +14,8 @@ public:
     virtual void progressValue(std::int64_t value) = 0;
     /// The line under the log: UTF-8, a path already in readable form.
     virtual void currentFile(const std::string& text) = 0;
+    /// True when the rest of the pass is not wanted any more.
+    [[nodiscard]] virtual bool cancelled() const { return false; }
 };
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 
 // Carries the progress of work on another thread to the screen's own.
 
+#include <atomic>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -29,6 +30,11 @@ public:
         waiting_.text = text;
     }
 
+    [[nodiscard]] bool cancelled() const override { return cancelled_; }
+
+    /// On the screen's thread: the work ends at its next step.
+    void cancel() { cancelled_ = true; }
+
     /// On the screen's thread: what has come in since the last call.
     void handOn(ProgressHost& host) {
         const Waiting news = take();
@@ -54,6 +60,7 @@ private:
 
     std::mutex mutex_;
     Waiting waiting_;
+    std::atomic<bool> cancelled_ = false;
 };
 
 }  // namespace quillon

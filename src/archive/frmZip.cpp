@@ -12,8 +12,9 @@ namespace quillon {
 frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork network)
     : StepScreen(context, Screen::Zip, "frmZip", "Zip File Lists"),
       network_(std::move(network)),
-      exchange_(AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
-                [this] { return zip_.state.jobId; }),
+      exchange_(
+          AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
+          [this] { return zip_.state.jobId; }, context.alertPorts),
       zip_(context.installation, context.surroundings, exchange_, *this) {
     createControls();
     zip_.load(std::move(handOver));
@@ -36,6 +37,7 @@ void frmZip::connectControls() {
     click(Command7, [this] { Command7_Click(); });
     click(Command8, [this] { zip_.testRecipient(exchange_); });
     click(Command4, [this] { zip_.zip(); });
+    hear(buttonCancel_, &QPushButton::clicked, [this] { zip_.cancel(); });
     connect(Command3, &QPushButton::clicked, this, &QWidget::close);
     closeOnEscape();
     hearPlainInputs();
@@ -47,8 +49,14 @@ void frmZip::hearPlainInputs() {
     hear(iGrid1, &Grid::currentRowChanged, [&state](int row) {
         state.selectedRow = row < 0 ? std::nullopt : std::optional<std::size_t>(static_cast<std::size_t>(row));
     });
-    hear(Text1, &QLineEdit::textChanged, [&state](const QString& text) { state.jobId = fromQt(text); });
-    hear(Text2, &QLineEdit::textChanged, [&state](const QString& text) { state.separator = fromQt(text); });
+    const std::pair<QLineEdit*, std::string*> names[] = {{Text1, &state.jobId}, {Text2, &state.separator}};
+    for (const auto& [box, field] : names) {
+        hear(box, &QLineEdit::textChanged, [this, field = field](const QString& text) {
+            *field = fromQt(text);
+            zip_.state.notice.clear();
+            showNotice();
+        });
+    }
     const std::pair<QCheckBox*, bool*> boxes[] = {
         {Check2, &state.retainLists}, {Check4, &state.showCompany}, {Check5, &state.showComputer}};
     for (const auto& [box, field] : boxes) hear(box, &QCheckBox::toggled, [field = field](bool on) { *field = on; });
@@ -68,7 +76,13 @@ void frmZip::showControls() {
     Command8->setEnabled(state.recipients.testEnabled);
     ProgressBar1->setVisible(state.progressVisible);
     ProgressBar1->setValue(static_cast<int>(state.progress));
+    showNotice();
+    buttonCancel_->setVisible(state.cancelEnabled);
     showPointer(*this, state.busyPointer);
+}
+
+void frmZip::showNotice() {
+    labelNotice_->setText(toQt(zip_.noticeLine()));
 }
 
 void frmZip::showFiles() {

@@ -22,7 +22,9 @@
 //     Command7                      "Query Network"
 //     Command8                      "Test"
 //     Check4, Check5                "Show Company", "Show Computer": no output depends on them
+//   labelNotice (ours)              where the archive goes and stands, and what is waited for
 //   ProgressBar1                    while the archive is written
+//   buttonCancel (ours) "Cancel"    ends the writing with everything as it was
 //   Command4 "Zip", Command6 "Zip and Email" (never shown), Command3 "Close"
 
 #include <memory>
@@ -36,6 +38,7 @@
 #include "messaging/network_enum.h"
 #include "platform/datagram_socket.h"
 #include "widgets/control_maker.h"
+#include "widgets/elided_label.h"
 #include "widgets/grid.h"
 #include "widgets/step_screen.h"
 
@@ -60,6 +63,7 @@ private:
     void connectControls();
     void hearPlainInputs();
     void showFiles();
+    void showNotice();
     void removeFile(int row);
     void Command7_Click();
     void showControls() override;
@@ -77,6 +81,8 @@ private:
     QLineEdit *Text1 = nullptr, *Text2 = nullptr, *Text3 = nullptr;
     QComboBox* Combo1 = nullptr;
     QProgressBar* ProgressBar1 = nullptr;
+    ElidedLabel* labelNotice_ = nullptr;
+    QPushButton* buttonCancel_ = nullptr;
 };
 
 }  // namespace quillon

@@ -47,6 +47,8 @@ void frmZip::createControls() {
     lower->addWidget(createArchive(), 1);
     lower->addWidget(createNotification(), 1);
     layout->addLayout(lower);
+    labelNotice_ = make<ElidedLabel>("labelNotice");
+    layout->addWidget(labelNotice_);
     layout->addLayout(createCommands());
     resize(860, 560);
 }
@@ -120,12 +122,14 @@ QLayout* frmZip::createCommands() {
     ProgressBar1 = makeProgress("ProgressBar1", "Progress of the archive");
     keepRoomWhenHidden(*ProgressBar1);
     ProgressBar1->setVisible(false);
+    buttonCancel_ = makeButton("buttonCancel", "Canc&el");
+    buttonCancel_->setVisible(false);
     Command6 = makeButton("Command6", "Zip and Email");
     Command6->setVisible(false);
     Command4 = makeButton("Command4", "&Zip");
     Command3 = makeButton("Command3", "&Close");
     makePrimary(*Command4);
-    QHBoxLayout* line = rowOf({ProgressBar1, Command6, Command4, Command3});
+    QHBoxLayout* line = rowOf({ProgressBar1, buttonCancel_, Command6, Command4, Command3});
     line->setStretch(0, 1);
     return line;
 }

@@ -125,16 +125,32 @@ void ZipFileLists::changeDestination() {
         CreateFolderPath(folder);
     if (!surroundings_.dialogs.ask("Change archive location", "Do you want to make these changes permanent ?"))
         return;
-    installation_.settings.zipPath.assign(pageFromPath(folder));
+    installation_.setFolder(SettingsFolder::Archive, folder);
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
 }
 
-NativePath ZipFileLists::workingFolder() const {
+NativePath ZipFileLists::chosenFolder() const {
     const Paths& paths = installation_.paths();
-    if (pathExists(paths.zipPath))
-        return paths.zipPath;
-    CreateFolderPath(defaultArchives(paths));
-    return defaultArchives(paths);
+    return pathExists(paths.zipPath) ? paths.zipPath : defaultArchives(paths);
+}
+
+NativePath ZipFileLists::workingFolder() const {
+    NativePath folder = chosenFolder();
+    if (!pathExists(folder))
+        CreateFolderPath(folder);
+    return folder;
+}
+
+std::string ZipFileLists::noticeLine() const {
+    if (!state.notice.empty())
+        return state.notice;
+    const std::string job = state.jobId.empty() ? kUnnamedJob : state.jobId;
+    return "Archive: " + readable((chosenFolder() / (archiveBaseName(job, state.separator) + ".zip")).native());
+}
+
+void ZipFileLists::showNotice(const std::string& text) {
+    state.notice = text;
+    host_.showState();
 }
 
 void ZipFileLists::queryNetwork(std::shared_ptr<NetworkProvider> network) {

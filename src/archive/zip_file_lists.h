@@ -20,6 +20,9 @@
 
 namespace quillon {
 
+/// Names the archive of a job that has no ID.
+inline constexpr const char* kUnnamedJob = "FileList";
+
 /// All that the screen shows. Texts are UTF-8. The screen writes the fields of its plain inputs back before it calls an
 /// operation; the fields marked "set by" an operation change only there.
 struct ZipState {
@@ -37,6 +40,8 @@ struct ZipState {
     bool progressVisible = false;            ///< ProgressBar1
     double progress = 0;                     ///< ProgressBar1, 0 to 100
     bool busyPointer = false;                ///< hourglass
+    std::string notice;                      ///< what is waited for, and how a run ended; "" for the archive's path
+    bool cancelEnabled = false;              ///< the archive is being written
 };
 
 class ZipFileLists {
@@ -71,6 +76,13 @@ public:
     /// ASecondZipMayRunWithinTheFirst).
     void zip();
 
+    /// Ends the run that writes an archive, if there is one: an archive of that name is as it was before the run, and
+    /// so are all lists.
+    void cancel() { cancelled_ = true; }
+
+    /// Where "Zip" writes to by the job ID and separator of this moment, or what is to be told instead. UTF-8.
+    [[nodiscard]] std::string noticeLine() const;
+
     /// Command7 "Query Network": fills Combo1. Kept: choosing from it leaves "Test" as it was (test
     /// AChoiceAfterAQueryLeavesTestAsItWas).
     void queryNetwork(std::shared_ptr<NetworkProvider> network);
@@ -86,10 +98,13 @@ private:
     [[nodiscard]] RecipientScreen recipientScreen();
     void addRow(const NativePath& file);
     [[nodiscard]] NativePath workingFolder() const;
+    [[nodiscard]] NativePath chosenFolder() const;
+    void showNotice(const std::string& text);
     void runSteps();
     [[nodiscard]] bool confirmPassword();
     [[nodiscard]] bool collectNames(Run& run);
-    [[nodiscard]] bool clearTheWay(const Run& run);
+    [[nodiscard]] bool clearTheWay(Run& run);
+    void takeBack(const Run& run);
     void writeArchive(Run& run);
     void zipError(const FileError& error);
     [[nodiscard]] bool removeLists(const Run& run);
@@ -105,6 +120,7 @@ private:
     ZipHandover job_;
     KeptFiles kept_;
     bool zipFailed_ = false;  // stays set once an error was shown
+    bool cancelled_ = false;  // the run in work
 };
 
 }  // namespace quillon

@@ -3,11 +3,13 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/list_mark.h"
 #include "archive/list_selection.h"
 #include "archive/zip_file_lists.h"
 #include "messaging/message_log.h"
 #include "messaging/notification.h"
 #include "platform/folders.h"
+#include "platform/whole_file.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -25,6 +27,23 @@ bool containsWithoutCase(const NativePath& path, const NativePath& part) {
     return !part.empty() && foldedName(path.native()).find(foldedName(part.native())) != std::string::npos;
 }
 
+// A list that was left short is told by its mark, in the archive as in its folder.
+Result<void> addList(ZipWriter& writer, const NativePath& list) {
+    auto added = writer.add(list, list.filename().native());
+    if (!added || !isUnfinished(list))
+        return added;
+    const NativePath mark = unfinishedMark(list);
+    return writer.add(mark, mark.filename().native());
+}
+
+Result<void> keepList(KeptFiles& kept, const NativePath& list) {
+    passOver(syncFile(list), "what cannot come to the medium is not lost by moving it there");
+    const auto place = kept.moveAway(list);
+    if (!place)
+        return failure(place.error());
+    return copyMark(list, *place);
+}
+
 }  // namespace
 
 /// What one run knows.
@@ -33,6 +52,8 @@ struct ZipFileLists::Run {
     std::optional<std::string> password;
     std::string names;
     std::optional<NativePath> conflict;
+    std::optional<NativePath> oldArchiveAt;  // under Kept
+    bool cancelled = false;
     std::unordered_map<std::string, bool> inArchive;  // files that the finished archive holds byte for byte
     std::string result = "Zip Processing complete";
     std::string log;
@@ -53,10 +74,11 @@ void ZipFileLists::zip() {
 
 void ZipFileLists::runSteps() {
     if (state.jobId.empty()) {
-        state.jobId = "FileList";
+        state.jobId = kUnnamedJob;
         host_.showState();
     }
     Run run;
+    state.notice.clear();
     const std::string name = archiveBaseName(state.jobId, state.separator) + ".zip";
     run.archive = childPath(workingFolder(), name);
     if (confirmPassword())
@@ -70,6 +92,8 @@ void ZipFileLists::runSteps() {
         surroundings_.dialogs.tell("File Confict",
                                    "Potential file conflict removed (" + readable(run.conflict->native()) + ")");
     }
+    if (run.cancelled)
+        return takeBack(run);
     if (!state.retainLists && !removeLists(run))
         return;
     state.rows.clear();
@@ -107,7 +131,7 @@ bool ZipFileLists::collectNames(Run& run) {
 }
 
 // An archive that exists goes after a Yes, and its bytes stand under Kept. False ends the run.
-bool ZipFileLists::clearTheWay(const Run& run) {
+bool ZipFileLists::clearTheWay(Run& run) {
     if (!run.archive || !pathExists(*run.archive))
         return true;
     const std::string path = readable(run.archive->native());
@@ -121,7 +145,15 @@ bool ZipFileLists::clearTheWay(const Run& run) {
     const auto kept = kept_.moveAway(*run.archive);
     if (!kept)
         zipError(kept.error());
+    else
+        run.oldArchiveAt = *kept;
     return kept.has_value();
+}
+
+void ZipFileLists::takeBack(const Run& run) {
+    if (run.oldArchiveAt)
+        passOver(renameFile(*run.oldArchiveAt, *run.archive), "the old archive is safe under Kept as well");
+    showNotice("Cancelled: archive and lists are as they were");
 }
 
 void ZipFileLists::zipError(const FileError& error) {
@@ -135,11 +167,13 @@ void ZipFileLists::writeArchive(Run& run) {
     options.loop = &surroundings_.loop;
     options.kept = &kept_;
     options.progress = [this](double percent) { showProgress(true, percent); };
+    options.cancelled = [this] { return cancelled_; };
+    cancelled_ = false;
+    state.cancelEnabled = true;
     ZipWriter writer(run.archivePath(), options);
     const std::vector<NativePath> rows = state.rows;  // a second press may empty the grid meanwhile
     for (const auto& row : rows) {
-        const auto added =
-            run.archive.and_then([&](const NativePath&) { return writer.add(row, row.filename().native()); });
+        const auto added = run.archive.and_then([&](const NativePath&) { return addList(writer, row); });
         if (!added)
             zipError(added.error());
         if (zipFailed_)
@@ -147,11 +181,14 @@ void ZipFileLists::writeArchive(Run& run) {
     }
     showProgress(true, 0);
     const auto written = writer.finish();
+    state.cancelEnabled = false;
     showProgress(false, state.progress);
-    if (!written) {
+    run.cancelled = !written && cancelled_;
+    if (!written && !run.cancelled)
         zipError(written.error());
+    if (!written)
         return;
-    }
+    state.notice = "Archive written: " + readable(run.archivePath().native());
     if (state.retainLists)
         return;
     const auto equal = equalToFiles(run.archivePath(), writer.inputs(), options);
@@ -166,8 +203,9 @@ bool ZipFileLists::removeLists(const Run& run) {
             continue;
         const auto inArchive = run.inArchive.find(row.native());
         const bool safe = inArchive != run.inArchive.end() && inArchive->second;
-        if (safe ? !removeFile(row).has_value() : !kept_.moveAway(row).has_value())
+        if (!(safe ? removeFile(row) : keepList(kept_, row)))
             return false;
+        passOver(markFinished(row), "a mark of no list");
         passOver(kept_.moveEvidenceAway(row), "what stays is no harm");
     }
     return true;
@@ -177,11 +215,14 @@ void ZipFileLists::notify(Run& run) {
     showBusy(true);
     alerts_.closeSockets();
     const std::string recipient(trimRight(state.recipients.text()));
+    const std::string notice = std::exchange(state.notice, "Waiting for " + readable(recipient) + " ...");
+    host_.showState();
     const Notified notified =
         sendNotification(alerts_, surroundings_.dialogs,
                          {recipient, "File list " + state.jobId + " complete and zipped.",
                           "File list is complete. Location " + readable(run.archivePath().native())},
                          "Recipent and receiver are the same computer.");
+    showNotice(notice);
     switch (notified) {
         case Notified::ThisComputer:
             run.log += " No - unable to send to same computer.";

@@ -3,6 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <optional>
+#include <string_view>
 #include <unordered_map>
 
 #include <fmt/format.h>
@@ -27,6 +30,7 @@ constexpr unsigned kModeRegular = 0x8000;
 struct Entry {
     zip_uint64_t index = 0;
     std::string name;                // as the archive has it, UTF-8
+    std::uint64_t size = 0;          // as it really comes, known behind the trial
     std::vector<std::string> place;  // below the target folder
 };
 
@@ -55,20 +59,24 @@ public:
     }
 
 private:
+    using Sink = std::function<Result<void>(std::string_view bytes)>;
     using Names = std::unordered_multimap<std::string, std::string>;
 
     Result<void> judgeNames();
     Result<void> judgeEntry(zip_uint64_t index);
     Result<void> tryAll();
     Result<Extracted> writeAll();
+    void advance(std::size_t steps);
     Result<void> writeOne(const Entry& entry, Extracted& done);
-    Result<void> keepOld(const NativePath& path, const std::string& bytes);
+    Result<void> writeHeld(const Entry& entry, const NativePath& path);
+    Result<void> writeLarge(const Entry& entry, const NativePath& path);
+    Result<void> keepOld(const NativePath& path, std::optional<std::string_view> bytes);
     Result<void> save(const NativePath& path, const std::string& bytes, bool inSubfolder);
     void removeReplaced();
     Result<void> checkInside(const NativePath& path) const;
     const Names& namesIn(const NativePath& folder);
     NativePath otherCaseOf(const NativePath& path);
-    Result<std::string> unpack(const Entry& entry);
+    Result<std::uint64_t> unpack(const Entry& entry, const Sink& take);
     FileError entryError(const Entry& entry, zip_error_t* error) const;
 
     const NativePath& archive_;
@@ -81,6 +89,7 @@ private:
     FileBatch batch_;
     std::vector<NativePath> replaced_;
     std::uint64_t bytes_ = 0;  // unpacked in the present round
+    std::size_t steps_ = 0;    // done
 };
 
 Result<void> Extraction::judgeNames() {
@@ -98,7 +107,7 @@ Result<void> Extraction::judgeEntry(zip_uint64_t index) {
     const char* name = zip_get_name(zip_.get(), index, 0);
     if (name == nullptr)
         return failure(zipError(archive_, zip_get_error(zip_.get())));
-    Entry entry{index, name, {}};
+    Entry entry{index, name, 0, {}};
     const auto parts = entryParts(entry.name);
     if (!parts)
         return failure(parts.error());
@@ -122,31 +131,36 @@ FileError Extraction::entryError(const Entry& entry, zip_error_t* error) const {
     return failed;
 }
 
-Result<std::string> Extraction::unpack(const Entry& entry) {
+// Piece by piece; gives the size of the whole.
+Result<std::uint64_t> Extraction::unpack(const Entry& entry, const Sink& take) {
     const ZipFileHandle file(zip_fopen_index(zip_.get(), entry.index, 0));
     if (!file)
         return failure(entryError(entry, zip_get_error(zip_.get())));
-    std::string bytes;
+    std::uint64_t size = 0;
     std::array<char, 65536> buffer;
     while (true) {
         const zip_int64_t count = zip_fread(file.get(), buffer.data(), buffer.size());
         if (count < 0)
             return failure(entryError(entry, zip_file_get_error(file.get())));
         if (count == 0)
-            return bytes;
+            return size;
+        size += static_cast<std::uint64_t>(count);
         bytes_ += static_cast<std::uint64_t>(count);
         if (bytes_ > options_.sizeLimit) {
             return failure(ErrorKind::PathAccess, fmt::format("{}: the archive unpacks to more than {} bytes",
                                                               readable(archive_.native()), options_.sizeLimit));
         }
-        bytes.append(buffer.data(), static_cast<std::size_t>(count));
+        if (auto taken = take({buffer.data(), static_cast<std::size_t>(count)}); !taken)
+            return failure(taken.error());
     }
 }
 
 Result<void> Extraction::tryAll() {
-    for (const auto& entry : entries_) {
-        if (const auto bytes = unpack(entry); !bytes)
-            return failure(bytes.error());
+    for (auto& entry : entries_) {
+        const auto size = unpack(entry, [](std::string_view) { return Result<void>(); });
+        if (!size)
+            return failure(size.error());
+        entry.size = *size;
     }
     bytes_ = 0;
     return {};
@@ -184,12 +198,15 @@ Result<void> Extraction::checkInside(const NativePath& path) const {
     return {};
 }
 
-Result<void> Extraction::keepOld(const NativePath& path, const std::string& bytes) {
+// `bytes` are those of the new file, which the old one may have already; no value where they are too many to compare.
+Result<void> Extraction::keepOld(const NativePath& path, std::optional<std::string_view> bytes) {
     if (options_.kept == nullptr || !pathExists(path))
         return {};
-    const auto old = readWholeFile(path);
-    if (old && *old == bytes)
-        return {};
+    if (bytes && fileSize(path).value_or(0) == bytes->size()) {
+        const auto old = readWholeFile(path);
+        if (old && *old == *bytes)
+            return {};
+    }
     const auto kept = options_.kept->copyAway(path);
     if (!kept)
         return failure(kept.error());
@@ -207,17 +224,42 @@ Result<void> Extraction::writeOne(const Entry& entry, Extracted& done) {
         ++done.alreadyThere;
         return {};
     }
-    const auto bytes = unpack(entry);
-    if (!bytes)
-        return failure(bytes.error());
-    if (auto kept = keepOld(path, *bytes); !kept)
-        return kept;
-    if (auto saved = save(path, *bytes, entry.place.size() > 1); !saved)
-        return saved;
+    if (auto written = entry.size > options_.heldBytes ? writeLarge(entry, path) : writeHeld(entry, path); !written)
+        return written;
     if (!other.empty() && !isFolder(other))
         replaced_.push_back(other);
     done.files.push_back(std::move(path));
     return {};
+}
+
+Result<void> Extraction::writeHeld(const Entry& entry, const NativePath& path) {
+    std::string bytes;
+    const auto unpacked = unpack(entry, [&](std::string_view piece) -> Result<void> {
+        if (bytes.size() + piece.size() > options_.heldBytes)  // the archive was another one a moment ago
+            return failure(ErrorKind::PathAccess, readable(archive_.native()) + " changes while it is read");
+        bytes += piece;
+        return {};
+    });
+    if (!unpacked)
+        return failure(unpacked.error());
+    return keepOld(path, bytes).and_then([&] { return save(path, bytes, entry.place.size() > 1); });
+}
+
+Result<void> Extraction::writeLarge(const Entry& entry, const NativePath& path) {
+    const NativePath temporary = target_ / temporaryName();
+    auto file = File::createNew(temporary);
+    if (!file)
+        return failure(file.error());
+    auto written = unpack(entry, [&file](std::string_view piece) { return file->write(piece); })
+                       .and_then([&](std::uint64_t) { return file->sync(); })
+                       .and_then([&] { return file->close(); })
+                       .and_then([&] { return keepOld(path, std::nullopt); })
+                       .and_then([&] { return renameFile(temporary, path); });
+    if (written)
+        syncFolder(path.parent_path());
+    else
+        passOver(removeFile(temporary), "a name that no listing gives");
+    return written;
 }
 
 // New files wait for each other; one that is replaced is saved by itself. The folder above the target folder is none of
@@ -240,18 +282,23 @@ void Extraction::removeReplaced() {
 
 Result<Extracted> Extraction::writeAll() {
     Extracted done;
-    std::size_t number = 0;
     for (const auto& entry : entries_) {
+        const std::size_t waiting = batch_.size();
         if (auto written = writeOne(entry, done); !written)
             return failure(written.error());
-        ++number;
-        if (options_.progress)
-            options_.progress(100.0 * static_cast<double>(number) / static_cast<double>(entries_.size()));
+        advance(batch_.size() > waiting ? 1 : 2);
     }
-    if (auto committed = batch_.commit(); !committed)
+    if (auto committed = batch_.commit([this] { advance(1); }); !committed)
         return failure(committed.error());
     removeReplaced();
     return done;
+}
+
+// Every file has two steps, its bytes and its name: on a share the second takes as long as the first.
+void Extraction::advance(std::size_t steps) {
+    steps_ += steps;
+    if (options_.progress)
+        options_.progress(100.0 * static_cast<double>(steps_) / static_cast<double>(2 * entries_.size()));
 }
 
 }  // namespace

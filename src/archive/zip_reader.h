@@ -19,6 +19,9 @@ inline constexpr std::uint64_t kExtractLimit = std::uint64_t{256} * 1024 * 1024;
 /// The most entries that an archive may have.
 inline constexpr std::size_t kEntryLimit = 100'000;
 
+/// The most bytes of one file that are held in memory. Far above any term file.
+inline constexpr std::uint64_t kHeldEntry = std::uint64_t{16} * 1024 * 1024;
+
 /// What happens to a file that stands in the target folder under the name of an extracted one.
 enum class ExistingFiles { Replace, Keep };
 
@@ -26,9 +29,10 @@ struct ExtractOptions {
     std::string mask = "*.*";                 ///< by the last part of the name, without regard to case
     std::uint64_t sizeLimit = kExtractLimit;  ///< unpacked bytes of all files together, as they really come
     bool useFolders = true;                   ///< false: all files directly into the target folder
+    std::uint64_t heldBytes = kHeldEntry;     ///< a file with more goes to the volume while it is unpacked
     ExistingFiles existing = ExistingFiles::Replace;
     KeptFiles* kept = nullptr;                     ///< where replaced bytes go; null: nowhere
-    std::function<void(double percent)> progress;  ///< 0 to 100, behind each file; may be empty
+    std::function<void(double percent)> progress;  ///< 0 to 100, when a file is written and when it has its name
 };
 
 struct Extracted {

@@ -19,10 +19,12 @@
 namespace quillon {
 
 struct ZipOptions {
-    std::optional<std::string> password;           ///< UTF-8; files are then encrypted by AES-256
-    std::function<void(double percent)> progress;  ///< 0 to 100 while the archive is written; may be empty
-    EventLoop* loop = nullptr;                     ///< turned while the archive is written and compared; may be null
-    KeptFiles* kept = nullptr;  ///< where an archive goes that stands under the name at the end; null: nowhere
+    std::optional<std::string> password;  ///< UTF-8; files are then encrypted by AES-256
+    /// 0 to 100 of the bytes of all files, while the archive is written; may be empty.
+    std::function<void(double percent)> progress;
+    std::function<bool()> cancelled;  ///< true ends the writing as a failure; may be empty
+    EventLoop* loop = nullptr;        ///< turned while the archive is written and compared; may be null
+    KeptFiles* kept = nullptr;        ///< where an archive goes that stands under the name at the end; null: nowhere
 };
 
 /// One file of an archive.
@@ -51,6 +53,7 @@ public:
 
 private:
     struct Open;
+    struct Watch;
 
     [[nodiscard]] Result<void> openTemporary();
     [[nodiscard]] std::string freeName(const std::string& name) const;
@@ -62,6 +65,7 @@ private:
     ZipOptions options_;
     std::unique_ptr<Open> open_;  // libzip's handle, until `finish`
     std::vector<ZipInput> inputs_;
+    std::vector<std::uint64_t> sizes_;  // of the inputs
     std::unordered_set<std::string> names_;
 };
 

@@ -3,7 +3,7 @@
 
 #include "editors/hex_input.h"
 #include "platform/folders.h"
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -45,7 +45,7 @@ NativePath CommonHeadersEditor::sharedFile() const {
 }
 
 void CommonHeadersEditor::readInto(const NativePath& file) {
-    const auto bytes = readWholeFile(file);
+    const auto bytes = readRuleFile(file);
     rows_ = bytes ? parseCommonHeaders(*bytes) : std::vector<CommonHeader>{};
 }
 

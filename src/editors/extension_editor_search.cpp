@@ -86,7 +86,7 @@ void ExtensionEditor::popupAddCommon() {
 
 void ExtensionEditor::testCommon() {
     clearClipboard_();
-    const auto bytes = readWholeFile(commonHeadersFile());
+    const auto bytes = readRuleFile(commonHeadersFile());
     if (!bytes || state.identifier < 0)
         return;
     const auto wanted = toPage(state.identifiers[static_cast<std::size_t>(state.identifier)]);

@@ -95,6 +95,7 @@ void frmErrors::Command1_Click() {
 void frmErrors::showControls() {
     for (std::size_t i = 0; i < kMessageCount; ++i) showText(*tError[i], editor_.texts[i]);
     showText(*saveRemark_, editor_.failure);
+    saveRemark_->setVisible(!editor_.failure.empty());
 }
 
 }  // namespace quillon

@@ -101,8 +101,8 @@ void frmExtEditor::createCriteria() {
     tellLossOnPage(*pageRemark_, {Text3});
     layout->addWidget(pageRemark_);
     Command2 = makeButton("Command2", "A&dd");
-    makePrimary(*Command2);
     Command11 = makeButton("Command11", "Te&st");
+    makePrimary(*Command11);  // as Enter presses it
     Command3 = makeButton("Command3", "C&lr");
     addRow(*layout, {Command2, Command11, Command3});
     createPresets(*layout);

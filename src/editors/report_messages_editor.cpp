@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editors/report_messages_editor.h"
 
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 
 namespace quillon {
@@ -14,7 +14,7 @@ ReportMessagesEditor::ReportMessagesEditor(const Installation& installation, Dia
 
 void ReportMessagesEditor::load() {
     std::size_t next = 0;
-    if (const auto bytes = readWholeFile(fileIn(installation_.paths().localSettings, kErrorsFileName))) {
+    if (const auto bytes = readRuleFile(fileIn(installation_.paths().localSettings, kErrorsFileName))) {
         for (const auto line : splitLines(*bytes)) {
             auto items = splitFields(line);
             if (items.empty())

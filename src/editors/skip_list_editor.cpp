@@ -6,7 +6,7 @@
 #include "editors/list_saving.h"
 #include "platform/copy_file.h"
 #include "platform/folders.h"
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -33,7 +33,7 @@ void SkipListEditor::forgetRow() {
 void SkipListEditor::load() {
     terms_.clear();
     forgetRow();
-    if (const auto bytes = readWholeFile(listFile())) {
+    if (const auto bytes = readRuleFile(listFile())) {
         for (const auto line : splitLines(*bytes)) terms_.push_back(PageText{std::string(line)});
     }
     saver_.loaded(fileBytes());

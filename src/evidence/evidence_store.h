@@ -63,6 +63,7 @@ private:
     [[nodiscard]] Result<void> prepareAll();
     [[nodiscard]] Result<void> begin();
     [[nodiscard]] Result<void> write(Statement& statement, const EvidenceRow& row);
+    [[nodiscard]] Result<void> insert(const EvidenceRow& row);
     [[nodiscard]] Result<EvidenceRow> rowBefore(std::int64_t id);
 
     Database database_;
@@ -72,6 +73,7 @@ private:
     Statement job_;
     Statement message_;
     Statement insert_;
+    Statement insertPlain_;
     Statement update_;
     Statement remove_;
     Statement moveLine_;

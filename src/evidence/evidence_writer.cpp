@@ -91,8 +91,7 @@ Result<void> EvidenceWriter::write(Batch& batch) {
             return changed;
     }
     pendingFiles_ += batch.count;
-    if (!batch.empty() && !batches_.isEnding() && momentNow() - begun_ < kLongestTransaction &&
-        pendingFiles_ < kMostFilesInTransaction)
+    if (!batch.empty() && momentNow() - begun_ < kLongestTransaction && pendingFiles_ < kMostFilesInTransaction)
         return {};
     pending_ = false;
     pendingFiles_ = 0;

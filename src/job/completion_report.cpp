@@ -60,7 +60,13 @@ void sendCompletionReport(JobState& state, const Surroundings& surroundings, Ale
     const bool acknowledged = notified != Notified::ThisComputer && alerts.ackState() == AckState::Acknowledged;
     state.report = acknowledged ? ReportState::Acknowledged : ReportState::NotAcknowledged;
     if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
-        dialogs.warn("File list complete", "File listing complete, but could not send notification to " + recipient);
+        const std::string cause = alerts.silenceCause();
+        if (!cause.empty())
+            state.log.add({surroundings.clock.now(), "No answer from " + recipient + " : " + cause, kLightOrange});
+        MessageBox box{"File list complete", "File listing complete, but could not send notification to " + recipient,
+                       BoxStyle::Warning, BoxButtons::Ok};
+        box.details = cause;
+        dialogs.show(box);
     }
 }
 

@@ -54,6 +54,8 @@ void CopyPass::run() {
     const auto list = lists_.finalPath();
     if (!list || !pathExists(*list)) {
         context_.surroundings.dialogs.tell("Error copying files", "Unable to find file list..", BoxStyle::Critical);
+        state.counters.rowsRead = 0;
+        notReached();
         return;
     }
     realSource_ = state.options.source ? realPath(*state.options.source) : NativePath();
@@ -65,6 +67,7 @@ void CopyPass::run() {
     auto reader = ListReader::open(*list, encoding_);
     if (!reader) {
         context_.surroundings.dialogs.tell(kProgramTitle, "Error : " + reader.error().text);
+        notReached();
     } else {
         while (!state.stopRequested) {
             lookAhead(*reader);
@@ -74,11 +77,19 @@ void CopyPass::run() {
             rows_.dropFirst();
             context_.turn();
         }
-        if (reader->error())
+        if (reader->error()) {
             context_.surroundings.dialogs.tell(kProgramTitle, "Error : " + reader->error()->text);
+            notReached();
+        }
     }
     state.texts.status = "Ready >";
     state.texts.jobPercent.clear();
+}
+
+// A list that cannot be read, or not to its end, leaves files without a copy.
+void CopyPass::notReached() {
+    JobCounters& counters = context_.state.counters;
+    counters.notCopied += std::max(counters.files - counters.rowsRead, 1);
 }
 
 // Some rows at once, since to wake a thread for each would cost more than it does.
@@ -112,15 +123,17 @@ void CopyPass::copyRow(const AheadRow& ahead) {
     ++context_.state.counters.rowsRead;
     context_.state.texts.copied = grouped(context_.state.counters.rowsRead);
     showJobProgress(source);
+    context_.surroundings.loop.workingOn(source);
     const auto copied = ahead.refused ? tl::unexpected<CopyError>(*ahead.refused) : finishFirst();
     if (copied) {
+        ++context_.state.counters.copied;
         ++context_.state.passes.copies;
         return;
     }
     ++context_.state.counters.copyErrors;
-    context_.log("Error copying : " + readable(source));
+    context_.logAbout(source, "Error copying : " + readable(source));
     if (copied.error().side != CopySide::Cancelled)
-        context_.log(copied.error().text());
+        context_.logAbout(source, copied.error().text());
 }
 
 tl::expected<void, CopyError> CopyPass::finishFirst() {

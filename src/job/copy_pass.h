@@ -34,6 +34,7 @@ private:
         std::optional<CopyError> refused;  // else its copy is asked for
     };
 
+    void notReached();
     void lookAhead(ListReader& list);
     [[nodiscard]] std::optional<CopyError> askForCopy(const std::string& source);
     void copyRow(const AheadRow& ahead);

@@ -13,8 +13,16 @@ nlohmann::ordered_json countersAsJson(const JobCounters& counters) {
                                    {"rows_read", counters.rowsRead},
                                    {"tested", counters.tested}};
     for (const Grade grade : kJsonOrder) json[kGrades[grade].jsonKey.value] = counters[grade];
+    json["graded"] = counters.graded;
+    json["copied"] = counters.copied;
     json["copy_errors"] = counters.copyErrors;
     json["lost_rows"] = counters.lostRows;
+    json["unread_heads"] = counters.unreadHeads;
+    json["not_copied"] = counters.notCopied;
+    json["rules_not_read"] = counters.unreadRules;
+    json["not_fetched"] = counters.notFetched;
+    json["lost_evidence"] = counters.lostEvidence;
+    json["lost_messages"] = counters.lostMessages;
     return json;
 }
 

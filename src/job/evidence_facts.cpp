@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/evidence_facts.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
@@ -18,6 +20,11 @@ namespace {
 
 std::int64_t nanoseconds(const FileTime& time) {
     return time.seconds * 1'000'000'000 + time.nanoseconds;
+}
+
+// A list may hold any number.
+std::int64_t wholeNumber(std::optional<double> number) {
+    return static_cast<std::int64_t>(std::clamp(number.value_or(0), -9e18, 9e18));
 }
 
 std::string optionsAsJson(const JobOptions& options) {
@@ -108,8 +115,8 @@ void RowDescriber::describe(const ListRow& row, EvidenceRow& out) {
         lastExtensionText_ = nameText(foldedName(toNative(lastExtension_)));
     }
     out.extension = lastExtensionText_;
-    out.size = static_cast<std::int64_t>(row.size().value_or(0));
-    out.attributes = static_cast<std::int64_t>(row.attributes().value_or(0));
+    out.size = wholeNumber(row.size());
+    out.attributes = wholeNumber(row.attributes());
 }
 
 void RowDescriber::judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out) {

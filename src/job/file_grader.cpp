@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "job/file_grader.h"
 
+#include <algorithm>
+
+#include "testing/second_opinion/second_opinion.h"
+
 namespace quillon {
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
@@ -16,21 +20,61 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder));
+        termFiles_.emplace(NativePath(folder), [this](const FileError& why) {
+            ++context_.state.counters.unreadRules;
+            context_.log("Term file cannot be read : " + why.text, kLightOrange);
+        });
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }
 
+void FileGrader::tellProblems() {
+    for (const auto& problem : termFiles_->takeProblems()) context_.ruleNotRead(problem);
+}
+
 Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    inWork_ = row.nativePath();
     auto verdict = headerTest().checkFile(row, extension, heads);
+    if (termFiles_->hasProblems())
+        tellProblems();
     if (!verdict)
         return verdict;
     if (verdict->grade)
         ++context_.state.counters[*verdict->grade];
     if (verdict->head != nullptr)
         ++context_.state.counters.tested;
+    if (verdict->head != nullptr && verdict->head->length < kHeaderBytes)
+        ++context_.state.counters.unreadHeads;
+    if (verdict->head != nullptr && context_.state.options.keepEvidence)
+        addFindings(row, extension, *verdict);
     return verdict;
+}
+
+// What the same bytes tell beside the grade: why a file is not good, and what speaks against one that looks good.
+void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict) {
+    const FileHead& head = *verdict.head;
+    if (verdict.grade != Grade::Good) {
+        FoundReason found = reasonOf(extension, head);
+        verdict.findings.reason = found.reason;
+        verdict.findings.detail = std::move(found.detail);
+    }
+    if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
+        // A list may hold any number.
+        const double size = std::clamp(row.size().value_or(0), 0.0, 9e18);
+        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
+        if (doubt) {
+            verdict.findings.doubt = doubtKindName(doubt->kind);
+            verdict.findings.doubtDetail = doubt->sentence;
+        }
+    }
+}
+
+FoundReason FileGrader::reasonOf(std::u16string_view extension, const FileHead& head) {
+    const NativePath folder(databaseFolder_);
+    if (!terms_)
+        terms_ = TermIndex::ofFolder(folder);
+    return findReason(head.given(), termFiles_->find(extension), commonList_, *terms_);
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

@@ -11,6 +11,7 @@
 #include "ahead/heads_ahead.h"
 #include "app/installation.h"
 #include "job/pass_context.h"
+#include "testing/find_reason.h"
 #include "testing/header_check.h"
 
 namespace quillon {
@@ -39,21 +40,29 @@ public:
     [[nodiscard]] HeadsAhead& heads() { return heads_; }
 
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
-    void releaseSource() { heads_.release(); }
+    void releaseSource() {
+        heads_.release();
+        terms_.reset();
+    }
 
 private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
-    void logAccessError(const std::string& text) override { context_.log(text, kLightRed); }
+    void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    void tellProblems();
+    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
+    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
 
     const Installation& installation_;
     const ReportMessages& messages_;
     const CommonList& commonList_;
     PassContext context_;
     HeadsAhead heads_;
+    std::string_view inWork_;  // path of the file that is being graded
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
+    std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
 };
 
 }  // namespace quillon

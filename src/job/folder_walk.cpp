@@ -22,13 +22,15 @@ public:
     explicit FolderTest(const PassContext& context) : context_(context) {}
 
     bool wantsFiles() const override { return false; }
+    bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
+        context_.surroundings.loop.workingOn(path);
         ++context_.state.counters.folders;
         if (!canBeEntered) {
             ++context_.state.counters.folderErrors;
             path.remove_suffix(1);
-            context_.log("Folder access error : " + readable(path), kLightRed);
+            context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
             context_.evidence.folderFailed(path, "cannot be entered");
         }
         context_.turn();
@@ -103,12 +105,13 @@ void FolderWalk::notListed(std::string_view path) {
     context_.evidence.folderFailed(path, "cannot be read to its end");
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
-    context_.log("Unable to read folder : " + readable(path), kLightRed);
+    context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
 }
 
 bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
     folderPath_ = path;
     folderText_ = toListText(path);
+    context_.surroundings.loop.workingOn(path);
     undescribed_ = false;
     for (std::size_t i = 0; i < names.size(); ++i) {
         if (context_.state.stopRequested)

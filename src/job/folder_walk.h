@@ -17,7 +17,7 @@
 namespace quillon {
 
 /// Visits every folder below `folder`, counts it and logs, in light red, one that cannot be entered. The start folder
-/// itself is not counted. Stop is not looked at. A folder that cannot be listed ends only its own level.
+/// itself is not counted. A window's Stop is not looked at. A folder that cannot be listed ends only its own level.
 void ListFolders(const PassContext& context, const NativePath& folder);
 
 /// Four printable characters that mark the rows of one run, made from the first accepted file's attributes and date. No

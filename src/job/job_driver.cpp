@@ -7,7 +7,6 @@
 #include "job/folder_walk.h"
 #include "job/job_board.h"
 #include "job/self_check.h"
-#include "job/share_steps.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
 #include "platform/folders.h"
@@ -23,13 +22,14 @@ JobEnd JobDriver::run() {
     if (checkTarget() == Next::End)
         return endEarly();
     resetCounters(context_.state);
+    moveLitterAway();
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
     if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
         return endEarly();
     if (!context_.state.options.showProgress)
         context_.state.progress.shown = false;
-    if (confirmOverwrite() == Next::End)
+    if (stopAsked() || confirmOverwrite() == Next::End)
         return endEarly();
     context_.evidence.begin();
     testFolders();
@@ -45,13 +45,17 @@ JobEnd JobDriver::run() {
     cause_ = causeBehindPasses();
     context_.evidence.end(wordOf(rowOf(cause_).end));
     finish();
+    cause_ = causeBehindPasses();  // the report may have been given up
     return rowOf(cause_).end;
 }
 
 EndCause JobDriver::causeBehindPasses() const {
     if (cause_ != EndCause::Complete)
         return cause_;
-    return listMade_ ? EndCause::Complete : EndCause::ListDenied;
+    if (!listMade_)
+        return EndCause::ListDenied;
+    const bool unsent = alerts_ != nullptr && context_.state.report != ReportState::Acknowledged;
+    return unsent && stopAsked() ? EndCause::StoppedInReport : EndCause::Complete;
 }
 
 bool JobDriver::listStands() const {
@@ -83,69 +87,6 @@ JobDriver::Next JobDriver::checkTarget() {
         "Error", "You have selected to copy the files to another location, but not selected a location.");
     host_.focusTargetPicker();
     return endsBy(EndCause::NoTarget);
-}
-
-JobDriver::Next JobDriver::refreshDatabases() {
-    ShareSteps share(context_, job_.installation(), job_.skipList);
-    if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
-        return Next::End;
-    refreshRuleLists(share);
-    return Next::GoOn;
-}
-
-JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
-    const auto orphans = share.deleteOrphans();
-    if (orphans.failed > 0)
-        report({ErrorKind::PermissionDenied,
-                grouped(static_cast<std::int64_t>(orphans.failed)) + " term files could not be moved away"});
-    context_.log("Copying ext database from network drive");
-    step_ = "attempting to load the  shared DB";
-    auto names = share.sharedFiles();
-    if (names.empty() && askWithoutDatabase(names) == Next::End)
-        return Next::End;
-    if (context_.state.options.checkFileQuality)
-        share.copyChanged(names);
-    return Next::GoOn;
-}
-
-// The shared database is not to be found: with the local one, without any, or not at all.
-JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
-    Dialogs& dialogs = context_.surroundings.dialogs;
-    if (!dialogs.ask("No Database",
-                     "Unable to find shared database. Do you want to continue the check with the local copy?")) {
-        return endsBy(EndCause::NoDatabase);
-    }
-    names = databaseFiles(job_.installation().paths().localDatabase);
-    if (!names.empty())
-        return Next::GoOn;
-    const auto answer =
-        dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
-                      BoxStyle::Question, BoxButtons::YesNoCancel});
-    if (answer == BoxAnswer::Cancel)
-        return endsBy(EndCause::NoDatabase);
-    if (answer == BoxAnswer::Yes)
-        context_.state.options.checkFileQuality = false;
-    return Next::GoOn;
-}
-
-void JobDriver::refreshRuleLists(ShareSteps& share) {
-    JobOptions& options = context_.state.options;
-    step_ = "attempting to load the shared skiplist and common headers ";
-    if (options.useSkipList) {
-        if (auto fetched = share.fetchSkips(); !fetched)
-            report(fetched.error());
-        if (share.loadSkips() == SkipListState::Missing) {
-            options.useSkipList = false;
-            options.useSkipListEnabled = false;
-        }
-    }
-    if (auto fetched = share.fetchCommon(); !fetched)
-        report(fetched.error());
-    const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);
-    if (!pathExists(local)) {
-        options.useCommonHeaders = false;
-        options.useCommonHeadersEnabled = false;
-    }
 }
 
 JobDriver::Next JobDriver::confirmOverwrite() {
@@ -192,8 +133,9 @@ JobDriver::Next JobDriver::walkSource() {
         tellPermissionDenied();
         state.stopRequested = true;
     } else {
-        if (state.options.source)
+        if (state.options.source && !context_.stopsAtOnce())
             FolderWalk(context_, job_.skipList, *rawList).run(*state.options.source);
+        passOver(context_.stopsAtOnce(), "its flags are read next");
         if (const auto closed = rawList->close(); !closed)
             context_.rowLost(closed.error());
     }
@@ -236,7 +178,10 @@ void JobDriver::loadCommonList() {
     const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
     if (!context_.state.options.useCommonHeaders || !pathExists(list))
         return;
-    passOver(job_.commonList.load(list), "the list of the last job then serves");
+    if (const auto loaded = job_.commonList.load(list); !loaded) {  // the list of the last job then serves
+        ++context_.state.counters.unreadRules;
+        context_.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
+    }
 }
 
 void JobDriver::testFiles() {
@@ -252,7 +197,12 @@ void JobDriver::testFiles() {
         if (state.options.showProgress)
             state.progress.shown = state.fileLineShown = true;
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
-        pass.run(ListEncoding::Utf16);
+        try {
+            pass.run(ListEncoding::Utf16);
+        } catch (...) {
+            listMade_ = pass.madeList();
+            throw;
+        }
         listMade_ = pass.madeList();
         if (pass.wasStopped())
             cause_ = EndCause::StoppedInTesting;
@@ -265,7 +215,7 @@ void JobDriver::testFiles() {
 void JobDriver::copyRawList() {
     if (context_.state.options.checkFileQuality)
         return;
-    const auto copied = job_.lists().copyRawToFinal(context_.surroundings.loop);
+    const auto copied = job_.lists().copyRawToFinal(listEnd(context_.state.counters), context_.surroundings.loop);
     listMade_ = copied.has_value();
     if (listMade_)
         context_.state.passes.list = {context_.state.passes.raw.written, 0};
@@ -273,7 +223,9 @@ void JobDriver::copyRawList() {
         context_.evidence.listCreated(*list);
         context_.evidence.listedOnly(job_.lists().rawPath());
     }
-    if (!copied)
+    if (!copied && stopAsked())
+        cause_ = EndCause::StoppedInTesting;
+    else if (!copied)
         detail_ = copied.error().text;
     if (!copied && copied.error().kind == ErrorKind::PermissionDenied) {
         tellPermissionDenied();
@@ -286,6 +238,11 @@ void JobDriver::copyFiles() {
     JobState& state = context_.state;
     if (!state.options.copy)
         return;
+    if (stopAsked()) {
+        if (cause_ == EndCause::Complete && listMade_)
+            cause_ = EndCause::StoppedInCopying;
+        return;
+    }
     enterPhase(state, JobPhase::Copying);
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
@@ -295,7 +252,8 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)
         cause_ = EndCause::StoppedInCopying;
-    state.passes.copying = cause_ == EndCause::Complete ? PassEnd::Whole : PassEnd::Short;
+    const bool whole = cause_ == EndCause::Complete && state.counters.notCopied == 0;
+    state.passes.copying = whole ? PassEnd::Whole : PassEnd::Short;
 }
 
 // A job without a list says so itself.
@@ -308,13 +266,14 @@ void JobDriver::checkFigures() {
 
 void JobDriver::finish() {
     JobState& state = context_.state;
+    context_.surroundings.loop.workingOn({});
     lock_.reset();
     timerTick(state, context_.surroundings.clock);
     enterPhase(state, JobPhase::Reporting);
     if (state.options.checkFileQuality)
         state.mayView = true;
     state.progress.shown = false;
-    if (alerts_ != nullptr)
+    if (alerts_ != nullptr && !stopAsked())
         sendCompletionReport(state, context_.surroundings, *alerts_);
     leave();
 }
@@ -326,6 +285,8 @@ JobDriver::Next JobDriver::endsBy(EndCause cause, std::string detail) {
 }
 
 JobEnd JobDriver::endEarly() {
+    if (context_.stopsAtOnce())
+        passOver(endsBy(EndCause::StoppedInChecks), "whatever the last answer was");
     enterPhase(context_.state, JobPhase::Idle);
     return rowOf(cause_).end;
 }
@@ -359,22 +320,13 @@ void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
     context_.state.log.add({now, text + surroundings.dates.time(elapsed), std::nullopt});
 }
 
-void JobDriver::report(const FileError& error) {
-    context_.surroundings.dialogs.tell(
-        "Error",
-        "The following error has occurred : " + error.text + " while " + step_ + ".\r\n" +
-            " Please ensure you have the correct permissions on the drive under test and the database locations.");
-}
-
 void askToStop(const PassContext& context) {
     if (context.surroundings.dialogs.ask("Stop process?", "Do you want to stop the process?"))
         stopJob(context);
 }
 
 void stopJob(const PassContext& context) {
-    context.state.stopRequested = true;
-    context.state.copyCancelled = true;
-    context.log("Process stopped by user");
+    context.stop();
 }
 
 }  // namespace quillon

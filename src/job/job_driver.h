@@ -18,6 +18,7 @@
 namespace quillon {
 
 class ShareSteps;
+struct RefreshSummary;
 
 /// What the driver asks of its screen besides dialogs. A front end without pickers and toolbar leaves it as it is.
 class JobHost {
@@ -59,9 +60,13 @@ private:
     enum class Next { GoOn, End };
 
     void begin();
+    [[nodiscard]] bool stopAsked() const { return context_.surroundings.loop.stopAsked(); }
     [[nodiscard]] Next checkTarget();
+    void moveLitterAway();
+    void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
+    void tellRefresh(const RefreshSummary& refresh);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] Next confirmOverwrite();
@@ -83,6 +88,7 @@ private:
     void runTimed(std::int64_t& milliseconds, const std::string& start, const std::string& end,
                   const std::function<void()>& phase);
     void report(const FileError& error);
+    void reportNotFetched(const FileError& error);
     [[nodiscard]] LocalTime logStart(const std::string& text);
     void logEnd(const std::string& text, const LocalTime& start);
 

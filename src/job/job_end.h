@@ -48,15 +48,20 @@ inline constexpr std::array<StatusRow, 7> kExitStatuses{{
 /// In the order of the phases.
 enum class EndCause : std::uint8_t {
     NotSetUp,          ///< the folders or settings of the installation cannot be made or read
+    TargetDenied,      ///< the target cannot be written
+    TargetRefused,     ///< No to a target that holds something
     NoTarget,          ///< files were to be copied, and no target was chosen
     NoDatabase,        ///< No where the shared database was not to be found
     OverwriteRefused,  ///< No to overwriting the list
+    StoppedInChecks,   ///< or in the refresh of the database
     Busy,
     RawListDenied,  ///< the raw list cannot be made
     StoppedInWalk,  ///< or in the folder test ahead of it
     ListDenied,     ///< the final list cannot be made
     StoppedInTesting,
     StoppedInCopying,
+    StoppedInReport,
+    OutOfMemory,
     Complete,
     Count  ///< no cause: how many there are
 };
@@ -71,10 +76,14 @@ struct EndRow {
 
 inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> kJobEnds{{
     {EndCause::NotSetUp, JobEnd::NotStarted, kExitNoList, "not_set_up", "the installation is not whole"},
+    {EndCause::TargetDenied, JobEnd::NotStarted, kExitNoList, "target_denied", "permission denied for the target"},
+    {EndCause::TargetRefused, JobEnd::NotStarted, kExitNoList, "target_refused", "the target holds files already"},
     {EndCause::NoTarget, JobEnd::NotStarted, kExitNoList, "no_target", "no target is chosen"},
     {EndCause::NoDatabase, JobEnd::NotStarted, kExitNoList, "no_database", "there is no database"},
     {EndCause::OverwriteRefused, JobEnd::NotStarted, kExitNoList, "overwrite_refused",
      "the list of an earlier job stays"},
+    {EndCause::StoppedInChecks, JobEnd::Stopped, kExitStopped, "stopped_in_checks",
+     "ahead of the walk, without a list"},
     {EndCause::Busy, JobEnd::Busy, kExitBusy, "busy", "another job runs in this application folder, try again later"},
     {EndCause::RawListDenied, JobEnd::NotStarted, kExitNoList, "raw_list_denied", "the raw list cannot be made"},
     {EndCause::StoppedInWalk, JobEnd::Stopped, kExitStopped, "stopped_in_walk", "in the walk, without a list"},
@@ -82,6 +91,9 @@ inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> k
     {EndCause::StoppedInTesting, JobEnd::Stopped, kExitStopped, "stopped_in_testing", "in testing"},
     {EndCause::StoppedInCopying, JobEnd::Stopped, kExitStopped, "stopped_in_copying",
      "in copying; the list is complete, the copy is not"},
+    {EndCause::StoppedInReport, JobEnd::Stopped, kExitStopped, "stopped_in_report",
+     "while the report was on its way; list and copy are complete"},
+    {EndCause::OutOfMemory, JobEnd::NoList, kExitNoList, "out_of_memory", "out of memory"},
     {EndCause::Complete, JobEnd::Complete, kExitComplete, "complete", ""},
 }};
 
@@ -99,10 +111,14 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 4> kJobLosses{{
+inline constexpr std::array<LossRow, 8> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
+    {&JobCounters::notCopied, "not_copied", "files of the list were not reached by the copy"},
+    {&JobCounters::unreadRules, "rules_not_read", "files with rules could not be read"},
+    {&JobCounters::notFetched, "not_fetched", "files of the shared database could not be fetched"},
     {&JobCounters::unlistedFolders, "folders_not_read", "folders could not be read to their end"},
+    {&JobCounters::lostMessages, "lost_messages", "messages found no reader"},
     {&JobCounters::lostEvidence, "lost_evidence", "evidence file could not be written to its end"},
 }};
 

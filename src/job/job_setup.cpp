@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/kept_files.h"
+#include "app/list_mark.h"
 #include "job/job_id.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
@@ -107,21 +108,25 @@ bool JobSetup::confirmOverwrite() {
 
 void JobSetup::pickTarget() {
     const auto folder = surroundings_.dialogs.pickFolder("Select Target", state_.options.target.value_or(NativePath{}));
-    if (!folder)
-        return;
-    const auto entries = listEntries(*folder);
+    if (folder)
+        passOver(takeTarget(*folder), "the target before stays");
+}
+
+bool JobSetup::takeTarget(const NativePath& folder) {
+    const auto entries = listEntries(folder);
     const bool filled = entries && std::any_of(entries->begin(), entries->end(), countsAsContent);
     if (filled && !surroundings_.dialogs.ask("Warning !",
                                              "There are aleady files stored on this drive or folder. "
                                              "Any existing files or folders may be overwritten, "
                                              "do you still want to copy?"))
-        return;
-    const std::string shown = "Copy to : " + readable(folder->native());
+        return false;
+    const std::string shown = "Copy to : " + readable(folder.native());
     if (filled)
         log(shown + " (Overwrite existing files )", kLightOrange);
     else
         log(shown);
     state_.options.target = folder;
+    return true;
 }
 
 void JobSetup::applySettingDefaults() {
@@ -152,7 +157,21 @@ void JobSetup::loadSeparator() {
     separator = stored.empty() ? "-" : stored;
 }
 
+// A folder whose name was cut or lost characters on its way into the settings is another folder.
+void JobSetup::tellCutFolders() {
+    const Paths& paths = installation_.paths();
+    const std::pair<const char*, const NativePath*> folders[] = {
+        {"Local Path", &paths.localPath}, {"Archive Path", &paths.zipPath}, {"Shared DB Path", &paths.sharedPath}};
+    for (const auto& [name, folder] : folders) {
+        if (mayBeCutInSettings(*folder))
+            log(std::string("The ") + name +
+                    " of the settings may have lost characters of its name : " + readable(folder->native()),
+                kLightOrange);
+    }
+}
+
 void JobSetup::loadSettings() {
+    tellCutFolders();
     recipients.addQuery();
     state_.texts.status.clear();
     applySettingDefaults();
@@ -244,6 +263,7 @@ std::optional<std::string> JobSetup::openExisting() {
             surroundings_.loop.turn();
             return true;
         };
+        passOver(copyMark(files.front(), list), "a mark that is missing is missing where the list comes from, too");
         const auto copied = copier.copy(files.front().native(), list.native(), turning);
         passOver(copied, "a list that could not be copied is not there, and the counts stay at 0");
         if (copied)

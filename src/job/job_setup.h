@@ -55,6 +55,8 @@ public:
     /// The same with a folder that was dropped on the window instead of the question.
     FocusAfter dropSource(const NativePath& folder);
     void pickTarget();
+    /// Takes a folder as the target, behind a question when it holds something already. False: No.
+    [[nodiscard]] bool takeTarget(const NativePath& folder);
 
     /// Puts the settings into the recipient box and the three switches.
     /// Kept: a stored recipient that the box holds already selects the second item, whichever matched (test
@@ -88,6 +90,7 @@ private:
     void fetchEvidence(const NativePath& from, const NativePath& to, const CopyProgress& turning);
     FocusAfter takeSource(const std::optional<NativePath>& folder);
     void log(std::string text, std::optional<std::uint32_t> colour = std::nullopt);
+    void tellCutFolders();
     void checkSkip();
     [[nodiscard]] bool confirmOverwrite();
     void keepSeparator(const std::string& answer, const std::string& before);

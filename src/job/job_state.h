@@ -50,7 +50,15 @@ struct JobCounters {
     std::uint64_t totalBytes = 0;      ///< lsize, through sizeLabel
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
+    std::int32_t unreadHeads = 0;      ///< files whose head did not come as a whole; no label of its own
     std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
+
+    std::int32_t copied = 0;        ///< files that were copied; no label of its own
+    std::int32_t graded = 0;        ///< rows that the testing pass read; no label of its own
+    std::int32_t notCopied = 0;     ///< rows that the copy pass did not reach; no label of its own
+    std::int32_t unreadRules = 0;   ///< term files and rule lists that could not be read; no label of its own
+    std::int32_t notFetched = 0;    ///< shared files that could not be fetched; no label of its own
+    std::int32_t lostMessages = 0;  ///< lines that a command could not write; no label of its own
 
     [[nodiscard]] std::int32_t& operator[](Grade grade) { return grades[grade]; }
     [[nodiscard]] std::int32_t operator[](Grade grade) const { return grades[grade]; }
@@ -126,6 +134,7 @@ struct LogRow {
     LocalTime time;                       ///< column "Time"
     std::string text;                     ///< column "Event"
     std::optional<std::uint32_t> colour;  ///< of the row's cells
+    std::string path = {};                ///< native bytes of the file or folder it is about; empty for none
 };
 
 /// Hears of every row of the job log as it is added.
@@ -147,20 +156,28 @@ public:
         if (listener_ != nullptr)
             listener_->logRowAdded(row);
         rows_.push_back(std::move(row));
-        if (limit_ != 0 && rows_.size() > limit_)
+        if (limit_ != 0 && rows_.size() > limit_) {
             rows_.pop_front();
+            ++dropped_;
+        }
     }
     void removeLast() {
         if (!rows_.empty())
             rows_.pop_back();
     }
-    void clear() { rows_.clear(); }
+    void clear() {
+        rows_.clear();
+        dropped_ = 0;
+    }
+    /// Rows that the limit has taken away.
+    [[nodiscard]] std::size_t dropped() const { return dropped_; }
     [[nodiscard]] const std::deque<LogRow>& rows() const { return rows_; }
 
 private:
     std::deque<LogRow> rows_;
     JobLogListener* listener_ = nullptr;
     std::size_t limit_ = 0;
+    std::size_t dropped_ = 0;
 };
 
 /// One job and what is left of the last one.

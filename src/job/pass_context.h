@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/surroundings.h"
 #include "job/job_state.h"
@@ -26,6 +27,12 @@ struct PassContext {
         state.log.add({surroundings.clock.now(), text, colour});
     }
 
+    /// The same about a file or folder, whose path in native bytes goes with the row.
+    void logAbout(std::string_view path, const std::string& text,
+                  std::optional<std::uint32_t> colour = std::nullopt) const {
+        state.log.add({surroundings.clock.now(), text, colour, std::string(path)});
+    }
+
     /// Counts a row of a list that could not be written; the reason of the first one is kept.
     void rowLost(const FileError& why) const {
         if (++state.counters.lostRows == 1)
@@ -38,6 +45,28 @@ struct PassContext {
         if (!written)
             rowLost(written.error());
         return written.has_value();
+    }
+
+    /// Tells of a file with rules that cannot be read, and counts it: grades may lack what it says.
+    void ruleNotRead(const FileError& why) const {
+        ++state.counters.unreadRules;
+        log("Unable to read : " + why.text, kLightOrange);
+    }
+
+    /// Stop: the flags that the phases read, and the row in the log.
+    void stop() const {
+        state.stopRequested = true;
+        state.copyCancelled = true;
+        log("Process stopped by user");
+    }
+
+    /// True when a command was told to stop; the job is then stopped. A window's Stop waits for its place in the job.
+    [[nodiscard]] bool stopsAtOnce() const {
+        if (!surroundings.loop.stopAsked())
+            return false;
+        if (!state.stopRequested)
+            stop();
+        return true;
     }
 
     /// One turn of the front end's event loop.

@@ -13,6 +13,7 @@ ListRow* RowsAhead::next() {
     inWork_ = true;
     AheadRow& first = rows_.first();
     const auto arrives = [this](std::chrono::milliseconds pause) { return grader_.heads().firstArrives(pause); };
+    loop_.workingOn(first.row.nativePath());
     if (first.asked && !arrives(kTurnInterval))
         turnUntil(loop_, arrives);
     return &first.row;
@@ -42,8 +43,10 @@ void RowsAhead::lookAhead() {
 // another answer when the row's turn comes, the head is read then, or was read in vain.
 void RowsAhead::askForHead(AheadRow& ahead) {
     ahead.asked = grader_.mayOpen(ahead.row);
-    if (ahead.asked)
-        grader_.heads().ask(ahead.row.nativePath());
+    if (!ahead.asked)
+        return;
+    loop_.workingOn(ahead.row.nativePath());
+    grader_.heads().ask(ahead.row.nativePath());
 }
 
 Result<std::size_t> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {

@@ -2,7 +2,9 @@
 #include "job/share_steps.h"
 
 #include "app/progress_relay.h"
+#include "app/save_litter.h"
 #include "job/board_progress.h"
+#include "setup/share_trial.h"
 
 namespace quillon {
 
@@ -12,20 +14,38 @@ auto ShareSteps::showing(Step step) {
     ProgressRelay relay;
     BoardProgress board(context_.state);
     return answerBeside(
-        context_.surroundings.loop, [&] { return step(relay); }, [&] { relay.handOn(board); });
+        context_.surroundings.loop, [&] { return step(relay); },
+        [&] {
+            if (context_.surroundings.loop.stopAsked())
+                relay.cancel();
+            relay.handOn(board);
+        });
 }
 
-OrphanCounts ShareSteps::deleteOrphans() {
-    return showing([this](ProgressHost& progress) { return deleteOrphanTermFiles(paths(), kept_, progress); });
+std::size_t ShareSteps::moveLitterAway() {
+    return answerBeside(context_.surroundings.loop, [this] {
+        return moveSaveLitterAway({paths().sharedPath, paths().sharedDatabase, paths().sharedSettings}, kept_);
+    });
+}
+
+OrphanTermFiles ShareSteps::findOrphans() {
+    return showing([this](ProgressHost& progress) { return findOrphanTermFiles(paths(), progress); });
+}
+
+OrphanCounts ShareSteps::moveAway(const OrphanTermFiles& orphans) {
+    return answerBeside(context_.surroundings.loop, [&] { return moveOrphansAway(orphans, paths(), kept_); });
 }
 
 std::vector<std::string> ShareSteps::sharedFiles() {
     return answerBeside(context_.surroundings.loop, [this] { return databaseFiles(paths().sharedDatabase); });
 }
 
-void ShareSteps::copyChanged(const std::vector<std::string>& names) {
-    passOver(showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); }),
-             "a file that could not be copied is as it was, and the next job copies it");
+RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
+    return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
+}
+
+std::string ShareSteps::whatIsRefused() {
+    return answerBeside(context_.surroundings.loop, [this] { return whatShareRefuses(paths()); });
 }
 
 Result<void> ShareSteps::fetchSkips() {
@@ -38,6 +58,10 @@ SkipListState ShareSteps::loadSkips() {
     const auto state =
         answerBeside(context_.surroundings.loop, [&] { return loadSkipList(installation_, wanted, list); });
     skipList_ = std::move(list);
+    if (state == SkipListState::Unreadable) {
+        ++context_.state.counters.unreadRules;
+        context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
+    }
     return state;
 }
 

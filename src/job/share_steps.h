@@ -22,18 +22,24 @@ public:
     ShareSteps(const PassContext& context, const Installation& installation, SkipList& skipList)
         : context_(context),
           installation_(installation),
-          kept_(installation_, context.surroundings.clock),
+          kept_(installation_, context.surroundings.clock, KeptBy::Rescue),
           skipList_(skipList) {}
     ShareSteps(const ShareSteps&) = delete;
     ShareSteps& operator=(const ShareSteps&) = delete;
 
     [[nodiscard]] const Paths& paths() const { return installation_.paths(); }
 
-    [[nodiscard]] OrphanCounts deleteOrphans();
+    /// What killed saves of this computer left in the shared folders goes under Kept; gives the number of files.
+    [[nodiscard]] std::size_t moveLitterAway();
+    /// Local term files without a shared counterpart; they are where they were.
+    [[nodiscard]] OrphanTermFiles findOrphans();
+    [[nodiscard]] OrphanCounts moveAway(const OrphanTermFiles& orphans);
     /// The names in the shared database.
     [[nodiscard]] std::vector<std::string> sharedFiles();
     /// A file that cannot be copied is tried again by the next job.
-    void copyChanged(const std::vector<std::string>& names);
+    [[nodiscard]] RefreshCounts copyChanged(const std::vector<std::string>& names);
+    /// What this computer cannot do in the share; empty when it can teach the others.
+    [[nodiscard]] std::string whatIsRefused();
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
     [[nodiscard]] SkipListState loadSkips();

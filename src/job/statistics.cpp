@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/file_list.h"
+#include "app/list_mark.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -111,6 +112,9 @@ void upDateAllLabels(const PassContext& context, const JobLists& lists, const Re
     state.recounting = true;
     const auto list = lists.finalPath();
     if (list && pathExists(*list)) {
+        // The list of the job that runs is not whole yet.
+        if (state.phase == JobPhase::Idle && isUnfinished(*list))
+            context.log("The file list is not whole: its job was cut short", kLightOrange);
         const auto counted = recount(context, messages, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }

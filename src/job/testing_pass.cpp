@@ -37,13 +37,15 @@ void TestingPass::run(std::optional<ListEncoding> encoding) {
     } else {
         rawListFailed(rawList.error());
     }
-    if (const auto closed = finalList->close(); !closed)
-        context_.rowLost(closed.error());
+    const JobCounters& counters = context_.state.counters;
+    const bool whole = counters.lostRows == 0 && counters.rowsRead >= counters.files;
+    const ListEnd end = whole ? ListEnd::Whole : ListEnd::Cut;
+    if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
+        context_.rowLost(finished.error());
     stopped_ = context_.state.stopRequested;
     if (stopped_) {
         context_.state.passes.testing = PassEnd::Short;
-        if (const auto path = lists_.finalPath())
-            offerDeletion(*path);
+        offerDeletion();
     }
     // Kept: the pass clears the flag, so the copy pass behind it runs although Stop was pressed (test
     // StopDuringTestingActsBehindTheLastRowAndTheCopyPassStillRuns).
@@ -54,6 +56,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
     RowsAhead rows(rawList, grader_, context_.surroundings.loop);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
+        ++context_.state.counters.graded;
         ++context_.state.passes.rowsRead;
         verdict_ = {};
         if (gradeRow(*row, rows)) {
@@ -66,6 +69,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
             tellEvidence(*row, false);
         }
         context_.turn();
+        if (context_.stopsAtOnce())
+            break;
     }
     if (rawList.error())
         rawListFailed(*rawList.error());
@@ -157,12 +162,13 @@ void TestingPass::tellEvidence(const ListRow& row, bool written) {
     context_.evidence.graded(row, written ? std::optional(lines_) : std::nullopt, verdict_);
 }
 
-void TestingPass::offerDeletion(const NativePath& finalList) {
-    if (!context_.surroundings.dialogs.ask("Delete partial file list?",
-                                           "Process stopped, do you want to delete the current file list ?")) {
+void TestingPass::offerDeletion() {
+    MessageBox question{"Delete partial file list?", "Process stopped, do you want to delete the current file list ?",
+                        BoxStyle::Question, BoxButtons::YesNo};
+    question.loss = BoxLoss::PartialList;
+    if (context_.surroundings.dialogs.show(question) != BoxAnswer::Yes)
         return;
-    }
-    passOver(removeFile(finalList), "a list that stays is no harm");
+    passOver(lists_.removeFinal(), "a list that stays is no harm");
 }
 
 }  // namespace quillon

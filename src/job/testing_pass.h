@@ -33,8 +33,9 @@ public:
                 RowChecker* checker = nullptr)
         : context_(context), lists_(lists), grader_(grader), alerts_(alerts), checker_(checker) {}
 
-    /// Runs to the end of the raw list whatever happens on the way; Stop is looked at only behind it. `encoding`: of a
-    /// raw list that this job has written; otherwise it is found from the content.
+    /// Runs to the end of the raw list whatever happens on the way; a window's Stop is looked at only behind it, a
+    /// command's at the next row. `encoding`: of a raw list that this job has written; otherwise it is found from the
+    /// content.
     void run(std::optional<ListEncoding> encoding = std::nullopt);
 
     /// True when there is a final list of this run, complete or not.
@@ -55,7 +56,7 @@ private:
     void showProgress(const ListRow& row);
     void writeRow(ListWriter& finalList, ListRow& row);
     void tellEvidence(const ListRow& row, bool written);
-    void offerDeletion(const NativePath& finalList);
+    void offerDeletion();
 
     PassContext context_;
     const JobLists& lists_;

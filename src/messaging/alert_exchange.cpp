@@ -93,17 +93,34 @@ const AlertScreenRules& alertScreenRules(AlertScreen screen) {
 }
 
 AlertExchange::AlertExchange(AlertScreen screen, DatagramSocket& server, DatagramSocket& client,
-                             const Installation& installation, const Surroundings& surroundings, LogName logName)
+                             const Installation& installation, const Surroundings& surroundings, LogName logName,
+                             AlertPorts* ports)
     : rules_(alertScreenRules(screen)),
       server_(server),
       client_(client),
       installation_(installation),
       surroundings_(surroundings),
-      logName_(std::move(logName)) {
+      logName_(std::move(logName)),
+      ports_(ports) {
+    if (ports_ != nullptr)
+        ports_->exchanges_.push_back(this);
+}
+
+AlertExchange::~AlertExchange() {
+    if (ports_ != nullptr)
+        std::erase(ports_->exchanges_, this);
+}
+
+void AlertPorts::closeIdle(const AlertExchange& sender) const {
+    for (AlertExchange* const other : exchanges_) {
+        if (other != &sender && !other->isWaiting())
+            other->closeSockets();
+    }
 }
 
 bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                               const std::string& body, std::int16_t alertFlag) {
+    failures_.clear();
     const std::string plainSubject = subject;
     std::string sentBody = body;
     if (rules_.datePrefix) {
@@ -114,8 +131,20 @@ bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest
     }
     const std::string payload = encodeAlert({surroundings_.hostName, ackRequest, subject, sentBody, alertFlag});
     configureSockets(target);
+    const bool wasWaiting = std::exchange(waiting_, true);  // a handler may send within a wait
+    exchange(payload);
+    waiting_ = wasWaiting;
+    if (rules_.writesLog)
+        writeLog(target, plainSubject, body);
+    return ackState_ != AckState::None;
+}
+
+void AlertExchange::exchange(const std::string& payload) {
     trap(server_.sendData(payload));
     if (portConflict_) {
+        // Whoever answers the box may close the sockets, and an alert whose receiver is still being looked up would
+        // never leave.
+        waitUntilSent();
         surroundings_.dialogs.tell("Warning",
                                    "The return message may have been intercepted by ZOV - Messenger "
                                    "or another application set to use the same port.",
@@ -125,14 +154,13 @@ bool AlertExchange::sendAlert(const std::string& target, std::int16_t ackRequest
     } else {
         wait();
     }
-    if (rules_.writesLog)
-        writeLog(target, plainSubject, body);
-    return ackState_ != AckState::None;
 }
 
 void AlertExchange::configureSockets(const std::string& target) {
     const AppSettings& settings = installation_.settings;
     closeSockets();
+    if (ports_ != nullptr)
+        ports_->closeIdle(*this);
     server_.setRemoteHost(target);
     server_.setRemotePort(settings.alertListenPort);
     server_.setLocalPort(settings.alertSourcePort);
@@ -152,13 +180,15 @@ void AlertExchange::wait() {
     const std::int64_t start = surroundings_.clock.milliseconds();
     const auto over = [&](std::chrono::milliseconds pause) {
         poll(pause);
-        if (!messageArrived_ && waitElapsed_ > kAlertWait)
+        if (!messageArrived_ && (waitElapsed_ > kAlertWait || surroundings_.loop.stopAsked()))
             return true;
         // A turn can take its time: what counts is when the datagram is seen.
         waitElapsed_ = surroundings_.clock.milliseconds() - start;
         return messageArrived_;
     };
     turnUntil(surroundings_.loop, over, kPollPatience);
+    if (!messageArrived_ && surroundings_.loop.stopAsked())
+        ackState_ = AckState::None;
     if (waitElapsed_ >= kAlertWait && !rules_.lateAnswerCounts)
         ackState_ = AckState::None;
 }
@@ -180,6 +210,7 @@ void AlertExchange::trap(const Result<void>& result) {
 
 void AlertExchange::trap(const FileError& error) {
     errorText_ = error.text;
+    failures_.push_back(error);
     if (rules_.remembersPortConflict && error.kind == ErrorKind::AddressInUse)
         portConflict_ = true;
 }
@@ -196,14 +227,31 @@ void AlertExchange::poll(std::chrono::milliseconds patience) {
         passOver(serverArrival(), "a datagram of two fields ends its handler and nothing else");
 }
 
+std::string AlertExchange::silenceCause() const {
+    std::string cause;
+    for (const FileError& failed : failures_) {
+        cause += cause.empty() ? "" : "; ";
+        if (failed.kind == ErrorKind::AddressInUse)
+            cause += "another program of this computer has the port, and the answer with it: ";
+        if (failed.kind == ErrorKind::NotFound)
+            cause += "this computer does not know the name: ";
+        cause += failed.text;
+    }
+    if (!cause.empty())
+        return cause;
+    return messageArrived_ ? "what came back was no acknowledgement" : "no answer came within 10 seconds";
+}
+
 void AlertExchange::turnWhilePending() {
     if (ackState_ != AckState::Pending)
         return;
     const auto settled = [this, turns = 0](std::chrono::milliseconds pause) mutable {
         poll(pause);
-        return ++turns == kPendingTurns || ackState_ != AckState::Pending;
+        return ++turns == kPendingTurns || ackState_ != AckState::Pending || surroundings_.loop.stopAsked();
     };
+    const bool wasWaiting = std::exchange(waiting_, true);
     turnUntil(surroundings_.loop, settled, kPollPatience);
+    waiting_ = wasWaiting;
 }
 
 bool AlertExchange::isThisComputer(const std::string& target) const {
@@ -277,6 +325,11 @@ void AlertExchange::acknowledge(const std::string& asker) {
     trap(server_.bind(settings.alertSourcePort));
     trap(server_.sendData(encodeAcknowledgement(surroundings_.hostName)));
     // The handler closes the socket at once, and that would drop an answer whose receiver is still being looked up.
+    waitUntilSent();
+}
+
+// As long as its receiver is looked up; no longer than an answer is waited for.
+void AlertExchange::waitUntilSent() {
     if (!server_.isSending())
         return;
     const std::int64_t start = surroundings_.clock.milliseconds();

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/installation.h"
 #include "app/surroundings.h"
@@ -36,25 +37,47 @@ struct AlertScreenRules {
 /// The longest wait, in milliseconds; an answer that is seen at 10,000 or later is too late.
 inline constexpr std::int64_t kAlertWait = 10000;
 
+class AlertExchange;
+
+/// The exchanges of one process: all of them use the same two ports. The socket that waited for an answer in vain stays
+/// bound until the next send, of whichever screen that is.
+class AlertPorts {
+public:
+    /// Closes the sockets of every exchange but `sender` that does not wait for an answer at this moment.
+    void closeIdle(const AlertExchange& sender) const;
+
+private:
+    friend class AlertExchange;
+    std::vector<AlertExchange*> exchanges_;
+};
+
 class AlertExchange final : public AlertSender {
 public:
     /// What the log calls the job at the moment of writing: the job ID, or the name of the archive. UTF-8.
     using LogName = std::function<std::string()>;
 
-    /// All references must outlive the exchange. The ports are read from the settings at each send.
+    /// All references must outlive the exchange, and so must `ports`, which knows of the other exchanges of the
+    /// process; null where there are none. The port numbers are read from the settings at each send.
     AlertExchange(AlertScreen screen, DatagramSocket& server, DatagramSocket& client, const Installation& installation,
-                  const Surroundings& surroundings, LogName logName);
+                  const Surroundings& surroundings, LogName logName, AlertPorts* ports = nullptr);
+    ~AlertExchange() override;
+    AlertExchange(const AlertExchange&) = delete;
+    AlertExchange& operator=(const AlertExchange&) = delete;
 
     [[nodiscard]] bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject,
                                  const std::string& body, std::int16_t alertFlag) override;
     void closeSockets() override;
     [[nodiscard]] AckState ackState() const override { return ackState_; }
     void setAckState(AckState state) override { ackState_ = state; }
+    [[nodiscard]] std::string silenceCause() const override;
     void turnWhilePending() override;
     [[nodiscard]] bool isThisComputer(const std::string& target) const override;
 
     /// What a test begins with: nothing has arrived, nothing is acknowledged.
     void clearState();
+
+    /// True while an alert is on its way or its answer is waited for.
+    [[nodiscard]] bool isWaiting() const { return waiting_; }
 
     [[nodiscard]] const AlertScreenRules& rules() const { return rules_; }
     /// The description of the last failure of a socket. On the main window and the zip screen "0" when the last send
@@ -68,7 +91,9 @@ public:
 
 private:
     void configureSockets(const std::string& target);
+    void exchange(const std::string& payload);
     void wait();
+    void waitUntilSent();
     void writeLog(const std::string& target, const std::string& subject, const std::string& body) const;
     void trap(const Result<void>& result);
     void trap(const FileError& error);
@@ -83,11 +108,14 @@ private:
     const Installation& installation_;
     const Surroundings& surroundings_;
     LogName logName_;
+    AlertPorts* ports_;
 
+    bool waiting_ = false;
     bool messageArrived_ = false;
     AckState ackState_ = AckState::None;
     std::int64_t waitElapsed_ = 0;
     std::string errorText_;
+    std::vector<FileError> failures_;  // of the sockets, since the last alert began
     bool portConflict_ = false;
 };
 

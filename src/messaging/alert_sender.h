@@ -38,6 +38,9 @@ public:
     [[nodiscard]] virtual AckState ackState() const = 0;
     virtual void setAckState(AckState state) = 0;
 
+    /// Why the last alert was not acknowledged, as far as this computer knows, for a person.
+    [[nodiscard]] virtual std::string silenceCause() const { return {}; }
+
     /// Turns the event loop while `ackState` is Pending, at most 1001 times: what a caller does after a send that it
     /// announced with Pending.
     virtual void turnWhilePending() = 0;

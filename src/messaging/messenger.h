@@ -1,61 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The receiving side of the alert exchange, without its socket: what becomes of each datagram, and the answers.
+// The receiving side of the alert exchange, without its socket: what becomes of each datagram, and the texts of alerts.
 
-#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "messaging/alert_datagram.h"
 #include "platform/host_address.h"
-#include "platform/result.h"
+#include "platform/moment.h"
 
 namespace quillon {
-
-/// An answer that leaves later than this after its alert is not sent at all: the sender has given up, and may be
-/// waiting for the answer to another alert.
-inline constexpr std::chrono::seconds kAnswerLimit{10};
-
-/// Sends answers from threads of its own, so that a name that takes long to look up holds up neither the receiving nor,
-/// for a few such names at once, the other answers.
-class AnswerQueue {
-public:
-    struct Counts {
-        std::uint64_t sent = 0;
-        std::uint64_t failed = 0;   ///< the name is unknown, or the send failed
-        std::uint64_t dropped = 0;  ///< too late, or too many were waiting
-    };
-
-    /// Sends one datagram to an address; called on any thread.
-    using Send = std::function<Result<void>(const HostAddress& address, std::string_view bytes)>;
-
-    /// `limit` is how old an alert may be when its answer leaves.
-    AnswerQueue(std::string bytes, HostResolver resolver, Send send,
-                std::chrono::milliseconds limit = std::chrono::milliseconds(kAnswerLimit));
-    /// Does not wait for look-ups in progress; their answers are not sent any more.
-    ~AnswerQueue();
-    AnswerQueue(const AnswerQueue&) = delete;
-    AnswerQueue& operator=(const AnswerQueue&) = delete;
-
-    /// One answer to the computer of this name; returns at once.
-    void answer(const std::string& name);
-
-    /// Waits until nothing is left to do, at most so long. True when nothing is left.
-    bool finish(std::chrono::milliseconds patience);
-
-    [[nodiscard]] Counts counts() const;
-
-private:
-    struct State;
-    static void work(State& state);
-
-    std::shared_ptr<State> state_;
-};
 
 /// What a datagram turned out to be.
 enum class DatagramKind {
@@ -75,20 +35,47 @@ struct MessengerCounts {
 class Messenger {
 public:
     using Answer = std::function<void(const std::string& name)>;
-    using Show = std::function<void(const ReceivedAlert& alert)>;
+    using Use = std::function<void(const ReceivedAlert& alert)>;
 
-    /// `answer` gets the name in the alert, UTF-8, before `show` is called: showing may take its time.
-    Messenger(Answer answer, Show show) : answer_(std::move(answer)), show_(std::move(show)) {}
+    /// Called in this order for an alert: what is acknowledged is stored, and showing may take its time. `answer` gets
+    /// the name in the alert, UTF-8.
+    Messenger(Use store, Answer answer, Use show)
+        : store_(std::move(store)), answer_(std::move(answer)), show_(std::move(show)) {}
 
     DatagramKind take(std::string_view bytes);
 
     [[nodiscard]] const MessengerCounts& counts() const { return counts_; }
 
 private:
+    Use store_;
     Answer answer_;
-    Show show_;
+    Use show_;
     MessengerCounts counts_;
 };
+
+/// How many alerts of one computer are stored and shown in a minute; what comes above it is acknowledged alone.
+inline constexpr std::size_t kMostAlertsAMinute = 60;
+
+/// Keeps count of the alerts of each computer, so that none of them fills logs and screens.
+class AlertRate {
+public:
+    /// Counts an alert from this address. False: there were too many of them within this minute.
+    [[nodiscard]] bool allows(const HostAddress& source, Moment now);
+
+private:
+    struct Minute {
+        Moment start;
+        std::size_t alerts = 0;
+    };
+    std::unordered_map<std::string, Minute> minutes_;  // by the bytes of the address
+};
+
+/// The alert with no more text than a log can take: at most 64 characters of sender, 500 of subject and 8,000 of body,
+/// with " [...]" where something was cut.
+[[nodiscard]] ReceivedAlert shortened(ReceivedAlert alert);
+
+/// What fits into a notification of the desktop: at most `most` characters, and then " [...]".
+[[nodiscard]] PageText shortened(const PageText& text, std::size_t most);
 
 /// Page text as UTF-8 lines for a terminal, a log or a notification: split at line ends, every other control character
 /// replaced by U+FFFD, so that no alert can steer the terminal or forge a record.

@@ -58,8 +58,9 @@ struct RecipientScreen {
     const AlertScreenRules& rules;
     RecipientBox& box;
     bool& busyPointer;
-    std::string* status;         ///< null where the rules want no line
-    std::function<void()> show;  ///< called behind each change
+    std::string* status;                                    ///< null where the rules want no line
+    std::function<void()> show;                             ///< called behind each change
+    std::function<void(const std::string& text)> log = {};  ///< a row in the job log; empty where there is none
 
     void enable(bool& button, bool enabled) const;
     void showBusy(bool busy) const;

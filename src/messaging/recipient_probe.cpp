@@ -54,6 +54,16 @@ void end(const RecipientScreen& screen) {
     screen.showStatus("");
 }
 
+// The told text names everything that may be wrong; what is known of it stands behind the button and in the log.
+void tellNoConnection(const std::string& name, const std::string& cause, Dialogs& dialogs,
+                      const RecipientScreen& screen) {
+    if (screen.log)
+        screen.log("No answer from " + name + " : " + cause);
+    MessageBox box{"Communication error", noConnectionText(name), BoxStyle::Warning, BoxButtons::Ok};
+    box.details = cause;
+    dialogs.show(box);
+}
+
 }  // namespace
 
 void testRecipient(RecipientField field, AlertExchange& exchange, Installation& installation,
@@ -71,7 +81,7 @@ void testRecipient(RecipientField field, AlertExchange& exchange, Installation& 
         exchange.sendAlert(name, kAskForAcknowledgement, subject, "Future messages can be viewed here.", 0);
     end(screen);
     if (!sent) {
-        surroundings.dialogs.warn("Communication error", noConnectionText(name));
+        tellNoConnection(name, exchange.silenceCause(), surroundings.dialogs, screen);
     } else if (exchange.ackState() == AckState::Acknowledged) {
         if (surroundings.dialogs.ask("Save as default?", saveQuestion(name, exchange.portConflict())))
             saveRecipient(name, field, installation);

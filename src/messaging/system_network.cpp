@@ -9,6 +9,7 @@
 #include "platform/service_browser.h"
 #include "platform/whole_file.h"
 #include "text/fields.h"
+#include "text/list_text.h"
 #include "text/unicode.h"
 
 namespace quillon {
@@ -72,6 +73,32 @@ std::vector<std::string> namesInHostsDatabase(std::string_view text) {
         names.emplace_back(plain != fields.end() ? *plain : fields[1]);
     }
     return names;
+}
+
+std::optional<HostAddress> addressInHostsDatabase(std::string_view text, const std::string& name) {
+    if (auto address = numericAddress(name))
+        return address;
+    std::optional<HostAddress> first;
+    for (const std::string_view line : splitLines(text)) {
+        const auto fields = words(line);
+        const auto isName = [folded = foldedName(name)](std::string_view field) { return foldedName(field) == folded; };
+        if (fields.size() < 2 || std::none_of(fields.begin() + 1, fields.end(), isName))
+            continue;
+        const auto address = numericAddress(std::string(fields[0]));
+        if (address && address->isIpv4())
+            return address;
+        if (address && !first)
+            first = address;
+    }
+    return first;
+}
+
+Result<HostAddress> resolveByHostsDatabase(const std::string& name) {
+    const auto hosts = readWholeFile(kHostsDatabase);
+    const auto address = addressInHostsDatabase(hosts.value_or(std::string()), name);
+    if (!address)
+        return failure(ErrorKind::NotFound, readable(name) + " is not in the hosts database");
+    return *address;
 }
 
 std::string shownHostName(std::string_view announced) {

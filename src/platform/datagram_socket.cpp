@@ -55,6 +55,23 @@ SystemAddress systemAddress(const HostAddress& address, std::uint16_t port, bool
     return result;
 }
 
+// The other way round; an address of no kind for any other form.
+HostAddress hostAddress(const SystemAddress& address) {
+    HostAddress result;
+    if (address.storage.ss_family == AF_INET6) {
+        sockaddr_in6 form{};
+        std::memcpy(&form, &address.storage, sizeof form);
+        std::memcpy(result.bytes.data(), &form.sin6_addr, result.bytes.size());
+        result.scope = form.sin6_scope_id;
+    } else if (address.storage.ss_family == AF_INET) {
+        sockaddr_in form{};
+        std::memcpy(&form, &address.storage, sizeof form);
+        result.bytes[10] = result.bytes[11] = 0xFF;
+        std::memcpy(result.bytes.data() + 12, &form.sin_addr, sizeof form.sin_addr);
+    }
+    return result;
+}
+
 int newSocket(bool ipv6) {
     return ::socket(ipv6 ? AF_INET6 : AF_INET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
 }
@@ -162,7 +179,12 @@ std::string UdpSocket::getData() {
     if (!isOpen())
         return bytes;
     bytes.resize(kDatagramBytes);
-    const auto count = retried([&] { return ::recv(descriptor_, bytes.data(), bytes.size(), 0); });
+    SystemAddress sender;
+    auto* const form = reinterpret_cast<sockaddr*>(&sender.storage);
+    sender.length = sizeof sender.storage;
+    const auto count =
+        retried([&] { return ::recvfrom(descriptor_, bytes.data(), bytes.size(), 0, form, &sender.length); });
+    lastSender_ = hostAddress(sender);
     bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
     return bytes;
 }

@@ -79,6 +79,8 @@ public:
 
     /// Sends one datagram to an address that is known already; binds as `sendData` does.
     [[nodiscard]] Result<void> sendTo(const HostAddress& address, std::string_view bytes);
+    /// The address that the datagram came from that `getData` gave last. Anybody can forge it.
+    [[nodiscard]] const HostAddress& lastSender() const { return lastSender_; }
     /// The port that the system gave to a socket bound to port 0; 0 when the socket is closed.
     [[nodiscard]] std::int32_t boundPort() const;
 
@@ -100,6 +102,7 @@ private:
     int descriptor_ = -1;
     bool ipv6_ = false;
     bool arrivalReported_ = false;
+    HostAddress lastSender_;
     std::optional<PendingSend> pending_;
 };
 

@@ -51,6 +51,15 @@ private:
 
 constexpr int kLookUpFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
 
+// Asks `open` for a folder and not to leave a trace in its access time; only the owner may ask for that. `open` takes
+// flags.
+template <typename Open>
+int openLeavingTimes(int flags, Open open) {
+    const bool mayBeListed = (flags & O_PATH) == 0;
+    const int descriptor = retried([&] { return open(mayBeListed ? flags | O_NOATIME : flags); });
+    return descriptor < 0 && errno == EPERM && mayBeListed ? retried([&] { return open(flags); }) : descriptor;
+}
+
 // A path too long for one call: each piece opened from the one before.
 int openByPieces(const NativePath& path, int flags) {
     int at = retried([&] { return ::open(path.is_absolute() ? "/" : ".", kLookUpFlags); });
@@ -67,7 +76,7 @@ int openByPieces(const NativePath& path, int flags) {
     }
     if (at < 0)
         return at;
-    const int folder = retried([&] { return ::openat(at, ".", flags); });
+    const int folder = openLeavingTimes(flags, [at](int allFlags) { return ::openat(at, ".", allFlags); });
     const int error = errno;
     ::close(at);
     errno = error;
@@ -139,7 +148,7 @@ void Directory::close() {
 Result<Directory> Directory::openWith(const NativePath& path, int flags) {
     if (path.native().find('\0') != std::string::npos)
         return failure(systemError(path.native(), EINVAL));
-    int descriptor = retried([&] { return ::open(path.c_str(), flags); });
+    int descriptor = openLeavingTimes(flags, [&path](int allFlags) { return ::open(path.c_str(), allFlags); });
     if (descriptor < 0 && errno == ENAMETOOLONG)
         descriptor = openByPieces(path, flags);
     if (descriptor < 0)
@@ -165,7 +174,8 @@ Result<Directory> Directory::lookUpFolder(std::string_view name) const {
 
 Result<Directory> Directory::openFolderWith(std::string_view name, int flags) const {
     const TerminatedName terminated(name);
-    const int descriptor = retried([&] { return ::openat(descriptor_, terminated.get(), flags); });
+    const int descriptor =
+        openLeavingTimes(flags, [&](int allFlags) { return ::openat(descriptor_, terminated.get(), allFlags); });
     if (descriptor < 0)
         return failure(systemError(name));
     return Directory(descriptor);

@@ -3,7 +3,7 @@
 
 // A folder held open, for walking a source: its entries come with their kind, its files are described and its
 // subfolders opened relative to the handle, so that no path is looked up from the root twice and paths may be of any
-// length.
+// length. To list a folder leaves its access time alone where the system lets it.
 
 #include <cstdint>
 #include <functional>

@@ -34,12 +34,15 @@ FileBatch::~FileBatch() {
 Result<void> FileBatch::add(const NativePath& path, std::string_view bytes, const NativePath& temporaryFolder) {
     auto file = File::createNew(temporaryFolder / temporaryName());
     if (!file)
-        return failure(file.error());
+        return failure(saveError(path, file.error()));
     waiting_.push_back({file->path(), path});
-    return file->write(bytes).and_then([&file] { return file->close(); });
+    const auto written = file->write(bytes).and_then([&file] { return file->close(); });
+    if (!written)
+        return failure(saveError(path, written.error()));
+    return {};
 }
 
-Result<void> FileBatch::commit() {
+Result<void> FileBatch::commit(const std::function<void()>& named) {
     if (waiting_.empty())
         return {};
     if (auto synced = syncVolumeOf(waiting_.front().temporary.parent_path()); !synced)
@@ -48,9 +51,11 @@ Result<void> FileBatch::commit() {
     while (!waiting_.empty()) {
         const Waiting& file = waiting_.back();
         if (auto renamed = renameFile(file.temporary, file.path); !renamed)
-            return renamed;
+            return failure(saveError(file.path, renamed.error()));
         folders.insert(file.path.parent_path());
         waiting_.pop_back();
+        if (named)
+            named();
     }
     for (const auto& folder : folders) syncFolder(folder);
     return {};

@@ -5,6 +5,7 @@
 // volume is synchronised, and then every file takes its name. A process that is killed, and a machine that dies, leave
 // whole files and no cut one.
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -26,8 +27,11 @@ public:
     /// `temporaryFolder`: where the bytes wait, on the same volume as `path`.
     [[nodiscard]] Result<void> add(const NativePath& path, std::string_view bytes, const NativePath& temporaryFolder);
 
-    /// Gives every file its name. A failure leaves the files that had their turn.
-    [[nodiscard]] Result<void> commit();
+    /// Gives every file its name and calls `named` behind each. A failure leaves the files that had their turn.
+    [[nodiscard]] Result<void> commit(const std::function<void()>& named = {});
+
+    /// The files that wait for their names.
+    [[nodiscard]] std::size_t size() const { return waiting_.size(); }
 
 private:
     struct Waiting {

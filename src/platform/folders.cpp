@@ -3,10 +3,13 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstring>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/auxv.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -176,6 +179,23 @@ Result<NativePath> absolutePath(const NativePath& path) {
     return whole.lexically_normal();
 }
 
+Result<NativePath> pathFromRoot(const NativePath& path) {
+    std::error_code error;
+    const NativePath whole = std::filesystem::absolute(path, error);
+    if (error)
+        return failure(systemError(path.native(), error.value()));
+    NativePath upToLastUp;
+    NativePath rest;
+    for (const auto& part : whole) {
+        rest /= part;
+        if (part == "..")
+            upToLastUp /= std::exchange(rest, {});
+    }
+    if (upToLastUp.empty())
+        return whole.lexically_normal();
+    return resolvedPath(upToLastUp).map([&rest](const NativePath& real) { return (real / rest).lexically_normal(); });
+}
+
 Result<NativePath> resolvedPath(const NativePath& path) {
     std::error_code error;
     NativePath real = std::filesystem::weakly_canonical(path, error);
@@ -197,7 +217,14 @@ bool liesIn(const NativePath& path, const NativePath& folder) {
 NativePath programFolder() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    return error ? std::filesystem::current_path(error) : program.parent_path();
+    if (!error)
+        return program.parent_path();
+    // Without /proc: the path by which the program was started. One without a folder says nothing of its place.
+    const auto* started = reinterpret_cast<const char*>(::getauxval(AT_EXECFN));
+    if (started == nullptr || std::strchr(started, '/') == nullptr)
+        return {};
+    const auto real = std::filesystem::canonical(started, error);
+    return error ? NativePath() : real.parent_path();
 }
 
 void raiseOpenFileLimit() {

@@ -87,7 +87,11 @@ struct FileStamp {
 /// True when `path` is `folder` or lies below it; both as `realPath` gives them.
 [[nodiscard]] bool liesIn(const NativePath& path, const NativePath& folder);
 
-/// The folder of the running program.
+/// A path from the root on, as the system goes it: ".." behind a link leads to the folder above the place of the link's
+/// target. A path without ".." keeps its links.
+[[nodiscard]] Result<NativePath> pathFromRoot(const NativePath& path);
+
+/// The folder of the running program; empty when the system does not tell it.
 [[nodiscard]] NativePath programFolder();
 
 /// Raises the number of files that may be open at once to what the system allows the process.

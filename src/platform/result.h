@@ -45,6 +45,7 @@ enum class ErrorKind {
 struct FileError {
     ErrorKind kind = ErrorKind::PathAccess;
     std::string text;
+    std::string cause = {};  ///< the system's words alone; empty where it is not the system that failed
 
     [[nodiscard]] int number() const { return errorNumber(kind); }
 };

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include <fcntl.h>
 #include <linux/limits.h>
@@ -12,6 +13,7 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include "platform/moment.h"
 #include "platform/system_error.h"
 
 namespace quillon {
@@ -35,6 +37,11 @@ constexpr std::array<std::uint32_t, 14> kDiskVolumes = {
     0x4244,      // hfs
     0x2fc12fc1,  // zfs
 };
+
+// A drive that has tried this long for a sector has tried all that it knows.
+constexpr std::chrono::seconds kPatience{2};
+// Of media in use; also the alignment that any of them asks of a buffer.
+constexpr std::size_t kLargestBlock = 4096;
 
 struct PathParts {
     std::string_view folder;
@@ -60,13 +67,46 @@ bool liesInMemory(int descriptor) {
     return retried([&] { return ::preadv2(descriptor, &place, 1, 0, RWF_NOWAIT); }) >= 0;
 }
 
+// The sizes that one logical block of the medium may have, smallest first.
+std::span<const std::size_t> blockSizes(int descriptor) {
+    static constexpr std::array<std::size_t, 2> sizes = {512, kLargestBlock};
+#ifdef STATX_DIOALIGN
+    struct statx info {};
+    if (::statx(descriptor, "", AT_EMPTY_PATH, STATX_DIOALIGN, &info) == 0 && (info.stx_mask & STATX_DIOALIGN) != 0) {
+        const auto fits = std::ranges::lower_bound(sizes, info.stx_dio_offset_align);
+        return {fits, sizes.end()};
+    }
+#endif
+    return sizes;
+}
+
+// Past the page cache, which reads a whole page and fails when any of its sectors does. A size that the volume does
+// not take is refused before the medium is asked.
+std::size_t readFirstBlock(int descriptor, HeaderBytes& head) {
+    if (::fcntl(descriptor, F_SETFL, O_RDONLY | O_NONBLOCK | O_DIRECT) != 0)
+        return 0;
+    alignas(kLargestBlock) std::array<char, kLargestBlock> block;
+    for (const std::size_t size : blockSizes(descriptor)) {
+        const auto count = retried([&] { return ::pread(descriptor, block.data(), size, 0); });
+        if (count >= 0) {
+            const auto given = std::min(static_cast<std::size_t>(count), head.size());
+            std::copy_n(block.begin(), given, head.begin());
+            return given;
+        }
+        if (errno != EINVAL)
+            break;
+    }
+    return 0;
+}
+
 // A read that fails midway may have touched the buffer; only the bytes it reports count.
 // How many bytes came.
 std::size_t readInto(int descriptor, HeaderBytes& head) {
     HeaderBytes bytes;
+    const Moment start = momentNow();
     const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
-    if (count <= 0)
-        return 0;
+    if (count < 0)
+        return errno == EIO && momentNow() - start < kPatience ? readFirstBlock(descriptor, head) : 0;
     std::copy_n(bytes.begin(), count, head.begin());
     return static_cast<std::size_t>(count);
 }

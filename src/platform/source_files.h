@@ -49,6 +49,9 @@ public:
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
+    /// A head that cannot be read as the system reads, by whole pages, is asked for once more by itself: the sector
+    /// that the drive cannot give may lie behind it. Not where the drive took two seconds to say so, which it would
+    /// again.
     [[nodiscard]] Result<std::size_t> readHead(std::string_view nativePath, HeaderBytes& head) override;
 
     /// As readHead for a head that lies in memory. No value, and a head of no meaning: it would wait. A disk would have

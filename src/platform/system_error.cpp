@@ -28,7 +28,8 @@ ErrorKind kindOfErrno(int number) {
 }
 
 FileError systemError(std::string_view nativePath, int number) {
-    return FileError{kindOfErrno(number), readable(nativePath) + ": " + std::strerror(number)};
+    const std::string words = std::strerror(number);
+    return FileError{kindOfErrno(number), readable(nativePath) + ": " + words, words};
 }
 
 FileError systemError(std::string_view nativePath) {

@@ -14,6 +14,12 @@ bool canCreateFilesIn(const NativePath& folder) {
     return isFolder(folder) && ::access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
+bool canBeFolder(const NativePath& path) {
+    NativePath there = path;
+    while (!pathExists(there) && there.has_parent_path() && there != there.parent_path()) there = there.parent_path();
+    return canCreateFilesIn(there);
+}
+
 NativePath userDataFolder() {
     const char* named = std::getenv("XDG_DATA_HOME");
     if (named != nullptr && NativePath(named).is_absolute())

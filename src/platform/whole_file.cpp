@@ -5,7 +5,9 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <charconv>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <utility>
@@ -147,27 +149,68 @@ Result<void> replaceTarget(NativePath& temporary, const Target& target, std::str
 
 // Tells this process from all others, on this computer and others, that ever saved.
 std::string processName() {
+    // The time of day tells this process from one of the same number that died before it.
+    struct timespec now {};
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    return fmt::format("{}{}-{:x}{:08x}", ownTemporaryPrefix(), ::getpid(), now.tv_sec, now.tv_nsec);
+}
+
+// The number of the process of this computer that made the name; 0 for any other name.
+pid_t ownerOf(std::string_view temporaryName) {
+    std::string_view rest = temporaryName;
+    const auto cutLast = [&rest] {
+        const auto at = rest.rfind('-');
+        const std::string_view last = at == rest.npos ? std::string_view() : rest.substr(at + 1);
+        rest = rest.substr(0, at == rest.npos ? 0 : at);
+        return last;
+    };
+    passOver(cutLast(), "which of its files");
+    passOver(cutLast(), "its first moment");
+    const std::string_view digits = cutLast();
+    pid_t number = 0;
+    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
+    const bool ours = std::string(rest) + "-" == ownTemporaryPrefix();
+    return ours && error == std::errc() && end == digits.end() && number > 0 ? number : 0;
+}
+
+}  // namespace
+
+FileError saveError(const NativePath& path, FileError error) {
+    error.text = readable(path.native()) + " cannot be saved: " + (error.cause.empty() ? error.text : error.cause);
+    return error;
+}
+
+std::string ownTemporaryPrefix() {
     std::array<char, 256> host{};
     ::gethostname(host.data(), host.size() - 1);
     std::string name = host.data();
     name.resize(std::min<std::size_t>(name.size(), 64));
     std::replace(name.begin(), name.end(), '/', '_');
-    // The time of day tells this process from one of the same number that died before it.
-    struct timespec now {};
-    ::clock_gettime(CLOCK_REALTIME, &now);
-    return fmt::format("{}-{}-{:x}{:08x}", name, ::getpid(), now.tv_sec, now.tv_nsec);
+    return std::string(kTemporaryPrefix) + name + "-";
 }
-
-}  // namespace
 
 bool isTemporaryName(std::string_view name) {
     return name.substr(0, kTemporaryPrefix.size()) == kTemporaryPrefix;
 }
 
+bool isSaveLitter(const NativePath& file) {
+    constexpr std::int64_t kDay = 24LL * 60 * 60;
+    const pid_t owner = ownerOf(file.filename().native());
+    if (owner == 0 || ::kill(owner, 0) == 0 || errno != ESRCH)
+        return false;
+    const auto modified = modificationTime(file);
+    return modified && modified->seconds + kDay < fileTimeNow().seconds && isRegularFile(file);
+}
+
 std::string temporaryName() {
     static const std::string process = processName();
     static std::atomic<unsigned> counter{0};
-    return fmt::format("{}{}-{}", kTemporaryPrefix, process, counter++);
+    return fmt::format("{}-{}", process, counter++);
+}
+
+Result<void> syncFile(const NativePath& path) {
+    return File::openForReading(path).and_then(
+        [](File file) { return file.sync().and_then([&file] { return file.close(); }); });
 }
 
 void syncFolder(const NativePath& folder) {
@@ -202,12 +245,14 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
     const Target target = describeTarget(path);
     auto temporary = createTemporary(target, place);
     if (!temporary)
-        return failure(temporary.error().kind, readable(path.native()) + " cannot be saved: " + temporary.error().text);
+        return failure(saveError(path, temporary.error()));
     NativePath name = temporary->path();
     auto saved = fill(*temporary, bytes, target).and_then([&] { return replaceTarget(name, target, bytes); });
     if (!name.empty())
         passOver(disk().unlink(AT_FDCWD, name.c_str()), "a name that no listing gives");
-    return saved;
+    if (!saved)
+        return failure(saveError(path, saved.error()));
+    return {};
 }
 
 Replacement::Replacement(File file, NativePath target)

@@ -69,11 +69,25 @@ private:
 /// none of them stay.
 [[nodiscard]] Result<void> appendToFile(const NativePath& path, std::string_view bytes);
 
+/// The failure of a save by the name of the file that the person knows, as the system tells it of the temporary one:
+/// "<path> cannot be saved: No space left on device".
+[[nodiscard]] FileError saveError(const NativePath& path, FileError error);
+
 /// True for the name of a save in progress.
 [[nodiscard]] bool isTemporaryName(std::string_view name);
 
+/// True for a file that a save of this computer left when its process was killed: the process is gone, and the file is
+/// older than a day. Of another computer's nobody can tell here.
+[[nodiscard]] bool isSaveLitter(const NativePath& file);
+
+/// The beginning of the temporary names of this computer.
+[[nodiscard]] std::string ownTemporaryPrefix();
+
 /// A name for a temporary file that no other process or computer uses at this moment.
 [[nodiscard]] std::string temporaryName();
+
+/// Brings the bytes of a file to the medium that others have written.
+[[nodiscard]] Result<void> syncFile(const NativePath& path);
 
 /// Brings a folder's entries to the medium after a rename. Not every medium can; that is no failure of the save.
 void syncFolder(const NativePath& folder);

@@ -19,7 +19,27 @@ constexpr unsigned kTurnsPerLook = 32;
 constexpr std::int64_t kTickMilliseconds = 1000;
 constexpr std::int64_t kLineMilliseconds = 200;
 
+std::string rateText(double perSecond) {
+    if (perSecond >= 1)
+        return fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(perSecond)));
+    return perSecond > 0 ? fmt::format("  {:.1f} files/min", perSecond * 60) : std::string("  0 files/s");
+}
+
 }  // namespace
+
+std::string timeLeftText(double seconds) {
+    constexpr double kDay = 86400;
+    if (seconds < kDay)
+        return clockText(static_cast<std::int64_t>(seconds));
+    if (seconds >= 10000 * kDay)
+        return "more than 10,000 d";
+    const auto hours = static_cast<std::int64_t>(seconds) / 3600;
+    return fmt::format("{} d {} h", grouped(hours / 24), hours % 24);
+}
+
+void CommandLoop::workingOn(std::string_view path) {
+    inHand_.turnTo(path);
+}
 
 void CommandLoop::turn() {
     if (job_ == nullptr)
@@ -27,7 +47,8 @@ void CommandLoop::turn() {
     // What is pressed during the checks waits until they have ended: the job takes back what stopped the one before.
     if (job_->state.phase != JobPhase::Checking && interrupts_() > stopsSeen_) {
         ++stopsSeen_;
-        stopJob(job_->passContext());
+        if (!job_->state.stopRequested)
+            stopJob(job_->passContext());
     }
     if (++turns_ % kTurnsPerLook == 0)
         look();
@@ -57,10 +78,10 @@ void CommandLoop::showLine() {
         line += grouped(counters.folders) + " folders";
     } else {
         line += grouped(done) + (counting ? "" : "/" + grouped(counters.files));
-        line += fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(rate)));
+        line += rateText(rate);
     }
     if (!counting && rate > 0)
-        line += "  " + clockText(static_cast<std::int64_t>((counters.files - done) / rate)) + " left";
+        line += "  " + timeLeftText((counters.files - done) / rate) + " left";
     err_ << "\r\033[K" << line << std::flush;
     lineShown_ = true;
 }

@@ -7,11 +7,17 @@
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
+#include <string>
+#include <string_view>
 
 #include "app/event_loop.h"
 #include "job/job.h"
+#include "programs/hang_watch.h"
 
 namespace quillon {
+
+/// "00:00:30", from a day on "1 d 18 h".
+[[nodiscard]] std::string timeLeftText(double seconds);
 
 class CommandLoop final : public EventLoop {
 public:
@@ -23,6 +29,11 @@ public:
     void attach(Job& job) { job_ = &job; }
 
     void turn() override;
+    [[nodiscard]] bool stopAsked() const override { return interrupts_() > 0; }
+    void workingOn(std::string_view path) override;
+
+    /// The file or folder that the job is at, for whoever watches it from another thread.
+    [[nodiscard]] WorkInHand& workInHand() { return inHand_; }
 
     /// Takes the progress line off the terminal.
     void clearLine();
@@ -35,6 +46,7 @@ private:
     std::ostream& err_;
     bool showLine_;
     std::function<int()> interrupts_;
+    WorkInHand inHand_;
     Job* job_ = nullptr;
     int stopsSeen_ = 0;
     unsigned turns_ = 0;

@@ -2,6 +2,8 @@
 #include "programs/job_command.h"
 
 #include <istream>
+#include <new>
+#include <optional>
 #include <ostream>
 
 #include "app/application_folder.h"
@@ -12,8 +14,10 @@
 #include "messaging/alert_exchange.h"
 #include "platform/folders.h"
 #include "platform/host.h"
+#include "platform/user_folder.h"
 #include "programs/command_dialogs.h"
 #include "programs/command_loop.h"
+#include "programs/hang_watch.h"
 #include "programs/job_options.h"
 #include "programs/job_result.h"
 #include "setup/default_installation.h"
@@ -29,14 +33,17 @@ constexpr std::size_t kJsonLogRows = 10000;
 // Prints each row of the job log as it comes.
 class LogPrinter final : public JobLogListener {
 public:
-    LogPrinter(std::ostream& err, CommandLoop& loop, const DateTexts& dates, bool quiet)
-        : err_(err), loop_(loop), dates_(dates), quiet_(quiet) {}
+    LogPrinter(std::ostream& err, CommandLoop& loop, const DateTexts& dates, const JobCommandOptions& options)
+        : err_(err), loop_(loop), dates_(dates), quiet_(options.quiet && !options.logJson), json_(options.logJson) {}
 
     void logRowAdded(const LogRow& row) override {
         if (quiet_)
             return;
         loop_.clearLine();
-        err_ << dates_.time(row.time) << "  " << row.text << '\n' << std::flush;
+        if (json_)
+            err_ << logRowAsJson(row, dates_) << '\n' << std::flush;
+        else
+            err_ << dates_.time(row.time) << "  " << row.text << '\n' << std::flush;
     }
 
 private:
@@ -44,6 +51,7 @@ private:
     CommandLoop& loop_;
     const DateTexts& dates_;
     bool quiet_;
+    bool json_;
 };
 
 // What an installation needs and does not have, each with a blank ahead; the shared folders only with sharing on.
@@ -107,7 +115,6 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     JobOptions& options = job.state.options;
     options.jobId = chosen.jobId;
     options.source = chosen.source;
-    options.target = chosen.target;
     options.copy = chosen.target.has_value();
     options.checkFileQuality = options.checkFileQuality && chosen.test;
     options.useSkipList = options.useSkipList && chosen.skipList;
@@ -128,13 +135,16 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
     if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
         err << "quillon-job: the job ended without a list";
         if (!dialogs.unasked().empty())
-            err << "; give --yes to answer Yes to: " << dialogs.unasked();
+            err << (dialogs.unaskedNeedsOwnAnswer() ? "; answer at a terminal, as --yes does not: "
+                                                    : "; give --yes to answer Yes to: ")
+                << dialogs.unasked();
         else
             err << ": " << text;
         err << '\n';
     }
     if (end.end == JobEnd::Stopped)
-        err << "quillon-job: stopped " << text << (result.listStands ? "; the list stands\n" : "\n");
+        err << "quillon-job: stopped " << text
+            << (result.cause == EndCause::StoppedInTesting && result.listStands ? "; the list so far stays\n" : "\n");
     if (end.end == JobEnd::Busy)
         err << "quillon-job: busy: " << text << '\n';
     for (const auto& loss : kJobLosses) {
@@ -158,13 +168,19 @@ public:
     JobRun(const JobCommandOptions& chosen, const CommandStreams& streams)
         : chosen_(chosen),
           streams_(streams),
-          dialogs_(streams.in, streams.err, chosen.yes, streams.canAsk),
-          showLine_(streams.errIsTerminal && !chosen.quiet),
+          dialogs_(streams.in, streams.err,
+                   {.alwaysYes = chosen.yes,
+                    .discardPartial = chosen.discardPartial,
+                    .terminal = streams.canAsk,
+                    .stopAsked = [&streams] { return streams.interrupts() > 0; },
+                    .inputWaits = streams.inputWaits}),
+          showLine_(streams.errIsTerminal && !chosen.quiet && !chosen.logJson),
           loop_(clock_, streams.err, showLine_, streams.interrupts),
           installation_(chosen.appFolder ? *chosen.appFolder : applicationFolder()),
           job_(installation_, {clock_, dates_, dialogs_, loop_, hostName()}),
-          printer_(streams.err, loop_, dates_, chosen.quiet) {
+          printer_(streams.err, loop_, dates_, chosen) {
         job_.state.options.jobId = chosen.jobId;
+        job_.state.options.source = chosen.source;
         job_.state.log.setListener(&printer_);
         job_.state.log.setLimit(chosen.json ? kJsonLogRows : 1);
         loop_.attach(job_);
@@ -172,19 +188,44 @@ public:
 
     int run() {
         JobResult result;
-        if (prepareInstallation(installation_, streams_.err, chosen_.quiet)) {
+        if (installation_.appFolder().empty()) {
+            streams_.err << "quillon-job: the folder of the program cannot be found; give --app\n";
+        } else if (prepareInstallation(installation_, streams_.err, chosen_.quiet)) {
             if (!chosen_.quiet)
                 tellOwnFoldersInSource(chosen_.source, installation_, streams_.err);
             result = runPrepared();
             loop_.clearLine();
+            job_.state.counters.lostMessages = streams_.lostMessages();
+            result.status = exitStatus(result.cause, job_.state, chosen_.alertOptional);
             tellEnd(result, job_, dialogs_, streams_.err);
         }
         return print(result);
     }
 
 private:
+    // Why no files can be copied to where they are to go, if that is so.
+    [[nodiscard]] std::optional<EndCause> checkTarget() {
+        if (!chosen_.target)
+            return std::nullopt;
+        if (!canBeFolder(*chosen_.target)) {
+            const std::string target = readable(chosen_.target->native());
+            dialogs_.tell("Permission Denied", "Unable to write to the target " + target);
+            return EndCause::TargetDenied;
+        }
+        if (JobSetup(installation_, job_.surroundings(), job_.state).takeTarget(*chosen_.target))
+            return std::nullopt;
+        return job_.passContext().stopsAtOnce() ? EndCause::StoppedInChecks : EndCause::TargetRefused;
+    }
+
+    void sayHang(const std::string& line) const {
+        if (!chosen_.quiet)
+            streams_.sayAtOnce((showLine_ ? "\r\033[Kquillon-job: " : "quillon-job: ") + line + '\n');
+    }
+
     [[nodiscard]] JobResult runPrepared() {
         applyOptions(chosen_, job_, showLine_);
+        if (const auto refused = checkTarget())
+            return {*refused, kExitNoList, {}, {}, false};
         loadReportMessages(installation_, dialogs_, job_.kept(), job_.messages);
         JobHost host;
         UdpSocket server;
@@ -193,9 +234,15 @@ private:
                              [this] { return job_.state.options.jobId; });
         // Without a recipient nobody is told of a process error either, and no ten seconds are spent on an empty name.
         JobDriver driver(job_, host, chosen_.alertComputer.empty() ? nullptr : &alerts);
-        passOver(driver.run(), "the cause tells more");
-        const int status = exitStatus(driver.cause(), job_.state, chosen_.alertOptional);
-        return {driver.cause(), status, driver.detail(), driver.phaseTimes(), driver.listStands()};
+        const HangWatch watch(loop_.workInHand(), [this](const std::string& line) { sayHang(line); });
+        EndCause cause = EndCause::OutOfMemory;
+        try {
+            passOver(driver.run(), "the cause tells more");
+            cause = driver.cause();
+        } catch (const std::bad_alloc&) {
+            // What ran is closed by now, and its memory free again.
+        }
+        return {cause, kExitNoList, driver.detail(), driver.phaseTimes(), driver.listStands()};
     }
 
     [[nodiscard]] int print(const JobResult& result) {
@@ -233,7 +280,12 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     if (!parsed.options)
         return parsed.exitStatus;
     raiseOpenFileLimit();
-    return JobRun(*parsed.options, streams).run();
+    try {
+        return JobRun(*parsed.options, streams).run();
+    } catch (const std::bad_alloc&) {
+        streams.err << "quillon-job: out of memory\n";
+        return kExitNoList;
+    }
 }
 
 }  // namespace quillon

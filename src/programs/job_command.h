@@ -3,6 +3,8 @@
 
 // `quillon-job`: one job without a window, for scripts, servers and benches.
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <iosfwd>
 #include <string>
@@ -18,6 +20,11 @@ struct CommandStreams {
     bool canAsk = false;  ///< a person sits at `in`
     bool errIsTerminal = false;
     std::function<int()> interrupts = [] { return 0; };  ///< presses of Ctrl-C so far
+    /// True when `in` has a line or its end; waits for it, but not longer than the pause.
+    std::function<bool(std::chrono::milliseconds)> inputWaits = [](std::chrono::milliseconds) { return true; };
+    /// Says a line at once, from whatever thread: the job's own may hang.
+    std::function<void(const std::string&)> sayAtOnce = [](const std::string&) {};
+    std::function<std::int32_t()> lostMessages = [] { return 0; };  ///< lines that `err` could not take
 };
 
 /// Runs the command with its arguments (without the program's name) and gives the exit status: docs/man/quillon-job.1,

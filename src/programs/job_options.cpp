@@ -21,7 +21,8 @@ namespace {
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 
 constexpr const char* kFooter =
-    "Ctrl-C is Stop. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
+    "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
+    "the signal's number. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
 
 // What was typed, before paths are looked at.
 struct Given {
@@ -64,7 +65,12 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string& value) { given.app = value; }},
     {{"--json", "", "Print the result as one JSON object"},
      [](Given& given, const std::string&) { given.options.json = true; }},
-    {{"--yes", "", "Answer Yes to every question"}, [](Given& given, const std::string&) { given.options.yes = true; }},
+    {{"--log-json", "", "Print each log row as a line of JSON when it comes"},
+     [](Given& given, const std::string&) { given.options.logJson = true; }},
+    {{"--discard-partial", "", "Delete the partial list of a job that is stopped"},
+     [](Given& given, const std::string&) { given.options.discardPartial = true; }},
+    {{"--yes", "", "Answer Yes, but not to what needs an answer of its own"},
+     [](Given& given, const std::string&) { given.options.yes = true; }},
     {{"--quiet", "", "Print no log rows and no progress"},
      [](Given& given, const std::string&) { given.options.quiet = true; }},
 };
@@ -98,6 +104,9 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
+    if (options.target && liesIn(realPath(*options.target), realPath(options.source)))
+        return fmt::format("--target \"{}\" lies in the source, which is never written to",
+                           readable(options.target->native()));
     if (options.appFolder) {
         if (const auto problem = folderProblem(*options.appFolder); !problem.empty())
             return fmt::format("--app \"{}\" {}", readable(options.appFolder->native()), problem);
@@ -154,11 +163,11 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     JobCommandOptions& options = given.options;
-    options.source = absolutePath(given.source).value_or(given.source);
+    options.source = pathFromRoot(given.source).value_or(given.source);
     if (!given.target.empty())
-        options.target = absolutePath(given.target).value_or(given.target);
+        options.target = pathFromRoot(given.target).value_or(given.target);
     if (!given.app.empty())
-        options.appFolder = absolutePath(given.app).value_or(given.app);
+        options.appFolder = pathFromRoot(given.app).value_or(given.app);
     if (const auto wrong = wrongUsage(options, given.source); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};

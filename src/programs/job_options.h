@@ -25,7 +25,9 @@ struct JobCommandOptions {
     bool alertOptional = false;
     std::optional<NativePath> appFolder;
     bool json = false;
+    bool logJson = false;
     bool yes = false;
+    bool discardPartial = false;
     bool quiet = false;
 };
 

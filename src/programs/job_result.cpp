@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "programs/job_result.h"
 
+#include <optional>
+#include <string_view>
+
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "app/version.h"
 #include "job/counters_json.h"
 #include "job/statistics.h"
 #include "text/fields.h"
@@ -13,6 +18,43 @@ namespace quillon {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+constexpr int kFormatVersion = 1;
+
+// A name for a person, and beside it the very bytes where the text is not these.
+void putName(Json& json, const std::string& key, const std::string& bytes) {
+    const std::string text = readable(std::string_view(bytes));
+    json[key] = text;
+    if (text == bytes)
+        return;
+    std::string hex;
+    for (const char byte : bytes) hex += fmt::format("{:02x}", static_cast<unsigned char>(byte));
+    json[key + "_bytes"] = hex;
+}
+
+void putPath(Json& json, const std::string& key, const std::optional<NativePath>& path) {
+    if (path)
+        putName(json, key, path->native());
+    else
+        json[key] = nullptr;
+}
+
+Json rowAsJson(const LogRow& row, const DateTexts& dates) {
+    const LocalTime& t = row.time;
+    Json json;
+    json["at"] = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", t.year, t.month, t.day, t.hour, t.minute, t.second);
+    json["time"] = dates.time(row.time);
+    json["level"] = row.colour == kLightRed ? "error" : row.colour == kLightOrange ? "warning" : "info";
+    json["event"] = row.text;
+    if (!row.path.empty())
+        putName(json, "path", row.path);
+    return json;
+}
+
+std::string programName() {
+    const Version version = programVersion();
+    return fmt::format("quillon-job {}.{}.{}", version.major, version.minor, version.revision);
+}
 
 Json lossesAsJson(const JobCounters& counters) {
     Json words = Json::array();
@@ -31,7 +73,7 @@ Json alertAsJson(const JobState& state) {
 
 Json logAsJson(const JobLog& log, const DateTexts& dates) {
     Json rows = Json::array();
-    for (const auto& row : log.rows()) rows.push_back({{"time", dates.time(row.time)}, {"event", row.text}});
+    for (const auto& row : log.rows()) rows.push_back(rowAsJson(row, dates));
     return rows;
 }
 
@@ -42,14 +84,18 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     const auto list = job.lists().finalPath();
     const EndRow& end = rowOf(result.cause);
     Json json;
-    json["job"] = job.state.options.jobId;
+    json["version"] = kFormatVersion;
+    json["program"] = programName();
+    putName(json, "job", job.state.options.jobId);
     json["end"] = wordOf(end.end);
     json["reason"] = end.word;
     json["detail"] = result.detail;
     json["status"] = result.status;
     json["losses"] = lossesAsJson(job.state.counters);
     json["gaps"] = job.state.gaps;
-    json["list"] = result.listStands && list ? Json(readable(list->native())) : Json(nullptr);
+    putPath(json, "list", result.listStands && list ? std::optional(*list) : std::nullopt);
+    putPath(json, "source", job.state.options.source);
+    putPath(json, "target", job.state.options.target);
     json["alert"] = alertAsJson(job.state);
     json["quality"] = job.state.texts.quality;
     json["size"] = sizeLabel(job.state);
@@ -59,7 +105,12 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
                        {"testing", seconds(result.times.testing)},
                        {"copying", seconds(result.times.copying)}};
     json["log"] = logAsJson(job.state.log, dates);
+    json["log_cut"] = job.state.log.dropped();
     return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
+std::string logRowAsJson(const LogRow& row, const DateTexts& dates) {
+    return rowAsJson(row, dates).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 std::string withPlainLineEnds(const std::string& text) {

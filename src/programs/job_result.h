@@ -21,6 +21,9 @@ struct JobResult {
 /// One object: docs/formats/job-json.md.
 [[nodiscard]] std::string jobResultAsJson(const Job& job, const JobResult& result, const DateTexts& dates);
 
+/// A row of the log as one line without its end, as in the same page.
+[[nodiscard]] std::string logRowAsJson(const LogRow& row, const DateTexts& dates);
+
 /// Lines as a terminal has them: CR LF becomes LF.
 [[nodiscard]] std::string withPlainLineEnds(const std::string& text);
 

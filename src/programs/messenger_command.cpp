@@ -3,18 +3,21 @@
 
 #include <optional>
 #include <ostream>
+#include <utility>
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
 #include "app/settings.h"
 #include "app/version.h"
+#include "messaging/alert_log.h"
+#include "messaging/answer_queue.h"
 #include "messaging/messenger.h"
+#include "messaging/patient_output.h"
 #include "platform/datagram_socket.h"
 #include "platform/dates.h"
 #include "platform/host.h"
 #include "platform/start_program.h"
-#include "platform/whole_file.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -28,11 +31,14 @@ constexpr std::chrono::milliseconds kPollPatience{200};
 constexpr std::chrono::milliseconds kEndPatience{2000};
 // More notifications at once than this are of no use to anybody.
 constexpr std::size_t kMostNotifications = 4;
+// In characters: what a person reads of a bubble.
+constexpr std::size_t kBubbleText = 800;
 
 struct MessengerOptions {
     std::int32_t port = kDefaultAlertListenPort;
     std::string address;
     std::string logFile;
+    std::int32_t logSize = kAlertLogSize;
     bool notify = false;
 };
 
@@ -53,6 +59,9 @@ Parsed parse(const std::vector<std::string>& arguments, const MessengerProcess& 
     command.add_option("--address", options.address, "Listen on this address of the computer alone")
         ->type_name("ADDRESS");
     command.add_option("--log", options.logFile, "Append a line for each alert to this file")->type_name("FILE");
+    command.add_option("--log-size", options.logSize, "Begin a new log at so many MiB (default: 16)")
+        ->check(CLI::Range(1, 1024))
+        ->type_name("MIB");
     command.add_flag("--notify", options.notify, "Show each alert as a desktop notification too");
     const Version version = programVersion();
     command.set_version_flag("--version",
@@ -84,28 +93,26 @@ UdpSocket makeSocket(const MessengerOptions& options, const HostResolver& resolv
 // The bubble of the desktop. Its text is mark-up, so what could be read as such is written as a character.
 class Notifier {
 public:
-    explicit Notifier(std::ostream& err) : err_(err) {}
+    explicit Notifier(PatientOutput& err) : err_(err) {}
 
     void show(const ReceivedAlert& alert) {
-        if (broken_ || programs_.running() >= kMostNotifications)
+        if (programs_.running() >= kMostNotifications)
             return;
         std::string text;
-        for (const std::string& line : harmlessLines(alert.body)) text += line + "\n";
+        for (const std::string& line : harmlessLines(shortened(alert.body, kBubbleText))) text += line + "\n";
         for (const auto& [plain, escaped] : {std::pair{"&", "&amp;"}, std::pair{"<", "&lt;"}, std::pair{">", "&gt;"}})
             text = replacedAll(std::move(text), plain, escaped);
         const auto started = programs_.start({"notify-send", "--app-name=Quillon",
                                               alert.problem ? "--urgency=critical" : "--urgency=normal", "--",
                                               harmlessLine(alert.sender) + ": " + harmlessLine(alert.subject), text});
-        if (!started) {
-            broken_ = true;
-            err_ << "quillon-messenger: no desktop notifications: " << started.error().text << '\n' << std::flush;
-        }
+        if (!started && !std::exchange(told_, true))
+            err_.write("quillon-messenger: no desktop notification: " + started.error().text + "\n");
     }
 
 private:
-    std::ostream& err_;
+    PatientOutput& err_;
     BackgroundPrograms programs_;
-    bool broken_ = false;
+    bool told_ = false;
 };
 
 // One run: the socket, the answers, and the three places where an alert shows.
@@ -114,32 +121,38 @@ public:
     MessengerRun(const MessengerOptions& options, const MessengerProcess& process)
         : options_(options),
           process_(process),
+          out_(process.out),
+          err_(process.err),
+          log_(options.logFile, static_cast<std::uint64_t>(options.logSize) * 1024 * 1024),
           socket_(makeSocket(options, process.resolver)),
           answerSocket_(makeSocket(options, process.resolver)),
-          notifier_(process.err) {}
+          notifier_(err_) {}
 
     int run() {
         if (const auto bound = socket_.bind(options_.port); !bound)
             return fail(bound.error());
         if (!options_.logFile.empty()) {
-            if (const auto opened = appendToFile(options_.logFile, ""); !opened)
+            if (const auto opened = log_.open(); !opened)
                 return fail(opened.error());
         }
         answerSocket_.setRemotePort(options_.port);
-        AnswerQueue answers(encodeAcknowledgement(hostName()), process_.resolver,
+        AnswerQueue answers(encodeAcknowledgement(hostName()), {process_.resolver, process_.known},
                             [this](const HostAddress& address, std::string_view bytes) {
                                 return answerSocket_.sendTo(address, bytes);
                             });
-        Messenger messenger([&answers](const std::string& name) { answers.answer(name); },
+        Messenger messenger([this](const ReceivedAlert& alert) { store(alert); },
+                            [&](const std::string& name) { answers.answer(name, socket_.lastSender()); },
                             [this](const ReceivedAlert& alert) { show(alert); });
-        process_.err << fmt::format("quillon-messenger: listening on UDP port {}; Ctrl-C ends\n", options_.port)
-                     << std::flush;
+        err_.write(fmt::format("quillon-messenger: listening on UDP port {}; Ctrl-C ends\n", options_.port));
         while (process_.interrupts() == 0) {
             if (socket_.poll(kPollPatience).arrived)
                 noteKind(messenger.take(socket_.getData()));
         }
         passOver(answers.finish(kEndPatience), "who got no answer until now is told of none");
+        const bool shown = out_.finish(kEndPatience);
         summary(messenger.counts(), answers.counts());
+        if (!err_.finish(kEndPatience) || !shown)
+            process_.endNow(kMessengerEnded);
         return kMessengerEnded;
     }
 
@@ -152,22 +165,27 @@ private:
         return kMessengerFailed;
     }
 
-    void show(const ReceivedAlert& alert) {
-        const std::string time = dates_.general(clock_.now());
-        process_.out << alertText(time, alert) << std::flush;
-        if (!options_.logFile.empty())
-            log(alertRecord(time, alert));
-        if (options_.notify)
-            notifier_.show(alert);
+    // The first to see an alert: what one computer sends too much of is neither stored nor shown.
+    void store(const ReceivedAlert& alert) {
+        withinRate_ = rate_.allows(socket_.lastSender(), momentNow());
+        if (!withinRate_) {
+            ++beyondRate_;
+            return;
+        }
+        time_ = dates_.general(clock_.now());
+        if (options_.logFile.empty())
+            return;
+        const auto written = log_.add(alertRecord(time_, shortened(alert)));
+        if (!written && lostRecords_++ == 0)
+            err_.write("quillon-messenger: an alert could not be stored: " + written.error().text + "\n");
     }
 
-    void log(const std::string& record) {
-        const auto written = appendToFile(options_.logFile, record);
-        if (written)
+    void show(const ReceivedAlert& alert) {
+        if (!withinRate_)
             return;
-        if (lostRecords_++ == 0)
-            process_.err << "quillon-messenger: an alert could not be stored: " << written.error().text << '\n'
-                         << std::flush;
+        out_.write(alertText(time_, shortened(alert)));
+        if (options_.notify)
+            notifier_.show(shortened(alert));
     }
 
     // Tells once what an acknowledgement on this port means.
@@ -175,31 +193,40 @@ private:
         if (kind != DatagramKind::Acknowledgement || acknowledgementShown_)
             return;
         acknowledgementShown_ = true;
-        process_.err << "quillon-messenger: an acknowledgement for a program on this computer has arrived here: "
-                        "while the messenger runs, alerts sent from this computer count as not acknowledged\n"
-                     << std::flush;
+        err_.write(
+            "quillon-messenger: an acknowledgement for a program on this computer has arrived here: while the "
+            "messenger runs, alerts sent from this computer count as not acknowledged\n");
     }
 
     void summary(const MessengerCounts& counts, const AnswerQueue::Counts& answers) {
-        process_.err << fmt::format(
+        err_.write(fmt::format(
             "\nquillon-messenger: {} alerts ({} problems), {} acknowledged, {} could not be acknowledged, {} bad "
             "datagrams\n",
-            counts.alerts, counts.problems, answers.sent, answers.failed + answers.dropped, counts.bad);
-        if (counts.acknowledgements > 0)
-            process_.err << fmt::format("quillon-messenger: {} acknowledgements for programs on this computer\n",
-                                        counts.acknowledgements);
-        if (lostRecords_ > 0)
-            process_.err << fmt::format("quillon-messenger: {} alerts could not be stored\n", lostRecords_);
-        process_.err.flush();
+            counts.alerts, counts.problems, answers.sent, answers.failed + answers.dropped, counts.bad));
+        const auto tell = [this](std::uint64_t count, const char* what) {
+            if (count > 0)
+                err_.write(fmt::format("quillon-messenger: {} {}\n", count, what));
+        };
+        tell(counts.acknowledgements, "acknowledgements for programs on this computer");
+        tell(lostRecords_, "alerts could not be stored");
+        tell(out_.lost(), "alerts were not shown, as nobody read them");
+        tell(beyondRate_, "alerts were neither stored nor shown, as one computer sent more than 60 a minute");
     }
 
     const MessengerOptions& options_;
     const MessengerProcess& process_;
     SystemClock clock_;
     DateTexts dates_;
+    PatientOutput out_;
+    PatientOutput err_;
+    AlertLog log_;
     UdpSocket socket_;
     UdpSocket answerSocket_;
     Notifier notifier_;
+    AlertRate rate_;
+    bool withinRate_ = true;  // of the alert in work, and
+    std::string time_;        // when it came
+    std::uint64_t beyondRate_ = 0;
     std::uint64_t lostRecords_ = 0;
     bool acknowledgementShown_ = false;
 };

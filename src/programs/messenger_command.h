@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "messaging/system_network.h"
 #include "platform/host_address.h"
 
 namespace quillon {
@@ -19,6 +20,10 @@ struct MessengerProcess {
     std::ostream& err;                                   ///< everything else
     std::function<int()> interrupts = [] { return 0; };  ///< presses of Ctrl-C so far: the first one ends the command
     HostResolver resolver = resolveHost;
+    HostResolver known = resolveByHostsDatabase;  ///< what needs no asking
+    /// Ends the process with this status at once: somebody does not read its output, and a usual end would wait for
+    /// that.
+    std::function<void(int status)> endNow = [](int) {};
 };
 
 /// Exit statuses.

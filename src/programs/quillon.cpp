@@ -42,18 +42,25 @@ int runWindow(QApplication& application) {
     Installation installation(applicationFolder());
     Job job(installation, surroundings);
     Navigator navigator;
-    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop};
+    AlertPorts alertPorts;
+    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop, &alertPorts};
     registerScreens(context, job);
     installEnterKey(application);
     installHelpKey(application, navigator, installation.appFolder() / kHelpFileName);
 
     UdpSocket server(resolveHost);
     UdpSocket client(resolveHost);
-    AlertExchange exchange(AlertScreen::Main, server, client, installation, surroundings,
-                           [&job] { return job.state.options.jobId; });
+    AlertExchange exchange(
+        AlertScreen::Main, server, client, installation, surroundings, [&job] { return job.state.options.jobId; },
+        &alertPorts);
     frmMain window(context, job, {&exchange, systemNetwork()});
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
+    // The folder check asks the share before there is a window. Settings that are empty or cannot be read name none.
+    if (Installation stored = installation; stored.loadSettingsRecord() && stored.paths().useSharedDb) {
+        installation = stored;
+        askShareFirst(job);
+    }
     openFirstScreen(decideFirstScreen(installation), navigator, window);
     return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
 }

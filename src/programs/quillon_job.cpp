@@ -3,13 +3,27 @@
 
 #include <iostream>
 
+#include "platform/result.h"
 #include "platform/terminal.h"
 #include "programs/job_command.h"
+#include "programs/message_stream.h"
 
 int main(int argc, char* argv[]) {
     std::ios::sync_with_stdio(false);
-    quillon::countInterrupts();
+    quillon::countInterruptsAndEndAtSecond("quillon-job: stopping at the next row; once more ends at once\n");
+    quillon::outliveBrokenWrites();
+    quillon::MessageStream messages([](std::string_view text) { return quillon::writeToStream(2, text); });
+    const auto sayAtOnce = [](const std::string& line) {
+        quillon::passOver(quillon::writeToStream(2, line), "who hears nothing waits all the same");
+    };
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    return quillon::runJobCommand(arguments, {std::cin, std::cout, std::cerr, quillon::isTerminal(0),
-                                              quillon::isTerminal(2), quillon::interruptCount});
+    return quillon::runJobCommand(arguments, {.in = std::cin,
+                                              .out = std::cout,
+                                              .err = messages,
+                                              .canAsk = quillon::isTerminal(0),
+                                              .errIsTerminal = quillon::isTerminal(2),
+                                              .interrupts = quillon::interruptCount,
+                                              .inputWaits = quillon::inputWaits,
+                                              .sayAtOnce = sayAtOnce,
+                                              .lostMessages = [&messages] { return messages.lost(); }});
 }

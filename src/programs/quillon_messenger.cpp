@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The program `quillon-messenger`: hands its process to the command.
 
+#include <cstdlib>
 #include <iostream>
 
 #include "platform/terminal.h"
@@ -9,6 +10,9 @@
 int main(int argc, char* argv[]) {
     std::ios::sync_with_stdio(false);
     quillon::countInterrupts();
+    quillon::ignoreBrokenPipes();
     const std::vector<std::string> arguments(argv + 1, argv + argc);
-    return quillon::runMessengerCommand(arguments, {std::cout, std::cerr, quillon::interruptCount});
+    quillon::MessengerProcess process{std::cout, std::cerr, quillon::interruptCount};
+    process.endNow = [](int status) { std::_Exit(status); };
+    return quillon::runMessengerCommand(arguments, process);
 }

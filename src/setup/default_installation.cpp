@@ -52,9 +52,10 @@ Result<DefaultSetup> setUpDefaultInstallation(Installation& installation) {
     installation.settings = defaultSettings(localPath, localPath / "Archives");
     installation.refreshPathVariables();
     Result<DefaultSetup> result;
-    if (!appFolder || installation.paths().zipPath != localPath / "Archives")
-        result =
-            failure(ErrorKind::BadName, readable(localPath.native()) + " has a name that the settings cannot hold");
+    const std::string reason = whyNotInSettings(localPath / "Archives");
+    if (!appFolder || !reason.empty())
+        result = failure(ErrorKind::BadName,
+                         readable(localPath.native()) + " has a name that the settings cannot hold: " + reason);
     else
         result = fillAndSave(installation);
     if (!result) {

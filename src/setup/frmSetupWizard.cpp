@@ -12,8 +12,9 @@ namespace quillon {
 
 frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<NetworkProvider> network)
     : StepScreen(context, Screen::SetupWizard, "frmSetupWizard", "Setup Wizard"),
-      exchange_(AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
-                [] { return std::string(); }),
+      exchange_(
+          AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
+          [] { return std::string(); }, context.alertPorts),
       wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this) {
     createControls();
     wizard_.load();
@@ -90,7 +91,10 @@ void frmSetupWizard::showControls() {
     if (state.method != SetupMethod::None)
         Option1[static_cast<std::size_t>(state.method)]->setChecked(true);
     Label4->setText(toQt(state.methodText));
-    Command1->setEnabled(state.methodNextEnabled);
+    // Not while files are copied: a second step would work on half of them, and leaving would leave them half.
+    const bool idle = !state.progressVisible;
+    Command1->setEnabled(idle && state.methodNextEnabled);
+    for (QPushButton* button : {Command5, Command8, Command11, Command14}) button->setEnabled(idle);
     showPaths();
     showChecks();
     showRecipients(state.alertRecipients, *Combo1, *Command9);
@@ -109,8 +113,8 @@ void frmSetupWizard::showPaths() {
     showText(*Text2, readable(state.archivePath.native()));
     showText(*Text3, readable(state.sharedPath.native()));
     Command3->setEnabled(state.browseArchiveEnabled);
-    Command6->setEnabled(state.localPathsNextEnabled);
-    Command7->setEnabled(state.sharedPathNextEnabled);
+    Command6->setEnabled(!state.progressVisible && state.localPathsNextEnabled);
+    Command7->setEnabled(!state.progressVisible && state.sharedPathNextEnabled);
     Label6->setVisible(state.localHintVisible);
     Label11->setVisible(state.sharedHintVisible);
 }

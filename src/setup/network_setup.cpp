@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/folder_repair.h"
+#include "setup/share_trial.h"
 #include "testing/shared_copy.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
@@ -53,7 +54,10 @@ const SingleFile& singleFile(NetworkBoxIndex index) {
 }  // namespace
 
 NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host)
-    : installation_(installation), surroundings_(surroundings), host_(host), kept_(installation, surroundings.clock) {
+    : installation_(installation),
+      surroundings_(surroundings),
+      host_(host),
+      kept_(installation, surroundings.clock, KeptBy::Rescue) {
 }
 
 void NetworkSetup::setAll(bool ticked) {
@@ -71,6 +75,9 @@ auto NetworkSetup::beside(Work work) {
 void NetworkSetup::copy() {
     if (!beside([this] { return checkFolderStructure(installation_); }))
         repairFolders(installation_, surroundings_);
+    const std::string refused = beside([this] { return whatShareRefuses(installation_.paths()); });
+    if (!refused.empty())
+        surroundings_.dialogs.warn(kShareTrialTitle, shareTrialText(refused));
     for (std::size_t i = 0; i < kNetworkBoxCount; ++i) {
         const auto index = static_cast<NetworkBoxIndex>(i);
         if (!state.boxes[i].ticked)

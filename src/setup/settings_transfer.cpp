@@ -29,7 +29,7 @@ bool importSettings(Installation& installation, Dialogs& dialogs) {
     FilePick pick;
     pick.title = "Open";
     pick.filter = "Settings File(Settings.Dat)|*Settings.dat|All Files(*.*)|*.*";
-    const NativePath start = pathFromPage(installation.settings.localPath.trimmed());
+    const NativePath start = installation.folder(SettingsFolder::Local);
     pick.startFolder = start.empty() ? NativePath("/") : start;
     const auto picked = dialogs.pickFiles(pick);
     if (picked.empty())

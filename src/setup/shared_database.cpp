@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "setup/shared_database.h"
 
+#include <utility>
+
 #include "platform/folders.h"
 #include "setup/stored_time.h"
 #include "testing/shared_copy.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
 
 namespace quillon {
 
 namespace {
+
+std::string counted(std::size_t number) {
+    return grouped(static_cast<std::int64_t>(number));
+}
 
 class Refresh {
 public:
@@ -55,17 +63,26 @@ private:
 
 }  // namespace
 
-OrphanCounts deleteOrphanTermFiles(const Paths& paths, KeptFiles& kept, ProgressHost& host) {
-    OrphanCounts counts;
-    const auto local = databaseFiles(paths.localDatabase);
+OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host) {
+    OrphanTermFiles orphans;
+    auto local = databaseFiles(paths.localDatabase);
     host.currentFile("Comparing databases....");
     host.progressRange(static_cast<std::int64_t>(local.size()));
-    const DatabaseFolder shared(paths.sharedDatabase);
-    for (const auto& name : local) {
-        host.progressValue(static_cast<std::int64_t>(++counts.looked));
+    const auto sharedNames = databaseFiles(paths.sharedDatabase);
+    orphans.shareLooksEmpty = sharedNames.empty();
+    const DatabaseFolder shared(paths.sharedDatabase, sharedNames);
+    for (auto& name : local) {
+        host.progressValue(static_cast<std::int64_t>(++orphans.looked));
         // The listing may have missed what can still be looked up, as in a folder that may not be listed.
-        if (shared.contains(name) || pathExists(paths.sharedDatabase / name))
-            continue;
+        if (!shared.contains(name) && !pathExists(paths.sharedDatabase / name))
+            orphans.names.push_back(std::move(name));
+    }
+    return orphans;
+}
+
+OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept) {
+    OrphanCounts counts;
+    for (const auto& name : orphans.names) {
         const NativePath file = paths.localDatabase / name;
         if (!pathExists(file))
             continue;
@@ -86,10 +103,26 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
     Refresh refresh(paths, kept, names);
     std::int64_t number = 0;
     for (const auto& name : names) {
+        if (host.cancelled())
+            break;
         host.progressValue(++number);
         refresh.one(name);
     }
     return refresh.counts;
+}
+
+std::string refreshText(const RefreshSummary& refresh) {
+    const std::size_t failed = refresh.fetched.failed + refresh.moved.failed;
+    if (refresh.fetched.copied + refresh.moved.removed + failed == 0)
+        return {};
+    return "Shared database: " + counted(refresh.compared) + " compared, " + counted(refresh.fetched.copied) +
+           " fetched, " + counted(refresh.moved.removed) + " removed, " + counted(failed) + " failed";
+}
+
+std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths) {
+    return "The shared database looks empty (" + readable(paths.sharedDatabase.native()) +
+           "): " + counted(orphans.names.size()) +
+           " term files of this computer are about to move to Kept. Is the share mounted?";
 }
 
 Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {

@@ -19,16 +19,25 @@
 
 namespace quillon {
 
+/// Local term files that have no shared counterpart.
+struct OrphanTermFiles {
+    std::vector<std::string> names;
+    std::size_t looked = 0;        ///< local files
+    bool shareLooksEmpty = false;  ///< the shared folder gives no name at all
+};
+
+/// Compares the two databases and moves nothing. Shows "Comparing databases....", the number of local files as the
+/// bar's maximum and the number of each file as its value. Kept: with the share gone every local term file counts as
+/// having no counterpart (test WithTheShareGoneEveryLocalFileIsMovedUnderKept).
+[[nodiscard]] OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host);
+
 struct OrphanCounts {
-    std::size_t looked = 0;   ///< local files
     std::size_t removed = 0;  ///< moved away under Kept
     std::size_t failed = 0;   ///< could not be kept and so stand where they were
 };
 
-/// Removes local term files that have no shared counterpart. Shows "Comparing databases....", the number of local files
-/// as the bar's maximum and the number of each file as its value. Kept: with the share gone every local term file
-/// counts as having no counterpart (test WithTheShareGoneEveryLocalFileIsMovedUnderKept).
-OrphanCounts deleteOrphanTermFiles(const Paths& paths, KeptFiles& kept, ProgressHost& host);
+/// Moves these local term files under Kept; one that is gone meanwhile is passed over.
+OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept);
 
 struct RefreshCounts {
     std::size_t copied = 0;     ///< the time differed, or there was no local file
@@ -46,6 +55,20 @@ struct RefreshCounts {
 /// passed over.
 RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
                                    ProgressHost& host);
+
+/// All that one refresh did.
+struct RefreshSummary {
+    std::size_t compared = 0;
+    RefreshCounts fetched;
+    OrphanCounts moved;
+};
+
+/// The row of a log: "Shared database: 1,800 compared, 3 fetched, 2 removed, 40 failed". Empty for a database that did
+/// not change.
+[[nodiscard]] std::string refreshText(const RefreshSummary& refresh);
+
+/// What is said before the local term files go because a share looks empty.
+[[nodiscard]] std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths);
 
 /// Copies the shared CommonHeaders.dat over the local one when there is one; without one nothing is done. Kept: sharing
 /// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).

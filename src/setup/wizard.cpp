@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "platform/folders.h"
+#include "platform/user_folder.h"
 #include "setup/settings_transfer.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -41,7 +43,7 @@ SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroun
 }
 
 void SetupWizard::load() {
-    settingsBackup_ = installation_.settings;
+    before_ = installation_;
     fillFromRecord();
     state.currentTab = editingExisting_ ? kLocalPathsTab : kSetupDbTab;
     state.tabEnabled[state.currentTab] = true;
@@ -55,14 +57,15 @@ void SetupWizard::fillFromRecord() {
     state.guide = kFirstGuide;
     state.alertRecipients = {};
     state.zipRecipients = {};
+    state.runHeaderTest = state.useSkipList = state.useCommonHeaders = true;  // a person who goes on gets tests
     editingExisting_ = false;
     const bool exists = pathExists(installation_.paths().settingsFile);
     if (exists) {
         chooseMethod(SetupMethod::Manual);  // still with the text of a first set-up
         editingExisting_ = true;
-        state.localPath = pathFromPage(settings.localPath.trimmed());
-        state.archivePath = pathFromPage(settings.zipPath.trimmed());
-        state.sharedPath = pathFromPage(settings.sharedPath.trimmed());
+        state.localPath = installation_.folder(SettingsFolder::Local);
+        state.archivePath = installation_.folder(SettingsFolder::Archive);
+        state.sharedPath = installation_.folder(SettingsFolder::Shared);
         state.runHeaderTest = settings.runHeaderTest == 1;
         state.useSkipList = settings.useSkipList == 1;
         state.useCommonHeaders = settings.useCommonHeaders == 1;
@@ -127,11 +130,33 @@ void SetupWizard::nextMethod() {
         focusBrowse(WizardPath::Local);
         return;
     }
+    const SetupWizardState before = state;
     if (!importSettings(installation_, surroundings_.dialogs))
         return;
     // The record that an exit puts back stays the one before the import.
     fillFromRecord();
+    proposePathsOfThisComputer(before);
     goTo(kLocalPathsTab);
+}
+
+// An imported record has the folders of another computer, or of another person's home. Where they can be neither found
+// nor made here, those that the wizard showed before are proposed, else those of a first set-up. Nothing is stored.
+void SetupWizard::proposePathsOfThisComputer(const SetupWizardState& before) {
+    const auto usable = [](const NativePath& path) { return !path.is_absolute() || canBeFolder(path); };
+    const NativePath data = installation_.appFolder() / "Data";
+    const auto propose = [&](const char* name, NativePath& shown, const NativePath& earlier, const NativePath& first) {
+        if (shown.empty() || usable(shown))
+            return;
+        const NativePath& better = !earlier.empty() && usable(earlier) ? earlier : first;
+        if (whyNotInSettings(better).empty() &&
+            surroundings_.dialogs.ask("Import Settings", std::string("The imported ") + name + " " +
+                                                             readable(shown.native()) +
+                                                             " cannot be used on this computer. Do you want to use " +
+                                                             readable(better.native()) + " instead?"))
+            shown = better;
+    };
+    propose("Local Path", state.localPath, before.localPath, data);
+    propose("Archive Path", state.archivePath, before.archivePath, data / "Archives");
 }
 
 void SetupWizard::keyInPath(WizardPath path) {
@@ -211,7 +236,7 @@ WizardEnd SetupWizard::done() {
 WizardEnd SetupWizard::exit() {
     if (!surroundings_.dialogs.ask("Exit Setup", "Do you want to exit without saving settings ?"))
         return WizardEnd::Stays;
-    installation_.settings = settingsBackup_;
+    installation_ = *before_;
     installation_.refreshPathVariables();
     return WizardEnd::LeavesAndReloads;
 }

@@ -90,6 +90,7 @@ private:
     void showBusy(bool busy);
     void errorBox(const std::string& title, const std::string& text);
     [[nodiscard]] std::optional<NativePath> browse(const std::string& title, const NativePath& start);
+    void proposePathsOfThisComputer(const SetupWizardState& before);
 
     void runLocalPaths();
     [[nodiscard]] bool createLocalFolders();
@@ -101,6 +102,7 @@ private:
     void runSharedPath();
     [[nodiscard]] bool fillShare(Result<void>& trapped);
     [[nodiscard]] bool createSharedFolders(const NativePath& shared);
+    void tellWhatShareRefuses(const NativePath& shared);
     [[nodiscard]] bool holdsFiles(const NativePath& folder);
     [[nodiscard]] Result<void> backUpShare(const NativePath& shared);
     void storeSharedPath(const NativePath& shared);
@@ -110,7 +112,7 @@ private:
     AlertExchange& alerts_;
     std::shared_ptr<NetworkProvider> network_;
     ScreenHost& host_;
-    AppSettings settingsBackup_;
+    std::optional<Installation> before_;  // as the wizard found it
     bool editingExisting_ = false;
     NativePath chosenSharedPath_;
     Steps folderSteps_;  // a step turns the event loop; a second press waits for nothing

@@ -10,6 +10,7 @@
 #include "platform/folders.h"
 #include "setup/database_backup.h"
 #include "setup/database_folder.h"
+#include "setup/share_trial.h"
 #include "setup/wizard.h"
 
 namespace quillon {
@@ -55,7 +56,7 @@ bool sharedFoldersStand(const NativePath& shared) {
 template <typename Work>
 Result<void> SetupWizard::besideWithBar(Work work) {
     const Installation installation = installation_;
-    KeptFiles kept(installation, surroundings_.clock);
+    KeptFiles kept(installation, surroundings_.clock, KeptBy::Rescue);
     std::atomic<double> percent{0};
     state.progressVisible = true;
     const auto showBar = [&] {
@@ -80,8 +81,8 @@ void SetupWizard::nextLocalPaths() {
 }
 
 void SetupWizard::runLocalPaths() {
-    installation_.settings.localPath.assign(pageFromPath(state.localPath));
-    installation_.settings.zipPath.assign(pageFromPath(state.archivePath));
+    installation_.setFolder(SettingsFolder::Local, state.localPath);
+    installation_.setFolder(SettingsFolder::Archive, state.archivePath);
     saveAndRefresh();
     if (!createLocalFolders())
         return;
@@ -166,6 +167,7 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
     if (!createSharedFolders(shared))
         return false;
     Dialogs& dialogs = surroundings_.dialogs;
+    tellWhatShareRefuses(shared);
     if (holdsFiles(shared / "Database")) {
         if (!dialogs.ask("Overwrite Existing Files?",
                          "There are already files in this folder. "
@@ -194,6 +196,15 @@ bool SetupWizard::createSharedFolders(const NativePath& shared) {
     return stand;
 }
 
+void SetupWizard::tellWhatShareRefuses(const NativePath& shared) {
+    Paths paths;
+    paths.sharedDatabase = shared / "Database";
+    paths.sharedSettings = shared / "Settings";
+    const std::string refused = answerBeside(surroundings_.loop, [&paths] { return whatShareRefuses(paths); });
+    if (!refused.empty())
+        surroundings_.dialogs.warn(kShareTrialTitle, shareTrialText(refused));
+}
+
 Result<void> SetupWizard::backUpShare(const NativePath& shared) {
     state.copyStatus = "Backing up old Database files";
     host_.showState();
@@ -212,8 +223,9 @@ Result<void> SetupWizard::backUpShare(const NativePath& shared) {
 }
 
 void SetupWizard::storeSharedPath(const NativePath& shared) {
-    installation_.settings.sharedPath.assign(pageFromPath(shared));
+    installation_.setFolder(SettingsFolder::Shared, shared);
     installation_.settings.useSharedDb = state.useSharedDb ? 1 : 0;
+    installation_.takeShareBack();
     saveAndRefresh();
     goTo(kDefaultsTab);
 }

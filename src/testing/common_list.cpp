@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "testing/common_list.h"
 
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 #include "text/page_text.h"
 
@@ -22,7 +22,7 @@ void CommonList::assign(const std::vector<std::string_view>& lines) {
 }
 
 Result<void> CommonList::load(const NativePath& file) {
-    return readWholeFile(file).map([this](const std::string& bytes) { assign(splitLines(bytes)); });
+    return readRuleFile(file).map([this](const std::string& bytes) { assign(splitLines(bytes)); });
 }
 
 }  // namespace quillon

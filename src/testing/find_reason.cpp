@@ -98,9 +98,9 @@ std::optional<FoundReason> knownFormat(const HeaderBytes& folded, const TermInde
 
 }  // namespace
 
-FoundReason findReason(std::span<const char> head, const std::vector<CompiledTerm>* own, const CommonList& common,
+FoundReason findReason(std::string_view head, const std::vector<CompiledTerm>* own, const CommonList& common,
                        const TermIndex& index) {
-    const std::string_view bytes(head.data(), std::min(head.size(), kHeaderBytes));
+    const std::string_view bytes = head.substr(0, kHeaderBytes);
     if (auto reason = filled(bytes))
         return *reason;
     if (auto reason = zerosInFront(bytes))

@@ -5,8 +5,8 @@
 // it.
 
 #include <cstddef>
-#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "testing/common_list.h"
@@ -29,7 +29,7 @@ inline constexpr std::size_t kLeastLeadingZeros = 16;
 /// The first reason that holds, in the order of the enumeration. `head`: the bytes that could be read, at most
 /// kHeaderBytes. `own`: the terms of the file's extension, null when it has no term file. A head of no bytes is
 /// Structured.
-[[nodiscard]] FoundReason findReason(std::span<const char> head, const std::vector<CompiledTerm>* own,
+[[nodiscard]] FoundReason findReason(std::string_view head, const std::vector<CompiledTerm>* own,
                                      const CommonList& common, const TermIndex& index);
 
 }  // namespace quillon

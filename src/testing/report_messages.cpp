@@ -2,7 +2,7 @@
 #include "testing/report_messages.h"
 
 #include "platform/folders.h"
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
 #include "text/page_text.h"
@@ -16,7 +16,7 @@ constexpr const char* kNowhere =
     "Please either copy the file back to the network share or application folders or contact tech support.";
 
 Result<ReportMessages> readMessages(const NativePath& file) {
-    const auto bytes = readWholeFile(file);
+    const auto bytes = readRuleFile(file);
     if (!bytes)
         return failure(bytes.error());
     const auto lines = splitLines(*bytes);

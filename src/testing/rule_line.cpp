@@ -5,11 +5,15 @@
 
 namespace quillon {
 
+Result<std::string> readRuleFile(const NativePath& file) {
+    return readWholeFile(file, kRuleFileLimit);
+}
+
 Result<void> appendRuleLine(const NativePath& folder, std::string_view name, const PageText& line) {
     if (folder.empty())
         return failure(ErrorKind::NotFound, "no folder is set for this list");
     const NativePath file = folder / name;
-    const auto old = readWholeFile(file);
+    const auto old = readRuleFile(file);
     // Unread, the last line could be an open one, which the new line would become a part of.
     if (!old && old.error().kind != ErrorKind::NotFound)
         return failure(old.error());

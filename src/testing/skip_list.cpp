@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "platform/folders.h"
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
 #include "text/page_text.h"
@@ -110,9 +110,9 @@ SkipListState loadSkipList(const Installation& installation, bool wanted, SkipLi
         return SkipListState::Missing;
     if (!wanted)
         return SkipListState::Available;
-    const auto bytes = readWholeFile(local);
+    const auto bytes = readRuleFile(local);
     if (!bytes)
-        return SkipListState::Available;
+        return bytes.error().kind == ErrorKind::NotFound ? SkipListState::Available : SkipListState::Unreadable;
     std::vector<std::u16string> lines;
     for (const auto line : splitLines(*bytes)) lines.push_back(pageBytesToUtf16(line));
     if (!lines.empty())

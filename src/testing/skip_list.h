@@ -50,14 +50,15 @@ private:
 };
 
 /// What `loadSkipList` found, besides the list itself.
-enum class SkipListState { Available, Missing };
+enum class SkipListState { Available, Missing, Unreadable };
 
 /// With sharing on, puts the shared file over the local one when there is one. After a failure the local file serves.
 [[nodiscard]] Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept);
 
 /// Loads the list for a job, behind `fetchSkipList`. When sharing is on and neither file is there, the answer is
 /// Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted` (`chkUseSkip` is
-/// ticked) and it exists; otherwise, and for a file without lines, the list stays as it was.
+/// ticked) and it exists; otherwise, and for a file without lines, the list stays as it was, and so it does for one
+/// that cannot be read, whose answer is Unreadable.
 [[nodiscard]] SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list);
 
 /// What `chkUseSkip` becomes when settings are applied.

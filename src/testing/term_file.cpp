@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
@@ -61,7 +62,7 @@ std::vector<HeaderTerm> parseTermFile(std::string_view bytes) {
 }
 
 Result<std::vector<HeaderTerm>> loadTermFile(const NativePath& path) {
-    return readWholeFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
+    return readRuleFile(path).map([](const std::string& bytes) { return parseTermFile(bytes); });
 }
 
 std::string termFileBytes(const std::vector<HeaderTerm>& rows) {
@@ -104,14 +105,24 @@ void TermFiles::checkFolder() {
     handle_.close();
     entries_.clear();
     listedAt_.reset();
-    if (auto opened = Directory::openToLookUp(folder_))
+    auto opened = Directory::openToLookUp(folder_);
+    if (opened)
         handle_ = std::move(*opened);
+    else
+        noteProblem({}, opened.error());
+}
+
+void TermFiles::noteProblem(const std::string& name, const FileError& error) {
+    if (problemNames_.insert(name).second)
+        problems_.push_back(error);
 }
 
 // True when the file is there; its terms are then those of this moment.
 bool TermFiles::refresh(Entry& entry) {
     const auto stamp = handle_.stampOf(entry.name);
     if (!stamp) {
+        if (stamp.error().kind != ErrorKind::NotFound)
+            noteProblem(entry.name, stamp.error());
         entry.exists = false;
         return false;
     }
@@ -122,11 +133,20 @@ bool TermFiles::refresh(Entry& entry) {
     entry.mayBeStale = changedJustNow(stamp->changed);
     entry.terms.clear();
     // A file that vanished or cannot be opened by now has no terms, and so none that match.
-    const auto bytes = readWholeFile(folder_ / entry.name);
-    if (!bytes)
+    const auto bytes = readRuleFile(folder_ / entry.name);
+    if (!bytes) {
+        tellUnreadable(entry, bytes.error());
         return true;
+    }
     for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
     return true;
+}
+
+// Once for each state of the file.
+void TermFiles::tellUnreadable(Entry& entry, const FileError& why) {
+    if (onUnreadable_ && entry.toldAt != entry.stamp)
+        onUnreadable_(why);
+    entry.toldAt = entry.stamp;
 }
 
 // An extension whose file is not known to exist costs one look at the folder, not one at the file.
@@ -149,8 +169,10 @@ void TermFiles::listFolder() {
     names_.clear();
     listingMayBeStale_ = changedJustNow(listedAt_->modified);
     const auto names = listEntries(folder_);
-    if (!names)
+    if (!names) {
+        noteProblem({}, names.error());
         return;
+    }
     for (const auto& name : *names) {
         if (isTemporaryName(name))
             continue;

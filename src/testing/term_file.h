@@ -3,10 +3,13 @@
 
 // Term files as the editors read and write them, and as the header test holds them. docs/formats/term-file.md.
 
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/directory.h"
@@ -44,11 +47,18 @@ struct HeaderTerm {
 /// still the same, so that an edit takes effect at the next file tested.
 class TermFiles {
 public:
-    explicit TermFiles(NativePath databaseFolder) : folder_(std::move(databaseFolder)) {}
+    /// `onUnreadable` hears of a term file that exists and cannot be read, once for each state of it.
+    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onUnreadable = {})
+        : folder_(std::move(databaseFolder)), onUnreadable_(std::move(onUnreadable)) {}
 
     /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
     /// cannot be read has no terms. The result is good until the next call.
     [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
+
+    /// What could not be read of the folder or of a term file since the last call, each name once: an extension whose
+    /// terms are out of reach would otherwise look like one without.
+    [[nodiscard]] std::vector<FileError> takeProblems() { return std::exchange(problems_, {}); }
+    [[nodiscard]] bool hasProblems() const { return !problems_.empty(); }
 
     /// Whether there was a term file when the extension was last looked up; an extension that never was is looked up.
     [[nodiscard]] bool mayHave(std::u16string_view extension);
@@ -60,13 +70,16 @@ private:
         bool exists = false;
         bool mayBeStale = true;  // it changed so shortly before it was read that it may have changed again unseen
         FileStamp stamp;
+        std::optional<FileStamp> toldAt;
         std::vector<CompiledTerm> terms;
     };
 
     void checkFolder();
     [[nodiscard]] bool refresh(Entry& entry);
     void locate(Entry& entry);
+    void tellUnreadable(Entry& entry, const FileError& why);
     void listFolder();
+    void noteProblem(const std::string& name, const FileError& error);
 
     struct Hash {
         using is_transparent = void;
@@ -74,6 +87,7 @@ private:
     };
 
     NativePath folder_;
+    std::function<void(const FileError&)> onUnreadable_;
     Directory handle_;  // looking up in a handle is quicker than along a path
     unsigned lookUps_ = 0;
     std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
@@ -81,6 +95,8 @@ private:
     std::unordered_map<std::string, std::string> names_;
     std::optional<FileStamp> listedAt_;
     bool listingMayBeStale_ = true;
+    std::vector<FileError> problems_;
+    std::set<std::string> problemNames_;  // of those that were noted
 };
 
 }  // namespace quillon

@@ -46,7 +46,7 @@
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
 //     mnuFLS, mnuAutoUpdate, and of ours mnuEvidence with evidenceKeep, evidenceHeads), mnuViewf (mnuView),
 //     mnuh3 (mnuHelp, mnuAbout)
-//   openSetupNetwork (ours)         "Set up Network"        in the menu of the toolbar's Settings button
+//   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).

@@ -8,8 +8,12 @@
 namespace quillon {
 
 RecipientScreen frmMain::recipientScreen() {
-    return {alertScreenRules(AlertScreen::Main), setup_.recipients, askingNetwork_, nullptr,
-            [this] { context_.loop.flush(); }};
+    return {alertScreenRules(AlertScreen::Main),
+            setup_.recipients,
+            askingNetwork_,
+            nullptr,
+            [this] { context_.loop.flush(); },
+            [this](const std::string& text) { job_.passContext().log(text, kLightOrange); }};
 }
 
 // Query Network

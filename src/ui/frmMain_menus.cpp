@@ -65,7 +65,8 @@ void frmMain::connectToolbar() {
     addNetworkSetup();
 }
 
-// "Set up Network" stands in none of the menus. It opens from the menu of the Settings button and by its key.
+// "Set up Network" is no entry of the menu's own; it stands below them all, in the menu of the Settings button, and has
+// a key.
 void frmMain::addNetworkSetup() {
     auto* entry = new QAction(QStringLiteral("Set up Network"), this);
     entry->setObjectName(QStringLiteral("openSetupNetwork"));
@@ -75,6 +76,8 @@ void frmMain::addNetworkSetup() {
             context_.navigator.openModal(Screen::SetupNetwork);
     });
     addAction(entry);
+    mnu->addSeparator();
+    mnu->addAction(entry);
     QToolButton* settings = toolbarButtons[kSettingsButton];
     settings->addAction(entry);
     settings->setContextMenuPolicy(Qt::ActionsContextMenu);

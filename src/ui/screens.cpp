@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/screens.h"
 
+#include "app/share_gate.h"
 #include "archive/frmZip.h"
 #include "editors/frmBadSectors.h"
 #include "editors/frmCommonHeaders.h"
@@ -12,13 +13,24 @@
 #include "job/job.h"
 #include "setup/frmSetupNetwork.h"
 #include "setup/frmSetupWizard.h"
+#include "text/list_text.h"
 #include "ui/frmABout.h"
 #include "ui/help_window.h"
 #include "viewer/frmViewList.h"
 #include "widgets/navigator.h"
 #include "widgets/screen_context.h"
+#include "widgets/share_wait_box.h"
 
 namespace quillon {
+
+void askShareFirst(Job& job) {
+    const std::string share = readable(job.installation().paths().sharedPath.native());
+    ShareWaitBox wait;
+    if (!passShareGate(job.installation(), job.surroundings(), wait))
+        job.passContext().log(
+            "The shared folder " + share + " does not answer: the local database is used until the next start",
+            kLightOrange);
+}
 
 void registerScreens(const ScreenContext& context, Job& job) {
     Navigator& screens = context.navigator;
@@ -37,9 +49,16 @@ void registerScreens(const ScreenContext& context, Job& job) {
                 [&context](const std::any&) { return std::make_unique<frmSetupWizard>(context, systemNetwork()); });
     screens.add(Screen::SetupNetwork,
                 [&context](const std::any&) { return std::make_unique<frmSetupNetwork>(context); });
-    screens.add(Screen::SkipList, [&context](const std::any&) { return std::make_unique<frmSkipList>(context); });
-    screens.add(Screen::Updatedb, [&context](const std::any&) { return std::make_unique<frmUpdatedb>(context); });
+    screens.add(Screen::SkipList, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmSkipList>(context);
+    });
+    screens.add(Screen::Updatedb, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmUpdatedb>(context);
+    });
     screens.add(Screen::CommonHeaders, [&context, &job](const std::any&) {
+        askShareFirst(job);
         return std::make_unique<frmCommonHeaders>(context, job.messages);
     });
     screens.add(Screen::Errors,

@@ -12,4 +12,8 @@ class Job;
 /// Tells the navigator which class each screen is. Context and job must outlive the navigator's use.
 void registerScreens(const ScreenContext& context, Job& job);
 
+/// Before something asks the share on the screen's own thread: a share that does not answer is told after two seconds,
+/// and the person may leave it out, which the job log says too.
+void askShareFirst(Job& job);
+
 }  // namespace quillon

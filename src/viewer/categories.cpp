@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "text/fields.h"
 #include "text/page_text.h"
 
@@ -12,7 +12,7 @@ namespace quillon {
 static_assert(kMessageCount == kGradeCount, "a grade without a line in Errors.dat has no category");
 
 Result<std::vector<std::u16string>> readCategories(const NativePath& errorsFile, const ReportMessages& messages) {
-    const auto bytes = readWholeFile(errorsFile);
+    const auto bytes = readRuleFile(errorsFile);
     if (!bytes)
         return failure(bytes.error());
     std::vector<std::u16string> categories;

@@ -9,6 +9,7 @@
 #include "testing/rule_line.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
+#include "text/page_loss.h"
 #include "text/page_text.h"
 #include "text/unicode.h"
 #include "viewer/categories.h"
@@ -174,6 +175,8 @@ void ListViewer::addToSkipList() {
         "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
     if (!term || term->empty())
         return;
+    if (const std::string lost = lostOnPage(*term); !lost.empty())
+        state.status = "Stored as \"?\" : " + lost;
     passOver(appendRuleLine(paths.localSettings, kSkipListFileName, toPage(*term)),
              "the design has no answer to a skip list that cannot be written");
     if (paths.useSharedDb)

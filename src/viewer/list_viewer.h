@@ -78,7 +78,7 @@ public:
     /// Kept: the count is 0 unless the current row has it, too (test AnExtensionOfOtherRowsCountsZero).
     void selectExtension(int entry);
 
-    /// "Add to Skip List", with the current row's path as the proposal.
+    /// "Add to Skip List", with the current row's path as the proposal. The status tells what the list cannot hold.
     void addToSkipList();
 
     /// "Run": what the editor needs; none after a beep, when no extension is chosen.

@@ -15,7 +15,9 @@ void tellLossOnPage(QLabel& remark, const std::vector<QLineEdit*>& boxes) {
         for (const QLineEdit* box : boxes) typed += fromQt(box->text());
         const std::string lost = lostOnPage(typed);
         remark.setText(lost.empty() ? QString() : QStringLiteral("Stored as \"?\" : ") + toQt(lost));
+        remark.setVisible(!lost.empty());
     };
+    remark.hide();
     for (const QLineEdit* box : boxes) QObject::connect(box, &QLineEdit::textChanged, &remark, tell);
 }
 

@@ -90,6 +90,8 @@ BoxAnswer QtDialogs::show(const MessageBox& box) {
     shown.setObjectName(QStringLiteral("MessageBox"));
     shown.setTextFormat(Qt::PlainText);
     shown.setText(toQt(box.text));
+    if (!box.details.empty())
+        shown.setDetailedText(toQt(box.details));
     shown.setWindowModality(Qt::ApplicationModal);
     if (box.buttons == BoxButtons::YesNo)
         shown.setEscapeButton(QMessageBox::No);

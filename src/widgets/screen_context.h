@@ -9,6 +9,7 @@
 
 namespace quillon {
 
+class AlertPorts;
 class Navigator;
 class WindowEventLoop;
 
@@ -18,6 +19,7 @@ struct ScreenContext {
     KeptFiles& kept;
     Navigator& navigator;
     WindowEventLoop& loop;
+    AlertPorts* alertPorts = nullptr;  ///< of the exchanges of all screens; null for screens that stand alone
 };
 
 }  // namespace quillon

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <latch>
+#include <new>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -115,6 +116,14 @@ TEST(AheadThreads, ManyTasksOfManyThreadsAreEachDoneOnce) {
         times += task.times;
     }
     EXPECT_EQ(static_cast<std::size_t>(times) + back, tasks.size());
+}
+
+TEST_F(AheadThreadsTest, AThreadOutOfMemoryTellsItsOwnerOnce) {
+    AheadThreads poor{1, [] { return AheadThreads::Work([](AheadTask&) { throw std::bad_alloc(); }); }};
+    poor.add();
+    poor.leave(tasks[0]);
+    EXPECT_THROW(poor.waitFor(tasks[0]), std::bad_alloc);
+    EXPECT_TRUE(poor.isDone(tasks[0])) << "the owner can go on waiting for what else runs";
 }
 
 }  // namespace

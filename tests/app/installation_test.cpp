@@ -173,5 +173,57 @@ TEST_F(InstallationTest, ASaveWritesEverythingThatIsHeldInMemory) {
     EXPECT_EQ(other.paths(), installation.paths());
 }
 
+struct OddFolder {
+    const char* name;
+    NativePath path;
+    const char* reason;
+};
+const OddFolder kOddFolders[] = {
+    {"other characters", "/srv/\u6570\u636e", "it has characters that are not in the 8-bit page of the settings"},
+    {"no text", "/srv/\xFF", "it has characters that are not in the 8-bit page of the settings"},
+    {"long", NativePath("/srv") / std::string(600, 'x'), "it is longer than 512 characters"},
+    {"a blank at the end", "/srv/blank ", "it ends in a blank"},
+};
+
+TEST_F(InstallationTest, AFolderThatTheRecordCannotHoldIsRememberedBesideIt) {
+    EXPECT_EQ(whyNotInSettings("/srv/caf\u00e9"), "");
+    for (const auto& odd : kOddFolders) {
+        SCOPED_TRACE(odd.name);
+        EXPECT_EQ(whyNotInSettings(odd.path), odd.reason);
+        for (const auto which : {SettingsFolder::Local, SettingsFolder::Archive, SettingsFolder::Shared}) {
+            Installation first(temp / "app");
+            first.setFolder(which, odd.path);
+            EXPECT_EQ(first.folder(which), odd.path);
+            ASSERT_TRUE(first.saveSettingsRecord());
+            EXPECT_EQ(temp.read("app/settings.dat").size(), kSettingsBytes);
+            Installation second(temp / "app");
+            ASSERT_TRUE(second.loadSettingsRecord());
+            EXPECT_EQ(second.folder(which), odd.path);
+            second.setFolder(which, "/srv/plain");
+            ASSERT_TRUE(second.saveSettingsRecord());
+            EXPECT_EQ(temp.read("app/preferences.ini").find("folder."), std::string::npos) << "it is forgotten again";
+        }
+    }
+}
+
+TEST_F(InstallationTest, WithoutSuchAFolderNoPreferencesAreWritten) {
+    installation.setFolder(SettingsFolder::Local, "/srv/plain");
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    EXPECT_FALSE(exists("app/preferences.ini"));
+}
+
+TEST_F(InstallationTest, ARememberedFolderCountsForItsOwnRecordAlone) {
+    installation.setFolder(SettingsFolder::Shared, "/mnt/\u6570\u636e");
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    AppSettings other;
+    other.sharedPath.assign(PageText{"/mnt/share"});
+    installation.settings = other;
+    installation.refreshPathVariables();
+    EXPECT_EQ(installation.paths().sharedPath, "/mnt/share") << "a record from elsewhere means what it says";
+    ASSERT_TRUE(installation.saveSettingsRecord());
+    ASSERT_TRUE(installation.loadSettingsRecord());
+    EXPECT_EQ(installation.paths().sharedPath, "/mnt/share");
+}
+
 }  // namespace
 }  // namespace quillon

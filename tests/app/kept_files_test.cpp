@@ -62,6 +62,19 @@ TEST_F(KeptFilesTest, TwoFilesOfOneNameWithinOneSecondAreBothKept) {
     EXPECT_EQ(temp.read("local/Kept/2026-11-15 10.20.30/7.csv (3)"), "third");
 }
 
+TEST_F(KeptFilesTest, OneRescueIsOneFolderHoweverLongItTakes) {
+    KeptFiles rescue(installation, clock, KeptBy::Rescue);
+    for (const char* name : {"local/Database/a.dat", "local/Database/b.dat", "local/Settings/c.dat"}) {
+        ASSERT_TRUE(rescue.moveAway(temp.write(name, kBytes)));
+        ++clock.time.second;
+    }
+    ASSERT_TRUE(rescue.copyAway(temp.write("local/7.csv", kBytes)));
+    EXPECT_EQ(listEntries(temp / "local/Kept")->size(), 1U);
+    EXPECT_TRUE(exists("local/Kept/2026-11-15 10.20.30/7.csv")) << "that of the first file";
+    ASSERT_TRUE(kept.moveAway(temp.write("local/7.csv", kBytes)));
+    EXPECT_EQ(listEntries(temp / "local/Kept")->size(), 2U) << "what stands by itself has its own";
+}
+
 TEST_F(KeptFilesTest, ACopyLeavesTheFileAlone) {
     const auto file = temp.write("local/7.csv", kBytes);
     ASSERT_TRUE(setModificationTime(file, {1000000000, 500}));

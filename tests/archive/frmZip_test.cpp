@@ -31,6 +31,8 @@ private slots:
     void zippingWritesTheArchiveAndEmptiesTheGrid();
     void anEmptyJobIdReadsFileListFromTheRunOn();
     void whatIsChangedWhileTheArchiveIsWrittenCounts();
+    void cancellingBringsEverythingBack();
+    void theArchiveIsNamedBeforeAndAfter();
     void closingWithinARunWaitsForItsEnd();
     void theScreenStaysAliveWhileATestWaits();
     void theDestinationCanBeChangedForGood();
@@ -111,6 +113,7 @@ const std::vector<test::FrameCase> kControls = {
      "",
      {
          {"ProgressBar1", "", false},
+         {"buttonCancel", "Cancel", false},
          {"Command4", "Zip"},
          {"Command6", "Zip and Email", false},
          {"Command3", "Close"},
@@ -236,6 +239,40 @@ void FrmZipTest::whatIsChangedWhileTheArchiveIsWrittenCounts() {
     QVERIFY(std::filesystem::exists(main_->temp / "local/1234-A.csv"));
     QVERIFY(std::filesystem::exists(main_->temp / "archives/1234.zip"));
     QCOMPARE(controlOf<QComboBox>(screen(), "Combo1").currentIndex(), 0);
+}
+
+void FrmZipTest::cancellingBringsEverythingBack() {
+    controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+    main_->temp.write("archives/1234.zip", "the old archive");
+    main_->temp.write("local/1234-A.csv", std::string(3'000'000, 'a'));
+    whileWriting([this] { click("buttonCancel"); });
+    const std::string archive = (main_->temp / "archives/1234.zip").native();
+    main_->dialogs.expectBox("Overwrite file",
+                             "The file " + archive +
+                                 " already exists! Overwriting this zip-file may result with no history of the job. "
+                                 "Are you sure you want to overwrite the file " +
+                                 archive + " ?",
+                             BoxAnswer::Yes, BoxStyle::Question, BoxButtons::YesNo);
+    click("Command4");
+    QCOMPARE(main_->temp.read("archives/1234.zip"), std::string("the old archive"));
+    QVERIFY(std::filesystem::exists(list("1234-A.csv")));
+    QVERIFY(std::filesystem::exists(list("1234-B.csv")));
+    QCOMPARE(grid().rowCount(), 2);
+    QVERIFY(!controlOf<QPushButton>(screen(), "buttonCancel").isVisible());
+    QCOMPARE(controlOf<QLabel>(screen(), "labelNotice").text(),
+             QStringLiteral("Cancelled: archive and lists are as they were"));
+}
+
+void FrmZipTest::theArchiveIsNamedBeforeAndAfter() {
+    controlOf<QComboBox>(screen(), "Combo1").setCurrentIndex(0);
+    auto& notice = controlOf<QLabel>(screen(), "labelNotice");
+    const auto folder = (main_->temp / "archives/").native();
+    QCOMPARE(notice.text().toStdString(), "Archive: " + folder + "1234.zip");
+    controlOf<QLineEdit>(screen(), "Text1").setText(QStringLiteral("77-A"));
+    QCOMPARE(notice.text().toStdString(), "Archive: " + folder + "77.zip");
+    expectComplete();
+    click("Command4");
+    QCOMPARE(notice.text().toStdString(), "Archive written: " + folder + "77.zip");
 }
 
 void FrmZipTest::closingWithinARunWaitsForItsEnd() {

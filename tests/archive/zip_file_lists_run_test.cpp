@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/list_mark.h"
 #include "archive/zip_bytes.h"
 #include "archive/zip_reader.h"
 #include "archive/zip_screen.h"
@@ -50,6 +51,17 @@ TEST_F(ZipRunTest, ListsOfAllPartitionsLandInOneArchiveAndAreGone) {
     EXPECT_FALSE(lists.state.busyPointer);
     EXPECT_FALSE(lists.state.progressVisible);
     EXPECT_TRUE(alerts.sent.empty());
+}
+
+TEST_F(ZipRunTest, ACutListTakesItsMarkIntoTheArchive) {
+    ASSERT_TRUE(markUnfinished(folder / "local/1234-Partition 1.csv"));
+    open();
+    expectComplete();
+    lists.zip();
+    EXPECT_THAT(archiveNames(),
+                ElementsAre("1234-Partition 1.csv", "1234-Partition 1.csv.unfinished", "1234-Partition 2.csv"));
+    EXPECT_FALSE(exists("local/1234-Partition 1.csv"));
+    EXPECT_FALSE(exists("local/1234-Partition 1.csv.unfinished"));
 }
 
 TEST_F(ZipRunTest, EvidenceGoesUnderKeptWithItsListAndIntoNoArchive) {

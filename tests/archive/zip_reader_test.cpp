@@ -2,11 +2,13 @@
 #include "archive/zip_reader.h"
 
 #include <filesystem>
+#include <fstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "archive/zip_bytes.h"
+#include "archive/zip_writer.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "support/fake_surroundings.h"
@@ -206,6 +208,59 @@ TEST_F(ZipReaderTest, ExistingFilesStayWhenTheyAreToBeKept) {
     EXPECT_EQ(folder_.read("target/Database/png.dat"), "2");
 }
 
+TEST_F(ZipReaderTest, AFileThatIsNotHeldInMemoryIsTheSame) {
+    const std::string bytes(300'000, 'x');
+    writeZip(archive(), {{"Database/jpg.dat", bytes}, {"small.dat", "1"}});
+    folder_.write("target/Database/jpg.dat", "of the user");
+    Installation installation(folder_ / "app");
+    installation.settings.localPath.assign(pageFromPath(target()));
+    installation.refreshPathVariables();
+    const FakeClock clock;
+    KeptFiles kept(installation, clock);
+    ExtractOptions options;
+    options.heldBytes = 1000;
+    options.kept = &kept;
+    const auto result = extractArchive(archive(), target(), options);
+    ASSERT_TRUE(result.has_value()) << result.error().text;
+    EXPECT_EQ(folder_.read("target/Database/jpg.dat"), bytes);
+    EXPECT_EQ(folder_.read("target/small.dat"), "1");
+    EXPECT_EQ(folder_.read("target/Kept/2026-11-15 10.20.30/Database/jpg.dat"), "of the user");
+    EXPECT_EQ(listEntries(target())->size(), 3U) << "no temporary file stays";
+}
+
+// In KiB; the greatest since the last `forgetPeak`.
+long peakMemory() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:"))
+            return std::stol(line.substr(6));
+    }
+    return 0;
+}
+
+bool forgetPeak() {
+    std::ofstream refs("/proc/self/clear_refs");
+    refs << 5 << std::flush;
+    return refs.good();
+}
+
+TEST_F(ZipReaderTest, AHostileFileTakesNoMoreMemoryThanAnyOther) {
+    constexpr std::uint64_t size = 160UL * 1024 * 1024;
+    folder_.write("zeros", "");
+    std::filesystem::resize_file(folder_ / "zeros", size);  // takes no room
+    {
+        ZipWriter writer(archive(), {});
+        ASSERT_TRUE(writer.add(folder_ / "zeros", "Database/zeros.dat"));
+        ASSERT_TRUE(writer.finish());
+    }
+    if (!forgetPeak())
+        GTEST_SKIP() << "the system does not measure memory here";
+    const long before = peakMemory();
+    ASSERT_TRUE(extractArchive(archive(), target()).has_value());
+    EXPECT_LT(peakMemory() - before, 64 * 1024);
+    EXPECT_EQ(std::filesystem::file_size(target() / "Database/zeros.dat"), size);
+}
+
 TEST_F(ZipReaderTest, TheListHasEveryNameAsItStands) {
     writeZip(archive(), {{"Database/", "", 0, true}, {"DATABASE/jpg.dat", "1"}, {"../x", "2"}});
     const auto names = listArchive(archive());
@@ -213,13 +268,21 @@ TEST_F(ZipReaderTest, TheListHasEveryNameAsItStands) {
     EXPECT_THAT(*names, testing::ElementsAre("Database/", "DATABASE/jpg.dat", "../x"));
 }
 
-TEST_F(ZipReaderTest, ProgressEndsAtOneHundred) {
+TEST_F(ZipReaderTest, ProgressCountsTheNamesTooAndEndsAtOneHundred) {
     writeZip(archive(), {{"a", "1"}, {"b", "2"}, {"c", "3"}, {"d", "4"}});
     std::vector<double> seen;
+    std::vector<std::size_t> named;
     ExtractOptions options;
-    options.progress = [&seen](double percent) { seen.push_back(percent); };
+    options.progress = [&](double percent) {
+        seen.push_back(percent);
+        named.push_back(listFiles(target()).value_or(std::vector<std::string>{}).size());
+    };
     ASSERT_TRUE(extractArchive(archive(), target(), options).has_value());
-    EXPECT_THAT(seen, testing::ElementsAre(25.0, 50.0, 75.0, 100.0));
+    EXPECT_THAT(seen, testing::ElementsAre(12.5, 25.0, 37.5, 50.0, 62.5, 75.0, 87.5, 100.0));
+    EXPECT_THAT(named, testing::ElementsAre(0, 0, 0, 0, 1, 2, 3, 4));
+    seen.clear();
+    ASSERT_TRUE(extractArchive(archive(), target(), options).has_value());
+    EXPECT_THAT(seen, testing::ElementsAre(25.0, 50.0, 75.0, 100.0)) << "a file that is replaced has both at once";
 }
 
 }  // namespace

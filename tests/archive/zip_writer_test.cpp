@@ -165,5 +165,33 @@ TEST_F(ZipWriterTest, ProgressRunsToOneHundredAndTheEventLoopIsTurned) {
     EXPECT_GT(loop.turns, 50);
 }
 
+// One large list behind many small ones: the bar goes by bytes.
+TEST_F(ZipWriterTest, ProgressIsThatOfTheBytesOfAllFiles) {
+    std::vector<double> percents;
+    ZipOptions options;
+    options.progress = [&percents](double percent) { percents.push_back(percent); };
+    ZipWriter writer(archive(), options);
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = std::to_string(i) + ".csv";
+        ASSERT_TRUE(writer.add(folder_.write(name, "row"), name));
+    }
+    ASSERT_TRUE(writer.add(folder_.write("large.csv", std::string(4'000'000, 'x')), "large.csv"));
+    ASSERT_TRUE(writer.finish());
+    EXPECT_TRUE(std::ranges::is_sorted(percents));
+    const auto between = std::ranges::count_if(percents, [](double percent) { return percent > 1 && percent < 90; });
+    EXPECT_GT(between, 10) << "nearly all steps are those of the large file";
+}
+
+TEST_F(ZipWriterTest, ACancelledArchiveLeavesNothing) {
+    ZipOptions options;
+    options.cancelled = [] { return true; };
+    {
+        ZipWriter writer(archive(), options);
+        ASSERT_TRUE(writer.add(folder_.write("a.csv", std::string(4'000'000, 'x')), "a.csv"));
+        EXPECT_FALSE(writer.finish());
+    }
+    EXPECT_THAT(*listEntries(folder_.path()), ElementsAre("a.csv"));
+}
+
 }  // namespace
 }  // namespace quillon::test

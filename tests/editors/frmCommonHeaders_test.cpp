@@ -57,6 +57,7 @@ const std::vector<test::FrameCase> kControls = {
          {"Label5", "Offset"},
          {"Label6", "Type"},
          {"tTerm", ""},
+         {"pageRemark_", "", false},
          {"tOffset", ""},
          {"cboType", "Text"},
          {"Command1", "Add"},

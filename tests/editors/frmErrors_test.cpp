@@ -65,6 +65,8 @@ const std::vector<test::FrameCase> kControls = {
     {"",
      "",
      {
+         {"pageRemark_", "", false},
+         {"saveRemark_", "", false},
          {"Command1", "OK"},
      }},
 };

@@ -56,7 +56,7 @@ const std::vector<test::FrameCase> kControls = {
      {
          {"Label1", "Term"},
          {"TextBox1", ""},
-         {"pageRemark_", ""},
+         {"pageRemark_", "", false},
          {"Command1", "Add"},
          {"Command3", "Clear"},
      }},

@@ -71,7 +71,7 @@ const std::vector<test::FrameCase> kControls = {
          {"Label3", "(0 = Anywhere)"},
          {"Label1", "Term"},
          {"Text3", ""},
-         {"pageRemark_", ""},
+         {"pageRemark_", "", false},
          {"Label4", "Type"},
          {"Combo1", "Text"},
          {"Command2", "Add"},

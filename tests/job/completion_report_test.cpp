@@ -28,6 +28,12 @@ TEST_F(ReportTest, ACleanJobHasNoMessageLines) {
               "----------------------------------\r\n");
 }
 
+// A list that was opened gives its name to the job.
+TEST_F(ReportTest, AJobIdThatTurnsTextIsShownAsItIs) {
+    state.options.jobId = "7\xE2\x80\xAEvsc";
+    EXPECT_EQ(completionReport(state, "LAB7").find("File list complete for job ID : 7<U+202E>vsc on LAB7\r\n"), 0U);
+}
+
 TEST_F(ReportTest, EveryCounterAboveZeroHasItsLineInThisOrder) {
     JobCounters& counters = state.counters;
     counters[Grade::Corrupt] = 1;

@@ -37,7 +37,11 @@ protected:
     }
     void focusTargetPicker() override { trace.emplace_back("focus target"); }
     void updateToolbar() override { trace.push_back("toolbar " + screen()); }
-    void logRowAdded(const LogRow& row) override { trace.push_back(row.text + "|" + screen()); }
+    void logRowAdded(const LogRow& row) override {
+        trace.push_back(row.text + "|" + screen());
+        if (onRow)
+            onRow(row);
+    }
 
     // Run, Stop, View, Zip, frames, menus, timer as letters when they are on, and the status line.
     std::string screen() const {
@@ -75,6 +79,7 @@ protected:
 
     Trace trace;
     std::function<void()> onPickSource;
+    std::function<void(const LogRow&)> onRow;
 };
 
 }  // namespace quillon::test

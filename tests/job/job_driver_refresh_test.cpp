@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the driver does before the walk: the local database follows the shared one, and the rule lists are loaded.
+#include <algorithm>
+#include <cerrno>
+
 #include "job/driver_fixture.h"
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "setup/database_folder.h"
+#include "support/failing_files.h"
 
 namespace quillon::test {
 
@@ -53,6 +60,82 @@ TEST_F(SharedDriverTest, TheLocalDatabaseFollowsTheSharedOne) {
     EXPECT_EQ(folder.read("local/Kept/2026-11-15 10.20.30/Database/orphan.dat"), "1,XX,T\r\n");
     EXPECT_EQ(folder.read("local/Settings/CommonHeaders.dat"), "0,PK,T,Zip\r\n");
     EXPECT_EQ(logTexts().at(0), "Copying ext database from network drive");
+}
+
+TEST_F(SharedDriverTest, WhatTheRefreshDidIsOneRow) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    folder.write("share/Database/same.dat", "1,PK,T\r\n");
+    folder.write("local/Database/same.dat", "1,PK,T\r\n");
+    const auto shared = modificationTime(folder / "share/Database/same.dat");
+    ASSERT_TRUE(setModificationTime(folder / "local/Database/same.dat", shared.value()));
+    folder.write("local/Database/orphan.dat", "1,XX,T\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(1), "Shared database: 2 compared, 1 fetched, 1 removed, 0 failed");
+    state.log.clear();
+    state.options.overwriteConfirmed = true;
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(1), "Starting Folder tests ") << "nothing has changed, and nothing is told";
+}
+
+TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
+    const auto shared = folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    ASSERT_TRUE(setModificationTime(shared, {1'000'000'000, 0}));
+    folder.write("local/Database/abc.dat/inside", "a folder where the file should be");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const auto& row = state.log.rows().at(1);
+    EXPECT_EQ(row.text, "Shared database: 1 compared, 0 fetched, 0 removed, 1 failed");
+    EXPECT_EQ(row.colour, kLightOrange);
+}
+
+TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsTold) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    std::string name = temporaryName();
+    const auto counter = name.rfind('-');
+    const auto time = name.rfind('-', counter - 1);
+    const auto number = name.rfind('-', time - 1);
+    name.replace(number + 1, time - number - 1, "2147483646");  // above any number that a system gives a process
+    for (const char* place : {"local", "share/Database"})
+        ASSERT_TRUE(setModificationTime(folder.write(std::string(place) + "/" + name, "half"), {1'000'000'000, 0}));
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(0), "1 files of saves that were cut short moved to Kept");
+    EXPECT_EQ(logTexts().at(3), "1 files of saves that were cut short moved to Kept") << "those of the share";
+    EXPECT_FALSE(exists("local/" + name) || exists("share/Database/" + name));
+    EXPECT_EQ(listEntries(folder / "local/Kept/2026-11-15 10.20.30")->size(), 2U);
+}
+
+TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    const std::string what = ": no file can be deleted there (Permission denied)";
+    FailingFiles files;
+    files.refuse("unlink", EACCES);
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const auto& rows = state.log.rows();
+    const std::string text = "What is taught on this computer cannot reach the others. " +
+                             (folder / "share/Database").native() + what + "; " + (folder / "share/Settings").native() +
+                             what + ". All users of the share need the right to write, rename and delete in it.";
+    const auto row = std::find_if(rows.begin(), rows.end(), [&](const LogRow& r) { return r.text == text; });
+    ASSERT_NE(row, rows.end());
+    EXPECT_EQ(row->colour, kLightOrange);
+}
+
+TEST_F(SharedDriverTest, AShareThatLooksEmptyIsToldBeforeAnythingMoves) {
+    folder.write("local/Database/jpg.dat", "1,FFD8,H\r\n");
+    folder.write("local/Database/png.dat", "1,PNG,T\r\n");
+    std::size_t filesAtTheWarning = 0;
+    onRow = [&](const LogRow& row) {
+        if (row.text.starts_with("The shared database looks empty"))
+            filesAtTheWarning = databaseFiles(folder / "local/Database").size();
+    };
+    fake.dialogs.expectBox("No Database",
+                           "Unable to find shared database. Do you want to continue the check with the local copy?",
+                           BoxAnswer::No);
+    EXPECT_EQ(run(), JobEnd::NotStarted);
+    EXPECT_EQ(filesAtTheWarning, 2U);
+    const auto& row = state.log.rows().at(0);
+    EXPECT_EQ(row.text, "The shared database looks empty (" + (folder / "share/Database").native() +
+                            "): 2 term files of this computer are about to move to Kept. Is the share mounted?");
+    EXPECT_EQ(row.colour, kLightOrange);
+    EXPECT_EQ(listEntries(folder / "local/Kept")->size(), 1U);
 }
 
 TEST_F(SharedDriverTest, WithoutTestingTheDatabaseIsNotRefreshedButTheListsAre) {

@@ -147,6 +147,17 @@ TEST_F(JobEvidenceTest, AFileThatEndsEarlyTellsHowManyBytesAreUnread) {
     EXPECT_EQ(from.head(rowOf("cut.abc")).value()->length, 100);
 }
 
+TEST_F(JobEvidenceTest, AGoodFileThatItsOwnHeadDoubtsSaysSo) {
+    termFile("wav", "1,RIFF,T\r\n");
+    using namespace std::string_literals;
+    sourceFile("cut.wav", "RIFF\x00\x00\x10\x00WAVEfmt "s + std::string(600, '\0'));
+    ASSERT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(rowOf("cut.wav").grade, Grade::Good);
+    EXPECT_EQ(rowOf("cut.wav").doubt, "cut");
+    EXPECT_NE(rowOf("cut.wav").doubtDetail, "");
+    EXPECT_EQ(rowOf("good.abc").doubt, "");
+}
+
 TEST_F(JobEvidenceTest, AReplacedListTakesItsEvidenceAlong) {
     ASSERT_EQ(run(), JobEnd::Complete);
     folder.write("local/1234.sqlite-journal", "");

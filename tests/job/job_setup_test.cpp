@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include "app/list_mark.h"
 #include "job/job_board.h"
 #include "platform/folders.h"
 #include "support/fake_surroundings.h"
@@ -38,6 +39,17 @@ protected:
     JobState state;
     JobSetup setup{installation, fake.surroundings, state};
 };
+
+TEST_F(JobSetupTest, AFolderOfTheSettingsThatMayHaveLostCharactersIsToldAtTheStart) {
+    setup.loadSettings();
+    EXPECT_TRUE(logTexts().empty());
+    installation.settings.sharedPath.assign(pageFromPath("/mnt/\u6570\u636e"));
+    installation.refreshPathVariables();
+    setup.loadSettings();
+    EXPECT_EQ(logTexts(), std::vector<std::string>{
+                              "The Shared DB Path of the settings may have lost characters of its name : /mnt/??"});
+    EXPECT_EQ(state.log.rows().front().colour, kLightOrange);
+}
 
 TEST_F(JobSetupTest, AForbiddenCharacterLeavesTheJobIdAtOnce) {
     for (const char* forbidden : {":", "\\", "/", "@", "*", "?", "<", ">", "|", "\""}) {
@@ -317,6 +329,14 @@ TEST_F(JobSetupTest, OpenExistingCopiesAForeignListAndTakesItsName) {
     EXPECT_EQ(fake.dialogs.lastPick().filter, "File Lists (*.csv)|*.csv|All Files(*.*)");
     EXPECT_EQ(fake.dialogs.lastPick().defaultSuffix, ".csv");
     EXPECT_EQ(fake.dialogs.lastPick().startFolder, temp / "local");
+}
+
+TEST_F(JobSetupTest, OpenExistingKnowsACutListByItsMark) {
+    const NativePath list = temp.write("elsewhere/4711.csv", "rows");
+    ASSERT_TRUE(markUnfinished(list));
+    fake.dialogs.expectFiles("Open existing file list", {list});
+    EXPECT_EQ(setup.openExisting(), "4711");
+    EXPECT_TRUE(isUnfinished(temp / "local/4711.csv"));
 }
 
 TEST_F(JobSetupTest, OpenExistingLeavesAListThatIsThere) {

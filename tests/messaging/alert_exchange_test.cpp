@@ -249,6 +249,55 @@ TEST_F(AlertExchangeSend, ThisComputerIsKnownInAnyCaseAndWithBlanks) {
     EXPECT_TRUE(exchange->isThisComputer("übung"));
 }
 
+// The exchanges of one process have one pair of ports.
+
+class SharedPorts : public AlertExchangeSend {
+protected:
+    SharedPorts() {
+        exchange = std::make_unique<AlertExchange>(
+            AlertScreen::Main, server, client, installation, around.surroundings, [] { return std::string(); }, &ports);
+    }
+    ~SharedPorts() override { exchange.reset(); }
+    bool sendByZip() {
+        std::string text = "subject";
+        return zip.sendAlert("DESK2", kAskForAcknowledgement, text, "body", 0);
+    }
+
+    AlertPorts ports;
+    test::ScriptedSocket zipServer{"zip server", journal};
+    test::ScriptedSocket zipClient{"zip client", journal};
+    AlertExchange zip{AlertScreen::Zip,
+                      zipServer,
+                      zipClient,
+                      installation,
+                      around.surroundings,
+                      [] { return std::string(); },
+                      &ports};
+};
+
+TEST_F(SharedPorts, ASendClosesWhatAnotherScreensUnansweredAlertLeftBound) {
+    tickPerTurn(5001);
+    EXPECT_FALSE(send());
+    EXPECT_TRUE(client.isOpen()) << "left bound until the next send";
+    EXPECT_FALSE(sendByZip());
+    EXPECT_FALSE(client.isOpen());
+    EXPECT_FALSE(server.isOpen());
+    EXPECT_TRUE(zipClient.isOpen());
+}
+
+TEST_F(SharedPorts, AScreenThatWaitsForItsAnswerKeepsItsSockets) {
+    bool kept = false;
+    around.loop.onTurn = [&](int turn) {
+        around.clock.tick += 4000;
+        if (turn == 1) {
+            EXPECT_FALSE(sendByZip());
+            kept = client.isOpen();
+        }
+    };
+    EXPECT_FALSE(send());
+    EXPECT_TRUE(kept);
+}
+
 // The wizard's port conflict.
 
 class WizardConflict : public AlertExchangeSend {
@@ -273,6 +322,14 @@ TEST_F(WizardConflict, WarnsSkipsTheWaitAndCountsAsAcknowledged) {
     EXPECT_EQ(exchange->ackState(), AckState::Acknowledged);
     EXPECT_EQ(exchange->errorText(), "Address in use");
     EXPECT_EQ(server.sent.size(), 1U);
+}
+
+TEST_F(WizardConflict, AnAlertWhoseReceiverIsLookedUpLeavesAheadOfTheWarning) {
+    server.lookupTurns = 3;
+    expectWarning();
+    EXPECT_TRUE(send());
+    EXPECT_EQ(server.sent.size(), 1U) << "a recipient by name is sent to, like one by number";
+    EXPECT_EQ(exchange->waitElapsed(), 9999) << "and no answer is waited for";
 }
 
 TEST_F(WizardConflict, KeepsWarningForAsLongAsTheScreenLives) {

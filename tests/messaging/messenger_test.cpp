@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "messaging/messenger.h"
 
-#include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <random>
-#include <thread>
 
 #include <gmock/gmock.h>
 
@@ -16,7 +12,6 @@ namespace {
 
 using testing::ElementsAre;
 using namespace std::string_literals;
-using std::chrono::milliseconds;
 
 std::string alertBytes(const std::string& request, const std::string& flag = "0") {
     return "LAB7\xFF" + request + "\xFF" + "subject\xFF" + "body\xFF" + flag;
@@ -26,8 +21,16 @@ class MessengerTest : public testing::Test {
 protected:
     std::vector<std::string> answered;
     std::vector<ReceivedAlert> shown;
-    Messenger messenger{[this](const std::string& name) { answered.push_back(name); },
-                        [this](const ReceivedAlert& alert) { shown.push_back(alert); }};
+    std::vector<std::string> order;
+    Messenger messenger{[this](const ReceivedAlert& /*alert*/) { order.emplace_back("stored"); },
+                        [this](const std::string& name) {
+                            order.emplace_back("answered");
+                            answered.push_back(name);
+                        },
+                        [this](const ReceivedAlert& alert) {
+                            order.emplace_back("shown");
+                            shown.push_back(alert);
+                        }};
 };
 
 TEST_F(MessengerTest, AnAlertThatAsksIsShownAndAnsweredOnceToTheNameInIt) {
@@ -36,6 +39,11 @@ TEST_F(MessengerTest, AnAlertThatAsksIsShownAndAnsweredOnceToTheNameInIt) {
     ASSERT_EQ(shown.size(), 1U);
     EXPECT_EQ(shown[0].subject.bytes, "subject");
     EXPECT_FALSE(shown[0].problem);
+}
+
+TEST_F(MessengerTest, AnAlertIsStoredBeforeItIsAnsweredAndShownLast) {
+    messenger.take(alertBytes(" 1"));
+    EXPECT_THAT(order, ElementsAre("stored", "answered", "shown"));
 }
 
 TEST_F(MessengerTest, AnAlertThatDoesNotAskIsShownAlone) {
@@ -142,6 +150,24 @@ TEST(AlertText, ControlCharactersCannotReachTheTerminal) {
     }
 }
 
+TEST(AlertText, LongTextsAreCut) {
+    const auto cut = shortened(alertOf(std::string(65, 's'), std::string(500, 'u'), std::string(60000, '\x01'), true));
+    EXPECT_EQ(cut.sender.bytes, std::string(64, 's') + " [...]");
+    EXPECT_EQ(cut.subject.bytes, std::string(500, 'u'));
+    EXPECT_TRUE(cut.problem);
+    EXPECT_LT(alertRecord("T", cut).size(), 25'000U) << "a control character becomes three bytes";
+}
+
+TEST(AlertRate, OneComputerHasSixtyAlertsAMinuteWhateverTheOthersSend) {
+    AlertRate rate;
+    const Moment start{};
+    const HostAddress one = *numericAddress("10.0.0.1");
+    for (std::size_t i = 0; i < kMostAlertsAMinute; ++i) EXPECT_TRUE(rate.allows(one, start));
+    EXPECT_FALSE(rate.allows(one, start + std::chrono::seconds(59)));
+    EXPECT_TRUE(rate.allows(*numericAddress("10.0.0.2"), start));
+    EXPECT_TRUE(rate.allows(one, start + std::chrono::seconds(60)));
+}
+
 TEST(AlertRecord, IsOneLineOfFiveFieldsWhateverTheTextsHold) {
     EXPECT_EQ(alertRecord("T", alertOf("LAB7", "a\r\n b", "one\r\n\r\ntwo\nthree", true)),
               "T\tLAB7\tproblem\ta | b\tone | two | three\n");
@@ -156,126 +182,6 @@ TEST(AlertRecord, PageCharactersAreUtf8) {
                                        "bung",
                                        "5 \x80", false)),
               "T\tLAB7\tmessage\tÜbung\t5 €\n");
-}
-
-// Answers.
-
-const HostAddress kSomewhere = *numericAddress("10.0.0.7");
-
-struct Sent {
-    std::mutex mutex;
-    std::vector<HostAddress> to;
-    std::vector<std::string> bytes;
-
-    AnswerQueue::Send send() {
-        return [this](const HostAddress& address, std::string_view text) -> Result<void> {
-            const std::lock_guard lock(mutex);
-            to.push_back(address);
-            bytes.emplace_back(text);
-            return {};
-        };
-    }
-};
-
-TEST(AnswerQueue, SendsOneAnswerForEachToTheAddressOfTheName) {
-    Sent sent;
-    AnswerQueue queue(
-        "answer", [](const std::string&) -> Result<HostAddress> { return kSomewhere; }, sent.send());
-    queue.answer("LAB7");
-    queue.answer("LAB7");
-    ASSERT_TRUE(queue.finish(milliseconds(5000)));
-    EXPECT_THAT(sent.to, ElementsAre(kSomewhere, kSomewhere));
-    EXPECT_THAT(sent.bytes, ElementsAre("answer", "answer"));
-    EXPECT_EQ(queue.counts().sent, 2U);
-}
-
-TEST(AnswerQueue, AnUnknownNameGetsNoAnswer) {
-    Sent sent;
-    AnswerQueue queue(
-        "answer", [](const std::string&) -> Result<HostAddress> { return failure(ErrorKind::NotFound, ""); },
-        sent.send());
-    queue.answer("LAB7");
-    ASSERT_TRUE(queue.finish(milliseconds(5000)));
-    EXPECT_TRUE(sent.to.empty());
-    EXPECT_EQ(queue.counts().failed, 1U);
-}
-
-// Names that begin with "dead" are looked up until the gate opens.
-struct Gate {
-    std::mutex mutex;
-    std::condition_variable changed;
-    bool open = false;
-
-    HostResolver resolver() {
-        return [this](const std::string& name) -> Result<HostAddress> {
-            std::unique_lock lock(mutex);
-            if (name.substr(0, 4) == "dead")
-                changed.wait(lock, [this] { return open; });
-            return kSomewhere;
-        };
-    }
-    void release() {
-        const std::lock_guard lock(mutex);
-        open = true;
-        changed.notify_all();
-    }
-};
-
-TEST(AnswerQueue, ADeadNameServerHoldsUpNoOtherAnswer) {
-    Sent sent;
-    Gate gate;
-    AnswerQueue queue("answer", gate.resolver(), sent.send());
-    for (int i = 0; i < 5; ++i) queue.answer("dead");
-    queue.answer("LAB7");
-    EXPECT_FALSE(queue.finish(milliseconds(200)));
-    EXPECT_EQ(queue.counts().sent, 1U);
-    gate.release();
-    EXPECT_TRUE(queue.finish(milliseconds(5000)));
-    EXPECT_EQ(queue.counts().sent, 6U);
-}
-
-TEST(AnswerQueue, AnAnswerThatComesTooLateIsNotSent) {
-    Sent sent;
-    Gate gate;
-    AnswerQueue queue("answer", gate.resolver(), sent.send(), milliseconds(50));
-    queue.answer("dead");
-    EXPECT_FALSE(queue.finish(milliseconds(100)));
-    gate.release();
-    EXPECT_TRUE(queue.finish(milliseconds(5000)));
-    EXPECT_TRUE(sent.to.empty());
-    EXPECT_EQ(queue.counts().dropped, 1U);
-}
-
-TEST(AnswerQueue, AFloodIsBounded) {
-    Sent sent;
-    Gate gate;
-    AnswerQueue queue("answer", gate.resolver(), sent.send());
-    for (int i = 0; i < 5000; ++i) queue.answer("dead");
-    EXPECT_GE(queue.counts().dropped, 3900U);
-    gate.release();
-    EXPECT_TRUE(queue.finish(milliseconds(10000)));
-}
-
-TEST(AnswerQueue, EndsWithoutWaitingForALookUpAndSendsNothingAfterwards) {
-    auto sent = std::make_shared<Sent>();
-    auto gate = std::make_shared<Gate>();
-    auto looked = std::make_shared<std::atomic<bool>>(false);
-    {
-        AnswerQueue queue(
-            "answer",
-            [gate, looked](const std::string& name) {
-                auto address = gate->resolver()(name);
-                *looked = true;
-                return address;
-            },
-            [sent](const HostAddress& address, std::string_view bytes) { return sent->send()(address, bytes); });
-        queue.answer("dead");
-        EXPECT_FALSE(queue.finish(milliseconds(50)));
-    }
-    gate->release();
-    while (!*looked) std::this_thread::yield();
-    const std::lock_guard lock(sent->mutex);
-    EXPECT_TRUE(sent->to.empty());
 }
 
 }  // namespace

@@ -66,13 +66,13 @@ mkdir -p "$work/app" "$work/source/folder"
 cp "$db" "$work/app/db.zip"
 printf 'x' >"$work/source/folder/small.txt"
 logs="$work/app/Data/Settings/Messaging logs/logs.dat"
-run_job() { # job-id [recipient]; sets $seconds and $status
+run_job() { # job-id exit-status [recipient]; sets $seconds
     started=$(date +%s%N)
-    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert "${2:-DESK2}" --yes \
+    LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job "$1" --alert "${3:-DESK2}" --yes \
         >"$work/job.out" 2>"$work/job.err"
     status=$?
     seconds=$(( ($(date +%s%N) - started) / 1000000000 ))
-    [ $status -eq 0 ] || { fail "job $1 ended with $status"; cat "$work/job.err"; }
+    [ $status -eq "$2" ] || { fail "job $1 ended with $status"; cat "$work/job.err"; }
 }
 
 # A notification program that notes how it was called.
@@ -89,7 +89,7 @@ wait_for "$work/messenger.err" listening
 # The first run sets the installation up, which takes its time on a slow disk.
 LC_ALL=C "$job" --app "$work/app" --source "$work/source" --job setup --yes >"$work/setup.out" 2>&1 ||
     { fail "the installation cannot be set up"; cat "$work/setup.out"; }
-run_job 1234
+run_job 1234 0
 [ "$seconds" -lt 8 ] || fail "the acknowledgement took $seconds s"
 LC_ALL=C grep -q "could not send notification" "$work/job.err" && fail "the job says that nobody was told"
 has "$logs" ';Logs:\\1234\\[0-9][0-9]-[0-9][0-9]-[0-9]*\\LAB7\\DESK2,File list complete for Job ID : 1234,[0-9:]*,0, 1,File list complete for job ID : 1234 on LAB7' \
@@ -104,7 +104,7 @@ has "$work/notified" 'Small Files (&lt;512 bytes): 1' "the notification is mark-
 
 echo "2. the sender's name is unknown to the receiver: shown, but not acknowledged"
 there mount --bind "$work/hosts_without_lab7" /etc/hosts
-run_job 1235
+run_job 1235 4
 [ "$seconds" -ge 10 ] && [ "$seconds" -le 12 ] || fail "the wait took $seconds s"
 has "$work/job.err" 'File list complete: File listing complete, but could not send notification to DESK2' "no warning"
 has "$logs" 'Job ID : 1235,[0-9:]*,0, 0,' "no line of an unacknowledged alert"
@@ -115,7 +115,7 @@ echo "3. a messenger on the sending computer takes the port and the acknowledgem
 LC_ALL=C "$messenger" >"$work/here.out" 2>"$work/here.err" &
 here_pid=$!
 wait_for "$work/here.err" listening
-run_job 1236
+run_job 1236 4
 has "$logs" 'Job ID : 1236,[0-9:]*,[^,]*in use, 0,' "the log does not tell the taken port"
 wait_for "$work/here.err" 'an acknowledgement for a program on this computer has arrived here'
 kill -INT "$here_pid"; wait "$here_pid" || fail "the messenger ended with $?"
@@ -131,7 +131,7 @@ nsenter --target "$there_pid" --net --mount --uts -- env LC_ALL=C "$messenger" -
 dead_pid=$!
 wait_for "$work/dead.err" listening
 echo 'nameserver 10.77.0.2' >"$work/resolv.conf"
-run_job 1237 NOBODY
+run_job 1237 4 NOBODY
 [ "$seconds" -ge 10 ] && [ "$seconds" -le 12 ] || fail "the wait took $seconds s"
 has "$work/job.err" 'could not send notification to NOBODY' "no warning"
 has "$logs" '\\NOBODY,File list complete for Job ID : 1237,[0-9:]*,0, 0,' "no line of an alert whose name was never found"

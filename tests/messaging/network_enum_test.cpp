@@ -215,6 +215,19 @@ TEST(HostsDatabase, GivesOneNameALineWithoutTheLoopback) {
     EXPECT_THAT(namesInHostsDatabase(""), IsEmpty());
 }
 
+TEST(HostsDatabase, TellsTheAddressOfANameInAnyCaseAndAsksNobody) {
+    constexpr std::string_view hosts =
+        "127.0.0.1\tlocalhost\n"
+        "fe80::7 LAB7\n"
+        "10.0.0.7 lab7.lab.example lab7 # the first workstation\n"
+        "nonsense LAB8\n";
+    EXPECT_EQ(addressInHostsDatabase(hosts, "LAB7"), numericAddress("10.0.0.7"));
+    EXPECT_EQ(addressInHostsDatabase(hosts, "lab7.LAB.example"), numericAddress("10.0.0.7"));
+    EXPECT_EQ(addressInHostsDatabase(hosts, "10.0.0.9"), numericAddress("10.0.0.9")) << "written in numbers";
+    for (const char* unknown : {"LAB8", "LAB9", "#", "workstation", ""})
+        EXPECT_EQ(addressInHostsDatabase(hosts, unknown), std::nullopt) << unknown;
+}
+
 TEST(AnnouncedHosts, AreShownWithoutTheirDomain) {
     EXPECT_EQ(shownHostName("labpc.local"), "labpc");
     EXPECT_EQ(shownHostName("labpc.local."), "labpc");

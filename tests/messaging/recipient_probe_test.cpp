@@ -54,6 +54,28 @@ protected:
     AlertScreen screen = AlertScreen::Main;
 };
 
+// The told text stays; what is known goes to the log and behind the button.
+TEST_F(RecipientProbe, TheKnownCauseOfSilenceIsToldApart) {
+    const auto cause = [this] {
+        expectNoConnection("DESK2");
+        run("DESK2");
+        return host.logged.empty() ? std::string() : host.logged.back();
+    };
+    tickPerTurn(5001);
+    EXPECT_EQ(cause(), "No answer from DESK2 : no answer came within 10 seconds");
+    EXPECT_EQ(around.dialogs.lastDetails(), "no answer came within 10 seconds");
+    client.bindError = FileError{ErrorKind::AddressInUse, "UDP port 12021: Address already in use"};
+    EXPECT_EQ(cause(),
+              "No answer from DESK2 : another program of this computer has the port, and the answer with it: UDP port "
+              "12021: Address already in use");
+    client.bindError.reset();
+    server.sendFailure = FileError{ErrorKind::NotFound, "DESK2: Name or service not known"};
+    EXPECT_EQ(cause(), "No answer from DESK2 : this computer does not know the name: DESK2: Name or service not known");
+    server.sendFailure.reset();
+    around.loop.onTurn = [this](int) { client.arrive("something else"); };
+    EXPECT_EQ(cause(), "No answer from DESK2 : what came back was no acknowledgement");
+}
+
 TEST_F(RecipientProbe, SendsTheTestTexts) {
     use(AlertScreen::SetupWizard);
     answer();

@@ -15,13 +15,19 @@ public:
     [[nodiscard]] RecipientScreen screen(AlertScreen screen) {
         rules_ = &alertScreenRules(screen);
         shown_ = look();
-        return {*rules_, box, busyPointer, &status, [this] { note(); }};
+        return {*rules_,
+                box,
+                busyPointer,
+                &status,
+                [this] { note(); },
+                [this](const std::string& text) { logged.push_back(text); }};
     }
 
     RecipientBox box;
     bool busyPointer = false;
     std::string status;
     std::vector<std::string> steps;
+    std::vector<std::string> logged;  ///< rows of the job log
 
 private:
     struct Look {

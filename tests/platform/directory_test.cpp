@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "support/posix_files.h"
 #include "support/temp_folder.h"
@@ -23,6 +24,35 @@ std::vector<std::string> sorted(EntryNames& names) {
 }
 
 using Names = std::vector<std::string>;
+
+TEST(DirectoryTest, AccessTimesOfListedFoldersStay) {
+    const TempFolder temp;
+    temp.write("sub/inside", "");
+    test::setTimes(temp / "sub", 1000000000, 1100000000);
+    test::setTimes(temp.path(), 1000000000, 1100000000);
+    EntryNames files;
+    EntryNames folders;
+    const auto folder = Directory::open(temp.path());
+    const auto sub = folder->openFolder("sub");
+    ASSERT_TRUE(folder->list(files, folders));
+    ASSERT_TRUE(sub->list(files, folders));
+    EXPECT_EQ(test::statOf(temp.path()).st_atim.tv_sec, 1000000000);
+    EXPECT_EQ(test::statOf(temp / "sub").st_atim.tv_sec, 1000000000);
+}
+
+TEST(DirectoryTest, FoldersOfAnotherOwnerAreListedAllTheSame) {
+    const TempFolder temp;
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "needs root";
+    temp.write("sub/inside", "");
+    EXPECT_TRUE(test::asOrdinaryUser(temp.path(), [&temp] {
+        EntryNames files;
+        EntryNames folders;
+        const auto folder = Directory::open(temp.path());
+        const auto sub = folder ? folder->openFolder("sub") : Directory::open("/nowhere");
+        return sub && sub->list(files, folders) && files.size() == 1;
+    }));
+}
 
 TEST(DirectoryTest, ListsRegularFilesAndFoldersAndNothingElse) {
     const TempFolder temp;

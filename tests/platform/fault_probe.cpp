@@ -7,6 +7,7 @@
 //   quillon_fault_probe append FILE               appends the row "new row"
 //   quillon_fault_probe copy SOURCE TARGET        copies a file
 //   quillon_fault_probe keep LOCALROOT FILE       moves a file under Kept
+//   quillon_fault_probe head FILE                 reads a head, which must be that of the file "head bytes"
 //
 // Exit status: 0 done, 3 a failure was reported, 2 wrong usage.
 #include <string>
@@ -15,6 +16,7 @@
 #include "app/installation.h"
 #include "app/kept_files.h"
 #include "platform/copy_file.h"
+#include "platform/source_files.h"
 #include "platform/whole_file.h"
 #include "testing/term_file.h"
 
@@ -53,6 +55,12 @@ bool keep(const char* localRoot, const char* file) {
     return KeptFiles(installation, clock).moveAway(file).has_value();
 }
 
+bool readHead(const char* file) {
+    HeaderBytes head;
+    const auto read = SourceFiles().readHead(file, head);
+    return read && *read == kHeaderBytes && std::string_view(head.data(), head.size()).starts_with("head bytes  ");
+}
+
 }  // namespace
 
 int main(int count, char* arguments[]) {
@@ -72,6 +80,8 @@ int main(int count, char* arguments[]) {
         done = copy(arguments[2], arguments[3]);
     else if (what == "keep" && count == 4)
         done = keep(arguments[2], arguments[3]);
+    else if (what == "head")
+        done = readHead(arguments[2]);
     else
         return kWrongUsage;
     return done ? kDone : kReported;

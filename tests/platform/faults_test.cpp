@@ -207,6 +207,23 @@ TEST_F(Faults, AReadErrorOfTheSourceLeavesTheOlderTarget) {
     EXPECT_EQ(test::namesIn(temp / "to"), "a");
 }
 
+// A page of which a later sector is bad: the whole page fails, the sector of the head alone does not.
+TEST_F(Faults, AHeadWhosePageCannotBeReadIsReadByItself) {
+    temp.write("a.jpg", "head bytes" + std::string(4086, ' '));
+    const std::string file = path("a.jpg");
+    if (runShell("dd if=" + file + " of=/dev/null iflag=direct bs=4096 count=1 2>/dev/null") != 0)
+        GTEST_SKIP() << "this volume cannot be read past the page cache";
+    const auto status = [&](const std::string& fault) {
+        return runShell(traced("-P " + file + " " + fault, probe + " head " + file));
+    };
+    EXPECT_EQ(status(""), 0);
+    EXPECT_EQ(status("-e inject=read:error=EIO"), 0);
+    EXPECT_EQ(status("-e inject=read,pread64:error=EIO"), 3) << "the sector itself is bad";
+    EXPECT_EQ(status("-e inject=read:error=EIO -e inject=fcntl:error=EINVAL"), 3) << "no reading past the page cache";
+    EXPECT_EQ(status("-e inject=read:error=ENXIO"), 3) << "the drive has gone";
+    EXPECT_EQ(status("-e inject=read:error=EIO:delay_enter=2100000"), 3) << "the drive has tried long enough";
+}
+
 // Moved by a rename, and where that is another volume, copied first: the bytes stand at one of the two places.
 TEST_F(Faults, AMoveUnderKeptNeverLosesTheBytes) {
     Work work;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/file_batch.h"
 
+#include <cerrno>
+
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
+#include "support/failing_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
@@ -39,6 +42,16 @@ TEST(FileBatchTest, AFolderThatIsNotThereFailsAndLeavesNoTemporaryFile) {
         EXPECT_FALSE(batch.commit());
     }
     EXPECT_TRUE(listEntries(folder.path())->empty());
+}
+
+TEST(FileBatchTest, AFailureNamesTheFileAndTheCause) {
+    const TempFolder folder;
+    FailingFiles files;
+    files.refuse("write", ENOSPC);
+    FileBatch batch;
+    const auto added = batch.add(folder / "a.dat", "one", folder.path());
+    ASSERT_FALSE(added);
+    EXPECT_EQ(added.error().text, (folder / "a.dat").native() + " cannot be saved: No space left on device");
 }
 
 TEST(FileBatchTest, AnEmptyBatchIsASuccess) {

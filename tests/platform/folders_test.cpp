@@ -50,6 +50,18 @@ TEST(FoldersTest, AnAbsolutePathIsTakenByItsWords) {
     EXPECT_FALSE(absolutePath(""));
 }
 
+TEST(FoldersTest, TheWayUpBehindALinkIsTheSystemsAndOtherLinksStay) {
+    const TempFolder temp;
+    const NativePath root = std::filesystem::canonical(temp.path());
+    std::filesystem::create_directories(root / "one/deep");
+    ASSERT_TRUE(createLink(root / "one/deep", root / "way"));
+    EXPECT_EQ(pathFromRoot(root / "way/../x").value(), root / "one/x");
+    EXPECT_EQ(pathFromRoot(root / "way/./x").value(), root / "way/x");
+    EXPECT_EQ(pathFromRoot(root / "none/../x").value(), root / "x");
+    EXPECT_EQ(pathFromRoot("a/b").value(), std::filesystem::current_path() / "a/b");
+    EXPECT_FALSE(pathFromRoot(""));
+}
+
 TEST(FoldersTest, AResolvedPathGoesThroughLinksAndKeepsWhatDoesNotExist) {
     const TempFolder temp;
     ASSERT_TRUE(createFolder(temp / "folder"));

@@ -2,6 +2,7 @@
 // The one whole-file writer, and reading and appending as a whole.
 #include "platform/whole_file.h"
 
+#include <cerrno>
 #include <set>
 
 #include <unistd.h>
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
+#include "support/failing_files.h"
 #include "support/posix_files.h"
 #include "support/temp_folder.h"
 
@@ -90,6 +92,18 @@ TEST(WholeFile, AFailureNamesTheFileThatWasToBeSaved) {
     ASSERT_FALSE(saved);
     EXPECT_EQ(saved.error().kind, ErrorKind::NotFound);
     EXPECT_NE(saved.error().text.find("missing/a.dat cannot be saved"), std::string::npos) << saved.error().text;
+}
+
+TEST(WholeFile, AFullDiskIsToldOfTheFileThatWasToBeSaved) {
+    const TempFolder temp;
+    const auto path = temp.write("a.dat", "old");
+    for (const char* call : {"write", "sync", "close", "open"}) {
+        test::FailingFiles files;
+        files.refuse(call, ENOSPC);
+        const auto saved = saveWholeFile(path, "new");
+        ASSERT_FALSE(saved) << call;
+        EXPECT_EQ(saved.error().text, path.native() + " cannot be saved: No space left on device") << call;
+    }
 }
 
 TEST(WholeFile, AFolderThatMayNotBeWrittenKeepsItsFile) {

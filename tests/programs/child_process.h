@@ -4,6 +4,7 @@
 // A program as its own process: what it says on standard error is read as it comes, standard output goes to a file.
 
 #include <array>
+#include <csignal>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,8 @@ public:
         said.clear();
         std::array<int, 2> ends{};
         ASSERT_EQ(::pipe(ends.data()), 0);
+        if (unheard_)
+            ::close(ends[0]);
         id = ::fork();
         if (id == 0) {
             std::vector<char*> arguments;
@@ -42,7 +45,22 @@ public:
             ::_exit(99);
         }
         ::close(ends[1]);
-        pipe_ = ends[0];
+        pipe_ = unheard_ ? ::open("/dev/null", O_RDONLY) : ends[0];
+    }
+
+    /// The same for a program whose standard error has no reader any more.
+    void startUnheard(const std::vector<std::string>& words, const std::string& output) {
+        const auto before = ::signal(SIGPIPE, SIG_DFL);
+        unheard_ = true;
+        start(words, output);
+        unheard_ = false;
+        ::signal(SIGPIPE, before);
+    }
+
+    /// The process has ended, and somebody else has waited for it.
+    void forget() {
+        ::close(pipe_);
+        pipe_ = -1;
     }
 
     /// Reads standard error until it holds `text`, or to its end.
@@ -72,6 +90,7 @@ public:
 
 private:
     int pipe_ = -1;
+    bool unheard_ = false;
 };
 
 }  // namespace quillon::test

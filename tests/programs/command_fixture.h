@@ -4,6 +4,7 @@
 // `quillon-job` as a function call, over an installation in a temporary folder: application folder `app`, local root
 // `local`, source `source`, target `target`.
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <sstream>
@@ -52,7 +53,7 @@ protected:
         out.clear();
         err.str("");
         in.clear();
-        return runJobCommand(arguments, {in, out, err, canAsk, false, interrupts});
+        return runJobCommand(arguments, {in, out, err, canAsk, false, interrupts, inputWaits});
     }
     int job(const std::vector<std::string>& more = {}) {
         std::vector<std::string> arguments = {
@@ -69,6 +70,7 @@ protected:
     std::ostringstream err;
     bool canAsk = false;
     std::function<int()> interrupts = [] { return 0; };
+    std::function<bool(std::chrono::milliseconds)> inputWaits = [](std::chrono::milliseconds) { return true; };
 };
 
 }  // namespace quillon::test

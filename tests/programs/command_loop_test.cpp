@@ -48,6 +48,37 @@ TEST_F(CommandLoopTest, APassShowsHowMuchIsLeft) {
     EXPECT_EQ(lineAt(10000), "\r\x1B[KWorking  10,000/40,000  1,000 files/s  00:00:30 left");
 }
 
+TEST_F(CommandLoopTest, ARateBelowOneIsTold) {
+    state.counters.files = 100;
+    state.counters.rowsRead = 5;
+    EXPECT_EQ(lineAt(50000), "\r\x1B[KWorking  5/100  6.0 files/min  00:15:50 left");
+}
+
+TEST_F(CommandLoopTest, PastADayTheTimeLeftIsInDaysAndHours) {
+    EXPECT_EQ(timeLeftText(86399), "23:59:59");
+    EXPECT_EQ(timeLeftText(86400), "1 d 0 h");
+    EXPECT_EQ(timeLeftText(42 * 3600 + 1800), "1 d 18 h");
+    EXPECT_EQ(timeLeftText(1e300), "more than 10,000 d");
+}
+
+TEST_F(CommandLoopTest, AFileThatHangsForTenSecondsIsNamed) {
+    HangRule rule;
+    const auto lineAfter = [&](int seconds) {
+        std::string line;
+        for (int i = 0; i < seconds; ++i) line = rule.secondPassed(loop.workInHand().look());
+        return line;
+    };
+    EXPECT_EQ(lineAfter(60), "") << "nothing is in hand";
+    loop.workingOn("/s/a.jpg");
+    EXPECT_EQ(lineAfter(10), "");
+    EXPECT_EQ(lineAfter(1), "waiting for /s/a.jpg (10 s)");
+    EXPECT_EQ(lineAfter(89), "");
+    EXPECT_EQ(lineAfter(1), "waiting for /s/a.jpg (100 s)");
+    loop.workingOn("/s/b.jpg");
+    EXPECT_EQ(lineAfter(10), "");
+    EXPECT_NE(lineAfter(1), "");
+}
+
 TEST_F(CommandLoopTest, TheLineComesAFewTimesASecond) {
     EXPECT_NE(lineAt(1000), "");
     EXPECT_EQ(lineAt(1199), "");

@@ -35,10 +35,28 @@ TEST_F(SaveTable, ListThatIsCopied) {
                  [](Place& place) {
                      Job job(place.installation, place.surroundings);
                      job.state.options.jobId = "7";
-                     return job.lists().copyRawToFinal(place.surroundings.loop).has_value();
+                     return job.lists().copyRawToFinal(ListEnd::Whole, place.surroundings.loop).has_value();
                  },
              .keepsOld = true,
              .inParts = true});
+}
+
+TEST_F(SaveTable, ListOfAJob) {
+    for (const bool overOld : {false, true}) {
+        disturb({.name = overOld ? "final list over an old one" : "final list",
+                 .before = overOld ? Bytes{{"local/7.csv", test::utf16Bytes(u"/old row\r\n")}} : Bytes(),
+                 .run =
+                     [](Place& place) {
+                         Job job(place.installation, place.surroundings);
+                         job.state.options.jobId = "7";
+                         auto list = job.lists().createFinal();
+                         return list && list->write(ListRow(u"/row 1")) && list->write(ListRow(u"/row 2")) &&
+                                job.lists().finishFinal(*list, ListEnd::Whole, place.surroundings.loop);
+                     },
+                 .keepsOld = true,
+                 .inParts = true,
+                 .streamed = "local/7.csv"});
+    }
 }
 
 std::u16string row(const NativePath& file, std::u16string_view result) {
@@ -112,12 +130,13 @@ const std::vector<test::ZipEntry> kDatabase{{"Database/jpg.dat", "1,FFD8FF,H\r\n
                                             {"Settings/Errors.dat", "Header OK\r\n"}};
 
 TEST_F(SaveTable, UnpackedDatabase) {
-    for (const bool overOld : {false, true}) {
+    for (const auto& [overOld, held] : {std::pair{false, kHeldEntry}, {true, kHeldEntry}, {true, std::uint64_t{1}}}) {
         disturb({.name = overOld ? "unpack over an old one" : "unpack",
                  .before = overOld ? Bytes{{"local/Database/jpg.dat", "of the user"}} : Bytes(),
                  .run =
-                     [](Place& place) {
+                     [held = held](Place& place) {
                          ExtractOptions options;
+                         options.heldBytes = held;
                          options.kept = &place.kept;
                          return extractArchive(place.root / "app/db.zip", place.root / "local", options).has_value();
                      },
@@ -182,7 +201,7 @@ TEST_F(SaveTable, RefreshOfTheDatabase) {
     };
     const auto orphans = [](Place& place) {
         NoBar bar;
-        return deleteOrphanTermFiles(place.paths(), place.kept, bar).failed == 0;
+        return moveOrphansAway(findOrphanTermFiles(place.paths(), bar), place.paths(), place.kept).failed == 0;
     };
     disturb({.name = "refresh", .before = kShare, .run = refresh, .keepsOld = true, .inParts = true});
     disturb({.name = "orphans", .before = kShare, .run = orphans, .keepsOld = true, .inParts = true});

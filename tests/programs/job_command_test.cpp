@@ -73,13 +73,17 @@ TEST_F(JobCommandTest, ManualAndCompletionHaveEveryOptionAndStatus) {
         return std::string(std::istreambuf_iterator<char>(file), {});
     };
     const std::string manual = whole("docs/man/quillon-job.1");
-    const std::string completion = whole("data/completion/quillon-job");
+    const std::string bash = whole("data/completion/quillon-job");
+    const std::string zsh = whole("data/completion/_quillon-job");
+    const std::string fish = whole("data/completion/quillon-job.fish");
     for (const auto& option : jobCommandOptions()) {
         const std::string name = option.name;
         const std::string word = "Fl " + name.substr(1) + (*option.value == '\0' ? "\n" : " Ar ");
         EXPECT_NE(manual.find(".It " + word), std::string::npos) << name;
         EXPECT_NE(manual.substr(0, manual.find(".It ")).find(word), std::string::npos) << name << " in the synopsis";
-        EXPECT_TRUE(std::regex_search(completion, std::regex(name + "[ \"]"))) << name;
+        EXPECT_TRUE(std::regex_search(bash, std::regex(name + "[ \"]"))) << name;
+        EXPECT_NE(zsh.find("'" + name + "["), std::string::npos) << name;
+        EXPECT_NE(fish.find(" -l " + name.substr(2) + " "), std::string::npos) << name;
     }
     for (const auto& row : kExitStatuses)
         EXPECT_NE(manual.find("\n.It " + std::to_string(row.status) + "\n"), std::string::npos) << row.status;
@@ -165,45 +169,6 @@ TEST_F(JobCommandTest, QuietPrintsNoLogRows) {
     EXPECT_EQ(job({"--quiet"}), 0);
     EXPECT_EQ(err.str(), "");
     EXPECT_NE(out.str(), "");
-}
-
-TEST_F(JobCommandTest, JsonHasEveryCounterTheListTheTimesAndTheLog) {
-    install();
-    folder.write("source/good.abc", "MZ" + std::string(600, '.'));
-    folder.write("source/empty.abc", "");
-    folder.write("source/none", std::string(600, '.'));
-    EXPECT_EQ(job({"--json"}), 0);
-    const auto result = nlohmann::json::parse(out.str());
-    EXPECT_EQ(result["job"], "1234");
-    EXPECT_EQ(result["end"], "complete");
-    EXPECT_EQ(result["list"], (folder / "local/1234.csv").native());
-    EXPECT_EQ(result["quality"], "100.00%");
-    EXPECT_EQ(result["size"], "1.2 Kb");
-    const auto& counters = result["counters"];
-    const std::map<std::string, int> expected = {
-        {"folders", 0},  {"folder_errors", 0}, {"folders_not_read", 0}, {"files", 3},       {"total_bytes", 1202},
-        {"skipped", 0},  {"rows_read", 3},     {"tested", 1},           {"good", 1},        {"corrupt", 0},
-        {"unknown", 0},  {"common", 0},        {"no_extension", 1},     {"small", 0},       {"zero_bytes", 1},
-        {"bad_name", 0}, {"access_errors", 0}, {"encrypted", 0},        {"copy_errors", 0}, {"lost_rows", 0}};
-    EXPECT_EQ(counters.size(), expected.size());
-    for (const auto& [name, value] : expected) EXPECT_EQ(counters.at(name), value) << name;
-    for (const char* phase : {"folder_tests", "file_count", "testing", "copying"})
-        EXPECT_TRUE(result["seconds"].at(phase).is_number()) << phase;
-    ASSERT_EQ(result["log"].size(), 6U);
-    EXPECT_EQ(result["log"][0]["event"], "Starting Folder tests ");
-}
-
-TEST_F(JobCommandTest, TheCountersStandInTheirOrder) {
-    install();
-    EXPECT_EQ(job({"--json"}), 0);
-    const auto result = nlohmann::ordered_json::parse(out.str());
-    std::vector<std::string> names;
-    for (const auto& counter : result["counters"].items()) names.push_back(counter.key());
-    EXPECT_EQ(names,
-              (std::vector<std::string>{"folders",  "folder_errors", "folders_not_read", "files",       "total_bytes",
-                                        "skipped",  "rows_read",     "tested",           "good",        "corrupt",
-                                        "unknown",  "common",        "no_extension",     "small",       "zero_bytes",
-                                        "bad_name", "access_errors", "encrypted",        "copy_errors", "lost_rows"}));
 }
 
 TEST_F(JobCommandTest, TheRowsAreTheRegularFilesOfTheTreeUnderTheirTrueNames) {
@@ -339,10 +304,42 @@ TEST_F(JobCommandTest, CtrlCDuringTheWalkIsStatus130AndLeavesNoList) {
 TEST_F(JobCommandTest, CtrlCDuringTestingIsStatus130AndTheListIsKeptWithoutAnAnswer) {
     install();
     for (const char* name : {"a", "b", "c"}) folder.write(std::string("source/") + name, "x");
-    interrupts = [calls = 0]() mutable { return ++calls > 3 ? 1 : 0; };
+    interrupts = [this] { return fs::exists(folder / "local/1234.csv") ? 1 : 0; };
     EXPECT_EQ(job(), 130);
     EXPECT_TRUE(told("Delete partial file list?: Process stopped, do you want to delete the current file list ?"));
     EXPECT_TRUE(fs::exists(folder / "local/1234.csv"));
+}
+
+TEST_F(JobCommandTest, CtrlCDuringTestingStopsAtTheNextRowAndYesDoesNotDeleteTheList) {
+    install();
+    for (const char* name : {"a", "b", "c"}) folder.write(std::string("source/") + name, "x");
+    const NativePath list = folder / "local/1234.csv";
+    interrupts = [&list] { return fs::exists(list) && fs::file_size(list) > 0 ? 1 : 0; };
+    EXPECT_EQ(job({"--yes", "--json", "--target", (folder / "target").native()}), 130);
+    EXPECT_TRUE(told("answered No; --discard-partial answers Yes")) << err.str();
+    const std::u16string text = utf16Text(folder.read("local/1234.csv"));
+    EXPECT_EQ(std::ranges::count(text, u'\n'), 1);
+    EXPECT_EQ(json()["list"], list.native());
+    EXPECT_EQ(json()["counters"]["rows_read"], 1);
+    EXPECT_EQ(json()["counters"]["copy_errors"], 0) << "nothing is copied behind a stop";
+    interrupts = [this, asked = 0]() mutable { return told("Start file quality testing") && ++asked > 1 ? 1 : 0; };
+    EXPECT_EQ(job({"--yes", "--json", "--discard-partial"}), 130);
+    EXPECT_TRUE(json()["list"].is_null());
+    EXPECT_FALSE(fs::exists(list));
+}
+
+TEST_F(JobCommandTest, CtrlCAtAQuestionIsTheCautiousAnswerAndStopsTheJob) {
+    install();
+    canAsk = true;
+    folder.write("local/1234.csv", "old");
+    bool pressed = false;
+    inputWaits = [&pressed](std::chrono::milliseconds) {
+        pressed = true;
+        return false;
+    };
+    interrupts = [&pressed] { return pressed ? 1 : 0; };
+    EXPECT_EQ(job(), 130) << err.str();
+    EXPECT_EQ(folder.read("local/1234.csv"), "old");
 }
 
 // --- faults ---

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The table of ends, walked: each row is brought about, and exit status, JSON and text are those of the row.
+#include <new>
 #include <set>
 
 #include "job/job_end.h"
@@ -12,6 +13,9 @@ namespace quillon::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+// An address of the block for documents, which nobody has.
+constexpr const char* kNobody = "192.0.2.1";
 
 class JobEnds : public CommandFixture {
 protected:
@@ -35,8 +39,9 @@ protected:
             return pressed ? 1 : 0;
         };
     }
-    void interruptAt(const std::string& text) {
-        interruptWhen([this, text] { return told(text); });
+    // `later` is how often it is still asked for presses behind the text.
+    void interruptAt(const std::string& text, int later = 0) {
+        interruptWhen([this, text, later]() mutable { return told(text) && later-- == 0; });
     }
     [[nodiscard]] std::string target() const { return (folder / "target").native(); }
 
@@ -56,6 +61,16 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
              folder.write("app/settings.dat", "");
              return Options{};
          }},
+        {EndCause::TargetDenied,
+         [this] {
+             folder.write("file", "");
+             return Options{"--yes", "--target", (folder / "file/below").native()};
+         }},
+        {EndCause::TargetRefused,
+         [this] {
+             folder.write("target/older", "");
+             return Options{"--target", target()};
+         }},
         {EndCause::NoDatabase,
          [this] {
              shareDatabase();
@@ -65,6 +80,11 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
         {EndCause::OverwriteRefused,
          [this] {
              folder.write("local/1234.csv", "old");
+             return Options{};
+         }},
+        {EndCause::StoppedInChecks,
+         [this] {
+             interruptWhen([] { return true; });
              return Options{};
          }},
         {EndCause::Busy,
@@ -98,6 +118,16 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
              interruptAt("Started copying Files");
              return Options{"--target", target()};
          }},
+        {EndCause::StoppedInReport,
+         [this] {
+             interruptAt("File testing completed", 10);
+             return Options{"--alert", kNobody};
+         }},
+        {EndCause::OutOfMemory,
+         [this] {
+             interrupts = [this]() -> int { return told("Start file quality testing ") ? throw std::bad_alloc() : 0; };
+             return Options{};
+         }},
         {EndCause::Complete, [] { return Options{}; }},
     };
 }
@@ -117,9 +147,9 @@ void JobEnds::expectRow(const SceneRow& scene) {
     EXPECT_EQ(json()["end"], wordOf(row.end));
     EXPECT_EQ(json()["reason"], row.word);
     EXPECT_EQ(json()["status"], row.status);
-    const bool listStands = row.cause == EndCause::Complete || row.cause == EndCause::StoppedInTesting ||
-                            row.cause == EndCause::StoppedInCopying;
-    EXPECT_EQ(json()["list"].is_string(), listStands);
+    const std::set<EndCause> withList = {EndCause::StoppedInTesting, EndCause::StoppedInCopying,
+                                         EndCause::StoppedInReport, EndCause::OutOfMemory, EndCause::Complete};
+    EXPECT_EQ(json()["list"].is_string(), withList.contains(row.cause));
     EXPECT_EQ(err.str().find("quillon-job: ") != std::string::npos, row.status != 0) << err.str();
 }
 
@@ -131,6 +161,15 @@ TEST_F(JobEnds, EachRowHasItsStatusItsWordAndItsText) {
     }
     for (const auto& row : kJobEnds)
         EXPECT_EQ(walked.contains(row.cause), row.cause != EndCause::NoTarget) << row.word << " has no scene";
+}
+
+// The alert waits ten seconds for its answer.
+TEST_F(JobEnds, CtrlCIsHeardWhileAnAlertWaits) {
+    install();
+    interruptAt("File testing completed", 10);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(job({"--alert", kNobody}), 130) << err.str();
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
 }
 
 TEST_F(JobEnds, WordsAreDifferentAndAllButTheGoodEndHaveAText) {

@@ -149,6 +149,45 @@ TEST_F(JobFaults, AFolderThatCannotBeListedIsToldAndTheRestIsListed) {
     EXPECT_EQ(grades().size(), 4U);
 }
 
+TEST_F(JobFaults, AListThatTheCopyCannotReadIsALoss) {
+    std::filesystem::create_directory(temp / "target");
+    for (const char* fault : {"read,pread64:error=EIO", "openat:error=EIO:when=2"}) {
+        EXPECT_EQ(runShell(traced("-P " + path("data/7.csv") + " -e inject=" + fault, copyingJob())), 3) << fault;
+        EXPECT_NE(said().find("6 files of the list were not reached by the copy"), std::string::npos)
+            << fault << said();
+    }
+}
+
+TEST_F(JobFaults, RulesThatCannotBeReadAreToldAndCounted) {
+    temp.write("data/Settings/CommonHeaders.dat", "0,never,T,x\r\n");
+    Installation installation(temp / "app");
+    EXPECT_TRUE(installation.loadSettingsRecord());
+    installation.settings.useCommonHeaders = 1;
+    EXPECT_TRUE(installation.saveSettingsRecord());
+    for (const char* file : {"data/Settings/CommonHeaders.dat", "data/Database/jpg.dat"}) {
+        EXPECT_EQ(runShell(traced("-P " + path(file) + " -e inject=openat:error=EIO", job())), 3) << file;
+        EXPECT_NE(said().find(" cannot be read : " + (temp / file).native() + ": Input/output error\n"),
+                  std::string::npos)
+            << said();
+        EXPECT_NE(said().find("1 files with rules could not be read"), std::string::npos) << said();
+    }
+}
+
+// A system without /proc; the program lies beside its settings, and somebody stands in another folder.
+TEST_F(JobFaults, WithoutProcTheCurrentFolderIsNotTheApplicationFolder) {
+    std::filesystem::create_directory(temp / "elsewhere");
+    const std::string copied = "cp " + program + " " + path("app/quillon-job");
+    ASSERT_EQ(runShell(copied), 0);
+    const std::string own = path("app/quillon-job") + " --job 7 --source " + path("source") + " 2>" + path("err");
+    EXPECT_EQ(
+        runShell("cd " + path("elsewhere") + "; " +
+                 traced("-P /proc/self/exe -e inject=readlink,readlinkat:error=ENOENT", own) + " >" + path("out")),
+        0)
+        << said();
+    EXPECT_EQ(grades().size(), 6U);
+    EXPECT_TRUE(std::filesystem::is_empty(temp / "elsewhere"));
+}
+
 TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
     EXPECT_EQ(runShell(traced("-P " + path("app/tFile.csv") + " -e inject=write:error=ENOSPC:when=2", job())), 3);
     EXPECT_NE(said().find("1 rows of a list could not be written (" + (temp / "app/tFile.csv").native() +
@@ -158,6 +197,29 @@ TEST_F(JobFaults, RowsThatDoNotFitAreCountedAndTheOthersStayReadable) {
     EXPECT_EQ(grades().size(), 5U);
     EXPECT_EQ(runShell(traced("-P " + path("data/7.csv") + " -e inject=write:error=EIO:when=3", job())), 3);
     EXPECT_EQ(grades().size(), 5U);
+}
+
+// The signal comes with the third row of the final list.
+TEST_F(JobFaults, CtrlCStopsAtTheNextRowAndTheListStays) {
+    const std::string fault = "-P " + path("data/7.csv") + " -e inject=write:signal=INT:when=3";
+    EXPECT_EQ(runShell(traced(fault, job("--target " + path("target")))), 130) << said();
+    EXPECT_EQ(grades().size(), 3U);
+    EXPECT_EQ(wholeCopies(), 0U);
+}
+
+TEST_F(JobFaults, TermAndHangUpStopTheJobLikeCtrlC) {
+    for (const char* signal : {"INT", "TERM", "HUP"}) {
+        const std::string fault = "-P " + path("app/tFile.csv") + " -e inject=write:signal=" + signal + ":when=2";
+        EXPECT_EQ(runShell(traced(fault, job())), 130) << signal << said();
+        EXPECT_NE(said().find("Process stopped by user"), std::string::npos) << signal;
+        EXPECT_FALSE(pathExists(temp / "data/7.csv"));
+    }
+}
+
+TEST_F(JobFaults, AJobThatWasStartedToOutliveItsTerminalDoes) {
+    const std::string fault = "-P " + path("app/tFile.csv") + " -e inject=write:signal=HUP:when=2";
+    EXPECT_EQ(runShell("trap '' HUP; " + traced(fault, job())), 0) << said();
+    EXPECT_EQ(grades().size(), 6U);
 }
 
 TEST_F(JobFaults, CopiesThatFailAreCountedAndLeaveNoCutFile) {

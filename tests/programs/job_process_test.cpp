@@ -6,12 +6,15 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "app/installation.h"
 #include "programs/child_process.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
@@ -32,6 +35,7 @@ protected:
         for (const char* name : {"local/Database", "local/Settings", "zips"}) fs::create_directories(folder / name);
         Installation installation(folder / "app");
         installation.settings.runHeaderTest = 1;
+        installation.settings.useCommonHeaders = 1;
         installation.settings.localPath.assign(pageFromPath(folder / "local"));
         installation.settings.zipPath.assign(pageFromPath(folder / "zips"));
         ASSERT_TRUE(installation.saveSettingsRecord());
@@ -50,8 +54,8 @@ protected:
         return finish();
     }
 
-    void manyFiles() {
-        for (int i = 0; i < 6000; ++i) {
+    void manyFiles(int count = 6000) {
+        for (int i = 0; i < count; ++i) {
             const auto name = (folder / ("source/file" + std::to_string(i) + ".jpg")).native();
             ::close(::open(name.c_str(), O_WRONLY | O_CREAT, 0644));
         }
@@ -98,17 +102,52 @@ TEST_F(JobProcess, CtrlCStopsTheJobWithStatus130) {
     EXPECT_NE(said.find("quillon-job: stopped"), std::string::npos) << said;
 }
 
-TEST_F(JobProcess, CtrlCInTheTestingPassEndsBehindTheLastRow) {
+// The result has no reader, and its pipe is full: the job hangs in a call of the system.
+TEST_F(JobProcess, ASecondSignalEndsAJobThatHangsAtOnce) {
     install();
-    manyFiles();
-    start();
-    ASSERT_TRUE(readUntil("Start file quality testing ")) << said;
-    ::kill(job.id, SIGINT);
-    EXPECT_EQ(finish(), 130) << said;
-    EXPECT_NE(said.find("Delete partial file list?: Process stopped, do you want to delete the current file list ?"),
+    manyFiles(300);
+    makeFifo(folder / "output");
+    const int output = ::open((folder / "output").c_str(), O_RDONLY | O_NONBLOCK);
+    for (const int second : {SIGINT, SIGTERM}) {
+        start({"--yes", "--json", "--target", "/"});  // files onto themselves: each gives two rows of the log
+        ASSERT_TRUE(readUntil("files could not be copied\n")) << said;
+        ::kill(job.id, SIGINT);
+        ASSERT_TRUE(readUntil("quillon-job: stopping at the next row; once more ends at once\n")) << said;
+        // The same press within a moment is one press.
+        int status = 0;
+        while (::waitpid(job.id, &status, WNOHANG) == 0) ::kill(job.id, second);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 128 + second);
+        job.forget();
+    }
+    ::close(output);
+}
+
+TEST_F(JobProcess, AReaderOfMessagesThatGoesAwayDoesNotEndTheJob) {
+    install();
+    manyFiles(10);
+    job.startUnheard({QUILLON_JOB, "--job", "1234", "--json", "--source", (folder / "source").native(), "--app",
+                      (folder / "app").native()},
+                     (folder / "output").native());
+    EXPECT_EQ(finish(), 3);
+    const auto result = nlohmann::json::parse(folder.read("output"));
+    EXPECT_EQ(result["end"], "complete");
+    EXPECT_EQ(result["counters"]["rows_read"], 10);
+    EXPECT_EQ(result["counters"]["lost_messages"], 6) << "the rows of the log";
+    EXPECT_EQ(result["losses"], std::vector<std::string>{"lost_messages"});
+}
+
+TEST_F(JobProcess, AListThatMayGrowNoFurtherIsALossAndNotTheEnd) {
+    install();
+    manyFiles(100);
+    job.start({"/bin/sh", "-c", "ulimit -f 16; exec \"$0\" \"$@\"", QUILLON_JOB, "--job", "1234", "--source",
+               (folder / "source").native(), "--app", (folder / "app").native()},
+              (folder / "output").native());
+    EXPECT_EQ(finish(), 3) << said;
+    EXPECT_NE(said.find("rows of a list could not be written (" + (folder / "app/tFile.csv").native() +
+                        ": File too large)\n"),
               std::string::npos)
         << said;
-    EXPECT_EQ(fs::file_size(folder / "local/1234.csv") > fs::file_size(folder / "app/tFile.csv"), true);
 }
 
 // Where few files may be open at once, none are prepared ahead.

@@ -49,7 +49,7 @@ public:
                     started_.set_value();
                 return stop_ ? 1 : 0;
             };
-            status = runMessengerCommand(arguments, {out, err, interrupts, fixedNames});
+            status = runMessengerCommand(arguments, {out, err, interrupts, fixedNames, fixedNames});
         });
         EXPECT_EQ(started_.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
     }

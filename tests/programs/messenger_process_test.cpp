@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The program quillon-messenger itself, as a process. QUILLON_MESSENGER is its path.
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
+#include <utility>
 
 #include <gmock/gmock.h>
 
 #include "platform/datagram_socket.h"
 #include "programs/child_process.h"
+#include "support/posix_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon::test {
@@ -42,6 +45,34 @@ TEST_F(MessengerProcess, CtrlCAndTheServiceManagerEndItWithTheSummary) {
                                              "acknowledged, 0 bad datagrams\n"));
         EXPECT_TRUE(std::filesystem::exists(folder / "alerts.log")) << "what cannot be stored is known at the start";
     }
+}
+
+// A reader that does not read, and then goes away: alerts are stored and acknowledged all the same.
+TEST_F(MessengerProcess, AReaderThatDoesNotReadOrGoesAwayCostsNoAcknowledgement) {
+    test::makeFifo(folder / "output");
+    int reader = ::open((folder / "output").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    ASSERT_GE(reader, 0);
+    start({"--log", (folder / "alerts.log").native()});
+    ASSERT_TRUE(messenger.readUntil("Ctrl-C ends\n"));
+    const HostAddress asker = *numericAddress("127.0.0.3");
+    UdpSocket client(resolveHost, asker);
+    ASSERT_TRUE(client.bind(std::stoi(port)));
+    UdpSocket sender(resolveHost, asker);
+    sender.setRemotePort(std::stoi(port));
+    const std::string alert = "127.0.0.3\xFF 1\xFFs\xFF" + std::string(8000, 'x') + "\xFF" + "0";
+    for (int i = 0; i < 24; ++i) {  // three pipes full
+        if (i == 16)
+            ::close(std::exchange(reader, -1));
+        ASSERT_TRUE(sender.sendTo(*numericAddress("127.0.0.1"), alert));
+        ASSERT_TRUE(client.poll(std::chrono::milliseconds(10000)).arrived) << i;
+        EXPECT_NE(client.getData(), "");
+    }
+    ::kill(messenger.id, SIGINT);
+    EXPECT_EQ(messenger.finish(), 0);
+    EXPECT_THAT(messenger.said, HasSubstr("24 alerts (0 problems), 24 acknowledged"));
+    EXPECT_THAT(messenger.said, HasSubstr("alerts were not shown, as nobody read them"));
+    const std::string log = folder.read("alerts.log");
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 24);
 }
 
 TEST_F(MessengerProcess, ATakenPortIsStatusOne) {

@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include "app/installation.h"
+#include "support/hanging_share.h"
 #include "support/temp_folder.h"
 #include "widgets/qt_text.h"
 
@@ -22,6 +23,7 @@ private slots:
     void emptySettingsOpenTheMainWindow();
     void aFolderThatCannotBeMadeOpensTheWizard();
     void anUnreachableShareOpensTheWizard();
+    void aHungShareIsToldAndTheWindowOpensWithoutIt();
 
 private:
     /// The windows that came up, in order; a failure is among them.
@@ -90,6 +92,15 @@ void QuillonTest::anUnreachableShareOpensTheWizard() {
     temp_->write("file", "");
     writeSettings(*temp_ / "local", *temp_ / "file/share");
     QCOMPARE(start().value(0), QStringLiteral("frmSetupWizard"));
+}
+
+void QuillonTest::aHungShareIsToldAndTheWindowOpensWithoutIt() {
+    std::filesystem::create_directory(*temp_ / "share");
+    const auto share = test::HangingShare::mount(*temp_ / "share");
+    if (share == nullptr)
+        QSKIP("no file system can be mounted here");
+    writeSettings(*temp_ / "local", *temp_ / "share");
+    QCOMPARE(start(), (QStringList{QStringLiteral("shareWait"), QStringLiteral("frmMain")}));
 }
 
 QTEST_GUILESS_MAIN(QuillonTest)

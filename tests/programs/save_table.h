@@ -81,7 +81,7 @@ protected:
             return save.run(again);
         };
         work.isOld = [&] { return isOld(save) && isKept(save); };
-        work.isNew = [&] { return files(false) == after_ && isKept(save); };
+        work.isNew = [&] { return files(false) == after_ && isKept(save) && hasNoMark(); };
         work.leftover = [this] { return leftover(); };
         work.newMayStand = save.newMayStand;
         work.refused = save.refused;
@@ -134,12 +134,15 @@ private:
         return file.lexically_relative(temp.path()).native();
     }
 
-    // Those under Kept, or those that are not there; temporary files are in neither.
+    [[nodiscard]] static bool isMark(const NativePath& file) { return file.extension() == ".unfinished"; }
+    [[nodiscard]] bool hasNoMark() const { return std::ranges::none_of(everyFile(), isMark); }
+
+    // Those under Kept, or those that are not there; temporary files and marks of lists are in neither.
     [[nodiscard]] Bytes files(bool kept) const {
         Bytes found;
         for (const auto& file : everyFile()) {
             const bool isKept = placeOf(file).starts_with("local/Kept/");
-            if (isKept == kept && !isTemporaryName(file.filename().native()))
+            if (isKept == kept && !isMark(file) && !isTemporaryName(file.filename().native()))
                 found[placeOf(file)] = content(file);
         }
         return found;
@@ -181,8 +184,12 @@ private:
             const auto is = [&](const Bytes& state) { return state.contains(name) && state.at(name) == bytes; };
             const bool noBytesYet = bytes.empty() && !before_.contains(name);  // an append that failed
             return is(before_) || is(after_) || noBytesYet ||
-                   (name == save.streamed && hasRowsOf(bytes, before_.at(name) + after_.at(name)));
+                   (name == save.streamed && hasRowsOf(bytes, rowsOf(before_, name) + rowsOf(after_, name)));
         });
+    }
+
+    [[nodiscard]] static std::string rowsOf(const Bytes& files, const std::string& name) {
+        return files.contains(name) ? files.at(name) : std::string();
     }
 
     [[nodiscard]] bool isKept(const Save& save) const {

@@ -104,6 +104,17 @@ TEST_F(ShareFaults, AnUndisturbedJobFollowsTheShare) {
     expectNothingLost();
 }
 
+TEST_F(ShareFaults, WhatAShareThatDiesDidNotGiveIsCounted) {
+    const std::string job = program + " --app " + path("app") + " --job 7 --yes --source " + path("source") + " >" +
+                            path("out") + " 2>" + path("err");
+    const std::string both = "-f -P " + path("share/Database/jpg.dat") + " -P " + path("share/Database/new.dat");
+    EXPECT_EQ(runShell(test::traced(both + " -e inject=openat:error=EIO", job)), 3) << temp.read("err");
+    EXPECT_NE(temp.read("err").find("quillon-job: 2 files of the shared database could not be fetched\n"),
+              std::string::npos)
+        << temp.read("err");
+    EXPECT_EQ(temp.read("data/Database/jpg.dat"), local_.at("Database/jpg.dat"));
+}
+
 TEST_F(ShareFaults, NothingIsLostWhenTheShareGoesAtAnyCall) {
     struct Fault {
         const char* calls;

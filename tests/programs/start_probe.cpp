@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A plugin that the window program loads by Qt's own means (QT_QPA_GENERIC_PLUGINS), so that a test sees the real
 // program start without a word about tests in it: prints the object name of each window as it comes up, and leaves
-// the way a person would: "Exit" of the main window, Yes in a box, the close button of everything else.
+// the way a person would: "Exit" of the main window, Yes in a box, "Go on locally" where a share hangs, the close
+// button of everything else.
 
 #include <cstdio>
 
@@ -10,6 +11,7 @@
 #include <QEvent>
 #include <QGenericPlugin>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QWidget>
 
 namespace {
@@ -34,6 +36,8 @@ private:
             box->done(QMessageBox::Yes);
         else if (auto* exit = window.findChild<QAction*>(QStringLiteral("mnuExit")))
             exit->trigger();
+        else if (auto* local = window.findChild<QPushButton*>(QStringLiteral("goOnLocally")))
+            local->click();
         else
             window.close();
     }

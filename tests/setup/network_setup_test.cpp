@@ -10,6 +10,7 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/setup_folders.h"
+#include "support/failing_files.h"
 #include "support/recording_screen.h"
 
 namespace quillon::test {
@@ -76,6 +77,21 @@ TEST_F(NetworkSetupTest, SelectAllOnAFreshShareAsksNothing) {
     EXPECT_EQ(folder.read("share/Settings/Settings.dat"), "the settings");
     EXPECT_FALSE(exists("share/Settings/Errors.dat"));
     for (const auto& box : setup.state.boxes) EXPECT_FALSE(box.ticked) << box.caption;
+}
+
+TEST_F(NetworkSetupTest, AShareThatRefusesToBeWrittenIsToldFirst) {
+    folder.write("local/Settings/CommonHeaders.dat", "3");
+    FailingFiles files;
+    files.refuse("unlink", EACCES);
+    const std::string what = ": no file can be deleted there (Permission denied)";
+    fake.dialogs.expectBox("Shared DB",
+                           "What is taught on this computer cannot reach the others. " +
+                               (folder / "share/Database").native() + what + "; " +
+                               (folder / "share/Settings").native() + what +
+                               ". All users of the share need the right to write, rename and delete in it.",
+                           BoxAnswer::Ok, BoxStyle::Warning);
+    copyOnly(kCommonHeadersBox);
+    EXPECT_EQ(folder.read("share/Settings/CommonHeaders.dat"), "3") << "what can be done is done";
 }
 
 TEST_F(NetworkSetupTest, AStructureThatIsNotWholeIsRepairedFirst) {
@@ -233,7 +249,12 @@ TEST_F(NetworkSetupTest, TheDatabaseIsCopiedFileByFile) {
     folder.write("local/Database/jpg.dat", "1");
     folder.write("local/Database/png.dat", "2");
     std::vector<std::string> lines;
-    fake.loop.onTurn = [&](int) { lines.push_back(setup.state.progress); };
+    // A step that takes its time turns the loop more than once.
+    fake.loop.onTurn = [&](int) {
+        const std::string& line = setup.state.progress;
+        if (!line.empty() && (lines.empty() || lines.back() != line))
+            lines.push_back(line);
+    };
     copyOnly(kMainDatabaseBox);
     lines.erase(std::unique(lines.begin(), lines.end()), lines.end());  // a slow disk has more turns than files
     EXPECT_THAT(lines, ElementsAre("Copying file  1 of  2", "Copying file  2 of  2"));

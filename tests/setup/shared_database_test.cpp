@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/progress_relay.h"
 #include "platform/folders.h"
 #include "setup/setup_folders.h"
 
@@ -18,7 +19,8 @@ protected:
         ASSERT_TRUE(setModificationTime(folder / name, time).has_value());
     }
     [[nodiscard]] FileTime timeOf(const std::string& name) const { return modificationTime(folder / name).value(); }
-    OrphanCounts deleteOrphans() { return deleteOrphanTermFiles(installation.paths(), kept, progress); }
+    OrphanCounts deleteOrphans() { return moveOrphansAway(findOrphans(), installation.paths(), kept); }
+    OrphanTermFiles findOrphans() { return findOrphanTermFiles(installation.paths(), progress); }
     RefreshCounts refresh() {
         return copyChangedTermFiles(databaseFiles(installation.paths().sharedDatabase), installation.paths(), kept,
                                     progress);
@@ -30,8 +32,11 @@ TEST_F(SharedDatabaseTest, LocalFilesWithoutASharedCounterpartAreMovedUnderKept)
     folder.write("local/Database/jpg.dat", "both");
     folder.write("share/Database/jpg.dat", "both");
     folder.write("local/Database/old.dat", "orphan");
-    const auto counts = deleteOrphans();
-    EXPECT_EQ(counts.looked, 2U);
+    const auto orphans = findOrphans();
+    EXPECT_EQ(orphans.looked, 2U);
+    EXPECT_FALSE(orphans.shareLooksEmpty);
+    EXPECT_TRUE(exists("local/Database/old.dat")) << "what is found is not moved yet";
+    const auto counts = moveOrphansAway(orphans, installation.paths(), kept);
     EXPECT_EQ(counts.removed, 1U);
     EXPECT_EQ(counts.failed, 0U);
     EXPECT_TRUE(exists("local/Database/jpg.dat"));
@@ -59,6 +64,15 @@ TEST_F(SharedDatabaseTest, WithTheShareGoneEveryLocalFileIsMovedUnderKept) {
     EXPECT_EQ(folder.read(keptName("Database/png.dat")), "2");
 }
 
+TEST_F(SharedDatabaseTest, AShareThatLooksEmptyIsToldFromOneThatHasFiles) {
+    folder.write("local/Database/jpg.dat", "1");
+    EXPECT_TRUE(findOrphans().shareLooksEmpty);
+    folder.write("share/Database/png.dat", "2");
+    EXPECT_FALSE(findOrphans().shareLooksEmpty);
+    std::filesystem::remove_all(folder / "share");
+    EXPECT_TRUE(findOrphans().shareLooksEmpty);
+}
+
 TEST_F(SharedDatabaseTest, AFileThatCannotBeKeptStaysWhereItIs) {
     folder.write("local/Database/old.dat", "orphan");
     folder.write("local/Kept", "a file in the way of the folder");
@@ -68,7 +82,9 @@ TEST_F(SharedDatabaseTest, AFileThatCannotBeKeptStaysWhereItIs) {
 }
 
 TEST_F(SharedDatabaseTest, AnEmptyLocalDatabaseHasNoOrphans) {
-    EXPECT_EQ(deleteOrphans().looked, 0U);
+    const auto orphans = findOrphans();
+    EXPECT_EQ(orphans.looked, 0U);
+    EXPECT_TRUE(orphans.names.empty());
     EXPECT_THAT(progress.maxima, ElementsAre(0));
 }
 
@@ -155,6 +171,14 @@ TEST_F(SharedDatabaseTest, TheBarFollowsTheFileNumber) {
     refresh();
     EXPECT_THAT(progress.maxima, ElementsAre(2));
     EXPECT_THAT(progress.values, ElementsAre(0, 1, 2));
+}
+
+TEST_F(SharedDatabaseTest, ARefreshThatIsNotWantedAnyMoreEndsAtTheNextFile) {
+    folder.write("share/Database/jpg.dat", "1");
+    ProgressRelay relay;
+    relay.cancel();
+    EXPECT_EQ(copyChangedTermFiles({"jpg.dat"}, installation.paths(), kept, relay).copied, 0U);
+    EXPECT_FALSE(pathExists(folder / "local/Database/jpg.dat"));
 }
 
 TEST_F(SharedDatabaseTest, WithoutNamesTheBarIsLeftAlone) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 // "Next >" of local paths and shared path.
+#include <cerrno>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "archive/zip_reader.h"
 #include "setup/wizard.h"
 #include "setup/wizard_screen.h"
+#include "support/failing_files.h"
 
 namespace quillon::test {
 namespace {
@@ -46,6 +49,50 @@ TEST_F(LocalPathsStepTest, FoldersAreMadeAndTheDefaultDatabaseUnpacked) {
     EXPECT_FALSE(state().progressVisible);
     EXPECT_DOUBLE_EQ(state().progress, 100.0);
     EXPECT_GT(fake.loop.turns, 0);
+}
+
+TEST_F(LocalPathsStepTest, AFullDiskIsToldAsFull) {
+    FailingFiles files;
+    files.refuse("write", ENOSPC);
+    expectCritical("Setup Error", "Unable to find default Databases, please re-install the application.\r\n" +
+                                      path("local/Database/jpg.dat") + " cannot be saved: No space left on device");
+    wizard.nextLocalPaths();
+    EXPECT_EQ(state().currentTab, kSetupDbTab);
+}
+
+TEST_F(LocalPathsStepTest, FoldersThatTheRecordCannotHoldWorkToo) {
+    const NativePath data = folder / "\u6570\u636e \xFF";
+    const NativePath share = folder / "share ";
+    state().localPath = data;
+    wizard.nextLocalPaths();
+    EXPECT_TRUE(pathExists(data / "Database/jpg.dat"));
+    EXPECT_EQ(saved().localPath.trimmed().bytes, path("?? ?")) << "the record is what it always was";
+    wizard.setUseSharedDb(true);
+    fake.dialogs.expectFolder("Select folder for Shared database..", share);
+    wizard.browseSharedPath();
+    wizard.nextSharedPath();
+    EXPECT_TRUE(pathExists(share / "Database/jpg.dat"));
+    Installation again(folder / "app");
+    ASSERT_TRUE(again.loadSettingsRecord());
+    EXPECT_EQ(again.paths().localPath, data);
+    EXPECT_EQ(again.paths().sharedPath, share);
+    EXPECT_FALSE(exists("?? ?") || exists("share"));
+    SetupWizard another(again, fake.surroundings, alerts, network, screen);
+    another.load();
+    EXPECT_EQ(another.state.localPath, data);
+    EXPECT_EQ(another.state.sharedPath, share);
+}
+
+TEST_F(LocalPathsStepTest, ExitPutsSuchAFolderBackAsItWas) {
+    const NativePath data = folder / "\u6570\u636e";
+    state().localPath = data;
+    wizard.nextLocalPaths();
+    wizard.load();
+    state().localPath = folder / "\u4e00\u4e8c";
+    wizard.nextLocalPaths();
+    fake.dialogs.expectBox("Exit Setup", "Do you want to exit without saving settings ?", BoxAnswer::Yes);
+    EXPECT_EQ(wizard.exit(), WizardEnd::LeavesAndReloads);
+    EXPECT_EQ(installation.paths().localPath, data);
 }
 
 TEST_F(LocalPathsStepTest, ExistingTermFilesAreReplacedOnlyAfterYes) {
@@ -144,6 +191,25 @@ protected:
         EXPECT_TRUE(state().tabEnabled[kDefaultsTab]);
     }
 };
+
+TEST_F(SharedPathStepTest, AShareThatRefusesToBeWrittenIsToldAndTheStepGoesOn) {
+    browseShared("share");
+    std::filesystem::create_directories(folder / "share/Database");
+    std::filesystem::create_directories(folder / "share/Settings");
+    FailingFiles files;
+    files.refuse("rename", EACCES);
+    const std::string what = ": no file can be replaced there (Permission denied)";
+    fake.dialogs.expectBox("Shared DB",
+                           "What is taught on this computer cannot reach the others. " + path("share/Database") + what +
+                               "; " + path("share/Settings") + what +
+                               ". All users of the share need the right to write, rename and delete in it.",
+                           BoxAnswer::Ok, BoxStyle::Warning);
+    std::string told;
+    fake.dialogs.onProblem = [&](const std::string& problem) { told += problem; };
+    wizard.nextSharedPath();
+    EXPECT_EQ(state().currentTab, kDefaultsTab);
+    EXPECT_EQ(told.find("Shared DB"), std::string::npos) << told;
+}
 
 TEST_F(SharedPathStepTest, TheShareIsFilledFromTheArchive) {
     folder.write("local/Database/png.dat", "local terms");

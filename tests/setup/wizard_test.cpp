@@ -20,7 +20,7 @@ constexpr const char* kFirstText =
 
 class WizardTest : public testing::Test, public WizardScreen {};
 
-TEST_F(WizardTest, AFirstRunOpensOnTheFirstTabWithEverythingEmpty) {
+TEST_F(WizardTest, AFirstRunOpensOnTheFirstTabWithEverythingEmptyButTheTests) {
     wizard.load();
     EXPECT_EQ(state().currentTab, kSetupDbTab);
     EXPECT_THAT(state().tabEnabled, ElementsAre(true, false, false, false, false, false, false));
@@ -28,7 +28,8 @@ TEST_F(WizardTest, AFirstRunOpensOnTheFirstTabWithEverythingEmpty) {
     EXPECT_FALSE(state().methodNextEnabled);
     EXPECT_EQ(state().methodText, "");
     EXPECT_TRUE(state().localPath.empty() && state().archivePath.empty() && state().sharedPath.empty());
-    EXPECT_FALSE(state().runHeaderTest || state().useSkipList || state().useCommonHeaders || state().useSharedDb);
+    EXPECT_TRUE(state().runHeaderTest && state().useSkipList && state().useCommonHeaders);
+    EXPECT_FALSE(state().useSharedDb);
     EXPECT_FALSE(state().browseArchiveEnabled);
     EXPECT_FALSE(state().localPathsNextEnabled);
     EXPECT_TRUE(state().sharedPathNextEnabled);
@@ -120,6 +121,38 @@ TEST_F(WizardTest, AnImportFillsTheBoxesAndGoesToTheLocalPaths) {
     EXPECT_TRUE(state().runHeaderTest);
     EXPECT_THAT(state().alertRecipients.items, ElementsAre("DESK2", "Query"));
     EXPECT_TRUE(exists("app/settings.dat"));
+}
+
+TEST_F(WizardTest, AnImportProposesFoldersThatCanBeUsedHere) {
+    wizard.load();
+    wizard.chooseMethod(SetupMethod::Import);
+    AppSettings other;
+    const NativePath gone = folder.write("a file", "where the home of another person would be") / "Quillon";
+    other.localPath.assign(pageFromPath(gone));
+    other.zipPath.assign(pageFromPath(gone / "Archives"));
+    fake.dialogs.expectFiles("Open", {folder.write("ZOV-Settings.dat", encodeSettings(other))});
+    const auto expectProposal = [this](const std::string& name, const NativePath& from, const char* to,
+                                       BoxAnswer answer) {
+        fake.dialogs.expectBox("Import Settings",
+                               "The imported " + name + " " + from.native() +
+                                   " cannot be used on this computer. Do you want to use " + path(to) + " instead?",
+                               answer, BoxStyle::Question, BoxButtons::YesNo);
+    };
+    expectProposal("Local Path", gone, "app/Data", BoxAnswer::Yes);
+    expectProposal("Archive Path", gone / "Archives", "app/Data/Archives", BoxAnswer::No);
+    wizard.nextMethod();
+    EXPECT_EQ(state().localPath, folder / "app/Data");
+    EXPECT_EQ(state().archivePath, gone / "Archives");
+    EXPECT_EQ(saved().localPath, other.localPath) << "what was imported is stored as it came";
+    saveSettings();
+    wizard.load();
+    fake.dialogs.expectFiles("Open", {folder / "ZOV-Settings.dat"});
+    expectProposal("Local Path", gone, "local", BoxAnswer::Yes);
+    expectProposal("Archive Path", gone / "Archives", "zips", BoxAnswer::Yes);
+    wizard.chooseMethod(SetupMethod::Import);
+    wizard.nextMethod();
+    EXPECT_EQ(state().localPath, folder / "local") << "what this installation had before";
+    EXPECT_EQ(state().archivePath, folder / "zips");
 }
 
 TEST_F(WizardTest, AFailedImportStaysOnTheTab) {

@@ -50,6 +50,7 @@ std::optional<Kind> ScriptedDialogs::take(const std::string& what) {
 }
 
 BoxAnswer ScriptedDialogs::show(const MessageBox& box) {
+    lastDetails_ = box.details;
     const auto step = take<Box>("box \"" + box.title + "\": " + box.text);
     if (!step)
         return box.buttons == BoxButtons::Ok      ? BoxAnswer::Ok

@@ -37,6 +37,8 @@ public:
     /// Told of every mismatch. At first it adds a GoogleTest failure; a screen test gives its own.
     std::function<void(const std::string&)> onProblem;
 
+    /// What stood behind the button of the last box; empty where it had none.
+    [[nodiscard]] const std::string& lastDetails() const { return lastDetails_; }
     /// What was picked for last, to check filter and start folder.
     [[nodiscard]] const FilePick& lastPick() const { return lastPick_; }
     [[nodiscard]] const NativePath& lastStart() const { return lastStart_; }
@@ -73,6 +75,7 @@ private:
     std::deque<Step> script_;
     FilePick lastPick_;
     NativePath lastStart_;
+    std::string lastDetails_;
 };
 
 }  // namespace quillon::test

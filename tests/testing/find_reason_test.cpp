@@ -20,7 +20,7 @@ protected:
     }
 
     [[nodiscard]] FoundReason of(std::string_view bytes, const std::vector<CompiledTerm>* own) const {
-        return findReason({bytes.data(), bytes.size()}, own, common, index);
+        return findReason(bytes, own, common, index);
     }
     [[nodiscard]] FoundReason ofPng(std::string_view bytes) const { return of(bytes, &png); }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "support/temp_folder.h"
+#include "testing/rule_line.h"
 
 namespace quillon::test {
 
@@ -125,6 +126,24 @@ protected:
 TEST_F(TermFilesTest, RecordsComeInFileOrder) {
     put("abc.dat", "1,XX,T\r\n1,MZ,T\r\n0,Z,T\r\n");
     EXPECT_EQ(answer(u"abc"), "nyy");
+}
+
+TEST_F(TermFilesTest, AFileAboveTheBoundHasNoTermsAndIsToldOnce) {
+    std::vector<std::string> told;
+    TermFiles telling(folder / "Database", [&told](const FileError& why) { told.push_back(why.text); });
+    const std::string line = "1,MZ,T\r\n";
+    put("fits.dat", line + std::string(kRuleFileLimit - line.size(), 'x'));
+    put("huge.dat", line + std::string(kRuleFileLimit - line.size() + 1, '0'));
+    for (int i = 0; i < 3; ++i) {
+        const auto* fits = telling.find(u"fits");
+        ASSERT_NE(fits, nullptr);
+        EXPECT_EQ(fits->size(), 2U);
+        const auto* huge = telling.find(u"huge");
+        ASSERT_NE(huge, nullptr) << "a type that is known, as that of a file that cannot be opened";
+        EXPECT_TRUE(huge->empty());
+    }
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_NE(told.front().find("huge.dat"), std::string::npos);
 }
 
 TEST_F(TermFilesTest, LinesMayEndInLfAndTheLastOneNeedsNoEnd) {

@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -286,6 +287,9 @@ void FrmMainActionsTest::setUpNetworkOpensFromTheSettingsButtonAndByItsKey() {
     auto& settings = main_->control<QToolButton>("Toolbar1_7");
     QCOMPARE(settings.contextMenuPolicy(), Qt::ActionsContextMenu);
     QCOMPARE(settings.actions(), QList<QAction*>{&entry});
+    const auto entries = main_->control<QMenu>("mnu").actions();
+    QVERIFY2(entries.indexOf(&entry) > entries.indexOf(&main_->control<QAction>("mnuAutoUpdate")),
+             "below the entries of the menu's own");
     int opened = 0;
     countNetworkSetups(opened);
     main_->window->activateWindow();

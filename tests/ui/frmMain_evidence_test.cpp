@@ -33,8 +33,8 @@ private:
 };
 
 void FrmMainEvidenceTest::bothAreTickedUntilSomebodySaysNo() {
-    QCOMPARE(entry("evidenceKeep").text(), "&Keep evidence of jobs");
-    QCOMPARE(entry("evidenceHeads").text(), "Keep the first &bytes of files in it");
+    QCOMPARE(entry("evidenceKeep").text(), QStringLiteral("&Keep evidence of jobs"));
+    QCOMPARE(entry("evidenceHeads").text(), QStringLiteral("Keep the first &bytes of files in it"));
     QVERIFY(entry("evidenceKeep").isChecked());
     QVERIFY(entry("evidenceHeads").isChecked());
 }
@@ -45,7 +45,7 @@ void FrmMainEvidenceTest::aChoiceIsStoredAndLasts() {
     QVERIFY(main_->job.state.options.keepEvidence);
     entry("evidenceKeep").trigger();
     QVERIFY(!main_->job.state.options.keepEvidence);
-    QCOMPARE(main_->temp.read("app/preferences.ini"), "evidence.heads=no\nevidence.keep=no\n");
+    QCOMPARE(main_->temp.read("app/preferences.ini"), std::string("evidence.heads=no\nevidence.keep=no\n"));
     main_->window->loadSettings();
     QVERIFY(!entry("evidenceKeep").isChecked());
     QVERIFY(!entry("evidenceHeads").isChecked());

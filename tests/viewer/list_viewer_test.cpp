@@ -309,6 +309,16 @@ TEST_F(ViewerTest, ASkipTermIsAppendedToTheLocalList) {
     EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "*.tmp*\r\n*\xE4*\r\n");
 }
 
+TEST_F(ViewerTest, CharactersThatTheSkipListCannotHoldAreTold) {
+    filterCorrupt(listRow(u"/s/\u0436.jpg", u"Header Corrupt"));
+    viewer.selectRow(0);
+    folders.fake.dialogs.expectInput("Add to skip list", "Please enter the term you want to add to the skip list.",
+                                     "/s/\xD0\xB6.jpg");
+    viewer.addToSkipList();
+    EXPECT_EQ(viewer.state.status, "Stored as \"?\" : \xD0\xB6");
+    EXPECT_EQ(folders.folder.read("local/Settings/SkipList.dat"), "/s/?.jpg\r\n");
+}
+
 // The visible escapes of a name fit no file; a "?" fits any character.
 TEST_F(ViewerTest, ANameThatCannotBeReadIsProposedAsATermThatFitsIt) {
     const std::pair<const char*, const char*> names[] = {{"/s/invoice\xE2\x80\xAE"

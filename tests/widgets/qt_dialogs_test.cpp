@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/qt_dialogs.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -37,6 +39,7 @@ private slots:
     void theAnswerIsTheButton();
     void closingAnswersNoOrCancel();
     void aBoxWithoutTitleShowsTheProgramsName();
+    void detailsStandBehindAButton();
     void anInputGivesItsTextOrNothing();
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
@@ -83,6 +86,27 @@ void QtDialogsTest::aBoxWithoutTitleShowsTheProgramsName() {
         box.accept();
     });
     QtDialogs().show({"", "x", BoxStyle::Plain, BoxButtons::Ok});
+}
+
+void QtDialogsTest::detailsStandBehindAButton() {
+    const auto hasButton = [](const QMessageBox& box) {
+        return std::ranges::any_of(box.buttons(), [&box](QAbstractButton* button) {
+            return box.buttonRole(button) == QMessageBox::ActionRole && button->isVisible();
+        });
+    };
+    onDialog<QMessageBox>([&](QMessageBox& box) {
+        QCOMPARE(box.detailedText(), QStringLiteral("the port is taken"));
+        QVERIFY(hasButton(box));
+        box.accept();
+    });
+    MessageBox told{"T", "x", BoxStyle::Warning, BoxButtons::Ok};
+    told.details = "the port is taken";
+    QtDialogs().show(told);
+    onDialog<QMessageBox>([&](QMessageBox& box) {
+        QVERIFY(!hasButton(box));
+        box.accept();
+    });
+    QtDialogs().show({"T", "x", BoxStyle::Warning, BoxButtons::Ok});
 }
 
 void QtDialogsTest::anInputGivesItsTextOrNothing() {
@@ -151,18 +175,26 @@ void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
 }
 
 void QtDialogsTest::onEveryQuestionOfOverwritingNoIsTheDefaultButton() {
-    const MessageBox questions[] = {
-        {"Overwrite File List?", "The file (x) already exists.", BoxStyle::Question, BoxButtons::YesNo},
-        {"Warning !", "Files of the same name will be overwritten. Continue?", BoxStyle::Question, BoxButtons::YesNo},
-        {"Overwrite DB?", "Copy?", BoxStyle::Question, BoxButtons::YesNoCancel},
+    const std::pair<const char*, const char*> questions[] = {
+        {"Overwrite File List?", "The file (/local/7.csv) already exists. Do you want to overwrite it?"},
+        {"Warning !",
+         "There are aleady files stored on this drive or folder. Any existing files or folders may be overwritten, do "
+         "you still want to copy?"},
+        {"Overwrite file", "You are about to overwrite the existing file (/local/7.csv)"},
+        {"Overwrite file", "Do you want to overwrite the existing SkipList.dat file ?"},
+        {"Overwrite existing skip list",
+         "Importing a skip list will overwrite the existing skip list. Do you want to continue?"},
+        {"Overwrite DB?", "There are files in the local database folders, do you want to replace them?"},
+        {"Overwrite Existing Files?", "There are already files in this folder."},
+        {"Overwrite shared DB?", "A database aready exists in the target folder."},
     };
     QtDialogs dialogs;
-    for (const MessageBox& question : questions) {
+    for (const auto& [title, text] : questions) {
         onDialog<QMessageBox>([](QMessageBox& box) {
             QCOMPARE(box.defaultButton(), qobject_cast<QPushButton*>(box.button(QMessageBox::No)));
             QTest::keyClick(&box, Qt::Key_Return);
         });
-        QCOMPARE(dialogs.show(question), BoxAnswer::No);
+        QCOMPARE(dialogs.show({title, text, BoxStyle::Question, BoxButtons::YesNo}), BoxAnswer::No);
     }
 }
 

@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include "answers/evidence_answers.h"
+
+#include <unordered_map>
+#include <vector>
+
+#include "answers/folder_branches.h"
+#include "evidence/job_keys.h"
+#include "evidence/schema.h"
+
+namespace quillon {
+
+namespace {
+
+// Runs a question of ours and hands each row of its answer to `take`.
+template <typename Take>
+Result<void> ask(EvidenceReader& reader, std::string_view sql, Take take) {
+    auto statement = reader.prepare(sql);
+    if (!statement)
+        return failure(statement.error());
+    while (true) {
+        const auto more = statement->step();
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        take(*statement);
+    }
+}
+
+template <typename Kind>
+std::optional<Kind> numbered(const Statement& row, int column) {
+    const auto number = row.integerOrNone(column);
+    if (!number || *number < 0 || *number >= static_cast<std::int64_t>(Kind::Count))
+        return std::nullopt;
+    return static_cast<Kind>(*number);
+}
+
+}  // namespace
+
+Result<std::string> EvidenceAnswers::source() {
+    for (const char* key : {job_keys::kSourceBytes, job_keys::kSource}) {
+        const auto text = reader_.jobText(key);
+        if (!text)
+            return failure(text.error());
+        if (*text)
+            return **text;
+    }
+    return std::string();
+}
+
+Result<Figures> EvidenceAnswers::total() {
+    const auto extensions = byExtension();
+    if (!extensions)
+        return failure(extensions.error());
+    Figures sum;
+    for (const auto& [extension, figures] : *extensions) sum += figures;
+    return sum;
+}
+
+Result<FiguresBy> EvidenceAnswers::byExtension() {
+    FiguresBy figures;
+    auto asked = ask(reader_, "SELECT extension, grade, files, bytes FROM by_extension", [&](const Statement& row) {
+        count(figures[std::string(row.text(0))], {numbered<Grade>(row, 1), {}, row.integer(3)}, row.integer(2));
+    });
+    if (!asked)
+        return failure(asked.error());
+    asked = ask(reader_, "SELECT extension, reason, files FROM by_reason", [&](const Statement& row) {
+        if (const auto reason = numbered<Reason>(row, 1))
+            figures[std::string(row.text(0))].reasons[static_cast<std::size_t>(*reason)] += row.integer(2);
+    });
+    if (!asked)
+        return failure(asked.error());
+    if (auto added = addDoubts(figures); !added)
+        return failure(added.error());
+    std::erase_if(figures, [](const auto& entry) { return entry.second.files == 0; });
+    return figures;
+}
+
+Result<void> EvidenceAnswers::addDoubts(FiguresBy& figures) {
+    return ask(reader_, "SELECT extension, count(*) FROM file WHERE doubt IS NOT NULL AND grade = 0 GROUP BY extension",
+               [&](const Statement& row) { figures[std::string(row.text(0))].doubtful += row.integer(1); });
+}
+
+Result<FiguresBy> EvidenceAnswers::byReason() {
+    FiguresBy figures;
+    const auto asked = ask(
+        reader_, "SELECT reason, grade, count(*), sum(size) FROM file WHERE reason IS NOT NULL GROUP BY reason, grade",
+        [&](const Statement& row) {
+            if (const auto reason = numbered<Reason>(row, 0))
+                count(figures[reasonRow(*reason).name], {numbered<Grade>(row, 1), reason, row.integer(3)},
+                      row.integer(2));
+        });
+    if (!asked)
+        return failure(asked.error());
+    return figures;
+}
+
+Result<FiguresBy> EvidenceAnswers::byFolder(std::size_t depth) {
+    std::unordered_map<std::int64_t, Figures> own;
+    std::int64_t last = -1;
+    Figures* figures = nullptr;  // files of one folder stand together
+    auto asked =
+        ask(reader_, "SELECT folder, grade, reason, size, doubt IS NOT NULL FROM file", [&](const Statement& row) {
+            if (figures == nullptr || row.integer(0) != last) {
+                last = row.integer(0);
+                figures = &own[last];
+            }
+            const auto grade = numbered<Grade>(row, 1);
+            count(*figures,
+                  {grade, numbered<Reason>(row, 2), row.integer(3), row.integer(4) != 0 && grade == Grade::Good});
+        });
+    if (!asked)
+        return failure(asked.error());
+    FolderBranches branches(depth);
+    asked = ask(reader_, "SELECT id, coalesce(path_bytes, path) FROM folder", [&](const Statement& row) {
+        if (const auto found = own.find(row.integer(0)); found != own.end())
+            branches.add(row.blob(1), found->second);
+        else
+            branches.add(row.blob(1), {});
+    });
+    if (!asked)
+        return failure(asked.error());
+    return branches.take();
+}
+
+Result<std::optional<std::uint64_t>> EvidenceAnswers::headSign(std::int64_t id) {
+    EvidenceRow row;
+    const auto found = reader_.findId(id, row);
+    if (!found)
+        return failure(found.error());
+    if (!*found)
+        return std::nullopt;
+    const auto head = reader_.head(row);
+    if (!head)
+        return failure(head.error());
+    if (*head == nullptr)
+        return std::nullopt;
+    return std::hash<std::string_view>()((*head)->given());
+}
+
+}  // namespace quillon

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#include "answers/job_answers.h"
+
+#include "answers/evidence_answers.h"
+#include "answers/list_answers.h"
+
+namespace quillon {
+
+Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const ReportMessages& messages) {
+    if (job.evidence.empty())
+        return std::make_unique<ListAnswers>(job.list, messages);
+    auto reader = EvidenceReader::open(job.evidence);
+    if (!reader)
+        return failure(reader.error());
+    return std::make_unique<EvidenceAnswers>(std::move(*reader));
+}
+
+}  // namespace quillon

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What can be asked of a job: figures and files, from its evidence or, for an old job, from its list alone. What a list
+// does not hold (source, reasons, doubts, times to the nanosecond) stays unknown.
+
+#include <memory>
+
+#include "answers/figures.h"
+#include "answers/job_files.h"
+#include "evidence/evidence_row.h"
+#include "testing/report_messages.h"
+
+namespace quillon {
+
+class JobAnswers {
+public:
+    virtual ~JobAnswers() = default;
+
+    /// False: the list is all there is.
+    [[nodiscard]] virtual bool knowsAll() const = 0;
+    /// Bytes; empty when it is not known. Paths of files are then absolute.
+    [[nodiscard]] virtual Result<std::string> source() = 0;
+
+    [[nodiscard]] virtual Result<Figures> total() = 0;
+    /// By extension in lower case; "" for none.
+    [[nodiscard]] virtual Result<FiguresBy> byExtension() = 0;
+    /// By name of the reason.
+    [[nodiscard]] virtual Result<FiguresBy> byReason() = 0;
+    /// By path (bytes): whole branches, down to `depth` folders below the source; "" is the source.
+    [[nodiscard]] virtual Result<FiguresBy> byFolder(std::size_t depth) = 0;
+
+    /// Makes `file` the next one, in the order of the walk. False behind the last one.
+    [[nodiscard]] virtual Result<bool> next(EvidenceRow& file) = 0;
+
+    /// A number that equal heads have in common; none when the head of the file with this id is not known.
+    [[nodiscard]] virtual Result<std::optional<std::uint64_t>> headSign(std::int64_t id) = 0;
+};
+
+/// `messages`: by which the results of a list are told apart.
+[[nodiscard]] Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const ReportMessages& messages);
+
+}  // namespace quillon

@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+// The start of a job: what is left of killed saves, and the refresh of the local database from the shared one.
+#include <algorithm>
+
+#include "app/save_litter.h"
+#include "job/job_driver.h"
+#include "job/share_steps.h"
+#include "platform/folders.h"
+#include "setup/share_trial.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+void JobDriver::moveLitterAway() {
+    const Paths& paths = job_.installation().paths();
+    KeptFiles kept(job_.installation(), context_.surroundings.clock, KeptBy::Rescue);
+    tellLitter(moveSaveLitterAway(
+        {job_.installation().appFolder(), paths.localPath, paths.localDatabase, paths.localSettings}, kept));
+}
+
+void JobDriver::tellLitter(std::size_t files) {
+    if (files > 0)
+        context_.log(grouped(static_cast<std::int64_t>(files)) + " files of saves that were cut short moved to Kept");
+}
+
+JobDriver::Next JobDriver::refreshDatabases() {
+    ShareSteps share(context_, job_.installation(), job_.skipList);
+    if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
+        return Next::End;
+    if (stopAsked())
+        return Next::End;
+    refreshRuleLists(share);
+    return Next::GoOn;
+}
+
+JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
+    const auto orphans = share.findOrphans();
+    if (orphans.shareLooksEmpty && !orphans.names.empty())
+        context_.log(emptyShareText(orphans, share.paths()), kLightOrange);
+    RefreshSummary refresh;
+    refresh.moved = share.moveAway(orphans);
+    if (refresh.moved.failed > 0)
+        report({ErrorKind::PermissionDenied,
+                grouped(static_cast<std::int64_t>(refresh.moved.failed)) + " term files could not be moved away"});
+    context_.log("Copying ext database from network drive");
+    step_ = "attempting to load the  shared DB";
+    auto names = share.sharedFiles();
+    const bool fromShare = !names.empty();
+    if (!fromShare && askWithoutDatabase(names) == Next::End)
+        return Next::End;
+    if (context_.state.options.checkFileQuality)
+        refresh.fetched = share.copyChanged(names);
+    // A name that the share has told and does not have any more is missing here: the share may have gone. Names of the
+    // local database, which serves without one, are not.
+    const std::size_t notFetched = refresh.fetched.failed + (fromShare ? refresh.fetched.missing : 0);
+    context_.state.counters.notFetched += static_cast<std::int32_t>(notFetched);
+    refresh.compared = std::max(names.size(), orphans.looked);
+    tellRefresh(refresh);
+    tellLitter(share.moveLitterAway());
+    if (const std::string refused = share.whatIsRefused(); !refused.empty())
+        context_.log(shareTrialText(refused), kLightOrange);
+    return Next::GoOn;
+}
+
+void JobDriver::tellRefresh(const RefreshSummary& refresh) {
+    const std::string text = refreshText(refresh);
+    if (text.empty())
+        return;
+    const bool failed = refresh.fetched.failed + refresh.moved.failed > 0;
+    context_.log(text, failed ? std::optional<std::uint32_t>(kLightOrange) : std::nullopt);
+}
+
+// The shared database is not to be found: with the local one, without any, or not at all.
+JobDriver::Next JobDriver::askWithoutDatabase(std::vector<std::string>& names) {
+    Dialogs& dialogs = context_.surroundings.dialogs;
+    const auto withLocal = dialogs.show(
+        {"No Database", "Unable to find shared database. Do you want to continue the check with the local copy?",
+         BoxStyle::Question, BoxButtons::YesNo, true});
+    if (withLocal != BoxAnswer::Yes)
+        return endsBy(EndCause::NoDatabase);
+    names = databaseFiles(job_.installation().paths().localDatabase);
+    if (!names.empty())
+        return Next::GoOn;
+    const auto answer =
+        dialogs.show({"No Database", "Unable to find local database. Do you want to disable the file quality testing?",
+                      BoxStyle::Question, BoxButtons::YesNoCancel, true});
+    if (answer == BoxAnswer::Cancel)
+        return endsBy(EndCause::NoDatabase);
+    if (answer == BoxAnswer::Yes)
+        context_.state.options.checkFileQuality = false;
+    return Next::GoOn;
+}
+
+void JobDriver::refreshRuleLists(ShareSteps& share) {
+    JobOptions& options = context_.state.options;
+    step_ = "attempting to load the shared skiplist and common headers ";
+    if (options.useSkipList) {
+        if (auto fetched = share.fetchSkips(); !fetched)
+            reportNotFetched(fetched.error());
+        const SkipListState skips = share.loadSkips();
+        if (skips == SkipListState::Missing) {
+            options.useSkipList = false;
+            options.useSkipListEnabled = false;
+        }
+    }
+    if (auto fetched = share.fetchCommon(); !fetched)
+        reportNotFetched(fetched.error());
+    const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);
+    if (!pathExists(local)) {
+        options.useCommonHeaders = false;
+        options.useCommonHeadersEnabled = false;
+    }
+}
+
+void JobDriver::reportNotFetched(const FileError& error) {
+    ++context_.state.counters.notFetched;
+    report(error);
+}
+
+void JobDriver::report(const FileError& error) {
+    context_.surroundings.dialogs.tell(
+        "Error",
+        "The following error has occurred : " + error.text + " while " + step_ + ".\r\n" +
+            " Please ensure you have the correct permissions on the drive under test and the database locations.");
+}
+
+}  // namespace quillon

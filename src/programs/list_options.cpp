@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: MIT
+#include "programs/list_options.h"
+
+#include <ostream>
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+
+#include "app/version.h"
+#include "text/list_text.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kFooter =
+    "JOB is the ID of a job, or the path of its list or of its evidence file.\n\n"
+    "Exit status:\n  0    all well; compare: nothing differs\n  1    compare: something differs\n  2    trouble";
+
+constexpr const char* kNames =
+    "Names of files are written as text: bytes that are not UTF-8 and control characters as \\xHH, a "
+    "backslash doubled.";
+
+// What was typed, before it is understood.
+struct Given {
+    ListCommandOptions options;
+    std::string app;
+    std::string output;
+    std::vector<std::string> grades;
+    std::vector<std::string> extensions;
+    std::vector<std::string> reasons;
+};
+
+struct QuestionRow {
+    ListQuestion question;
+    const char* name;
+    const char* meaning;
+    void (*declare)(CLI::App& command, Given& given);
+};
+
+void declareJobs(CLI::App& command, Given& given) {
+    command.add_option("JOB", given.options.jobs, "ID, list or evidence file of a job; several are added up");
+    command
+        .add_option("--case", given.options.caseId, "All jobs of a case: its ID, alone or with the separator behind it")
+        ->type_name("ID");
+}
+
+void declareJson(CLI::App& command, Given& given) {
+    command.add_flag("--json", given.options.json, "For scripts: JSON instead of a table");
+}
+
+void declareTable(CLI::App& command, Given& given) {
+    declareJobs(command, given);
+    declareJson(command, given);
+}
+
+void declareFolders(CLI::App& command, Given& given) {
+    declareTable(command, given);
+    command.add_option("--depth", given.options.depth, "How deep below the source; 1 unless told")->type_name("N");
+    command.add_option("--worst", given.options.worst, "Only the folders that lost most")->type_name("N");
+}
+
+void declareWish(CLI::App& command, Given& given) {
+    declareJobs(command, given);
+    command.add_option("--grade", given.grades, "Only these grades: good, corrupt, unknown ...")
+        ->delimiter(',')
+        ->type_name("GRADE");
+    command.add_option("--ext", given.extensions, "Only these extensions")->delimiter(',')->type_name("EXT");
+    command.add_option("--reason", given.reasons, "Only these reasons: zero-filled, shifted ...")
+        ->delimiter(',')
+        ->type_name("REASON");
+    command.add_option("--below", given.options.wish.below, "Only below this folder of the source")
+        ->type_name("FOLDER");
+    command.add_flag("--doubt", given.options.wish.doubt, "Only files whose head speaks against them");
+    command.add_flag("--unread", given.options.wish.unread, "Only files of which something could not be read");
+}
+
+void declareFiles(CLI::App& command, Given& given) {
+    declareWish(command, given);
+    command.add_flag("-0,--null", given.options.zeros, "Names as they are, a zero byte behind each");
+    command.add_flag("--absolute", given.options.absolute, "Whole paths instead of paths below the source");
+}
+
+void declareExport(CLI::App& command, Given& given) {
+    declareWish(command, given);
+    command.add_option("--format", given.options.format, "csv or jsonl")
+        ->check(CLI::IsMember({"csv", "jsonl"}))
+        ->type_name("FORMAT");
+    command.add_option("-o,--output", given.output, "Write here instead of standard output")->type_name("FILE");
+    command.add_flag("--bom", given.options.bom, "csv: a UTF-8 mark first, as spreadsheets like it");
+    command.add_flag("--spreadsheet", given.options.spreadsheet,
+                     "csv: an apostrophe ahead of what a spreadsheet would take for a formula");
+    command.footer(kNames);
+}
+
+void declareCompare(CLI::App& command, Given& given) {
+    command.add_option("JOBS", given.options.jobs, "The first and the second job")
+        ->expected(2)
+        ->required()
+        ->type_name("A B");
+    declareJson(command, given);
+    command.add_option("--strip-a", given.options.stripFirst, "Compare what stands below this folder of A")
+        ->type_name("FOLDER");
+    command.add_option("--strip-b", given.options.stripSecond, "Compare what stands below this folder of B")
+        ->type_name("FOLDER");
+}
+
+void declareForget(CLI::App& command, Given& given) {
+    command.add_option("JOB", given.options.jobs, "ID or evidence file of the job")->required();
+}
+
+// Help, parser and manual have the subcommands of this table.
+constexpr QuestionRow kQuestions[] = {
+    {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
+    {ListQuestion::Extensions, "extensions", "The same for each extension", declareTable},
+    {ListQuestion::Folders, "folders", "The same for each folder with all below it", declareFolders},
+    {ListQuestion::Reasons, "reasons", "Why files are not good", declareTable},
+    {ListQuestion::Files, "files", "The files, below the source, as rsync --files-from takes them", declareFiles},
+    {ListQuestion::Export, "export", "The files with all that is known of them", declareExport},
+    {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
+    {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
+};
+
+// A folder as rows have it: without "/" around it.
+void trimSlashes(std::string& folder) {
+    while (folder.ends_with('/')) folder.pop_back();
+    while (folder.starts_with("./")) folder.erase(0, 2);
+    if (folder == ".")
+        folder.clear();
+}
+
+// Understands names; empty when all is well.
+std::string understand(Given& given) {
+    FileWish& wish = given.options.wish;
+    for (const auto& name : given.grades) {
+        const auto grade = gradeNamed(name);
+        if (!grade)
+            return "--grade: \"" + readable(std::string_view(name)) + "\" is none";
+        wish.grades.push_back(*grade);
+    }
+    for (const auto& name : given.reasons) {
+        const auto reason = reasonNamed(name);
+        if (!reason)
+            return "--reason: \"" + readable(std::string_view(name)) + "\" is none";
+        wish.reasons.push_back(*reason);
+    }
+    for (const auto& extension : given.extensions)
+        wish.extensions.push_back(
+            utf16ToUtf8(lowered(utf8ToUtf16(extension.starts_with('.') ? extension.substr(1) : extension))));
+    for (std::string* folder : {&wish.below, &given.options.stripFirst, &given.options.stripSecond})
+        trimSlashes(*folder);
+    if (!given.app.empty())
+        given.options.appFolder = given.app;
+    if (!given.output.empty())
+        given.options.output = given.output;
+    if (given.options.jobs.empty() && given.options.caseId.empty())
+        return "a job is needed";
+    return {};
+}
+
+}  // namespace
+
+ParsedListCommand parseListCommand(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    Given given;
+    CLI::App command("Answers questions about jobs from their lists and evidence.", "quillon-list");
+    command.require_subcommand(1);
+    command.footer(kFooter);
+    const Version version = programVersion();
+    command.set_version_flag("--version",
+                             fmt::format("quillon-list {}.{}.{}", version.major, version.minor, version.revision));
+    for (const QuestionRow& row : kQuestions) {
+        CLI::App* question = command.add_subcommand(row.name, row.meaning);
+        row.declare(*question, given);
+        question->add_option("--app", given.app, "Application folder (default: the folder of this program)")
+            ->type_name("DIR");
+        question->callback([&row, &given] { given.options.question = row.question; });
+    }
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+        command.parse(reversed);
+    } catch (const CLI::Success& done) {
+        return {std::nullopt, command.exit(done, out, err)};
+    } catch (const CLI::ParseError& wrong) {
+        err << "quillon-list: " << wrong.what() << " (see quillon-list --help)\n";
+        return {std::nullopt, kListTrouble};
+    }
+    if (const auto problem = understand(given); !problem.empty()) {
+        err << "quillon-list: " << problem << " (see quillon-list --help)\n";
+        return {std::nullopt, kListTrouble};
+    }
+    return {given.options, 0};
+}
+
+}  // namespace quillon

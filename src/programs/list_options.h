@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The subcommands of `quillon-list` and their options.
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "answers/file_wish.h"
+#include "platform/file.h"
+
+namespace quillon {
+
+enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Compare, Forget };
+
+struct ListCommandOptions {
+    ListQuestion question = ListQuestion::Summary;
+    std::vector<std::string> jobs;  ///< as they were named
+    std::string caseId;
+    std::optional<NativePath> appFolder;
+    bool json = false;
+
+    FileWish wish;
+    bool zeros = false;     ///< names end in a zero byte
+    bool absolute = false;  ///< names begin with the source
+
+    std::size_t depth = 1;             ///< folders below the source
+    std::optional<std::size_t> worst;  ///< how many of the worst
+
+    std::string format = "csv";
+    std::optional<NativePath> output;
+    bool bom = false;
+    bool spreadsheet = false;
+
+    std::string stripFirst;
+    std::string stripSecond;
+};
+
+struct ParsedListCommand {
+    std::optional<ListCommandOptions> options;
+    int exitStatus = 0;
+};
+
+/// Exit statuses, as `diff` has them.
+inline constexpr int kListSame = 0;
+inline constexpr int kListDiffers = 1;
+inline constexpr int kListTrouble = 2;
+
+/// Parses and checks. Help goes to `out`; wrong usage is one line on `err`, and status 2.
+[[nodiscard]] ParsedListCommand parseListCommand(const std::vector<std::string>& arguments, std::ostream& out,
+                                                 std::ostream& err);
+
+}  // namespace quillon

@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+// The same job asked by its evidence and by its list.
+#include "answers/job_answers.h"
+
+#include <gtest/gtest.h>
+
+#include "app/file_list.h"
+#include "evidence/evidence_store.h"
+#include "evidence/job_keys.h"
+#include "support/temp_folder.h"
+#include "text/unicode.h"
+
+namespace quillon::test {
+
+namespace {
+
+struct SampleFile {
+    const char* folder;
+    const char* name;
+    const char* extension;
+    Grade grade;
+    std::int64_t size;
+    std::optional<Reason> reason;
+};
+
+const std::vector<SampleFile> kSample = {
+    {"", "a.jpg", "jpg", Grade::Good, 1000, {}},
+    {"photos", "b.jpg", "jpg", Grade::Corrupt, 2000, Reason::ZeroFilled},
+    {"photos/2019", "c.JPG", "jpg", Grade::Corrupt, 3000, Reason::Noise},
+    {"photos/2019", "d.png", "png", Grade::CommonHeader, 4000, Reason::OtherFormat},
+    {"photos2", "e", "", Grade::NoExtension, 10, {}},
+    {"photos2", "f.xyz", "xyz", Grade::Unknown, 5000, {}},
+};
+
+class JobAnswersTest : public testing::Test {
+protected:
+    void SetUp() override {
+        writeEvidence();
+        writeList();
+    }
+
+    void writeEvidence() const {
+        ASSERT_TRUE(EvidenceStore::create(folder / "1.sqlite"));
+        auto store = EvidenceStore::open(folder / "1.sqlite");
+        ASSERT_TRUE(store);
+        ASSERT_TRUE(store->setJob(job_keys::kSource, "/source"));
+        std::int64_t number = 0;
+        for (const auto& file : kSample) {
+            EvidenceRow row;
+            row.row = ++number;
+            row.folder = file.folder;
+            row.name = file.name;
+            row.extension = file.extension;
+            row.size = file.size;
+            row.grade = file.grade;
+            row.reason = file.reason;
+            if (file.grade == Grade::CommonHeader)
+                row.result = "Appears to be of file type: : Zip";
+            if (number == 1)
+                row.doubt = "cut";
+            FileHead head;
+            head.length = 512;
+            head.bytes.fill(static_cast<char>(number));
+            ASSERT_TRUE(store->add(row, &head));
+        }
+        ASSERT_TRUE(store->commit());
+    }
+
+    void writeList() const {
+        auto writer = ListWriter::create(folder / "1.csv");
+        ASSERT_TRUE(writer);
+        for (const auto& file : kSample) {
+            ListRow row;
+            const std::string parent = std::string("/source") + (*file.folder != '\0' ? "/" : "") + file.folder;
+            row.beginFile(utf8ToUtf16(parent + "/"), file.name);
+            row.addFile({u"01/01/2026", static_cast<std::uint64_t>(file.size), 32, u"TOKEN"});
+            const std::u16string message = kGrades[file.grade].message.value;
+            row.add(file.grade == Grade::CommonHeader ? message + u": Zip" : message);
+            ASSERT_TRUE(writer->write(row));
+        }
+        ASSERT_TRUE(writer->close());
+    }
+
+    [[nodiscard]] std::unique_ptr<JobAnswers> ask(bool byEvidence) const {
+        JobFiles job{"1", byEvidence ? NativePath() : folder / "1.csv",
+                     byEvidence ? folder / "1.sqlite" : NativePath()};
+        auto answers = openAnswers(job, ReportMessages::fallback());
+        EXPECT_TRUE(answers);
+        return std::move(*answers);
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(JobAnswersTest, TheTotalIsTheSameByEvidenceAndByList) {
+    for (const bool byEvidence : {true, false}) {
+        const auto total = ask(byEvidence)->total();
+        ASSERT_TRUE(total);
+        EXPECT_EQ(total->files, 6);
+        EXPECT_EQ(total->bytes, 15010);
+        EXPECT_EQ(total->grades[Grade::Good], 1);
+        EXPECT_EQ(total->grades[Grade::Corrupt], 2);
+        EXPECT_EQ(total->grades[Grade::CommonHeader], 1);
+        EXPECT_EQ(total->grades[Grade::NoExtension], 1);
+        EXPECT_EQ(total->grades[Grade::Unknown], 1);
+        EXPECT_EQ(total->notTested, 0);
+        EXPECT_EQ(total->doubtful, byEvidence ? 1 : 0);
+        EXPECT_EQ(total->reasons[static_cast<std::size_t>(Reason::Noise)], byEvidence ? 1 : 0);
+    }
+}
+
+TEST_F(JobAnswersTest, ExtensionsAreInLowerCase) {
+    for (const bool byEvidence : {true, false}) {
+        const auto extensions = ask(byEvidence)->byExtension();
+        ASSERT_TRUE(extensions);
+        ASSERT_EQ(extensions->size(), 4U);
+        EXPECT_EQ(extensions->at("jpg").files, 3);
+        EXPECT_EQ(extensions->at("jpg").grades[Grade::Corrupt], 2);
+        EXPECT_EQ(extensions->at("").files, 1);
+    }
+}
+
+TEST_F(JobAnswersTest, FoldersCountAllBelowThem) {
+    const auto folders = ask(true)->byFolder(1);
+    ASSERT_TRUE(folders);
+    ASSERT_EQ(folders->size(), 3U) << "the source and two folders";
+    EXPECT_EQ(folders->at("").files, 6);
+    EXPECT_EQ(folders->at("photos").files, 3);
+    EXPECT_EQ(folders->at("photos").bytes, 9000);
+    EXPECT_EQ(folders->at("photos").reasons[static_cast<std::size_t>(Reason::Noise)], 1);
+    EXPECT_EQ(folders->at("photos2").files, 2);
+    EXPECT_EQ(ask(true)->byFolder(2)->at("photos/2019").files, 2);
+    EXPECT_EQ(ask(false)->byFolder(2)->at("/source/photos").files, 3) << "a list does not tell its source";
+}
+
+TEST_F(JobAnswersTest, ReasonsAreThoseOfTheEvidence) {
+    const auto reasons = ask(true)->byReason();
+    ASSERT_TRUE(reasons);
+    EXPECT_EQ(reasons->size(), 3U);
+    EXPECT_EQ(reasons->at("zero-filled").files, 1);
+    EXPECT_EQ(reasons->at("zero-filled").bytes, 2000);
+    EXPECT_TRUE(ask(false)->byReason()->empty());
+}
+
+TEST_F(JobAnswersTest, FilesComeInTheOrderOfTheWalk) {
+    for (const bool byEvidence : {true, false}) {
+        const auto answers = ask(byEvidence);
+        EvidenceRow file;
+        for (const auto& expected : kSample) {
+            ASSERT_TRUE(answers->next(file).value_or(false));
+            EXPECT_EQ(file.name, expected.name);
+            EXPECT_EQ(file.grade, expected.grade);
+            EXPECT_EQ(file.size, expected.size);
+        }
+        EXPECT_FALSE(answers->next(file).value_or(true));
+    }
+    EXPECT_EQ(ask(true)->source().value(), "/source");
+}
+
+}  // namespace
+
+}  // namespace quillon::test

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#include "answers/job_comparison.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "answers/memory_answers.h"
+
+namespace quillon::test {
+
+namespace {
+
+using testing::ElementsAre;
+
+class JobComparisonTest : public testing::Test {
+protected:
+    // "<change> <path>" of all that is not the same.
+    std::vector<std::string> compare(const std::string& stripFirst = {}, const std::string& stripSecond = {}) {
+        std::vector<std::string> told;
+        first.at = second.at = 0;
+        const auto result = compareJobs({first, second, stripFirst, stripSecond}, [&](const ChangedFile& file) {
+            if (file.change != Change::Same)
+                told.push_back(kChangeNames[static_cast<std::size_t>(file.change)] + (" " + file.path) +
+                               (file.before.empty() ? "" : " from " + file.before));
+        });
+        EXPECT_TRUE(result);
+        counts = result.value_or(ChangeCounts{});
+        return told;
+    }
+    [[nodiscard]] std::int64_t counted(Change change) const { return counts[static_cast<std::size_t>(change)]; }
+
+    MemoryAnswers first;
+    MemoryAnswers second;
+    ChangeCounts counts{};
+};
+
+TEST_F(JobComparisonTest, EachKindOfChange) {
+    first.add("same.jpg", Grade::Good);
+    first.add("better.jpg", Grade::Corrupt);
+    first.add("worse.jpg", Grade::Good);
+    first.add("lost.jpg", Grade::Good);
+    second.add("better.jpg", Grade::Good);
+    second.add("gained.jpg", Grade::Good, 5);
+    second.add("same.jpg", Grade::Good);
+    second.add("worse.jpg", Grade::Corrupt);
+    EXPECT_THAT(compare(), ElementsAre("better better.jpg", "gained gained.jpg", "worse worse.jpg", "lost lost.jpg"));
+    EXPECT_EQ(counted(Change::Same), 1);
+}
+
+TEST_F(JobComparisonTest, AFileOfTheSameSizeAndHeadHasMoved) {
+    first.heads[first.add("a/one.jpg", Grade::Good).id] = 42;
+    second.heads[second.add("b/two.jpg", Grade::Good).id] = 42;
+    EXPECT_THAT(compare(), ElementsAre("moved b/two.jpg from a/one.jpg"));
+    second.heads[1] = 43;
+    EXPECT_THAT(compare(), ElementsAre("gained b/two.jpg", "lost a/one.jpg")) << "another head";
+}
+
+TEST_F(JobComparisonTest, WithoutHeadsTheNameTellsWhatMoved) {
+    first.add("a/one.jpg", Grade::Good);
+    second.add("b/one.jpg", Grade::Good);
+    second.add("b/two.jpg", Grade::Good);
+    EXPECT_THAT(compare(), ElementsAre("moved b/one.jpg from a/one.jpg", "gained b/two.jpg"));
+}
+
+TEST_F(JobComparisonTest, FoldersCanBeCutOff) {
+    first.add("disk1/a.jpg", Grade::Good);
+    first.add("notes.txt", Grade::Good);
+    second.add("a.jpg", Grade::Good);
+    EXPECT_THAT(compare("disk1"), ElementsAre());
+    EXPECT_EQ(counted(Change::Same), 1);
+}
+
+TEST_F(JobComparisonTest, AJobIsTheSameAsItself) {
+    for (int i = 0; i < 100; ++i) {
+        first.add("f" + std::to_string(i), Grade::Unknown, i);
+        second.add("f" + std::to_string(i), Grade::Unknown, i);
+    }
+    EXPECT_THAT(compare(), ElementsAre());
+    EXPECT_EQ(counted(Change::Same), 100);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

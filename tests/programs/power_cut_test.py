@@ -1,0 +1,174 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Cuts the power at each barrier while lists, archives and files are saved, and looks at what the disk holds then.
+
+Usage: power_cut_test.py QUILLON-JOB FAULT_PROBE ZIP_FAULT_PROBE DB.ZIP
+
+Needs a machine where loop devices and FUSE may be mounted; elsewhere it says so and counts as skipped (exit status 77).
+"""
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+import zipfile
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+import write_log
+
+SKIPPED = 77
+
+
+class PowerCut(unittest.TestCase):
+    def setUp(self):
+        self.folder = Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+
+    def check(self, prepare, work, stands, done):
+        """`stands(place)` holds behind every cut, and `done(place)` behind one at the end."""
+        base, log, said = write_log.record(self.folder, prepare, work)
+        lengths = write_log.cuts(log, said)
+        self.assertGreater(len(lengths), 1, "nothing was brought to the disk")
+        for length in lengths:
+            with self.subTest(cut=length, of=said):
+                write_log.after_cut(self.folder, base, log, length, stands)
+        write_log.after_cut(self.folder, base, log, said, done)
+
+    # Lists of jobs.
+
+    def run_job(self, place, source, *options):
+        done = subprocess.run([JOB, "--app", place / "app", "--job", "J", "--source", source, "--yes", "--quiet", *options],
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+        self.assertEqual(done.returncode, 0, done.stdout.decode(errors="replace"))
+
+    def make_source(self, name, count):
+        source = self.folder / name
+        source.mkdir()
+        for number in range(count):
+            (source / f"{number:04}.txt").write_bytes(b"x" * 600)
+        return source
+
+    def check_job(self, *options):
+        older, newer = self.make_source("older", 30), self.make_source("newer", 400)
+        lists = {}
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+            self.run_job(place, older, *options)
+            lists["old"] = (place / "app/Data/J.csv").read_bytes()
+
+        def work(place):
+            self.run_job(place, newer, *options)
+            lists["new"] = (place / "app/Data/J.csv").read_bytes()
+
+        def stands(place):
+            data = place / "app/Data"
+            kept = [file.read_bytes() for file in data.glob("Kept/*/J.csv")]
+            current = (data / "J.csv").read_bytes() if (data / "J.csv").exists() else None
+            self.assertTrue(lists["old"] in kept or current == lists["old"], "the older list is lost")
+            if current is not None and not (data / "J.csv.unfinished").exists():
+                self.assertIn(current, lists.values(), "a cut list looks whole")
+
+        def done(place):
+            self.assertEqual((place / "app/Data/J.csv").read_bytes(), lists["new"])
+            self.assertFalse((place / "app/Data/J.csv.unfinished").exists())
+
+        self.check(prepare, work, stands, done)
+
+    def test_a_tested_list_is_whole_or_marked(self):
+        self.check_job()
+
+    def test_a_copied_list_is_whole_or_marked(self):
+        self.check_job("--no-test")
+
+    # Files that are saved as a whole.
+
+    def check_probe(self, name, old, new, *arguments):
+        def prepare(place):
+            (place / name).parent.mkdir(parents=True, exist_ok=True)
+            (place / name).write_bytes(old)
+
+        def work(place):
+            subprocess.run([PROBE, *(word.format(place) for word in arguments)], check=True)
+
+        def stands(place):
+            self.assertIn((place / name).read_bytes(), (old, new))
+
+        def done(place):
+            self.assertEqual((place / name).read_bytes(), new)
+
+        self.check(prepare, work, stands, done)
+
+    def test_a_term_file_is_old_or_new(self):
+        self.check_probe("root/Database/jpg.dat", b"1,4A464946,H\r\n", b"1,FFD8FF,H\r\n0,JFIF,T\r\n", "term",
+                         "{}/root/Database/jpg.dat")
+
+    def test_a_saved_file_is_old_or_new(self):
+        self.check_probe("7.csv", b"old bytes, and more of them" * 1000, b"new bytes", "save", "{}/7.csv")
+
+    def test_bytes_that_are_kept_are_somewhere(self):
+        rows = b"the only rows" * 1000
+
+        def prepare(place):
+            (place / "7.csv").write_bytes(rows)
+
+        def stands(place):
+            self.assertIn(rows, [file.read_bytes() for file in (*place.glob("7.csv"), *place.glob("Kept/*/7.csv"))])
+
+        self.check(prepare, lambda place: subprocess.run([PROBE, "keep", place, place / "7.csv"], check=True), stands, stands)
+
+    # Archives.
+
+    def test_a_list_is_in_its_folder_or_in_a_whole_archive(self):
+        rows = {f"1234-{letter}.csv": letter.encode() * 30_000 for letter in "AB"}
+
+        def prepare(place):
+            for name in ("local", "zips"):
+                (place / name).mkdir()
+            for name, content in rows.items():
+                (place / "local" / name).write_bytes(content)
+
+        def packed(place):
+            if not (place / "zips/1234.zip").exists():
+                return {}
+            with zipfile.ZipFile(place / "zips/1234.zip") as archive:
+                self.assertIsNone(archive.testzip())
+                return {name: archive.read(name) for name in archive.namelist()}
+
+        def stands(place):
+            content = packed(place)
+            for name, expected in rows.items():
+                file = place / "local" / name
+                self.assertIn(expected, (content.get(name), file.read_bytes() if file.exists() else None))
+
+        def done(place):
+            self.assertEqual(packed(place), rows)
+
+        self.check(prepare, lambda place: subprocess.run([ZIP_PROBE, place], check=True), stands, done)
+
+
+def can_mount():
+    """Why this machine does not allow it; empty when it does."""
+    if not all(shutil.which(name, path="/usr/sbin:/sbin:/usr/bin:/bin") for name in ("losetup", "mkfs.ext4", "mount")):
+        return "losetup, mount or mkfs.ext4 is missing"
+    folder = Path(tempfile.mkdtemp())
+    try:
+        write_log.record(folder, lambda place: None, lambda place: None)
+    except OSError as error:
+        return str(error)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+    return ""
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 5:
+        sys.exit(__doc__)
+    JOB, PROBE, ZIP_PROBE, DATABASE = sys.argv[1:5]
+    reason = can_mount()
+    if reason:
+        print(f"Skipped: loop devices over FUSE cannot be mounted here: {reason}")
+        sys.exit(SKIPPED)
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])
