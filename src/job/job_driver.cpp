@@ -275,7 +275,8 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)
         cause_ = EndCause::StoppedInCopying;
-    state.passes.copying = cause_ == EndCause::Complete ? PassEnd::Whole : PassEnd::Short;
+    const bool whole = cause_ == EndCause::Complete && state.counters.notCopied == 0;
+    state.passes.copying = whole ? PassEnd::Whole : PassEnd::Short;
 }
 
 // A job without a list says so itself.
