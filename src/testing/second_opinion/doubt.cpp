@@ -11,7 +11,7 @@ namespace {
 
 // Sizes end at the largest signed number.
 std::string bytesText(std::uint64_t bytes) {
-    return grouped(static_cast<std::int64_t>(std::min(bytes, kLargestSize))) + (bytes == 1 ? " byte" : " bytes");
+    return grouped(static_cast<std::int64_t>(bytes)) + (bytes == 1 ? " byte" : " bytes");
 }
 
 Opinion saying(DoubtKind kind, std::string_view sentence) {
@@ -37,11 +37,13 @@ std::string_view doubtKindName(DoubtKind kind) {
 }
 
 Opinion needs(Number needed, std::uint64_t size, std::string_view who, std::uint64_t slack) {
-    if (!needed || *needed <= *plus(size, slack))
+    // A length that no file can have is cited as the largest one.
+    const auto bytes = std::min(needed.value_or(0), kLargestSize);
+    if (bytes <= *plus(size, slack))
         return {};
-    return Doubt{DoubtKind::Cut, *needed,
-                 fmt::format("{} asks for at least {}, the file has {}: {} missing.", who, bytesText(*needed),
-                             bytesText(size), bytesText(*needed - size))};
+    return Doubt{DoubtKind::Cut, bytes,
+                 fmt::format("{} asks for at least {}, the file has {}: {} missing.", who, bytesText(bytes),
+                             bytesText(size), bytesText(bytes - size))};
 }
 
 Opinion endsAt(Number end, std::uint64_t size, std::string_view who, std::uint64_t slack) {

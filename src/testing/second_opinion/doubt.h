@@ -34,8 +34,9 @@ struct Doubt {
 /// Nothing: there is no reason for a doubt, or nobody can tell.
 using Opinion = std::optional<Doubt>;
 
-/// A cut when `needed` is known and the file is smaller by more than `slack` bytes, which healthy files of careless
-/// writers may lack. `who`: what asks for the bytes, as the beginning of a sentence: "The RIFF header".
+/// Sizes are at most `kLargestSize`. A cut when `needed` is known and the file is smaller by more than `slack` bytes,
+/// which healthy files of careless writers may lack. `who`: what asks for the bytes, as the beginning of a sentence:
+/// "The RIFF header".
 [[nodiscard]] Opinion needs(Number needed, std::uint64_t size, std::string_view who, std::uint64_t slack = 0);
 
 /// Longer, when more than `slack` bytes follow behind the declared end.

@@ -42,7 +42,8 @@ Opinion riffOpinion(Bytes head, std::uint64_t size) {
         return noIndex("The RIFF header was never completed: the film has no index.");
     if (isStreamSize(*length))
         return {};
-    if (auto cut = needs(plus(length, 8), size, "The RIFF header", kSlack))
+    const auto slack = head.has(8, "CDDA") ? 0 : kSlack;  // the system makes these up itself
+    if (auto cut = needs(plus(length, 8), size, "The RIFF header", slack))
         return cut;
     return head.has(8, "WEBP") ? endsAt(plus(length, 8), size, "The RIFF header", 1) : Opinion();
 }

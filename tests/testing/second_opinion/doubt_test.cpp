@@ -71,6 +71,8 @@ TEST(DoubtTest, ACutTellsHowManyBytesAreMissing) {
 TEST(DoubtTest, WhatIsThereOrUnknownIsNoDoubt) {
     EXPECT_FALSE(needs(100, 100, "It"));
     EXPECT_FALSE(needs(Number(), 0, "It"));
+    EXPECT_FALSE(needs(kBeyond, kLargestSize, "It"));
+    EXPECT_EQ(needs(kBeyond, 5, "It")->needed, kLargestSize);
     EXPECT_FALSE(needs(109, 100, "It", 9));
     EXPECT_TRUE(needs(110, 100, "It", 9));
     EXPECT_FALSE(endsAt(100, 100, "It"));

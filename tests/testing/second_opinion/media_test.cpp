@@ -13,7 +13,7 @@ MadeHead film() {
 
 TEST(IsoMediaTest, BoxesAreWalkedAsFarAsTheHeadGoes) {
     expectNeeds(film().be32(24, 5000).text(28, "moov"), 5024);
-    expectNeeds(film().be32(24, 8).text(28, "free").be32(32, 1).text(36, "mdat").be64(40, 5000000000), 5000000032);
+    expectNeeds(film().be32(24, 8).text(28, "moov").be32(32, 1).text(36, "mdat").be64(40, 5000000000), 5000000032);
 }
 
 TEST(IsoMediaTest, MediaWithoutTheirIndexAreTold) {
