@@ -37,7 +37,9 @@ public:
         return at > bytes_.size() ? std::string_view() : bytes_.substr(at, count);
     }
     [[nodiscard]] constexpr bool has(std::uint64_t at, std::string_view bytes) const {
-        return part(at, bytes.size()) == bytes;
+        // Most comparisons end with the first byte, which costs no call.
+        return bytes.empty() ||
+               (holds(at, bytes.size()) && bytes_[at] == bytes.front() && bytes_.substr(at, bytes.size()) == bytes);
     }
 
     /// A whole number of 1 to 8 bytes.
