@@ -28,16 +28,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     int answers = 0;
     int shown = 0;
-    quillon::Messenger messenger([&](const std::string&) { ++answers; },
-                                 [&](const quillon::ReceivedAlert& alert) {
-                                     ++shown;
-                                     checkShown(quillon::alertText("T", alert));
-                                     const std::string record = quillon::alertRecord("T", alert);
-                                     checkShown(record);
-                                     check(record.find('\n') == record.size() - 1);
-                                 });
+    int stored = 0;
+    quillon::Messenger messenger(
+        [&](const quillon::ReceivedAlert& alert) {
+            ++stored;
+            const std::string record = quillon::alertRecord("T", alert);
+            checkShown(record);
+            check(record.find('\n') == record.size() - 1);
+        },
+        [&](const std::string&) { ++answers; },
+        [&](const quillon::ReceivedAlert& alert) {
+            ++shown;
+            checkShown(quillon::alertText("T", alert));
+        });
     const auto kind = messenger.take(bytes);
     const bool isAlert = kind == quillon::DatagramKind::Alert;
-    check(shown == (isAlert ? 1 : 0) && answers <= shown);
+    check(shown == (isAlert ? 1 : 0) && stored == shown && answers <= shown);
     return 0;
 }

@@ -63,7 +63,11 @@ std::map<std::string, int> countCalls(const std::string& calls, const std::strin
     EXPECT_EQ(runShell("exec strace -qq -o '" + log + "' -e signal=none -e trace=" + calls + " " + program), 0);
     std::map<std::string, int> counts;
     std::ifstream stream(log);
-    for (std::string line; std::getline(stream, line);) ++counts[line.substr(0, line.find('('))];
+    for (std::string line; std::getline(stream, line);) {
+        const std::string call = line.substr(0, line.find('('));
+        if (!call.starts_with("syscall_"))  // one that strace is too old to know, and shows whatever was asked for
+            ++counts[call];
+    }
     std::remove(log.c_str());
     return counts;
 }
