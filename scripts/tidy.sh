@@ -14,7 +14,7 @@ check_one() {
     if [ -n "$UNTIL" ] && [ "$(date +%s)" -ge "$UNTIL" ]; then
         echo "$1" >>"$LEFT"
     else
-        found=$(clang-tidy -p build/ci --quiet --extra-arg=-Wno-unknown-warning-option ${CHECKS:+"--checks=$CHECKS"} "$1" 2>&1) ||
+        found=$(clang-tidy -p build/clang --quiet --extra-arg=-Wno-unknown-warning-option ${CHECKS:+"--checks=$CHECKS"} "$1" 2>&1) ||
             { printf '%s\n' "$found"; return 1; }
     fi
 }
@@ -50,11 +50,11 @@ fi
 # shellcheck disable=SC2086  # lists of words
 install_missing $BUILD_PACKAGES $WINDOW_PACKAGES $TEST_PACKAGES $CHECK_PACKAGES
 mkdir -p build
-configure ci
+configure clang
 # What Qt generates is included by the screens and their tests.
-generated=$(cmake --build --preset ci --target help | sed -n 's/^\(quillon[A-Za-z_]*_autogen\):.*/\1/p')
+generated=$(cmake --build --preset clang --target help | sed -n 's/^\(quillon[A-Za-z_]*_autogen\):.*/\1/p')
 # shellcheck disable=SC2086
-[ -z "$generated" ] || cmake --build --preset ci --target $generated >/dev/null
+[ -z "$generated" ] || cmake --build --preset clang --target $generated >/dev/null
 
 list=build/tidy.txt
 until=
