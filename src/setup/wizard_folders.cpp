@@ -3,6 +3,8 @@
 #include <atomic>
 #include <functional>
 
+#include <fmt/format.h>
+
 #include "app/folder_structure.h"
 #include "app/kept_files.h"
 #include "app/run_beside.h"
@@ -123,7 +125,7 @@ bool SetupWizard::extractLocally() {
     }
     const auto extracted = extractTo(state.localPath);
     if (!extracted)
-        errorBox("Setup Error", std::string(kNoDefaultDatabase) + "\r\n" + extracted.error().text);
+        errorBox("Setup Error", fmt::format("{}\r\n{}", kNoDefaultDatabase, extracted.error().text));
     return extracted.has_value();
 }
 
