@@ -114,7 +114,12 @@ std::string logRowAsJson(const LogRow& row, const DateTexts& dates) {
 }
 
 std::string withPlainLineEnds(const std::string& text) {
-    return replacedAll(text, "\r\n", "\n");
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text.compare(i, 2, "\r\n") != 0)
+            plain += text[i];
+    }
+    return plain;
 }
 
 }  // namespace quillon
