@@ -17,6 +17,7 @@ namespace quillon {
 namespace {
 
 constexpr std::size_t kShortestShiftedTerm = 3;  // two bytes stand somewhere in any noise
+constexpr std::size_t kShortestCommonTerm = 2;   // shorter ones say nothing, whatever the list grades by them
 constexpr std::size_t kMostExtensionsTold = 6;
 
 std::string hexOf(std::string_view bytes) {
@@ -25,15 +26,22 @@ std::string hexOf(std::string_view bytes) {
     return out;
 }
 
+// A marker of letters is told as it reads, without the line ends that an imaging tool puts behind it.
+std::string patternText(std::string_view pattern) {
+    const auto begin = pattern.find_first_not_of("\r\n");
+    const auto text = begin == pattern.npos ? std::string_view()
+                                            : pattern.substr(begin, pattern.find_last_not_of("\r\n") + 1 - begin);
+    const bool printable = text.size() > 1 && std::ranges::all_of(text, [](char c) { return c >= 0x20 && c < 0x7F; });
+    return printable ? fmt::format("\"{}\"", text) : hexOf(pattern);
+}
+
 std::optional<FoundReason> filled(std::string_view head) {
     const auto pattern = fillPattern(head);
     if (!pattern)
         return std::nullopt;
     if (*pattern == std::string_view("\0", 1))
         return FoundReason{Reason::ZeroFilled, {}};
-    const bool printable = pattern->size() > 1 &&
-                           std::all_of(pattern->begin(), pattern->end(), [](char c) { return c >= 0x20 && c < 0x7F; });
-    return FoundReason{Reason::Fill, printable ? fmt::format("\"{}\"", *pattern) : hexOf(*pattern)};
+    return FoundReason{Reason::Fill, patternText(*pattern)};
 }
 
 // Positions are counted from 1, as terms have them.
@@ -77,7 +85,8 @@ std::optional<FoundReason> shifted(std::string_view folded, const std::vector<Co
 
 std::optional<FoundReason> commonFormat(const HeaderBytes& folded, const CommonList& common) {
     for (const auto& record : common.records()) {
-        if (!record.description || !isTelling(record.term) || record.term.match(folded) != MatchResult::Yes)
+        const bool named = record.description && record.term.folded().size() >= kShortestCommonTerm;
+        if (!named || record.term.match(folded) != MatchResult::Yes)
             continue;
         return FoundReason{Reason::OtherFormat, utf16ToUtf8(*record.description)};
     }

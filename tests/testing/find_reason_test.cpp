@@ -46,6 +46,10 @@ TEST_F(ReasonTest, AFillTellsItsPattern) {
     while (marker.size() < 512) marker += "BAD SECTOR";
     marker.resize(512);
     EXPECT_EQ(ofPng(marker), (FoundReason{Reason::Fill, "\"BAD SECTOR\""}));
+    std::string lines;
+    while (lines.size() < 512) lines += "BAD SECTOR\r\n";
+    lines.resize(512);
+    EXPECT_EQ(ofPng(lines), (FoundReason{Reason::Fill, "\"BAD SECTOR\""}));
     EXPECT_EQ(ofPng(std::string(512, ' ')), (FoundReason{Reason::Fill, "20"})) << "a blank alone reads as nothing";
 }
 
@@ -76,6 +80,11 @@ TEST_F(ReasonTest, AnotherFormatIsNamed) {
     EXPECT_EQ(ofPng(padded("ZOO 2.10")), (FoundReason{Reason::OtherFormat, "Zoo archive"}));
     EXPECT_EQ(ofPng(padded("family")), (FoundReason{Reason::OtherFormat, "as of a, b, c, d, e, f and 2 more"}));
     EXPECT_EQ(of(padded("%PDF-1.4"), nullptr).reason, Reason::OtherFormat) << "an extension without a term file";
+}
+
+TEST_F(ReasonTest, ACommonHeaderNamesItsFormatHoweverShortItIs) {
+    common.assign({"1,FFD8FF,H, JPEG picture"});
+    EXPECT_EQ(ofPng(padded("\xFF\xD8\xFF\xE0")), (FoundReason{Reason::OtherFormat, "JPEG picture"}));
 }
 
 TEST_F(ReasonTest, TextTellsItsEncoding) {
