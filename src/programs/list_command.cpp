@@ -19,6 +19,7 @@
 #include "evidence/name_text.h"
 #include "platform/whole_file.h"
 #include "programs/list_options.h"
+#include "programs/list_suggest.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -56,6 +57,8 @@ public:
                 return compare();
             case ListQuestion::Forget:
                 return forget();
+            case ListQuestion::Suggest:
+                return suggest();
         }
         return kListTrouble;
     }
@@ -282,6 +285,13 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> suggest() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return suggestFromJobs(*all, options_, streams_);
     }
 
     const ListCommandOptions& options_;

@@ -27,6 +27,7 @@ struct Given {
     ListCommandOptions options;
     std::string app;
     std::string output;
+    std::string paths;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
     std::vector<std::string> reasons;
@@ -110,6 +111,19 @@ void declareForget(CLI::App& command, Given& given) {
     command.add_option("JOB", given.options.jobs, "ID or evidence file of the job")->required();
 }
 
+void declareSuggest(CLI::App& command, Given& given) {
+    declareTable(command, given);
+    command.add_option("--ext", given.extensions, "The extension that terms are wanted for")
+        ->expected(1)
+        ->required()
+        ->type_name("EXT");
+    command
+        .add_option("--paths", given.paths,
+                    "The files to learn from, one name a line as the subcommand files writes them; its corrupt and "
+                    "unknown files unless told")
+        ->type_name("FILE");
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -120,6 +134,7 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Export, "export", "The files with all that is known of them", declareExport},
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
+    {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -154,6 +169,8 @@ std::string understand(Given& given) {
         given.options.appFolder = given.app;
     if (!given.output.empty())
         given.options.output = given.output;
+    if (!given.paths.empty())
+        given.options.paths = given.paths;
     if (given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
     return {};
