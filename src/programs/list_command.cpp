@@ -19,6 +19,7 @@
 #include "evidence/name_text.h"
 #include "platform/whole_file.h"
 #include "programs/list_options.h"
+#include "programs/list_report.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -52,6 +53,8 @@ public:
                 return files();
             case ListQuestion::Export:
                 return exportFiles();
+            case ListQuestion::Report:
+                return report();
             case ListQuestion::Compare:
                 return compare();
             case ListQuestion::Forget:
@@ -215,6 +218,13 @@ private:
                 return failure(saved.error());
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> report() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return writeReport(*all, options_).map([] { return kListSame; });
     }
 
     [[nodiscard]] Result<int> compare() {

@@ -94,6 +94,16 @@ void declareExport(CLI::App& command, Given& given) {
     command.footer(kNames);
 }
 
+void declareReport(CLI::App& command, Given& given) {
+    declareJobs(command, given);
+    command.add_option("-o,--output", given.output, "The page to be written")->required()->type_name("FILE");
+    command.add_flag("--with-files", given.options.withFiles, "Name every file, by folder");
+    command.add_option("--laboratory", given.options.laboratory, "Who made it, for the head of the page")
+        ->type_name("NAME");
+    command.add_option("--depth", given.options.depth, "Folders how deep below the source; 1 unless told")
+        ->type_name("N");
+}
+
 void declareCompare(CLI::App& command, Given& given) {
     command.add_option("JOBS", given.options.jobs, "The first and the second job")
         ->expected(2)
@@ -118,6 +128,8 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Reasons, "reasons", "Why files are not good", declareTable},
     {ListQuestion::Files, "files", "The files, below the source, as rsync --files-from takes them", declareFiles},
     {ListQuestion::Export, "export", "The files with all that is known of them", declareExport},
+    {ListQuestion::Report, "report", "A page for the customer: one HTML file, to be read anywhere and printed",
+     declareReport},
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
 };
