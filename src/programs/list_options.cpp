@@ -84,8 +84,8 @@ void declareFiles(CLI::App& command, Given& given) {
 
 void declareExport(CLI::App& command, Given& given) {
     declareWish(command, given);
-    command.add_option("--format", given.options.format, "csv or jsonl")
-        ->check(CLI::IsMember({"csv", "jsonl"}))
+    command.add_option("--format", given.options.format, "csv, jsonl or xlsx, which needs -o")
+        ->check(CLI::IsMember({"csv", "jsonl", "xlsx"}))
         ->type_name("FORMAT");
     command.add_option("-o,--output", given.output, "Write here instead of standard output")->type_name("FILE");
     command.add_flag("--bom", given.options.bom, "csv: a UTF-8 mark first, as spreadsheets like it");
@@ -168,6 +168,8 @@ std::string understand(Given& given) {
         given.options.output = given.output;
     if (given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
+    if (given.options.format == "xlsx" && !given.options.output)
+        return "xlsx needs the file to be written: -o FILE";
     return {};
 }
 
