@@ -13,7 +13,7 @@
 
 namespace quillon {
 
-enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Compare, Forget, Suggest };
+enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Report, Compare, Forget, Suggest };
 
 struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
@@ -35,6 +35,9 @@ struct ListCommandOptions {
     bool spreadsheet = false;
 
     std::optional<NativePath> paths;  ///< suggest: the files that count as listed, one name a line
+
+    bool withFiles = false;  ///< the report names every file
+    std::string laboratory;  ///< UTF-8, who made the report
 
     std::string stripFirst;
     std::string stripSecond;
