@@ -13,6 +13,9 @@ pkg_check_modules(LibZip REQUIRED IMPORTED_TARGET libzip)
 pkg_check_modules(Sqlite REQUIRED IMPORTED_TARGET sqlite3>=3.40)
 pkg_check_modules(Zstd REQUIRED IMPORTED_TARGET libzstd)
 
+# Workbooks for spreadsheets.
+pkg_check_modules(XlsxWriter REQUIRED IMPORTED_TARGET xlsxwriter)
+
 # tl::expected is one header; its package brings no CMake target on every distribution.
 find_path(QUILLON_EXPECTED_INCLUDE tl/expected.hpp REQUIRED)
 

@@ -49,6 +49,25 @@ Result<std::string> EvidenceAnswers::source() {
     return std::string();
 }
 
+Result<JobFacts> EvidenceAnswers::facts() {
+    constexpr std::int64_t kNanoseconds = 1'000'000'000;
+    JobFacts facts;
+    const auto started = reader_.jobNumber(job_keys::kStarted);
+    const auto end = reader_.jobText(job_keys::kEnd);
+    if (!started || !end)
+        return failure(started ? end.error() : started.error());
+    if (*started)
+        facts.started = **started / kNanoseconds;
+    facts.end = end->value_or("");
+    const auto asked = ask(reader_, "SELECT coalesce(path_bytes, path), error FROM folder WHERE error IS NOT NULL",
+                           [&](const Statement& row) {
+                               facts.unreadFolders.push_back({std::string(row.blob(0)), std::string(row.text(1))});
+                           });
+    if (!asked)
+        return failure(asked.error());
+    return facts;
+}
+
 Result<Figures> EvidenceAnswers::total() {
     const auto extensions = byExtension();
     if (!extensions)

@@ -14,6 +14,7 @@ public:
 
     [[nodiscard]] bool knowsAll() const override { return true; }
     [[nodiscard]] Result<std::string> source() override;
+    [[nodiscard]] Result<JobFacts> facts() override;
     [[nodiscard]] Result<Figures> total() override;
     [[nodiscard]] Result<FiguresBy> byExtension() override;
     [[nodiscard]] Result<FiguresBy> byReason() override;

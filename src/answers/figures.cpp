@@ -5,17 +5,6 @@
 
 namespace quillon {
 
-namespace {
-
-std::int64_t countOf(const Figures& figures, Quality quality) {
-    return std::accumulate(kGrades.values.begin(), kGrades.values.end(), std::int64_t{0},
-                           [&](std::int64_t sum, const GradeRow& row) {
-                               return sum + (row.quality.value == quality ? figures.grades[row.grade] : 0);
-                           });
-}
-
-}  // namespace
-
 Figures& Figures::operator+=(const Figures& other) {
     files += other.files;
     bytes += other.bytes;
@@ -34,6 +23,13 @@ void count(Figures& figures, const FileSign& file, std::int64_t times) {
         figures.reasons[static_cast<std::size_t>(*file.reason)] += times;
     if (file.doubtful)
         figures.doubtful += times;
+}
+
+std::int64_t countOf(const Figures& figures, Quality quality) {
+    return std::accumulate(kGrades.values.begin(), kGrades.values.end(), std::int64_t{0},
+                           [&](std::int64_t sum, const GradeRow& row) {
+                               return sum + (row.quality.value == quality ? figures.grades[row.grade] : 0);
+                           });
 }
 
 std::int64_t judged(const Figures& figures) {

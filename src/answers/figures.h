@@ -37,6 +37,9 @@ struct FileSign {
 /// `times`: how many files are alike; `bytes` is their sum then.
 void count(Figures& figures, const FileSign& file, std::int64_t times = 1);
 
+/// How many tested files count as this.
+[[nodiscard]] std::int64_t countOf(const Figures& figures, Quality quality);
+
 /// How many files could be judged: the base of the quality.
 [[nodiscard]] std::int64_t judged(const Figures& figures);
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "answers/file_export.h"
 
-#include <vector>
-
 #include <nlohmann/json.hpp>
 
 #include "evidence/name_text.h"
@@ -77,6 +75,26 @@ std::string csvField(std::string_view text, bool spreadsheet) {
     std::string quoted = "\"";
     for (const char c : field) quoted += c == '"' ? "\"\"" : std::string(1, c);
     return quoted + "\"";
+}
+
+std::vector<std::string> exportColumns() {
+    std::vector<std::string> names;
+    for (const auto& column : kColumns) names.emplace_back(column.name);
+    return names;
+}
+
+std::vector<ExportValue> exportValues(const EvidenceRow& file) {
+    std::vector<ExportValue> values;
+    for (const auto& column : kColumns) {
+        const Json value = column.value(file);
+        if (value.is_null())
+            values.emplace_back();
+        else if (value.is_string())
+            values.emplace_back(value.get<std::string>());
+        else
+            values.emplace_back(value.get<std::int64_t>());
+    }
+    return values;
 }
 
 std::string csvHead(const CsvStyle& style) {

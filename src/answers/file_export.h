@@ -5,6 +5,8 @@
 
 #include <string>
 #include <string_view>
+#include <variant>
+#include <vector>
 
 #include "evidence/evidence_row.h"
 
@@ -21,6 +23,11 @@ struct CsvStyle {
 [[nodiscard]] std::string csvRecord(const EvidenceRow& file, const CsvStyle& style);
 /// One object and a line feed, in UTF-8. What there is nothing of is null.
 [[nodiscard]] std::string jsonLine(const EvidenceRow& file);
+
+/// What stands in a column: nothing, a number or text.
+using ExportValue = std::variant<std::monostate, std::int64_t, std::string>;
+[[nodiscard]] std::vector<std::string> exportColumns();
+[[nodiscard]] std::vector<ExportValue> exportValues(const EvidenceRow& file);
 
 /// A field of a CSV record, quoted where it has to be. With `spreadsheet` one that begins with = + - @, a tab, CR or LF
 /// gets an apostrophe ahead.

@@ -13,6 +13,17 @@
 
 namespace quillon {
 
+/// What became of a job as a whole. What is not known is empty.
+struct JobFacts {
+    struct UnreadFolder {
+        std::string path;   ///< bytes, below the source
+        std::string error;  ///< words
+    };
+    std::optional<std::int64_t> started;  ///< seconds since 1970 UTC
+    std::string end;                      ///< one of `job_keys.h`
+    std::vector<UnreadFolder> unreadFolders;
+};
+
 class JobAnswers {
 public:
     virtual ~JobAnswers() = default;
@@ -21,6 +32,8 @@ public:
     [[nodiscard]] virtual bool knowsAll() const = 0;
     /// Bytes; empty when it is not known. Paths of files are then absolute.
     [[nodiscard]] virtual Result<std::string> source() = 0;
+
+    [[nodiscard]] virtual Result<JobFacts> facts() { return JobFacts{}; }
 
     [[nodiscard]] virtual Result<Figures> total() = 0;
     /// By extension in lower case; "" for none.

@@ -94,6 +94,12 @@ Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::i
         .and_then([&] { return store.setJob(job_keys::kListDigest, digest); });
 }
 
+NativePath sourceIn(EvidenceReader& evidence) {
+    const auto bytes = evidence.jobText(job_keys::kSourceBytes).value_or(std::nullopt);
+    const auto source = bytes ? bytes : evidence.jobText(job_keys::kSource).value_or(std::nullopt);
+    return source.value_or("");
+}
+
 RowDescriber::RowDescriber(const NativePath& source) : prefix_(source.native()) {
     if (!prefix_.empty() && prefix_.back() != '/')
         prefix_.push_back('/');

@@ -7,6 +7,7 @@
 
 #include "app/file_list.h"
 #include "app/surroundings.h"
+#include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
 #include "job/job_state.h"
 #include "testing/header_check.h"
@@ -25,6 +26,9 @@ namespace quillon {
 
 /// Size, time and digest of a list that is whole on the disk.
 [[nodiscard]] Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::int64_t digest);
+
+/// The source that the evidence names; empty for none.
+[[nodiscard]] NativePath sourceIn(EvidenceReader& evidence);
 
 /// Makes evidence rows of list rows below one source; keeps its room.
 class RowDescriber {

@@ -3,9 +3,20 @@
 
 #include <algorithm>
 
+#include "platform/folders.h"
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
+
+void loadCommonHeaders(const Installation& installation, const PassContext& context, CommonList& list) {
+    const NativePath file = fileIn(installation.paths().localSettings, kCommonHeadersFileName);
+    if (!context.state.options.useCommonHeaders || !pathExists(file))
+        return;
+    if (const auto loaded = list.load(file); !loaded) {
+        ++context.state.counters.unreadRules;
+        context.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
+    }
+}
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
                        const PassContext& context)

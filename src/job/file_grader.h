@@ -16,6 +16,10 @@
 
 namespace quillon {
 
+/// Loads the common headers of the local settings, when they are wanted and there. Those that cannot be read are
+/// counted and told, and the list stays what it was.
+void loadCommonHeaders(const Installation& installation, const PassContext& context, CommonList& list);
+
 class FileGrader : private HeaderCheckHost {
 public:
     /// All must outlive this. Messages and common list are read anew at each test.

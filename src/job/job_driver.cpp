@@ -44,7 +44,7 @@ JobEnd JobDriver::runSteps() {
         context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
     }
-    loadCommonList();
+    loadCommonHeaders(job_.installation(), context_, job_.commonList);
     testFiles();
     copyRawList();
     copyFiles();
@@ -195,16 +195,6 @@ void JobDriver::tellPermissionDenied() {
     const std::string file = readable(job_.lists().rawPath().native());
     context_.surroundings.dialogs.tell("Permission Denied",
                                        "Unable to create the file " + file + " it may be open in another application");
-}
-
-void JobDriver::loadCommonList() {
-    const NativePath list = fileIn(job_.installation().paths().localSettings, kCommonHeadersFileName);
-    if (!context_.state.options.useCommonHeaders || !pathExists(list))
-        return;
-    if (const auto loaded = job_.commonList.load(list); !loaded) {  // the list of the last job then serves
-        ++context_.state.counters.unreadRules;
-        context_.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
-    }
 }
 
 void JobDriver::testFiles() {

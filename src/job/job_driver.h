@@ -76,7 +76,6 @@ private:
     [[nodiscard]] Next lockScreen();
     [[nodiscard]] Next walkSource();
     void tellPermissionDenied();
-    void loadCommonList();
     void testFiles();
     void copyRawList();
     void copyFiles();

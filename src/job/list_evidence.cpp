@@ -17,14 +17,12 @@ Result<void> ListEvidence::open() {
         return failure(reader.error());
     const auto options = reader->jobText(job_keys::kOptions).value_or(std::nullopt).value_or("");
     const bool leftOut = options.find("\"heads\":false") != options.npos;
-    const auto bytes = reader->jobText(job_keys::kSourceBytes).value_or(std::nullopt);
-    const auto source = bytes ? bytes : reader->jobText(job_keys::kSource).value_or(std::nullopt);
     auto store = EvidenceStore::open(path, leftOut ? EvidenceStore::Heads::LeftOut : EvidenceStore::Heads::Kept);
     if (!store)
         return failure(store.error());
+    describer_.emplace(sourceIn(*reader));
     reader_ = std::move(*reader);
     store_ = std::move(*store);
-    describer_.emplace(source.value_or(""));
     return {};
 }
 

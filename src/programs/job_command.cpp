@@ -7,7 +7,6 @@
 #include <ostream>
 
 #include "app/application_folder.h"
-#include "app/folder_structure.h"
 #include "job/completion_report.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
@@ -20,7 +19,8 @@
 #include "programs/hang_watch.h"
 #include "programs/job_options.h"
 #include "programs/job_result.h"
-#include "setup/default_installation.h"
+#include "programs/prepare_installation.h"
+#include "programs/regrade_command.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -53,50 +53,6 @@ private:
     bool quiet_;
     bool json_;
 };
-
-// What an installation needs and does not have, each with a blank ahead; the shared folders only with sharing on.
-std::string missingFolders(const Paths& paths) {
-    std::vector<NativePath> needed = {paths.localSettings, paths.localDatabase, paths.zipPath};
-    if (paths.useSharedDb)
-        needed.insert(needed.end(), {paths.sharedPath, paths.sharedDatabase});
-    std::string missing;
-    for (const auto& folder : needed) {
-        if (!pathExists(folder))
-            missing += folder.empty() ? " (a path that is not set)" : " " + readable(folder.native());
-    }
-    return missing;
-}
-
-// Loads the settings, or sets up the default on a first run. False: it cannot be done, and `err` says why.
-bool prepareInstallation(Installation& installation, std::ostream& err, bool quiet) {
-    if (!pathExists(installation.paths().settingsFile)) {
-        const auto done = setUpDefaultInstallation(installation);
-        if (!done) {
-            err << "quillon-job: cannot set up " << readable(installation.appFolder().native()) << ": "
-                << done.error().text << '\n';
-            return false;
-        }
-        if (!quiet)
-            err << "First run: set up " << readable(done->localPath.native()) << " with the default database\n";
-        return true;
-    }
-    const auto size = fileSize(installation.paths().settingsFile);
-    auto loaded = installation.loadSettingsRecord();
-    if (!loaded || !size || *size == 0) {
-        err << "quillon-job: " << readable(installation.paths().settingsFile.native())
-            << (loaded ? " is empty: set the installation up first" : " cannot be read: " + loaded.error().text)
-            << '\n';
-        return false;
-    }
-    // A failed check repairs what it can; the second one tells whether that was enough.
-    if (checkFolderStructure(installation))
-        return true;
-    if (checkFolderStructure(installation))
-        return true;
-    err << "quillon-job: the folders of the installation are not whole and cannot be created:"
-        << missingFolders(installation.paths()) << '\n';
-    return false;
-}
 
 // The job leaves the source alone, but it writes to its own folders wherever they are.
 void tellOwnFoldersInSource(const NativePath& source, const Installation& installation, std::ostream& err) {
@@ -281,7 +237,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
         return parsed.exitStatus;
     raiseOpenFileLimit();
     try {
-        return JobRun(*parsed.options, streams).run();
+        const JobCommandOptions& options = *parsed.options;
+        return options.regrade ? runRegradeCommand(options, streams) : JobRun(options, streams).run();
     } catch (const std::bad_alloc&) {
         streams.err << "quillon-job: out of memory\n";
         return kExitNoList;

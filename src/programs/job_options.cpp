@@ -19,6 +19,7 @@ namespace quillon {
 namespace {
 
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
+constexpr const char* kRegradeUsage = "quillon-job --regrade ID";
 
 constexpr const char* kFooter =
     "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
@@ -30,20 +31,25 @@ struct Given {
     std::string source;
     std::string target;
     std::string app;
+    std::vector<const char*> ofJobs;  // options that a regrade does not take
 };
 
 struct OptionRow : CommandOption {
     void (*take)(Given&, const std::string& value);
-    bool required = false;
+    bool ofRegrades = false;  // a regrade takes it, too
 };
 
 // Help, parser, manual and completion have the options of this table.
 constexpr OptionRow kOptions[] = {
     {{"--job", "ID", "Job ID; names the list"},
-     [](Given& given, const std::string& value) { given.options.jobId = value; },
-     true},
+     [](Given& given, const std::string& value) { given.options.jobId = value; }},
     {{"--source", "DIR", "Folder with the recovered files; it is never written to"},
-     [](Given& given, const std::string& value) { given.source = value; },
+     [](Given& given, const std::string& value) { given.source = value; }},
+    {{"--regrade", "ID", "Grade the list of this job anew from its evidence, without its source"},
+     [](Given& given, const std::string& value) {
+         given.options.jobId = value;
+         given.options.regrade = true;
+     },
      true},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
@@ -52,7 +58,8 @@ constexpr OptionRow kOptions[] = {
     {{"--no-skip-list", "", "List the files of the skip list too"},
      [](Given& given, const std::string&) { given.options.skipList = false; }},
     {{"--no-common-headers", "", "Do not look for common headers"},
-     [](Given& given, const std::string&) { given.options.commonHeaders = false; }},
+     [](Given& given, const std::string&) { given.options.commonHeaders = false; },
+     true},
     {{"--no-evidence", "", "Leave no evidence beside the list"},
      [](Given& given, const std::string&) { given.options.evidence = false; }},
     {{"--no-heads", "", "Leave the first bytes of the files out of the evidence"},
@@ -62,23 +69,28 @@ constexpr OptionRow kOptions[] = {
     {{"--alert-optional", "", "A report that nobody acknowledges is no failure"},
      [](Given& given, const std::string&) { given.options.alertOptional = true; }},
     {{"--app", "DIR", "Application folder (default: the folder of this program)"},
-     [](Given& given, const std::string& value) { given.app = value; }},
+     [](Given& given, const std::string& value) { given.app = value; },
+     true},
     {{"--json", "", "Print the result as one JSON object"},
-     [](Given& given, const std::string&) { given.options.json = true; }},
+     [](Given& given, const std::string&) { given.options.json = true; },
+     true},
     {{"--log-json", "", "Print each log row as a line of JSON when it comes"},
-     [](Given& given, const std::string&) { given.options.logJson = true; }},
+     [](Given& given, const std::string&) { given.options.logJson = true; },
+     true},
     {{"--discard-partial", "", "Delete the partial list of a job that is stopped"},
      [](Given& given, const std::string&) { given.options.discardPartial = true; }},
     {{"--yes", "", "Answer Yes, but not to what needs an answer of its own"},
-     [](Given& given, const std::string&) { given.options.yes = true; }},
+     [](Given& given, const std::string&) { given.options.yes = true; },
+     true},
     {{"--quiet", "", "Print no log rows and no progress"},
-     [](Given& given, const std::string&) { given.options.quiet = true; }},
+     [](Given& given, const std::string&) { given.options.quiet = true; },
+     true},
 };
 
 class HelpText final : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App* /*command*/, std::string /*name*/) const override {
-        return std::string("Usage: ") + kUsage + " [OPTIONS]\n";
+        return fmt::format("Usage: {} [OPTIONS]\n       {} [OPTIONS]\n", kUsage, kRegradeUsage);
     }
 };
 
@@ -92,15 +104,24 @@ std::string folderProblem(const NativePath& path) {
     return stamp.error().kind == ErrorKind::NotFound ? "does not exist" : "cannot be reached";
 }
 
+// What is wrong with the options together, if anything is.
+std::string wrongOptions(const Given& given) {
+    if (given.options.regrade)
+        return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
+    if (given.options.jobId.empty())
+        return "--job is required";
+    return given.source.empty() ? "--source is required" : "";
+}
+
 // What is wrong with the values, if anything is.
 std::string wrongUsage(const JobCommandOptions& options, const std::string& givenSource) {
     if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(options.jobId + ".csv")) {
         return fmt::format(
-            "--job \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
+            "{} \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
             "| \"",
-            readable(std::string_view(options.jobId)));
+            options.regrade ? "--regrade" : "--job", readable(std::string_view(options.jobId)));
     }
-    if (const auto problem = folderProblem(options.source); !problem.empty())
+    if (const auto problem = options.regrade ? "" : folderProblem(options.source); !problem.empty())
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
@@ -114,21 +135,25 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
     return {};
 }
 
+void take(const OptionRow& row, Given& given, const std::string& value) {
+    if (!row.ofRegrades)
+        given.ofJobs.push_back(row.name);
+    row.take(given, value);
+}
+
 void declareOptions(CLI::App& command, Given& given) {
     for (const OptionRow& row : kOptions) {
         if (row.value[0] == '\0') {
             command.add_flag_callback(
-                row.name, [&row, &given] { row.take(given, {}); }, row.meaning);
+                row.name, [&row, &given] { take(row, given, {}); }, row.meaning);
             continue;
         }
-        const auto take = [&row, &given](const std::string& value) {
+        const auto taken = [&row, &given](const std::string& value) {
             if (value.empty())
                 throw CLI::ValidationError(row.name, "needs a value that is not empty");
-            row.take(given, value);
+            take(row, given, value);
         };
-        command.add_option_function<std::string>(row.name, take, row.meaning)
-            ->required(row.required)
-            ->type_name(row.value);
+        command.add_option_function<std::string>(row.name, taken, row.meaning)->type_name(row.value);
     }
     const Version version = programVersion();
     command.set_version_flag("--version",
@@ -162,8 +187,13 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         err << "quillon-job: " << wrong.what() << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
+    if (const auto wrong = wrongOptions(given); !wrong.empty()) {
+        err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
+        return {std::nullopt, kExitUsage};
+    }
     JobCommandOptions& options = given.options;
-    options.source = pathFromRoot(given.source).value_or(given.source);
+    if (!options.regrade)
+        options.source = pathFromRoot(given.source).value_or(given.source);
     if (!given.target.empty())
         options.target = pathFromRoot(given.target).value_or(given.target);
     if (!given.app.empty())

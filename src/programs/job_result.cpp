@@ -109,6 +109,50 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     return json.dump(2, ' ', false, Json::error_handler_t::replace);
 }
 
+const char* wordOf(RegradeEnd end) {
+    switch (end) {
+        case RegradeEnd::Complete:
+            return "complete";
+        case RegradeEnd::NoList:
+            return "no list";
+        case RegradeEnd::NoEvidence:
+            return "no evidence";
+        case RegradeEnd::Busy:
+            return "busy";
+        case RegradeEnd::Stopped:
+            return "stopped";
+        case RegradeEnd::Failed:
+            return "failed";
+    }
+    return "failed";
+}
+
+std::string regradeResultAsJson(const Job& job, const RegradeResult& result, int status, const DateTexts& dates) {
+    const JobState& state = job.state;
+    const auto list = job.lists().finalPath();
+    Json json;
+    json["version"] = kFormatVersion;
+    json["program"] = programName();
+    putName(json, "regrade", state.options.jobId);
+    json["end"] = wordOf(result.end);
+    json["detail"] = result.detail;
+    json["status"] = status;
+    json["losses"] = lossesAsJson(state.counters);
+    putPath(json, "list", result.end != RegradeEnd::NoList && list ? std::optional(*list) : std::nullopt);
+    json["unfinished"] = result.unfinished;
+    json["rows"] = {{"all", result.counts.rows},
+                    {"graded", result.counts.graded},
+                    {"changed", result.counts.changed},
+                    {"kept", result.counts.kept},
+                    {"damaged", result.counts.damaged}};
+    json["quality"] = state.texts.quality;
+    json["quality_before"] = result.qualityBefore;
+    json["counters"] = countersAsJson(state.counters);
+    json["log"] = logAsJson(state.log, dates);
+    json["log_cut"] = state.log.dropped();
+    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+}
+
 std::string logRowAsJson(const LogRow& row, const DateTexts& dates) {
     return rowAsJson(row, dates).dump(-1, ' ', false, Json::error_handler_t::replace);
 }

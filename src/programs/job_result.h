@@ -6,6 +6,7 @@
 #include <string>
 
 #include "job/job_driver.h"
+#include "job/regrade.h"
 
 namespace quillon {
 
@@ -20,6 +21,12 @@ struct JobResult {
 
 /// One object: docs/formats/job-json.md.
 [[nodiscard]] std::string jobResultAsJson(const Job& job, const JobResult& result, const DateTexts& dates);
+
+/// One object for a regrade that ended with this status: the same page.
+[[nodiscard]] std::string regradeResultAsJson(const Job& job, const RegradeResult& result, int status,
+                                              const DateTexts& dates);
+/// How a regrade ended, as "end" has it there.
+[[nodiscard]] const char* wordOf(RegradeEnd end);
 
 /// A row of the log as one line without its end, as in the same page.
 [[nodiscard]] std::string logRowAsJson(const LogRow& row, const DateTexts& dates);

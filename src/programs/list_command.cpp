@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <type_traits>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -14,11 +15,14 @@
 #include "answers/forget_evidence.h"
 #include "answers/job_answers.h"
 #include "answers/job_comparison.h"
+#include "answers/xlsx_export.h"
 #include "app/application_folder.h"
 #include "app/installation.h"
 #include "evidence/name_text.h"
 #include "platform/whole_file.h"
 #include "programs/list_options.h"
+#include "programs/list_report.h"
+#include "programs/list_suggest.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -52,10 +56,14 @@ public:
                 return files();
             case ListQuestion::Export:
                 return exportFiles();
+            case ListQuestion::Report:
+                return report();
             case ListQuestion::Compare:
                 return compare();
             case ListQuestion::Forget:
                 return forget();
+            case ListQuestion::Suggest:
+                return suggest();
         }
         return kListTrouble;
     }
@@ -175,8 +183,13 @@ private:
                     return failure(more.error());
                 if (!*more)
                     return {};
-                if (fits(options_.wish, file))
+                if (!fits(options_.wish, file))
+                    continue;
+                if constexpr (std::is_void_v<decltype(take(file, *source))>) {
                     take(file, *source);
+                } else if (Result<void> taken = take(file, *source); !taken) {
+                    return taken;
+                }
             }
         });
     }
@@ -194,7 +207,24 @@ private:
         return kListSame;
     }
 
+    [[nodiscard]] Result<int> exportWorkbook() {
+        const auto extensions = figuresBy([](JobAnswers& answers) { return answers.byExtension(); });
+        const auto folders = figuresBy([this](JobAnswers& answers) { return answers.byFolder(options_.depth); });
+        if (!extensions || !folders)
+            return failure(extensions ? folders.error() : extensions.error());
+        auto workbook = XlsxExport::begin(*options_.output);
+        if (!workbook)
+            return failure(workbook.error());
+        return eachFile([&](const EvidenceRow& file, const std::string&) { return workbook->add(file); })
+            .and_then([&] { return workbook->addFigures("Extensions", "extension", *extensions); })
+            .and_then([&] { return workbook->addFigures("Folders", "folder", *folders); })
+            .and_then([&] { return workbook->finish(); })
+            .map([] { return kListSame; });
+    }
+
     [[nodiscard]] Result<int> exportFiles() {
+        if (options_.format == "xlsx")
+            return exportWorkbook();
         const CsvStyle style{options_.bom, options_.spreadsheet};
         const bool csv = options_.format == "csv";
         std::string whole;  // a file comes to its name whole or not at all
@@ -215,6 +245,13 @@ private:
                 return failure(saved.error());
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> report() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return writeReport(*all, options_).map([] { return kListSame; });
     }
 
     [[nodiscard]] Result<int> compare() {
@@ -282,6 +319,13 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> suggest() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return suggestFromJobs(*all, options_, streams_);
     }
 
     const ListCommandOptions& options_;

@@ -27,6 +27,7 @@ struct Given {
     ListCommandOptions options;
     std::string app;
     std::string output;
+    std::string paths;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
     std::vector<std::string> reasons;
@@ -84,14 +85,24 @@ void declareFiles(CLI::App& command, Given& given) {
 
 void declareExport(CLI::App& command, Given& given) {
     declareWish(command, given);
-    command.add_option("--format", given.options.format, "csv or jsonl")
-        ->check(CLI::IsMember({"csv", "jsonl"}))
+    command.add_option("--format", given.options.format, "csv, jsonl or xlsx, which needs -o")
+        ->check(CLI::IsMember({"csv", "jsonl", "xlsx"}))
         ->type_name("FORMAT");
     command.add_option("-o,--output", given.output, "Write here instead of standard output")->type_name("FILE");
     command.add_flag("--bom", given.options.bom, "csv: a UTF-8 mark first, as spreadsheets like it");
     command.add_flag("--spreadsheet", given.options.spreadsheet,
                      "csv: an apostrophe ahead of what a spreadsheet would take for a formula");
     command.footer(kNames);
+}
+
+void declareReport(CLI::App& command, Given& given) {
+    declareJobs(command, given);
+    command.add_option("-o,--output", given.output, "The page to be written")->required()->type_name("FILE");
+    command.add_flag("--with-files", given.options.withFiles, "Name every file, by folder");
+    command.add_option("--laboratory", given.options.laboratory, "Who made it, for the head of the page")
+        ->type_name("NAME");
+    command.add_option("--depth", given.options.depth, "Folders how deep below the source; 1 unless told")
+        ->type_name("N");
 }
 
 void declareCompare(CLI::App& command, Given& given) {
@@ -110,6 +121,19 @@ void declareForget(CLI::App& command, Given& given) {
     command.add_option("JOB", given.options.jobs, "ID or evidence file of the job")->required();
 }
 
+void declareSuggest(CLI::App& command, Given& given) {
+    declareTable(command, given);
+    command.add_option("--ext", given.extensions, "The extension that terms are wanted for")
+        ->expected(1)
+        ->required()
+        ->type_name("EXT");
+    command
+        .add_option("--paths", given.paths,
+                    "The files to learn from, one name a line as the subcommand files writes them; its corrupt and "
+                    "unknown files unless told")
+        ->type_name("FILE");
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -118,8 +142,11 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Reasons, "reasons", "Why files are not good", declareTable},
     {ListQuestion::Files, "files", "The files, below the source, as rsync --files-from takes them", declareFiles},
     {ListQuestion::Export, "export", "The files with all that is known of them", declareExport},
+    {ListQuestion::Report, "report", "A page for the customer: one HTML file, to be read anywhere and printed",
+     declareReport},
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
+    {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -154,8 +181,12 @@ std::string understand(Given& given) {
         given.options.appFolder = given.app;
     if (!given.output.empty())
         given.options.output = given.output;
+    if (!given.paths.empty())
+        given.options.paths = given.paths;
     if (given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
+    if (given.options.format == "xlsx" && !given.options.output)
+        return "xlsx needs the file to be written: -o FILE";
     return {};
 }
 

@@ -13,7 +13,7 @@
 
 namespace quillon {
 
-enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Compare, Forget };
+enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Report, Compare, Forget, Suggest };
 
 struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
@@ -33,6 +33,11 @@ struct ListCommandOptions {
     std::optional<NativePath> output;
     bool bom = false;
     bool spreadsheet = false;
+
+    std::optional<NativePath> paths;  ///< suggest: the files that count as listed, one name a line
+
+    bool withFiles = false;  ///< the report names every file
+    std::string laboratory;  ///< UTF-8, who made the report
 
     std::string stripFirst;
     std::string stripSecond;

@@ -11,6 +11,7 @@
 #include "dbcheck/extension_table.h"
 #include "dbcheck/options.h"
 #include "dbcheck/score.h"
+#include "dbcheck/suggestions.h"
 #include "platform/folders.h"
 
 namespace quillon {
@@ -139,6 +140,24 @@ Result<void> judgeDoubts(const DbcheckOptions& options, std::ostream& out, Verdi
     return {};
 }
 
+Result<void> judgeSuggestions(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
+                              Verdict& verdict) {
+    const auto samples = readSamples(*options.samples, kIndex);
+    if (!samples)
+        return failure(samples.error());
+    const auto all = scoreSuggestions(database, *samples);
+    out << suggestionTable(all);
+    const double first = meanPercent(all, &SuggestedScore::acceptedPercent);
+    const double three = meanPercent(all, &SuggestedScore::acceptedThreePercent);
+    const double wrong = meanPercent(all, &SuggestedScore::falseThreePercent);
+    compare("accepted by the first term", first >= options.minSuggested, first, options.minSuggested, verdict);
+    compare("accepted by the first three terms", three >= options.minSuggestedThree, three, options.minSuggestedThree,
+            verdict);
+    compare("false accepts of suggested terms", wrong <= options.maxSuggestedFalse, wrong, options.maxSuggestedFalse,
+            verdict);
+    return {};
+}
+
 Result<void> judgeDatabase(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
                            Verdict& verdict) {
     const auto problems = lintDatabase(options.database, database);
@@ -151,6 +170,13 @@ Result<void> judgeDatabase(const HeaderDatabase& database, const DbcheckOptions&
     }
     out << fmt::format("lint: {} findings in {} term files\n", problems.size(), database.terms.size());
     return {};
+}
+
+Result<void> judgeByMode(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
+                         Verdict& verdict) {
+    if (options.suggest)
+        return judgeSuggestions(database, options, out, verdict);
+    return options.doubts ? judgeDoubts(options, out, verdict) : judgeDatabase(database, options, out, verdict);
 }
 
 }  // namespace
@@ -170,9 +196,7 @@ int runDbcheck(const std::vector<std::string>& arguments, std::ostream& out, std
         return kDbcheckGood;
     }
     Verdict verdict(err);
-    if (auto judged =
-            options.doubts ? judgeDoubts(options, out, verdict) : judgeDatabase(*database, options, out, verdict);
-        !judged) {
+    if (auto judged = judgeByMode(*database, options, out, verdict); !judged) {
         err << "dbcheck: " << judged.error().text << '\n';
         return kDbcheckUsage;
     }

@@ -44,6 +44,18 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
         ->type_name("FILE");
     command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
         ->check(percent);
+    command.add_flag("--suggest", options.suggest, "Judge suggested terms by the samples, and nothing else");
+    command
+        .add_option("--min-suggested", options.minSuggested,
+                    "Fail when the first term accepts fewer percent of the samples held back")
+        ->check(percent);
+    command
+        .add_option("--min-suggested-three", options.minSuggestedThree, "The same for the first three terms together")
+        ->check(percent);
+    command
+        .add_option("--max-suggested-false", options.maxSuggestedFalse,
+                    "Fail when the first three accept more percent of other extensions")
+        ->check(percent);
     command.add_option("--min-extensions", options.minExtensions, "Fail below this number of term files");
     command.add_option("--min-good", options.minGood, "Fail when fewer percent of the samples are good")
         ->check(percent);
@@ -76,6 +88,10 @@ ParsedDbcheck parseDbcheck(const std::vector<std::string>& arguments, std::ostre
     }
     if (options.doubts && samples.empty()) {
         err << "dbcheck: --doubts needs --samples\n";
+        return {std::nullopt, kDbcheckUsage};
+    }
+    if (options.suggest && samples.empty()) {
+        err << "dbcheck: --suggest needs --samples\n";
         return {std::nullopt, kDbcheckUsage};
     }
     options.database = database;

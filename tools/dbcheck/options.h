@@ -22,8 +22,12 @@ struct DbcheckOptions {
     std::size_t minExtensions = 1;
     double minGood = 0;  ///< in percent, as all below
     double maxFalseAccepts = 100;
-    double minRejected = 0;   ///< of the mislabelled samples
-    double minNamed = 0;      ///< of the rejected ones
+    double minRejected = 0;        ///< of the mislabelled samples
+    double minNamed = 0;           ///< of the rejected ones
+    bool suggest = false;          ///< judge suggested terms by the samples and nothing else
+    double minSuggested = 0;       ///< accepted by the first term, in percent
+    double minSuggestedThree = 0;  ///< accepted by one of the first three
+    double maxSuggestedFalse = 100;
     double maxDoubted = 100;  ///< of the samples with their true size
     bool damage = false;      ///< damage the good samples, and count those that are still taken for recovered
     std::vector<std::pair<std::string, double>> maxRecovered;  ///< by the name of a damage

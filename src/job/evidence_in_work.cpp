@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "job/evidence_in_work.h"
+
+#include <nlohmann/json.hpp>
+
+#include "app/kept_files.h"
+#include "evidence/job_keys.h"
+#include "job/counters_json.h"
+#include "text/unicode.h"
+
+namespace quillon {
+
+namespace {
+
+// Changed rows of one transaction: all that it changes is held in memory.
+constexpr int kRowsInPart = 4096;
+
+}  // namespace
+
+Result<EvidenceInWork> EvidenceInWork::open(const NativePath& list, const ReportMessages& messages) {
+    const NativePath path = evidenceBeside(list);
+    auto reader = EvidenceReader::open(path);
+    if (!reader)
+        return failure(reader.error());
+    const NativePath source = sourceIn(*reader);
+    auto store = EvidenceStore::open(path);
+    if (!store)
+        return failure(store.error());
+    return EvidenceInWork(std::move(*reader), std::move(*store), source, messages);
+}
+
+std::string EvidenceInWork::quality() {
+    return reader_.jobText(job_keys::kQuality).value_or(std::nullopt).value_or("");
+}
+
+void EvidenceInWork::noteUnless(const Result<void>& done) {
+    if (!done && !lost_)
+        lost_ = done.error();
+}
+
+void EvidenceInWork::begin() {
+    const std::int64_t none = 0;
+    noteUnless(store_.setJob(job_keys::kListBytes, none)
+                   .and_then([&] { return store_.setJob(job_keys::kListModified, none); })
+                   .and_then([&] { return store_.setJob(job_keys::kListDigest, none); })
+                   .and_then([&] { return writeMessages(store_, *messages_); })
+                   .and_then([&] { return store_.commit(); }));
+}
+
+void EvidenceInWork::find(const ListRow& row) {
+    damaged_ = false;
+    describer_.describe(row, listed_);
+    const auto found = reader_.findLine(++line_, describer_.below(row.nativePath()), row_);
+    found_ = found && *found && row_.size == listed_.size;
+}
+
+const FileHead* EvidenceInWork::head() {
+    if (!found_)
+        return nullptr;
+    const std::int64_t before = reader_.damaged();
+    const auto head = reader_.head(row_);
+    damaged_ = !head || reader_.damaged() != before;
+    return head ? *head : nullptr;
+}
+
+std::optional<Grade> EvidenceInWork::grade() const {
+    return found_ && !damaged_ ? row_.grade : std::nullopt;
+}
+
+void EvidenceInWork::graded(const FileVerdict& verdict) {
+    if (!found_)
+        return;
+    EvidenceRow row = row_;
+    RowDescriber::judge(verdict, *messages_, row);
+    row.unread = row_.unread;
+    change(row);
+}
+
+// The messages may be others than those of the job.
+void EvidenceInWork::kept(std::u16string_view text) {
+    if (!found_)
+        return;
+    EvidenceRow row = row_;
+    const bool plain = row.grade && text == (*messages_)[*row.grade];
+    row.result = plain ? std::nullopt : std::optional(utf16ToUtf8(text));
+    change(row);
+}
+
+void EvidenceInWork::change(EvidenceRow& row) {
+    if (lost_ || row == row_)
+        return;
+    noteUnless(store_.change(row));
+    if (lost_ || ++changes_ < kRowsInPart)
+        return;
+    changes_ = 0;
+    noteUnless(store_.commit());
+}
+
+// What the job counted beside the grades stays.
+std::string EvidenceInWork::countersWith(const JobState& state) {
+    const auto told = reader_.jobText(job_keys::kCounters).value_or(std::nullopt).value_or("");
+    auto counters = nlohmann::ordered_json::parse(told, nullptr, false);
+    const auto now = countersAsJson(state.counters);
+    if (!counters.is_object())
+        return now.dump();
+    for (const auto& row : kGrades.values) counters[row.jsonKey.value] = now[row.jsonKey.value];
+    return counters.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+void EvidenceInWork::listWritten(const NativePath& list, std::int64_t rules, const JobState& state) {
+    if (lost_)
+        return;
+    noteUnless(store_.setJob(job_keys::kCounters, countersWith(state))
+                   .and_then([&] { return store_.setJob(job_keys::kQuality, state.texts.quality); })
+                   .and_then([&] { return store_.setJob(job_keys::kRules, rules); })
+                   .and_then([&] { return writeListFacts(store_, list, digest_.value()); })
+                   .and_then([&] { return store_.finish(); }));
+}
+
+}  // namespace quillon

@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Grades all rows of a job's list anew from the heads that its evidence keeps, and writes the list beside itself. The
+// source is neither read nor looked at.
+
+#include <cstdint>
+
+#include "app/file_list.h"
+#include "job/job.h"
+
+namespace quillon {
+
+enum class RegradeEnd {
+    Complete,    ///< the list is the new one
+    NoList,      ///< the job has no list
+    NoEvidence,  ///< there is none beside it, or none that can be used
+    Busy,        ///< a job runs in the application folder
+    Stopped,     ///< by a person; the list is the old one
+    Failed       ///< the list could not be kept, read or written; it is the old one
+};
+
+/// Lines of the list.
+struct RegradeCounts {
+    std::int64_t rows = 0;
+    std::int64_t graded = 0;   ///< got the text that today's rules give
+    std::int64_t changed = 0;  ///< of those, where it is another one
+    std::int64_t kept = 0;     ///< keep their text: a head is needed and there is none, or the job has not tested
+    std::int64_t damaged = 0;  ///< of those, where the evidence is damaged
+
+    friend bool operator==(const RegradeCounts&, const RegradeCounts&) = default;
+};
+
+struct RegradeResult {
+    RegradeEnd end = RegradeEnd::Failed;
+    std::string detail;  ///< why it did not complete
+    RegradeCounts counts;
+    bool unfinished = false;    ///< the list was left short by its job, and stays so
+    std::string qualityBefore;  ///< as the job or the last regrade has left it
+};
+
+class EvidenceInWork;
+
+class Regrade {
+public:
+    /// The job must outlive this; its options name the list and tell whether common headers are looked for.
+    explicit Regrade(Job& job)
+        : job_(job), context_(job.passContext()), grader_(job.installation(), job.messages, job.commonList, context_) {}
+
+    /// Loads messages and common list, then grades. Every line and its order stay. A row gets a new text when its head
+    /// was kept or none is needed; any other keeps its own. The old list goes under Kept. State: the grades of all rows
+    /// stand in the counters, and what follows from them as the quality; evidence that cannot be written to its end is
+    /// a loss there.
+    ///
+    /// The evidence is written in parts, so one that ends early is ahead of the list in some rows. It then names no
+    /// list as its own, and the next regrade brings both together.
+    [[nodiscard]] RegradeResult run();
+
+private:
+    [[nodiscard]] RegradeEnd runLocked(const NativePath& list);
+    [[nodiscard]] RegradeEnd endsBy(RegradeEnd end, std::string why);
+    void loadRules();
+    [[nodiscard]] Result<void> rewrite(const NativePath& list, EvidenceInWork& evidence);
+    [[nodiscard]] Result<void> writeRows(ListReader& from, ListWriter& to, EvidenceInWork& evidence);
+    void regradeRow(EvidenceInWork& evidence);
+    [[nodiscard]] std::optional<FileVerdict> verdictOf(EvidenceInWork& evidence);
+    void keepRow(EvidenceInWork& evidence);
+
+    Job& job_;
+    PassContext context_;
+    FileGrader grader_;  // of its own: that of the job knows the term files as they were
+    RegradeResult result_;
+    ListRow row_;  // as it was
+    ListRow next_;
+};
+
+}  // namespace quillon

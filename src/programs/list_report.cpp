@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: MIT
+#include "programs/list_report.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "answers/html_report.h"
+#include "answers/job_answers.h"
+#include "evidence/job_keys.h"
+#include "platform/dates.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr std::size_t kTableRows = 200;
+constexpr std::size_t kPieceBytes = std::size_t{1} << 16U;
+
+// The names with most files, those first.
+ReportTable largest(const FiguresBy& figures) {
+    ReportTable table{{figures.begin(), figures.end()}, 0};
+    std::ranges::stable_sort(table.rows, std::ranges::greater(), [](const auto& row) { return row.second.files; });
+    if (table.rows.size() > kTableRows) {
+        table.others = table.rows.size() - kTableRows;
+        table.rows.resize(kTableRows);
+    }
+    return table;
+}
+
+void add(FiguresBy& sums, const FiguresBy& more) {
+    for (const auto& [name, figures] : more) sums[name] += figures;
+}
+
+Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take) {
+    EvidenceRow file;
+    while (true) {
+        const auto more = answers.next(file);
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        if (auto taken = take(file); !taken)
+            return taken;
+    }
+}
+
+// Collects what stands ahead of the list of files.
+class Gathering {
+public:
+    explicit Gathering(std::size_t depth) : depth_(depth) {}
+
+    [[nodiscard]] Result<void> add(const JobFiles& job) {
+        auto answers = openAnswers(job, ReportMessages::fallback());
+        if (!answers)
+            return failure(answers.error());
+        return addHead(job.id, **answers).and_then([&] { return addFigures(**answers); }).and_then([&] {
+            return eachFile(**answers, [this](const EvidenceRow& file) -> Result<void> {
+                note(report_, file);
+                return {};
+            });
+        });
+    }
+
+    [[nodiscard]] HtmlReport take() {
+        report_.extensions = largest(extensions_);
+        report_.folders = largest(folders_);
+        std::ranges::sort(report_.folders.rows, {}, [](const auto& row) { return row.first; });
+        return std::move(report_);
+    }
+
+private:
+    [[nodiscard]] Result<void> addHead(const std::string& id, JobAnswers& answers) {
+        const auto source = answers.source();
+        const auto facts = answers.facts();
+        if (!source || !facts)
+            return failure(source ? facts.error() : source.error());
+        const bool whole = facts->end != job_keys::kRunning && facts->end != job_keys::kStopped;
+        report_.jobs.push_back(
+            {id, *source, facts->started ? dates_.general(toLocalTime(*facts->started)) : std::string(), whole});
+        for (const auto& [path, error] : facts->unreadFolders) report_.unreadFolders.add(path, error);
+        report_.knowsAll = report_.knowsAll && answers.knowsAll();
+        return {};
+    }
+
+    [[nodiscard]] Result<void> addFigures(JobAnswers& answers) {
+        const auto total = answers.total();
+        const auto extensions = answers.byExtension();
+        const auto folders = answers.byFolder(depth_);
+        for (const FileError* error : {total ? nullptr : &total.error(), extensions ? nullptr : &extensions.error(),
+                                       folders ? nullptr : &folders.error()})
+            if (error != nullptr)
+                return failure(*error);
+        report_.total += *total;
+        quillon::add(extensions_, *extensions);
+        quillon::add(folders_, *folders);
+        return {};
+    }
+
+    DateTexts dates_;
+    std::size_t depth_;
+    HtmlReport report_;
+    FiguresBy extensions_;
+    FiguresBy folders_;
+};
+
+// Writes in pieces of some size.
+class PageWriter {
+public:
+    explicit PageWriter(File file) : file_(std::move(file)) {}
+
+    [[nodiscard]] Result<void> put(std::string_view text) {
+        waiting_ += text;
+        return waiting_.size() < kPieceBytes ? Result<void>() : flush();
+    }
+    [[nodiscard]] Result<void> finish() {
+        return flush().and_then([this] { return file_.sync(); }).and_then([this] { return file_.close(); });
+    }
+
+private:
+    [[nodiscard]] Result<void> flush() {
+        const auto written = file_.write(std::string_view(waiting_));
+        waiting_.clear();
+        return written;
+    }
+
+    File file_;
+    std::string waiting_;
+};
+
+Result<void> putFiles(PageWriter& page, const JobFiles& job) {
+    auto answers = openAnswers(job, ReportMessages::fallback());
+    if (!answers)
+        return failure(answers.error());
+    ReportedFiles files;
+    return eachFile(**answers, [&](const EvidenceRow& file) { return page.put(files.add(file)); }).and_then([&] {
+        return page.put(files.end());
+    });
+}
+
+Result<void> putPage(PageWriter& page, const HtmlReport& report, const std::vector<JobFiles>& jobs) {
+    auto put = page.put(reportBegin(report));
+    for (const auto& job : jobs) {
+        if (put && report.withFiles)
+            put = putFiles(page, job);
+    }
+    return put.and_then([&] { return page.put(reportEnd()); }).and_then([&] { return page.finish(); });
+}
+
+}  // namespace
+
+Result<void> writeReport(const std::vector<JobFiles>& jobs, const ListCommandOptions& options) {
+    Gathering gathering(options.depth);
+    for (const auto& job : jobs) {
+        if (auto added = gathering.add(job); !added)
+            return added;
+    }
+    HtmlReport report = gathering.take();
+    report.laboratory = options.laboratory;
+    report.written = DateTexts().general(SystemClock().now());
+    report.withFiles = options.withFiles;
+    auto replacement = Replacement::begin(*options.output);
+    if (!replacement)
+        return failure(replacement.error());
+    PageWriter page(replacement->takeFile());
+    const auto written = putPage(page, report, jobs).and_then([&] { return replacement->arrive(); });
+    return written ? Result<void>() : failure(saveError(*options.output, written.error()));
+}
+
+}  // namespace quillon
