@@ -53,8 +53,9 @@ TEST_F(ShareGateTest, AWordComesAfterTwoSecondsAndAPersonMayGoOnLocally) {
     if (share == nullptr)
         GTEST_SKIP();
     fake.loop.onTurn = [&](int turn) {
-        if (turn == 3)
+        if (turn == 3) {
             EXPECT_EQ(wait.text, "") << "before two seconds nothing is said";
+        }
         if (turn == 4)
             fake.clock.tick += kShareSilence;
         if (turn == 8)
