@@ -22,6 +22,7 @@
 #include "platform/whole_file.h"
 #include "programs/list_options.h"
 #include "programs/list_report.h"
+#include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
 #include "text/list_text.h"
 
@@ -64,6 +65,8 @@ public:
                 return forget();
             case ListQuestion::Suggest:
                 return suggest();
+            case ListQuestion::Sectors:
+                return sectors();
         }
         return kListTrouble;
     }
@@ -326,6 +329,14 @@ private:
         if (!all)
             return failure(all.error());
         return suggestFromJobs(*all, options_, streams_);
+    }
+
+    [[nodiscard]] Result<int> sectors() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        SystemPlaces places;
+        return tellSectors(*all, options_, streams_, places);
     }
 
     const ListCommandOptions& options_;
