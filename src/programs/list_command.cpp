@@ -20,6 +20,7 @@
 #include "app/installation.h"
 #include "evidence/name_text.h"
 #include "platform/whole_file.h"
+#include "programs/list_history.h"
 #include "programs/list_options.h"
 #include "programs/list_report.h"
 #include "programs/list_suggest.h"
@@ -64,6 +65,8 @@ public:
                 return forget();
             case ListQuestion::Suggest:
                 return suggest();
+            case ListQuestion::History:
+                return loaded ? showHistory(installation_, options_, streams_) : failure(loaded.error());
         }
         return kListTrouble;
     }

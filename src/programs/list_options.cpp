@@ -134,6 +134,20 @@ void declareSuggest(CLI::App& command, Given& given) {
         ->type_name("FILE");
 }
 
+void declareHistory(CLI::App& command, Given& given) {
+    HistoryWish& wish = given.options.history;
+    declareJson(command, given);
+    command.add_flag("--local", wish.local, "The database of this computer, though it is shared with others");
+    command.add_option("--last", wish.last, "How many of the newest; 1000 unless told")->type_name("N");
+    CLI::Option* undo = command.add_option("--undo", wish.undo, "Take this change back, as a new change");
+    undo->type_name("ID");
+    CLI::Option* about = command.add_option("--about", wish.about, "The change that a remark is for");
+    about->type_name("ID")->excludes(undo);
+    CLI::Option* remark = command.add_option("--remark", wish.remark, "Why it was made, in a few words");
+    remark->type_name("TEXT")->needs(about);
+    about->needs(remark);
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -147,6 +161,8 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
+    {ListQuestion::History, "history", "Who changed the database and what became of it; takes a change back",
+     declareHistory},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -183,7 +199,8 @@ std::string understand(Given& given) {
         given.options.output = given.output;
     if (!given.paths.empty())
         given.options.paths = given.paths;
-    if (given.options.jobs.empty() && given.options.caseId.empty())
+    const bool needsJob = given.options.question != ListQuestion::History;
+    if (needsJob && given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
     if (given.options.format == "xlsx" && !given.options.output)
         return "xlsx needs the file to be written: -o FILE";
