@@ -19,6 +19,7 @@
 #include "app/application_folder.h"
 #include "app/installation.h"
 #include "evidence/name_text.h"
+#include "programs/list_history.h"
 #include "programs/list_options.h"
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
@@ -65,6 +66,8 @@ public:
                 return suggest();
             case ListQuestion::Sectors:
                 return sectors();
+            case ListQuestion::History:
+                return loaded ? showHistory(installation_, options_, streams_) : failure(loaded.error());
         }
         return kListTrouble;
     }

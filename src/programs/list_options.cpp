@@ -154,6 +154,20 @@ void declareSectors(CLI::App& command, Given& given) {
         ->type_name("BYTES");
 }
 
+void declareHistory(CLI::App& command, Given& given) {
+    HistoryWish& wish = given.options.history;
+    declareJson(command, given);
+    command.add_flag("--local", wish.local, "The database of this computer, though it is shared with others");
+    command.add_option("--last", wish.last, "How many of the newest; 1000 unless told")->type_name("N");
+    CLI::Option* undo = command.add_option("--undo", wish.undo, "Take this change back, as a new change");
+    undo->type_name("ID");
+    CLI::Option* about = command.add_option("--about", wish.about, "The change that a remark is for");
+    about->type_name("ID")->excludes(undo);
+    CLI::Option* remark = command.add_option("--remark", wish.remark, "Why it was made, in a few words");
+    remark->type_name("TEXT")->needs(about);
+    about->needs(remark);
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -169,6 +183,8 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
     {ListQuestion::Sectors, "sectors", "Files that lie where the map of a rescue says that the disk was not read",
      declareSectors},
+    {ListQuestion::History, "history", "Who changed the database and what became of it; takes a change back",
+     declareHistory},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -206,7 +222,8 @@ std::string understand(Given& given) {
     if (!given.paths.empty())
         given.options.paths = given.paths;
     given.options.map = given.map;
-    if (given.options.jobs.empty() && given.options.caseId.empty())
+    const bool needsJob = given.options.question != ListQuestion::History;
+    if (needsJob && given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
     if (given.options.format == "xlsx" && !given.options.output)
         return "xlsx needs the file to be written: -o FILE";

@@ -24,7 +24,17 @@ enum class ListQuestion {
     Compare,
     Forget,
     Suggest,
-    Sectors
+    Sectors,
+    History
+};
+
+/// What `history` is to do.
+struct HistoryWish {
+    bool local = false;       ///< this computer's history, though the database is shared
+    std::size_t last = 1000;  ///< how many notes are read
+    std::string undo;         ///< the ID of a change to be taken back
+    std::string about;        ///< the ID of a change that gets this
+    std::string remark;       ///< UTF-8
 };
 
 struct ListCommandOptions {
@@ -51,6 +61,7 @@ struct ListCommandOptions {
     NativePath map;                             ///< sectors: the map of a rescue
     std::optional<std::uint64_t> deviceOffset;  ///< where the file system begins on the map's device
     std::optional<std::uint64_t> sectorBytes;   ///< physical sector of that device
+    HistoryWish history;
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report
