@@ -53,9 +53,8 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
-    void tellProblems();
-    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
-    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
+    void addFindings(const ListRow& row, FileVerdict& verdict);
+    [[nodiscard]] const TermIndex& terms();
 
     const Installation& installation_;
     const ReportMessages& messages_;
