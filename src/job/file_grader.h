@@ -53,10 +53,9 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
-    void tellProblems();
-    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
+    void addFindings(const ListRow& row, FileVerdict& verdict);
     void readMarkers();
-    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
+    [[nodiscard]] const TermIndex& terms();
 
     const Installation& installation_;
     const ReportMessages& messages_;
