@@ -15,6 +15,7 @@ namespace quillon {
 struct JobCommandOptions {
     std::string jobId;
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
+    bool scanSectors = false;          ///< the files of a finished job are read to their ends
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
     bool test = true;
