@@ -11,6 +11,7 @@
 #include "app/file_list.h"
 #include "job/folder_tree.h"
 #include "job/pass_context.h"
+#include "job/source_wait.h"
 #include "platform/attributes.h"
 #include "testing/skip_list.h"
 
@@ -53,14 +54,16 @@ public:
 private:
     bool cancelled() override { return context_.state.stopRequested; }
     void listing() override { context_.turn(); }
-    bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
+    bool files(std::string_view path, FolderFiles& files) override;
     void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;
-    void found(const Directory& folder, std::string_view name);
+    bool awaits(std::string_view path, const Arrives& arrives) override;
+    void found(const FoundFile& file);
     [[nodiscard]] bool skipped();
-    void describe(std::string_view name, const Directory& folder, const EntryInfo& info);
+    void describe(const FoundFile& file);
 
     PassContext context_;
+    SourceWait wait_;
     const SkipList& skipList_;
     ListWriter& rawList_;
     RowDates dates_;

@@ -8,12 +8,14 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/dates.h"
 #include "platform/file.h"
+#include "platform/source_care.h"
 #include "testing/grade.h"
 
 namespace quillon {
@@ -35,6 +37,9 @@ struct JobOptions {
     NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
     bool keepEvidence = false;  ///< the job leaves its evidence beside the list
     bool keepHeads = true;      ///< with the first bytes of each tested file
+    bool gentle = false;        ///< the source is asked for one thing at a time from the start
+    std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
+    int threads = 0;  ///< that read heads of a quick source; 0 leaves the number to the job
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -210,6 +215,9 @@ struct JobState {
     bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away
 
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
+
+    std::shared_ptr<SourceCare> care = std::make_shared<SourceCare>();  ///< how much the source is asked for at once
+    bool careTold = false;                                              ///< the log says so
 
     std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written

@@ -77,6 +77,9 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
     options.keepEvidence = options.keepEvidence && chosen.evidence;
     options.keepHeads = options.keepHeads && chosen.heads;
+    options.gentle = chosen.gentle;
+    if (chosen.hangLimit > 0)
+        options.hangLimit = std::chrono::seconds(chosen.hangLimit);
     options.showProgress = showProgress;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;
