@@ -10,6 +10,7 @@
 
 #include "ahead/heads_ahead.h"
 #include "app/installation.h"
+#include "job/known_file.h"
 #include "job/pass_context.h"
 #include "testing/find_reason.h"
 #include "testing/header_check.h"
@@ -31,6 +32,9 @@ public:
     /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
     /// HeaderCheck::checkFile.
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
+    /// The same; where the test would open the file, `known` stands for what it would find, unless it is null.
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                                const KnownVerdict* known);
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
         return checkFile(row, extension, heads_);
     }
@@ -53,6 +57,7 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    [[nodiscard]] FileVerdict counted(FileVerdict verdict);
     void addFindings(const ListRow& row, FileVerdict& verdict);
     void readMarkers();
     [[nodiscard]] const TermIndex& terms();

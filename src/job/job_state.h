@@ -35,6 +35,7 @@ struct JobOptions {
     NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
     bool keepEvidence = false;  ///< the job leaves its evidence beside the list
     bool keepHeads = true;      ///< with the first bytes of each tested file
+    bool resume = false;        ///< the job goes on with its earlier run: what that knew is not read again
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -88,6 +89,16 @@ struct PassFigures {
     RowFigures list;
     PassEnd copying = PassEnd::NotRun;
     std::int64_t copies = 0;
+};
+
+/// What a job that goes on with an earlier run made of it, in files.
+struct ResumeFigures {
+    std::string from;        ///< how that ended, as its evidence has it; empty: there is nothing to go on with
+    std::int64_t known = 0;  ///< the same as then, and not read again
+    std::int64_t again = 0;  ///< the same as then, and read again
+    std::int64_t changed = 0;
+    std::int64_t added = 0;
+    std::int64_t gone = 0;  ///< of the earlier run's; told when all rows have passed
 };
 
 /// Labels whose text is more than the format of a counter.
@@ -210,6 +221,8 @@ struct JobState {
     bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away
 
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
+
+    std::optional<ResumeFigures> resumed;  ///< none for a job that began anew
 
     std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written

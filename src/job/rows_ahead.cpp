@@ -42,7 +42,9 @@ void RowsAhead::lookAhead() {
 // A file that will not be opened is not asked for: whether it may be is the test's own rule. Should the test come to
 // another answer when the row's turn comes, the head is read then, or was read in vain.
 void RowsAhead::askForHead(AheadRow& ahead) {
-    ahead.asked = grader_.mayOpen(ahead.row);
+    const bool opens = grader_.mayOpen(ahead.row);
+    ahead.known = known_.find(ahead.row, opens);
+    ahead.asked = opens && ahead.known.isEmpty();
     if (!ahead.asked)
         return;
     loop_.workingOn(ahead.row.nativePath());
@@ -50,7 +52,17 @@ void RowsAhead::askForHead(AheadRow& ahead) {
 }
 
 Result<std::size_t> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
-    return rows_.first().asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
+    const AheadRow& first = rows_.first();
+    if (first.known.head) {
+        head = first.known.head->bytes;
+        return std::size_t{first.known.head->length};
+    }
+    return first.asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
+}
+
+const KnownVerdict* RowsAhead::knownVerdict() {
+    const auto& verdict = rows_.first().known.verdict;
+    return verdict ? &*verdict : nullptr;
 }
 
 }  // namespace quillon
