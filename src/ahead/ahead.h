@@ -31,11 +31,11 @@ namespace quillon {
 /// Whether the owner's thread may stand still for what is slow. One that a window hangs on may not.
 enum class StandingStill { Allowed, Never };
 
-template <typename Item>
+template <typename Item, std::size_t kMostItems = QuickInARow::kEnough>
 class Ahead {
 public:
     /// So many items can be asked for at once.
-    static constexpr std::size_t kMost = QuickInARow::kEnough;
+    static constexpr std::size_t kMost = kMostItems;
 
     using Work = std::function<void(Item&)>;
     /// Called once by each thread, for what it works with.
@@ -104,6 +104,12 @@ public:
         slots_.first().reset();
         slots_.dropFirst();
     }
+    /// The same for the item asked for last.
+    void giveUpLast() {
+        threads_.giveUp(*slots_.last());
+        slots_.last().reset();
+        slots_.dropLast();
+    }
 
     /// Starts one more thread, up to the most. A system may be out of threads: `hasThreads` tells.
     void addThread() { threads_.add(); }
@@ -154,18 +160,18 @@ private:
     AheadThreads threads_;
 };
 
-template <typename Item>
+template <typename Item, std::size_t kMostItems>
 template <typename Do>
-void Ahead<Item>::doTimed(Item& item, Do& work) {
+void Ahead<Item, kMostItems>::doTimed(Item& item, Do& work) {
     const Moment start = momentNow();
     work(item);
     if (momentNow() - start > slow_)
         quick_.wasSlow();
 }
 
-template <typename Item>
+template <typename Item, std::size_t kMostItems>
 template <typename Try, typename Do>
-void Ahead<Item>::doLast(Try tryNow, Do work) {
+void Ahead<Item, kMostItems>::doLast(Try tryNow, Do work) {
     Slot& slot = *slots_.last();
     if (!doneInLine(slot.item, tryNow, work)) {
         threads_.add();
@@ -177,9 +183,9 @@ void Ahead<Item>::doLast(Try tryNow, Do work) {
 }
 
 // False: it would have to be waited for.
-template <typename Item>
+template <typename Item, std::size_t kMostItems>
 template <typename Try, typename Do>
-bool Ahead<Item>::doneInLine(Item& item, Try& tryNow, Do& work) {
+bool Ahead<Item, kMostItems>::doneInLine(Item& item, Try& tryNow, Do& work) {
     if (mayDoInLine()) {
         doTimed(item, work);
         return true;
@@ -188,9 +194,9 @@ bool Ahead<Item>::doneInLine(Item& item, Try& tryNow, Do& work) {
     return promising && tryNow(item);
 }
 
-template <typename Item>
+template <typename Item, std::size_t kMostItems>
 template <typename Do>
-bool Ahead<Item>::firstArrives(std::chrono::microseconds limit, Do work) {
+bool Ahead<Item, kMostItems>::firstArrives(std::chrono::microseconds limit, Do work) {
     Slot& slot = *slots_.first();
     if (isAtHand(slot) || helpUntilDone(slot, work)) {
         quick_.wasQuick();
@@ -204,9 +210,9 @@ bool Ahead<Item>::firstArrives(std::chrono::microseconds limit, Do work) {
 }
 
 // While a thread is at the first item, or none has come to it, this thread need not stand by.
-template <typename Item>
+template <typename Item, std::size_t kMostItems>
 template <typename Do>
-bool Ahead<Item>::helpUntilDone(Slot& slot, Do& work) {
+bool Ahead<Item, kMostItems>::helpUntilDone(Slot& slot, Do& work) {
     while (mayDoInLine()) {
         AheadTask* const mine = threads_.takeBack(slot) ? &slot : threads_.takeBackLast();
         if (mine == nullptr)

@@ -19,7 +19,7 @@ HeadsAhead::HeadsAhead(StandingStill standingStill, MakeReader makeReader, std::
       files_(care_),
       ahead_(
           standingStill, kThreads, kSlow,
-          [makeReader = std::move(makeReader), care = care_]() -> Ahead<Asked>::Work {
+          [makeReader = std::move(makeReader), care = care_]() -> Ahead<Asked, kMost>::Work {
               std::shared_ptr<HeadReader> reader = makeReader ? makeReader() : std::make_unique<SourceFiles>(care);
               return [reader, care](Asked& asked) {
                   asked.answered = asked.itsTurn || !care->oneAtATime();

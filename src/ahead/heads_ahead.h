@@ -28,8 +28,9 @@ class HeadsAhead final : public HeadReader {
     };
 
 public:
-    /// So many heads can be asked for at once.
-    static constexpr std::size_t kMost = Ahead<Asked>::kMost;
+    /// So many heads can be asked for at once: where one file in fifty takes its time, the others are not to wait for
+    /// it.
+    static constexpr std::size_t kMost = 512;
 
     /// What a thread reads with; what it uses is not the owner's of this.
     using MakeReader = std::function<std::unique_ptr<HeadReader>()>;
@@ -72,7 +73,7 @@ private:
     StandingStill standingStill_;
     std::shared_ptr<SourceCare> care_;
     SourceFiles files_;
-    Ahead<Asked> ahead_;
+    Ahead<Asked, kMost> ahead_;
 };
 
 }  // namespace quillon

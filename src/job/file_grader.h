@@ -10,6 +10,7 @@
 
 #include "ahead/heads_ahead.h"
 #include "app/installation.h"
+#include "job/known_file.h"
 #include "job/pass_context.h"
 #include "testing/find_reason.h"
 #include "testing/header_check.h"
@@ -31,6 +32,9 @@ public:
     /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
     /// HeaderCheck::checkFile.
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
+    /// The same; where the test would open the file, `known` stands for what it would find, unless it is null.
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                                const KnownVerdict* known);
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
         return checkFile(row, extension, heads());
     }
@@ -54,9 +58,10 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
-    void tellProblems();
-    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
-    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
+    [[nodiscard]] FileVerdict counted(FileVerdict verdict);
+    void addFindings(const ListRow& row, FileVerdict& verdict);
+    void readMarkers();
+    [[nodiscard]] const TermIndex& terms();
 
     const Installation& installation_;
     const ReportMessages& messages_;
@@ -68,6 +73,7 @@ private:
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
     std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
+    SectorMarkers markers_;           // read with them
 };
 
 }  // namespace quillon

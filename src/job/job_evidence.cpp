@@ -24,27 +24,38 @@ constexpr std::chrono::seconds kLongestWait{5};
 void JobEvidence::begin() {
     writer_.reset();
     times_.reset();
+    keepsTimes_ = true;
     failures_.clear();
     digest_ = {};
     state_.evidenceLoss.clear();
-    on_ = state_.options.keepEvidence;
+    goingOn_.reset();
+    wanted_ = on_ = state_.options.keepEvidence;
     if (!on_)
         return;
     describer_.emplace(state_.options.source.value_or(NativePath()));
 }
 
 void JobEvidence::found(std::string_view folder, std::string_view name, const FileTime& modified) {
-    if (!on_)
+    if (!keepsTimes_ || (!on_ && !state_.options.resume))
         return;
+    path_.assign(folder).append(name);
+    const auto noted = noteTime(modified);
+    if (noted)
+        return;
+    keepsTimes_ = false;
+    times_.reset();
+    if (on_)
+        lose(noted.error());
+}
+
+Result<void> JobEvidence::noteTime(const FileTime& modified) {
     if (!times_) {
         auto made = RowTimes::create(installation_.appFolder());
         if (!made)
-            return lose(made.error());
+            return failure(made.error());
         times_ = std::move(*made);
     }
-    path_.assign(folder).append(name);
-    if (auto added = times_->add(path_, modified.seconds * 1'000'000'000 + modified.nanoseconds); !added)
-        lose(added.error());
+    return times_->add(path_, modified.seconds * 1'000'000'000 + modified.nanoseconds);
 }
 
 void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
@@ -55,10 +66,12 @@ void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
 }
 
 void JobEvidence::listCreated(const NativePath& list) {
+    goingOn_.listCreated(list);
     if (!on_)
         return;
     list_ = list;
-    const auto heads = state_.options.keepHeads ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
+    keepsHeads_ = state_.options.keepHeads && !goingOn_.leavesHeadsOut();
+    const auto heads = keepsHeads_ ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
     const auto path = evidenceBeside(list);
     writer_ = std::make_unique<EvidenceWriter>([path, heads]() -> Result<EvidenceStore> {
         if (pathExists(path))
@@ -74,6 +87,7 @@ void JobEvidence::listCreated(const NativePath& list) {
 void JobEvidence::beginWriter() {
     JobState facts;
     facts.options = state_.options;
+    facts.options.keepHeads = keepsHeads_;
     const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), host = surroundings_.hostName,
                         messages = messages_, paths = installation_.paths()](EvidenceStore& store) {
         return writeJobBegin(store, *facts, host)
@@ -113,6 +127,12 @@ bool JobEvidence::hand(const std::function<bool()>& give) {
     return false;
 }
 
+KnownFile JobEvidence::find(const ListRow& row, bool opens) {
+    if (!goingOn_.isOn())
+        return {};
+    return goingOn_.find(row, times_ ? times_->aheadOf(row.nativePath()) : std::nullopt, opens);
+}
+
 void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict) {
     if (!isOn())
         return;
@@ -144,6 +164,11 @@ void JobEvidence::listedOnly(const NativePath& rawList) {
 
 void JobEvidence::end(const char* how) {
     times_.reset();
+    finish(how);
+    goingOn_.end(on_ == wanted_);
+}
+
+void JobEvidence::finish(const char* how) {
     if (!isOn())
         return;
     std::vector<FolderFailure> failures;
@@ -173,7 +198,6 @@ void JobEvidence::end(const char* how) {
 void JobEvidence::lose(const FileError& why) {
     on_ = false;
     writer_.reset();
-    times_.reset();
     state_.evidenceLoss = why.text;
     state_.counters.lostEvidence = 1;
     state_.log.add({surroundings_.clock.now(), "Evidence lost : " + why.text, kLightRed});

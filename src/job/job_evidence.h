@@ -13,17 +13,22 @@
 
 #include "evidence/evidence_writer.h"
 #include "job/evidence_facts.h"
+#include "job/going_on.h"
 #include "job/list_digest.h"
 #include "job/row_times.h"
 
 namespace quillon {
 
-class JobEvidence {
+class JobEvidence final : public KnownFiles {
 public:
     /// All must outlive this.
     JobEvidence(JobState& state, const Surroundings& surroundings, const Installation& installation,
                 const ReportMessages& messages)
-        : state_(state), surroundings_(surroundings), installation_(installation), messages_(messages) {}
+        : state_(state),
+          surroundings_(surroundings),
+          installation_(installation),
+          messages_(messages),
+          goingOn_(state, surroundings, installation, messages) {}
 
     /// A job begins. What is told from here on is kept, as the options say at this moment.
     void begin();
@@ -33,8 +38,13 @@ public:
     /// Something is wrong with a folder; `path` ends in "/".
     void folderFailed(std::string_view path, std::string_view words);
 
+    /// The final list will be created next. What an earlier run left beside it is made ready when the job goes on with
+    /// that.
+    void listComes(const NativePath& list) { goingOn_.listComes(list); }
     /// The final list was created: the evidence begins, in the place of an older one.
     void listCreated(const NativePath& list);
+    /// What an earlier run tells of a row that will be graded. The rows come in the order of the raw list.
+    [[nodiscard]] KnownFile find(const ListRow& row, bool opens) override;
     /// The final list has, or would have, this row of the raw list with a result behind it. `line`: its line there,
     /// from 1; none when it was not written.
     void graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict);
@@ -55,14 +65,20 @@ private:
     [[nodiscard]] bool hand(const std::function<bool()>& give);
     void lose(const FileError& why);
     void beginWriter();
+    void finish(const char* how);
+    [[nodiscard]] Result<void> noteTime(const FileTime& modified);
 
     JobState& state_;
     const Surroundings& surroundings_;
     const Installation& installation_;
     const ReportMessages& messages_;
 
-    bool on_ = false;
+    GoingOn goingOn_;
+    bool wanted_ = false;
+    bool on_ = false;  // wanted, and not lost
+    bool keepsHeads_ = true;
     NativePath list_;
+    bool keepsTimes_ = true;
     std::optional<RowTimes> times_;
     std::vector<FolderFailure> failures_;
     std::optional<RowDescriber> describer_;

@@ -39,7 +39,8 @@ struct JobOptions {
     bool keepHeads = true;      ///< with the first bytes of each tested file
     bool gentle = false;        ///< the source is asked for one thing at a time from the start
     std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
-    int threads = 0;  ///< that read heads of a quick source; 0 leaves the number to the job
+    int threads = 0;      ///< that read heads of a quick source; 0 leaves the number to the job
+    bool resume = false;  ///< the job goes on with its earlier run: what that knew is not read again
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -93,6 +94,16 @@ struct PassFigures {
     RowFigures list;
     PassEnd copying = PassEnd::NotRun;
     std::int64_t copies = 0;
+};
+
+/// What a job that goes on with an earlier run made of it, in files.
+struct ResumeFigures {
+    std::string from;        ///< how that ended, as its evidence has it; empty: there is nothing to go on with
+    std::int64_t known = 0;  ///< the same as then, and not read again
+    std::int64_t again = 0;  ///< the same as then, and read again
+    std::int64_t changed = 0;
+    std::int64_t added = 0;
+    std::int64_t gone = 0;  ///< of the earlier run's; told when all rows have passed
 };
 
 /// Labels whose text is more than the format of a counter.
@@ -216,6 +227,7 @@ struct JobState {
 
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
 
+    std::optional<ResumeFigures> resumed;                               ///< none for a job that began anew
     std::shared_ptr<SourceCare> care = std::make_shared<SourceCare>();  ///< how much the source is asked for at once
     bool careTold = false;                                              ///< the log says so
 

@@ -74,7 +74,9 @@ void RowsAhead::lookAhead() {
 // another answer when the row's turn comes, the head is read then, or was read in vain.
 void RowsAhead::askForHead(AheadRow& ahead) {
     ahead.givenUp = false;
-    ahead.asked = grader_.mayOpen(ahead.row);
+    const bool opens = grader_.mayOpen(ahead.row);
+    ahead.known = known_.find(ahead.row, opens);
+    ahead.asked = opens && ahead.known.isEmpty();
     if (!ahead.asked)
         return;
     loop_.workingOn(ahead.row.nativePath());
@@ -83,11 +85,21 @@ void RowsAhead::askForHead(AheadRow& ahead) {
 
 // A head that was given up is one that cannot be read.
 Result<std::size_t> RowsAhead::readHead(std::string_view nativePath, HeaderBytes& head) {
-    if (rows_.first().givenUp) {
+    const AheadRow& first = rows_.first();
+    if (first.known.head) {
+        head = first.known.head->bytes;
+        return std::size_t{first.known.head->length};
+    }
+    if (first.givenUp) {
         head.fill(' ');
         return 0;
     }
-    return rows_.first().asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
+    return first.asked ? grader_.heads().readFirst(head) : grader_.heads().readHead(nativePath, head);
+}
+
+const KnownVerdict* RowsAhead::knownVerdict() {
+    const auto& verdict = rows_.first().known.verdict;
+    return verdict ? &*verdict : nullptr;
 }
 
 }  // namespace quillon

@@ -8,6 +8,7 @@
 
 #include "app/application_folder.h"
 #include "job/completion_report.h"
+#include "job/earlier_run.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
@@ -81,6 +82,11 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     if (chosen.hangLimit > 0)
         options.hangLimit = std::chrono::seconds(chosen.hangLimit);
     options.showProgress = showProgress;
+    options.resume = chosen.resume;
+    // Whoever goes on with a job has been asked for its list; that of another source is none of it.
+    const auto list = job.lists().finalPath();
+    if (chosen.resume && list && hasEarlierRun(*list, chosen.source))
+        options.confirmedList = *list;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;
         options.recipient = chosen.alertComputer;

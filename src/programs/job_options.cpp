@@ -61,6 +61,8 @@ constexpr OptionRow kOptions[] = {
          given.options.regrade = true;
      },
      true},
+    {{"--resume", "", "Go on with the last run of the job, and read only what that has not"},
+     [](Given& given, const std::string&) { given.options.resume = true; }},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
     {{"--no-test", "", "List only, without testing the headers"},
@@ -126,7 +128,11 @@ std::string wrongOptions(const Given& given) {
         return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
     if (given.options.jobId.empty())
         return "--job is required";
-    return given.source.empty() ? "--source is required" : "";
+    if (given.source.empty())
+        return "--source is required";
+    if (given.options.resume && !(given.options.test && given.options.evidence))
+        return fmt::format("--resume takes no {}", given.options.test ? "--no-evidence" : "--no-test");
+    return "";
 }
 
 // What is wrong with the values, if anything is.

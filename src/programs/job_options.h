@@ -17,6 +17,7 @@ struct JobCommandOptions {
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
+    bool resume = false;               ///< what the last run of the job has read is not read again
     bool test = true;
     bool skipList = true;
     bool commonHeaders = true;

@@ -157,6 +157,7 @@ private:
     void pickSource() override { afterSource(setup_.pickSource()); }
     void focusTargetPicker() override { focus("Command1"); }
     void updateToolbar() override { showState(); }
+    [[nodiscard]] bool asksToGoOn() const override { return true; }
 
     [[nodiscard]] RecipientScreen recipientScreen();
     void afterSource(FocusAfter after);
