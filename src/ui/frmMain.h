@@ -48,6 +48,7 @@
 //     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
+//   openHistory (ours)              "Database History"      in mnu
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).
@@ -138,6 +139,7 @@ private:
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
+    void addHistory();
     void addEvidenceMenu();
 
     // Handlers, in screen order

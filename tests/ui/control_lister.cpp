@@ -57,9 +57,10 @@ void listScreens() {
     test::MainWindow main;
     main.addScreens();
     listControls(main.open());
-    for (const Screen screen : {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders,
-                                Screen::SkipList, Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector,
-                                Screen::Zip, Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help}) {
+    for (const Screen screen :
+         {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders, Screen::SkipList,
+          Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector, Screen::Zip, Screen::SetupWizard,
+          Screen::SetupNetwork, Screen::About, Screen::Help, Screen::History}) {
         main.navigator.open(screen);
         listControls(*main.navigator.window(screen));
     }
