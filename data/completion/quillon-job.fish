@@ -4,6 +4,7 @@ complete -c quillon-job -f
 complete -c quillon-job -l job -x -d 'Job ID; names the list'
 complete -c quillon-job -l source -x -a '(__fish_complete_directories)' -d 'Folder with the recovered files'
 complete -c quillon-job -l regrade -x -d 'Grade the list of this job anew from its evidence, without its source'
+complete -c quillon-job -l part -x -d 'Do part K of N only, as K/N'
 complete -c quillon-job -l target -x -a '(__fish_complete_directories)' -d 'Copy the files below this folder'
 complete -c quillon-job -l no-test -d 'List only, without testing the headers'
 complete -c quillon-job -l no-skip-list -d 'List the files of the skip list too'

@@ -6,15 +6,13 @@
 #include "evidence/job_keys.h"
 #include "evidence/rules_digest.h"
 #include "job/counters_json.h"
+#include "job/part_facts.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
 namespace quillon {
 
 namespace {
-
-// A hostile tree may have as many folders that cannot be read as it likes.
-constexpr std::size_t kMostFailures = 10'000;
 
 // A medium may take some seconds for one transaction; a job does not wait longer for its evidence.
 constexpr std::chrono::seconds kLongestWait{5};
@@ -26,6 +24,7 @@ void JobEvidence::begin() {
     times_.reset();
     failures_.clear();
     digest_ = {};
+    token_.clear();
     state_.evidenceLoss.clear();
     on_ = state_.options.keepEvidence;
     if (!on_)
@@ -48,7 +47,7 @@ void JobEvidence::found(std::string_view folder, std::string_view name, const Fi
 }
 
 void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
-    if (!on_ || failures_.size() >= kMostFailures)
+    if (!on_ || failures_.size() >= kMostFolderErrors)
         return;
     path.remove_suffix(path.ends_with('/') ? 1 : 0);
     failures_.push_back({std::string(path), std::string(words)});
@@ -74,9 +73,13 @@ void JobEvidence::listCreated(const NativePath& list) {
 void JobEvidence::beginWriter() {
     JobState facts;
     facts.options = state_.options;
-    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), host = surroundings_.hostName,
+    std::optional<PartFacts> part;
+    if (state_.options.part)
+        part = partFacts(state_.options, installation_.paths(), surroundings_.dates, token_);
+    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), part, host = surroundings_.hostName,
                         messages = messages_, paths = installation_.paths()](EvidenceStore& store) {
         return writeJobBegin(store, *facts, host)
+            .and_then([&] { return part ? writePartFacts(store, *part) : Result<void>(); })
             .and_then([&] { return writeMessages(store, messages); })
             .and_then([&] {
                 const auto common = fileIn(paths.localSettings, kCommonHeadersFileName);

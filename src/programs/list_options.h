@@ -13,12 +13,26 @@
 
 namespace quillon {
 
-enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Report, Compare, Forget, Suggest };
+enum class ListQuestion {
+    Summary,
+    Extensions,
+    Folders,
+    Reasons,
+    Files,
+    Export,
+    Report,
+    Compare,
+    Merge,
+    Forget,
+    Suggest
+};
 
 struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
     std::vector<std::string> jobs;  ///< as they were named
     std::string caseId;
+    std::string newJob;            ///< merge: the ID of what is made
+    std::optional<NativePath> to;  ///< merge: the folder for it; that of the lists unless told
     std::optional<NativePath> appFolder;
     bool json = false;
 
