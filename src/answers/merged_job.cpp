@@ -169,6 +169,16 @@ Result<void> writeRules(EvidenceStore& store, Jobs& jobs) {
     return store.setJob(job_keys::kRules, rules.value_or(0));
 }
 
+// How bad bytes came to be known, where all jobs know them alike.
+Result<void> writeSectors(EvidenceStore& store, Jobs& jobs) {
+    const auto texts = textsOf(jobs, job_keys::kSectors);
+    if (!texts)
+        return failure(texts.error());
+    if (texts->front().empty() || !allEqual(*texts))
+        return {};
+    return store.setJob(job_keys::kSectors, texts->front());
+}
+
 struct FolderError {
     std::string path;  // below the common source
     std::string words;
@@ -257,6 +267,7 @@ Result<void> writeMergedJob(EvidenceStore& store, const std::string& id, Jobs& j
                        .and_then([&] { return told(job_keys::kHost, joined); })
                        .and_then([&] { return told(job_keys::kUser, joined); })
                        .and_then([&] { return told(job_keys::kOptions, commonOptions); })
+                       .and_then([&] { return writeSectors(store, jobs); })
                        .and_then([&] { return writeMoments(store, jobs); })
                        .and_then([&] { return writeRules(store, jobs); })
                        .and_then([&] { return store.setJob(job_keys::kCounters, std::string_view(sum.dump())); })

@@ -23,6 +23,7 @@ inline constexpr const char* kRules = "rules";
 inline constexpr const char* kListBytes = "list_bytes";
 inline constexpr const char* kListModified = "list_modified";
 inline constexpr const char* kListDigest = "list_digest";
+inline constexpr const char* kSectors = "sectors";
 
 // Of a part of a job.
 inline constexpr const char* kPart = "part";
@@ -39,5 +40,8 @@ inline constexpr const char* kMerged = "merged";
 inline constexpr const char* kRunning = "running";
 inline constexpr const char* kComplete = "complete";
 inline constexpr const char* kStopped = "stopped";
+
+// Values of kSectors.
+inline constexpr const char* kByMap = "map";
 
 }  // namespace quillon::job_keys

@@ -81,11 +81,23 @@ void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, 
     }
 }
 
+void FileGrader::readMarkers() {
+    auto markers = loadSectorMarkers(installation_.paths());
+    if (markers) {
+        markers_ = std::move(*markers);
+        return;
+    }
+    ++context_.state.counters.unreadRules;
+    context_.log("Bad sector markers cannot be read : " + markers.error().text, kLightOrange);
+}
+
 FoundReason FileGrader::reasonOf(std::u16string_view extension, const FileHead& head) {
     const NativePath folder(databaseFolder_);
-    if (!terms_)
+    if (!terms_) {
         terms_ = TermIndex::ofFolder(folder);
-    return findReason(head.given(), termFiles_->find(extension), commonList_, *terms_);
+        readMarkers();
+    }
+    return findReason(head.given(), markers_, termFiles_->find(extension), commonList_, *terms_);
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

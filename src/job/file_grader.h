@@ -55,6 +55,7 @@ private:
     [[nodiscard]] HeaderCheck& headerTest();
     void tellProblems();
     void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
+    void readMarkers();
     [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
 
     const Installation& installation_;
@@ -67,6 +68,7 @@ private:
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
     std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
+    SectorMarkers markers_;           // read with them
 };
 
 }  // namespace quillon

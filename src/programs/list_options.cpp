@@ -29,6 +29,7 @@ struct Given {
     std::string output;
     std::string paths;
     std::string to;
+    std::string map;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
     std::vector<std::string> reasons;
@@ -142,6 +143,25 @@ void declareSuggest(CLI::App& command, Given& given) {
         ->type_name("FILE");
 }
 
+void declareSectors(CLI::App& command, Given& given) {
+    declareWish(command, given);
+    declareJson(command, given);
+    command.add_option("--map", given.map, "The map that ddrescue keeps of the disk")->required()->type_name("FILE");
+    command
+        .add_option("--device-offset", given.options.deviceOffset,
+                    "Where the file system begins on the disk; found where the system knows it")
+        ->type_name("BYTES");
+    command
+        .add_option("--domain-out", given.output,
+                    "Write a map of what these files still miss, for ddrescue --domain-mapfile")
+        ->type_name("FILE");
+    command
+        .add_option("--sector-bytes", given.options.sectorBytes,
+                    "Physical sector of the disk, to which that map is rounded; as the system tells it unless given")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 20U))
+        ->type_name("BYTES");
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -157,6 +177,8 @@ constexpr QuestionRow kQuestions[] = {
      declareMerge},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
+    {ListQuestion::Sectors, "sectors", "Files that lie where the map of a rescue says that the disk was not read",
+     declareSectors},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -195,6 +217,7 @@ std::string understand(Given& given) {
         given.options.to = given.to;
     if (!given.paths.empty())
         given.options.paths = given.paths;
+    given.options.map = given.map;
     if (given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
     if (given.options.format == "xlsx" && !given.options.output)

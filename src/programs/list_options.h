@@ -24,7 +24,8 @@ enum class ListQuestion {
     Compare,
     Merge,
     Forget,
-    Suggest
+    Suggest,
+    Sectors
 };
 
 struct ListCommandOptions {
@@ -49,6 +50,10 @@ struct ListCommandOptions {
     bool spreadsheet = false;
 
     std::optional<NativePath> paths;  ///< suggest: the files that count as listed, one name a line
+
+    NativePath map;                             ///< sectors: the map of a rescue
+    std::optional<std::uint64_t> deviceOffset;  ///< where the file system begins on the map's device
+    std::optional<std::uint64_t> sectorBytes;   ///< physical sector of that device
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report
