@@ -69,7 +69,7 @@ private:
     }
 
     [[nodiscard]] bool deliverFiles(const Directory& handle, const Pause& pause) {
-        if (files_.empty() || !visitor_.wantsFiles())
+        if (files_.empty() || !visitor_.wantsFiles(path_))
             return true;
         files_.sort(pause);
         return visitor_.files(handle, path_, files_);

@@ -20,8 +20,8 @@ public:
     /// A subfolder, before what is in it. The start folder is none. One may be entered and yet not be listed, and the
     /// other way round.
     virtual void subfolder(std::string_view /*path*/, bool /*canBeEntered*/) {}
-    /// False spares the visit to sort and deliver files.
-    [[nodiscard]] virtual bool wantsFiles() const { return true; }
+    /// False spares the visit to sort and deliver the files of a folder.
+    [[nodiscard]] virtual bool wantsFiles(std::string_view /*path*/) const { return true; }
     /// The files of a folder, sorted. False ends the whole visit.
     virtual bool files(const Directory& /*folder*/, std::string_view /*path*/, const EntryNames& /*names*/) {
         return true;

@@ -19,32 +19,39 @@ constexpr std::size_t kDateCharacters = 10;
 
 class FolderTest final : public FolderVisitor {
 public:
-    explicit FolderTest(const PassContext& context) : context_(context) {}
+    FolderTest(const PassContext& context, const NativePath& source)
+        : context_(context), folders_(source, context.state.options.part) {}
 
-    bool wantsFiles() const override { return false; }
+    bool wantsFiles(std::string_view /*path*/) const override { return false; }
     bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
         context_.surroundings.loop.workingOn(path);
-        ++context_.state.counters.folders;
-        if (!canBeEntered) {
-            ++context_.state.counters.folderErrors;
-            path.remove_suffix(1);
-            context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
-            context_.evidence.folderFailed(path, "cannot be entered");
-        }
+        if (folders_.hold(path))
+            count(path, canBeEntered);
         context_.turn();
     }
     void listing() override { context_.turn(); }
 
 private:
+    void count(std::string_view path, bool canBeEntered) {
+        ++context_.state.counters.folders;
+        if (canBeEntered)
+            return;
+        ++context_.state.counters.folderErrors;
+        path.remove_suffix(1);
+        context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
+        context_.evidence.folderFailed(path, kCannotBeEntered);
+    }
+
     PassContext context_;
+    OwnFolders folders_;
 };
 
 }  // namespace
 
 void ListFolders(const PassContext& context, const NativePath& folder) {
-    FolderTest test(context);
+    FolderTest test(context, folder);
     passOver(visitFolders(folder, test), "a source that cannot be opened has no folders to count");
 }
 
@@ -87,6 +94,7 @@ FolderWalk::FolderWalk(const PassContext& context, const SkipList& skipList, Lis
 }
 
 void FolderWalk::run(const NativePath& source) {
+    folders_ = OwnFolders(source, context_.state.options.part);
     if (!visitFolders(source, *this))
         notListed(source.native());
 }
@@ -99,10 +107,12 @@ void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
 // A folder that cannot be entered has its row from the folder test. Of any other the person hears here that files of it
 // are missing from the list.
 void FolderWalk::notListed(std::string_view path) {
+    if (!folders_.hold(path))
+        return;
     ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
-    context_.evidence.folderFailed(path, "cannot be read to its end");
+    context_.evidence.folderFailed(path, kCannotBeRead);
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
@@ -154,6 +164,7 @@ void FolderWalk::describe(std::string_view name, const Directory& folder, const 
     if (!haveToken_) {
         token_ = listToken(bits, date);
         haveToken_ = true;
+        context_.evidence.marked(token_);
     }
     row_.addFile({date, info.size, bits, token_});
 }

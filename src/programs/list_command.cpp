@@ -20,6 +20,7 @@
 #include "app/installation.h"
 #include "evidence/name_text.h"
 #include "programs/list_history.h"
+#include "programs/list_merge.h"
 #include "programs/list_options.h"
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
@@ -60,6 +61,8 @@ public:
                 return report();
             case ListQuestion::Compare:
                 return compare();
+            case ListQuestion::Merge:
+                return merge();
             case ListQuestion::Forget:
                 return forget();
             case ListQuestion::Suggest:
@@ -300,6 +303,13 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> merge() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return mergeListed(*all, options_.to.value_or(listFolder()), options_.newJob, streams_);
     }
 
     [[nodiscard]] Result<int> suggest() const {
