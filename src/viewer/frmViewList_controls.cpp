@@ -143,16 +143,20 @@ void frmViewList::arrange() {
     auto* row = makeRow();
     Command1 = makeButton("Command1", "&Done");
     Command1->setMinimumWidth(96);
+    openOverview = makeButton("openOverview", "&Overview");
+    openOverview->setMinimumWidth(96);
+    openOverview->setFocusPolicy(Qt::ClickFocus);  // the Tab key goes the told way; this has Alt+O
+    row->addWidget(openOverview);
     row->addStretch();
     row->addWidget(Command1);
     layout->addLayout(row);
-    busyParts_ = {Frame1, Frame2, Frame3, Command1};
+    busyParts_ = {Frame1, Frame2, Frame3, openOverview, Command1};
     resize(1000, 700);
 }
 
 void frmViewList::setTabOrders() {
-    const std::array<QWidget*, 10> order = {Combo1, Command2, Text1,    Text2,    Check1,
-                                            iGrid1, Combo2,   Command3, Command4, Command1};
+    const std::array<QWidget*, 10> order = {Combo1, Command2, Text1,    Text2,        Check1,  iGrid1,
+                                            Combo2, Command3, Command4, Command1};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     Combo1->setFocus();
 }
