@@ -19,7 +19,9 @@
 #include "app/application_folder.h"
 #include "app/installation.h"
 #include "evidence/name_text.h"
+#include "programs/list_history.h"
 #include "programs/list_options.h"
+#include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
 #include "text/list_text.h"
 
@@ -62,6 +64,10 @@ public:
                 return forget();
             case ListQuestion::Suggest:
                 return suggest();
+            case ListQuestion::Sectors:
+                return sectors();
+            case ListQuestion::History:
+                return loaded ? showHistory(installation_, options_, streams_) : failure(loaded.error());
         }
         return kListTrouble;
     }
@@ -301,6 +307,14 @@ private:
         if (!all)
             return failure(all.error());
         return suggestFromJobs(*all, options_, streams_);
+    }
+
+    [[nodiscard]] Result<int> sectors() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        SystemPlaces places;
+        return tellSectors(*all, options_, streams_, places);
     }
 
     const ListCommandOptions& options_;
