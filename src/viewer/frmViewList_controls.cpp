@@ -155,8 +155,8 @@ void frmViewList::arrange() {
 }
 
 void frmViewList::setTabOrders() {
-    const std::array<QWidget*, 10> order = {Combo1, Command2, Text1,    Text2,        Check1,  iGrid1,
-                                            Combo2, Command3, Command4, Command1};
+    const std::array<QWidget*, 10> order = {Combo1, Command2, Text1,    Text2,    Check1,
+                                            iGrid1, Combo2,   Command3, Command4, Command1};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     Combo1->setFocus();
 }

@@ -76,7 +76,8 @@ TEST(FiguresTextTest, TheSummaryNeverTellsTheQualityWithoutItsBase) {
 }
 
 TEST(FiguresTextTest, TheRowsOfATableStandBelowEachOther) {
-    const auto text = tableText("extension", {{"jpg", sample()}, {"a long extension", sample()}}, TerminalColours::None);
+    const auto text =
+        tableText("extension", {{"jpg", sample()}, {"a long extension", sample()}}, TerminalColours::None);
     const auto line = [&](int number) {
         std::size_t from = 0;
         for (; number > 0; --number) from = text.find('\n', from) + 1;

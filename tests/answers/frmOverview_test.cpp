@@ -187,7 +187,8 @@ void FrmOverviewTest::foldersAreSortedByTheWorst() {
 void FrmOverviewTest::anExtensionAndAReasonShowTheirFiles() {
     QCOMPARE(control<Grid>("extensions").cell(0, 0), std::string("All extensions"));
     chooseRow("extensions", "jpg");
-    QCOMPARE(paths(), QStringList({QStringLiteral("p0.jpg"), QStringLiteral("p1.jpg"), QStringLiteral("photos/bad.jpg")}));
+    QCOMPARE(paths(),
+             QStringList({QStringLiteral("p0.jpg"), QStringLiteral("p1.jpg"), QStringLiteral("photos/bad.jpg")}));
     chooseRow("reasons", "zero-filled");
     QCOMPARE(paths(), QStringList({QStringLiteral("photos/bad.jpg")}));
     QCOMPARE(text("filter"), QStringLiteral(".jpg \u00b7 zero-filled"));

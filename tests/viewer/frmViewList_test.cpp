@@ -48,7 +48,6 @@ private slots:
     void doneRecountsAndShowsTheMainWindow();
     void closingShowsTheMainWindow();
     void tabGoesThroughTheControlsInOrder();
-    void theOverviewIsOfferedAndComesBackHere();
 
 private:
     template <typename Control>
@@ -141,7 +140,6 @@ const std::vector<test::FrameCase> kControls = {
     {"",
      "",
      {
-         {"openOverview", "Overview"},
          {"Command1", "Done"},
      }},
 };
@@ -396,19 +394,6 @@ void FrmViewListTest::tabGoesThroughTheControlsInOrder() {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(next));
     }
-}
-
-void FrmViewListTest::theOverviewIsOfferedAndComesBackHere() {
-    filter("Header Corrupt");
-    click("openOverview");
-    QVERIFY(!screen_->isVisible());
-    QWidget* const overview = main_->navigator.window(Screen::Overview);
-    QVERIFY(overview != nullptr);
-    QTRY_COMPARE(test::controlOf<QLabel>(*overview, "jobName").text(), QStringLiteral("Job J1"));
-    QTRY_COMPARE(test::controlOf<Grid>(*overview, "files").rowCount(), 4);
-    overview->close();
-    QVERIFY(screen_->isVisible());
-    QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
 }
 
 QTEST_MAIN(FrmViewListTest)
