@@ -77,7 +77,9 @@ public:
 
 private:
     [[nodiscard]] const NativePath& listFolder() const { return installation_.paths().localPath; }
-    [[nodiscard]] Colours colours() const { return streams_.colours ? Colours::Terminal : Colours::None; }
+    [[nodiscard]] TerminalColours colours() const {
+        return streams_.colours ? TerminalColours::Some : TerminalColours::None;
+    }
 
     [[nodiscard]] Result<std::vector<JobFiles>> jobs() const {
         std::vector<JobFiles> all;

@@ -49,6 +49,7 @@
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
 //   openHistory (ours)              "Database History"      in mnu
+//   openOverview (ours)             "Job Overview"          in mnu; a click on gradeBar does the same
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).
@@ -141,6 +142,7 @@ private:
     void addNetworkSetup();
     void addHistory();
     void addEvidenceMenu();
+    void addOverview();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);

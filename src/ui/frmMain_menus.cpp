@@ -52,6 +52,7 @@ void frmMain::connectMenus() {
     // Not modal: a modal screen would hold a running job up.
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
     addEvidenceMenu();
+    addOverview();
 }
 
 void frmMain::connectLooks() {

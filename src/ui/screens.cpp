@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/screens.h"
 
+#include "answers/frmOverview.h"
 #include "app/share_gate.h"
 #include "archive/frmZip.h"
 #include "editors/frmBadSectors.h"
@@ -73,8 +74,13 @@ void registerScreens(const ScreenContext& context, Job& job) {
         askShareFirst(job);
         return std::make_unique<frmHistory>(context);
     });
-    screens.add(Screen::ViewList,
-                [&context, &job](const std::any&) { return std::make_unique<frmViewList>(context, viewedJob(job)); });
+    screens.add(Screen::ViewList, [&context, &job](const std::any& handOver) {
+        return std::make_unique<frmViewList>(context, viewedJob(job), std::any_cast<ViewerHandover>(&handOver));
+    });
+    screens.add(Screen::Overview, [&context, &job](const std::any& handOver) {
+        const auto* given = std::any_cast<OverviewHandover>(&handOver);
+        return std::make_unique<frmOverview>(context, job.messages, given != nullptr ? *given : OverviewHandover{});
+    });
     screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;

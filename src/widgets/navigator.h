@@ -22,6 +22,7 @@ enum class Screen {
     About,
     Help,
     ViewList,
+    Overview,
     ExtEditor,
     Zip,
     SetupWizard,
