@@ -29,15 +29,15 @@ constexpr BarSign kBarSigns[] = {{Grade::Good, '#', 42}, {Grade::CommonHeader, '
 constexpr char kOtherLetter = '.';
 constexpr int kOtherColour = 100;
 
-void addPart(std::string& bar, std::int64_t width, char letter, int colour, Colours colours) {
+void addPart(std::string& bar, std::int64_t width, char letter, int colour, TerminalColours colours) {
     if (width <= 0)
         return;
     const std::string part(static_cast<std::size_t>(width), letter);
-    bar += colours == Colours::Terminal ? fmt::format("\x1b[{}m{}\x1b[0m", colour, part) : part;
+    bar += colours == TerminalColours::Some ? fmt::format("\x1b[{}m{}\x1b[0m", colour, part) : part;
 }
 
 // Each part as wide as its share of the files; what rounding leaves goes to the rest.
-std::string bar(const Figures& figures, Colours colours) {
+std::string bar(const Figures& figures, TerminalColours colours) {
     std::string text;
     std::int64_t left = kBarWidth;
     for (const auto& sign : kBarSigns) {
@@ -79,7 +79,7 @@ std::string dumped(const Json& json) {
 
 }  // namespace
 
-std::string summaryText(const Figures& figures, bool knowsAll, Colours colours) {
+std::string summaryText(const Figures& figures, bool knowsAll, TerminalColours colours) {
     const auto base = judged(figures);
     std::string text = fmt::format("Files    {} ({})\n", grouped(figures.files),
                                    sizeText(static_cast<std::uint64_t>(std::max<std::int64_t>(0, figures.bytes))));
@@ -105,7 +105,7 @@ std::string summaryText(const Figures& figures, bool knowsAll, Colours colours) 
     return text;
 }
 
-std::string tableText(const std::string& what, const FigureRows& rows, Colours colours) {
+std::string tableText(const std::string& what, const FigureRows& rows, TerminalColours colours) {
     constexpr std::size_t kNarrowest = 12;
     std::size_t width = std::max(kNarrowest, what.size());
     for (const auto& [name, figures] : rows) width = std::max(width, readable(std::string_view(name)).size());

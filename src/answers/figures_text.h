@@ -11,18 +11,18 @@
 
 namespace quillon {
 
-enum class Colours { None, Terminal };
+enum class TerminalColours { None, Some };
 
 /// Names and figures, in the order in which they are shown.
 using FigureRows = std::vector<std::pair<std::string, Figures>>;
 
 /// The job in some lines: files, bytes, quality with its base, a bar of the grades, a line for each grade and reason
 /// that has files. `knowsAll` false: reasons are told to be unknown.
-[[nodiscard]] std::string summaryText(const Figures& figures, bool knowsAll, Colours colours);
+[[nodiscard]] std::string summaryText(const Figures& figures, bool knowsAll, TerminalColours colours);
 
 /// A table with a head, aligned, each row with its grade bar. `what`: the title of the first column. Names are shown
 /// readable.
-[[nodiscard]] std::string tableText(const std::string& what, const FigureRows& rows, Colours colours);
+[[nodiscard]] std::string tableText(const std::string& what, const FigureRows& rows, TerminalColours colours);
 
 /// One object: files, bytes, quality (per cent with two decimals, null when nothing was judged), doubtful, not-tested,
 /// and a number for each grade and reason.

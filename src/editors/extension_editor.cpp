@@ -7,6 +7,7 @@
 #include "editors/hex_input.h"
 #include "platform/folders.h"
 #include "platform/source_files.h"
+#include "testing/suggest/term_words.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 #include "text/page_text.h"
@@ -174,6 +175,18 @@ void ExtensionEditor::fill(const char* position, const char* term, int type) {
     state.position = position;
     state.term = term;
     state.type = type;
+}
+
+void ExtensionEditor::takeSuggestion(const TermSuggestion& suggestion) {
+    fill(std::to_string(suggestion.position).c_str(), suggestion.term.c_str(),
+         suggestion.type == 'T' ? kTextType : kHexType);
+}
+
+void ExtensionEditor::takeBytes(int first, std::string_view bytes) {
+    if (bytes.empty())
+        return;
+    const TermWords words = termWords(bytes);
+    fill(std::to_string(first + 1).c_str(), words.term.c_str(), words.type == 'T' ? kTextType : kHexType);
 }
 
 void ExtensionEditor::moveUp() {

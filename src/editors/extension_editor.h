@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "app/screen_host.h"
 #include "editors/list_copies.h"
 #include "testing/report_messages.h"
+#include "testing/suggest/term_suggestion.h"
 #include "testing/term_file.h"
 #include "viewer/editor_handover.h"
 
@@ -85,6 +87,10 @@ public:
     void addOrUpdate();
     /// "Clr".
     void clear();
+    /// A suggested term goes to the criteria.
+    void takeSuggestion(const TermSuggestion& suggestion);
+    /// Bytes that are marked in the hex view go to the criteria: as text where they are text. None change nothing.
+    void takeBytes(int first, std::string_view bytes);
     void presetExe() { fill("1", "MZ", kTextType); }
     void presetOle() { fill("1", "D0CF11", kHexType); }
     void presetWp() { fill("1", "WP", kTextType); }

@@ -38,6 +38,8 @@ public:
     /// digest of its block disagrees: then the row's path, size, time and grade are not to be relied on either. Good
     /// until the next call.
     [[nodiscard]] Result<const FileHead*> head(const EvidenceRow& row);
+    /// The same, but where the bytes of heads were left out it gives how long the head was, with blanks for bytes.
+    [[nodiscard]] Result<const FileHead*> headOrLength(const EvidenceRow& row);
     /// True when the digest of the block vouches for the row, whether its head was kept or left out.
     [[nodiscard]] Result<bool> isVouchedFor(const EvidenceRow& row);
     /// How many rows a digest did not agree with, of those whose head was asked for.

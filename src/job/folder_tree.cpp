@@ -97,13 +97,13 @@ public:
 
     Result<void> run(const NativePath& rootPath) {
         path_ = rootPath.native();
-        const auto root = std::make_shared<AskedFolder>(nullptr, path_, visitor_.wantsFiles());
+        if (path_.empty() || path_.back() != '/')
+            path_.push_back('/');
+        const auto root = std::make_shared<AskedFolder>(nullptr, rootPath.native(), visitor_.wantsFiles(path_));
         if (!comes(root))
             return {};
         if (root->folder == nullptr)
-            return failure(ErrorKind::PathAccess, path_);
-        if (path_.empty() || path_.back() != '/')
-            path_.push_back('/');
+            return failure(ErrorKind::PathAccess, rootPath.native());
         if (enter(root))
             visitSubfolders();
         return {};
@@ -165,7 +165,7 @@ private:
     }
 
     [[nodiscard]] bool deliverFiles(AskedFolder& asked) {
-        if (asked.folder->files.empty() || !visitor_.wantsFiles())
+        if (asked.folder->files.empty() || !visitor_.wantsFiles(path_))
             return true;
         FilesOfVisit files(asker_, visitor_, asked, path_);
         return visitor_.files(path_, files) && !files.gaveUp();
@@ -179,7 +179,7 @@ private:
             return true;
         }
         if (ahead.empty())
-            ahead.push_back(subfolder(*level.asked, level.next));
+            ahead.push_back(subfolder(*level.asked, path_, level.next));
         const FolderTask asked = std::move(ahead.front());
         ahead.pop_front();
         ++level.next;
@@ -194,9 +194,10 @@ private:
         return true;
     }
 
-    [[nodiscard]] FolderTask subfolder(const AskedFolder& asked, std::size_t index) const {
-        return std::make_shared<AskedFolder>(asked.folder, std::string(asked.folder->folders[index]),
-                                             visitor_.wantsFiles());
+    [[nodiscard]] FolderTask subfolder(const AskedFolder& asked, std::string_view path, std::size_t index) const {
+        const std::string name(asked.folder->folders[index]);
+        const bool describes = visitor_.wantsFiles(std::string(path) + name + '/');
+        return std::make_shared<AskedFolder>(asked.folder, name, describes);
     }
 
     // Asks for the folders that the visit comes to next, in its order.
@@ -206,20 +207,20 @@ private:
         std::size_t left = SourceAsker::kMost;
         for (auto level = levels_.rbegin(); level != levels_.rend() && left > 0; ++level)
             if (level->handle().isOpen())
-                askBelow(*level->asked, level->next, left);
+                askBelow(*level->asked, path_.substr(0, level->pathLength), level->next, left);
     }
 
-    void askBelow(AskedFolder& asked, std::size_t next, std::size_t& left) {
+    void askBelow(AskedFolder& asked, const std::string& path, std::size_t next, std::size_t& left) {
         for (std::size_t i = 0; next + i < asked.folder->folders.size() && left > 0; ++i) {
             --left;
             if (i == asked.subfolders.size())
-                asked.subfolders.push_back(subfolder(asked, next + i));
+                asked.subfolders.push_back(subfolder(asked, path, next + i));
             const FolderTask below = asked.subfolders[i];
             asker_.ask(below);
             if (!asker_.isAtHand(*below) || below->folder == nullptr)
                 continue;
             askForFiles(asker_, *below, kPiecesAhead);
-            askBelow(*below, 0, left);
+            askBelow(*below, path + below->name + '/', 0, left);
         }
     }
 

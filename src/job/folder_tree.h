@@ -40,8 +40,8 @@ public:
     /// A subfolder, before what is in it. The start folder is none. One may be entered and yet not be listed, and the
     /// other way round.
     virtual void subfolder(std::string_view /*path*/, bool /*canBeEntered*/) {}
-    /// False spares the visit to sort, describe and deliver files.
-    [[nodiscard]] virtual bool wantsFiles() const { return true; }
+    /// False spares the visit to sort, describe and deliver the files of a folder. Asked ahead of the folder's turn.
+    [[nodiscard]] virtual bool wantsFiles(std::string_view /*path*/) const { return true; }
     /// The files of a folder that has some. False ends the whole visit.
     virtual bool files(std::string_view /*path*/, FolderFiles& /*files*/) { return true; }
     /// A very large folder is being listed; called for every few thousand entries, so that a screen stays alive.

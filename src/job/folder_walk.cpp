@@ -19,21 +19,17 @@ constexpr std::size_t kDateCharacters = 10;
 
 class FolderTest final : public FolderVisitor {
 public:
-    explicit FolderTest(const PassContext& context) : context_(context), wait_(context) {}
+    FolderTest(const PassContext& context, const NativePath& source)
+        : context_(context), folders_(source, context.state.options.part), wait_(context) {}
 
-    bool wantsFiles() const override { return false; }
+    bool wantsFiles(std::string_view /*path*/) const override { return false; }
     bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
         wait_.tellCare();
         context_.surroundings.loop.workingOn(path);
-        ++context_.state.counters.folders;
-        if (!canBeEntered) {
-            ++context_.state.counters.folderErrors;
-            path.remove_suffix(1);
-            context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
-            context_.evidence.folderFailed(path, "cannot be entered");
-        }
+        if (folders_.hold(path))
+            count(path, canBeEntered);
         context_.turn();
     }
     void listing() override { context_.turn(); }
@@ -50,7 +46,18 @@ public:
 private:
     static constexpr int kHeldUpTurns = 5;
 
+    void count(std::string_view path, bool canBeEntered) {
+        ++context_.state.counters.folders;
+        if (canBeEntered)
+            return;
+        ++context_.state.counters.folderErrors;
+        path.remove_suffix(1);
+        context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
+        context_.evidence.folderFailed(path, kCannotBeEntered);
+    }
+
     PassContext context_;
+    OwnFolders folders_;
     SourceWait wait_;
 };
 
@@ -61,7 +68,7 @@ StandingStill standingStill(const PassContext& context) {
 }  // namespace
 
 void ListFolders(const PassContext& context, const NativePath& folder) {
-    FolderTest test(context);
+    FolderTest test(context, folder);
     SourceAsker asker(standingStill(context), context.state.care);
     passOver(visitFolders(folder, test, asker), "a source that cannot be opened has no folders to count");
 }
@@ -105,6 +112,7 @@ FolderWalk::FolderWalk(const PassContext& context, const SkipList& skipList, Lis
 }
 
 void FolderWalk::run(const NativePath& source) {
+    folders_ = OwnFolders(source, context_.state.options.part);
     SourceAsker asker(standingStill(context_), context_.state.care);
     if (!visitFolders(source, *this, asker))
         notListed(source.native());
@@ -123,10 +131,12 @@ void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
 // A folder that cannot be entered has its row from the folder test. Of any other the person hears here that files of it
 // are missing from the list.
 void FolderWalk::notListed(std::string_view path) {
+    if (!folders_.hold(path))
+        return;
     ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
-    context_.evidence.folderFailed(path, "cannot be read to its end");
+    context_.evidence.folderFailed(path, kCannotBeRead);
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
@@ -184,6 +194,7 @@ void FolderWalk::describe(const FoundFile& file) {
     if (!haveToken_) {
         token_ = listToken(bits, date);
         haveToken_ = true;
+        context_.evidence.marked(token_);
     }
     row_.addFile({date, info.size, bits, token_});
 }

@@ -6,15 +6,13 @@
 #include "evidence/job_keys.h"
 #include "evidence/rules_digest.h"
 #include "job/counters_json.h"
+#include "job/part_facts.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
 namespace quillon {
 
 namespace {
-
-// A hostile tree may have as many folders that cannot be read as it likes.
-constexpr std::size_t kMostFailures = 10'000;
 
 // A medium may take some seconds for one transaction; a job does not wait longer for its evidence.
 constexpr std::chrono::seconds kLongestWait{5};
@@ -27,6 +25,7 @@ void JobEvidence::begin() {
     keepsTimes_ = true;
     failures_.clear();
     digest_ = {};
+    token_.clear();
     state_.evidenceLoss.clear();
     goingOn_.reset();
     wanted_ = on_ = state_.options.keepEvidence;
@@ -59,7 +58,7 @@ Result<void> JobEvidence::noteTime(const FileTime& modified) {
 }
 
 void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
-    if (!on_ || failures_.size() >= kMostFailures)
+    if (!on_ || failures_.size() >= kMostFolderErrors)
         return;
     path.remove_suffix(path.ends_with('/') ? 1 : 0);
     failures_.push_back({std::string(path), std::string(words)});
@@ -88,9 +87,13 @@ void JobEvidence::beginWriter() {
     JobState facts;
     facts.options = state_.options;
     facts.options.keepHeads = keepsHeads_;
-    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), host = surroundings_.hostName,
+    std::optional<PartFacts> part;
+    if (state_.options.part)
+        part = partFacts(state_.options, installation_.paths(), surroundings_.dates, token_);
+    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), part, host = surroundings_.hostName,
                         messages = messages_, paths = installation_.paths()](EvidenceStore& store) {
         return writeJobBegin(store, *facts, host)
+            .and_then([&] { return part ? writePartFacts(store, *part) : Result<void>(); })
             .and_then([&] { return writeMessages(store, messages); })
             .and_then([&] {
                 const auto common = fileIn(paths.localSettings, kCommonHeadersFileName);

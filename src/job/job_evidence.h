@@ -19,6 +19,9 @@
 
 namespace quillon {
 
+/// Folders with an error that the evidence names: a hostile tree may have as many as it likes.
+inline constexpr std::size_t kMostFolderErrors = 10'000;
+
 class JobEvidence final : public KnownFiles {
 public:
     /// All must outlive this.
@@ -33,6 +36,8 @@ public:
     /// A job begins. What is told from here on is kept, as the options say at this moment.
     void begin();
 
+    /// The rows of the lists have this token.
+    void marked(std::u16string_view token) { token_ = token; }
     /// The walk has written the row of a file: `folder` ends in "/".
     void found(std::string_view folder, std::string_view name, const FileTime& modified);
     /// Something is wrong with a folder; `path` ends in "/".
@@ -84,6 +89,7 @@ private:
     std::optional<RowDescriber> describer_;
     std::unique_ptr<EvidenceWriter> writer_;
     ListDigest digest_;
+    std::u16string token_;
     EvidenceRow row_;
     std::string path_;
 };

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "job/job_part.h"
 #include "platform/dates.h"
 #include "platform/file.h"
 #include "platform/source_care.h"
@@ -31,16 +32,17 @@ struct JobOptions {
     bool useSkipListEnabled = true;
     bool useCommonHeaders = false;  ///< chkCommon
     bool useCommonHeadersEnabled = true;
-    bool showProgress = false;  ///< Check1
-    int recipientIndex = -1;    ///< Combo1: index of the chosen item
-    std::string recipient;      ///< Combo1: its text
-    NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
-    bool keepEvidence = false;  ///< the job leaves its evidence beside the list
-    bool keepHeads = true;      ///< with the first bytes of each tested file
-    bool gentle = false;        ///< the source is asked for one thing at a time from the start
+    bool showProgress = false;    ///< Check1
+    int recipientIndex = -1;      ///< Combo1: index of the chosen item
+    std::string recipient;        ///< Combo1: its text
+    NativePath confirmedList;     ///< the person has said Yes to overwriting this list; lasts for one job
+    bool keepEvidence = false;    ///< the job leaves its evidence beside the list
+    bool keepHeads = true;        ///< with the first bytes of each tested file
+    bool resume = false;          ///< the job goes on with its earlier run: what that knew is not read again
+    std::optional<JobPart> part;  ///< the job is one of the parts of another; none: it is whole
+    bool gentle = false;          ///< the source is asked for one thing at a time from the start
     std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
-    int threads = 0;      ///< that read heads of a quick source; 0 leaves the number to the job
-    bool resume = false;  ///< the job goes on with its earlier run: what that knew is not read again
+    int threads = 0;  ///< that read heads of a quick source; 0 leaves the number to the job
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".

@@ -20,6 +20,7 @@ namespace {
 constexpr const char* kLockName = "lock";
 constexpr std::string_view kOwnerPrefix = "owner";
 constexpr std::string_view kTakenPrefix = "taken";
+constexpr int kMostRefusals = 3;
 constexpr std::chrono::milliseconds kFirstWait{2};
 constexpr std::chrono::milliseconds kLongestWait{40};
 
@@ -59,7 +60,10 @@ public:
         if (disk().rename(AT_FDCWD, prepared.c_str(), lock_.c_str()) == 0)
             return true;
         const int number = errno;
-        if (!isFolder(lock_))
+        // A lock that is gone by now was given back; but a folder that takes none fails again and again without one.
+        const bool isTaken = number == EEXIST || number == ENOTEMPTY || isFolder(lock_);
+        refusals_ = isTaken ? 0 : refusals_ + 1;
+        if (refusals_ >= kMostRefusals)
             return failure(systemError(lock_.native(), number));
         removeFolder(lock_);  // what an owner that was giving it back has left
         lookAtOwner();
@@ -91,6 +95,7 @@ private:
     NativePath lock_;
     LeaseTimes times_;
     Moment begun_ = momentNow();
+    int refusals_ = 0;
     std::string owner_;
     Moment seenSince_ = begun_;
     std::chrono::milliseconds pause_ = kFirstWait;

@@ -70,13 +70,15 @@ void tellOwnFoldersInSource(const NativePath& source, const Installation& instal
 void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
     JobSetup(job.installation(), job.surroundings(), job.state).loadSettings();
     JobOptions& options = job.state.options;
-    options.jobId = chosen.jobId;
+    options.part = chosen.part;
+    options.jobId = chosen.part ? idOfPart(*chosen.part, job.installation().paths().fileListSeparator) : chosen.jobId;
     options.source = chosen.source;
     options.copy = chosen.target.has_value();
     options.checkFileQuality = options.checkFileQuality && chosen.test;
     options.useSkipList = options.useSkipList && chosen.skipList;
     options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
-    options.keepEvidence = options.keepEvidence && chosen.evidence;
+    // The parts of a job are put together by their evidence.
+    options.keepEvidence = (options.keepEvidence && chosen.evidence) || chosen.part;
     options.keepHeads = options.keepHeads && chosen.heads;
     options.gentle = chosen.gentle;
     if (chosen.hangLimit > 0)

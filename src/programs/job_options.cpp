@@ -20,6 +20,8 @@ namespace quillon {
 namespace {
 
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
+// The settings name it later; one character.
+constexpr const char* kSomeSeparator = "-";
 constexpr const char* kRegradeUsage = "quillon-job --regrade ID";
 
 constexpr const char* kFooter =
@@ -32,6 +34,7 @@ struct Given {
     std::string source;
     std::string target;
     std::string app;
+    std::string part;
     std::vector<const char*> ofJobs;  // options that a regrade does not take
     std::string wrongNumber;          // the option that needs a number and has none
 };
@@ -63,6 +66,8 @@ constexpr OptionRow kOptions[] = {
      true},
     {{"--resume", "", "Go on with the last run of the job, and read only what that has not"},
      [](Given& given, const std::string&) { given.options.resume = true; }},
+    {{"--part", "K/N", "Do part K of N only, for N computers; quillon-list merge makes one job of them"},
+     [](Given& given, const std::string& value) { given.part = value; }},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
     {{"--no-test", "", "List only, without testing the headers"},
@@ -132,12 +137,17 @@ std::string wrongOptions(const Given& given) {
         return "--source is required";
     if (given.options.resume && !(given.options.test && given.options.evidence))
         return fmt::format("--resume takes no {}", given.options.test ? "--no-evidence" : "--no-test");
+    if (!given.part.empty() && !given.options.evidence)
+        return "--part takes no --no-evidence: the parts are put together by it";
+    if (!given.part.empty() && !partOf(given.options.jobId, given.part))
+        return fmt::format("--part \"{}\" is not K/N with K from 1 to N", readable(std::string_view(given.part)));
     return "";
 }
 
 // What is wrong with the values, if anything is.
 std::string wrongUsage(const JobCommandOptions& options, const std::string& givenSource) {
-    if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(options.jobId + ".csv")) {
+    const std::string listed = options.part ? idOfPart(*options.part, kSomeSeparator) : options.jobId;
+    if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(listed + ".csv")) {
         return fmt::format(
             "{} \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
             "| \"",
@@ -216,6 +226,8 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
     JobCommandOptions& options = given.options;
     if (!options.regrade)
         options.source = pathFromRoot(given.source).value_or(given.source);
+    if (!given.part.empty())
+        options.part = partOf(options.jobId, given.part);
     if (!given.target.empty())
         options.target = pathFromRoot(given.target).value_or(given.target);
     if (!given.app.empty())

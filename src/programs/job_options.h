@@ -8,12 +8,14 @@
 #include <string>
 #include <vector>
 
+#include "job/job_part.h"
 #include "platform/file.h"
 
 namespace quillon {
 
 struct JobCommandOptions {
     std::string jobId;
+    std::optional<JobPart> part;       ///< only this part of the job is done
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to

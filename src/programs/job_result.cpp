@@ -95,6 +95,8 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     json["version"] = kFormatVersion;
     json["program"] = programName();
     putName(json, "job", job.state.options.jobId);
+    if (job.state.options.part)
+        json["part"] = partText(*job.state.options.part);
     json["end"] = wordOf(end.end);
     json["reason"] = end.word;
     json["detail"] = result.detail;

@@ -20,6 +20,7 @@
 #include "app/installation.h"
 #include "evidence/name_text.h"
 #include "programs/list_history.h"
+#include "programs/list_merge.h"
 #include "programs/list_options.h"
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
@@ -60,6 +61,8 @@ public:
                 return report();
             case ListQuestion::Compare:
                 return compare();
+            case ListQuestion::Merge:
+                return merge();
             case ListQuestion::Forget:
                 return forget();
             case ListQuestion::Suggest:
@@ -74,7 +77,9 @@ public:
 
 private:
     [[nodiscard]] const NativePath& listFolder() const { return installation_.paths().localPath; }
-    [[nodiscard]] Colours colours() const { return streams_.colours ? Colours::Terminal : Colours::None; }
+    [[nodiscard]] TerminalColours colours() const {
+        return streams_.colours ? TerminalColours::Some : TerminalColours::None;
+    }
 
     [[nodiscard]] Result<std::vector<JobFiles>> jobs() const {
         std::vector<JobFiles> all;
@@ -300,6 +305,13 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> merge() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return mergeListed(*all, options_.to.value_or(listFolder()), options_.newJob, streams_);
     }
 
     [[nodiscard]] Result<int> suggest() const {

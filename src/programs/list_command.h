@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The command `quillon-list`: questions about jobs, answered from their lists and evidence. It changes nothing but by
-// "forget".
+// The command `quillon-list`: questions about jobs, answered from their lists and evidence. It deletes by "forget"
+// and makes a new job by "merge"; nothing else is changed.
 
 #include <iosfwd>
 #include <string>

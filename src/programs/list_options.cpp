@@ -28,6 +28,7 @@ struct Given {
     std::string app;
     std::string output;
     std::string paths;
+    std::string to;
     std::string map;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
@@ -118,6 +119,13 @@ void declareCompare(CLI::App& command, Given& given) {
         ->type_name("FOLDER");
 }
 
+void declareMerge(CLI::App& command, Given& given) {
+    command.add_option("NEW", given.options.newJob, "ID of the job that is made")->required();
+    command.add_option("--to", given.to, "Folder for its list and evidence (default: that of the application folder)")
+        ->type_name("DIR");
+    declareJobs(command, given);
+}
+
 void declareForget(CLI::App& command, Given& given) {
     command.add_option("JOB", given.options.jobs, "ID or evidence file of the job")->required();
 }
@@ -179,6 +187,8 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Report, "report", "A page for the customer: one HTML file, to be read anywhere and printed",
      declareReport},
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
+    {ListQuestion::Merge, "merge", "Makes one list and one evidence file of several jobs, or of all parts of one",
+     declareMerge},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
     {ListQuestion::Sectors, "sectors", "Files that lie where the map of a rescue says that the disk was not read",
@@ -219,6 +229,8 @@ std::string understand(Given& given) {
         given.options.appFolder = given.app;
     if (!given.output.empty())
         given.options.output = given.output;
+    if (!given.to.empty())
+        given.options.to = given.to;
     if (!given.paths.empty())
         given.options.paths = given.paths;
     given.options.map = given.map;

@@ -22,6 +22,7 @@ enum class ListQuestion {
     Export,
     Report,
     Compare,
+    Merge,
     Forget,
     Suggest,
     Sectors,
@@ -41,6 +42,8 @@ struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
     std::vector<std::string> jobs;  ///< as they were named
     std::string caseId;
+    std::string newJob;            ///< merge: the ID of what is made
+    std::optional<NativePath> to;  ///< merge: the folder for it; that of the lists unless told
     std::optional<NativePath> appFolder;
     bool json = false;
 

@@ -48,6 +48,8 @@
 //     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
+//   openHistory (ours)              "Database History"      in mnu
+//   openOverview (ours)             "Job Overview"          in mnu; a click on gradeBar does the same
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
 // Label9_1 ("Copy Errors") and Label2_1 (percentage of the file being copied).
@@ -138,7 +140,9 @@ private:
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
+    void addHistory();
     void addEvidenceMenu();
+    void addOverview();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);

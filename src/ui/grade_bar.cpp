@@ -1,41 +1,25 @@
 // SPDX-License-Identifier: MIT
-// Painting of the grades. A part that was counted at all is at least two pixels wide: one corrupt file among a million
-// is what a person looks for.
+// Painting of the grades.
 #include "ui/grade_bar.h"
 
 #include <algorithm>
-#include <cmath>
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStringList>
+
+#include "answers/overview/bar_parts.h"
 
 namespace quillon {
 namespace {
 
 constexpr qreal kCorner = 4;
-constexpr qreal kLeastWidth = 2;
-
-// Parts that would be narrower than the least width get that; the others share the rest, so that all fit.
-ByGrade<qreal> partWidths(const ByGrade<std::int32_t>& counts, qreal room) {
-    qreal total = 0;
-    for (const std::int32_t count : counts.values) total += std::max(count, 0);
-    const auto isNarrow = [&](std::int32_t count) { return room * count < kLeastWidth * total; };
-    qreal others = total;
-    qreal shared = room;
-    for (const std::int32_t count : counts.values) {
-        if (count <= 0 || !isNarrow(count))
-            continue;
-        others -= count;
-        shared -= kLeastWidth;
-    }
-    ByGrade<qreal> widths;
-    for (std::size_t i = 0; i < kGradeCount; ++i) {
-        const std::int32_t count = counts.values[i];
-        if (count > 0)
-            widths.values[i] = isNarrow(count) ? kLeastWidth : std::max(shared * count / others, kLeastWidth);
-    }
-    return widths;
+// In the wider numbers of the arithmetic.
+ByGrade<double> partWidths(const ByGrade<std::int32_t>& counts, double room) {
+    ByGrade<std::int64_t> wide;
+    std::ranges::copy(counts.values, wide.values.begin());
+    return barParts(wide, room);
 }
 
 }  // namespace
@@ -68,7 +52,7 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     QPainterPath shape;
     shape.addRoundedRect(whole, kCorner, kCorner);
     painter.fillPath(shape, palette().base());
-    const ByGrade<qreal> widths = partWidths(counts_, whole.width());
+    const ByGrade<double> widths = partWidths(counts_, whole.width());
     painter.setClipPath(shape);
     qreal left = whole.left();
     for (const Grade grade : kBoardOrder) {
@@ -79,6 +63,11 @@ void GradeBar::paintEvent(QPaintEvent* /*event*/) {
     painter.setClipping(false);
     painter.setPen(palette().color(QPalette::Mid));
     painter.drawPath(shape);
+}
+
+void GradeBar::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        emit clicked();
 }
 
 GradeSwatch::GradeSwatch(const QColor& colour) : colour_(colour) {

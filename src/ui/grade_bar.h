@@ -25,8 +25,12 @@ public:
     [[nodiscard]] QSize sizeHint() const override { return {240, 20}; }
     [[nodiscard]] QSize minimumSizeHint() const override { return {80, 20}; }
 
+signals:
+    void clicked();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     void describe();

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "ui/screens.h"
 
+#include "answers/frmOverview.h"
 #include "app/share_gate.h"
 #include "archive/frmZip.h"
 #include "editors/frmBadSectors.h"
 #include "editors/frmCommonHeaders.h"
 #include "editors/frmErrors.h"
 #include "editors/frmExtEditor.h"
+#include "editors/frmHistory.h"
 #include "editors/frmPreviewBadSector.h"
 #include "editors/frmSkipList.h"
 #include "editors/frmUpdatedb.h"
@@ -68,8 +70,17 @@ void registerScreens(const ScreenContext& context, Job& job) {
         const auto* preview = std::any_cast<SectorPreview>(&handOver);
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
     });
-    screens.add(Screen::ViewList,
-                [&context, &job](const std::any&) { return std::make_unique<frmViewList>(context, viewedJob(job)); });
+    screens.add(Screen::History, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmHistory>(context);
+    });
+    screens.add(Screen::ViewList, [&context, &job](const std::any& handOver) {
+        return std::make_unique<frmViewList>(context, viewedJob(job), std::any_cast<ViewerHandover>(&handOver));
+    });
+    screens.add(Screen::Overview, [&context, &job](const std::any& handOver) {
+        const auto* given = std::any_cast<OverviewHandover>(&handOver);
+        return std::make_unique<frmOverview>(context, job.messages, given != nullptr ? *given : OverviewHandover{});
+    });
     screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;

@@ -2,6 +2,7 @@
 // What the controls do. How they are made and stand together is in frmViewList_controls.cpp.
 #include "viewer/frmViewList.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCheckBox>
@@ -17,6 +18,7 @@
 #include <QShortcut>
 
 #include "text/list_text.h"
+#include "text/unicode.h"
 #include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/qt_text.h"
@@ -33,7 +35,7 @@ std::string ViewGridRows::cell(int row, int column) const {
     return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
 }
 
-frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job)
+frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job, const ViewerHandover* files)
     : StepScreen(context, Screen::ViewList, "frmViewList", "View File List"), viewer_(job, *this) {
     createCategory();
     createRows();
@@ -45,6 +47,8 @@ frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job)
     iGrid1->rows().setSource(&gridRows_);
     connectControls();
     begin();
+    if (files != nullptr)
+        beginWith(*files);
 }
 
 void frmViewList::connectControls() {
@@ -62,6 +66,7 @@ void frmViewList::connectControls() {
     click(Command3, [this] { Command3_Click(); });
     click(Command4, [this] { viewer_.retest(); });
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
+    click(openOverview, [this] { goToOverview(); });
     click(Command1, [this] { Command1_Click(); });
     // What is off, as during a retest, is not pressed by Escape either.
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, Command1, &QPushButton::click);
@@ -90,6 +95,23 @@ void frmViewList::Command3_Click() {
             screen->Command4->setEnabled(true);
     };
     context_.navigator.open(Screen::ExtEditor, std::move(*handover));
+    context_.navigator.hide(Screen::ViewList);
+}
+
+// As a person would: category, filter, extension.
+void frmViewList::beginWith(const ViewerHandover& files) {
+    Combo1->setCurrentIndex(viewer_.categoryOf(files.grade));
+    Command2->click();
+    const auto& entries = viewer_.state.extensions.entries();
+    const auto found = std::ranges::find(entries, utf8ToUtf16(files.extension));
+    if (!files.extension.empty() && found != entries.end())
+        Combo2->setCurrentIndex(static_cast<int>(found - entries.begin()));
+}
+
+void frmViewList::goToOverview() {
+    context_.navigator.open(Screen::Overview, OverviewHandover{viewer_.jobId(), [&navigator = context_.navigator] {
+                                                                   navigator.open(Screen::ViewList);
+                                                               }});
     context_.navigator.hide(Screen::ViewList);
 }
 

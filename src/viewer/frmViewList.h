@@ -21,9 +21,11 @@
 //     Command4                    "Retest"
 //     Label3, Combo3, Command5    "Mark Files as", "Run"  never shown, without effect
 //     Command6                    "Retest Skip List"      never shown, without effect
+//   openOverview                  ours: "Overview"      the Job Overview of the list's job
 //   Command1                      "Done"
 //   mnuMnu                        popup of the grid: mnuAddSkip "Add to Skip List"
 
+#include "answers/overview_handover.h"
 #include "viewer/list_viewer.h"
 #include "widgets/busy_parts.h"
 #include "widgets/grid_model.h"
@@ -56,8 +58,8 @@ class frmViewList final : public StepScreen {
     Q_OBJECT
 
 public:
-    /// The context must outlive the screen.
-    frmViewList(const ScreenContext& context, const ViewedJob& job);
+    /// The context must outlive the screen. `files`: what it begins with; null for nothing.
+    frmViewList(const ScreenContext& context, const ViewedJob& job, const ViewerHandover* files = nullptr);
 
 protected:
     /// Closing shows the main window, without a recount; a retest in progress cannot be left.
@@ -75,6 +77,8 @@ private:
     void connectGrid();
     void Command1_Click();
     void Command3_Click();
+    void beginWith(const ViewerHandover& files);
+    void goToOverview();
 
     void showControls() override;
     void fillFixedLists();
@@ -89,7 +93,7 @@ private:
 
     QGroupBox *Frame1, *Frame2, *Frame3;
     QComboBox *Combo1, *Combo2, *Combo3;
-    QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6;
+    QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6, *openOverview;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7, *Label8, *Label9;
     QLabel* commaRemark_;
     QLineEdit *Text1, *Text2;

@@ -143,10 +143,14 @@ void frmViewList::arrange() {
     auto* row = makeRow();
     Command1 = makeButton("Command1", "&Done");
     Command1->setMinimumWidth(96);
+    openOverview = makeButton("openOverview", "&Overview");
+    openOverview->setMinimumWidth(96);
+    openOverview->setFocusPolicy(Qt::ClickFocus);  // the Tab key goes the told way; this has Alt+O
+    row->addWidget(openOverview);
     row->addStretch();
     row->addWidget(Command1);
     layout->addLayout(row);
-    busyParts_ = {Frame1, Frame2, Frame3, Command1};
+    busyParts_ = {Frame1, Frame2, Frame3, openOverview, Command1};
     resize(1000, 700);
 }
 

@@ -8,6 +8,7 @@
 #include "job/job.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
+#include "text/fields.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 #include "text/page_loss.h"
@@ -78,6 +79,12 @@ void ListViewer::loadCategories() {
                                                 "\\Settings\\errors.dat. Switching to default settings.\r\n");
     const ReportMessages fallback = ReportMessages::fallback();
     state.categories.insert(state.categories.end(), fallback.values.begin(), fallback.values.end());
+}
+
+int ListViewer::categoryOf(Grade grade) const {
+    const auto trimmed = [](std::u16string_view text) { return trimRight(text); };
+    const auto found = std::ranges::find(state.categories, trimmed(job_.grader.messages()[grade]), trimmed);
+    return found == state.categories.end() ? 0 : static_cast<int>(found - state.categories.begin());
 }
 
 void ListViewer::chooseCategory(int entry) {

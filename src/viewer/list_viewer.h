@@ -66,6 +66,11 @@ public:
 
     void chooseCategory(int entry);
 
+    /// The entry whose text is the message of a grade; 0 where there is none.
+    [[nodiscard]] int categoryOf(Grade grade) const;
+    /// The job whose list is shown.
+    [[nodiscard]] const std::string& jobId() const { return job_.lists.jobId(); }
+
     /// "Filter": replaces the rows by those of the chosen category.
     void filter();
 

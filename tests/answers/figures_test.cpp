@@ -67,16 +67,17 @@ TEST(FiguresTextTest, ATableIsAListOfObjects) {
 }
 
 TEST(FiguresTextTest, TheSummaryNeverTellsTheQualityWithoutItsBase) {
-    const auto text = summaryText(sample(), true, Colours::None);
+    const auto text = summaryText(sample(), true, TerminalColours::None);
     EXPECT_NE(text.find("83.33% of the 6 files that could be judged; 2 could not"), text.npos) << text;
     EXPECT_NE(text.find("4, 1 of them doubtful"), text.npos) << text;
     EXPECT_EQ(text.find('\x1b'), text.npos) << "colours were not asked for";
-    EXPECT_NE(summaryText(sample(), true, Colours::Terminal).find("\x1b[42m"), text.npos);
-    EXPECT_NE(summaryText(sample(), false, Colours::None).find("Reasons  unknown"), text.npos);
+    EXPECT_NE(summaryText(sample(), true, TerminalColours::Some).find("\x1b[42m"), text.npos);
+    EXPECT_NE(summaryText(sample(), false, TerminalColours::None).find("Reasons  unknown"), text.npos);
 }
 
 TEST(FiguresTextTest, TheRowsOfATableStandBelowEachOther) {
-    const auto text = tableText("extension", {{"jpg", sample()}, {"a long extension", sample()}}, Colours::None);
+    const auto text =
+        tableText("extension", {{"jpg", sample()}, {"a long extension", sample()}}, TerminalColours::None);
     const auto line = [&](int number) {
         std::size_t from = 0;
         for (; number > 0; --number) from = text.find('\n', from) + 1;
@@ -84,7 +85,7 @@ TEST(FiguresTextTest, TheRowsOfATableStandBelowEachOther) {
     };
     EXPECT_EQ(line(1).find("83.33%"), line(2).find("83.33%"));
     EXPECT_EQ(line(1).size(), line(2).size());
-    EXPECT_EQ(tableText("x", {{"new\nline", {}}}, Colours::None).find("new\nline"), std::string::npos);
+    EXPECT_EQ(tableText("x", {{"new\nline", {}}}, TerminalColours::None).find("new\nline"), std::string::npos);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <QSplitter>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTreeView>
 
 #include "ui/main_window.h"
 #include "widgets/grid.h"
@@ -34,7 +35,8 @@ bool isUsed(const QObject& object) {
     if (const auto* entry = qobject_cast<const QAction*>(&object))
         return !entry->isSeparator();
     return isA<QAbstractButton>(object) || isA<QLineEdit>(object) || isA<QComboBox>(object) ||
-           isA<QListWidget>(object) || isA<QTabWidget>(object) || isA<Grid>(object) || isA<HexView>(object);
+           isA<QListWidget>(object) || isA<QTreeView>(object) || isA<QTabWidget>(object) || isA<Grid>(object) ||
+           isA<HexView>(object);
 }
 
 // The named parts of a screen, without those that Qt makes inside its own widgets and without layout.
@@ -57,9 +59,10 @@ void listScreens() {
     test::MainWindow main;
     main.addScreens();
     listControls(main.open());
-    for (const Screen screen : {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders,
-                                Screen::SkipList, Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector,
-                                Screen::Zip, Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help}) {
+    for (const Screen screen :
+         {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders, Screen::SkipList,
+          Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector, Screen::Overview, Screen::Zip,
+          Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help, Screen::History}) {
         main.navigator.open(screen);
         listControls(*main.navigator.window(screen));
     }

@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "answers/overview_handover.h"
 #include "archive/zip_handover.h"
 #include "editors/sector_preview.h"
 #include "job/job.h"
@@ -98,6 +99,18 @@ public:
         context_.navigator.unload(Screen::ViewList);
     }
 
+    // A folder chosen, and one of its files.
+    void takeOverview() {
+        QWidget& overview = open(Screen::Overview, OverviewHandover{kJobId, {}});
+        auto& files = control<Grid>(overview, "files");
+        for (int turn = 0; turn < 1000 && files.rowCount() == 0; ++turn) QApplication::processEvents();
+        auto& choice = control<QComboBox>(overview, "fileChoice");
+        choice.setCurrentIndex(choice.findText(QStringLiteral("Corrupt")));
+        files.setCurrentRow(0);
+        save(overview, QStringLiteral("overview"));
+        context_.navigator.unload(Screen::Overview);
+    }
+
     void takeWizard() {
         QWidget& wizard = open(Screen::SetupWizard);
         auto& tabs = control<QTabWidget>(wizard, "SftTabs1");
@@ -157,6 +170,7 @@ int makePictures(QApplication& application, const QStringList& arguments) {
     camera.takeMainWindow(window);
     camera.takeScreens();
     camera.takeViewerAndEditor();
+    camera.takeOverview();
     camera.takeWizard();
     return camera.failed() ? 1 : 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The screen "View File List": how Escape leaves it, and what it says of rows and names that cannot be shown as they
-// are.
+// The screen "View File List": how Escape and the overview leave it, and what it says of rows and names that cannot be
+// shown as they are.
 
 #include <QComboBox>
 #include <QLabel>
@@ -24,6 +24,7 @@ private slots:
     void escapeDuringARetestDoesNothing();
     void rowsWithCommasAreToldBelowTheGrid();
     void namesThatTurnTextAreShownAsTheyAre();
+    void theOverviewIsOfferedAndComesBackHere();
 
 private:
     template <typename Control>
@@ -102,6 +103,19 @@ void FrmViewListKeysTest::namesThatTurnTextAreShownAsTheyAre() {
         "fdp.exe");
     filterCorrupt();
     QCOMPARE(control<Grid>("iGrid1").cell(3, 0), std::string("/s/invoice<U+202E>fdp.exe"));
+}
+
+void FrmViewListKeysTest::theOverviewIsOfferedAndComesBackHere() {
+    filterCorrupt();
+    control<QPushButton>("openOverview").click();
+    QVERIFY(!screen_->isVisible());
+    QWidget* const overview = main_->navigator.window(Screen::Overview);
+    QVERIFY(overview != nullptr);
+    QTRY_COMPARE(test::controlOf<QLabel>(*overview, "jobName").text(), QStringLiteral("Job J1"));
+    QTRY_COMPARE(test::controlOf<Grid>(*overview, "files").rowCount(), 3);
+    overview->close();
+    QVERIFY(screen_->isVisible());
+    QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
 }
 
 QTEST_MAIN(FrmViewListKeysTest)
