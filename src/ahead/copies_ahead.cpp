@@ -20,8 +20,10 @@ constexpr milliseconds kSlow{2};
 
 }  // namespace
 
-CopiesAhead::CopiesAhead(StandingStill standingStill)
-    : standingStill_(standingStill), ahead_(standingStill, kMostThreads, kSlow, [this]() -> Ahead<Copy>::Work {
+CopiesAhead::CopiesAhead(StandingStill standingStill, std::shared_ptr<SourceCare> care)
+    : standingStill_(standingStill),
+      care_(std::move(care)),
+      ahead_(standingStill, kMostThreads, kSlow, [this]() -> Ahead<Copy>::Work {
           return [this, copier = std::make_shared<FileCopier>()](Copy& copy) { work(copy, *copier); };
       }) {
 }
@@ -62,6 +64,8 @@ void CopiesAhead::work(Copy& copy, FileCopier& copier) {
 }
 
 void CopiesAhead::prepare(Copy& copy, FileCopier& copier) try {
+    if (care_ && care_->oneAtATime())
+        return;
     const auto goOn = [this, &copy](std::uint64_t, std::uint64_t total) {
         copy.size = total;
         return !ending_;

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@
 #include "ahead/ahead.h"
 #include "platform/arriving_file.h"
 #include "platform/copy_file.h"
+#include "platform/source_care.h"
 
 namespace quillon {
 
@@ -28,8 +30,9 @@ public:
     /// A larger file, in bytes, waits for its turn.
     static constexpr std::uint64_t kLargest = 1024UL * 1024;
 
-    /// A caller's thread that may stand still prepares files, too.
-    explicit CopiesAhead(StandingStill standingStill);
+    /// A caller's thread that may stand still prepares files, too. Of a source that `care` is taken of nothing is read
+    /// ahead of its turn; null for none.
+    explicit CopiesAhead(StandingStill standingStill, std::shared_ptr<SourceCare> care = nullptr);
     ~CopiesAhead() { release(); }
     CopiesAhead(const CopiesAhead&) = delete;
     CopiesAhead& operator=(const CopiesAhead&) = delete;
@@ -71,6 +74,7 @@ private:
     [[nodiscard]] Finished finish(Copy& copy, FileCopier& copier, const CopyProgress& progress);
 
     StandingStill standingStill_;
+    std::shared_ptr<SourceCare> care_;
     FileCopier copier_;
     std::atomic<bool> ending_ = false;
     Ahead<Copy> ahead_;

@@ -45,7 +45,8 @@ CopyPass::CopyPass(const PassContext& context, const JobLists& lists, std::optio
     : context_(context),
       lists_(lists),
       encoding_(encoding),
-      copies_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
+      copies_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never,
+              context.state.care) {
 }
 
 void CopyPass::run() {

@@ -18,11 +18,15 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
                        const PassContext& context)
-    : installation_(installation),
-      messages_(messages),
-      commonList_(commonList),
-      context_(context),
-      heads_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
+    : installation_(installation), messages_(messages), commonList_(commonList), context_(context) {
+}
+
+// A read that is to be given up cannot be one of the pass's own thread.
+HeadsAhead& FileGrader::heads() {
+    const bool mayStandStill = context_.surroundings.loop.mayStandStill() && !context_.state.options.hangLimit;
+    if (!heads_)
+        heads_.emplace(mayStandStill ? StandingStill::Allowed : StandingStill::Never, nullptr, context_.state.care);
+    return *heads_;
 }
 
 HeaderCheck& FileGrader::headerTest() {

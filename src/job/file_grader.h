@@ -36,7 +36,7 @@ public:
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
                                                 const KnownVerdict* known);
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
-        return checkFile(row, extension, heads_);
+        return checkFile(row, extension, heads());
     }
 
     /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
@@ -45,11 +45,12 @@ public:
     [[nodiscard]] const ReportMessages& messages() const { return messages_; }
 
     /// Heads of source files; who knows the rows to come asks it for theirs.
-    [[nodiscard]] HeadsAhead& heads() { return heads_; }
+    [[nodiscard]] HeadsAhead& heads();
+    [[nodiscard]] const PassContext& context() const { return context_; }
 
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
     void releaseSource() {
-        heads_.release();
+        heads_.reset();
         terms_.reset();
     }
 
@@ -66,8 +67,8 @@ private:
     const ReportMessages& messages_;
     const CommonList& commonList_;
     PassContext context_;
-    HeadsAhead heads_;
-    std::string_view inWork_;  // path of the file that is being graded
+    std::optional<HeadsAhead> heads_;  // of the source in work
+    std::string_view inWork_;          // path of the file that is being graded
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;

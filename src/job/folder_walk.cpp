@@ -20,12 +20,13 @@ constexpr std::size_t kDateCharacters = 10;
 class FolderTest final : public FolderVisitor {
 public:
     FolderTest(const PassContext& context, const NativePath& source)
-        : context_(context), folders_(source, context.state.options.part) {}
+        : context_(context), wait_(context), folders_(source, context.state.options.part) {}
 
     bool wantsFiles(std::string_view /*path*/) const override { return false; }
     bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
+        wait_.tellCare();
         context_.surroundings.loop.workingOn(path);
         if (folders_.hold(path))
             count(path, canBeEntered);
@@ -33,7 +34,18 @@ public:
     }
     void listing() override { context_.turn(); }
 
+    // A window's Stop is looked at only where the source holds the test up.
+    bool awaits(std::string_view path, const Arrives& arrives) override {
+        int turns = 0;
+        const auto ended = [this, &turns] {
+            return context_.stopsAtOnce() || (++turns > kHeldUpTurns && context_.state.stopRequested);
+        };
+        return wait_.until(path, arrives, ended);
+    }
+
 private:
+    static constexpr int kHeldUpTurns = 5;
+
     void count(std::string_view path, bool canBeEntered) {
         ++context_.state.counters.folders;
         if (canBeEntered)
@@ -45,14 +57,20 @@ private:
     }
 
     PassContext context_;
+    SourceWait wait_;
     OwnFolders folders_;
 };
+
+StandingStill standingStill(const PassContext& context) {
+    return context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never;
+}
 
 }  // namespace
 
 void ListFolders(const PassContext& context, const NativePath& folder) {
     FolderTest test(context, folder);
-    passOver(visitFolders(folder, test), "a source that cannot be opened has no folders to count");
+    SourceAsker asker(standingStill(context), context.state.care);
+    passOver(visitFolders(folder, test, asker), "a source that cannot be opened has no folders to count");
 }
 
 std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
@@ -90,13 +108,19 @@ std::u16string_view RowDates::of(const FileTime& time) {
 }
 
 FolderWalk::FolderWalk(const PassContext& context, const SkipList& skipList, ListWriter& rawList)
-    : context_(context), skipList_(skipList), rawList_(rawList), dates_(context.surroundings.dates) {
+    : context_(context), wait_(context), skipList_(skipList), rawList_(rawList), dates_(context.surroundings.dates) {
 }
 
 void FolderWalk::run(const NativePath& source) {
     folders_ = OwnFolders(source, context_.state.options.part);
-    if (!visitFolders(source, *this))
+    SourceAsker asker(standingStill(context_), context_.state.care);
+    if (!visitFolders(source, *this, asker))
         notListed(source.native());
+    wait_.tellCare();
+}
+
+bool FolderWalk::awaits(std::string_view path, const Arrives& arrives) {
+    return wait_.until(path, arrives, [this] { return context_.state.stopRequested; });
 }
 
 void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
@@ -118,35 +142,39 @@ void FolderWalk::notListed(std::string_view path) {
     context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
 }
 
-bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
+bool FolderWalk::files(std::string_view path, FolderFiles& files) {
     folderPath_ = path;
     folderText_ = toListText(path);
     context_.surroundings.loop.workingOn(path);
+    wait_.tellCare();
     undescribed_ = false;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (context_.state.stopRequested)
-            return false;
-        found(folder, names[i]);
+    while (!context_.state.stopRequested) {
+        const FoundFile* const file = files.next();
+        if (file == nullptr)
+            break;
+        found(*file);
     }
+    if (context_.state.stopRequested)
+        return false;
     if (undescribed_)
         notListed(path);
     return true;
 }
 
-void FolderWalk::found(const Directory& folder, std::string_view name) {
-    const auto info = folder.describe(name);
-    undescribed_ = undescribed_ || (!info && info.error().kind != ErrorKind::NotFound);
-    if (!info || !info->regular)
-        return;  // it vanished or changed its kind since its folder was listed, or the folder does not let one ask
-    row_.beginFile(folderText_, name);
+void FolderWalk::found(const FoundFile& file) {
+    undescribed_ = undescribed_ || file.answer.kind == FileAnswer::Kind::Refused;
+    if (file.answer.kind != FileAnswer::Kind::Described)
+        return;
+    row_.beginFile(folderText_, file.name);
     if (skipped())
         return;
-    context_.state.counters.totalBytes += info->size;
+    const EntryInfo& info = file.answer.info;
+    context_.state.counters.totalBytes += info.size;
     ++context_.state.counters.files;
     showSize(context_.state);
-    describe(name, folder, *info);
+    describe(file);
     if (context_.countRow(context_.state.passes.raw, rawList_.write(row_)))
-        context_.evidence.found(folderPath_, name, info->modified);
+        context_.evidence.found(folderPath_, file.name, info.modified);
     context_.turn();
 }
 
@@ -158,9 +186,11 @@ bool FolderWalk::skipped() {
     return true;
 }
 
-void FolderWalk::describe(std::string_view name, const Directory& folder, const EntryInfo& info) {
+void FolderWalk::describe(const FoundFile& file) {
+    const EntryInfo& info = file.answer.info;
     const auto date = dates_.of(info.modified);
-    const auto bits = attributes_.attributesOf(folder, name, info);
+    const auto known = file.answer.attributes;
+    const auto bits = known ? *known : attributes_.attributesOf(file.folder, file.name, info);
     if (!haveToken_) {
         token_ = listToken(bits, date);
         haveToken_ = true;

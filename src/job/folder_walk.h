@@ -12,6 +12,7 @@
 #include "job/folder_tree.h"
 #include "job/job_part.h"
 #include "job/pass_context.h"
+#include "job/source_wait.h"
 #include "platform/attributes.h"
 #include "testing/skip_list.h"
 
@@ -60,14 +61,16 @@ private:
     bool cancelled() override { return context_.state.stopRequested; }
     void listing() override { context_.turn(); }
     bool wantsFiles(std::string_view path) const override { return folders_.hold(path); }
-    bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
+    bool files(std::string_view path, FolderFiles& files) override;
     void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;
-    void found(const Directory& folder, std::string_view name);
+    bool awaits(std::string_view path, const Arrives& arrives) override;
+    void found(const FoundFile& file);
     [[nodiscard]] bool skipped();
-    void describe(std::string_view name, const Directory& folder, const EntryInfo& info);
+    void describe(const FoundFile& file);
 
     PassContext context_;
+    SourceWait wait_;
     const SkipList& skipList_;
     ListWriter& rawList_;
     OwnFolders folders_;

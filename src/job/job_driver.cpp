@@ -86,6 +86,9 @@ void JobDriver::begin() {
     state.startTick = context_.surroundings.clock.milliseconds();
     state.startTime = context_.surroundings.clock.now();
     state.copyCancelled = false;
+    state.careTold = false;
+    state.care =
+        std::make_shared<SourceCare>(state.options.gentle ? SourceCare::Reason::Asked : SourceCare::Reason::None);
     enterPhase(state, JobPhase::Checking);
 }
 

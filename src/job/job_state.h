@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "job/job_part.h"
 #include "platform/dates.h"
 #include "platform/file.h"
+#include "platform/source_care.h"
 #include "testing/grade.h"
 
 namespace quillon {
@@ -30,12 +32,15 @@ struct JobOptions {
     bool useSkipListEnabled = true;
     bool useCommonHeaders = false;  ///< chkCommon
     bool useCommonHeadersEnabled = true;
-    bool showProgress = false;    ///< Check1
-    int recipientIndex = -1;      ///< Combo1: index of the chosen item
-    std::string recipient;        ///< Combo1: its text
-    NativePath confirmedList;     ///< the person has said Yes to overwriting this list; lasts for one job
-    bool keepEvidence = false;    ///< the job leaves its evidence beside the list
-    bool keepHeads = true;        ///< with the first bytes of each tested file
+    bool showProgress = false;  ///< Check1
+    int recipientIndex = -1;    ///< Combo1: index of the chosen item
+    std::string recipient;      ///< Combo1: its text
+    NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
+    bool keepEvidence = false;  ///< the job leaves its evidence beside the list
+    bool keepHeads = true;      ///< with the first bytes of each tested file
+    bool gentle = false;        ///< the source is asked for one thing at a time from the start
+    std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
+    int threads = 0;              ///< that read heads of a quick source; 0 leaves the number to the job
     bool resume = false;          ///< the job goes on with its earlier run: what that knew is not read again
     std::optional<JobPart> part;  ///< the job is one of the parts of another; none: it is whole
 };
@@ -224,7 +229,9 @@ struct JobState {
 
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
 
-    std::optional<ResumeFigures> resumed;  ///< none for a job that began anew
+    std::optional<ResumeFigures> resumed;                               ///< none for a job that began anew
+    std::shared_ptr<SourceCare> care = std::make_shared<SourceCare>();  ///< how much the source is asked for at once
+    bool careTold = false;                                              ///< the log says so
 
     std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written

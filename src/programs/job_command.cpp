@@ -80,6 +80,9 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     // The parts of a job are put together by their evidence.
     options.keepEvidence = (options.keepEvidence && chosen.evidence) || chosen.part;
     options.keepHeads = options.keepHeads && chosen.heads;
+    options.gentle = chosen.gentle;
+    if (chosen.hangLimit > 0)
+        options.hangLimit = std::chrono::seconds(chosen.hangLimit);
     options.showProgress = showProgress;
     options.resume = chosen.resume;
     // Whoever goes on with a job has been asked for its list; that of another source is none of it.

@@ -2,6 +2,7 @@
 #include "programs/job_options.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
 #include <ostream>
 
@@ -35,7 +36,16 @@ struct Given {
     std::string app;
     std::string part;
     std::vector<const char*> ofJobs;  // options that a regrade does not take
+    std::string wrongNumber;          // the option that needs a number and has none
 };
+
+// A number from 1 to a million.
+void takeNumber(Given& given, const char* option, const std::string& value, int& number) {
+    constexpr int kMost = 1'000'000;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    if (error != std::errc() || end != value.data() + value.size() || number < 1 || number > kMost)
+        given.wrongNumber = option;
+}
 
 struct OptionRow : CommandOption {
     void (*take)(Given&, const std::string& value);
@@ -71,6 +81,10 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.evidence = false; }},
     {{"--no-heads", "", "Leave the first bytes of the files out of the evidence"},
      [](Given& given, const std::string&) { given.options.heads = false; }},
+    {{"--gentle", "", "Ask the source for one thing at a time, as of a dying disk"},
+     [](Given& given, const std::string&) { given.options.gentle = true; }},
+    {{"--hang-limit", "SECONDS", "Take a head that does not come within this time for an unreadable one"},
+     [](Given& given, const std::string& value) { takeNumber(given, "--hang-limit", value, given.options.hangLimit); }},
     {{"--alert", "COMPUTER", "Send the completion report to this computer"},
      [](Given& given, const std::string& value) { given.options.alertComputer = value; }},
     {{"--alert-optional", "", "A report that nobody acknowledges is no failure"},
@@ -113,6 +127,8 @@ std::string folderProblem(const NativePath& path) {
 
 // What is wrong with the options together, if anything is.
 std::string wrongOptions(const Given& given) {
+    if (!given.wrongNumber.empty())
+        return fmt::format("{} needs a number of 1 or more", given.wrongNumber);
     if (given.options.regrade)
         return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
     if (given.options.jobId.empty())

@@ -25,6 +25,8 @@ struct JobCommandOptions {
     bool commonHeaders = true;
     bool evidence = true;
     bool heads = true;
+    bool gentle = false;  ///< the source is asked for one thing at a time
+    int hangLimit = 0;    ///< seconds after which a head counts as unreadable; 0 for none
     std::string alertComputer;
     bool alertOptional = false;
     std::optional<NativePath> appFolder;

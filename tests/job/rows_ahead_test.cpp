@@ -79,7 +79,7 @@ TEST_F(RowsAheadTest, OnlyFilesThatTheTestWillOpenAreAskedFor) {
 
 TEST_F(RowsAheadTest, BehindASlowFileManyHeadsAreAskedForAndNotOneMoreThanFits) {
     termFile("txt", "1,XX,T\r\n");
-    const Rows lines(200, u"/proc/a.txt,15/11/2026, 600, 32");
+    const Rows lines(600, u"/proc/a.txt,15/11/2026, 600, 32");
     EXPECT_EQ(askedFor(lines), HeadsAhead::kMost);
     EXPECT_EQ(rowsOfList(lines), lines);
 }
