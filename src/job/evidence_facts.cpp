@@ -100,6 +100,28 @@ NativePath sourceIn(EvidenceReader& evidence) {
     return source.value_or("");
 }
 
+CopyOutcome copyOutcome(const tl::expected<CopyFacts, CopyError>& result, bool compared) {
+    CopyOutcome outcome;
+    outcome.copied = result.has_value();
+    if (!result) {
+        outcome.error = result.error().text();
+        if (result.error().differs)
+            outcome.verified = 0;
+        return outcome;
+    }
+    if (compared)
+        outcome.verified = 1;
+    if (result->gaps.empty())
+        return outcome;
+    std::int64_t bytes = 0;
+    for (const ByteRange& gap : result->gaps) {
+        bytes += static_cast<std::int64_t>(gap.length);
+        outcome.badRanges += fmt::format("{}{}+{}", outcome.badRanges.empty() ? "" : ",", gap.offset, gap.length);
+    }
+    outcome.badBytes = bytes;
+    return outcome;
+}
+
 RowDescriber::RowDescriber(const NativePath& source) : prefix_(source.native()) {
     if (!prefix_.empty() && prefix_.back() != '/')
         prefix_.push_back('/');

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/copy_terms.h"
 #include "platform/dates.h"
 #include "platform/file.h"
 #include "testing/grade.h"
@@ -35,6 +36,9 @@ struct JobOptions {
     NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
     bool keepEvidence = false;  ///< the job leaves its evidence beside the list
     bool keepHeads = true;      ///< with the first bytes of each tested file
+
+    std::vector<Grade> copyGrades;  ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;              ///< what is done for copies beside the copying
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -51,6 +55,7 @@ struct JobCounters {
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
     std::int32_t unreadHeads = 0;      ///< files whose head did not come as a whole; no label of its own
+    std::int32_t damagedCopies = 0;    ///< files that were copied with gaps; no label of its own
     std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
 
     std::int32_t copied = 0;        ///< files that were copied; no label of its own
@@ -88,6 +93,7 @@ struct PassFigures {
     RowFigures list;
     PassEnd copying = PassEnd::NotRun;
     std::int64_t copies = 0;
+    std::int64_t leftOut = 0;  ///< rows whose grade was not asked for
 };
 
 /// Labels whose text is more than the format of a counter.

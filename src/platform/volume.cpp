@@ -4,9 +4,11 @@
 #include <optional>
 
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 
 #include "platform/folders.h"
+#include "platform/system_error.h"
 #include "platform/whole_file.h"
 #include "text/fields.h"
 
@@ -62,6 +64,13 @@ Volume volumeOf(const NativePath& folder) {
     const auto info = look(folder);
     const auto mount = info ? mountOf(info->st_dev) : std::nullopt;
     return mount ? Volume{mount->fileSystem, uuidOf(mount->device)} : Volume();
+}
+
+Result<std::uint64_t> freeBytes(const NativePath& folder) {
+    struct statvfs info {};
+    if (::statvfs(folder.c_str(), &info) != 0)
+        return failure(systemError(folder.native()));
+    return std::uint64_t{info.f_bavail} * info.f_frsize;
 }
 
 }  // namespace quillon

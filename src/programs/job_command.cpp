@@ -77,6 +77,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
     options.keepEvidence = options.keepEvidence && chosen.evidence;
     options.keepHeads = options.keepHeads && chosen.heads;
+    options.copyGrades = chosen.copyGrades;
+    options.copyCare = chosen.copyCare;
     options.showProgress = showProgress;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;

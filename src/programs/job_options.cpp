@@ -8,10 +8,12 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/file_wish.h"
 #include "app/version.h"
 #include "job/job_end.h"
 #include "job/job_id.h"
 #include "platform/folders.h"
+#include "text/fields.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -31,6 +33,7 @@ struct Given {
     std::string source;
     std::string target;
     std::string app;
+    std::string copyGrades;
     std::vector<const char*> ofJobs;  // options that a regrade does not take
 };
 
@@ -53,6 +56,14 @@ constexpr OptionRow kOptions[] = {
      true},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
+    {{"--copy-grades", "GRADE,...", "Copy only files of these grades: good, common-header, unknown ..."},
+     [](Given& given, const std::string& value) { given.copyGrades = value; }},
+    {{"--verify", "", "Read each copy back from the disk, and leave check sums with the copies"},
+     [](Given& given, const std::string&) { given.options.copyCare.verify = true; }},
+    {{"--salvage", "", "Copy what can be read of a file, with gaps of zeros for the rest"},
+     [](Given& given, const std::string&) { given.options.copyCare.salvage = true; }},
+    {{"--no-sync", "", "Copy without waiting for the disk: a power cut may leave copies empty"},
+     [](Given& given, const std::string&) { given.options.copyCare.sync = false; }},
     {{"--no-test", "", "List only, without testing the headers"},
      [](Given& given, const std::string&) { given.options.test = false; }},
     {{"--no-skip-list", "", "List the files of the skip list too"},
@@ -110,7 +121,35 @@ std::string wrongOptions(const Given& given) {
         return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
     if (given.options.jobId.empty())
         return "--job is required";
-    return given.source.empty() ? "--source is required" : "";
+    if (given.source.empty())
+        return "--source is required";
+    const CopyCare& care = given.options.copyCare;
+    if (care.verify && !care.sync)
+        return "--verify reads what is on the disk, and takes no --no-sync";
+    if (!given.target.empty())
+        return {};
+    const std::pair<bool, const char*> ofCopies[] = {{!given.copyGrades.empty(), "--copy-grades"},
+                                                     {care.verify, "--verify"},
+                                                     {care.salvage, "--salvage"},
+                                                     {!care.sync, "--no-sync"}};
+    for (const auto& [isGiven, name] : ofCopies) {
+        if (isGiven)
+            return fmt::format("{} needs --target", name);
+    }
+    return {};
+}
+
+// Understands names of grades; empty when all is well.
+std::string understandGrades(Given& given) {
+    if (given.copyGrades.empty())
+        return {};
+    for (const std::string_view name : splitFields(std::string_view(given.copyGrades), ',')) {
+        const auto grade = gradeNamed(name);
+        if (!grade)
+            return fmt::format("--copy-grades: \"{}\" is none", readable(name));
+        given.options.copyGrades.push_back(*grade);
+    }
+    return {};
 }
 
 // What is wrong with the values, if anything is.
@@ -188,6 +227,10 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     if (const auto wrong = wrongOptions(given); !wrong.empty()) {
+        err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
+        return {std::nullopt, kExitUsage};
+    }
+    if (const auto wrong = understandGrades(given); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }

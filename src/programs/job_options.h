@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/copy_terms.h"
 #include "platform/file.h"
+#include "testing/grade.h"
 
 namespace quillon {
 
@@ -17,6 +19,8 @@ struct JobCommandOptions {
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
+    std::vector<Grade> copyGrades;     ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;
     bool test = true;
     bool skipList = true;
     bool commonHeaders = true;

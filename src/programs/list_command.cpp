@@ -20,9 +20,11 @@
 #include "app/installation.h"
 #include "evidence/name_text.h"
 #include "platform/whole_file.h"
+#include "programs/list_copy.h"
 #include "programs/list_options.h"
 #include "programs/list_report.h"
 #include "programs/list_suggest.h"
+#include "programs/list_verify.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -62,6 +64,9 @@ public:
                 return compare();
             case ListQuestion::Forget:
                 return forget();
+            case ListQuestion::Copy:
+            case ListQuestion::Verify:
+                return handOver();
             case ListQuestion::Suggest:
                 return suggest();
         }
@@ -319,6 +324,15 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> handOver() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return options_.question == ListQuestion::Copy
+                   ? copyFiles(*all, options_, streams_)
+                   : verifyCopies(all->front(), *options_.against, options_, streams_);
     }
 
     [[nodiscard]] Result<int> suggest() const {

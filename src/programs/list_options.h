@@ -8,12 +8,26 @@
 #include <string>
 #include <vector>
 
+#include "answers/file_copies.h"
 #include "answers/file_wish.h"
 #include "platform/file.h"
 
 namespace quillon {
 
-enum class ListQuestion { Summary, Extensions, Folders, Reasons, Files, Export, Report, Compare, Forget, Suggest };
+enum class ListQuestion {
+    Summary,
+    Extensions,
+    Folders,
+    Reasons,
+    Files,
+    Export,
+    Report,
+    Compare,
+    Forget,
+    Suggest,
+    Copy,
+    Verify
+};
 
 struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
@@ -38,6 +52,10 @@ struct ListCommandOptions {
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report
+
+    CopyOrder copy;                     ///< its wish is `wish`
+    bool yes = false;                   ///< copy: nobody is asked
+    std::optional<NativePath> against;  ///< verify: the folder of the copies
 
     std::string stripFirst;
     std::string stripSecond;
