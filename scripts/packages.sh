@@ -9,9 +9,9 @@ WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
 # To make the packages on top: cpack asks dpkg for the libraries that a program needs, and file for what a program is.
 PACKAGE_PACKAGES="dpkg-dev file gzip"
 # To build and run every test on top. strace injects faults; unzip, 7z and bsdtar read the archives that we write; e2fsprogs
-# makes the volumes whose power is cut.
+# makes the volumes whose power is cut, and with xfsprogs and gddrescue those that are rescued.
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev python3 strace unzip p7zip-full libarchive-tools
-    e2fsprogs"
+    e2fsprogs xfsprogs gddrescue"
 # For the checks beside the tests; ccache makes what was built before cheap, where the cache outlives the check.
 CHECK_PACKAGES="clang clang-format clang-tidy libclang-rt-dev gcovr ccache git"
 

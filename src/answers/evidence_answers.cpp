@@ -4,39 +4,12 @@
 #include <unordered_map>
 #include <vector>
 
+#include "answers/ask_evidence.h"
 #include "answers/folder_branches.h"
 #include "evidence/job_keys.h"
 #include "evidence/schema.h"
 
 namespace quillon {
-
-namespace {
-
-// Runs a question of ours and hands each row of its answer to `take`.
-template <typename Take>
-Result<void> ask(EvidenceReader& reader, std::string_view sql, Take take) {
-    auto statement = reader.prepare(sql);
-    if (!statement)
-        return failure(statement.error());
-    while (true) {
-        const auto more = statement->step();
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            return {};
-        take(*statement);
-    }
-}
-
-template <typename Kind>
-std::optional<Kind> numbered(const Statement& row, int column) {
-    const auto number = row.integerOrNone(column);
-    if (!number || *number < 0 || *number >= static_cast<std::int64_t>(Kind::Count))
-        return std::nullopt;
-    return static_cast<Kind>(*number);
-}
-
-}  // namespace
 
 Result<std::string> EvidenceAnswers::source() {
     for (const char* key : {job_keys::kSourceBytes, job_keys::kSource}) {

@@ -3,6 +3,7 @@
 
 #include "app/installation.h"
 #include "platform/folders.h"
+#include "testing/sector_markers.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -47,7 +48,7 @@ Result<std::vector<std::string>> entryParts(std::string_view name) {
 }
 
 std::string settingsSpelling(std::string_view name) {
-    for (const char* known : {kSkipListFileName, kCommonHeadersFileName, kErrorsFileName}) {
+    for (const char* known : {kSkipListFileName, kCommonHeadersFileName, kErrorsFileName, kBadSectorsFileName}) {
         if (sameName(name, known))
             return known;
     }

@@ -11,6 +11,14 @@
 
 namespace quillon {
 
+namespace {
+
+const ListForm kForm{"Common Headers",
+                     [](std::string_view bytes) { return lineRecords(commonHeaderBytes(parseCommonHeaders(bytes))); },
+                     lineBytes, mergeRecords};
+
+}  // namespace
+
 std::vector<CommonHeader> parseCommonHeaders(std::string_view bytes) {
     std::vector<CommonHeader> rows;
     for (const auto line : splitLines(bytes)) {
@@ -36,6 +44,17 @@ std::string currentPrefix(const ReportMessages& messages) {
     return "Current Prefix : " + utf16ToUtf8(messages[Grade::CommonHeader]);
 }
 
+CommonHeadersEditor::CommonHeadersEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept)
+    : installation_(installation), dialogs_(dialogs), kept_(kept), copies_(installation, dialogs, kept, kForm) {
+}
+
+std::vector<NativePath> CommonHeadersEditor::copies() const {
+    std::vector<NativePath> files{localFile()};
+    if (installation_.paths().useSharedDb)
+        files.push_back(sharedFile());
+    return files;
+}
+
 NativePath CommonHeadersEditor::localFile() const {
     return fileIn(installation_.paths().localSettings, kCommonHeadersFileName);
 }
@@ -56,14 +75,15 @@ void CommonHeadersEditor::load() {
     const bool readShared = installation_.paths().useSharedDb && pathExists(sharedFile());
     if (readShared || pathExists(localFile()))
         readInto(readShared ? sharedFile() : localFile());
-    saver_.loaded(commonHeaderBytes(rows_));
+    copies_.loaded(commonHeaderBytes(rows_), copies());
     // A first reading of a missing file ends the load; so does a second one.
     if (!rows_.empty() || !pathExists(localFile()))
         return;
     readInto(localFile());
-    saver_.loaded(commonHeaderBytes(rows_));
     if (!sharedFile().empty())
-        passOver(copyKeepingOld(localFile(), sharedFile(), kept_), "the share may be away; the list is loaded");
+        passOver(copies_.change(sharedFile(), [&] { return copyKeepingOld(localFile(), sharedFile(), kept_); }),
+                 "the share may be away; the list is loaded");
+    copies_.loaded(commonHeaderBytes(rows_), copies());
 }
 
 CommonHeadersEditor::Entered CommonHeadersEditor::addOrUpdate() {
@@ -112,25 +132,22 @@ void CommonHeadersEditor::deleteSelected() {
 void CommonHeadersEditor::deleteAll() {
     if (!dialogs_.ask("Delete All?", "Are you sure you want to remove all refererences to common file types?"))
         return;
-    if (pathExists(localFile()))
-        passOver(kept_.moveAway(localFile()), "a file that cannot go is told by nothing here; the list is emptied");
+    copies_.moveAway(localFile());
     if (installation_.paths().useSharedDb &&
-        dialogs_.ask("Delete Shared Copy?", "Do you want to delete the SHARED copy of the common header types too ?") &&
-        pathExists(sharedFile()))
-        passOver(kept_.moveAway(sharedFile()), "a file that cannot go is told by nothing here; the list is emptied");
+        dialogs_.ask("Delete Shared Copy?", "Do you want to delete the SHARED copy of the common header types too ?"))
+        copies_.moveAway(sharedFile());
     rows_.clear();
-    saver_.forget();
+    copies_.forget();
     selected_ = -1;
     updating_ = false;
     clear();
 }
 
 Result<void> CommonHeadersEditor::save() {
-    const std::string bytes = commonHeaderBytes(rows_);
-    auto saved = saver_.save(localFile(), bytes);
-    if (saved && installation_.paths().useSharedDb)
-        saved = saver_.save(sharedFile(), bytes);
-    return saved;
+    std::string bytes = commonHeaderBytes(rows_);
+    const auto saved = copies_.save(copies(), bytes, OnFailure::End);
+    rows_ = parseCommonHeaders(bytes);
+    return saved.back();
 }
 
 }  // namespace quillon

@@ -10,7 +10,7 @@
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
-#include "editors/list_saving.h"
+#include "editors/list_copies.h"
 #include "testing/report_messages.h"
 
 namespace quillon {
@@ -36,8 +36,7 @@ struct CommonHeader {
 class CommonHeadersEditor {
 public:
     /// All must outlive this. Nothing is read before `load`.
-    CommonHeadersEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept)
-        : installation_(installation), dialogs_(dialogs), kept_(kept) {}
+    CommonHeadersEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept);
 
     /// The entry fields, UTF-8.
     struct Fields {
@@ -86,19 +85,21 @@ public:
     void deleteAll();
 
     /// Writes the local file and with sharing on the shared one; the first failure ends it. Files that hold what was
-    /// not on the screen go under Kept before they are overwritten.
+    /// not on the screen go under Kept before they are overwritten; what others did to a copy since it was loaded is
+    /// put into the rows first (ListCopies).
     [[nodiscard]] Result<void> save();
 
 private:
     [[nodiscard]] NativePath localFile() const;
     [[nodiscard]] NativePath sharedFile() const;
     void readInto(const NativePath& file);
+    [[nodiscard]] std::vector<NativePath> copies() const;
 
     const Installation& installation_;
     Dialogs& dialogs_;
     KeptFiles& kept_;
     std::vector<CommonHeader> rows_;
-    ListSaver saver_{kept_};
+    ListCopies copies_;
     int selected_ = -1;
     bool updating_ = false;
 };

@@ -43,6 +43,7 @@ void ExtensionEditor::load(const EditorHandover& handover) {
     state = ExtensionEditorState{};
     hitRow_ = -1;
     state.extension = handover.extension;
+    copies_.ofJob(handover.job);
     loadFiles(handover);
     if (!state.files.empty())
         chooseFile(0);
@@ -71,7 +72,7 @@ void ExtensionEditor::loadTerms() {
     const NativePath file = termFileIn(installation_.paths().localDatabase);
     if (!file.empty())
         state.rows = loadTermFile(file).value_or(std::vector<HeaderTerm>{});
-    saver_.loaded(termFileBytes(state.rows));
+    copies_.loaded(termFileBytes(state.rows), copies());
 }
 
 void ExtensionEditor::chooseFile(int file) {
@@ -223,11 +224,8 @@ void ExtensionEditor::deleteAllRows() {
 // TheLastRowDeletedTakesTheSharedFileAwayAndLeavesTheLocalOne).
 void ExtensionEditor::afterDeletion() {
     const Paths& paths = installation_.paths();
-    if (state.rows.empty() && paths.useSharedDb) {
-        const NativePath file = termFileIn(paths.sharedDatabase);
-        if (!file.empty() && pathExists(file))
-            passOver(kept_.moveAway(file), "a shared file that cannot go stays");
-    }
+    if (state.rows.empty() && paths.useSharedDb)
+        copies_.moveAway(termFileIn(paths.sharedDatabase));
     applyMoveRule();
 }
 
@@ -246,17 +244,20 @@ void ExtensionEditor::popupDelete() {
         removeRow(hitRow_);
 }
 
+std::vector<NativePath> ExtensionEditor::copies() const {
+    const Paths& paths = installation_.paths();
+    std::vector<NativePath> files{termFileIn(paths.localDatabase)};
+    if (paths.useSharedDb)
+        files.push_back(termFileIn(paths.sharedDatabase));
+    return files;
+}
+
 void ExtensionEditor::save() {
     if (state.rows.empty())
         return;
-    const Paths& paths = installation_.paths();
-    saveTo(paths.localDatabase);
-    if (paths.useSharedDb)
-        saveTo(paths.sharedDatabase);
-}
-
-void ExtensionEditor::saveTo(const NativePath& folder) {
-    passOver(saver_.save(termFileIn(folder), termFileBytes(state.rows)), "the other copy is written all the same");
+    std::string bytes = termFileBytes(state.rows);
+    passOver(copies_.save(copies(), bytes), "each copy is written by itself, and no failure is told");
+    state.rows = parseTermFile(bytes);
 }
 
 }  // namespace quillon

@@ -14,7 +14,7 @@
 #include "app/installation.h"
 #include "app/kept_files.h"
 #include "app/screen_host.h"
-#include "editors/list_saving.h"
+#include "editors/list_copies.h"
 #include "testing/report_messages.h"
 #include "testing/term_file.h"
 #include "viewer/editor_handover.h"
@@ -109,7 +109,8 @@ public:
     void testCommon();
 
     /// "Done": writes the rows to the local term file, then to the shared one if sharing is on; each by itself, and no
-    /// failure is told. Without rows neither is written.
+    /// failure is told. Without rows neither is written. What others did to a copy since the load is put into the rows
+    /// first (ListCopies).
     /// Kept: so the last row deleted is back when the screen opens again (test
     /// ATermDeletedAsTheLastRowIsBackOnReopening).
     void save();
@@ -131,7 +132,7 @@ private:
     void repairPosition();
     void searchFiles();
     [[nodiscard]] std::string extensionText() const;
-    void saveTo(const NativePath& folder);
+    [[nodiscard]] std::vector<NativePath> copies() const;
 
     const Installation& installation_;
     Dialogs& dialogs_;
@@ -139,7 +140,7 @@ private:
     const ReportMessages& messages_;
     ScreenHost& host_;
     std::function<void()> clearClipboard_;
-    ListSaver saver_{kept_};
+    ListCopies copies_{installation_, dialogs_, kept_, kTermFormNeverEmpty};
     int hitRow_ = -1;
 };
 

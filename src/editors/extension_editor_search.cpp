@@ -80,7 +80,8 @@ void ExtensionEditor::popupAddCommon() {
         return;
     const PageText line{row.offset.bytes + "," + row.term.bytes + "," + row.type.bytes + "," +
                         toPage(*identifier).bytes};
-    passOver(appendRuleLine(paths.sharedSettings, kCommonHeadersFileName, line),
+    passOver(copies_.change(fileIn(paths.sharedSettings, kCommonHeadersFileName),
+                            [&] { return appendRuleLine(paths.sharedSettings, kCommonHeadersFileName, line); }),
              "the design has no answer to a share that is away");
 }
 

@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-Result<void> ListSaver::save(const NativePath& file, const std::string& bytes) {
+Result<void> ListSaver::save(const NativePath& file, const std::string& bytes, const NativePath& through) {
     if (file.empty())
         return failure(ErrorKind::NotFound, "no folder is set for this file");
     if (std::find(seen_.begin(), seen_.end(), bytes) == seen_.end())
@@ -23,6 +23,8 @@ Result<void> ListSaver::save(const NativePath& file, const std::string& bytes) {
         if (const auto copy = kept_.copyAway(file); !copy)
             return failure(copy.error());
     }
+    if (!through.empty())
+        return saveWholeFileThrough(through, file, bytes);
     return saveWholeFile(file, bytes, TemporaryPlace::AboveFolder);
 }
 

@@ -22,10 +22,13 @@ public:
     void loaded(std::string bytes) { seen_ = {std::move(bytes)}; }
     /// Nothing of a file is on the screen any more: whatever it holds is kept.
     void forget() { seen_.clear(); }
+    /// What stands in these bytes is in the list by now: to overwrite them loses nothing.
+    void takenIn(std::string bytes) { seen_.push_back(std::move(bytes)); }
 
     /// Replaces the file's content, which has been on the screen from now on. A file that cannot be read was not seen
     /// either: it is moved. When unseen bytes cannot be kept, nothing is written. An empty path is a NotFound failure.
-    [[nodiscard]] Result<void> save(const NativePath& file, const std::string& bytes);
+    /// `through` is the folder of a lock that is held for it (platform/lease), if there is one.
+    [[nodiscard]] Result<void> save(const NativePath& file, const std::string& bytes, const NativePath& through = {});
 
 private:
     KeptFiles& kept_;

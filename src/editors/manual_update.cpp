@@ -27,7 +27,10 @@ void ManualUpdate::setExtension(std::string_view text) {
     const NativePath file = termFileIn(shared ? paths.sharedDatabase : paths.localDatabase);
     if (!file.empty())
         rows_ = loadTermFile(file).value_or(std::vector<HeaderTerm>{});
-    saver_.loaded(termFileBytes(rows_));
+    std::vector<NativePath> copies{termFileIn(paths.localDatabase)};
+    if (paths.useSharedDb)
+        copies.push_back(termFileIn(paths.sharedDatabase));
+    copies_.loaded(termFileBytes(rows_), copies);
 }
 
 bool ManualUpdate::acceptsSample(const NativePath& path) {
@@ -136,9 +139,7 @@ std::string ManualUpdate::commonHeaderCaption() const {
 }
 
 void ManualUpdate::moveAway(const NativePath& folder) {
-    const NativePath file = termFileIn(folder);
-    if (!file.empty() && pathExists(file))
-        passOver(kept_.moveAway(file), "a copy that cannot go stays, and the other one is tried");
+    copies_.moveAway(termFileIn(folder));
 }
 
 bool ManualUpdate::confirmDeleteAll() {
@@ -154,7 +155,7 @@ bool ManualUpdate::confirmDeleteAll() {
 void ManualUpdate::deleteTerms() {
     if (deleteAllTerms && !confirmDeleteAll())
         return;
-    saveTo(installation_.paths().localDatabase);
+    saveTo({installation_.paths().localDatabase});
     if (current_ < 0 ||
         !dialogs_.ask("Delete entry", "Are you sure you want to delete the term " + toUtf8(currentTerm()) + " ?"))
         return;
@@ -162,15 +163,25 @@ void ManualUpdate::deleteTerms() {
     current_ = -1;
 }
 
-void ManualUpdate::saveTo(const NativePath& folder) {
-    if (pathExists(folder))
-        passOver(saver_.save(termFileIn(folder), termFileBytes(rows_)), "the other copy is written all the same");
+void ManualUpdate::saveTo(const std::vector<NativePath>& folders) {
+    std::vector<NativePath> files;
+    for (const auto& folder : folders) {
+        if (pathExists(folder))
+            files.push_back(termFileIn(folder));
+    }
+    std::string bytes = termFileBytes(rows_);
+    passOver(copies_.save(files, bytes), "a copy that fails does not hold back the other");
+    if (bytes != termFileBytes(rows_))
+        current_ = -1;
+    rows_ = parseTermFile(bytes);
 }
 
 void ManualUpdate::save() {
-    if (installation_.paths().useSharedDb)
-        saveTo(installation_.paths().sharedDatabase);
-    saveTo(installation_.paths().localDatabase);
+    const Paths& paths = installation_.paths();
+    if (paths.useSharedDb)
+        saveTo({paths.sharedDatabase, paths.localDatabase});
+    else
+        saveTo({paths.localDatabase});
 }
 
 }  // namespace quillon

@@ -11,7 +11,7 @@
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
-#include "editors/list_saving.h"
+#include "editors/list_copies.h"
 #include "testing/term_file.h"
 
 namespace quillon {
@@ -89,7 +89,8 @@ public:
     void deleteTerms();
 
     /// Writes the rows to the shared file, when sharing is on and its folder exists, and to the local one. A copy that
-    /// fails is passed over. A term file that holds what was not in the list goes under Kept before it is overwritten.
+    /// fails is passed over. A term file that holds what was not in the list goes under Kept before it is overwritten;
+    /// what others did to it since it was loaded is put into the rows first (ListCopies).
     void save();
 
 private:
@@ -99,7 +100,7 @@ private:
     [[nodiscard]] bool confirmEqualTerm();
     [[nodiscard]] bool acceptsSample(const NativePath& path);
     [[nodiscard]] PageText currentTerm() const;
-    void saveTo(const NativePath& folder);
+    void saveTo(const std::vector<NativePath>& folders);
     void moveAway(const NativePath& folder);
 
     const Installation& installation_;
@@ -107,7 +108,7 @@ private:
     KeptFiles& kept_;
     std::string extension_;
     std::vector<HeaderTerm> rows_;
-    ListSaver saver_{kept_};
+    ListCopies copies_{installation_, dialogs_, kept_, kTermForm};
     std::string sample_;
     int current_ = -1;
     bool updating_ = false;

@@ -9,7 +9,7 @@
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
-#include "editors/list_saving.h"
+#include "editors/list_copies.h"
 #include "testing/report_messages.h"
 
 namespace quillon {
@@ -54,13 +54,14 @@ public:
 
 private:
     [[nodiscard]] std::string fileBytes() const;
-    [[nodiscard]] Result<void> saveShared(const std::string& bytes);
+    [[nodiscard]] std::vector<NativePath> copies() const;
+    void show(const Records& messages);
 
     const Installation& installation_;
     Dialogs& dialogs_;
     KeptFiles& kept_;
     ReportMessages& messages_;
-    ListSaver saver_{kept_};
+    ListCopies copies_;
 };
 
 }  // namespace quillon

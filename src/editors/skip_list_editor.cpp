@@ -3,7 +3,6 @@
 
 #include <algorithm>
 
-#include "editors/list_saving.h"
 #include "platform/copy_file.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
@@ -11,6 +10,36 @@
 #include "text/list_text.h"
 
 namespace quillon {
+
+namespace {
+
+Records inOrder(Records terms) {
+    std::ranges::stable_sort(terms, {}, [](const std::string& term) { return lowered(PageText{term}); });
+    return terms;
+}
+
+// The order follows from the terms, so to move one is no change.
+RecordMerge mergeTerms(const Records& base, const Records& ours, const Records& theirs, MergeChoice choice) {
+    auto merged = mergeRecords(inOrder(base), inOrder(ours), inOrder(theirs), choice);
+    merged.records = inOrder(std::move(merged.records));
+    return merged;
+}
+
+const ListForm kForm{"Skip List", lineRecords, lineBytes, mergeTerms};
+
+}  // namespace
+
+SkipListEditor::SkipListEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept)
+    : installation_(installation), dialogs_(dialogs), kept_(kept), copies_(installation, dialogs, kept, kForm) {
+}
+
+std::vector<NativePath> SkipListEditor::copies() const {
+    const Paths& paths = installation_.paths();
+    std::vector<NativePath> files{fileIn(paths.localSettings, kSkipListFileName)};
+    if (paths.useSharedDb)
+        files.push_back(fileIn(paths.sharedSettings, kSkipListFileName));
+    return files;
+}
 
 NativePath SkipListEditor::listFile() const {
     const Paths& paths = installation_.paths();
@@ -36,7 +65,7 @@ void SkipListEditor::load() {
     if (const auto bytes = readRuleFile(listFile())) {
         for (const auto line : splitLines(*bytes)) terms_.push_back(PageText{std::string(line)});
     }
-    saver_.loaded(fileBytes());
+    copies_.loaded(fileBytes(), copies());
 }
 
 void SkipListEditor::selectRow(int row) {
@@ -84,16 +113,15 @@ void SkipListEditor::save() {
     std::stable_sort(terms_.begin(), terms_.end(),
                      [](const PageText& a, const PageText& b) { return lowered(a) < lowered(b); });
     forgetRow();
-    const Paths& paths = installation_.paths();
-    std::vector<NativePath> folders{paths.localSettings};
-    if (paths.useSharedDb)
-        folders.push_back(paths.sharedSettings);
-    const std::string bytes = fileBytes();
-    for (const auto& folder : folders) {
-        const NativePath file = fileIn(folder, kSkipListFileName);
-        if (!saver_.save(file, bytes))
-            dialogs_.warn("Error", "Unable to find Skip list path (" + readable(file.native()) + ").");
+    const auto files = copies();
+    std::string bytes = fileBytes();
+    const auto saved = copies_.save(files, bytes);
+    for (std::size_t i = 0; i < saved.size(); ++i) {
+        if (!saved[i])
+            dialogs_.warn("Error", "Unable to find Skip list path (" + readable(files[i].native()) + ").");
     }
+    terms_.clear();
+    for (auto& term : lineRecords(bytes)) terms_.push_back(PageText{std::move(term)});
 }
 
 bool SkipListEditor::loadFromFile() {
@@ -105,7 +133,8 @@ bool SkipListEditor::loadFromFile() {
     if (chosen.empty())
         return true;
     const NativePath file = listFile();
-    if (file.empty() || !kept_.copyAway(file) || !copyDataFile(chosen.front(), file))
+    if (file.empty() || !kept_.copyAway(file) ||
+        !copies_.change(file, [&] { return copyDataFile(chosen.front(), file); }))
         return false;
     load();
     return true;

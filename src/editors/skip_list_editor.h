@@ -10,15 +10,14 @@
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
-#include "editors/list_saving.h"
+#include "editors/list_copies.h"
 
 namespace quillon {
 
 class SkipListEditor {
 public:
     /// All must outlive this. Nothing is read before `load`.
-    SkipListEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept)
-        : installation_(installation), dialogs_(dialogs), kept_(kept) {}
+    SkipListEditor(const Installation& installation, Dialogs& dialogs, KeptFiles& kept);
 
     std::string entry;  ///< `TextBox1`, UTF-8
 
@@ -56,6 +55,7 @@ public:
 private:
     [[nodiscard]] NativePath listFile() const;
     [[nodiscard]] std::string fileBytes() const;
+    [[nodiscard]] std::vector<NativePath> copies() const;
     void save();
     void forgetRow();
 
@@ -63,7 +63,7 @@ private:
     Dialogs& dialogs_;
     KeptFiles& kept_;
     std::vector<PageText> terms_;
-    ListSaver saver_{kept_};
+    ListCopies copies_;
     int selected_ = -1;
     bool updating_ = false;
 };

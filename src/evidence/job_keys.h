@@ -23,10 +23,14 @@ inline constexpr const char* kRules = "rules";
 inline constexpr const char* kListBytes = "list_bytes";
 inline constexpr const char* kListModified = "list_modified";
 inline constexpr const char* kListDigest = "list_digest";
+inline constexpr const char* kSectors = "sectors";
 
 // Values of kEnd.
 inline constexpr const char* kRunning = "running";
 inline constexpr const char* kComplete = "complete";
 inline constexpr const char* kStopped = "stopped";
+
+// Values of kSectors.
+inline constexpr const char* kByMap = "map";
 
 }  // namespace quillon::job_keys

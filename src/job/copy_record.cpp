@@ -81,7 +81,7 @@ Result<void> CopyRecord::finish() {
 
 void CopyRecord::noteGaps(std::string_view name, const CopyFacts& facts) {
     const std::string field = csvField(nameText(name));
-    for (const ByteRange& gap : facts.gaps) gaps_ += fmt::format("{},{},{}\r\n", field, gap.offset, gap.length);
+    for (const ByteRange& gap : facts.gaps) gaps_ += fmt::format("{},{},{}\r\n", field, gap.begin, gap.bytes());
     if (hasOlderGaps_)
         copied_.insert(field);
 }

@@ -18,6 +18,9 @@ namespace quillon {
 
 namespace {
 
+// A wrecked file may have any number of gaps.
+constexpr std::size_t kMostRanges = 1000;
+
 std::int64_t nanoseconds(const FileTime& time) {
     return time.seconds * 1'000'000'000 + time.nanoseconds;
 }
@@ -113,12 +116,8 @@ CopyOutcome copyOutcome(const tl::expected<CopyFacts, CopyError>& result, bool c
         outcome.verified = 1;
     if (result->gaps.empty())
         return outcome;
-    std::int64_t bytes = 0;
-    for (const ByteRange& gap : result->gaps) {
-        bytes += static_cast<std::int64_t>(gap.length);
-        outcome.badRanges += fmt::format("{}{}+{}", outcome.badRanges.empty() ? "" : ",", gap.offset, gap.length);
-    }
-    outcome.badBytes = bytes;
+    outcome.badBytes = static_cast<std::int64_t>(bytesIn(result->gaps));
+    outcome.badRanges = rangesText(result->gaps, kMostRanges);
     return outcome;
 }
 

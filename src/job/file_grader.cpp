@@ -12,10 +12,8 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
     const NativePath file = fileIn(installation.paths().localSettings, kCommonHeadersFileName);
     if (!context.state.options.useCommonHeaders || !pathExists(file))
         return;
-    if (const auto loaded = list.load(file); !loaded) {
-        ++context.state.counters.unreadRules;
-        context.log("Common headers cannot be read : " + loaded.error().text, kLightOrange);
-    }
+    if (const auto loaded = list.load(file); !loaded)
+        context.rulesNotRead("Common headers", loaded.error());
 }
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
@@ -31,24 +29,16 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder), [this](const FileError& why) {
-            ++context_.state.counters.unreadRules;
-            context_.log("Term file cannot be read : " + why.text, kLightOrange);
-        });
+        termFiles_.emplace(NativePath(folder),
+                           [this](const FileError& why) { context_.rulesNotRead("Term file", why); });
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
 }
 
-void FileGrader::tellProblems() {
-    for (const auto& problem : termFiles_->takeProblems()) context_.ruleNotRead(problem);
-}
-
 Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
     inWork_ = row.nativePath();
     auto verdict = headerTest().checkFile(row, extension, heads);
-    if (termFiles_->hasProblems())
-        tellProblems();
     if (!verdict)
         return verdict;
     if (verdict->grade)
@@ -58,21 +48,22 @@ Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_vie
     if (verdict->head != nullptr && verdict->head->length < kHeaderBytes)
         ++context_.state.counters.unreadHeads;
     if (verdict->head != nullptr && context_.state.options.keepEvidence)
-        addFindings(row, extension, *verdict);
+        addFindings(row, *verdict);
     return verdict;
 }
 
 // What the same bytes tell beside the grade: why a file is not good, and what speaks against one that looks good.
-void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict) {
+void FileGrader::addFindings(const ListRow& row, FileVerdict& verdict) {
     const FileHead& head = *verdict.head;
     if (verdict.grade != Grade::Good) {
-        FoundReason found = reasonOf(extension, head);
+        const TermIndex& index = terms();
+        FoundReason found = findReason(head.given(), markers_, verdict.terms, commonList_, index);
         verdict.findings.reason = found.reason;
         verdict.findings.detail = std::move(found.detail);
     }
-    if (verdict.grade == Grade::Good || verdict.grade == Grade::CommonHeader) {
-        // A list may hold any number.
-        const double size = std::clamp(row.size().value_or(0), 0.0, 9e18);
+    if (verdict.grade && kGrades[*verdict.grade].quality.value == Quality::Recovered) {
+        constexpr double kMostBytes = 9e18;  // a list may hold any number, an integer of 64 bits not
+        const double size = std::clamp(row.size().value_or(0), 0.0, kMostBytes);
         const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
         if (doubt) {
             verdict.findings.doubt = doubtKindName(doubt->kind);
@@ -81,11 +72,21 @@ void FileGrader::addFindings(const ListRow& row, std::u16string_view extension, 
     }
 }
 
-FoundReason FileGrader::reasonOf(std::u16string_view extension, const FileHead& head) {
-    const NativePath folder(databaseFolder_);
-    if (!terms_)
-        terms_ = TermIndex::ofFolder(folder);
-    return findReason(head.given(), termFiles_->find(extension), commonList_, *terms_);
+void FileGrader::readMarkers() {
+    auto markers = loadSectorMarkers(installation_.paths());
+    if (markers)
+        markers_ = std::move(*markers);
+    else
+        context_.rulesNotRead("Bad sector markers", markers.error());
+}
+
+// What reasons are found by is read when the first one is asked for.
+const TermIndex& FileGrader::terms() {
+    if (!terms_) {
+        terms_ = TermIndex::ofFolder(NativePath(databaseFolder_));
+        readMarkers();
+    }
+    return *terms_;
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

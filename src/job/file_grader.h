@@ -53,9 +53,9 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
-    void tellProblems();
-    void addFindings(const ListRow& row, std::u16string_view extension, FileVerdict& verdict);
-    [[nodiscard]] FoundReason reasonOf(std::u16string_view extension, const FileHead& head);
+    void addFindings(const ListRow& row, FileVerdict& verdict);
+    void readMarkers();
+    [[nodiscard]] const TermIndex& terms();
 
     const Installation& installation_;
     const ReportMessages& messages_;
@@ -67,6 +67,7 @@ private:
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
     std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
+    SectorMarkers markers_;           // read with them
 };
 
 }  // namespace quillon

@@ -335,11 +335,7 @@ void JobDriver::logEnd(const std::string& text, const LocalTime& start) {
 
 void askToStop(const PassContext& context) {
     if (context.surroundings.dialogs.ask("Stop process?", "Do you want to stop the process?"))
-        stopJob(context);
-}
-
-void stopJob(const PassContext& context) {
-    context.stop();
+        context.stop();
 }
 
 }  // namespace quillon

@@ -109,7 +109,4 @@ private:
 /// The Stop button: asks, and on Yes stops the job.
 void askToStop(const PassContext& context);
 
-/// Stop itself: the flags that the phases read, and the row in the log.
-void stopJob(const PassContext& context);
-
 }  // namespace quillon

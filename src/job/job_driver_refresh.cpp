@@ -104,6 +104,8 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
             options.useSkipListEnabled = false;
         }
     }
+    if (auto fetched = share.fetchMarkers(); !fetched)
+        reportNotFetched(fetched.error());
     if (auto fetched = share.fetchCommon(); !fetched)
         reportNotFetched(fetched.error());
     const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);

@@ -39,10 +39,10 @@ struct PassContext {
             state.lossReason = why.text;
     }
 
-    /// Tells of a file with rules that cannot be read, and counts it: grades may lack what it says.
-    void ruleNotRead(const FileError& why) const {
+    /// Tells that rules (`what`: their kind) cannot be read, and counts them: grades may lack what they say.
+    void rulesNotRead(std::string_view what, const FileError& why) const {
         ++state.counters.unreadRules;
-        log("Unable to read : " + why.text, kLightOrange);
+        log(std::string(what) + " cannot be read : " + why.text, kLightOrange);
     }
 
     /// Stop: the flags that the phases read, and the row in the log.

@@ -5,6 +5,7 @@
 #include "app/save_litter.h"
 #include "job/board_progress.h"
 #include "setup/share_trial.h"
+#include "testing/sector_markers.h"
 
 namespace quillon {
 
@@ -63,6 +64,10 @@ SkipListState ShareSteps::loadSkips() {
         context_.log("The skip list cannot be read, or is larger than 4 MiB", kLightOrange);
     }
     return state;
+}
+
+Result<void> ShareSteps::fetchMarkers() {
+    return answerBeside(context_.surroundings.loop, [this] { return fetchSectorMarkers(paths(), kept_); });
 }
 
 Result<void> ShareSteps::fetchCommon() {

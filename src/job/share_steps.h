@@ -43,6 +43,7 @@ public:
     [[nodiscard]] Result<void> fetchSkips();
     /// Loads the skip list of the job.
     [[nodiscard]] SkipListState loadSkips();
+    [[nodiscard]] Result<void> fetchMarkers();
     [[nodiscard]] Result<void> fetchCommon();
 
 private:

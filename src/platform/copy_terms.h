@@ -7,10 +7,10 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "platform/result.h"
 #include "platform/sha256.h"
+#include "text/byte_ranges.h"
 
 namespace quillon {
 
@@ -49,19 +49,11 @@ struct CopyCare {
     [[nodiscard]] CopyManner manner() const { return {hash || verify || salvage, salvage, whole}; }
 };
 
-/// A piece of a file, in bytes.
-struct ByteRange {
-    std::uint64_t offset = 0;
-    std::uint64_t length = 0;
-
-    friend bool operator==(const ByteRange&, const ByteRange&) = default;
-};
-
 /// What is known of a copy.
 struct CopyFacts {
     std::uint64_t size = 0;            ///< bytes
     std::optional<Sha256Digest> hash;  ///< of the bytes as they were read, when they were hashed
-    std::vector<ByteRange> gaps;       ///< what the source did not give, in order; empty for a whole copy
+    ByteRanges gaps;                   ///< what the source did not give; empty for a whole copy
     std::size_t lostAttributes = 0;    ///< extended attributes that the target does not have
 };
 

@@ -190,10 +190,7 @@ CopyTransfer::Moved CopyTransfer::moveBlock(std::size_t wanted) {
 }
 
 CopyTransfer::Moved CopyTransfer::leaveGap(off_t place, std::size_t length) {
-    if (!gaps_.empty() && gaps_.back().offset + gaps_.back().length == static_cast<std::uint64_t>(place))
-        gaps_.back().length += length;
-    else
-        gaps_.push_back({static_cast<std::uint64_t>(place), length});
+    append(gaps_, {static_cast<std::uint64_t>(place), static_cast<std::uint64_t>(place) + length});
     return goTo(place + static_cast<off_t>(length)).map([length] { return length; });
 }
 

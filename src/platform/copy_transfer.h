@@ -60,7 +60,7 @@ private:
     off_t end_ = 0;
     bool useRange_ = true;
     unsigned goodBlocksToGo_ = 0;  // above 0: behind a gap, where a large read would only fail again
-    std::vector<ByteRange> gaps_;
+    ByteRanges gaps_;
 };
 
 }  // namespace quillon

@@ -92,6 +92,10 @@ int DiskCalls::makeFolder(int folder, const char* path) {
     return ::mkdirat(folder, path, 0777);
 }
 
+int DiskCalls::removeFolder(int folder, const char* path) {
+    return ::unlinkat(folder, path, AT_REMOVEDIR);
+}
+
 void DiskCalls::wait(std::chrono::milliseconds time) {
     std::this_thread::sleep_for(time);
 }

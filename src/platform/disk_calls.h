@@ -48,6 +48,8 @@ public:
     [[nodiscard]] virtual int link(int file, const char* path, int folder, const char* name, int flags);
     [[nodiscard]] virtual int unlink(int folder, const char* path);
     [[nodiscard]] virtual int makeFolder(int folder, const char* path);
+    /// An empty one; any other stays.
+    [[nodiscard]] virtual int removeFolder(int folder, const char* path);
 
     /// Lets time pass before a refused call is tried again.
     virtual void wait(std::chrono::milliseconds time);

@@ -142,7 +142,8 @@ Result<void> replaceTarget(NativePath& temporary, const Target& target, std::str
         return {};
     }
     Result<void> renamed = failure(systemError(target.path.native(), number));
-    if (number == EIO || isBusy(number) || !target.exists || isFolder(target.path))
+    // Without its temporary file a save may be one that somebody has ended.
+    if (number == EIO || number == ENOENT || isBusy(number) || !target.exists || isFolder(target.path))
         return renamed;
     return writeInPlace(temporary, target, bytes, std::move(renamed));
 }
@@ -193,10 +194,14 @@ bool isTemporaryName(std::string_view name) {
     return name.substr(0, kTemporaryPrefix.size()) == kTemporaryPrefix;
 }
 
+bool isOfGoneProcess(std::string_view temporaryName) {
+    const pid_t owner = ownerOf(temporaryName);
+    return owner != 0 && ::kill(owner, 0) != 0 && errno == ESRCH;
+}
+
 bool isSaveLitter(const NativePath& file) {
     constexpr std::int64_t kDay = 24LL * 60 * 60;
-    const pid_t owner = ownerOf(file.filename().native());
-    if (owner == 0 || ::kill(owner, 0) == 0 || errno != ESRCH)
+    if (!isOfGoneProcess(file.filename().native()))
         return false;
     const auto modified = modificationTime(file);
     return modified && modified->seconds + kDay < fileTimeNow().seconds && isRegularFile(file);
@@ -239,11 +244,15 @@ Result<std::string> readWholeFile(const NativePath& path, std::size_t limit) {
     }
 }
 
-Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, TemporaryPlace place) {
+namespace {
+
+// `makeTemporary` gives the temporary file of a target.
+template <typename MakeTemporary>
+Result<void> saveBy(const NativePath& path, std::string_view bytes, MakeTemporary makeTemporary) {
     if (path.empty() || path.native().find('\0') != std::string::npos)
         return failure(systemError(path.native(), EINVAL));
     const Target target = describeTarget(path);
-    auto temporary = createTemporary(target, place);
+    auto temporary = makeTemporary(target);
     if (!temporary)
         return failure(saveError(path, temporary.error()));
     NativePath name = temporary->path();
@@ -253,6 +262,22 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
     if (!saved)
         return failure(saveError(path, saved.error()));
     return {};
+}
+
+}  // namespace
+
+Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, TemporaryPlace place) {
+    return saveBy(path, bytes, [place](const Target& target) { return createTemporary(target, place); });
+}
+
+Result<void> saveWholeFileThrough(const NativePath& temporaryFolder, const NativePath& path, std::string_view bytes) {
+    return saveBy(path, bytes, [&temporaryFolder](const Target& target) {
+        if (sameVolume(temporaryFolder, target.folder)) {
+            if (auto file = File::createNew(temporaryFolder / temporaryName()))
+                return Result<File>(std::move(file));
+        }
+        return createTemporary(target, TemporaryPlace::AboveFolder);
+    });
 }
 
 Replacement::Replacement(File file, NativePath target)

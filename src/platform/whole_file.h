@@ -38,6 +38,12 @@ enum class TemporaryPlace {
 [[nodiscard]] Result<void> saveWholeFile(const NativePath& path, std::string_view bytes,
                                          TemporaryPlace place = TemporaryPlace::Beside);
 
+/// The same with its temporary file in a folder of the caller's, who gives the bytes their name only as long as that
+/// folder stands under its name: once it is gone the save fails and the target is as it was. Where the folder is on
+/// another volume, or takes no file, the temporary file stands as with AboveFolder.
+[[nodiscard]] Result<void> saveWholeFileThrough(const NativePath& temporaryFolder, const NativePath& path,
+                                                std::string_view bytes);
+
 /// A file too large to be held in memory that takes its target's place when it is whole. Until then, and on any
 /// failure, the target is as it was. One that is let go earlier leaves nothing behind; a program that is killed leaves
 /// a file under a name that listings leave out.
@@ -79,6 +85,9 @@ private:
 /// True for a file that a save of this computer left when its process was killed: the process is gone, and the file is
 /// older than a day. Of another computer's nobody can tell here.
 [[nodiscard]] bool isSaveLitter(const NativePath& file);
+
+/// True for a temporary name of a process of this computer that is gone.
+[[nodiscard]] bool isOfGoneProcess(std::string_view temporaryName);
 
 /// The beginning of the temporary names of this computer.
 [[nodiscard]] std::string ownTemporaryPrefix();

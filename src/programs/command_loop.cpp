@@ -48,7 +48,7 @@ void CommandLoop::turn() {
     if (job_->state.phase != JobPhase::Checking && interrupts_() > stopsSeen_) {
         ++stopsSeen_;
         if (!job_->state.stopRequested)
-            stopJob(job_->passContext());
+            job_->passContext().stop();
     }
     if (++turns_ % kTurnsPerLook == 0)
         look();

@@ -5,7 +5,6 @@
 #include <functional>
 #include <memory>
 #include <ostream>
-#include <type_traits>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -15,14 +14,15 @@
 #include "answers/forget_evidence.h"
 #include "answers/job_answers.h"
 #include "answers/job_comparison.h"
-#include "answers/xlsx_export.h"
+#include "answers/job_export.h"
+#include "answers/report_file.h"
 #include "app/application_folder.h"
 #include "app/installation.h"
 #include "evidence/name_text.h"
-#include "platform/whole_file.h"
 #include "programs/list_copy.h"
+#include "programs/list_history.h"
 #include "programs/list_options.h"
-#include "programs/list_report.h"
+#include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
 #include "programs/list_verify.h"
 #include "text/list_text.h"
@@ -69,6 +69,10 @@ public:
                 return handOver();
             case ListQuestion::Suggest:
                 return suggest();
+            case ListQuestion::Sectors:
+                return sectors();
+            case ListQuestion::History:
+                return loaded ? showHistory(installation_, options_, streams_) : failure(loaded.error());
         }
         return kListTrouble;
     }
@@ -190,11 +194,7 @@ private:
                     return {};
                 if (!fits(options_.wish, file))
                     continue;
-                if constexpr (std::is_void_v<decltype(take(file, *source))>) {
-                    take(file, *source);
-                } else if (Result<void> taken = take(file, *source); !taken) {
-                    return taken;
-                }
+                take(file, *source);
             }
         });
     }
@@ -212,43 +212,22 @@ private:
         return kListSame;
     }
 
-    [[nodiscard]] Result<int> exportWorkbook() {
-        const auto extensions = figuresBy([](JobAnswers& answers) { return answers.byExtension(); });
-        const auto folders = figuresBy([this](JobAnswers& answers) { return answers.byFolder(options_.depth); });
-        if (!extensions || !folders)
-            return failure(extensions ? folders.error() : extensions.error());
-        auto workbook = XlsxExport::begin(*options_.output);
-        if (!workbook)
-            return failure(workbook.error());
-        return eachFile([&](const EvidenceRow& file, const std::string&) { return workbook->add(file); })
-            .and_then([&] { return workbook->addFigures("Extensions", "extension", *extensions); })
-            .and_then([&] { return workbook->addFigures("Folders", "folder", *folders); })
-            .and_then([&] { return workbook->finish(); })
-            .map([] { return kListSame; });
-    }
-
     [[nodiscard]] Result<int> exportFiles() {
-        if (options_.format == "xlsx")
-            return exportWorkbook();
-        const CsvStyle style{options_.bom, options_.spreadsheet};
+        const ExportForm form{options_.format, {options_.bom, options_.spreadsheet}, options_.depth};
+        if (options_.output) {
+            const auto all = jobs();
+            if (!all)
+                return failure(all.error());
+            return writeExport(*all, options_.wish, form, *options_.output).map([] { return kListSame; });
+        }
         const bool csv = options_.format == "csv";
-        std::string whole;  // a file comes to its name whole or not at all
-        const auto put = [&](const std::string& text) {
-            if (options_.output)
-                whole += text;
-            else
-                streams_.out << text;
-        };
         if (csv)
-            put(csvHead(style));
-        const auto listed = eachFile(
-            [&](const EvidenceRow& file, const std::string&) { put(csv ? csvRecord(file, style) : jsonLine(file)); });
+            streams_.out << csvHead(form.style);
+        const auto listed = eachFile([&](const EvidenceRow& file, const std::string&) {
+            streams_.out << (csv ? csvRecord(file, form.style) : jsonLine(file));
+        });
         if (!listed)
             return failure(listed.error());
-        if (options_.output) {
-            if (const auto saved = saveWholeFile(*options_.output, whole); !saved)
-                return failure(saved.error());
-        }
         return kListSame;
     }
 
@@ -256,7 +235,9 @@ private:
         const auto all = jobs();
         if (!all)
             return failure(all.error());
-        return writeReport(*all, options_).map([] { return kListSame; });
+        return writeReport(*all, {options_.laboratory, options_.depth, options_.withFiles}, *options_.output).map([] {
+            return kListSame;
+        });
     }
 
     [[nodiscard]] Result<int> compare() {
@@ -340,6 +321,14 @@ private:
         if (!all)
             return failure(all.error());
         return suggestFromJobs(*all, options_, streams_);
+    }
+
+    [[nodiscard]] Result<int> sectors() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        SystemPlaces places;
+        return tellSectors(*all, options_, streams_, places);
     }
 
     const ListCommandOptions& options_;

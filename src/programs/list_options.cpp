@@ -32,6 +32,7 @@ struct Given {
     std::string target;
     std::string against;
     bool noSync = false;
+    std::string map;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
     std::vector<std::string> reasons;
@@ -164,6 +165,39 @@ void declareVerify(CLI::App& command, Given& given) {
     declareJson(command, given);
 }
 
+void declareSectors(CLI::App& command, Given& given) {
+    declareWish(command, given);
+    declareJson(command, given);
+    command.add_option("--map", given.map, "The map that ddrescue keeps of the disk")->required()->type_name("FILE");
+    command
+        .add_option("--device-offset", given.options.deviceOffset,
+                    "Where the file system begins on the disk; found where the system knows it")
+        ->type_name("BYTES");
+    command
+        .add_option("--domain-out", given.output,
+                    "Write a map of what these files still miss, for ddrescue --domain-mapfile")
+        ->type_name("FILE");
+    command
+        .add_option("--sector-bytes", given.options.sectorBytes,
+                    "Physical sector of the disk, to which that map is rounded; as the system tells it unless given")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 20U))
+        ->type_name("BYTES");
+}
+
+void declareHistory(CLI::App& command, Given& given) {
+    HistoryWish& wish = given.options.history;
+    declareJson(command, given);
+    command.add_flag("--local", wish.local, "The database of this computer, though it is shared with others");
+    command.add_option("--last", wish.last, "How many of the newest; 1000 unless told")->type_name("N");
+    CLI::Option* undo = command.add_option("--undo", wish.undo, "Take this change back, as a new change");
+    undo->type_name("ID");
+    CLI::Option* about = command.add_option("--about", wish.about, "The change that a remark is for");
+    about->type_name("ID")->excludes(undo);
+    CLI::Option* remark = command.add_option("--remark", wish.remark, "Why it was made, in a few words");
+    remark->type_name("TEXT")->needs(about);
+    about->needs(remark);
+}
+
 // Help, parser and manual have the subcommands of this table.
 constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Summary, "summary", "Files, bytes, quality, grades and reasons of a job", declareTable},
@@ -179,6 +213,10 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Copy, "copy", "Copies files of a finished job, with their check sums", declareCopy},
     {ListQuestion::Verify, "verify", "Compares copies with their check sums", declareVerify},
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
+    {ListQuestion::Sectors, "sectors", "Files that lie where the map of a rescue says that the disk was not read",
+     declareSectors},
+    {ListQuestion::History, "history", "Who changed the database and what became of it; takes a change back",
+     declareHistory},
 };
 
 // A folder as rows have it: without "/" around it.
@@ -228,7 +266,9 @@ std::string understand(Given& given) {
     if (!given.paths.empty())
         given.options.paths = given.paths;
     understandCopies(given);
-    if (given.options.jobs.empty() && given.options.caseId.empty())
+    given.options.map = given.map;
+    const bool needsJob = given.options.question != ListQuestion::History;
+    if (needsJob && given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
     if (given.options.copy.care.verify && given.noSync)
         return "--verify reads what is on the disk, and takes no --no-sync";

@@ -26,7 +26,18 @@ enum class ListQuestion {
     Forget,
     Suggest,
     Copy,
-    Verify
+    Verify,
+    Sectors,
+    History
+};
+
+/// What `history` is to do.
+struct HistoryWish {
+    bool local = false;       ///< this computer's history, though the database is shared
+    std::size_t last = 1000;  ///< how many notes are read
+    std::string undo;         ///< the ID of a change to be taken back
+    std::string about;        ///< the ID of a change that gets this
+    std::string remark;       ///< UTF-8
 };
 
 struct ListCommandOptions {
@@ -49,6 +60,11 @@ struct ListCommandOptions {
     bool spreadsheet = false;
 
     std::optional<NativePath> paths;  ///< suggest: the files that count as listed, one name a line
+
+    NativePath map;                             ///< sectors: the map of a rescue
+    std::optional<std::uint64_t> deviceOffset;  ///< where the file system begins on the map's device
+    std::optional<std::uint64_t> sectorBytes;   ///< physical sector of that device
+    HistoryWish history;
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "setup/default_installation.h"
 
+#include "app/database_history.h"
 #include "app/folder_structure.h"
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
@@ -35,7 +36,12 @@ Result<DefaultSetup> fillAndSave(Installation& installation) {
     ExtractOptions options;
     options.existing = ExistingFiles::Keep;
     return createFolders(paths)
-        .and_then([&] { return extractArchive(installation.defaultDatabasePath(), paths.localPath, options); })
+        .and_then([&] {
+            NotedDatabase noted(paths.localSettings, changeBy("Setup"));
+            auto extracted = extractArchive(installation.defaultDatabasePath(), paths.localPath, options);
+            noted.finish();
+            return extracted;
+        })
         .and_then([&](const Extracted& extracted) -> Result<DefaultSetup> {
             if (auto saved = installation.saveSettingsRecord(); !saved)
                 return failure(saved.error());

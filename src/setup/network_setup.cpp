@@ -104,11 +104,12 @@ bool NetworkSetup::mayReplace(const NativePath& target, const std::string& name)
 
 Result<void> NetworkSetup::copyOver(const NativePath& source, const NativePath& target) {
     return beside([&] {
-        return copyKeepingOld(source, target, kept_).and_then([&target]() -> Result<void> {
-            if (!pathExists(target))
-                return failure(ErrorKind::NotFound, target.native());
-            return {};
-        });
+        return copyNoted(source, target, kept_, target.parent_path(), changeBy("Set up Network"))
+            .and_then([&target]() -> Result<void> {
+                if (!pathExists(target))
+                    return failure(ErrorKind::NotFound, target.native());
+                return {};
+            });
     });
 }
 
@@ -186,15 +187,19 @@ void NetworkSetup::copyDatabase() {
     const auto total = static_cast<std::int64_t>(names.size());
     std::int64_t number = 0;
     Result<void> trapped;
+    NotedStep noted(paths.sharedSettings, changeBy("Set up Network"));
     for (const auto& name : names) {
         state.progress = "Copying file " + plainNumber(++number) + " of " + plainNumber(total);
         host_.showState();
-        const auto copied =
-            beside([&] { return copyKeepingOld(paths.localDatabase / name, shared.pathOf(name), kept_); });
+        const auto copied = beside([&] {
+            const NativePath target = shared.pathOf(name);
+            return noted.change(target, [&] { return copyKeepingOld(paths.localDatabase / name, target, kept_); });
+        });
         if (!copied)
             trapped = copied;
         surroundings_.loop.turn();
     }
+    passOver(beside([&noted] { return noted.finish(); }), "a full share costs the note");
     tick(kMainDatabaseBox, false);
     if (!trapped)
         surroundings_.dialogs.tell(kProgramTitle, fmt::format("{} {}", trapped.error().number(), trapped.error().text));

@@ -24,7 +24,11 @@ public:
           kept_(kept),
           chosen_(paths.sharedDatabase, names),
           local_(paths.localDatabase),
-          probe_(paths.localDatabase) {}
+          probe_(paths.localDatabase),
+          noted_(paths.localSettings, changeByJob()) {}
+    Refresh(const Refresh&) = delete;
+    Refresh& operator=(const Refresh&) = delete;
+    ~Refresh() { passOver(noted_.finish(), "a full disk costs the note"); }
 
     void one(const std::string& name) {
         const NativePath source = paths_.sharedDatabase / name;
@@ -48,7 +52,7 @@ public:
 
 private:
     void replace(const NativePath& source, const NativePath& target) {
-        if (copyKeepingOld(source, target, kept_))
+        if (noted_.change(target, [&] { return copyKeepingOld(source, target, kept_); }))
             ++counts.copied;
         else
             ++counts.failed;
@@ -59,6 +63,7 @@ private:
     DatabaseFolder chosen_;
     DatabaseFolder local_;
     TimeProbe probe_;
+    NotedStep noted_;
 };
 
 }  // namespace
@@ -82,15 +87,17 @@ OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host) {
 
 OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept) {
     OrphanCounts counts;
+    NotedStep noted(paths.localSettings, changeByJob());
     for (const auto& name : orphans.names) {
         const NativePath file = paths.localDatabase / name;
         if (!pathExists(file))
             continue;
-        if (kept.moveAway(file))
+        if (noted.change(file, [&] { return kept.moveAway(file).map([](const NativePath&) {}); }))
             ++counts.removed;
         else
             ++counts.failed;
     }
+    passOver(noted.finish(), "a full disk costs the note");
     return counts;
 }
 
@@ -129,7 +136,8 @@ Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
     const NativePath shared = fileIn(paths.sharedSettings, kCommonHeadersFileName);
     if (paths.sharedSettings.empty() || paths.localSettings.empty() || !pathExists(shared))
         return {};
-    return copyKeepingOld(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept);
+    return copyNoted(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept, paths.localSettings,
+                     changeByJob());
 }
 
 }  // namespace quillon

@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "app/database_history.h"
 #include "app/folder_structure.h"
 #include "app/kept_files.h"
 #include "app/run_beside.h"
@@ -135,7 +136,10 @@ Result<void> SetupWizard::extractTo(const NativePath& folder) {
         ExtractOptions options;
         options.kept = &kept;
         options.progress = progress;
-        if (const auto extracted = extractArchive(archive, folder, options); !extracted)
+        NotedDatabase noted(folder / "Settings", changeBy("Setup Wizard"));
+        const auto extracted = extractArchive(archive, folder, options);
+        noted.finish();
+        if (!extracted)
             return failure(extracted.error());
         return {};
     });

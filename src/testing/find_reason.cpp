@@ -107,9 +107,11 @@ std::optional<FoundReason> knownFormat(const HeaderBytes& folded, const TermInde
 
 }  // namespace
 
-FoundReason findReason(std::string_view head, const std::vector<CompiledTerm>* own, const CommonList& common,
-                       const TermIndex& index) {
+FoundReason findReason(std::string_view head, const SectorMarkers& markers, const std::vector<CompiledTerm>* own,
+                       const CommonList& common, const TermIndex& index) {
     const std::string_view bytes = head.substr(0, kHeaderBytes);
+    if (const SectorMarker* marker = markers.find(bytes); marker != nullptr)
+        return {Reason::BadSector, marker->name};
     if (auto reason = filled(bytes))
         return *reason;
     if (auto reason = zerosInFront(bytes))

@@ -12,6 +12,7 @@
 #include "testing/common_list.h"
 #include "testing/header_term.h"
 #include "testing/reason.h"
+#include "testing/sector_markers.h"
 #include "testing/term_index.h"
 
 namespace quillon {
@@ -28,8 +29,9 @@ inline constexpr std::size_t kLeastLeadingZeros = 16;
 
 /// The first reason that holds, in the order of the enumeration. `head`: the bytes that could be read, at most
 /// kHeaderBytes. `own`: the terms of the file's extension, null when it has no term file. A head of no bytes is
-/// Structured.
-[[nodiscard]] FoundReason findReason(std::string_view head, const std::vector<CompiledTerm>* own,
-                                     const CommonList& common, const TermIndex& index);
+/// Structured. The detail of a bad sector is the name of its marker.
+[[nodiscard]] FoundReason findReason(std::string_view head, const SectorMarkers& markers,
+                                     const std::vector<CompiledTerm>* own, const CommonList& common,
+                                     const TermIndex& index);
 
 }  // namespace quillon

@@ -70,6 +70,7 @@ Result<FileVerdict> HeaderCheck::checkFile(const ListRow& row, std::u16string_vi
     foldHeader(folded_);
     FileVerdict judgement = judgeContent(terms);
     judgement.head = &head_;
+    judgement.terms = terms;
     return judgement;
 }
 

@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/source_files.h"
 #include "testing/common_list.h"
@@ -25,11 +26,14 @@ struct FileFindings {
     friend bool operator==(const FileFindings&, const FileFindings&) = default;
 };
 
-/// All that the test of one file gives. Text and head are good until the next test.
+/// All that the test of one file gives. Text, head and terms are good until the next test.
 struct FileVerdict {
     std::optional<Grade> grade;      ///< none for a row that no test has judged
     std::u16string_view text;        ///< for the list: the message of the grade, or the composite one
     const FileHead* head = nullptr;  ///< of a file that was opened and compared, as it came; null for any other
+    /// That it was compared with: its extension's; null for one without a term file, and for a file that was not
+    /// opened.
+    const std::vector<CompiledTerm>* terms = nullptr;
     FileFindings findings;
 };
 

@@ -58,10 +58,11 @@ void loadReportMessages(const Installation& installation, Dialogs& dialogs, Kept
             return;
         }
         if (shareHasIt)
-            shared = copyKeepingOld(onShare, local, kept);
+            shared = copyNoted(onShare, local, kept, paths.localSettings, changeByJob());
         // A shared copy that was just taken holds the same bytes already; only a missing one has to be written.
         if (shared && !shareHasIt)
-            shared = copyDataFile(local, onShare);
+            shared =
+                changeNoted(paths.sharedSettings, onShare, changeByJob(), [&] { return copyDataFile(local, onShare); });
     }
     auto loaded = shared.and_then([&local] { return readMessages(local); });
     messages = loaded ? std::move(*loaded) : ReportMessages::fallback();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "testing/shared_copy.h"
 
+#include <utility>
+
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 
@@ -19,6 +21,14 @@ Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, 
     if (const auto copy = kept.copyAway(target); !copy)
         return failure(copy.error());
     return saveDataFile(target, *theirs);
+}
+
+Result<void> copyNoted(const NativePath& source, const NativePath& target, KeptFiles& kept, const NativePath& settings,
+                       DatabaseChange who) {
+    NotedStep step(settings, std::move(who));
+    auto copied = step.change(target, [&] { return copyKeepingOld(source, target, kept); });
+    passOver(step.finish(), "a full disk costs the note");
+    return copied;
 }
 
 }  // namespace quillon

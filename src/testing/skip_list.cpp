@@ -100,7 +100,7 @@ Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
     const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
     if (!paths.useSharedDb || !pathExists(shared))
         return {};
-    return copyKeepingOld(shared, fileIn(paths.localSettings, kSkipListFileName), kept);
+    return copyNoted(shared, fileIn(paths.localSettings, kSkipListFileName), kept, paths.localSettings, changeByJob());
 }
 
 SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {

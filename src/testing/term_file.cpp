@@ -109,12 +109,17 @@ void TermFiles::checkFolder() {
     if (opened)
         handle_ = std::move(*opened);
     else
-        noteProblem({}, opened.error());
+        tellOnce({}, opened.error());
 }
 
-void TermFiles::noteProblem(const std::string& name, const FileError& error) {
-    if (problemNames_.insert(name).second)
-        problems_.push_back(error);
+void TermFiles::tell(const FileError& why) const {
+    if (onProblem_)
+        onProblem_(why);
+}
+
+void TermFiles::tellOnce(const std::string& name, const FileError& why) {
+    if (toldNames_.insert(name).second)
+        tell(why);
 }
 
 // True when the file is there; its terms are then those of this moment.
@@ -122,7 +127,7 @@ bool TermFiles::refresh(Entry& entry) {
     const auto stamp = handle_.stampOf(entry.name);
     if (!stamp) {
         if (stamp.error().kind != ErrorKind::NotFound)
-            noteProblem(entry.name, stamp.error());
+            tellOnce(entry.name, stamp.error());
         entry.exists = false;
         return false;
     }
@@ -144,8 +149,8 @@ bool TermFiles::refresh(Entry& entry) {
 
 // Once for each state of the file.
 void TermFiles::tellUnreadable(Entry& entry, const FileError& why) {
-    if (onUnreadable_ && entry.toldAt != entry.stamp)
-        onUnreadable_(why);
+    if (entry.toldAt != entry.stamp)
+        tell(why);
     entry.toldAt = entry.stamp;
 }
 
@@ -170,7 +175,7 @@ void TermFiles::listFolder() {
     listingMayBeStale_ = changedJustNow(listedAt_->modified);
     const auto names = listEntries(folder_);
     if (!names) {
-        noteProblem({}, names.error());
+        tellOnce({}, names.error());
         return;
     }
     for (const auto& name : *names) {

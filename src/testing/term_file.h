@@ -47,18 +47,15 @@ struct HeaderTerm {
 /// still the same, so that an edit takes effect at the next file tested.
 class TermFiles {
 public:
-    /// `onUnreadable` hears of a term file that exists and cannot be read, once for each state of it.
-    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onUnreadable = {})
-        : folder_(std::move(databaseFolder)), onUnreadable_(std::move(onUnreadable)) {}
+    /// `onProblem` hears what could not be read of the folder or of a term file: an extension whose terms are out of
+    /// reach would otherwise look like one without. Of a name it hears once, of a file that is opened in vain once for
+    /// each state of it.
+    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onProblem = {})
+        : folder_(std::move(databaseFolder)), onProblem_(std::move(onProblem)) {}
 
     /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
     /// cannot be read has no terms. The result is good until the next call.
     [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
-
-    /// What could not be read of the folder or of a term file since the last call, each name once: an extension whose
-    /// terms are out of reach would otherwise look like one without.
-    [[nodiscard]] std::vector<FileError> takeProblems() { return std::exchange(problems_, {}); }
-    [[nodiscard]] bool hasProblems() const { return !problems_.empty(); }
 
     /// Whether there was a term file when the extension was last looked up; an extension that never was is looked up.
     [[nodiscard]] bool mayHave(std::u16string_view extension);
@@ -78,8 +75,9 @@ private:
     [[nodiscard]] bool refresh(Entry& entry);
     void locate(Entry& entry);
     void tellUnreadable(Entry& entry, const FileError& why);
+    void tell(const FileError& why) const;
     void listFolder();
-    void noteProblem(const std::string& name, const FileError& error);
+    void tellOnce(const std::string& name, const FileError& why);
 
     struct Hash {
         using is_transparent = void;
@@ -87,7 +85,7 @@ private:
     };
 
     NativePath folder_;
-    std::function<void(const FileError&)> onUnreadable_;
+    std::function<void(const FileError&)> onProblem_;
     Directory handle_;  // looking up in a handle is quicker than along a path
     unsigned lookUps_ = 0;
     std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
@@ -95,8 +93,7 @@ private:
     std::unordered_map<std::string, std::string> names_;
     std::optional<FileStamp> listedAt_;
     bool listingMayBeStale_ = true;
-    std::vector<FileError> problems_;
-    std::set<std::string> problemNames_;  // of those that were noted
+    std::set<std::string> toldNames_;  // of what was told once
 };
 
 }  // namespace quillon

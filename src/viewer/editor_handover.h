@@ -21,6 +21,7 @@ struct EditorHandover {
     std::vector<File> files;
     /// Called when the editor ends, behind the viewer's return to the screen. May be empty.
     std::function<void()> whenDone;
+    std::string job = {};  ///< the ID of the job that was viewed
 };
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "app/database_history.h"
 #include "app/file_list.h"
 #include "job/job.h"
 #include "platform/folders.h"
@@ -177,10 +178,18 @@ void ListViewer::addToSkipList() {
         return;
     if (const std::string lost = lostOnPage(*term); !lost.empty())
         state.status = "Stored as \"?\" : " + lost;
-    passOver(appendRuleLine(paths.localSettings, kSkipListFileName, toPage(*term)),
-             "the design has no answer to a skip list that cannot be written");
+    appendSkipTerm(paths.localSettings, toPage(*term));
     if (paths.useSharedDb)
-        passOver(appendRuleLine(paths.sharedSettings, kSkipListFileName, toPage(*term)), "a share may be away");
+        appendSkipTerm(paths.sharedSettings, toPage(*term));
+}
+
+void ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term) {
+    DatabaseChange change;
+    change.screen = "File List Viewer";
+    change.job = job_.context.state.options.jobId;
+    passOver(changeNoted(settings, fileIn(settings, kSkipListFileName), std::move(change),
+                         [&] { return appendRuleLine(settings, kSkipListFileName, term); }),
+             "the design has no answer to a skip list that cannot be written; a share may be away");
 }
 
 std::optional<EditorHandover> ListViewer::openEditor() {
@@ -196,6 +205,7 @@ std::optional<EditorHandover> ListViewer::openEditor() {
         if (state.rows.foldedExtension(id) == extension)
             handover.files.push_back({std::u16string(state.rows.path(id)), std::u16string(state.rows.problem(id))});
     }
+    handover.job = job_.context.state.options.jobId;
     return handover;
 }
 

@@ -63,7 +63,7 @@ protected:
         };
     }
     void stopWhen(std::function<bool()> isSo) {
-        atTurnWhen(std::move(isSo), [this] { stopJob(job.passContext()); });
+        atTurnWhen(std::move(isSo), [this] { job.passContext().stop(); });
     }
 
     void expectOverwrite(BoxAnswer answer) {

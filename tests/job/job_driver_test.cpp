@@ -298,7 +298,7 @@ TEST_F(DriverTest, FilesThatChangeBetweenWalkAndTestAreGradedByWhatIsThere) {
 
 TEST_F(DriverTest, AnOldStopDoesNotStopTheNextJob) {
     sourceFile("a", "x");
-    stopJob(job.passContext());
+    job.passContext().stop();
     EXPECT_EQ(run(), JobEnd::Complete);
     EXPECT_FALSE(state.copyCancelled);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "programs/list_report.h"
+// The page for the customer as the command writes it.
 
 #include <gmock/gmock.h>
 

@@ -125,7 +125,9 @@ private:
     [[nodiscard]] std::vector<NativePath> everyFile() const {
         std::vector<NativePath> found;
         for (const auto& entry : std::filesystem::recursive_directory_iterator(temp.path())) {
-            if (entry.is_regular_file())
+            // What was done is noted beside it, each time under another name.
+            const bool isNote = entry.path().parent_path().parent_path().filename() == "History";
+            if (entry.is_regular_file() && !isNote)
                 found.push_back(entry.path());
         }
         return found;

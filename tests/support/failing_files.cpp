@@ -176,6 +176,10 @@ int FailingFiles::makeFolder(int folder, const char* path) {
     return fails("makeFolder") ? -1 : DiskCalls::makeFolder(folder, path);
 }
 
+int FailingFiles::removeFolder(int folder, const char* path) {
+    return fails("removeFolder") ? -1 : DiskCalls::removeFolder(folder, path);
+}
+
 void FailingFiles::wait(std::chrono::milliseconds time) {
     const std::lock_guard lock(mutex_);
     ++waits_;

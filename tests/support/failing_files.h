@@ -63,6 +63,7 @@ public:
     int link(int file, const char* path, int folder, const char* name, int flags) override;
     int unlink(int folder, const char* path) override;
     int makeFolder(int folder, const char* path) override;
+    int removeFolder(int folder, const char* path) override;
     void wait(std::chrono::milliseconds time) override;
 
 private:

@@ -20,7 +20,7 @@ protected:
     }
 
     [[nodiscard]] FoundReason of(std::string_view bytes, const std::vector<CompiledTerm>* own) const {
-        return findReason(bytes, own, common, index);
+        return findReason(bytes, markers, own, common, index);
     }
     [[nodiscard]] FoundReason ofPng(std::string_view bytes) const { return of(bytes, &png); }
 
@@ -32,12 +32,22 @@ protected:
 
     const std::string pngMark = "\x89PNG\r\n\x1A\n";
     std::vector<CompiledTerm> png{CompiledTerm::fromTermFileLine("1,89504E470D0A1A0A,H")};
+    SectorMarkers markers;
     CommonList common;
     TermIndex index;
 };
 
 TEST_F(ReasonTest, ZerosAlone) {
     EXPECT_EQ(ofPng(std::string(512, '\0')), (FoundReason{Reason::ZeroFilled, ""}));
+}
+
+TEST_F(ReasonTest, AMarkerComesBeforeAllOtherReasons) {
+    markers.assign({"0,BAD SECTOR,T,R,words", "1,MARK,T,O,mark"});
+    std::string filled;
+    while (filled.size() < 512) filled += "BAD SECTOR";
+    EXPECT_EQ(ofPng(filled), (FoundReason{Reason::BadSector, "words"}));
+    EXPECT_EQ(ofPng(padded("MARK" + pngMark)), (FoundReason{Reason::BadSector, "mark"}));
+    EXPECT_EQ(ofPng(std::string(512, '\xF6')), (FoundReason{Reason::Fill, "F6"}));
 }
 
 TEST_F(ReasonTest, AFillTellsItsPattern) {

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "programs/list_report.h"
+#include "answers/report_file.h"
 
 #include <algorithm>
 #include <functional>
 
 #include "answers/html_report.h"
 #include "answers/job_answers.h"
+#include "answers/piece_writer.h"
 #include "evidence/job_keys.h"
 #include "platform/dates.h"
 #include "platform/whole_file.h"
@@ -15,7 +16,6 @@ namespace quillon {
 namespace {
 
 constexpr std::size_t kTableRows = 200;
-constexpr std::size_t kPieceBytes = std::size_t{1} << 16U;
 
 // The names with most files, those first.
 ReportTable largest(const FiguresBy& figures) {
@@ -104,31 +104,7 @@ private:
     FiguresBy folders_;
 };
 
-// Writes in pieces of some size.
-class PageWriter {
-public:
-    explicit PageWriter(File file) : file_(std::move(file)) {}
-
-    [[nodiscard]] Result<void> put(std::string_view text) {
-        waiting_ += text;
-        return waiting_.size() < kPieceBytes ? Result<void>() : flush();
-    }
-    [[nodiscard]] Result<void> finish() {
-        return flush().and_then([this] { return file_.sync(); }).and_then([this] { return file_.close(); });
-    }
-
-private:
-    [[nodiscard]] Result<void> flush() {
-        const auto written = file_.write(std::string_view(waiting_));
-        waiting_.clear();
-        return written;
-    }
-
-    File file_;
-    std::string waiting_;
-};
-
-Result<void> putFiles(PageWriter& page, const JobFiles& job) {
+Result<void> putFiles(PieceWriter& page, const JobFiles& job) {
     auto answers = openAnswers(job, ReportMessages::fallback());
     if (!answers)
         return failure(answers.error());
@@ -138,7 +114,7 @@ Result<void> putFiles(PageWriter& page, const JobFiles& job) {
     });
 }
 
-Result<void> putPage(PageWriter& page, const HtmlReport& report, const std::vector<JobFiles>& jobs) {
+Result<void> putPage(PieceWriter& page, const HtmlReport& report, const std::vector<JobFiles>& jobs) {
     auto put = page.put(reportBegin(report));
     for (const auto& job : jobs) {
         if (put && report.withFiles)
@@ -149,7 +125,7 @@ Result<void> putPage(PageWriter& page, const HtmlReport& report, const std::vect
 
 }  // namespace
 
-Result<void> writeReport(const std::vector<JobFiles>& jobs, const ListCommandOptions& options) {
+Result<void> writeReport(const std::vector<JobFiles>& jobs, const ReportOptions& options, const NativePath& target) {
     Gathering gathering(options.depth);
     for (const auto& job : jobs) {
         if (auto added = gathering.add(job); !added)
@@ -159,12 +135,12 @@ Result<void> writeReport(const std::vector<JobFiles>& jobs, const ListCommandOpt
     report.laboratory = options.laboratory;
     report.written = DateTexts().general(SystemClock().now());
     report.withFiles = options.withFiles;
-    auto replacement = Replacement::begin(*options.output);
+    auto replacement = Replacement::begin(target);
     if (!replacement)
         return failure(replacement.error());
-    PageWriter page(replacement->takeFile());
+    PieceWriter page(replacement->takeFile());
     const auto written = putPage(page, report, jobs).and_then([&] { return replacement->arrive(); });
-    return written ? Result<void>() : failure(saveError(*options.output, written.error()));
+    return written ? Result<void>() : failure(saveError(target, written.error()));
 }
 
 }  // namespace quillon

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "answers/job_export.h"
+
+#include <functional>
+
+#include "answers/job_answers.h"
+#include "answers/piece_writer.h"
+#include "answers/xlsx_export.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+using TakeFile = std::function<Result<void>(const EvidenceRow&)>;
+
+Result<void> eachJob(const std::vector<JobFiles>& jobs, const std::function<Result<void>(JobAnswers&)>& ask) {
+    for (const auto& job : jobs) {
+        auto answers = openAnswers(job, ReportMessages::fallback());
+        if (!answers)
+            return failure(answers.error());
+        if (auto asked = ask(**answers); !asked)
+            return asked;
+    }
+    return {};
+}
+
+Result<void> eachFile(const std::vector<JobFiles>& jobs, const FileWish& wish, const TakeFile& take) {
+    return eachJob(jobs, [&](JobAnswers& answers) -> Result<void> {
+        EvidenceRow file;
+        while (true) {
+            const auto more = answers.next(file);
+            if (!more)
+                return failure(more.error());
+            if (!*more)
+                return {};
+            if (!fits(wish, file))
+                continue;
+            if (auto taken = take(file); !taken)
+                return taken;
+        }
+    });
+}
+
+Result<FiguresBy> figuresBy(const std::vector<JobFiles>& jobs,
+                            const std::function<Result<FiguresBy>(JobAnswers&)>& ask) {
+    FiguresBy sums;
+    const auto asked = eachJob(jobs, [&](JobAnswers& answers) -> Result<void> {
+        const auto figures = ask(answers);
+        if (!figures)
+            return failure(figures.error());
+        for (const auto& [name, ofName] : *figures) sums[name] += ofName;
+        return {};
+    });
+    if (!asked)
+        return failure(asked.error());
+    return sums;
+}
+
+Result<void> writeWorkbook(const std::vector<JobFiles>& jobs, const FileWish& wish, std::size_t depth,
+                           const NativePath& target) {
+    const auto extensions = figuresBy(jobs, [](JobAnswers& answers) { return answers.byExtension(); });
+    const auto folders = figuresBy(jobs, [depth](JobAnswers& answers) { return answers.byFolder(depth); });
+    if (!extensions || !folders)
+        return failure(extensions ? folders.error() : extensions.error());
+    auto workbook = XlsxExport::begin(target);
+    if (!workbook)
+        return failure(workbook.error());
+    return eachFile(jobs, wish, [&](const EvidenceRow& file) { return workbook->add(file); })
+        .and_then([&] { return workbook->addFigures("Extensions", "extension", *extensions); })
+        .and_then([&] { return workbook->addFigures("Folders", "folder", *folders); })
+        .and_then([&] { return workbook->finish(); });
+}
+
+}  // namespace
+
+Result<void> writeExport(const std::vector<JobFiles>& jobs, const FileWish& wish, const ExportForm& form,
+                         const NativePath& target) {
+    if (form.format == "xlsx")
+        return writeWorkbook(jobs, wish, form.depth, target);
+    const bool csv = form.format == "csv";
+    auto replacement = Replacement::begin(target);
+    if (!replacement)
+        return failure(replacement.error());
+    PieceWriter writer(replacement->takeFile());
+    auto put = csv ? writer.put(csvHead(form.style)) : Result<void>();
+    if (put)
+        put = eachFile(jobs, wish, [&](const EvidenceRow& file) {
+            return writer.put(csv ? csvRecord(file, form.style) : jsonLine(file));
+        });
+    const auto written = put.and_then([&] { return writer.finish(); }).and_then([&] { return replacement->arrive(); });
+    return written ? Result<void>() : failure(saveError(target, written.error()));
+}
+
+}  // namespace quillon

@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: MIT
+#include "editors/list_copies.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/database_history.h"
+#include "platform/folders.h"
+#include "testing/rule_line.h"
+#include "testing/term_file.h"
+#include "text/fields.h"
+#include "text/list_text.h"
+#include "text/page_text.h"
+
+namespace quillon {
+
+namespace {
+
+// Each time somebody else has taken the lock meanwhile, which takes as long as a lease.
+constexpr int kMostRounds = 5;
+constexpr std::size_t kToldConflicts = 5;
+
+std::string shownRecord(const std::string& record) {
+    return record.empty() ? std::string("(deleted)") : toUtf8(PageText{record});
+}
+
+std::string conflictText(const std::string& file, const std::vector<RecordConflict>& conflicts) {
+    std::string text = "While it was open here, another workstation changed the same records of " + file + ".\r\n";
+    for (std::size_t i = 0; i < std::min(conflicts.size(), kToldConflicts); ++i) {
+        const RecordConflict& one = conflicts[i];
+        if (one == RecordConflict{})
+            text += "\r\nBoth put the records in an order of their own.\r\n";
+        else
+            text += "\r\nBefore : " + shownRecord(one.base) + "\r\nHere : " + shownRecord(one.ours) +
+                    "\r\nThere : " + shownRecord(one.theirs) + "\r\n";
+    }
+    if (conflicts.size() > kToldConflicts)
+        text += "\r\nand " + std::to_string(conflicts.size() - kToldConflicts) + " more\r\n";
+    return text + "\r\nDo you want to keep what was entered here ? With No, theirs stands. What either added stays.";
+}
+
+}  // namespace
+
+Records lineRecords(std::string_view bytes) {
+    Records records;
+    for (const auto line : splitLines(bytes)) records.emplace_back(line);
+    return records;
+}
+
+std::string lineBytes(const Records& records) {
+    std::string bytes;
+    for (const auto& record : records) bytes += record + "\r\n";
+    return bytes;
+}
+
+const ListForm kTermForm{"Manual Update",
+                         [](std::string_view bytes) { return lineRecords(termFileBytes(parseTermFile(bytes))); },
+                         lineBytes, mergeRecords};
+const ListForm kTermFormNeverEmpty{"Extension Editor", kTermForm.records, lineBytes, mergeRecords, false};
+
+ListCopies::Base ListCopies::lookAt(const NativePath& copy) {
+    if (copy.empty())
+        return {};
+    auto bytes = readRuleFile(copy);
+    if (bytes)
+        return {true, std::move(*bytes)};
+    const bool missing = bytes.error().kind == ErrorKind::NotFound && isFolder(copy.parent_path());
+    return {missing, {}};
+}
+
+void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies) {
+    bases_.clear();
+    for (const auto& copy : copies) bases_[copy] = lookAt(copy);
+    shown_ = shown;
+    saver_.loaded(std::move(shown));
+}
+
+bool ListCopies::isShared(const NativePath& copy) const {
+    const Paths& paths = installation_.paths();
+    const NativePath folder = copy.parent_path();
+    return !folder.empty() && (folder == paths.sharedDatabase || folder == paths.sharedSettings);
+}
+
+void ListCopies::moveAway(const NativePath& copy) {
+    if (copy.empty() || !pathExists(copy))
+        return;
+    const auto moved = change(copy, [&] { return kept_.moveAway(copy).map([](const NativePath&) {}); });
+    if (moved)
+        bases_[copy] = {true, {}};
+}
+
+Result<void> ListCopies::change(const NativePath& copy, const std::function<Result<void>()>& apply) const {
+    DatabaseChange noted;
+    noted.screen = form_.screen;
+    noted.job = job_;
+    return changeNoted(settingsOf(copy), copy, std::move(noted), apply);
+}
+
+// Whether somebody else has changed the copy, so that there is something to be put together.
+bool ListCopies::isOthers(const NativePath& copy, const Base& base, const Base& now, const std::string& ours) const {
+    if (!base.known || !now.known || base.bytes == now.bytes)
+        return false;
+    // A local file that is gone was taken away by the refresh of a job, which nobody has taught.
+    if (!now.bytes)
+        return isShared(copy);
+    // Kept: a list that nobody touched here, and that the share did not have when it was loaded, takes the place of one
+    // that came there meanwhile (test ASharedFileOfAnotherWorkstationIsKeptBeforeItIsOverwritten).
+    return base.bytes || !isShared(copy) || shown_.empty() || ours != shown_;
+}
+
+void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) const {
+    const auto known = bases_.find(copy);
+    const Base now = lookAt(copy);
+    if (known == bases_.end() || !isOthers(copy, known->second, now, merged.bytes))
+        return;
+    const Records theirs = form_.records(now.bytes.value_or(""));
+    auto result =
+        form_.merge(form_.records(known->second.bytes.value_or("")), form_.records(merged.bytes), theirs, choice);
+    merged.bytes = form_.bytes(result.records);
+    if (result.conflicts.empty() && form_.bytes(theirs) == now.bytes)
+        merged.takenIn.push_back(*now.bytes);
+    merged.conflicts.insert(merged.conflicts.end(), result.conflicts.begin(), result.conflicts.end());
+}
+
+// The shared copy first: the local one then gets what came from there.
+ListCopies::Merged ListCopies::merge(const std::vector<NativePath>& copies, const std::string& bytes,
+                                     MergeChoice choice) const {
+    Merged merged{bytes, {}, {}};
+    for (const bool shared : {true, false}) {
+        for (const auto& copy : copies) {
+            if (isShared(copy) == shared)
+                mergeCopy(copy, choice, merged);
+        }
+    }
+    return merged;
+}
+
+MergeChoice ListCopies::ask(const NativePath& copy, const std::vector<RecordConflict>& conflicts) {
+    const std::string name = readable(copy.filename().native());
+    const bool ours = dialogs_.ask("Changed by another workstation", conflictText(name, conflicts));
+    return ours ? MergeChoice::Ours : MergeChoice::Theirs;
+}
+
+NativePath ListCopies::settingsOf(const NativePath& copy) const {
+    const Paths& paths = installation_.paths();
+    return isShared(copy) ? paths.sharedSettings : paths.localSettings;
+}
+
+// This program's turn at the roots of the copies; all of them end with this.
+class ListCopies::Round {
+public:
+    Round(const ListCopies& list, const std::vector<NativePath>& copies) : list_(list) {
+        for (const bool shared : {true, false}) {
+            for (const auto& copy : copies) {
+                const NativePath settings = list.settingsOf(copy);
+                if (list.isShared(copy) == shared && !turns_.contains(settings))
+                    turns_.try_emplace(settings, settings);
+            }
+        }
+    }
+
+    [[nodiscard]] DatabaseTurn& at(const NativePath& copy) { return turns_.at(list_.settingsOf(copy)); }
+
+    /// Why something could not be noted.
+    [[nodiscard]] std::optional<FileError> problem() const {
+        const auto failed =
+            std::ranges::find_if(turns_, [](const auto& turn) { return turn.second.problem().has_value(); });
+        return failed == turns_.end() ? std::nullopt : failed->second.problem();
+    }
+
+private:
+    const ListCopies& list_;
+    std::map<NativePath, DatabaseTurn> turns_;
+};
+
+Result<void> ListCopies::writeCopy(const NativePath& copy, const std::string& bytes, Round& round) {
+    DatabaseTurn& turn = round.at(copy);
+    DatabaseChange change;
+    change.screen = form_.screen;
+    change.job = job_;
+    change.files = {{placeInRoot(copy), lookAt(copy).bytes, bytes}};
+    return turn.make(std::move(change), [&] { return saver_.save(copy, bytes, turn.through()); });
+}
+
+void ListCopies::tellProblem(const Round& round) {
+    const auto problem = round.problem();
+    if (!problem || toldProblem_)
+        return;
+    toldProblem_ = true;
+    dialogs_.warn("Database History",
+                  "What was changed is saved, but not noted in the history of the database : " + problem->text);
+}
+
+// False when somebody else has taken a lock on the way, so that it has to be done again.
+bool ListCopies::write(const std::vector<NativePath>& copies, const std::string& bytes, OnFailure onFailure,
+                       Round& round, std::vector<Result<void>>& results) {
+    results.clear();
+    for (const auto& copy : copies) {
+        results.push_back(writeCopy(copy, bytes, round));
+        if (results.back())
+            bases_[copy] = {true, bytes};
+        else if (round.at(copy).isLost())
+            return false;
+        else if (onFailure == OnFailure::End)
+            break;
+    }
+    return true;
+}
+
+std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies, std::string& bytes,
+                                           OnFailure onFailure) {
+    MergeChoice choice = MergeChoice::Tell;
+    std::vector<Result<void>> results;
+    for (int rounds = 0; rounds < kMostRounds; ++rounds) {
+        std::optional<Round> round(std::in_place, *this, copies);
+        auto merged = merge(copies, bytes, choice);
+        if (!merged.conflicts.empty() && choice == MergeChoice::Tell) {
+            round.reset();  // nobody has to wait for a person
+            choice = ask(copies.back(), merged.conflicts);
+            continue;
+        }
+        bytes = merged.bytes;
+        for (auto& seen : merged.takenIn) saver_.takenIn(std::move(seen));
+        if (!form_.writesEmpty && form_.records(bytes).empty())
+            return {};
+        if (write(copies, bytes, onFailure, *round, results)) {
+            tellProblem(*round);
+            break;
+        }
+    }
+    return results;
+}
+
+}  // namespace quillon

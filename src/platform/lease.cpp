@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+#include "platform/lease.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+
+#include "platform/disk_calls.h"
+#include "platform/folders.h"
+#include "platform/moment.h"
+#include "platform/system_error.h"
+#include "platform/whole_file.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kLockName = "lock";
+constexpr std::string_view kOwnerPrefix = "owner";
+constexpr std::string_view kTakenPrefix = "taken";
+constexpr std::chrono::milliseconds kFirstWait{2};
+constexpr std::chrono::milliseconds kLongestWait{40};
+
+void removeFolder(const NativePath& folder) {
+    passOver(disk().removeFolder(AT_FDCWD, folder.c_str()), "one that is not empty is somebody's");
+}
+
+void removeWithFiles(const NativePath& folder) {
+    const auto names = listEntries(folder);
+    for (const auto& name : names.value_or(std::vector<std::string>{}))
+        passOver(removeFile(folder / name), "the folder then stays");
+    removeFolder(folder);
+}
+
+// The owner's file in a lock's folder; empty when there is none.
+std::string ownerIn(const NativePath& lock) {
+    const auto names = listEntries(lock).value_or(std::vector<std::string>{});
+    const auto owner =
+        std::ranges::find_if(names, [](const std::string& name) { return name.starts_with(kOwnerPrefix); });
+    return owner == names.end() ? std::string() : *owner;
+}
+
+// A folder with the owner's file in it, still under a name of its own.
+Result<void> prepare(const NativePath& folder, const std::string& owner) {
+    if (disk().makeFolder(AT_FDCWD, folder.c_str()) != 0)
+        return failure(systemError(folder.native()));
+    return File::createNew(folder / owner).and_then([](File file) { return file.close(); });
+}
+
+// The wait for one lock, as this process sees it.
+class Waiting {
+public:
+    Waiting(const NativePath& folder, LeaseTimes times) : folder_(folder), lock_(folder / kLockName), times_(times) {}
+
+    /// True when the prepared folder has become the lock. On failure somebody else has it, or nobody can.
+    Result<bool> tryToTake(const NativePath& prepared) {
+        if (disk().rename(AT_FDCWD, prepared.c_str(), lock_.c_str()) == 0)
+            return true;
+        const int number = errno;
+        if (!isFolder(lock_))
+            return failure(systemError(lock_.native(), number));
+        removeFolder(lock_);  // what an owner that was giving it back has left
+        lookAtOwner();
+        return false;
+    }
+
+    [[nodiscard]] bool isOver() const { return momentNow() - begun_ > times_.patience; }
+
+    void wait() {
+        disk().wait(pause_);
+        pause_ = std::min(2 * pause_, kLongestWait);
+    }
+
+private:
+    void lookAtOwner() {
+        const std::string owner = ownerIn(lock_);
+        if (owner != owner_) {
+            owner_ = owner;
+            seenSince_ = momentNow();
+        }
+        const bool gone = owner.size() > kOwnerPrefix.size() && isOfGoneProcess(owner.substr(kOwnerPrefix.size()));
+        if (!gone && momentNow() - seenSince_ < times_.lease)
+            return;
+        const NativePath taken = folder_ / (std::string(kTakenPrefix) + temporaryName());
+        passOver(disk().rename(AT_FDCWD, lock_.c_str(), taken.c_str()), "another one was quicker");
+    }
+
+    const NativePath& folder_;
+    NativePath lock_;
+    LeaseTimes times_;
+    Moment begun_ = momentNow();
+    std::string owner_;
+    Moment seenSince_ = begun_;
+    std::chrono::milliseconds pause_ = kFirstWait;
+};
+
+}  // namespace
+
+Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times) {
+    const NativePath prepared = folder / temporaryName();
+    std::string owner = std::string(kOwnerPrefix) + prepared.filename().native();
+    if (auto made = prepare(prepared, owner); !made) {
+        removeWithFiles(prepared);
+        return failure(made.error());
+    }
+    Waiting waiting(folder, times);
+    while (true) {
+        const auto taken = waiting.tryToTake(prepared);
+        if (taken && *taken)
+            return Lease(folder / kLockName, std::move(owner));
+        if (!taken || waiting.isOver()) {
+            removeWithFiles(prepared);
+            return taken ? failure(systemError((folder / kLockName).native(), EBUSY)) : failure(taken.error());
+        }
+        waiting.wait();
+    }
+}
+
+Lease::Lease(Lease&& other) noexcept
+    : held_(std::move(other.held_)), owner_(std::exchange(other.owner_, std::string())) {
+}
+
+Lease::~Lease() {
+    if (owner_.empty() || !removeFile(held_ / owner_))
+        return;
+    removeFolder(held_);
+}
+
+bool Lease::isHeld() const {
+    return !owner_.empty() && pathExists(held_ / owner_);
+}
+
+std::vector<NativePath> takenLeases(const NativePath& folder) {
+    std::vector<NativePath> taken;
+    for (const auto& name : listEntries(folder).value_or(std::vector<std::string>{})) {
+        if (name.starts_with(kTakenPrefix))
+            taken.push_back(folder / name);
+    }
+    return taken;
+}
+
+void removeTakenLease(const NativePath& taken) {
+    removeWithFiles(taken);
+}
+
+}  // namespace quillon

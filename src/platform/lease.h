@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// A lock between computers that share a folder, whatever kind of mount each of them has: it needs nothing but that a
+// rename fails where the name is taken. A folder `lock` with the owner's file in it is the lock. Who dies leaves it
+// behind, so an owner has it for a time only: whoever saw one owner for longer than that renames the folder away.
+//
+// An owner that was merely slow comes back without it. What it was about to put in place waits in the lock's folder and
+// went away with it, so its rename fails and it begins anew: no check and no clock can come between.
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "platform/file.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+/// How long an owner may be seen before the lock is taken from it, and how long to wait for the lock in all. An owner
+/// of this computer whose process is gone loses it at once.
+struct LeaseTimes {
+    std::chrono::milliseconds lease{10'000};
+    std::chrono::milliseconds patience{30'000};
+};
+
+class Lease {
+public:
+    /// Waits for the lock of this folder, which exists. A failure: the folder takes no files, or the lock did not come
+    /// free in time.
+    [[nodiscard]] static Result<Lease> take(const NativePath& folder, LeaseTimes times = {});
+    Lease(Lease&& other) noexcept;
+    Lease& operator=(Lease&&) = delete;
+    Lease(const Lease&) = delete;
+    Lease& operator=(const Lease&) = delete;
+    /// Gives the lock back, if it is still ours.
+    ~Lease();
+
+    /// Where the owner keeps what it is about to put in place.
+    [[nodiscard]] const NativePath& folder() const { return held_; }
+    /// False once somebody else has taken the lock.
+    [[nodiscard]] bool isHeld() const;
+
+private:
+    Lease(NativePath held, std::string owner) : held_(std::move(held)), owner_(std::move(owner)) {}
+
+    NativePath held_;
+    std::string owner_;  // the name of our file in it; empty: given away
+};
+
+/// The locks that were taken from their owners, with what these left in them; whoever has seen to that removes them.
+[[nodiscard]] std::vector<NativePath> takenLeases(const NativePath& folder);
+/// Removes such a folder with its files; one that cannot go stays.
+void removeTakenLease(const NativePath& taken);
+
+}  // namespace quillon

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Looks at the bytes of a file, as somebody else reads them, for sectors that an imaging tool has marked as unreadable.
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "testing/sector_markers.h"
+#include "text/byte_ranges.h"
+
+namespace quillon {
+
+struct SectorFindings {
+    ByteRanges unread;            ///< marked sectors, and what could not be read now
+    std::uint64_t zeroBytes = 0;  ///< in sectors of zeros, which healthy files hold too; holes are among them
+    std::string marker;           ///< name of the first marker found; empty for none
+
+    friend bool operator==(const SectorFindings&, const SectorFindings&) = default;
+};
+
+/// Is told one file from its beginning to its end, in pieces of any length.
+class SectorLook {
+public:
+    /// `markers` must outlive this.
+    explicit SectorLook(const SectorMarkers& markers) : markers_(markers) {}
+
+    /// The next bytes.
+    void add(std::string_view bytes);
+    /// The next bytes are a hole.
+    void addHole(std::uint64_t bytes);
+    /// The next bytes cannot be read.
+    void addUnread(std::uint64_t bytes);
+
+    /// What was found up to here; the last sector may be cut by the end. The next call of another function begins a
+    /// new file.
+    [[nodiscard]] SectorFindings take();
+
+private:
+    void look(std::string_view sector);
+    void lookAtWaiting();
+
+    const SectorMarkers& markers_;
+    SectorFindings findings_;
+    std::uint64_t at_ = 0;  // beginning of the sector in work
+    std::string waiting_;   // its bytes so far, when a piece ended within it
+};
+
+}  // namespace quillon

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+// The overview without its screen: what each choice shows.
+#include "answers/overview/overview.h"
+
+#include <fstream>
+
+#include "answers/overview/overview_fixture.h"
+#include "support/fake_surroundings.h"
+#include "support/recording_screen.h"
+
+namespace quillon::test {
+
+namespace {
+
+class OverviewTest : public testing::Test {
+protected:
+    OverviewTest() {
+        std::filesystem::create_directories(folder / "lists");
+        installation.settings.localPath.assign(pageFromPath(folder / "lists"));
+        installation.refreshPathVariables();
+    }
+    void openEvidence() {
+        writeOverviewEvidence(folder / "lists/1.sqlite");
+        overview.open("1");
+        ASSERT_TRUE(overview.state.isOpen) << overview.state.remark;
+    }
+
+    [[nodiscard]] std::vector<std::string> paths() const {
+        std::vector<std::string> all;
+        for (int row = 0; row < overview.rows.count(); ++row) all.push_back(overview.rows.cell(row, 0));
+        return all;
+    }
+    static int entryOf(const FigureRows& rows, std::string_view name) {
+        for (std::size_t i = 1; i < rows.size(); ++i)
+            if (rows[i].first == name)
+                return static_cast<int>(i);
+        return -1;
+    }
+
+    TempFolder folder;
+    FakeSurroundings fake;
+    Installation installation{folder / "app"};
+    ReportMessages messages = ReportMessages::fallback();
+    RecordingScreen screen;
+    Overview overview{{installation, fake.surroundings, messages}, screen};
+};
+
+using Paths = std::vector<std::string>;
+
+TEST_F(OverviewTest, AJobThatIsNotThereIsToldOf) {
+    overview.open("nothing");
+    EXPECT_FALSE(overview.state.isOpen);
+    EXPECT_TRUE(overview.state.trouble);
+    EXPECT_EQ(overview.state.remark, "there is no list and no evidence of \"nothing\"");
+    EXPECT_EQ(overview.folders(), nullptr);
+    overview.showAll();
+    overview.chooseExtension(3);
+    EXPECT_EQ(overview.rows.count(), 0);
+}
+
+TEST_F(OverviewTest, TheQualityIsNeverWithoutItsBase) {
+    openEvidence();
+    EXPECT_EQ(overview.state.quality, "50.00%");
+    EXPECT_EQ(overview.state.base, "of the 4 files that could be judged; 2 of 6 could not");
+    EXPECT_EQ(overview.state.source, "/source");
+    EXPECT_EQ(overview.state.remark, "");
+    EXPECT_EQ(overview.state.filter, "All files of the job");
+    EXPECT_EQ(overview.state.matching, "6 files");
+}
+
+TEST_F(OverviewTest, AListAloneSaysWhatIsNotKnown) {
+    writeOverviewList(folder / "lists/1.csv");
+    overview.open("1");
+    EXPECT_TRUE(overview.state.isOpen);
+    EXPECT_FALSE(overview.state.knowsAll);
+    EXPECT_EQ(overview.state.quality, "50.00%");
+    EXPECT_EQ(overview.state.remark,
+              "There is no evidence beside this list: reasons, doubts, what was not read and the heads are not known.");
+    EXPECT_EQ(overview.state.source, "/source");
+    overview.selectRow(0);
+    EXPECT_EQ(overview.state.headText, "a.jpg: no head is kept of it");
+}
+
+TEST_F(OverviewTest, ChoicesAreJoined) {
+    openEvidence();
+    overview.chooseExtension(entryOf(overview.state.extensions, "jpg"));
+    EXPECT_EQ(paths(), (Paths{"a.jpg", "photos/b.jpg", "photos/2019/c.JPG"}));
+    FolderNode& photos = *overview.folders()->root().below[0];
+    overview.chooseFolder(photos);
+    EXPECT_EQ(paths(), (Paths{"photos/b.jpg", "photos/2019/c.JPG"}));
+    overview.chooseReason(entryOf(overview.state.reasons, "noise"));
+    EXPECT_EQ(paths(), (Paths{"photos/2019/c.JPG"}));
+    EXPECT_EQ(overview.state.filter, "below photos · .jpg · noise");
+    EXPECT_EQ(overview.state.matching, "1 files");
+    overview.showAll();
+    EXPECT_EQ(overview.rows.count(), 6);
+    EXPECT_EQ(overview.state.filter, "All files of the job");
+}
+
+TEST_F(OverviewTest, EachGradeAndEachDoubtCanBeChosen) {
+    openEvidence();
+    const auto choose = [this](std::string_view caption) {
+        const auto& all = fileChoices();
+        for (std::size_t i = 0; i < all.size(); ++i)
+            if (all[i].caption == caption)
+                overview.chooseFiles(static_cast<int>(i));
+        return paths();
+    };
+    EXPECT_EQ(choose("Unknown"), (Paths{"photos2/f.xyz"}));
+    EXPECT_EQ(choose("Good, but doubtful"), (Paths{"a.jpg"}));
+    EXPECT_EQ(choose("Not read whole"), Paths{});
+    EXPECT_EQ(choose("All files").size(), 6U);
+}
+
+TEST_F(OverviewTest, RowsTellWhy) {
+    openEvidence();
+    EXPECT_EQ(overview.rows.cell(0, 2), "Good");
+    EXPECT_EQ(overview.rows.cell(0, 3), "12 bytes are missing");
+    EXPECT_EQ(overview.rows.cell(1, 1), "2,000");
+    EXPECT_EQ(overview.rows.cell(1, 2), "Corrupt");
+    EXPECT_EQ(overview.rows.cell(1, 3), "nothing but zero bytes");
+    EXPECT_EQ(overview.rows.cell(99, 0), "");
+}
+
+TEST_F(OverviewTest, ARowOpensItsHead) {
+    openEvidence();
+    overview.selectRow(1);
+    EXPECT_EQ(overview.state.head, std::string(512, '2'));
+    EXPECT_EQ(overview.state.headText, "b.jpg: its first 512 bytes");
+    overview.chooseExtension(0);
+    EXPECT_EQ(overview.state.head, "") << "another choice has no current row";
+}
+
+TEST_F(OverviewTest, TheMapIsWalkedIntoAndOutOf) {
+    openEvidence();
+    ASSERT_EQ(overview.state.tiles.size(), 3U);
+    overview.chooseTile(0);
+    EXPECT_EQ(overview.rows.count(), 3);
+    EXPECT_EQ(overview.state.mapRoot, &overview.folders()->root()) << "only chosen";
+    overview.walkInto(2);
+    EXPECT_EQ(overview.state.mapRoot, &overview.folders()->root()) << "files have nothing inside";
+    overview.walkInto(0);
+    EXPECT_EQ(overview.state.mapRoot->facts.name, "photos");
+    EXPECT_EQ(overview.state.filter, "below photos");
+    overview.walkOut();
+    overview.walkOut();
+    EXPECT_EQ(overview.state.mapRoot, &overview.folders()->root());
+    EXPECT_EQ(overview.rows.count(), 6);
+    overview.chooseArea(MapArea::Bytes);
+    EXPECT_EQ(overview.state.tiles.front().weight, 9000);
+}
+
+TEST_F(OverviewTest, TheViewerGetsWhatIsChosen) {
+    openEvidence();
+    EXPECT_EQ(overview.forViewer().grade, Grade::Corrupt);
+    EXPECT_EQ(overview.forViewer().extension, "");
+    overview.selectRow(5);
+    EXPECT_EQ(overview.forViewer().grade, Grade::Unknown);
+    EXPECT_EQ(overview.forViewer().extension, "xyz");
+    overview.selectRow(0);
+    EXPECT_EQ(overview.forViewer().grade, Grade::Corrupt) << "the viewer has no entry for good files";
+}
+
+TEST_F(OverviewTest, AnotherJobIsTheEarlierAttempt) {
+    openEvidence();
+    auto writer = ListWriter::create(folder / "lists/0.csv");
+    ListRow row;
+    row.beginFile(u"", "a.jpg");
+    row.addFile({u"01/01/2026", 1000, 32, u"TOKEN"});
+    row.add(kGrades[Grade::Corrupt].message.value);
+    ASSERT_TRUE(writer->write(row));
+    ASSERT_TRUE(writer->close());
+    fake.dialogs.expectFiles("Compare with", {folder / "lists/0.csv"});
+    overview.compare();
+    EXPECT_EQ(overview.state.filter, "From 0 to 1");
+    EXPECT_EQ(overview.state.matching, "5 gained, 0 lost, 0 moved, 1 better, 0 worse, 0 same");
+    EXPECT_EQ(overview.rows.count(), 6);
+    EXPECT_STREQ(overview.rows.titles()[1], "Change");
+    overview.showAll();
+    EXPECT_FALSE(overview.rows.areChanges());
+}
+
+TEST_F(OverviewTest, WhatIsShownIsExported) {
+    openEvidence();
+    overview.chooseExtension(entryOf(overview.state.extensions, "png"));
+    fake.dialogs.expectFolder("Export", folder / "");
+    fake.dialogs.expectInput(
+        "Export", "Name of the file. Its ending tells the form: .csv, .jsonl or .xlsx, a workbook of a spreadsheet.",
+        "out.jsonl", "1.csv");
+    overview.exportFiles();
+    EXPECT_FALSE(overview.state.trouble) << overview.state.remark;
+    std::ifstream file(folder / "out.jsonl");
+    std::string line;
+    ASSERT_TRUE(std::getline(file, line));
+    EXPECT_NE(line.find("photos/2019/d.png"), line.npos);
+    EXPECT_FALSE(std::getline(file, line));
+}
+
+TEST_F(OverviewTest, AReportIsNotWrittenOverAFileWithoutAYes) {
+    openEvidence();
+    folder.write("out.html", "old");
+    fake.dialogs.expectFolder("Report", folder / "");
+    fake.dialogs.expectInput("Report", "Name of the page for the customer.", "out.html", "1.html");
+    fake.dialogs.expectBox("Report", (folder / "out.html").native() + " is there already. Replace it ?", BoxAnswer::No);
+    overview.report();
+    EXPECT_EQ(std::filesystem::file_size(folder / "out.html"), 3U);
+    fake.dialogs.expectFolder("Report", folder / "");
+    fake.dialogs.expectInput("Report", "Name of the page for the customer.", "new.html", "1.html");
+    overview.report();
+    EXPECT_GT(std::filesystem::file_size(folder / "new.html"), 1000U);
+}
+
+}  // namespace
+
+}  // namespace quillon::test

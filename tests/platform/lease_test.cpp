@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: MIT
+#include "platform/lease.h"
+
+#include <algorithm>
+#include <atomic>
+#include <optional>
+#include <thread>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "support/failing_files.h"
+#include "support/temp_folder.h"
+
+using namespace quillon;
+using quillon::test::TempFolder;
+using std::chrono::milliseconds;
+
+namespace {
+
+constexpr LeaseTimes kAtOnce{milliseconds(0), milliseconds(20'000)};
+constexpr LeaseTimes kNever{milliseconds(60'000), milliseconds(0)};
+
+class LeaseTest : public testing::Test {
+protected:
+    [[nodiscard]] Result<Lease> take(LeaseTimes times = {}) const { return Lease::take(temp.path(), times); }
+    [[nodiscard]] std::vector<std::string> entries() const { return listEntries(temp.path()).value(); }
+
+    TempFolder temp;
+};
+
+TEST_F(LeaseTest, WhoHasItKeepsOthersOutAndLeavesNothingBehind) {
+    {
+        const auto mine = take();
+        ASSERT_TRUE(mine);
+        EXPECT_TRUE(mine->isHeld());
+        const auto other = take(kNever);
+        ASSERT_FALSE(other);
+        EXPECT_TRUE(mine->isHeld());
+        EXPECT_EQ(entries(), std::vector<std::string>{"lock"});
+    }
+    EXPECT_TRUE(entries().empty());
+    EXPECT_TRUE(take(kNever));
+}
+
+TEST_F(LeaseTest, AnOwnerThatIsSeenForTooLongLosesIt) {
+    const auto slow = take();
+    ASSERT_TRUE(slow);
+    const auto mine = take(kAtOnce);
+    ASSERT_TRUE(mine);
+    EXPECT_FALSE(slow->isHeld());
+    EXPECT_TRUE(mine->isHeld());
+}
+
+// The bytes that it had ready went away with its lock: they can take nobody's place any more.
+TEST_F(LeaseTest, APausedOwnerThatReturnsCannotPutItsBytesInPlace) {
+    temp.write("data/file", "before");
+    std::filesystem::create_directory(temp / "locks");
+    auto paused = Lease::take(temp / "locks");
+    ASSERT_TRUE(paused);
+    temp.write("locks/lock/ready", "of the paused owner");
+    {
+        const auto mine = Lease::take(temp / "locks", kAtOnce);
+        ASSERT_TRUE(mine);
+        ASSERT_TRUE(saveWholeFileThrough(mine->folder(), temp / "data/file", "after"));
+        EXPECT_FALSE(renameFile(temp / "locks/lock/ready", temp / "data/file"));
+    }
+    EXPECT_EQ(readWholeFile(temp / "data/file").value(), "after");
+    const auto left = takenLeases(temp / "locks");
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_EQ(readWholeFile(left.front() / "ready").value(), "of the paused owner");
+    removeTakenLease(left.front());
+    EXPECT_TRUE(takenLeases(temp / "locks").empty());
+}
+
+TEST_F(LeaseTest, APausedOwnerGivesNothingBackThatIsNotItsOwn) {
+    std::optional<Lease> paused;
+    paused.emplace(std::move(*take()));
+    const auto mine = take(kAtOnce);
+    ASSERT_TRUE(mine);
+    paused.reset();
+    EXPECT_TRUE(mine->isHeld());
+}
+
+TEST_F(LeaseTest, AProcessThatDiedStopsNobody) {
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(0);
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    temp.write("lock/owner" + ownTemporaryPrefix() + std::to_string(child) + "-1-0", "");
+    EXPECT_TRUE(take({milliseconds(60'000), milliseconds(60'000)}));
+}
+
+TEST_F(LeaseTest, ALockThatWasHalfGivenBackStopsNobody) {
+    std::filesystem::create_directory(temp / "lock");
+    EXPECT_TRUE(take({milliseconds(60'000), milliseconds(60'000)}));
+}
+
+TEST_F(LeaseTest, AFolderThatTakesNoFilesIsAFailureAtOnce) {
+    EXPECT_FALSE(Lease::take(temp / "missing"));
+    test::FailingFiles disk;
+    disk.refuse("rename", ENOSPC);
+    EXPECT_FALSE(take());
+    EXPECT_TRUE(entries().empty());
+    EXPECT_EQ(disk.waits(), 0);
+}
+
+TEST_F(LeaseTest, OneAtATimeOfMany) {
+    std::atomic<int> inside = 0;
+    std::atomic<int> most = 0;
+    std::atomic<int> total = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 4; ++i) {
+            threads.emplace_back([&] {
+                for (int round = 0; round < 20; ++round) {
+                    const auto mine = take();
+                    if (!mine)
+                        continue;
+                    most = std::max<int>(most, ++inside);
+                    ++total;
+                    --inside;
+                }
+            });
+        }
+    }
+    EXPECT_EQ(most, 1);
+    EXPECT_EQ(total, 80);
+    EXPECT_TRUE(entries().empty());
+}
+
+}  // namespace
