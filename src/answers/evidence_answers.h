@@ -20,6 +20,7 @@ public:
     [[nodiscard]] Result<FiguresBy> byReason() override;
     [[nodiscard]] Result<FiguresBy> byFolder(std::size_t depth) override;
     [[nodiscard]] Result<bool> next(EvidenceRow& file) override { return reader_.next(file); }
+    void rest() override { reader_.rest(); }
     [[nodiscard]] Result<std::optional<std::uint64_t>> headSign(std::int64_t id) override;
 
 private:

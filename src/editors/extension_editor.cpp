@@ -45,6 +45,7 @@ void ExtensionEditor::load(const EditorHandover& handover) {
     hitRow_ = -1;
     state.extension = handover.extension;
     copies_.ofJob(handover.job);
+    keptHead_ = handover.keptHead;
     loadFiles(handover);
     if (!state.files.empty())
         chooseFile(0);
@@ -58,7 +59,7 @@ void ExtensionEditor::loadFiles(const EditorHandover& handover) {
         // A damaged list may have characters of value 0, which no path has.
         std::u16string path = file.path;
         std::erase(path, u'\0');
-        if (lengthOf(toNative(path)) != 0)
+        if (lengthOf(toNative(path)) != 0 || (keptHead_ && keptHead_(path)))
             state.files.push_back(std::move(path));
     }
 }
@@ -87,7 +88,11 @@ void ExtensionEditor::chooseFile(int file) {
 void ExtensionEditor::showFile() {
     if (state.currentFile < 0)
         return;
-    auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
+    const std::u16string& path = state.files[static_cast<std::size_t>(state.currentFile)];
+    auto bytes = firstBytes(toNative(path));
+    const auto kept = bytes || !keptHead_ ? std::nullopt : keptHead_(path);
+    if (kept)
+        bytes = kept->given();
     if (!bytes)
         return;
     passOver(File::create(installation_.appFolder() / kCurrentFileName).and_then([&](File file) {
@@ -97,7 +102,8 @@ void ExtensionEditor::showFile() {
     state.head = std::move(*bytes);
     state.position.clear();
     state.viewing = "Viewing file " + plainNumber(state.currentFile + 1) + " of " +
-                    plainNumber(static_cast<std::int64_t>(state.files.size()));
+                    plainNumber(static_cast<std::int64_t>(state.files.size())) +
+                    (kept ? " (kept head, source not read)" : "");
 }
 
 void ExtensionEditor::nextFile() {

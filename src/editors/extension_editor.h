@@ -66,7 +66,8 @@ public:
     ExtensionEditorState state;
 
     /// The screen opens: files, terms (from the local folder alone), common headers; shows the first file. Files of
-    /// length 0 and files that are gone are left out.
+    /// length 0 and files that are gone are left out, but for those of a source that is away whose head is kept: it is
+    /// shown, marked as such, and searched.
     void load(const EditorHandover& handover);
 
     void chooseFile(int file);
@@ -148,6 +149,7 @@ private:
     std::function<void()> clearClipboard_;
     ListCopies copies_{installation_, dialogs_, kept_, kTermFormNeverEmpty};
     int hitRow_ = -1;
+    KeptHeads keptHead_;
 };
 
 }  // namespace quillon

@@ -92,14 +92,7 @@ std::int64_t EarlierRun::files() {
 }
 
 Result<bool> EarlierRun::find(std::string_view path, EvidenceRow& row) {
-    auto found = reader_.findId(lastFound_ + 1, next_);
-    if (found && (!*found || next_.path() != path))
-        found = reader_.findPath(path, next_);
-    if (!found || !*found)
-        return found;
-    lastFound_ = next_.id;
-    std::swap(row, next_);
-    return true;
+    return rows_.find(reader_, path, row);
 }
 
 const FileHead* EarlierRun::headToTake(const EvidenceRow& row) {

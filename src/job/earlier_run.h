@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "evidence/evidence_reader.h"
+#include "evidence/rows_in_order.h"
 #include "platform/volume.h"
 
 namespace quillon {
@@ -47,6 +47,8 @@ public:
     /// Looks for a file by its path below the source; leaves `row` alone when there is none. Quick for who asks in the
     /// order of the walk.
     [[nodiscard]] Result<bool> find(std::string_view path, EvidenceRow& row);
+    /// Frees the file for a writer, until the next question.
+    void letGo() { rows_.letGo(reader_); }
 
     /// The head of a file that need not be read again, with its bytes unless the evidence leaves heads out; good until
     /// the next call. Null for a file that has to be read: parts of it were not readable, the evidence is damaged, or,
@@ -59,8 +61,7 @@ private:
 
     EvidenceReader reader_;
     RunFacts facts_;
-    std::int64_t lastFound_ = 0;
-    EvidenceRow next_;
+    RowsInOrder rows_;
     FileHead leftOut_;
 };
 

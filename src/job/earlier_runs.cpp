@@ -25,10 +25,14 @@ Result<void> addMissing(EarlierRun& before, EarlierRun& last, EvidenceStore& sto
     const bool withHeads = canTakeOver(last.facts(), before.facts());
     EvidenceRow row;
     EvidenceRow there;
+    const auto commit = [&] {
+        last.letGo();
+        return store.commit();
+    };
     for (int added = 0;;) {
         const auto more = before.reader().next(row);
         if (!more || !*more)
-            return more ? store.commit() : failure(more.error());
+            return more ? commit() : failure(more.error());
         const auto found = last.find(row.path(), there);
         if (!found)
             return failure(found.error());
@@ -40,7 +44,7 @@ Result<void> addMissing(EarlierRun& before, EarlierRun& last, EvidenceStore& sto
             return written;
         if (++added % kRowsInPart != 0)
             continue;
-        if (auto committed = store.commit(); !committed)
+        if (auto committed = commit(); !committed)
             return committed;
     }
 }

@@ -97,13 +97,15 @@ public:
 
     Result<void> run(const NativePath& rootPath) {
         path_ = rootPath.native();
-        if (path_.empty() || path_.back() != '/')
-            path_.push_back('/');
-        const auto root = std::make_shared<AskedFolder>(nullptr, rootPath.native(), visitor_.wantsFiles(path_));
+        const bool endsRight = path_.ends_with('/');
+        const bool wanted = visitor_.wantsFiles(endsRight ? path_ : path_ + '/');
+        const auto root = std::make_shared<AskedFolder>(nullptr, path_, wanted);
         if (!comes(root))
             return {};
         if (root->folder == nullptr)
-            return failure(ErrorKind::PathAccess, rootPath.native());
+            return failure(ErrorKind::PathAccess, path_);
+        if (!endsRight)
+            path_.push_back('/');
         if (enter(root))
             visitSubfolders();
         return {};
@@ -194,10 +196,11 @@ private:
         return true;
     }
 
-    [[nodiscard]] FolderTask subfolder(const AskedFolder& asked, std::string_view path, std::size_t index) const {
-        const std::string name(asked.folder->folders[index]);
-        const bool describes = visitor_.wantsFiles(std::string(path) + name + '/');
-        return std::make_shared<AskedFolder>(asked.folder, name, describes);
+    // `path`: of the folder above, ends in "/".
+    [[nodiscard]] FolderTask subfolder(const AskedFolder& asked, const std::string& path, std::size_t index) const {
+        std::string name(asked.folder->folders[index]);
+        const bool wanted = visitor_.wantsFiles(path + name + '/');
+        return std::make_shared<AskedFolder>(asked.folder, std::move(name), wanted);
     }
 
     // Asks for the folders that the visit comes to next, in its order.

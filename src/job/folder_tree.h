@@ -40,7 +40,7 @@ public:
     /// A subfolder, before what is in it. The start folder is none. One may be entered and yet not be listed, and the
     /// other way round.
     virtual void subfolder(std::string_view /*path*/, bool /*canBeEntered*/) {}
-    /// False spares the visit to sort, describe and deliver the files of a folder. Asked ahead of the folder's turn.
+    /// False spares the visit to sort, describe and deliver the files of a folder. `path` ends in "/".
     [[nodiscard]] virtual bool wantsFiles(std::string_view /*path*/) const { return true; }
     /// The files of a folder that has some. False ends the whole visit.
     virtual bool files(std::string_view /*path*/, FolderFiles& /*files*/) { return true; }

@@ -20,7 +20,7 @@ constexpr std::size_t kDateCharacters = 10;
 class FolderTest final : public FolderVisitor {
 public:
     FolderTest(const PassContext& context, const NativePath& source)
-        : context_(context), folders_(source, context.state.options.part), wait_(context) {}
+        : context_(context), wait_(context), folders_(source, context.state.options.part) {}
 
     bool wantsFiles(std::string_view /*path*/) const override { return false; }
     bool cancelled() override { return context_.stopsAtOnce(); }
@@ -57,8 +57,8 @@ private:
     }
 
     PassContext context_;
-    OwnFolders folders_;
     SourceWait wait_;
+    OwnFolders folders_;
 };
 
 StandingStill standingStill(const PassContext& context) {

@@ -83,6 +83,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.gentle = chosen.gentle;
     if (chosen.hangLimit > 0)
         options.hangLimit = std::chrono::seconds(chosen.hangLimit);
+    options.copyGrades = chosen.copyGrades;
+    options.copyCare = chosen.copyCare;
     options.showProgress = showProgress;
     options.resume = chosen.resume;
     // Whoever goes on with a job has been asked for its list; that of another source is none of it.

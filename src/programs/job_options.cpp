@@ -9,10 +9,12 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/file_wish.h"
 #include "app/version.h"
 #include "job/job_end.h"
 #include "job/job_id.h"
 #include "platform/folders.h"
+#include "text/fields.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -35,6 +37,7 @@ struct Given {
     std::string target;
     std::string app;
     std::string part;
+    std::string copyGrades;
     std::vector<const char*> ofJobs;  // options that a regrade does not take
     std::string wrongNumber;          // the option that needs a number and has none
 };
@@ -70,6 +73,14 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string& value) { given.part = value; }},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
+    {{"--copy-grades", "GRADE,...", "Copy only files of these grades: good, common-header, unknown ..."},
+     [](Given& given, const std::string& value) { given.copyGrades = value; }},
+    {{"--verify", "", "Read each copy back from the disk, and leave check sums with the copies"},
+     [](Given& given, const std::string&) { given.options.copyCare.verify = true; }},
+    {{"--salvage", "", "Copy what can be read of a file, with gaps of zeros for the rest"},
+     [](Given& given, const std::string&) { given.options.copyCare.salvage = true; }},
+    {{"--no-sync", "", "Copy without waiting for the disk: a power cut may leave copies empty"},
+     [](Given& given, const std::string&) { given.options.copyCare.sync = false; }},
     {{"--no-test", "", "List only, without testing the headers"},
      [](Given& given, const std::string&) { given.options.test = false; }},
     {{"--no-skip-list", "", "List the files of the skip list too"},
@@ -125,6 +136,24 @@ std::string folderProblem(const NativePath& path) {
     return stamp.error().kind == ErrorKind::NotFound ? "does not exist" : "cannot be reached";
 }
 
+// What is wrong with the options of copies together, if anything is.
+std::string wrongCopyOptions(const Given& given) {
+    const CopyCare& care = given.options.copyCare;
+    if (care.verify && !care.sync)
+        return "--verify reads what is on the disk, and takes no --no-sync";
+    if (!given.target.empty())
+        return {};
+    const std::pair<bool, const char*> ofCopies[] = {{!given.copyGrades.empty(), "--copy-grades"},
+                                                     {care.verify, "--verify"},
+                                                     {care.salvage, "--salvage"},
+                                                     {!care.sync, "--no-sync"}};
+    for (const auto& [isGiven, name] : ofCopies) {
+        if (isGiven)
+            return fmt::format("{} needs --target", name);
+    }
+    return {};
+}
+
 // What is wrong with the options together, if anything is.
 std::string wrongOptions(const Given& given) {
     if (!given.wrongNumber.empty())
@@ -141,7 +170,20 @@ std::string wrongOptions(const Given& given) {
         return "--part takes no --no-evidence: the parts are put together by it";
     if (!given.part.empty() && !partOf(given.options.jobId, given.part))
         return fmt::format("--part \"{}\" is not K/N with K from 1 to N", readable(std::string_view(given.part)));
-    return "";
+    return wrongCopyOptions(given);
+}
+
+// Understands names of grades; empty when all is well.
+std::string understandGrades(Given& given) {
+    if (given.copyGrades.empty())
+        return {};
+    for (const std::string_view name : splitFields(std::string_view(given.copyGrades), ',')) {
+        const auto grade = gradeNamed(name);
+        if (!grade)
+            return fmt::format("--copy-grades: \"{}\" is none", readable(name));
+        given.options.copyGrades.push_back(*grade);
+    }
+    return {};
 }
 
 // What is wrong with the values, if anything is.
@@ -220,6 +262,10 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     if (const auto wrong = wrongOptions(given); !wrong.empty()) {
+        err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
+        return {std::nullopt, kExitUsage};
+    }
+    if (const auto wrong = understandGrades(given); !wrong.empty()) {
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }

@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "job/job_part.h"
+#include "platform/copy_terms.h"
 #include "platform/file.h"
+#include "testing/grade.h"
 
 namespace quillon {
 
@@ -20,6 +22,8 @@ struct JobCommandOptions {
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
     bool resume = false;               ///< what the last run of the job has read is not read again
+    std::vector<Grade> copyGrades;     ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;
     bool test = true;
     bool skipList = true;
     bool commonHeaders = true;
