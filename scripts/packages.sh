@@ -3,7 +3,7 @@
 
 # To build the core and the programs without a window.
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config libfmt-dev libzip-dev libexpected-dev libcli11-dev nlohmann-json3-dev
-    libavahi-client-dev libsqlite3-dev libzstd-dev libxlsxwriter-dev"
+    libavahi-client-dev libsqlite3-dev libzstd-dev libxlsxwriter-dev libssl-dev"
 # To build the window program on top.
 WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
 # To make the packages on top: cpack asks dpkg for the libraries that a program needs, and file for what a program is.

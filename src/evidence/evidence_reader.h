@@ -24,6 +24,8 @@ public:
     /// Makes `row` the next one in the order of the ids. False at the end. Between some rows and the next the file is
     /// free for a writer.
     [[nodiscard]] Result<bool> next(EvidenceRow& row);
+    /// The file is free for a writer until the next row is asked for.
+    void rest() { continueBehind(last_); }
     /// The next row is the first one behind this id; 0 for the first of all.
     void continueBehind(std::int64_t id);
 

@@ -285,7 +285,7 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
         const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
-        CopyPass(context_, job_.lists(), encoding).run();
+        CopyPass(context_, job_.lists(), job_.messages, encoding).run();
     });
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)

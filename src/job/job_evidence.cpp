@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_evidence.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "app/kept_files.h"
 #include "app/turn_until.h"
 #include "evidence/job_keys.h"
@@ -14,6 +18,9 @@ namespace quillon {
 
 namespace {
 
+// So many copies are handed over together.
+constexpr std::size_t kCopiesAtOnce = 256;
+
 // A medium may take some seconds for one transaction; a job does not wait longer for its evidence.
 constexpr std::chrono::seconds kLongestWait{5};
 
@@ -26,6 +33,9 @@ void JobEvidence::begin() {
     failures_.clear();
     digest_ = {};
     token_.clear();
+    lastId_ = 0;
+    shifts_.clear();
+    copies_.clear();
     state_.evidenceLoss.clear();
     goingOn_.reset();
     wanted_ = on_ = state_.options.keepEvidence;
@@ -149,7 +159,43 @@ void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, c
     describer_->describe(row, row_);
     RowDescriber::judge(verdict, messages_, row_);
     row_.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
-    passOver(hand([&] { return writer_->add(row_, verdict.head); }), "the loss was told");
+    if (hand([&] { return writer_->add(row_, verdict.head); })) {
+        ++lastId_;
+        if (line)
+            noteLine(*line);
+    }
+}
+
+void JobEvidence::noteLine(std::int64_t line) {
+    const std::int64_t shift = lastId_ - line;
+    if (shift != (shifts_.empty() ? 0 : shifts_.back().second))
+        shifts_.emplace_back(line, shift);
+}
+
+std::int64_t JobEvidence::idOfLine(std::int64_t line) const {
+    const auto behind = std::ranges::upper_bound(shifts_, line, {}, &std::pair<std::int64_t, std::int64_t>::first);
+    return line + (behind == shifts_.begin() ? 0 : std::prev(behind)->second);
+}
+
+void JobEvidence::copied(const SettledCopy& copy, bool verified) {
+    if (!isOn())
+        return;
+    copies_.emplace_back(idOfLine(copy.number), copyOutcome(copy.result, verified));
+    if (copies_.size() >= kCopiesAtOnce)
+        handCopies();
+}
+
+void JobEvidence::handCopies() {
+    if (copies_.empty())
+        return;
+    const auto note = [copies = std::exchange(copies_, {})](EvidenceStore& store) -> Result<void> {
+        for (const auto& [id, outcome] : copies) {
+            if (auto set = store.setCopy(id, outcome); !set)
+                return set;
+        }
+        return {};
+    };
+    passOver(hand([&] { return writer_->change(note); }), "the loss was told");
 }
 
 void JobEvidence::listedOnly(const NativePath& rawList) {
@@ -174,6 +220,7 @@ void JobEvidence::end(const char* how) {
 void JobEvidence::finish(const char* how) {
     if (!isOn())
         return;
+    handCopies();
     std::vector<FolderFailure> failures;
     for (const auto& failed : failures_)
         failures.push_back({std::string(describer_->below(failed.path)), failed.words});

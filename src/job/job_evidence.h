@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ahead/copy_settling.h"
 #include "evidence/evidence_writer.h"
 #include "job/evidence_facts.h"
 #include "job/going_on.h"
@@ -56,6 +57,9 @@ public:
     /// The final list, which was just created, is a copy of this raw list: nothing was tested.
     void listedOnly(const NativePath& rawList);
 
+    /// A copy of the file in this line of the list (its number) came to its end; `verified`: it was compared.
+    void copied(const SettledCopy& copy, bool verified);
+
     /// The job ends, `how` as job_keys tells it; waits until the evidence is whole. A job that ends without this leaves
     /// what it wrote as that of a running one.
     void end(const char* how);
@@ -68,6 +72,9 @@ private:
 
     [[nodiscard]] bool isOn();
     [[nodiscard]] bool hand(const std::function<bool()>& give);
+    void handCopies();
+    void noteLine(std::int64_t line);
+    [[nodiscard]] std::int64_t idOfLine(std::int64_t line) const;
     void lose(const FileError& why);
     void beginWriter();
     void finish(const char* how);
@@ -90,6 +97,10 @@ private:
     std::unique_ptr<EvidenceWriter> writer_;
     ListDigest digest_;
     std::u16string token_;
+    std::int64_t lastId_ = 0;  // of the files handed over, as the evidence counts them
+    // Where the ids of files begin to differ otherwise from their lines: line and difference, in order.
+    std::vector<std::pair<std::int64_t, std::int64_t>> shifts_;
+    std::vector<std::pair<std::int64_t, CopyOutcome>> copies_;  // by id; not handed over yet
     EvidenceRow row_;
     std::string path_;
 };

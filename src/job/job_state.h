@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "job/job_part.h"
+#include "platform/copy_terms.h"
 #include "platform/dates.h"
 #include "platform/file.h"
 #include "platform/source_care.h"
@@ -43,6 +44,9 @@ struct JobOptions {
     int threads = 0;              ///< that read heads of a quick source; 0 leaves the number to the job
     bool resume = false;          ///< the job goes on with its earlier run: what that knew is not read again
     std::optional<JobPart> part;  ///< the job is one of the parts of another; none: it is whole
+
+    std::vector<Grade> copyGrades;  ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;              ///< what is done for copies beside the copying
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -59,6 +63,7 @@ struct JobCounters {
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
     std::int32_t unreadHeads = 0;      ///< files whose head did not come as a whole; no label of its own
+    std::int32_t damagedCopies = 0;    ///< files that were copied with gaps; no label of its own
     std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
 
     std::int32_t copied = 0;        ///< files that were copied; no label of its own
@@ -96,6 +101,7 @@ struct PassFigures {
     RowFigures list;
     PassEnd copying = PassEnd::NotRun;
     std::int64_t copies = 0;
+    std::int64_t leftOut = 0;  ///< rows whose grade was not asked for
 };
 
 /// What a job that goes on with an earlier run made of it, in files.

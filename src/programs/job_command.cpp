@@ -22,6 +22,7 @@
 #include "programs/job_result.h"
 #include "programs/prepare_installation.h"
 #include "programs/regrade_command.h"
+#include "programs/scan_command.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -83,6 +84,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.gentle = chosen.gentle;
     if (chosen.hangLimit > 0)
         options.hangLimit = std::chrono::seconds(chosen.hangLimit);
+    options.copyGrades = chosen.copyGrades;
+    options.copyCare = chosen.copyCare;
     options.showProgress = showProgress;
     options.resume = chosen.resume;
     // Whoever goes on with a job has been asked for its list; that of another source is none of it.
@@ -249,6 +252,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     raiseOpenFileLimit();
     try {
         const JobCommandOptions& options = *parsed.options;
+        if (options.scanSectors)
+            return runScanCommand(options, streams);
         return options.regrade ? runRegradeCommand(options, streams) : JobRun(options, streams).run();
     } catch (const std::bad_alloc&) {
         streams.err << "quillon-job: out of memory\n";

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "answers/file_copies.h"
 #include "answers/file_wish.h"
 #include "platform/file.h"
 
@@ -25,6 +26,8 @@ enum class ListQuestion {
     Merge,
     Forget,
     Suggest,
+    Copy,
+    Verify,
     Sectors,
     History
 };
@@ -68,6 +71,10 @@ struct ListCommandOptions {
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report
+
+    CopyOrder copy;                     ///< its wish is `wish`
+    bool yes = false;                   ///< copy: nobody is asked
+    std::optional<NativePath> against;  ///< verify: the folder of the copies
 
     std::string stripFirst;
     std::string stripSecond;
