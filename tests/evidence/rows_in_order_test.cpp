@@ -21,10 +21,10 @@ protected:
         auto from = reader();
         RowsInOrder rows;
         std::vector<std::int64_t> ids;
-        for (const auto& path : paths) {
+        for (const auto& wanted : paths) {
             EvidenceRow row;
-            const auto found = rows.find(from, path, row);
-            EXPECT_TRUE(found) << path;
+            const auto found = rows.find(from, wanted, row);
+            EXPECT_TRUE(found) << wanted;
             ids.push_back(found.value_or(false) ? row.id : 0);
         }
         return ids;
