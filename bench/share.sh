@@ -2,21 +2,24 @@
 # SPDX-License-Identifier: MIT
 # Two workstations at one shared database: on a real SMB share, mounted twice, and on a local folder. Shows that what one
 # learns is on the other at its next tested job, that an unchanged database is copied once, that what the share no longer has
-# stands under Kept, and that no read gives a cut or mixed term file while others save it.
-# Usage: bench/share.sh [SAVES] [READS]     10000 saves and 100000 reads by default
+# stands under Kept, that no read gives a cut or mixed term file while others save it, and that two who teach one extension at once lose
+# nothing, also when one of them is killed in the middle.
+# Usage: bench/share.sh [SAVES] [READS] [ROUNDS]     10000 saves, 100000 reads and 1000 rounds by default
 # Needs root, /dev/fuse and a network namespace: the server is out of reach of anything but this script.
 set -eu
 cd "$(dirname "$0")/.."
 . scripts/packages.sh
 saves=${1:-10000}
 reads=${2:-100000}
+rounds=${3:-1000}
 dev=build/dev
 
 # shellcheck disable=SC2086  # a list of words
 install_missing $BUILD_PACKAGES $TEST_PACKAGES samba smbnetfs unzip iproute2
 configure dev
-cmake --build --preset dev --target app_folder quillon_bench_save_storm
+cmake --build --preset dev --target app_folder quillon_bench_save_storm quillon_bench_teach_rounds
 storm=$PWD/$dev/bench/quillon_bench_save_storm
+teach=$PWD/$dev/bench/quillon_bench_teach_rounds
 work=$(mktemp -d)
 space=quillon-$$
 server=
@@ -127,10 +130,29 @@ road() {
     expect "  and stands under Kept, byte for byte" "$(cksum <"${kept:-/dev/null}")" "$(cksum <"$work/png.before")"
 }
 
+# teach_both SHARE1 SHARE2: both teach at once; a third one is killed on its way, and comes back
+teach_both() {
+    rm -rf "$work"/teach* "$1/taught"
+    mkdir -p "$1/taught"
+    "$teach" teach "$work/teach1" "$1/taught" $((rounds / 2)) 1 >"$work/taught1" &
+    first=$!
+    "$teach" teach "$work/teach3" "$2/taught" "$rounds" 3 >"$work/taught3" &
+    killed=$!
+    "$teach" teach "$work/teach2" "$2/taught" $((rounds / 2)) 2 >"$work/taught2" || failed=1
+    kill -KILL $killed 2>/dev/null || true
+    wait $killed || true
+    wait $first || failed=1
+    # Whoever opens the database next sees to what the killed one has left.
+    "$teach" teach "$work/teach4" "$1/taught" 1 4 >"$work/taught4" || failed=1
+    "$teach" check "$1/taught" "1=$(tail -n 1 "$work/taught1")" "2=$(tail -n 1 "$work/taught2")" \
+        "3=$(tail -n 1 "$work/taught3")" 4=1 || failed=1
+}
+
 echo "Local folder"
 mkdir -p "$work/local"
 road "$work/local" "$work/local"
 "$storm" "$work/local/Database" "$saves" "$reads" || failed=1
+teach_both "$work/local" "$work/local"
 echo "SMB share, mounted twice"
 start_server
 mount_share 1
@@ -141,4 +163,5 @@ road "$one" "$two"
 other=$!
 "$storm" "$two/Database" $((saves / 2)) $((reads / 2)) 2 || failed=1
 wait $other || failed=1
+teach_both "$one" "$two"
 exit $failed

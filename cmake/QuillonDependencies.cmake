@@ -16,6 +16,9 @@ pkg_check_modules(Zstd REQUIRED IMPORTED_TARGET libzstd)
 # Workbooks for spreadsheets.
 pkg_check_modules(XlsxWriter REQUIRED IMPORTED_TARGET xlsxwriter)
 
+# Hashes of copies.
+pkg_check_modules(Crypto REQUIRED IMPORTED_TARGET libcrypto)
+
 # tl::expected is one header; its package brings no CMake target on every distribution.
 find_path(QUILLON_EXPECTED_INCLUDE tl/expected.hpp REQUIRED)
 

@@ -20,7 +20,7 @@ SOURCE_FOLDERS = ("src", "tests", "tools", "bench", "fuzz")
 SKIPPED_FOLDERS = {".git", ".cache", "build", "__pycache__"}
 
 # Headers with the ending .h that are libraries and not doors to the system.
-LIBRARY_HEADERS = re.compile(r"^(fmt/|gtest/|gmock/|benchmark/|zip\.h$|sqlite3\.h$|zstd\.h$|xlsxwriter\.h$|avahi-client/|avahi-common/)")
+LIBRARY_HEADERS = re.compile(r"^(fmt/|gtest/|gmock/|benchmark/|zip\.h$|sqlite3\.h$|zstd\.h$|xlsxwriter\.h$|openssl/|avahi-client/|avahi-common/)")
 # Files in which Qt may stand. The programs without a window share the programs folder with the one that has one.
 QT_FILES = re.compile(r"(^|/)frm[^/]*$|^src/(ui|widgets)/(?!hex_layout)|^src/programs/quillon(?!_job|_messenger)[^/]*$")
 QT_HEADER = re.compile(r"^(Q[A-Z][A-Za-z]*|Qt[A-Za-z]*/.*)$")

@@ -3,15 +3,16 @@
 
 # To build the core and the programs without a window.
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config libfmt-dev libzip-dev libexpected-dev libcli11-dev nlohmann-json3-dev
-    libavahi-client-dev libsqlite3-dev libzstd-dev libxlsxwriter-dev"
+    libavahi-client-dev libsqlite3-dev libzstd-dev libxlsxwriter-dev libssl-dev"
 # To build the window program on top.
 WINDOW_PACKAGES="qt6-base-dev qt6-svg-dev"
 # To make the packages on top: cpack asks dpkg for the libraries that a program needs, and file for what a program is.
 PACKAGE_PACKAGES="dpkg-dev file gzip"
 # To build and run every test on top. strace injects faults; unzip, 7z and bsdtar read the archives that we write; e2fsprogs
-# makes the volumes whose power is cut, and with xfsprogs and gddrescue those that are rescued.
+# makes the volumes whose power is cut, and with xfsprogs and gddrescue those that are rescued; sqlite3 asks the questions of
+# docs/many-jobs.md; parallel shares out the parts of a job.
 TEST_PACKAGES="libgtest-dev libgmock-dev libbenchmark-dev python3 strace unzip p7zip-full libarchive-tools
-    e2fsprogs xfsprogs gddrescue"
+    e2fsprogs xfsprogs gddrescue sqlite3 parallel"
 # For the checks beside the tests; ccache makes what was built before cheap, where the cache outlives the check.
 CHECK_PACKAGES="clang clang-format clang-tidy libclang-rt-dev gcovr ccache git"
 

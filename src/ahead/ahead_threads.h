@@ -2,14 +2,15 @@
 #pragma once
 
 // Threads that do work before it is needed. One thread, the owner's, leaves tasks to them in the order in which it will
-// want them, and may take one back that none of them has begun. The tasks are the owner's and outlive their work.
+// want them, and may take one back that none of them has begun.
+//
+// A system call that hangs cannot be cut short, but nobody has to wait for it: the owner may give up a task that a
+// thread is at, and end the threads without waiting for those that hang. What a thread works with is then its own.
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <functional>
-#include <mutex>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -22,13 +23,19 @@ private:
     bool done_ = false;  // guarded by the threads' mutex
 };
 
+/// What becomes of threads that are at work when the owner ends them.
+enum class AtEnd {
+    Wait,        ///< they are waited for
+    LeaveBehind  ///< those that do not end at once go on by themselves; their work uses nothing of the owner's
+};
+
 class AheadThreads {
 public:
     using Work = std::function<void(AheadTask&)>;
     /// Called once by each thread, for what it works with.
     using MakeWork = std::function<Work()>;
 
-    AheadThreads(std::size_t most, MakeWork makeWork) : most_(most), makeWork_(std::move(makeWork)) {}
+    AheadThreads(std::size_t most, MakeWork makeWork, AtEnd atEnd = AtEnd::Wait);
     ~AheadThreads() { end(); }
     AheadThreads(const AheadThreads&) = delete;
     AheadThreads& operator=(const AheadThreads&) = delete;
@@ -38,14 +45,19 @@ public:
     /// False when none runs: a system may be out of threads, or the process may open too few files for any.
     [[nodiscard]] bool any() const { return !threads_.empty(); }
 
-    /// Leaves a task to the threads, of which there must be one, behind all others.
-    void leave(AheadTask& task);
+    /// Leaves a task to the threads, of which there must be one, behind all others. They hold it until it is done.
+    void leave(std::shared_ptr<AheadTask> task);
     /// The same ahead of all others.
-    void leaveFirst(AheadTask& task);
+    void leaveFirst(std::shared_ptr<AheadTask> task);
+    /// These two with a task that is the owner's and outlives its work.
+    void leave(AheadTask& task) { leave(unowned(task)); }
+    void leaveFirst(AheadTask& task) { leaveFirst(unowned(task)); }
     /// The last of the tasks left that none has begun, which now is the owner's again; null when there is none.
     [[nodiscard]] AheadTask* takeBackLast();
     /// The same for this task, the first of those left.
     [[nodiscard]] bool takeBack(AheadTask& first);
+    /// Nobody waits for this task any more, at which a thread may be: another thread may be added in its place.
+    void giveUp(const AheadTask& task);
 
     /// These three throw std::bad_alloc when a thread was out of memory at a task.
     [[nodiscard]] bool isDone(const AheadTask& task);
@@ -53,27 +65,25 @@ public:
     [[nodiscard]] bool isDoneWithin(const AheadTask& task, std::chrono::microseconds limit);
     void waitFor(const AheadTask& task);
 
-    /// Forgets the tasks that none has begun, and waits for the threads to end.
+    /// Forgets the tasks that none has begun, and ends the threads.
     void end();
 
 private:
+    struct Shared;
+
+    [[nodiscard]] static std::shared_ptr<AheadTask> unowned(AheadTask& task) {
+        return {std::shared_ptr<AheadTask>(), &task};
+    }
     template <typename Put>
-    void leaveBy(AheadTask& task, Put put);
-    void work();
-    [[nodiscard]] bool didWork(Work& work, AheadTask& task);
-    void throwIfOutOfMemory();
+    void leaveBy(std::shared_ptr<AheadTask> task, Put put);
+    [[nodiscard]] bool endAtOnce();
 
     std::size_t most_;
     MakeWork makeWork_;
+    AtEnd atEnd_;
+    std::size_t givenUp_ = 0;
+    std::shared_ptr<Shared> shared_;
     std::vector<std::thread> threads_;
-
-    std::mutex mutex_;
-    std::condition_variable toDo_;
-    std::condition_variable done_;
-    std::deque<AheadTask*> waiting_;  // guarded by mutex_, as are the next
-    std::size_t idle_ = 0;            // threads that wait for a task and were not woken for one
-    bool ending_ = false;
-    bool outOfMemory_ = false;
 };
 
 }  // namespace quillon

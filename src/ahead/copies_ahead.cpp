@@ -2,6 +2,7 @@
 #include "ahead/copies_ahead.h"
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -20,9 +21,12 @@ constexpr milliseconds kSlow{2};
 
 }  // namespace
 
-CopiesAhead::CopiesAhead(StandingStill standingStill)
-    : standingStill_(standingStill), ahead_(standingStill, kMostThreads, kSlow, [this]() -> Ahead<Copy>::Work {
-          return [this, copier = std::make_shared<FileCopier>()](Copy& copy) { work(copy, *copier); };
+CopiesAhead::CopiesAhead(StandingStill standingStill, CopyManner manner, std::shared_ptr<SourceCare> care)
+    : standingStill_(standingStill),
+      care_(std::move(care)),
+      copier_(manner),
+      ahead_(standingStill, kMostThreads, kSlow, [this, manner]() -> Ahead<Copy>::Work {
+          return [this, copier = std::make_shared<FileCopier>(manner)](Copy& copy) { work(copy, *copier); };
       }) {
 }
 
@@ -32,6 +36,7 @@ void CopiesAhead::ask(std::string_view source, std::string_view target) {
     copy.source = source;
     copy.target = target;
     copy.itsTurn = false;
+    copy.prepared.reset();
     ahead_.leaveLast();
 }
 
@@ -54,14 +59,16 @@ void CopiesAhead::work(Copy& copy, FileCopier& copier) {
         return !copy.cancelled;
     };
     try {
-        copy.finished = finish(copy, copier, tell);
+        finish(copy, copier, tell);
     } catch (const std::bad_alloc&) {
-        copy.finished =
-            tl::unexpected<CopyError>(CopyError{CopySide::Source, {ErrorKind::PathAccess, "memory is short"}});
+        copy.prepared.emplace(
+            tl::unexpected<CopyError>(CopyError{CopySide::Source, {ErrorKind::PathAccess, "memory is short"}}));
     }
 }
 
 void CopiesAhead::prepare(Copy& copy, FileCopier& copier) try {
+    if (care_ && care_->oneAtATime())
+        return;
     const auto goOn = [this, &copy](std::uint64_t, std::uint64_t total) {
         copy.size = total;
         return !ending_;
@@ -69,7 +76,7 @@ void CopiesAhead::prepare(Copy& copy, FileCopier& copier) try {
     auto prepared = copier.prepare(copy.source, copy.target, kLargest, goOn);
     // What cannot be opened may be at its turn: files that wait for theirs take handles, and a folder may be made anew.
     if (prepared || prepared.error().opened)
-        copy.file.emplace(std::move(prepared));
+        copy.prepared.emplace(std::move(prepared));
 } catch (const std::bad_alloc&) {
     // Memory is short: the file is copied at its turn.
 }
@@ -81,7 +88,7 @@ bool CopiesAhead::firstEnds(milliseconds limit, const CopyProgress& progress) {
     if (!ahead_.firstArrives(limit, [this](Copy& mine) { prepare(mine, copier_); }))
         return false;
     if (!mayMakeWait(copy)) {
-        copy.finished = finish(copy, copier_, progress);
+        finish(copy, copier_, progress);
         return true;
     }
     copy.itsTurn = true;
@@ -99,37 +106,30 @@ bool CopiesAhead::endsBeside(Copy& copy, milliseconds limit, const CopyProgress&
     return false;
 }
 
-CopiesAhead::Finished CopiesAhead::takeFirst() {
+tl::expected<PreparedCopy, CopyError> CopiesAhead::takeFirst() {
     Copy& copy = ahead_.first();
-    copy.file.reset();
+    auto prepared = *std::move(copy.prepared);
+    copy.prepared.reset();
     copy.size = 0;
-    auto finished = std::move(copy.finished);
     ahead_.dropFirst();
-    return finished;
+    return prepared;
 }
 
-// A large file keeps its caller waiting, and so may a volume that knows no files without a name: it is no disk of this
-// computer, or a slow one.
+// A large file keeps its caller waiting.
 bool CopiesAhead::mayMakeWait(const Copy& copy) const {
-    if (standingStill_ == StandingStill::Allowed || !ahead_.hasThreads())
-        return false;
-    return !copy.file || (copy.file->has_value() && (*copy.file)->naming() == Naming::Rename);
+    return standingStill_ == StandingStill::Never && ahead_.hasThreads() && !copy.prepared;
 }
 
-CopiesAhead::Finished CopiesAhead::finish(Copy& copy, FileCopier& copier, const CopyProgress& progress) {
-    if (!copy.file)
-        return copier.copy(copy.source, copy.target, progress);
+void CopiesAhead::finish(Copy& copy, FileCopier& copier, const CopyProgress& progress) {
+    if (!copy.prepared) {
+        const auto noLimit = std::numeric_limits<std::uint64_t>::max();
+        copy.prepared.emplace(copier.prepare(copy.source, copy.target, noLimit, progress));
+        return;
+    }
     if (!progress(0, copy.size))
-        return tl::unexpected<CopyError>(CopyError::cancelled());
-    return std::move(*copy.file).and_then([&](ArrivingFile file) -> Finished {
-        auto arrived = file.arrive();
-        if (!arrived && file.isStranded())
-            return copier.copy(copy.source, copy.target, progress);
-        if (!arrived)
-            return tl::unexpected<CopyError>(CopyError{CopySide::Target, std::move(arrived.error()), true});
+        copy.prepared.emplace(tl::unexpected<CopyError>(CopyError::cancelled()));
+    else if (copy.prepared->has_value())
         progress(copy.size, copy.size);
-        return {};
-    });
 }
 
 void CopiesAhead::release() {

@@ -30,6 +30,11 @@ public:
         assert(count_ > 0);
         return places_[(first_ + count_ - 1) % places_.size()];
     }
+    /// From the first on.
+    [[nodiscard]] Item& operator[](std::size_t index) {
+        assert(index < count_);
+        return places_[(first_ + index) % places_.size()];
+    }
     void dropLast() {
         assert(count_ > 0);
         --count_;

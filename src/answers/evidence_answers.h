@@ -20,10 +20,12 @@ public:
     [[nodiscard]] Result<FiguresBy> byReason() override;
     [[nodiscard]] Result<FiguresBy> byFolder(std::size_t depth) override;
     [[nodiscard]] Result<bool> next(EvidenceRow& file) override { return reader_.next(file); }
+    void rest() override { reader_.rest(); }
     [[nodiscard]] Result<std::optional<std::uint64_t>> headSign(std::int64_t id) override;
 
 private:
     [[nodiscard]] Result<void> addDoubts(FiguresBy& figures);
+    [[nodiscard]] Result<void> addSectors(FiguresBy& figures);
 
     EvidenceReader reader_;
 };

@@ -9,10 +9,11 @@ namespace {
 
 constexpr const char* kKeptFolder = "Kept";
 
-// The file, what a killed job left beside it, and further copies of one second: "1234.sqlite (2)".
+// The file, what a killed job and one that went on with an earlier run left beside it, and further copies of one
+// second: "1234.sqlite (2)".
 bool belongsTo(const std::string& name, const std::string& evidence) {
-    return name == evidence || name == evidence + "-journal" ||
-           (name.starts_with(evidence + " (") && name.ends_with(')'));
+    return name == evidence || name == evidence + "-journal" || name == evidence + "-earlier" ||
+           name == evidence + "-earlier-journal" || (name.starts_with(evidence + " (") && name.ends_with(')'));
 }
 
 Result<std::size_t> removeFrom(const NativePath& folder, const std::string& evidence) {

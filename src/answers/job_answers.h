@@ -46,6 +46,9 @@ public:
     /// Makes `file` the next one, in the order of the walk. False behind the last one.
     [[nodiscard]] virtual Result<bool> next(EvidenceRow& file) = 0;
 
+    /// Nothing of the job is held open until the next file is asked for, so that its evidence can be written to.
+    virtual void rest() {}
+
     /// A number that equal heads have in common; none when the head of the file with this id is not known.
     [[nodiscard]] virtual Result<std::optional<std::uint64_t>> headSign(std::int64_t id) = 0;
 };

@@ -3,6 +3,11 @@
 
 #include <set>
 
+#include <nlohmann/json.hpp>
+
+#include "evidence/evidence_reader.h"
+#include "evidence/job_keys.h"
+#include "evidence/name_text.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
@@ -34,6 +39,21 @@ std::string_view ending(std::string_view name) {
             return known;
     }
     return {};
+}
+
+// The IDs of the jobs that this one was made of, as texts. Evidence that cannot be read is told of when it is asked.
+void addMerged(const JobFiles& job, std::set<std::string>& ids) {
+    if (job.evidence.empty())
+        return;
+    auto evidence = EvidenceReader::open(job.evidence);
+    if (!evidence)
+        return;
+    const auto merged = evidence->jobText(job_keys::kMerged).value_or(std::nullopt).value_or("[]");
+    const auto json = nlohmann::json::parse(merged, nullptr, false);
+    for (const auto& id : json.is_array() ? json : nlohmann::json::array()) {
+        if (id.is_string() && id.get<std::string>() != nameText(job.id))
+            ids.insert(id.get<std::string>());
+    }
 }
 
 }  // namespace
@@ -69,10 +89,15 @@ Result<std::vector<JobFiles>> findCase(const NativePath& listFolder, std::string
             ids.insert(id);
     }
     std::vector<JobFiles> jobs;
+    std::set<std::string> replaced;
     for (const auto& id : ids) {
-        if (auto files = filesOf(listFolder, id); isThere(files))
-            jobs.push_back(std::move(files));
+        auto files = filesOf(listFolder, id);
+        if (!isThere(files))
+            continue;
+        addMerged(files, replaced);
+        jobs.push_back(std::move(files));
     }
+    std::erase_if(jobs, [&](const JobFiles& job) { return replaced.contains(nameText(job.id)); });
     if (jobs.empty())
         return failure(ErrorKind::NotFound, "there is no job of the case \"" + readable(caseId) + "\"");
     return jobs;

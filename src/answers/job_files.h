@@ -23,7 +23,8 @@ struct JobFiles {
 [[nodiscard]] Result<JobFiles> findJob(const NativePath& listFolder, std::string_view given);
 
 /// The jobs of one case, sorted by ID: the case's own ID, and those that continue it behind the separator. Case "1234"
-/// has "1234" and "1234-Partition 1", and not "12345". NotFound: there is none.
+/// has "1234" and "1234-Partition 1", and not "12345". One that was made of others stands for these. NotFound: there is
+/// none.
 [[nodiscard]] Result<std::vector<JobFiles>> findCase(const NativePath& listFolder, std::string_view separator,
                                                      std::string_view caseId);
 

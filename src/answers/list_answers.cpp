@@ -20,17 +20,6 @@ ListAnswers::ListAnswers(NativePath list, const ReportMessages& messages)
     : list_(std::move(list)), messages_(messages) {
 }
 
-// As the recount of a list: an equal text, or one that begins as a common header does.
-std::optional<Grade> ListAnswers::gradeOf(std::u16string_view result) const {
-    for (const Grade grade : kRecountOrder) {
-        const std::u16string_view message = messages_[grade];
-        if (kGrades[grade].recount.value == Recount::Contained ? result.find(trimRight(message)) != result.npos
-                                                               : result == message)
-            return grade;
-    }
-    return std::nullopt;
-}
-
 void ListAnswers::read(const ListRow& row, EvidenceRow& file) const {
     file = {};
     file.row = line_;
@@ -42,7 +31,7 @@ void ListAnswers::read(const ListRow& row, EvidenceRow& file) const {
     file.size = static_cast<std::int64_t>(row.size().value_or(0));
     file.attributes = static_cast<std::int64_t>(row.attributes().value_or(0));
     const auto result = row[ListColumn::Result];
-    file.grade = row.has(ListColumn::Result) ? gradeOf(result) : std::nullopt;
+    file.grade = row.has(ListColumn::Result) ? gradeOfResult(result, messages_) : std::nullopt;
     if (!file.grade || *file.grade == Grade::CommonHeader)
         file.result = utf16ToUtf8(result);
 }

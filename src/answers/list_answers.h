@@ -26,7 +26,6 @@ public:
 private:
     [[nodiscard]] Result<void> forEach(const std::function<void(const EvidenceRow&)>& take);
     void read(const ListRow& row, EvidenceRow& file) const;
-    [[nodiscard]] std::optional<Grade> gradeOf(std::u16string_view result) const;
 
     NativePath list_;
     ReportMessages messages_;

@@ -54,6 +54,10 @@ NativePath evidenceBeside(const NativePath& list) {
     return evidence.replace_extension(".sqlite");
 }
 
+NativePath earlierEvidenceBeside(const NativePath& list) {
+    return evidenceBeside(list) += "-earlier";
+}
+
 NativePath journalOf(const NativePath& evidence) {
     NativePath journal = evidence;
     return journal += "-journal";

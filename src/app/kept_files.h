@@ -15,6 +15,8 @@ namespace quillon {
 
 /// Where the evidence of a list stands: "1234.csv" -> "1234.sqlite".
 [[nodiscard]] NativePath evidenceBeside(const NativePath& list);
+/// Where the evidence of an earlier run stands while a run goes on with it. No job ID leads to this name.
+[[nodiscard]] NativePath earlierEvidenceBeside(const NativePath& list);
 /// Where SQLite keeps what is to be undone in it.
 [[nodiscard]] NativePath journalOf(const NativePath& evidence);
 

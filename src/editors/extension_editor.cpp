@@ -7,6 +7,7 @@
 #include "editors/hex_input.h"
 #include "platform/folders.h"
 #include "platform/source_files.h"
+#include "testing/suggest/term_words.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 #include "text/page_text.h"
@@ -44,6 +45,7 @@ void ExtensionEditor::load(const EditorHandover& handover) {
     hitRow_ = -1;
     state.extension = handover.extension;
     copies_.ofJob(handover.job);
+    keptHead_ = handover.keptHead;
     loadFiles(handover);
     if (!state.files.empty())
         chooseFile(0);
@@ -57,7 +59,7 @@ void ExtensionEditor::loadFiles(const EditorHandover& handover) {
         // A damaged list may have characters of value 0, which no path has.
         std::u16string path = file.path;
         std::erase(path, u'\0');
-        if (lengthOf(toNative(path)) != 0)
+        if (lengthOf(toNative(path)) != 0 || (keptHead_ && keptHead_(path)))
             state.files.push_back(std::move(path));
     }
 }
@@ -86,7 +88,11 @@ void ExtensionEditor::chooseFile(int file) {
 void ExtensionEditor::showFile() {
     if (state.currentFile < 0)
         return;
-    auto bytes = firstBytes(toNative(state.files[static_cast<std::size_t>(state.currentFile)]));
+    const std::u16string& path = state.files[static_cast<std::size_t>(state.currentFile)];
+    auto bytes = firstBytes(toNative(path));
+    const auto kept = bytes || !keptHead_ ? std::nullopt : keptHead_(path);
+    if (kept)
+        bytes = kept->given();
     if (!bytes)
         return;
     passOver(File::create(installation_.appFolder() / kCurrentFileName).and_then([&](File file) {
@@ -96,7 +102,8 @@ void ExtensionEditor::showFile() {
     state.head = std::move(*bytes);
     state.position.clear();
     state.viewing = "Viewing file " + plainNumber(state.currentFile + 1) + " of " +
-                    plainNumber(static_cast<std::int64_t>(state.files.size()));
+                    plainNumber(static_cast<std::int64_t>(state.files.size())) +
+                    (kept ? " (kept head, source not read)" : "");
 }
 
 void ExtensionEditor::nextFile() {
@@ -174,6 +181,18 @@ void ExtensionEditor::fill(const char* position, const char* term, int type) {
     state.position = position;
     state.term = term;
     state.type = type;
+}
+
+void ExtensionEditor::takeSuggestion(const TermSuggestion& suggestion) {
+    fill(std::to_string(suggestion.position).c_str(), suggestion.term.c_str(),
+         suggestion.type == 'T' ? kTextType : kHexType);
+}
+
+void ExtensionEditor::takeBytes(int first, std::string_view bytes) {
+    if (bytes.empty())
+        return;
+    const TermWords words = termWords(bytes);
+    fill(std::to_string(first + 1).c_str(), words.term.c_str(), words.type == 'T' ? kTextType : kHexType);
 }
 
 void ExtensionEditor::moveUp() {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,7 @@
 #include "app/screen_host.h"
 #include "editors/list_copies.h"
 #include "testing/report_messages.h"
+#include "testing/suggest/term_suggestion.h"
 #include "testing/term_file.h"
 #include "viewer/editor_handover.h"
 
@@ -64,7 +66,8 @@ public:
     ExtensionEditorState state;
 
     /// The screen opens: files, terms (from the local folder alone), common headers; shows the first file. Files of
-    /// length 0 and files that are gone are left out.
+    /// length 0 and files that are gone are left out, but for those of a source that is away whose head is kept: it is
+    /// shown, marked as such, and searched.
     void load(const EditorHandover& handover);
 
     void chooseFile(int file);
@@ -85,6 +88,10 @@ public:
     void addOrUpdate();
     /// "Clr".
     void clear();
+    /// A suggested term goes to the criteria.
+    void takeSuggestion(const TermSuggestion& suggestion);
+    /// Bytes that are marked in the hex view go to the criteria: as text where they are text. None change nothing.
+    void takeBytes(int first, std::string_view bytes);
     void presetExe() { fill("1", "MZ", kTextType); }
     void presetOle() { fill("1", "D0CF11", kHexType); }
     void presetWp() { fill("1", "WP", kTextType); }
@@ -142,6 +149,7 @@ private:
     std::function<void()> clearClipboard_;
     ListCopies copies_{installation_, dialogs_, kept_, kTermFormNeverEmpty};
     int hitRow_ = -1;
+    KeptHeads keptHead_;
 };
 
 }  // namespace quillon

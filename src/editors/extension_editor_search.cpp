@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "editors/extension_editor.h"
+#include "editors/handed_heads.h"
 #include "editors/hex_input.h"
 #include "editors/term_search.h"
 #include "platform/folders.h"
-#include "platform/source_files.h"
 #include "platform/whole_file.h"
 #include "testing/rule_line.h"
 #include "text/fields.h"
@@ -175,7 +175,7 @@ void ExtensionEditor::repairPosition() {
 }
 
 void ExtensionEditor::searchFiles() {
-    SourceFiles heads;
+    HandedHeads heads(keptHead_);
     const auto counts = searchTerm({state.position, state.term, state.type == kHexType}, state.files, heads);
     if (!counts)
         return;

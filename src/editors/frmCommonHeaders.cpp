@@ -11,10 +11,12 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "text/page_text.h"
 #include "widgets/control_maker.h"
 #include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/page_remark.h"
+#include "widgets/polled_label.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -51,6 +53,8 @@ void frmCommonHeaders::createEntry() {
     Label6->setBuddy(cboType);
     pageRemark_ = make<ElidedLabel>("pageRemark_");
     tellLossOnPage(*pageRemark_, {tID, tTerm});
+    advice_ = new PolledLabel("advice_", [this] { return lookForAdvice(); });
+    terms_.begin({context_.installation.paths().localPath, {}, {}, {}});
     Command1 = makeButton("Command1", "&Add");
     makePrimary(*Command1);
     Command1->installEventFilter(this);
@@ -61,6 +65,16 @@ void frmCommonHeaders::createEntry() {
     Label4 = makeLabel("Label4", "");
     makePlain(*Label4);
     Label4->setText(toQt(currentPrefix(messages_)));
+}
+
+// A common header counts whatever the extension: every good file that it meets is told.
+std::optional<std::string> frmCommonHeaders::lookForAdvice() {
+    const CommonHeadersEditor::Fields& fields = editor_.fields;
+    AdviceQuestion question;
+    question.term = {toPage(fields.offset), toPage(fields.term), PageText{fields.hexadecimal ? "H" : "T"}};
+    for (const auto& row : editor_.rows()) question.rows.push_back({row.offset, row.term, row.type});
+    question.ownRow = editor_.updating() ? editor_.selected() : -1;
+    return terms_.look(question) ? std::optional(terms_.line()) : std::nullopt;
 }
 
 void frmCommonHeaders::createList() {
@@ -110,6 +124,7 @@ void frmCommonHeaders::arrange() {
     all->setSpacing(kSpacing);
     all->addLayout(entry);
     all->addWidget(pageRemark_);
+    all->addWidget(advice_);
     all->addLayout(enter);
     all->addWidget(Label4);
     all->addWidget(iGrid1, 1);

@@ -10,6 +10,7 @@
 //   Label5, tOffset     "Offset"                   its position, 0 for anywhere
 //   Label6, cboType     "Type"; "Text", "Hex"      kind of term
 //   pageRemark_                                    ours: characters that are stored as "?"
+//   advice_                                        ours: what the term would meet
 //   Command1            "Add" / "Update"           puts the fields into the list; the right button changes the mode
 //   Command2            "Clear"                    empties the fields
 //   Label3              "Right click on Update button to toggle input mode.", in update mode
@@ -22,6 +23,7 @@
 //   Command4            "Done"                     saves and leaves
 
 #include "editors/common_headers_editor.h"
+#include "editors/term_advice.h"
 #include "widgets/step_screen.h"
 
 class QAction;
@@ -54,14 +56,18 @@ private:
     void openMenu(int row, const QPoint& position);
     void showControls() override;
 
+    [[nodiscard]] std::optional<std::string> lookForAdvice();
+
     const ReportMessages& messages_;
     CommonHeadersEditor editor_;
+    TermAdvice terms_;
 
     QLabel* Label1;
     QLineEdit* tID;
     QLabel* Label2;
     QLineEdit* tTerm;
     QLabel* pageRemark_;
+    QLabel* advice_;
     QLabel* Label5;
     QLineEdit* tOffset;
     QLabel* Label6;

@@ -16,6 +16,7 @@
 
 #include "text/list_text.h"
 #include "text/page_text.h"
+#include "text/unicode.h"
 #include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
@@ -62,6 +63,7 @@ frmExtEditor::frmExtEditor(const ScreenContext& context, const ReportMessages& m
     connectCriteria();
     connectTerms();
     connectFiles();
+    connectAdvice(handover);
     begin();
     // As high as the hex view with all its lines asks for.
     resize(std::max(1180, sizeHint().width()), std::max(720, sizeHint().height()));
@@ -119,6 +121,58 @@ void frmExtEditor::connectFiles() {
     step(Hex1, &HexView::caretMoved, [this] { editor_.caretMoved(Hex1->selection().first); });
     hear(Combo3, &QComboBox::currentIndexChanged, [this](int identifier) { editor_.state.identifier = identifier; });
     act(Command13, &ExtensionEditor::testCommon);
+}
+
+void frmExtEditor::connectAdvice(const EditorHandover& handover) {
+    terms_.begin({context_.installation.paths().localPath, utf16ToUtf8(lowered(handover.extension)), handover.job,
+                  editor_.state.files});
+    connect(suggest_, &QPushButton::clicked, this, [this] {
+        terms_.askForTerms();
+        suggest_->setEnabled(false);
+    });
+    step(takeBytes_, &QAction::triggered, [this] {
+        editor_.takeBytes(Hex1->selection().first, Hex1->selectedBytes());
+        Command11->setFocus();
+    });
+}
+
+AdviceQuestion frmExtEditor::adviceQuestion() const {
+    const ExtensionEditorState& state = editor_.state;
+    const PageText type{state.type == kHexType ? "H" : "T"};
+    return {{toPage(state.position), toPage(state.term), type},
+            state.rows,
+            state.updating ? state.currentRow : -1,
+            utf16ToUtf8(lowered(state.extension))};
+}
+
+std::optional<std::string> frmExtEditor::lookForAdvice() {
+    const bool changed = terms_.look(adviceQuestion());
+    if (const auto offered = terms_.takeTerms()) {
+        suggest_->setEnabled(true);
+        openSuggestions(*offered);
+    }
+    return changed ? std::optional(terms_.line()) : std::nullopt;
+}
+
+// One click, or the key of its number, fills the criteria; "Add" and "Test" are as told.
+void frmExtEditor::openSuggestions(const std::vector<OfferedTerm>& offered) {
+    suggestions_->clear();
+    for (std::size_t i = 0; i < offered.size(); ++i) {
+        const QString number = QString::number((i + 1) % 10);
+        QAction* entry =
+            suggestions_->addAction(QStringLiteral("&%1   ").arg(number) + menuText(offerText(offered[i])));
+        entry->setObjectName(QStringLiteral("suggestion_%1").arg(i));
+        step(entry, &QAction::triggered, [this, term = offered[i].term] {
+            editor_.takeSuggestion(term);
+            Command11->setFocus();
+        });
+    }
+    if (offered.empty()) {
+        QAction* none = suggestions_->addAction(QStringLiteral("These files share nothing that others lack"));
+        none->setObjectName(QStringLiteral("noSuggestion_"));
+        none->setEnabled(false);
+    }
+    suggestions_->popup(suggest_->mapToGlobal(QPoint(0, suggest_->height())));
 }
 
 void frmExtEditor::iGrid1_Mouse(int row) {

@@ -14,6 +14,8 @@
 //     Command3                      "Clr"
 //     Command11                     "Test"           looks for the term in all files
 //     Command6, Command7, Command8  "EXE/DLL", "OLE", "WP"
+//     suggest_                      ours: "Suggest", opens suggestions_ with terms that the files share
+//     advice_                       ours: what the term would let through, as far as jobs have kept heads
 //   Frame3 "Existing Terms"
 //     iGrid1                        "Term", "Offset", "Type"
 //     Command12_0, Command12_1      move the row up, down
@@ -27,14 +29,17 @@
 //     Command9, Command4            "-", "+"         previous and next file
 //     Label6                        "Viewing file " and the counter
 //     Hex1                          the first 512 bytes; a click fills Text2
+//     takeBytes_                    ours: "Marked Bytes to Term", the popup of Hex1
 //     Label7, Combo3, Command13     "Common header info", "Test": for files of a common header only
 //   mnuC "Copy Files"               never shown: mnuCopy, mnuCopyAll
 //   mnuA                            popup of the grid: mnuAdd, mnuB1, mnuDelete
+//   suggestions_                    ours: the popup of suggest_, suggestion_0 to suggestion_9, or noSuggestion_
 
 #include <QAbstractListModel>
 #include <QMainWindow>
 
 #include "editors/extension_editor.h"
+#include "editors/term_advice.h"
 #include "widgets/busy_parts.h"
 #include "widgets/grid_model.h"
 #include "widgets/step_screen.h"
@@ -91,12 +96,17 @@ private:
     void createTermButtons(QVBoxLayout& layout);
     void createHexView();
     void createCommonRow(QVBoxLayout& layout);
+    void createAdvice(QVBoxLayout& layout);
     void createMenus();
     void arrange();
     void setTabOrders();
     void connectCriteria();
     void connectTerms();
     void connectFiles();
+    void connectAdvice(const EditorHandover& handover);
+    [[nodiscard]] AdviceQuestion adviceQuestion() const;
+    [[nodiscard]] std::optional<std::string> lookForAdvice();
+    void openSuggestions(const std::vector<OfferedTerm>& offered);
 
     /// Connects a button to one operation of the editor.
     void act(QPushButton* button, void (ExtensionEditor::*operation)());
@@ -111,6 +121,7 @@ private:
     void showFile();
 
     ExtensionEditor editor_;
+    TermAdvice terms_;
     std::function<void()> whenDone_;
     TermGridRows gridRows_{editor_.state.rows};
     std::vector<HeaderTerm> shownRows_;
@@ -129,6 +140,10 @@ private:
     HexView* Hex1;
     QMenu *mnuC, *mnuA;
     QAction *mnuAdd, *mnuDelete;
+    QPushButton* suggest_;
+    QLabel* advice_;
+    QMenu* suggestions_;
+    QAction* takeBytes_;
 };
 
 }  // namespace quillon

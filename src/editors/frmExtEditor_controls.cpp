@@ -23,6 +23,7 @@
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
 #include "widgets/page_remark.h"
+#include "widgets/polled_label.h"
 #include "widgets/theme.h"
 
 namespace quillon {
@@ -106,6 +107,19 @@ void frmExtEditor::createCriteria() {
     Command3 = makeButton("Command3", "C&lr");
     addRow(*layout, {Command2, Command11, Command3});
     createPresets(*layout);
+    createAdvice(*layout);
+}
+
+// Behind the keys of the criteria: by its own key, and not in the way of Tab.
+void frmExtEditor::createAdvice(QVBoxLayout& layout) {
+    suggest_ = makeButton("suggest_", "Su&ggest");
+    suggest_->setFocusPolicy(Qt::ClickFocus);
+    suggest_->setToolTip(QStringLiteral("Terms that these files share and others lack"));
+    addRow(layout, {suggest_});
+    advice_ = new PolledLabel("advice_", [this] { return lookForAdvice(); });
+    layout.addWidget(advice_);
+    suggestions_ = new QMenu(QStringLiteral("Suggested terms"), this);
+    suggestions_->setObjectName(QStringLiteral("suggestions_"));
 }
 
 void frmExtEditor::createPresets(QVBoxLayout& layout) {
@@ -167,6 +181,11 @@ void frmExtEditor::createHexView() {
     layout->addWidget(Label6);
     Hex1 = make<HexView>("Hex1");
     Hex1->setAccessibleName(QStringLiteral("First 512 bytes of the file"));
+    takeBytes_ = new QAction(QStringLiteral("Marked Bytes to Term"), Hex1);
+    takeBytes_->setObjectName(QStringLiteral("takeBytes_"));
+    takeBytes_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
+    Hex1->addAction(takeBytes_);
+    Hex1->setContextMenuPolicy(Qt::ActionsContextMenu);
     layout->addWidget(Hex1, 1);
     createCommonRow(*layout);
 }

@@ -12,11 +12,14 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "text/page_text.h"
+#include "text/unicode.h"
 #include "widgets/control_maker.h"
 #include "widgets/enter_key.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
 #include "widgets/page_remark.h"
+#include "widgets/polled_label.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -81,6 +84,16 @@ void frmUpdatedb::createCriteria() {
     Command2 = makeButton("Command2", "&Add");
     makePrimary(*Command2);
     Command3 = makeButton("Command3", "C&lr");
+    advice_ = new PolledLabel("advice_", [this] { return lookForAdvice(); });
+    terms_.begin({context_.installation.paths().localPath, {}, {}, {}});
+}
+
+std::optional<std::string> frmUpdatedb::lookForAdvice() {
+    const ManualUpdate::Fields& fields = editor_.fields;
+    const HeaderTerm term{toPage(fields.position), toPage(fields.term), PageText{fields.hexadecimal ? "H" : "T"}};
+    const bool changed = terms_.look({term, editor_.rows(), editor_.updating() ? editor_.current() : -1,
+                                      utf16ToUtf8(lowered(utf8ToUtf16(editor_.extension())))});
+    return changed ? std::optional(terms_.line()) : std::nullopt;
 }
 
 void frmUpdatedb::createTerms() {
@@ -117,6 +130,7 @@ void frmUpdatedb::arrangeCriteria() {
     buttons->addWidget(Command2, 1);
     buttons->addWidget(Command3, 1);
     grid->addLayout(buttons, 6, 1, 1, 2);
+    grid->addWidget(advice_, 7, 0, 1, 3);
     grid->setColumnStretch(1, 1);
 }
 

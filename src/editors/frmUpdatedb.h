@@ -18,6 +18,7 @@
 //                             Label4, Combo1   "Type"; "Text", "HEX"            its type
 //                             Command2         "Add" / "Update"                 puts the fields into the list
 //                             Command3         "Clr"                            empties the fields
+//                             advice_                                           ours: what the term would let through
 //   Frame3 "Existing Terms"   iGrid1           "Term", "Offset", "Type"         the terms
 //                             Command1         "Delete"                         deletes
 //                             Check1           "Delete all terms"               widens "Delete"
@@ -25,6 +26,7 @@
 //   Frame1 "Hex View"         Hex1                                              first 512 bytes of the sample
 
 #include "editors/manual_update.h"
+#include "editors/term_advice.h"
 #include "widgets/step_screen.h"
 
 class QAction;
@@ -59,8 +61,10 @@ private:
     void openMenu(int row, const QPoint& position);
     void showControls() override;
     void leaveOrAsk() override;
+    [[nodiscard]] std::optional<std::string> lookForAdvice();
 
     ManualUpdate editor_;
+    TermAdvice terms_;
 
     QMenu* mnuFle;
     QAction* mnuOpen;
@@ -79,6 +83,7 @@ private:
     QLabel* Label1;
     QLineEdit* Text3;
     QLabel* pageRemark_;
+    QLabel* advice_;
     QLabel* Label4;
     QComboBox* Combo1;
     QPushButton* Command2;

@@ -71,8 +71,27 @@ ListCopies::Base ListCopies::lookAt(const NativePath& copy) {
 void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies) {
     bases_.clear();
     for (const auto& copy : copies) bases_[copy] = lookAt(copy);
+    for (auto& [copy, base] : bases_) {
+        if (isShared(copy) && isAhead(shown, base))
+            base.bytes = shown;
+    }
     shown_ = shown;
     saver_.loaded(std::move(shown));
+}
+
+// A screen that has loaded the local copy finds a shared one that others have taught since it was fetched last: what
+// differs there is theirs, as if they had done it just now. Without a record in common they are two lists, unless there
+// was nothing to be loaded.
+bool ListCopies::isAhead(const std::string& shown, const Base& shared) const {
+    if (!shared.bytes || form_.bytes(form_.records(*shared.bytes)) == shown)
+        return false;
+    const Records ours = form_.records(shown);
+    const bool nothingLoaded = ours.empty() && std::ranges::any_of(bases_, [this](const auto& copy) {
+                                   return !isShared(copy.first) && copy.second.known;
+                               });
+    return nothingLoaded || std::ranges::any_of(form_.records(*shared.bytes), [&](const std::string& record) {
+               return std::ranges::find(ours, record) != ours.end();
+           });
 }
 
 bool ListCopies::isShared(const NativePath& copy) const {

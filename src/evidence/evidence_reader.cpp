@@ -174,6 +174,13 @@ Result<const FileHead*> EvidenceReader::head(const EvidenceRow& row) {
     return &(*block)->places[placeOf(*row.head)].head;
 }
 
+Result<const FileHead*> EvidenceReader::headOrLength(const EvidenceRow& row) {
+    const auto block = vouchedBlock(row);
+    if (!block)
+        return failure(block.error());
+    return *block == nullptr ? nullptr : &(*block)->places[placeOf(*row.head)].head;
+}
+
 Result<bool> EvidenceReader::isVouchedFor(const EvidenceRow& row) {
     const auto block = vouchedBlock(row);
     if (!block)

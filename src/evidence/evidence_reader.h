@@ -24,6 +24,8 @@ public:
     /// Makes `row` the next one in the order of the ids. False at the end. Between some rows and the next the file is
     /// free for a writer.
     [[nodiscard]] Result<bool> next(EvidenceRow& row);
+    /// The file is free for a writer until the next row is asked for.
+    void rest() { continueBehind(last_); }
     /// The next row is the first one behind this id; 0 for the first of all.
     void continueBehind(std::int64_t id);
 
@@ -38,6 +40,8 @@ public:
     /// digest of its block disagrees: then the row's path, size, time and grade are not to be relied on either. Good
     /// until the next call.
     [[nodiscard]] Result<const FileHead*> head(const EvidenceRow& row);
+    /// The same, but where the bytes of heads were left out it gives how long the head was, with blanks for bytes.
+    [[nodiscard]] Result<const FileHead*> headOrLength(const EvidenceRow& row);
     /// True when the digest of the block vouches for the row, whether its head was kept or left out.
     [[nodiscard]] Result<bool> isVouchedFor(const EvidenceRow& row);
     /// How many rows a digest did not agree with, of those whose head was asked for.

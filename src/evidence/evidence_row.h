@@ -44,6 +44,15 @@ struct EvidenceRow {
     friend bool operator==(const EvidenceRow&, const EvidenceRow&) = default;
 };
 
+/// What became of a file's copy.
+struct CopyOutcome {
+    bool copied = false;
+    std::optional<std::int64_t> verified;  ///< 1 or 0; none when it was not compared
+    std::string error;                     ///< words; empty when nothing failed
+    std::optional<std::int64_t> badBytes;  ///< what its medium did not give
+    std::string badRanges;
+};
+
 /// So many heads are kept together.
 inline constexpr std::int64_t kHeadsInBlock = 128;
 

@@ -114,6 +114,9 @@ Result<void> EvidenceStore::prepareAll() {
         {update_, kUpdate},
         {remove_, "DELETE FROM file WHERE id = ?"},
         {moveLine_, "UPDATE file SET row = ? WHERE folder = (SELECT id FROM folder WHERE path = ?) AND name = ?"},
+        {copy_,
+         "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
+         "bad_ranges = coalesce(?6, bad_ranges) WHERE id = ?1"},
         {byId_, std::string(kSelectRow) + "WHERE f.id = ?"},
     };
     for (const auto& [statement, sql] : statements) {
@@ -236,6 +239,16 @@ Result<void> EvidenceStore::moveLine(std::string_view path, std::int64_t line) {
     const std::string folder = nameText(path.substr(0, slash == path.npos ? 0 : slash));
     const std::string name = nameText(path.substr(slash == path.npos ? 0 : slash + 1));
     return begin().and_then([&] { return moveLine_.bind(line, folder, name).run(); });
+}
+
+// No digest covers these columns.
+Result<void> EvidenceStore::setCopy(std::int64_t id, const CopyOutcome& outcome) {
+    return begin().and_then([&] {
+        return copy_
+            .bind(id, outcome.copied ? 1 : 0, outcome.verified, unlessEmpty(outcome.error), outcome.badBytes,
+                  unlessEmpty(outcome.badRanges))
+            .run();
+    });
 }
 
 Result<void> EvidenceStore::remove(std::int64_t id) {

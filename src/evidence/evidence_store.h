@@ -41,6 +41,8 @@ public:
     /// Replaces the row that has this id by all that `row` says. With `head` it gets a new head, else it keeps the
     /// place that `row` names, which is the old one. NotFound: there is no such row.
     [[nodiscard]] Result<void> change(EvidenceRow& row, const FileHead* head = nullptr);
+    /// Notes what became of a file's copy; a file of another id than there is, is passed over.
+    [[nodiscard]] Result<void> setCopy(std::int64_t id, const CopyOutcome& outcome);
     /// The file of this path stands in another line of the list now; one that is not there is passed over.
     [[nodiscard]] Result<void> moveLine(std::string_view path, std::int64_t line);
     /// Removes the row of this id. NotFound: there is no such row.
@@ -77,6 +79,7 @@ private:
     Statement update_;
     Statement remove_;
     Statement moveLine_;
+    Statement copy_;
     Statement byId_;
     std::int64_t nextId_ = 1;
     bool begun_ = false;

@@ -37,6 +37,7 @@ public:
 
 private:
     HeadBlocks(Statement block, Statement row) : block_(std::move(block)), row_(std::move(row)) {}
+    [[nodiscard]] Result<void> digestRows(std::int64_t id, std::size_t first, std::size_t end, CheckedBlock& checked);
 
     Statement block_;
     Statement row_;

@@ -25,6 +25,17 @@ inline constexpr const char* kListModified = "list_modified";
 inline constexpr const char* kListDigest = "list_digest";
 inline constexpr const char* kSectors = "sectors";
 
+// Of a part of a job.
+inline constexpr const char* kPart = "part";
+inline constexpr const char* kParts = "parts";
+inline constexpr const char* kPartOf = "part_of";
+inline constexpr const char* kToken = "token";
+inline constexpr const char* kSkipList = "skip_list";
+inline constexpr const char* kDates = "dates";
+
+// Of several jobs that were made one.
+inline constexpr const char* kMerged = "merged";
+
 // Values of kEnd.
 inline constexpr const char* kRunning = "running";
 inline constexpr const char* kComplete = "complete";
@@ -32,5 +43,7 @@ inline constexpr const char* kStopped = "stopped";
 
 // Values of kSectors.
 inline constexpr const char* kByMap = "map";
+inline constexpr const char* kByScan = "scan";
+inline constexpr const char* kByScanInPart = "scan in part";
 
 }  // namespace quillon::job_keys

@@ -2,57 +2,51 @@
 #pragma once
 
 // Brings the files of a finished list to a target folder, keeping each file's folders below the target. Every row is
-// copied, whatever its grade.
+// copied, whatever its grade, unless only some grades are asked for.
 
 #include <optional>
 #include <string>
-#include <string_view>
 
-#include "ahead/copies_ahead.h"
-#include "ahead/ring.h"
 #include "app/file_list.h"
+#include "job/copy_queue.h"
+#include "job/copy_record.h"
 #include "job/job_lists.h"
 #include "job/pass_context.h"
+#include "testing/report_messages.h"
 
 namespace quillon {
 
-/// The target file of a source path: the target folder, which ends in "/", and the path without the separators it
-/// begins with. No value for a path that would lead out of the target.
-[[nodiscard]] std::optional<std::string> copyTarget(const std::string& targetFolder, std::string_view source);
-
 class CopyPass {
 public:
-    /// All must outlive this. `encoding`: of a list that this job has written; otherwise it is found from the content.
-    CopyPass(const PassContext& context, const JobLists& lists, std::optional<ListEncoding> encoding = std::nullopt);
+    /// All must outlive this. `messages`: by which the results of the list are told apart. `encoding`: of a list that
+    /// this job has written; otherwise it is found from the content.
+    CopyPass(const PassContext& context, const JobLists& lists, const ReportMessages& messages,
+             std::optional<ListEncoding> encoding = std::nullopt);
 
     void run();
 
 private:
-    // A row of the list that was looked at ahead of its turn.
-    struct AheadRow {
-        ListRow row;
-        std::optional<CopyError> refused;  // else its copy is asked for
-    };
-
+    void begin();
+    void beginRecord();
+    void recordLost(const FileError& why);
     void notReached();
+    void copyRows(ListReader& list);
     void lookAhead(ListReader& list);
-    [[nodiscard]] std::optional<CopyError> askForCopy(const std::string& source);
-    void copyRow(const AheadRow& ahead);
-    [[nodiscard]] tl::expected<void, CopyError> finishFirst();
+    [[nodiscard]] bool isWanted(const ListRow& row) const;
+    void copyFirst();
+    void ended(const SettledCopy& copy);
     void showJobProgress(const std::string& source);
     [[nodiscard]] bool progress(std::uint64_t done, std::uint64_t total);
-    [[nodiscard]] bool prepareFolder(const std::string& target);
-    [[nodiscard]] bool liesInSource(const NativePath& folder) const;
 
     PassContext context_;
     const JobLists& lists_;
+    const ReportMessages& messages_;
     std::optional<ListEncoding> encoding_;
     std::string targetFolder_;  // ends in "/"
-    NativePath realSource_;     // behind all links; empty for none
-    std::string lastFolder_;
-    bool lastFolderRefused_ = false;
-    Ring<AheadRow> rows_{CopiesAhead::kMost};
-    CopiesAhead copies_;
+    ListRow row_;
+    std::int64_t line_ = 0;             // of the list, from 1
+    std::optional<CopyRecord> record_;  // of check sums, where copies are hashed
+    CopyQueue queue_;
 };
 
 }  // namespace quillon

@@ -16,6 +16,7 @@ nlohmann::ordered_json countersAsJson(const JobCounters& counters) {
     json["graded"] = counters.graded;
     json["copied"] = counters.copied;
     json["copy_errors"] = counters.copyErrors;
+    json["damaged_copies"] = counters.damagedCopies;
     json["lost_rows"] = counters.lostRows;
     json["unread_heads"] = counters.unreadHeads;
     json["not_copied"] = counters.notCopied;

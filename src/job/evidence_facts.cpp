@@ -18,6 +18,9 @@ namespace quillon {
 
 namespace {
 
+// A wrecked file may have any number of gaps.
+constexpr std::size_t kMostRanges = 1000;
+
 std::int64_t nanoseconds(const FileTime& time) {
     return time.seconds * 1'000'000'000 + time.nanoseconds;
 }
@@ -98,6 +101,24 @@ NativePath sourceIn(EvidenceReader& evidence) {
     const auto bytes = evidence.jobText(job_keys::kSourceBytes).value_or(std::nullopt);
     const auto source = bytes ? bytes : evidence.jobText(job_keys::kSource).value_or(std::nullopt);
     return source.value_or("");
+}
+
+CopyOutcome copyOutcome(const tl::expected<CopyFacts, CopyError>& result, bool compared) {
+    CopyOutcome outcome;
+    outcome.copied = result.has_value();
+    if (!result) {
+        outcome.error = result.error().text();
+        if (result.error().differs)
+            outcome.verified = 0;
+        return outcome;
+    }
+    if (compared)
+        outcome.verified = 1;
+    if (result->gaps.empty())
+        return outcome;
+    outcome.badBytes = static_cast<std::int64_t>(bytesIn(result->gaps));
+    outcome.badRanges = rangesText(result->gaps, kMostRanges);
+    return outcome;
 }
 
 RowDescriber::RowDescriber(const NativePath& source) : prefix_(source.native()) {

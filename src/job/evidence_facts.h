@@ -10,6 +10,7 @@
 #include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
 #include "job/job_state.h"
+#include "platform/copy_terms.h"
 #include "testing/header_check.h"
 
 namespace quillon {
@@ -29,6 +30,9 @@ namespace quillon {
 
 /// The source that the evidence names; empty for none.
 [[nodiscard]] NativePath sourceIn(EvidenceReader& evidence);
+
+/// What the evidence says of a copy; `compared`: it was read back and compared, if it was made.
+[[nodiscard]] CopyOutcome copyOutcome(const tl::expected<CopyFacts, CopyError>& result, bool compared);
 
 /// Makes evidence rows of list rows below one source; keeps its room.
 class RowDescriber {

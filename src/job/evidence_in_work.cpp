@@ -50,7 +50,7 @@ void EvidenceInWork::begin() {
 void EvidenceInWork::find(const ListRow& row) {
     damaged_ = false;
     describer_.describe(row, listed_);
-    const auto found = reader_.findLine(++line_, describer_.below(row.nativePath()), row_);
+    const auto found = rows_.find(reader_, describer_.below(row.nativePath()), row_);
     found_ = found && *found && row_.size == listed_.size;
 }
 
@@ -93,6 +93,7 @@ void EvidenceInWork::change(EvidenceRow& row) {
     if (lost_ || ++changes_ < kRowsInPart)
         return;
     changes_ = 0;
+    rows_.letGo(reader_);
     noteUnless(store_.commit());
 }
 
@@ -108,6 +109,7 @@ std::string EvidenceInWork::countersWith(const JobState& state) {
 }
 
 void EvidenceInWork::listWritten(const NativePath& list, std::int64_t rules, const JobState& state) {
+    rows_.letGo(reader_);
     if (lost_)
         return;
     noteUnless(store_.setJob(job_keys::kCounters, countersWith(state))

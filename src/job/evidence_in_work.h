@@ -10,6 +10,7 @@
 
 #include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
+#include "evidence/rows_in_order.h"
 #include "job/evidence_facts.h"
 #include "job/list_digest.h"
 
@@ -55,11 +56,11 @@ private:
 
     EvidenceReader reader_;
     EvidenceStore store_;
+    RowsInOrder rows_;
     RowDescriber describer_;
     const ReportMessages* messages_;
     ListDigest digest_;
     std::optional<FileError> lost_;
-    std::int64_t line_ = 0;
     int changes_ = 0;  // since the last part
     bool found_ = false;
     bool damaged_ = false;

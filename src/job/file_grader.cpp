@@ -18,11 +18,15 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
                        const PassContext& context)
-    : installation_(installation),
-      messages_(messages),
-      commonList_(commonList),
-      context_(context),
-      heads_(context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never) {
+    : installation_(installation), messages_(messages), commonList_(commonList), context_(context) {
+}
+
+// A read that is to be given up cannot be one of the pass's own thread.
+HeadsAhead& FileGrader::heads() {
+    const bool mayStandStill = context_.surroundings.loop.mayStandStill() && !context_.state.options.hangLimit;
+    if (!heads_)
+        heads_.emplace(mayStandStill ? StandingStill::Allowed : StandingStill::Never, nullptr, context_.state.care);
+    return *heads_;
 }
 
 HeaderCheck& FileGrader::headerTest() {
@@ -41,14 +45,28 @@ Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_vie
     auto verdict = headerTest().checkFile(row, extension, heads);
     if (!verdict)
         return verdict;
-    if (verdict->grade)
-        ++context_.state.counters[*verdict->grade];
-    if (verdict->head != nullptr)
-        ++context_.state.counters.tested;
-    if (verdict->head != nullptr && verdict->head->length < kHeaderBytes)
-        ++context_.state.counters.unreadHeads;
+    *verdict = counted(std::move(*verdict));
     if (verdict->head != nullptr && context_.state.options.keepEvidence)
         addFindings(row, *verdict);
+    return verdict;
+}
+
+Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                          const KnownVerdict* known) {
+    static const FileHead leftOut{kHeaderBytes, {}};
+    if (known == nullptr || !mayOpen(row))
+        return checkFile(row, extension, heads);
+    return counted({known->grade, known->text, &leftOut, nullptr, known->findings});
+}
+
+FileVerdict FileGrader::counted(FileVerdict verdict) {
+    JobCounters& counters = context_.state.counters;
+    if (verdict.grade)
+        ++counters[*verdict.grade];
+    if (verdict.head != nullptr)
+        ++counters.tested;
+    if (verdict.head != nullptr && verdict.head->length < kHeaderBytes)
+        ++counters.unreadHeads;
     return verdict;
 }
 

@@ -10,6 +10,7 @@
 
 #include "ahead/heads_ahead.h"
 #include "app/installation.h"
+#include "job/known_file.h"
 #include "job/pass_context.h"
 #include "testing/find_reason.h"
 #include "testing/header_check.h"
@@ -31,8 +32,11 @@ public:
     /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
     /// HeaderCheck::checkFile.
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
+    /// The same; where the test would open the file, `known` stands for what it would find, unless it is null.
+    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                                const KnownVerdict* known);
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
-        return checkFile(row, extension, heads_);
+        return checkFile(row, extension, heads());
     }
 
     /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
@@ -41,11 +45,12 @@ public:
     [[nodiscard]] const ReportMessages& messages() const { return messages_; }
 
     /// Heads of source files; who knows the rows to come asks it for theirs.
-    [[nodiscard]] HeadsAhead& heads() { return heads_; }
+    [[nodiscard]] HeadsAhead& heads();
+    [[nodiscard]] const PassContext& context() const { return context_; }
 
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
     void releaseSource() {
-        heads_.release();
+        heads_.reset();
         terms_.reset();
     }
 
@@ -53,6 +58,7 @@ private:
     bool useCommonHeaders() override { return context_.state.options.useCommonHeaders; }
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
+    [[nodiscard]] FileVerdict counted(FileVerdict verdict);
     void addFindings(const ListRow& row, FileVerdict& verdict);
     void readMarkers();
     [[nodiscard]] const TermIndex& terms();
@@ -61,8 +67,8 @@ private:
     const ReportMessages& messages_;
     const CommonList& commonList_;
     PassContext context_;
-    HeadsAhead heads_;
-    std::string_view inWork_;  // path of the file that is being graded
+    std::optional<HeadsAhead> heads_;  // of the source in work
+    std::string_view inWork_;          // path of the file that is being graded
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;

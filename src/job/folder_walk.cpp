@@ -19,33 +19,58 @@ constexpr std::size_t kDateCharacters = 10;
 
 class FolderTest final : public FolderVisitor {
 public:
-    explicit FolderTest(const PassContext& context) : context_(context) {}
+    FolderTest(const PassContext& context, const NativePath& source)
+        : context_(context), wait_(context), folders_(source, context.state.options.part) {}
 
-    bool wantsFiles() const override { return false; }
+    bool wantsFiles(std::string_view /*path*/) const override { return false; }
     bool cancelled() override { return context_.stopsAtOnce(); }
 
     void subfolder(std::string_view path, bool canBeEntered) override {
+        wait_.tellCare();
         context_.surroundings.loop.workingOn(path);
-        ++context_.state.counters.folders;
-        if (!canBeEntered) {
-            ++context_.state.counters.folderErrors;
-            path.remove_suffix(1);
-            context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
-            context_.evidence.folderFailed(path, "cannot be entered");
-        }
+        if (folders_.hold(path))
+            count(path, canBeEntered);
         context_.turn();
     }
     void listing() override { context_.turn(); }
 
+    // A window's Stop is looked at only where the source holds the test up.
+    bool awaits(std::string_view path, const Arrives& arrives) override {
+        int turns = 0;
+        const auto ended = [this, &turns] {
+            return context_.stopsAtOnce() || (++turns > kHeldUpTurns && context_.state.stopRequested);
+        };
+        return wait_.until(path, arrives, ended);
+    }
+
 private:
+    static constexpr int kHeldUpTurns = 5;
+
+    void count(std::string_view path, bool canBeEntered) {
+        ++context_.state.counters.folders;
+        if (canBeEntered)
+            return;
+        ++context_.state.counters.folderErrors;
+        path.remove_suffix(1);
+        context_.logAbout(path, "Folder access error : " + readable(path), kLightRed);
+        context_.evidence.folderFailed(path, kCannotBeEntered);
+    }
+
     PassContext context_;
+    SourceWait wait_;
+    OwnFolders folders_;
 };
+
+StandingStill standingStill(const PassContext& context) {
+    return context.surroundings.loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never;
+}
 
 }  // namespace
 
 void ListFolders(const PassContext& context, const NativePath& folder) {
-    FolderTest test(context);
-    passOver(visitFolders(folder, test), "a source that cannot be opened has no folders to count");
+    FolderTest test(context, folder);
+    SourceAsker asker(standingStill(context), context.state.care);
+    passOver(visitFolders(folder, test, asker), "a source that cannot be opened has no folders to count");
 }
 
 std::u16string listToken(std::uint32_t attributes, std::u16string_view date) {
@@ -83,12 +108,19 @@ std::u16string_view RowDates::of(const FileTime& time) {
 }
 
 FolderWalk::FolderWalk(const PassContext& context, const SkipList& skipList, ListWriter& rawList)
-    : context_(context), skipList_(skipList), rawList_(rawList), dates_(context.surroundings.dates) {
+    : context_(context), wait_(context), skipList_(skipList), rawList_(rawList), dates_(context.surroundings.dates) {
 }
 
 void FolderWalk::run(const NativePath& source) {
-    if (!visitFolders(source, *this))
+    folders_ = OwnFolders(source, context_.state.options.part);
+    SourceAsker asker(standingStill(context_), context_.state.care);
+    if (!visitFolders(source, *this, asker))
         notListed(source.native());
+    wait_.tellCare();
+}
+
+bool FolderWalk::awaits(std::string_view path, const Arrives& arrives) {
+    return wait_.until(path, arrives, [this] { return context_.state.stopRequested; });
 }
 
 void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
@@ -99,44 +131,50 @@ void FolderWalk::subfolder(std::string_view path, bool canBeEntered) {
 // A folder that cannot be entered has its row from the folder test. Of any other the person hears here that files of it
 // are missing from the list.
 void FolderWalk::notListed(std::string_view path) {
+    if (!folders_.hold(path))
+        return;
     ++context_.state.counters.unlistedFolders;
     if (path == refused_)
         return;
-    context_.evidence.folderFailed(path, "cannot be read to its end");
+    context_.evidence.folderFailed(path, kCannotBeRead);
     if (path.size() > 1 && path.back() == '/')
         path.remove_suffix(1);
     context_.logAbout(path, "Unable to read folder : " + readable(path), kLightRed);
 }
 
-bool FolderWalk::files(const Directory& folder, std::string_view path, const EntryNames& names) {
+bool FolderWalk::files(std::string_view path, FolderFiles& files) {
     folderPath_ = path;
     folderText_ = toListText(path);
     context_.surroundings.loop.workingOn(path);
+    wait_.tellCare();
     undescribed_ = false;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        if (context_.state.stopRequested)
-            return false;
-        found(folder, names[i]);
+    while (!context_.state.stopRequested) {
+        const FoundFile* const file = files.next();
+        if (file == nullptr)
+            break;
+        found(*file);
     }
+    if (context_.state.stopRequested)
+        return false;
     if (undescribed_)
         notListed(path);
     return true;
 }
 
-void FolderWalk::found(const Directory& folder, std::string_view name) {
-    const auto info = folder.describe(name);
-    undescribed_ = undescribed_ || (!info && info.error().kind != ErrorKind::NotFound);
-    if (!info || !info->regular)
-        return;  // it vanished or changed its kind since its folder was listed, or the folder does not let one ask
-    row_.beginFile(folderText_, name);
+void FolderWalk::found(const FoundFile& file) {
+    undescribed_ = undescribed_ || file.answer.kind == FileAnswer::Kind::Refused;
+    if (file.answer.kind != FileAnswer::Kind::Described)
+        return;
+    row_.beginFile(folderText_, file.name);
     if (skipped())
         return;
-    context_.state.counters.totalBytes += info->size;
+    const EntryInfo& info = file.answer.info;
+    context_.state.counters.totalBytes += info.size;
     ++context_.state.counters.files;
     showSize(context_.state);
-    describe(name, folder, *info);
+    describe(file);
     if (context_.countRow(context_.state.passes.raw, rawList_.write(row_)))
-        context_.evidence.found(folderPath_, name, info->modified);
+        context_.evidence.found(folderPath_, file.name, info.modified);
     context_.turn();
 }
 
@@ -148,12 +186,15 @@ bool FolderWalk::skipped() {
     return true;
 }
 
-void FolderWalk::describe(std::string_view name, const Directory& folder, const EntryInfo& info) {
+void FolderWalk::describe(const FoundFile& file) {
+    const EntryInfo& info = file.answer.info;
     const auto date = dates_.of(info.modified);
-    const auto bits = attributes_.attributesOf(folder, name, info);
+    const auto known = file.answer.attributes;
+    const auto bits = known ? *known : attributes_.attributesOf(file.folder, file.name, info);
     if (!haveToken_) {
         token_ = listToken(bits, date);
         haveToken_ = true;
+        context_.evidence.marked(token_);
     }
     row_.addFile({date, info.size, bits, token_});
 }

@@ -10,14 +10,21 @@
 
 #include "app/file_list.h"
 #include "job/folder_tree.h"
+#include "job/job_part.h"
 #include "job/pass_context.h"
+#include "job/source_wait.h"
 #include "platform/attributes.h"
 #include "testing/skip_list.h"
 
 namespace quillon {
 
+/// What the evidence says of a folder that the folder test could not enter, and of one that the walk could not read.
+inline constexpr const char* kCannotBeEntered = "cannot be entered";
+inline constexpr const char* kCannotBeRead = "cannot be read to its end";
+
 /// Visits every folder below `folder`, counts it and logs, in light red, one that cannot be entered. The start folder
-/// itself is not counted. A window's Stop is not looked at. A folder that cannot be listed ends only its own level.
+/// itself is not counted. A window's Stop is not looked at. A folder that cannot be listed ends only its own level. The
+/// part of a job counts and logs its own folders.
 void ListFolders(const PassContext& context, const NativePath& folder);
 
 /// Four printable characters that mark the rows of one run, made from the first accepted file's attributes and date. No
@@ -53,16 +60,20 @@ public:
 private:
     bool cancelled() override { return context_.state.stopRequested; }
     void listing() override { context_.turn(); }
-    bool files(const Directory& folder, std::string_view path, const EntryNames& names) override;
+    bool wantsFiles(std::string_view path) const override { return folders_.hold(path); }
+    bool files(std::string_view path, FolderFiles& files) override;
     void subfolder(std::string_view path, bool canBeEntered) override;
     void notListed(std::string_view path) override;
-    void found(const Directory& folder, std::string_view name);
+    bool awaits(std::string_view path, const Arrives& arrives) override;
+    void found(const FoundFile& file);
     [[nodiscard]] bool skipped();
-    void describe(std::string_view name, const Directory& folder, const EntryInfo& info);
+    void describe(const FoundFile& file);
 
     PassContext context_;
+    SourceWait wait_;
     const SkipList& skipList_;
     ListWriter& rawList_;
+    OwnFolders folders_;
     RowDates dates_;
     AttributeReader attributes_;
     std::u16string token_;

@@ -4,6 +4,7 @@
 #include "app/file_list.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
+#include "job/earlier_run.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
 #include "job/self_check.h"
@@ -74,15 +75,20 @@ void JobDriver::begin() {
     JobState& state = context_.state;
     times_ = {};
     step_.clear();
+    askedToGoOn_.clear();
     cause_ = EndCause::Complete;
     detail_.clear();
     listMade_ = false;
     state.passes = {};
+    state.resumed.reset();
     state.gaps.clear();
     state.report = ReportState::NotSent;
     state.startTick = context_.surroundings.clock.milliseconds();
     state.startTime = context_.surroundings.clock.now();
     state.copyCancelled = false;
+    state.careTold = false;
+    state.care =
+        std::make_shared<SourceCare>(state.options.gentle ? SourceCare::Reason::Asked : SourceCare::Reason::None);
     enterPhase(state, JobPhase::Checking);
 }
 
@@ -113,11 +119,26 @@ bool JobDriver::mayReplaceList() {
 JobDriver::Next JobDriver::confirmOverwrite() {
     if (!mayReplaceList())
         return endsBy(EndCause::OverwriteRefused);
+    askToGoOn();
     context_.state.stopRequested = false;
     enterPhase(context_.state, JobPhase::Starting);
     host_.updateToolbar();
     context_.state.startTime = context_.surroundings.clock.now();
     return Next::GoOn;
+}
+
+// Once for each list. No begins anew, and the old list and its evidence lie under Kept either way.
+void JobDriver::askToGoOn() {
+    JobOptions& options = context_.state.options;
+    const auto list = job_.lists().finalPath();
+    if (!host_.asksToGoOn() || !list || *list == askedToGoOn_)
+        return;
+    askedToGoOn_ = *list;
+    options.resume = options.checkFileQuality && options.source && wasLeftUnfinished(*list, *options.source) &&
+                     context_.surroundings.dialogs.ask(
+                         "Go on with the job?",
+                         "The last run of this job did not complete. Do you want to go on with it? Files that it has "
+                         "read, and that are the same in size and time, are not read again. No reads all of them.");
 }
 
 void JobDriver::testFolders() {
@@ -134,8 +155,10 @@ JobDriver::Next JobDriver::lockScreen() {
     enterPhase(context_.state, JobPhase::Walk);
     const bool mayReplace = mayReplaceList();
     context_.state.options.confirmedList.clear();
-    if (mayReplace)
+    if (mayReplace) {
+        askToGoOn();
         return Next::GoOn;
+    }
     leave();
     return endsBy(EndCause::OverwriteRefused);
 }
@@ -209,6 +232,8 @@ void JobDriver::testFiles() {
         // The end of the job before this one has hidden them.
         if (state.options.showProgress)
             state.progress.shown = state.fileLineShown = true;
+        if (const auto list = job_.lists().finalPath())
+            context_.evidence.listComes(*list);
         TestingPass pass(context_, job_.lists(), job_.grader(), alerts_);
         try {
             pass.run(ListEncoding::Utf16);
@@ -260,7 +285,7 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
         const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
-        CopyPass(context_, job_.lists(), encoding).run();
+        CopyPass(context_, job_.lists(), job_.messages, encoding).run();
     });
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)

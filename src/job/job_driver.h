@@ -30,6 +30,8 @@ public:
     virtual void focusTargetPicker() {}
     /// Copies the state of the commands to the toolbar.
     virtual void updateToolbar() {}
+    /// True where a person is asked whether a job that was cut short goes on; otherwise the option says it.
+    [[nodiscard]] virtual bool asksToGoOn() const { return false; }
 };
 
 /// Milliseconds that each phase took.
@@ -72,6 +74,7 @@ private:
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] bool mayReplaceList();
     [[nodiscard]] Next confirmOverwrite();
+    void askToGoOn();
     void testFolders();
     [[nodiscard]] Next lockScreen();
     [[nodiscard]] Next walkSource();
@@ -100,6 +103,7 @@ private:
     AlertSender* alerts_;
     std::optional<FolderLock> lock_;
     std::string step_;
+    NativePath askedToGoOn_;  // of this list
     bool listMade_ = false;
     EndCause cause_ = EndCause::Complete;
     std::string detail_;

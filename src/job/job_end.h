@@ -111,9 +111,11 @@ struct LossRow {
     const char* text;  ///< behind the count, for a person
 };
 
-inline constexpr std::array<LossRow, 8> kJobLosses{{
+inline constexpr std::array<LossRow, 9> kJobLosses{{
     {&JobCounters::lostRows, "lost_rows", "rows of a list could not be written"},
     {&JobCounters::copyErrors, "copy_errors", "files could not be copied"},
+    {&JobCounters::damagedCopies, "damaged_copies",
+     "files were copied with gaps, as the source did not give all of them"},
     {&JobCounters::notCopied, "not_copied", "files of the list were not reached by the copy"},
     {&JobCounters::unreadRules, "rules_not_read", "files with rules could not be read"},
     {&JobCounters::notFetched, "not_fetched", "files of the shared database could not be fetched"},

@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_evidence.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
 #include "app/kept_files.h"
 #include "app/turn_until.h"
 #include "evidence/job_keys.h"
 #include "evidence/rules_digest.h"
 #include "job/counters_json.h"
+#include "job/part_facts.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
@@ -13,8 +18,8 @@ namespace quillon {
 
 namespace {
 
-// A hostile tree may have as many folders that cannot be read as it likes.
-constexpr std::size_t kMostFailures = 10'000;
+// So many copies are handed over together.
+constexpr std::size_t kCopiesAtOnce = 256;
 
 // A medium may take some seconds for one transaction; a job does not wait longer for its evidence.
 constexpr std::chrono::seconds kLongestWait{5};
@@ -24,41 +29,58 @@ constexpr std::chrono::seconds kLongestWait{5};
 void JobEvidence::begin() {
     writer_.reset();
     times_.reset();
+    keepsTimes_ = true;
     failures_.clear();
     digest_ = {};
+    token_.clear();
+    lastId_ = 0;
+    shifts_.clear();
+    copies_.clear();
     state_.evidenceLoss.clear();
-    on_ = state_.options.keepEvidence;
+    goingOn_.reset();
+    wanted_ = on_ = state_.options.keepEvidence;
     if (!on_)
         return;
     describer_.emplace(state_.options.source.value_or(NativePath()));
 }
 
 void JobEvidence::found(std::string_view folder, std::string_view name, const FileTime& modified) {
-    if (!on_)
+    if (!keepsTimes_ || (!on_ && !state_.options.resume))
         return;
+    path_.assign(folder).append(name);
+    const auto noted = noteTime(modified);
+    if (noted)
+        return;
+    keepsTimes_ = false;
+    times_.reset();
+    if (on_)
+        lose(noted.error());
+}
+
+Result<void> JobEvidence::noteTime(const FileTime& modified) {
     if (!times_) {
         auto made = RowTimes::create(installation_.appFolder());
         if (!made)
-            return lose(made.error());
+            return failure(made.error());
         times_ = std::move(*made);
     }
-    path_.assign(folder).append(name);
-    if (auto added = times_->add(path_, modified.seconds * 1'000'000'000 + modified.nanoseconds); !added)
-        lose(added.error());
+    return times_->add(path_, modified.seconds * 1'000'000'000 + modified.nanoseconds);
 }
 
 void JobEvidence::folderFailed(std::string_view path, std::string_view words) {
-    if (!on_ || failures_.size() >= kMostFailures)
+    if (!on_ || failures_.size() >= kMostFolderErrors)
         return;
     path.remove_suffix(path.ends_with('/') ? 1 : 0);
     failures_.push_back({std::string(path), std::string(words)});
 }
 
 void JobEvidence::listCreated(const NativePath& list) {
+    goingOn_.listCreated(list);
     if (!on_)
         return;
     list_ = list;
-    const auto heads = state_.options.keepHeads ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
+    keepsHeads_ = state_.options.keepHeads && !goingOn_.leavesHeadsOut();
+    const auto heads = keepsHeads_ ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
     const auto path = evidenceBeside(list);
     writer_ = std::make_unique<EvidenceWriter>([path, heads]() -> Result<EvidenceStore> {
         if (pathExists(path))
@@ -74,9 +96,14 @@ void JobEvidence::listCreated(const NativePath& list) {
 void JobEvidence::beginWriter() {
     JobState facts;
     facts.options = state_.options;
-    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), host = surroundings_.hostName,
+    facts.options.keepHeads = keepsHeads_;
+    std::optional<PartFacts> part;
+    if (state_.options.part)
+        part = partFacts(state_.options, installation_.paths(), surroundings_.dates, token_);
+    const auto begin = [facts = std::make_shared<JobState>(std::move(facts)), part, host = surroundings_.hostName,
                         messages = messages_, paths = installation_.paths()](EvidenceStore& store) {
         return writeJobBegin(store, *facts, host)
+            .and_then([&] { return part ? writePartFacts(store, *part) : Result<void>(); })
             .and_then([&] { return writeMessages(store, messages); })
             .and_then([&] {
                 const auto common = fileIn(paths.localSettings, kCommonHeadersFileName);
@@ -113,6 +140,12 @@ bool JobEvidence::hand(const std::function<bool()>& give) {
     return false;
 }
 
+KnownFile JobEvidence::find(const ListRow& row, bool opens) {
+    if (!goingOn_.isOn())
+        return {};
+    return goingOn_.find(row, times_ ? times_->aheadOf(row.nativePath()) : std::nullopt, opens);
+}
+
 void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict) {
     if (!isOn())
         return;
@@ -126,7 +159,43 @@ void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, c
     describer_->describe(row, row_);
     RowDescriber::judge(verdict, messages_, row_);
     row_.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
-    passOver(hand([&] { return writer_->add(row_, verdict.head); }), "the loss was told");
+    if (hand([&] { return writer_->add(row_, verdict.head); })) {
+        ++lastId_;
+        if (line)
+            noteLine(*line);
+    }
+}
+
+void JobEvidence::noteLine(std::int64_t line) {
+    const std::int64_t shift = lastId_ - line;
+    if (shift != (shifts_.empty() ? 0 : shifts_.back().second))
+        shifts_.emplace_back(line, shift);
+}
+
+std::int64_t JobEvidence::idOfLine(std::int64_t line) const {
+    const auto behind = std::ranges::upper_bound(shifts_, line, {}, &std::pair<std::int64_t, std::int64_t>::first);
+    return line + (behind == shifts_.begin() ? 0 : std::prev(behind)->second);
+}
+
+void JobEvidence::copied(const SettledCopy& copy, bool verified) {
+    if (!isOn())
+        return;
+    copies_.emplace_back(idOfLine(copy.number), copyOutcome(copy.result, verified));
+    if (copies_.size() >= kCopiesAtOnce)
+        handCopies();
+}
+
+void JobEvidence::handCopies() {
+    if (copies_.empty())
+        return;
+    const auto note = [copies = std::exchange(copies_, {})](EvidenceStore& store) -> Result<void> {
+        for (const auto& [id, outcome] : copies) {
+            if (auto set = store.setCopy(id, outcome); !set)
+                return set;
+        }
+        return {};
+    };
+    passOver(hand([&] { return writer_->change(note); }), "the loss was told");
 }
 
 void JobEvidence::listedOnly(const NativePath& rawList) {
@@ -144,8 +213,14 @@ void JobEvidence::listedOnly(const NativePath& rawList) {
 
 void JobEvidence::end(const char* how) {
     times_.reset();
+    finish(how);
+    goingOn_.end(on_ == wanted_);
+}
+
+void JobEvidence::finish(const char* how) {
     if (!isOn())
         return;
+    handCopies();
     std::vector<FolderFailure> failures;
     for (const auto& failed : failures_)
         failures.push_back({std::string(describer_->below(failed.path)), failed.words});
@@ -173,7 +248,6 @@ void JobEvidence::end(const char* how) {
 void JobEvidence::lose(const FileError& why) {
     on_ = false;
     writer_.reset();
-    times_.reset();
     state_.evidenceLoss = why.text;
     state_.counters.lostEvidence = 1;
     state_.log.add({surroundings_.clock.now(), "Evidence lost : " + why.text, kLightRed});

@@ -8,12 +8,16 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "job/job_part.h"
+#include "platform/copy_terms.h"
 #include "platform/dates.h"
 #include "platform/file.h"
+#include "platform/source_care.h"
 #include "testing/grade.h"
 
 namespace quillon {
@@ -35,6 +39,14 @@ struct JobOptions {
     NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
     bool keepEvidence = false;  ///< the job leaves its evidence beside the list
     bool keepHeads = true;      ///< with the first bytes of each tested file
+    bool gentle = false;        ///< the source is asked for one thing at a time from the start
+    std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
+    int threads = 0;              ///< that read heads of a quick source; 0 leaves the number to the job
+    bool resume = false;          ///< the job goes on with its earlier run: what that knew is not read again
+    std::optional<JobPart> part;  ///< the job is one of the parts of another; none: it is whole
+
+    std::vector<Grade> copyGrades;  ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;              ///< what is done for copies beside the copying
 };
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
@@ -51,6 +63,7 @@ struct JobCounters {
     std::int32_t lostRows = 0;         ///< rows of a list that could not be written; no label of its own
     std::int32_t unlistedFolders = 0;  ///< folders whose entries could not be read; no label of its own
     std::int32_t unreadHeads = 0;      ///< files whose head did not come as a whole; no label of its own
+    std::int32_t damagedCopies = 0;    ///< files that were copied with gaps; no label of its own
     std::int32_t lostEvidence = 0;     ///< 1 when the evidence could not be written to its end; no label of its own
 
     std::int32_t copied = 0;        ///< files that were copied; no label of its own
@@ -88,6 +101,17 @@ struct PassFigures {
     RowFigures list;
     PassEnd copying = PassEnd::NotRun;
     std::int64_t copies = 0;
+    std::int64_t leftOut = 0;  ///< rows whose grade was not asked for
+};
+
+/// What a job that goes on with an earlier run made of it, in files.
+struct ResumeFigures {
+    std::string from;        ///< how that ended, as its evidence has it; empty: there is nothing to go on with
+    std::int64_t known = 0;  ///< the same as then, and not read again
+    std::int64_t again = 0;  ///< the same as then, and read again
+    std::int64_t changed = 0;
+    std::int64_t added = 0;
+    std::int64_t gone = 0;  ///< of the earlier run's; told when all rows have passed
 };
 
 /// Labels whose text is more than the format of a counter.
@@ -210,6 +234,10 @@ struct JobState {
     bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away
 
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
+
+    std::optional<ResumeFigures> resumed;                               ///< none for a job that began anew
+    std::shared_ptr<SourceCare> care = std::make_shared<SourceCare>();  ///< how much the source is asked for at once
+    bool careTold = false;                                              ///< the log says so
 
     std::string evidenceLoss;        ///< why the evidence of this job could not be written to its end
     std::string lossReason;          ///< why the first of the lost rows could not be written

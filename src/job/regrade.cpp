@@ -2,8 +2,10 @@
 #include "job/regrade.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/list_mark.h"
+#include "app/run_beside.h"
 #include "evidence/rules_digest.h"
 #include "job/evidence_in_work.h"
 #include "job/statistics.h"
@@ -12,6 +14,7 @@
 #include "platform/whole_file.h"
 #include "text/fields.h"
 #include "text/list_text.h"
+#include "text/unicode.h"
 
 namespace quillon {
 
@@ -61,12 +64,16 @@ RegradeResult Regrade::run() {
     result_ = {};
     resetCounters(context_.state);
     context_.state.evidenceLoss.clear();
-    context_.state.options.keepEvidence = true;  // the reasons are wanted
+    context_.state.stopRequested = false;
+    allByOneRule_ = true;
+    // The reasons are wanted, whatever the next job is to leave.
+    const bool keepsEvidence = std::exchange(context_.state.options.keepEvidence, true);
     const auto list = job_.lists().finalPath();
     if (!list || !pathExists(*list))
         result_.end = endsBy(RegradeEnd::NoList, list ? readable(list->native()) + " is not there" : list.error().text);
     else
         result_.end = runLocked(*list);
+    context_.state.options.keepEvidence = keepsEvidence;
     return result_;
 }
 
@@ -115,28 +122,30 @@ Result<void> Regrade::rewrite(const NativePath& list, EvidenceInWork& evidence) 
     if (!writer)
         return failure(writer.error());
     evidence.begin();
-    const auto placed = writeRows(*reader, *writer, evidence)
-                            .and_then([&] { return writer->sync(); })
-                            .and_then([&] { return writer->close(); })
-                            .and_then([&] { return replacement->arrive(); });
+    const auto placed =
+        writeRows(*reader, *writer, evidence)
+            .and_then([&] { return answerBeside(context_.surroundings.loop, [&writer] { return writer->sync(); }); })
+            .and_then([&] { return writer->close(); })
+            .and_then([&] { return replacement->arrive(); });
     if (!placed)
         return placed;
     updateQuality(context_.state);
     const Paths& paths = job_.installation().paths();
     const NativePath common = fileIn(paths.localSettings, kCommonHeadersFileName);
-    const bool same = result_.counts.kept == 0;
-    evidence.listWritten(list, same ? rulesDigest(paths.localDatabase, common, job_.messages) : 0, context_.state);
+    evidence.listWritten(list, allByOneRule_ ? rulesDigest(paths.localDatabase, common, job_.messages) : 0,
+                         context_.state);
     return {};
 }
 
 Result<void> Regrade::writeRows(ListReader& from, ListWriter& to, EvidenceInWork& evidence) {
     while (from.next(row_)) {
-        ++result_.counts.rows;
         ++context_.state.counters.rowsRead;
         regradeRow(evidence);
         if (auto written = to.write(next_); !written)
             return written;
         evidence.lineWritten(next_);
+        if (wish_.rowWritten)
+            wish_.rowWritten(next_);
         context_.turn();
         if (context_.stopsAtOnce())
             return failure(ErrorKind::PathAccess, "stopped");
@@ -144,9 +153,16 @@ Result<void> Regrade::writeRows(ListReader& from, ListWriter& to, EvidenceInWork
     return from.error() ? failure(*from.error()) : Result<void>();
 }
 
+bool Regrade::isWished() const {
+    return !wish_.extension || lowered(std::u16string(trim(row_.extension()))) == *wish_.extension;
+}
+
 // Makes the row of the new list.
 void Regrade::regradeRow(EvidenceInWork& evidence) {
     evidence.find(row_);
+    if (!isWished())
+        return leaveRow(evidence);
+    ++result_.counts.rows;
     if (!row_.has(ListColumn::Result))
         return keepRow(evidence);
     next_.assign(walkedPart(row_));
@@ -182,6 +198,12 @@ std::optional<FileVerdict> Regrade::verdictOf(EvidenceInWork& evidence) {
 void Regrade::keepRow(EvidenceInWork& evidence) {
     ++result_.counts.kept;
     result_.counts.damaged += evidence.isDamaged() ? 1 : 0;
+    leaveRow(evidence);
+}
+
+// The row stays as it is, and counts for the quality as what it says.
+void Regrade::leaveRow(EvidenceInWork& evidence) {
+    allByOneRule_ = false;
     next_.assign(row_.line());
     if (!row_.has(ListColumn::Result))
         return;

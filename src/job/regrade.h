@@ -5,6 +5,9 @@
 // source is neither read nor looked at.
 
 #include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
 
 #include "app/file_list.h"
 #include "job/job.h"
@@ -22,13 +25,19 @@ enum class RegradeEnd {
 
 /// Lines of the list.
 struct RegradeCounts {
-    std::int64_t rows = 0;
+    std::int64_t rows = 0;     ///< of those that are to be graded anew, as all here
     std::int64_t graded = 0;   ///< got the text that today's rules give
     std::int64_t changed = 0;  ///< of those, where it is another one
     std::int64_t kept = 0;     ///< keep their text: a head is needed and there is none, or the job has not tested
     std::int64_t damaged = 0;  ///< of those, where the evidence is damaged
 
     friend bool operator==(const RegradeCounts&, const RegradeCounts&) = default;
+};
+
+/// What is graded anew, and who hears of it.
+struct RegradeWish {
+    std::optional<std::u16string> extension;             ///< rows of this one alone, in lower case; none: all rows
+    std::function<void(const ListRow& row)> rowWritten;  ///< hears of each row as it stands in the new list
 };
 
 struct RegradeResult {
@@ -44,8 +53,11 @@ class EvidenceInWork;
 class Regrade {
 public:
     /// The job must outlive this; its options name the list and tell whether common headers are looked for.
-    explicit Regrade(Job& job)
-        : job_(job), context_(job.passContext()), grader_(job.installation(), job.messages, job.commonList, context_) {}
+    explicit Regrade(Job& job, RegradeWish wish = {})
+        : job_(job),
+          wish_(std::move(wish)),
+          context_(job.passContext()),
+          grader_(job.installation(), job.messages, job.commonList, context_) {}
 
     /// Loads messages and common list, then grades. Every line and its order stay. A row gets a new text when its head
     /// was kept or none is needed; any other keeps its own. The old list goes under Kept. State: the grades of all rows
@@ -62,15 +74,19 @@ private:
     void loadRules();
     [[nodiscard]] Result<void> rewrite(const NativePath& list, EvidenceInWork& evidence);
     [[nodiscard]] Result<void> writeRows(ListReader& from, ListWriter& to, EvidenceInWork& evidence);
+    [[nodiscard]] bool isWished() const;
     void regradeRow(EvidenceInWork& evidence);
     [[nodiscard]] std::optional<FileVerdict> verdictOf(EvidenceInWork& evidence);
     void keepRow(EvidenceInWork& evidence);
+    void leaveRow(EvidenceInWork& evidence);
 
     Job& job_;
+    const RegradeWish wish_;
     PassContext context_;
     FileGrader grader_;  // of its own: that of the job knows the term files as they were
     RegradeResult result_;
-    ListRow row_;  // as it was
+    bool allByOneRule_ = true;  // no row keeps what other rules gave it
+    ListRow row_;               // as it was
     ListRow next_;
 };
 

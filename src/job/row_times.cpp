@@ -33,36 +33,37 @@ Result<RowTimes> RowTimes::create(const NativePath& folder) {
 }
 
 Result<void> RowTimes::add(std::string_view path, std::int64_t modified) {
-    entries_.push_back({digestOf(path), modified});
-    return entries_.size() < kEntriesAtOnce ? Result<void>() : flush();
+    added_.push_back({digestOf(path), modified});
+    return added_.size() < kEntriesAtOnce ? Result<void>() : flush();
 }
 
 Result<void> RowTimes::flush() {
-    const auto bytes = std::as_bytes(std::span(entries_));
-    auto written = file_.write(bytes);
-    entries_.clear();
+    auto written = file_.write(std::as_bytes(std::span(added_)));
+    added_.clear();
     return written;
 }
 
-std::optional<std::int64_t> RowTimes::of(std::string_view path) {
+std::optional<std::int64_t> RowTimes::find(Place& place, std::string_view path) {
     if (!reading_) {
         reading_ = true;
-        if (!flush() || !file_.seek(0))
+        if (!flush())
             return std::nullopt;
     }
-    if (next_ == entries_.size() && !fill())
+    if (place.next == place.entries.size() && !fill(place))
         return std::nullopt;
-    if (entries_[next_].path != digestOf(path))
+    if (place.entries[place.next].path != digestOf(path))
         return std::nullopt;
-    return entries_[next_++].modified;
+    return place.entries[place.next++].modified;
 }
 
-bool RowTimes::fill() {
-    next_ = 0;
-    entries_.resize(kEntriesAtOnce);
-    const auto count = file_.read(std::as_writable_bytes(std::span(entries_)));
-    entries_.resize(count ? *count / sizeof(Entry) : 0);
-    return !entries_.empty();
+bool RowTimes::fill(Place& place) {
+    place.next = 0;
+    place.entries.resize(kEntriesAtOnce);
+    const auto count =
+        file_.seek(place.offset).and_then([&] { return file_.read(std::as_writable_bytes(std::span(place.entries))); });
+    place.entries.resize(count ? *count / sizeof(Entry) : 0);
+    place.offset += place.entries.size() * sizeof(Entry);
+    return !place.entries.empty();
 }
 
 }  // namespace quillon

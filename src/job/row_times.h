@@ -23,7 +23,9 @@ public:
 
     /// The time of the next row; none when it is the row of another path than was added, which then stays the next.
     /// The first question ends the adding.
-    [[nodiscard]] std::optional<std::int64_t> of(std::string_view path);
+    [[nodiscard]] std::optional<std::int64_t> of(std::string_view path) { return find(inWork_, path); }
+    /// The same for who is some rows ahead, and has a next row of its own.
+    [[nodiscard]] std::optional<std::int64_t> aheadOf(std::string_view path) { return find(ahead_, path); }
 
 private:
     struct Entry {
@@ -31,14 +33,22 @@ private:
         std::int64_t modified = 0;
     };
 
+    struct Place {
+        std::vector<Entry> entries;
+        std::size_t next = 0;
+        std::uint64_t offset = 0;  // behind the entries
+    };
+
     explicit RowTimes(File file) : file_(std::move(file)) {}
     [[nodiscard]] Result<void> flush();
-    [[nodiscard]] bool fill();
+    [[nodiscard]] std::optional<std::int64_t> find(Place& place, std::string_view path);
+    [[nodiscard]] bool fill(Place& place);
 
     File file_;
-    std::vector<Entry> entries_;
-    std::size_t next_ = 0;
+    std::vector<Entry> added_;
     bool reading_ = false;
+    Place inWork_;
+    Place ahead_;
 };
 
 }  // namespace quillon

@@ -53,7 +53,7 @@ void TestingPass::run(std::optional<ListEncoding> encoding) {
 }
 
 void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
-    RowsAhead rows(rawList, grader_, context_.surroundings.loop);
+    RowsAhead rows(rawList, grader_, context_.surroundings.loop, context_.evidence);
     while (ListRow* const row = rows.next()) {
         ++context_.state.counters.rowsRead;
         ++context_.state.counters.graded;
@@ -72,6 +72,7 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
         if (context_.stopsAtOnce())
             break;
     }
+    passOver(context_.stopsAtOnce(), "the wait for a head may have ended by it");
     if (rawList.error())
         rawListFailed(*rawList.error());
 }
@@ -91,24 +92,25 @@ void TestingPass::rawListFailed(const FileError& error) {
 }
 
 // False when the row in work is not to be written.
-bool TestingPass::gradeRow(const ListRow& row, HeadReader& heads) {
+bool TestingPass::gradeRow(const ListRow& row, RowsAhead& rows) {
     // Kept: a line without a comma is tested for nothing and takes the result of the row before it (test
     // ABlankLineTakesTheResultOfTheRowBefore).
     if (row.columns() < 2)
         return true;
-    const auto graded = grade(row, heads);
+    const auto graded = grade(row, rows);
     return graded ||
-           handle(graded.error(), [&] { passOver(grade(row, heads), "errors are ignored from the first one on"); });
+           handle(graded.error(), [&] { passOver(grade(row, rows), "errors are ignored from the first one on"); });
 }
 
-Result<void> TestingPass::grade(const ListRow& row, HeadReader& heads) {
+Result<void> TestingPass::grade(const ListRow& row, RowsAhead& rows) {
     if (row.extension().empty()) {
         ++context_.state.counters[Grade::NoExtension];
         result_ = grader_.messages()[Grade::NoExtension];
         verdict_.grade = Grade::NoExtension;
         return {};
     }
-    auto result = checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), heads);
+    auto result =
+        checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), rows, rows.knownVerdict());
     if (!result)
         return failure(result.error());
     result_ = result->text;

@@ -47,8 +47,8 @@ public:
 
 private:
     void gradeAll(ListReader& rawList, ListWriter& finalList);
-    [[nodiscard]] bool gradeRow(const ListRow& row, HeadReader& heads);
-    [[nodiscard]] Result<void> grade(const ListRow& row, HeadReader& heads);
+    [[nodiscard]] bool gradeRow(const ListRow& row, RowsAhead& rows);
+    [[nodiscard]] Result<void> grade(const ListRow& row, RowsAhead& rows);
     [[nodiscard]] bool handle(const FileError& error, const std::function<void()>& runAgain);
     void rowsLost(const FileError& why);
     void rawListFailed(const FileError& error);

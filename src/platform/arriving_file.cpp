@@ -18,7 +18,7 @@ namespace quillon {
 namespace {
 
 int openNameless(int folder, unsigned mode) {
-    return retried([&] { return disk().open(folder, ".", O_TMPFILE | O_WRONLY | O_CLOEXEC, mode); });
+    return retried([&] { return disk().open(folder, ".", O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
 }
 
 bool linkFile(int file, Naming naming, int folder, const char* name) {
@@ -62,7 +62,7 @@ ArrivingFile::ArrivingFile(std::shared_ptr<const Directory> folder, std::string_
 
 ArrivingFile::ArrivingFile(ArrivingFile&& other) noexcept
     : folder_(std::move(other.folder_)),
-      nativePath_(other.nativePath_),
+      nativePath_(std::move(other.nativePath_)),
       name_(std::move(other.name_)),
       temporary_(std::exchange(other.temporary_, {})),
       naming_(other.naming_),
@@ -89,7 +89,7 @@ int ArrivingFile::create(unsigned mode) {
     if (naming_ != Naming::Rename)
         return openNameless(folder_->handle(), mode);
     std::string name = temporaryName();
-    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    const int flags = O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
     const int descriptor = retried([&] { return disk().open(folder_->handle(), name.c_str(), flags, mode); });
     if (descriptor >= 0)
         temporary_ = std::move(name);

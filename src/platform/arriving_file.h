@@ -25,7 +25,7 @@ enum class Naming {
 class ArrivingFile {
 public:
     /// Makes an empty file with the permissions `mode`, less what the process's mask takes, that will be the last part
-    /// of `nativePath` in `folder`. `nativePath` must outlive this.
+    /// of `nativePath` in `folder`.
     [[nodiscard]] static Result<ArrivingFile> begin(std::shared_ptr<const Directory> folder,
                                                     std::string_view nativePath, Naming naming, unsigned mode);
     ArrivingFile(ArrivingFile&& other) noexcept;
@@ -36,6 +36,7 @@ public:
 
     [[nodiscard]] int handle() const { return descriptor_; }
     [[nodiscard]] Naming naming() const { return naming_; }
+    [[nodiscard]] const std::string& nativePath() const { return nativePath_; }
 
     /// Closes the file and gives it its name; an older file of this name is replaced as a whole, or stays when this
     /// fails.
@@ -51,7 +52,7 @@ private:
     [[nodiscard]] bool close();
 
     std::shared_ptr<const Directory> folder_;
-    std::string_view nativePath_;
+    std::string nativePath_;
     std::string name_;
     std::string temporary_;  // while there is a file of this name
     Naming naming_;
@@ -62,7 +63,6 @@ private:
 class ArrivalFolder {
 public:
     /// Begins a file in its folder, which must exist, with the permissions `mode`, less what the process's mask takes.
-    /// `nativePath` must outlive it.
     [[nodiscard]] Result<ArrivingFile> begin(std::string_view nativePath, unsigned mode);
 
     /// No file arrives in a folder that was removed since it was opened, not even where it was made anew. True when

@@ -5,12 +5,12 @@
 // Holes stay holes. A target that exists survives a failed copy.
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/arriving_file.h"
+#include "platform/copy_terms.h"
 #include "platform/file.h"
 #include "platform/folders.h"
 #include "platform/result.h"
@@ -18,40 +18,32 @@
 
 namespace quillon {
 
-/// Which side of a copy failed.
-enum class CopySide { Source, Target, Cancelled };
-
-struct CopyError {
-    CopySide side = CopySide::Source;
-    FileError error;
-    bool opened = false;  ///< both files could be opened; what failed came later
-
-    [[nodiscard]] static CopyError cancelled() { return {CopySide::Cancelled, {ErrorKind::PathAccess, "cancelled"}}; }
-
-    /// "source: <text>", "target: <text>" or "cancelled".
-    [[nodiscard]] std::string text() const;
+/// A copy that has all but its name.
+struct PreparedCopy {
+    ArrivingFile file;
+    CopyFacts facts;
 };
-
-/// Called at the start of a copy (`done` 0) and behind every finished chunk, in bytes. False cancels the copy.
-using CopyProgress = std::function<bool(std::uint64_t done, std::uint64_t total)>;
 
 /// Copies many files one after the other; consecutive sources of one folder share a folder handle, and so do
 /// consecutive targets. Paths may be of any length.
 class FileCopier {
 public:
+    explicit FileCopier(CopyManner manner = {}) : manner_(manner) {}
+
     /// Copies `source` (a regular file, opened as SourceFiles does) to `target`, whose folder must exist.
     [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, std::string_view target,
                                                      const CopyProgress& progress);
 
-    /// All of a copy but the name, which the file gets when it arrives. `target` must outlive it. A file of more than
-    /// `largest` bytes is left alone, as a failure of the source.
-    [[nodiscard]] tl::expected<ArrivingFile, CopyError> prepare(std::string_view source, std::string_view target,
+    /// All of a copy but the name, which the file gets when it arrives. A file of more than `largest` bytes is left
+    /// alone, as a failure of the source.
+    [[nodiscard]] tl::expected<PreparedCopy, CopyError> prepare(std::string_view source, std::string_view target,
                                                                 std::uint64_t largest, const CopyProgress& progress);
 
 private:
     [[nodiscard]] tl::expected<void, CopyError> copyOnce(std::string_view source, std::string_view target,
                                                          const CopyProgress& progress);
 
+    CopyManner manner_;
     SourceFiles sources_;
     ArrivalFolder targets_;
     std::vector<char> buffer_;

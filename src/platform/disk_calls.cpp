@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace quillon {
@@ -69,6 +70,10 @@ int DiskCalls::setTimes(const char* path, const struct timespec* times) {
 
 int DiskCalls::setTimes(int file, const struct timespec* times) {
     return ::futimens(file, times);
+}
+
+int DiskCalls::setAttribute(int file, const char* name, const void* bytes, std::size_t size) {
+    return ::fsetxattr(file, name, bytes, size, 0);
 }
 
 int DiskCalls::rename(int folder, const char* from, const char* to) {

@@ -40,6 +40,9 @@ public:
     [[nodiscard]] virtual int setTimes(const char* path, const struct timespec* times);
     [[nodiscard]] virtual int setTimes(int file, const struct timespec* times);
 
+    /// An extended attribute.
+    [[nodiscard]] virtual int setAttribute(int file, const char* name, const void* bytes, std::size_t size);
+
     [[nodiscard]] virtual int rename(int folder, const char* from, const char* to);
     /// Names a file, which `path` and `flags` tell as linkat takes them, in `folder`.
     [[nodiscard]] virtual int link(int file, const char* path, int folder, const char* name, int flags);

@@ -20,26 +20,6 @@ namespace quillon {
 
 namespace {
 
-// File systems of disks in this computer. All others may be a server's or a program's.
-constexpr std::array<std::uint32_t, 14> kDiskVolumes = {
-    EXT4_SUPER_MAGIC,
-    BTRFS_SUPER_MAGIC,
-    XFS_SUPER_MAGIC,
-    F2FS_SUPER_MAGIC,
-    OVERLAYFS_SUPER_MAGIC,
-    MSDOS_SUPER_MAGIC,
-    EXFAT_SUPER_MAGIC,
-    ISOFS_SUPER_MAGIC,
-    UDF_SUPER_MAGIC,
-    SQUASHFS_MAGIC,
-    0x7366746e,  // ntfs3
-    0x482b,      // hfsplus
-    0x4244,      // hfs
-    0x2fc12fc1,  // zfs
-};
-
-// A drive that has tried this long for a sector has tried all that it knows.
-constexpr std::chrono::seconds kPatience{2};
 // Of media in use; also the alignment that any of them asks of a buffer.
 constexpr std::size_t kLargestBlock = 4096;
 
@@ -99,18 +79,6 @@ std::size_t readFirstBlock(int descriptor, HeaderBytes& head) {
     return 0;
 }
 
-// A read that fails midway may have touched the buffer; only the bytes it reports count.
-// How many bytes came.
-std::size_t readInto(int descriptor, HeaderBytes& head) {
-    HeaderBytes bytes;
-    const Moment start = momentNow();
-    const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
-    if (count < 0)
-        return errno == EIO && momentNow() - start < kPatience ? readFirstBlock(descriptor, head) : 0;
-    std::copy_n(bytes.begin(), count, head.begin());
-    return static_cast<std::size_t>(count);
-}
-
 }  // namespace
 
 Result<void> SourceFiles::enter(std::string_view folder) {
@@ -133,7 +101,22 @@ SourceFiles::Volume SourceFiles::volumeOfFolder() const {
     const auto kind = static_cast<std::uint32_t>(info.f_type);
     if (kind == TMPFS_MAGIC || kind == RAMFS_MAGIC)
         return Volume::Memory;
-    return std::ranges::find(kDiskVolumes, kind) != kDiskVolumes.end() ? Volume::Disk : Volume::Elsewhere;
+    return isOnDisk(folder_.handle()) ? Volume::Disk : Volume::Elsewhere;
+}
+
+// A read that fails midway may have touched the buffer; only the bytes it reports count. How many bytes came.
+std::size_t SourceFiles::readInto(int descriptor, HeaderBytes& head) const {
+    HeaderBytes bytes;
+    const Moment start = momentNow();
+    const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
+    if (count < 0) {
+        const bool unreadable = errno == EIO;
+        if (care_ && unreadable)
+            care_->readFailed();
+        return unreadable && momentNow() - start < SourceCare::kPatience ? readFirstBlock(descriptor, head) : 0;
+    }
+    std::copy_n(bytes.begin(), count, head.begin());
+    return static_cast<std::size_t>(count);
 }
 
 Result<int> SourceFiles::openRegular(std::string_view nativePath) {
@@ -180,11 +163,14 @@ Result<int> SourceFiles::openRegular(std::string_view nativePath, struct stat& i
 
 Result<std::size_t> SourceFiles::readHead(std::string_view nativePath, HeaderBytes& head) {
     head.fill(' ');
+    const Moment start = momentNow();
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
     const std::size_t count = readInto(*descriptor, head);
+    if (care_)
+        care_->ended(start, *descriptor);
     ::close(*descriptor);
     return count;
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -15,6 +16,7 @@
 
 #include "platform/directory.h"
 #include "platform/file.h"
+#include "platform/source_care.h"
 
 struct stat;
 
@@ -49,6 +51,9 @@ public:
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
+    /// `care` hears of heads that cannot be read or take long; null for none.
+    explicit SourceFiles(std::shared_ptr<SourceCare> care = nullptr) : care_(std::move(care)) {}
+
     /// A head that cannot be read as the system reads, by whole pages, is asked for once more by itself: the sector
     /// that the drive cannot give may lie behind it. Not where the drive took two seconds to say so, which it would
     /// again.
@@ -73,7 +78,9 @@ private:
     [[nodiscard]] Result<int> openRegular(std::string_view nativePath, struct stat& info);
     [[nodiscard]] Result<void> enter(std::string_view folder);
     [[nodiscard]] Volume volumeOfFolder() const;
+    [[nodiscard]] std::size_t readInto(int descriptor, HeaderBytes& head) const;
 
+    std::shared_ptr<SourceCare> care_;
     Directory folder_;
     Volume volume_ = Volume::Disk;  // of the open folder
     std::string folderPath_;

@@ -4,9 +4,11 @@
 #include <optional>
 
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 #include "platform/folders.h"
 #include "platform/mounts.h"
+#include "platform/system_error.h"
 
 namespace quillon {
 
@@ -37,6 +39,13 @@ Volume volumeOf(const NativePath& folder) {
     const auto info = look(folder);
     const auto mount = info ? mountOf(info->st_dev) : std::nullopt;
     return mount ? Volume{mount->fileSystem, uuidOf(mount->device)} : Volume();
+}
+
+Result<std::uint64_t> freeBytes(const NativePath& folder) {
+    struct statvfs info {};
+    if (::statvfs(folder.c_str(), &info) != 0)
+        return failure(systemError(folder.native()));
+    return std::uint64_t{info.f_bavail} * info.f_frsize;
 }
 
 }  // namespace quillon

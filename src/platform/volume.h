@@ -3,9 +3,11 @@
 
 // Which volume a folder lies on, so that another one at the same place is noticed.
 
+#include <cstdint>
 #include <string>
 
 #include "platform/file.h"
+#include "platform/result.h"
 
 namespace quillon {
 
@@ -18,5 +20,8 @@ struct Volume {
 };
 
 [[nodiscard]] Volume volumeOf(const NativePath& folder);
+
+/// How many bytes this user can still write on the volume of a folder.
+[[nodiscard]] Result<std::uint64_t> freeBytes(const NativePath& folder);
 
 }  // namespace quillon

@@ -8,6 +8,7 @@
 
 #include "app/application_folder.h"
 #include "job/completion_report.h"
+#include "job/earlier_run.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
 #include "messaging/alert_exchange.h"
@@ -21,6 +22,7 @@
 #include "programs/job_result.h"
 #include "programs/prepare_installation.h"
 #include "programs/regrade_command.h"
+#include "programs/scan_command.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -69,15 +71,27 @@ void tellOwnFoldersInSource(const NativePath& source, const Installation& instal
 void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) {
     JobSetup(job.installation(), job.surroundings(), job.state).loadSettings();
     JobOptions& options = job.state.options;
-    options.jobId = chosen.jobId;
+    options.part = chosen.part;
+    options.jobId = chosen.part ? idOfPart(*chosen.part, job.installation().paths().fileListSeparator) : chosen.jobId;
     options.source = chosen.source;
     options.copy = chosen.target.has_value();
     options.checkFileQuality = options.checkFileQuality && chosen.test;
     options.useSkipList = options.useSkipList && chosen.skipList;
     options.useCommonHeaders = options.useCommonHeaders && chosen.commonHeaders;
-    options.keepEvidence = options.keepEvidence && chosen.evidence;
+    // The parts of a job are put together by their evidence.
+    options.keepEvidence = (options.keepEvidence && chosen.evidence) || chosen.part;
     options.keepHeads = options.keepHeads && chosen.heads;
+    options.gentle = chosen.gentle;
+    if (chosen.hangLimit > 0)
+        options.hangLimit = std::chrono::seconds(chosen.hangLimit);
+    options.copyGrades = chosen.copyGrades;
+    options.copyCare = chosen.copyCare;
     options.showProgress = showProgress;
+    options.resume = chosen.resume;
+    // Whoever goes on with a job has been asked for its list; that of another source is none of it.
+    const auto list = job.lists().finalPath();
+    if (chosen.resume && list && hasEarlierRun(*list, chosen.source))
+        options.confirmedList = *list;
     if (!chosen.alertComputer.empty()) {
         options.recipientIndex = 1;
         options.recipient = chosen.alertComputer;
@@ -238,6 +252,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     raiseOpenFileLimit();
     try {
         const JobCommandOptions& options = *parsed.options;
+        if (options.scanSectors)
+            return runScanCommand(options, streams);
         return options.regrade ? runRegradeCommand(options, streams) : JobRun(options, streams).run();
     } catch (const std::bad_alloc&) {
         streams.err << "quillon-job: out of memory\n";

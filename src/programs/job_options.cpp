@@ -2,16 +2,19 @@
 #include "programs/job_options.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
 #include <ostream>
 
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
+#include "answers/file_wish.h"
 #include "app/version.h"
 #include "job/job_end.h"
 #include "job/job_id.h"
 #include "platform/folders.h"
+#include "text/fields.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -19,11 +22,21 @@ namespace quillon {
 namespace {
 
 constexpr const char* kUsage = "quillon-job --job ID --source DIR";
+// The settings name it later; one character.
+constexpr const char* kSomeSeparator = "-";
 constexpr const char* kRegradeUsage = "quillon-job --regrade ID";
+constexpr const char* kScanUsage = "quillon-job --scan-sectors ID";
 
 constexpr const char* kFooter =
     "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
     "the signal's number. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
+
+// What is done with a job that is there; null for a new one.
+const char* workOnOld(const JobCommandOptions& options) {
+    if (options.scanSectors)
+        return "--scan-sectors";
+    return options.regrade ? "--regrade" : nullptr;
+}
 
 // What was typed, before paths are looked at.
 struct Given {
@@ -31,12 +44,23 @@ struct Given {
     std::string source;
     std::string target;
     std::string app;
-    std::vector<const char*> ofJobs;  // options that a regrade does not take
+    std::string part;
+    std::string copyGrades;
+    std::vector<const char*> ofJobs;  // options that work on an old job does not take
+    std::string wrongNumber;          // the option that needs a number and has none
 };
+
+// A number from 1 to a million.
+void takeNumber(Given& given, const char* option, const std::string& value, int& number) {
+    constexpr int kMost = 1'000'000;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
+    if (error != std::errc() || end != value.data() + value.size() || number < 1 || number > kMost)
+        given.wrongNumber = option;
+}
 
 struct OptionRow : CommandOption {
     void (*take)(Given&, const std::string& value);
-    bool ofRegrades = false;  // a regrade takes it, too
+    bool ofRegrades = false;  // work on an old job takes it, too
 };
 
 // Help, parser, manual and completion have the options of this table.
@@ -51,8 +75,27 @@ constexpr OptionRow kOptions[] = {
          given.options.regrade = true;
      },
      true},
+    {{"--resume", "", "Go on with the last run of the job, and read only what that has not"},
+     [](Given& given, const std::string&) { given.options.resume = true; }},
+    {{"--part", "K/N", "Do part K of N only, for N computers; quillon-list merge makes one job of them"},
+     [](Given& given, const std::string& value) { given.part = value; }},
+    {{"--scan-sectors", "ID",
+      "Read the files of this job to their ends and look for bad sectors; goes on where one was stopped"},
+     [](Given& given, const std::string& value) {
+         given.options.jobId = value;
+         given.options.scanSectors = true;
+     },
+     true},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
+    {{"--copy-grades", "GRADE,...", "Copy only files of these grades: good, common-header, unknown ..."},
+     [](Given& given, const std::string& value) { given.copyGrades = value; }},
+    {{"--verify", "", "Read each copy back from the disk, and leave check sums with the copies"},
+     [](Given& given, const std::string&) { given.options.copyCare.verify = true; }},
+    {{"--salvage", "", "Copy what can be read of a file, with gaps of zeros for the rest"},
+     [](Given& given, const std::string&) { given.options.copyCare.salvage = true; }},
+    {{"--no-sync", "", "Copy without waiting for the disk: a power cut may leave copies empty"},
+     [](Given& given, const std::string&) { given.options.copyCare.sync = false; }},
     {{"--no-test", "", "List only, without testing the headers"},
      [](Given& given, const std::string&) { given.options.test = false; }},
     {{"--no-skip-list", "", "List the files of the skip list too"},
@@ -64,6 +107,10 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.evidence = false; }},
     {{"--no-heads", "", "Leave the first bytes of the files out of the evidence"},
      [](Given& given, const std::string&) { given.options.heads = false; }},
+    {{"--gentle", "", "Ask the source for one thing at a time, as of a dying disk"},
+     [](Given& given, const std::string&) { given.options.gentle = true; }},
+    {{"--hang-limit", "SECONDS", "Take a head that does not come within this time for an unreadable one"},
+     [](Given& given, const std::string& value) { takeNumber(given, "--hang-limit", value, given.options.hangLimit); }},
     {{"--alert", "COMPUTER", "Send the completion report to this computer"},
      [](Given& given, const std::string& value) { given.options.alertComputer = value; }},
     {{"--alert-optional", "", "A report that nobody acknowledges is no failure"},
@@ -90,7 +137,8 @@ constexpr OptionRow kOptions[] = {
 class HelpText final : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App* /*command*/, std::string /*name*/) const override {
-        return fmt::format("Usage: {} [OPTIONS]\n       {} [OPTIONS]\n", kUsage, kRegradeUsage);
+        return fmt::format("Usage: {} [OPTIONS]\n       {} [OPTIONS]\n       {} [OPTIONS]\n", kUsage, kRegradeUsage,
+                           kScanUsage);
     }
 };
 
@@ -104,24 +152,68 @@ std::string folderProblem(const NativePath& path) {
     return stamp.error().kind == ErrorKind::NotFound ? "does not exist" : "cannot be reached";
 }
 
+// What is wrong with the options of copies together, if anything is.
+std::string wrongCopyOptions(const Given& given) {
+    const CopyCare& care = given.options.copyCare;
+    if (care.verify && !care.sync)
+        return "--verify reads what is on the disk, and takes no --no-sync";
+    if (!given.target.empty())
+        return {};
+    const std::pair<bool, const char*> ofCopies[] = {{!given.copyGrades.empty(), "--copy-grades"},
+                                                     {care.verify, "--verify"},
+                                                     {care.salvage, "--salvage"},
+                                                     {!care.sync, "--no-sync"}};
+    for (const auto& [isGiven, name] : ofCopies) {
+        if (isGiven)
+            return fmt::format("{} needs --target", name);
+    }
+    return {};
+}
+
 // What is wrong with the options together, if anything is.
 std::string wrongOptions(const Given& given) {
-    if (given.options.regrade)
-        return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
+    if (!given.wrongNumber.empty())
+        return fmt::format("{} needs a number of 1 or more", given.wrongNumber);
+    if (given.options.regrade && given.options.scanSectors)
+        return "--regrade takes no --scan-sectors";
+    if (const char* work = workOnOld(given.options); work != nullptr)
+        return given.ofJobs.empty() ? "" : fmt::format("{} takes no {}", work, given.ofJobs.front());
     if (given.options.jobId.empty())
         return "--job is required";
-    return given.source.empty() ? "--source is required" : "";
+    if (given.source.empty())
+        return "--source is required";
+    if (given.options.resume && !(given.options.test && given.options.evidence))
+        return fmt::format("--resume takes no {}", given.options.test ? "--no-evidence" : "--no-test");
+    if (!given.part.empty() && !given.options.evidence)
+        return "--part takes no --no-evidence: the parts are put together by it";
+    if (!given.part.empty() && !partOf(given.options.jobId, given.part))
+        return fmt::format("--part \"{}\" is not K/N with K from 1 to N", readable(std::string_view(given.part)));
+    return wrongCopyOptions(given);
+}
+
+// Understands names of grades; empty when all is well.
+std::string understandGrades(Given& given) {
+    if (given.copyGrades.empty())
+        return {};
+    for (const std::string_view name : splitFields(std::string_view(given.copyGrades), ',')) {
+        const auto grade = gradeNamed(name);
+        if (!grade)
+            return fmt::format("--copy-grades: \"{}\" is none", readable(name));
+        given.options.copyGrades.push_back(*grade);
+    }
+    return {};
 }
 
 // What is wrong with the values, if anything is.
 std::string wrongUsage(const JobCommandOptions& options, const std::string& givenSource) {
-    if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(options.jobId + ".csv")) {
+    const std::string listed = options.part ? idOfPart(*options.part, kSomeSeparator) : options.jobId;
+    if (options.jobId.empty() || cleanJobId(options.jobId) != options.jobId || !isFileName(listed + ".csv")) {
         return fmt::format(
             "{} \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
             "| \"",
-            options.regrade ? "--regrade" : "--job", readable(std::string_view(options.jobId)));
+            workOnOld(options) != nullptr ? workOnOld(options) : "--job", readable(std::string_view(options.jobId)));
     }
-    if (const auto problem = options.regrade ? "" : folderProblem(options.source); !problem.empty())
+    if (const auto problem = workOnOld(options) != nullptr ? "" : folderProblem(options.source); !problem.empty())
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
@@ -191,9 +283,15 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
         return {std::nullopt, kExitUsage};
     }
+    if (const auto wrong = understandGrades(given); !wrong.empty()) {
+        err << "quillon-job: " << wrong << " (usage: " << kUsage << "; see --help)\n";
+        return {std::nullopt, kExitUsage};
+    }
     JobCommandOptions& options = given.options;
-    if (!options.regrade)
+    if (workOnOld(options) == nullptr)
         options.source = pathFromRoot(given.source).value_or(given.source);
+    if (!given.part.empty())
+        options.part = partOf(options.jobId, given.part);
     if (!given.target.empty())
         options.target = pathFromRoot(given.target).value_or(given.target);
     if (!given.app.empty())

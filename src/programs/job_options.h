@@ -8,20 +8,30 @@
 #include <string>
 #include <vector>
 
+#include "job/job_part.h"
+#include "platform/copy_terms.h"
 #include "platform/file.h"
+#include "testing/grade.h"
 
 namespace quillon {
 
 struct JobCommandOptions {
     std::string jobId;
+    std::optional<JobPart> part;       ///< only this part of the job is done
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
+    bool scanSectors = false;          ///< the files of a finished job are read to their ends
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
+    bool resume = false;               ///< what the last run of the job has read is not read again
+    std::vector<Grade> copyGrades;     ///< only files of these grades are copied; empty for all
+    CopyCare copyCare;
     bool test = true;
     bool skipList = true;
     bool commonHeaders = true;
     bool evidence = true;
     bool heads = true;
+    bool gentle = false;  ///< the source is asked for one thing at a time
+    int hangLimit = 0;    ///< seconds after which a head counts as unreadable; 0 for none
     std::string alertComputer;
     bool alertOptional = false;
     std::optional<NativePath> appFolder;

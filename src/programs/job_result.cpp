@@ -71,6 +71,14 @@ Json alertAsJson(const JobState& state) {
     return {{"to", state.options.recipient}, {"acknowledged", state.report == ReportState::Acknowledged}};
 }
 
+Json resumeAsJson(const std::optional<ResumeFigures>& resumed) {
+    if (!resumed)
+        return nullptr;
+    return {{"from", resumed->from},        {"not_read_again", resumed->known},
+            {"read_again", resumed->again}, {"changed", resumed->changed},
+            {"new", resumed->added},        {"gone", resumed->gone}};
+}
+
 Json logAsJson(const JobLog& log, const DateTexts& dates) {
     Json rows = Json::array();
     for (const auto& row : log.rows()) rows.push_back(rowAsJson(row, dates));
@@ -87,6 +95,8 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     json["version"] = kFormatVersion;
     json["program"] = programName();
     putName(json, "job", job.state.options.jobId);
+    if (job.state.options.part)
+        json["part"] = partText(*job.state.options.part);
     json["end"] = wordOf(end.end);
     json["reason"] = end.word;
     json["detail"] = result.detail;
@@ -96,6 +106,7 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     putPath(json, "list", result.listStands && list ? std::optional(*list) : std::nullopt);
     putPath(json, "source", job.state.options.source);
     putPath(json, "target", job.state.options.target);
+    json["resume"] = resumeAsJson(job.state.resumed);
     json["alert"] = alertAsJson(job.state);
     json["quality"] = job.state.texts.quality;
     json["size"] = sizeLabel(job.state);

@@ -19,10 +19,13 @@
 #include "app/application_folder.h"
 #include "app/installation.h"
 #include "evidence/name_text.h"
+#include "programs/list_copy.h"
 #include "programs/list_history.h"
+#include "programs/list_merge.h"
 #include "programs/list_options.h"
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
+#include "programs/list_verify.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -60,8 +63,13 @@ public:
                 return report();
             case ListQuestion::Compare:
                 return compare();
+            case ListQuestion::Merge:
+                return merge();
             case ListQuestion::Forget:
                 return forget();
+            case ListQuestion::Copy:
+            case ListQuestion::Verify:
+                return handOver();
             case ListQuestion::Suggest:
                 return suggest();
             case ListQuestion::Sectors:
@@ -302,6 +310,22 @@ private:
             streams_.out << readable(std::string_view(name)) << ": " << *removed << " evidence files deleted\n";
         }
         return kListSame;
+    }
+
+    [[nodiscard]] Result<int> merge() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return mergeListed(*all, options_.to.value_or(listFolder()), options_.newJob, streams_);
+    }
+
+    [[nodiscard]] Result<int> handOver() const {
+        const auto all = jobs();
+        if (!all)
+            return failure(all.error());
+        return options_.question == ListQuestion::Copy
+                   ? copyFiles(*all, options_, streams_)
+                   : verifyCopies(all->front(), *options_.against, options_, streams_);
     }
 
     [[nodiscard]] Result<int> suggest() const {

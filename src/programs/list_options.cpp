@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include "app/version.h"
+#include "platform/folders.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
 
@@ -16,7 +17,7 @@ namespace {
 
 constexpr const char* kFooter =
     "JOB is the ID of a job, or the path of its list or of its evidence file.\n\n"
-    "Exit status:\n  0    all well; compare: nothing differs\n  1    compare: something differs\n  2    trouble";
+    "Exit status:\n  0    all well; compare: nothing differs\n  1    compare, verify: something differs; copy: something is not copied\n  2    trouble";
 
 constexpr const char* kNames =
     "Names of files are written as text: bytes that are not UTF-8 and control characters as \\xHH, a "
@@ -28,6 +29,10 @@ struct Given {
     std::string app;
     std::string output;
     std::string paths;
+    std::string to;
+    std::string target;
+    std::string against;
+    bool noSync = false;
     std::string map;
     std::vector<std::string> grades;
     std::vector<std::string> extensions;
@@ -118,6 +123,13 @@ void declareCompare(CLI::App& command, Given& given) {
         ->type_name("FOLDER");
 }
 
+void declareMerge(CLI::App& command, Given& given) {
+    command.add_option("NEW", given.options.newJob, "ID of the job that is made")->required();
+    command.add_option("--to", given.to, "Folder for its list and evidence (default: that of the application folder)")
+        ->type_name("DIR");
+    declareJobs(command, given);
+}
+
 void declareForget(CLI::App& command, Given& given) {
     command.add_option("JOB", given.options.jobs, "ID or evidence file of the job")->required();
 }
@@ -133,6 +145,32 @@ void declareSuggest(CLI::App& command, Given& given) {
                     "The files to learn from, one name a line as the subcommand files writes them; its corrupt and "
                     "unknown files unless told")
         ->type_name("FILE");
+}
+
+void declareCopy(CLI::App& command, Given& given) {
+    declareWish(command, given);
+    CopyOrder& order = given.options.copy;
+    command.add_option("--to", given.target, "The folder to copy below; it is made when it is missing")
+        ->required()
+        ->type_name("DIR");
+    command.add_flag("--by-grade", order.byGrade, "Each grade's tree below a folder of its name");
+    command.add_flag("--verify", order.care.verify, "Read each copy back from the disk and compare it");
+    command.add_flag("--no-sync", given.noSync, "Do not wait for the disk: a power cut may leave copies empty");
+    command.add_flag("--salvage", order.care.salvage,
+                     "Copy what can be read of a file, with gaps of zeros for the rest");
+    command.add_flag("--right-names", order.rightNames,
+                     "Put the extension of the one format that a bad file's evidence names behind its name");
+    command.add_flag("--failed", order.failedOnly, "Only what is not copied yet");
+    command.add_flag("--yes", given.options.yes, "Go on whatever the look at the target finds");
+    declareJson(command, given);
+}
+
+void declareVerify(CLI::App& command, Given& given) {
+    command.add_option("JOB", given.options.jobs, "ID, list or evidence file of the job")->expected(1)->required();
+    command.add_option("--against", given.against, "The folder that its files were copied below")
+        ->required()
+        ->type_name("DIR");
+    declareJson(command, given);
 }
 
 void declareSectors(CLI::App& command, Given& given) {
@@ -179,7 +217,11 @@ constexpr QuestionRow kQuestions[] = {
     {ListQuestion::Report, "report", "A page for the customer: one HTML file, to be read anywhere and printed",
      declareReport},
     {ListQuestion::Compare, "compare", "What a second attempt gained and lost", declareCompare},
+    {ListQuestion::Merge, "merge", "Makes one list and one evidence file of several jobs, or of all parts of one",
+     declareMerge},
     {ListQuestion::Forget, "forget", "Deletes the evidence of a job, in Kept too; its list stays", declareForget},
+    {ListQuestion::Copy, "copy", "Copies files of a finished job, with their check sums", declareCopy},
+    {ListQuestion::Verify, "verify", "Compares copies with their check sums", declareVerify},
     {ListQuestion::Suggest, "suggest", "Terms that the files of an extension share and others lack", declareSuggest},
     {ListQuestion::Sectors, "sectors", "Files that lie where the map of a rescue says that the disk was not read",
      declareSectors},
@@ -193,6 +235,18 @@ void trimSlashes(std::string& folder) {
     while (folder.starts_with("./")) folder.erase(0, 2);
     if (folder == ".")
         folder.clear();
+}
+
+void understandCopies(Given& given) {
+    CopyOrder& order = given.options.copy;
+    order.care.sync = !given.noSync;
+    order.care.hash = true;
+    order.care.whole = true;
+    order.wish = given.options.wish;
+    if (!given.target.empty())
+        order.target = pathFromRoot(given.target).value_or(given.target);
+    if (!given.against.empty())
+        given.options.against = given.against;
 }
 
 // Understands names; empty when all is well.
@@ -219,12 +273,17 @@ std::string understand(Given& given) {
         given.options.appFolder = given.app;
     if (!given.output.empty())
         given.options.output = given.output;
+    if (!given.to.empty())
+        given.options.to = given.to;
     if (!given.paths.empty())
         given.options.paths = given.paths;
+    understandCopies(given);
     given.options.map = given.map;
     const bool needsJob = given.options.question != ListQuestion::History;
     if (needsJob && given.options.jobs.empty() && given.options.caseId.empty())
         return "a job is needed";
+    if (given.options.copy.care.verify && given.noSync)
+        return "--verify reads what is on the disk, and takes no --no-sync";
     if (given.options.format == "xlsx" && !given.options.output)
         return "xlsx needs the file to be written: -o FILE";
     return {};

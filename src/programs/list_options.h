@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "answers/file_copies.h"
 #include "answers/file_wish.h"
 #include "platform/file.h"
 
@@ -22,8 +23,11 @@ enum class ListQuestion {
     Export,
     Report,
     Compare,
+    Merge,
     Forget,
     Suggest,
+    Copy,
+    Verify,
     Sectors,
     History
 };
@@ -41,6 +45,8 @@ struct ListCommandOptions {
     ListQuestion question = ListQuestion::Summary;
     std::vector<std::string> jobs;  ///< as they were named
     std::string caseId;
+    std::string newJob;            ///< merge: the ID of what is made
+    std::optional<NativePath> to;  ///< merge: the folder for it; that of the lists unless told
     std::optional<NativePath> appFolder;
     bool json = false;
 
@@ -65,6 +71,10 @@ struct ListCommandOptions {
 
     bool withFiles = false;  ///< the report names every file
     std::string laboratory;  ///< UTF-8, who made the report
+
+    CopyOrder copy;                     ///< its wish is `wish`
+    bool yes = false;                   ///< copy: nobody is asked
+    std::optional<NativePath> against;  ///< verify: the folder of the copies
 
     std::string stripFirst;
     std::string stripSecond;

@@ -10,5 +10,8 @@ int main(int argc, char* argv[]) {
     std::ios::sync_with_stdio(false);
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     const bool terminal = quillon::isTerminal(1);
-    return quillon::runListCommand(arguments, {std::cout, std::cerr, terminal, terminal && quillon::wantsColours()});
+    const bool asks = quillon::isTerminal(0) && quillon::isTerminal(2);
+    return quillon::runListCommand(
+        arguments, {std::cout, std::cerr, terminal, terminal && quillon::wantsColours(), asks ? &std::cin : nullptr,
+                    quillon::isTerminal(2), quillon::countInterrupts, quillon::interruptCount});
 }

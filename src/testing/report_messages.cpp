@@ -35,6 +35,17 @@ ReportMessages ReportMessages::fallback() {
     return messages;
 }
 
+// As the recount of a list.
+std::optional<Grade> gradeOfResult(std::u16string_view result, const ReportMessages& messages) {
+    for (const Grade grade : kRecountOrder) {
+        const std::u16string_view message = messages[grade];
+        if (kGrades[grade].recount.value == Recount::Contained ? result.find(trimRight(message)) != result.npos
+                                                               : result == message)
+            return grade;
+    }
+    return std::nullopt;
+}
+
 void loadReportMessages(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages) {
     const Paths& paths = installation.paths();
     const NativePath local = fileIn(paths.localSettings, kErrorsFileName);

@@ -68,6 +68,23 @@ void ListRow::replaceResult(std::u16string_view result) {
     splitFrom(start);
 }
 
+void ListRow::replaceToken(std::u16string_view token) {
+    const auto column = (*this)[ListColumn::Attributes];
+    const auto end = column.find(kTokenSeparator);
+    if (end == column.npos || column.substr(end + 1) == token)
+        return;
+    const std::size_t start = starts_[static_cast<std::size_t>(ListColumn::Attributes)];
+    line_.replace(start + end + 1, column.size() - end - 1, token);
+    columns_ = static_cast<std::size_t>(ListColumn::Attributes);
+    splitFrom(start);
+}
+
+std::u16string_view ListRow::token() const {
+    const auto column = (*this)[ListColumn::Attributes];
+    const auto end = column.find(kTokenSeparator);
+    return end == column.npos ? std::u16string_view() : column.substr(end + 1);
+}
+
 // The place where a column behind the last begins.
 std::size_t ListRow::openColumn() {
     columns_ = std::max<std::size_t>(columns_, 1);

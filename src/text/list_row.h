@@ -50,6 +50,8 @@ public:
     void add(std::u16string_view column);
     /// Replaces the result, which the row must have.
     void replaceResult(std::u16string_view result);
+    /// Replaces the list token; a row without one stays as it is.
+    void replaceToken(std::u16string_view token);
 
     /// Without the line's end.
     [[nodiscard]] std::u16string_view line() const { return line_; }
@@ -63,6 +65,8 @@ public:
 
     /// As it stands in the name, ">" read as a comma; empty when there is none.
     [[nodiscard]] const std::u16string& extension() const;
+    /// The list token; empty when there is none.
+    [[nodiscard]] std::u16string_view token() const;
     /// The bytes of the path.
     [[nodiscard]] const std::string& nativePath() const;
     /// Read leniently and held to four decimals, as a fixed-point number; no value without the column.

@@ -48,6 +48,7 @@
 //     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
+//   openHistory (ours)              "Database History"      in mnu
 //   openOverview (ours)             "Job Overview"          in mnu; a click on gradeBar does the same
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -139,6 +140,7 @@ private:
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
+    void addHistory();
     void addEvidenceMenu();
     void addOverview();
 
@@ -159,6 +161,7 @@ private:
     void pickSource() override { afterSource(setup_.pickSource()); }
     void focusTargetPicker() override { focus("Command1"); }
     void updateToolbar() override { showState(); }
+    [[nodiscard]] bool asksToGoOn() const override { return true; }
 
     [[nodiscard]] RecipientScreen recipientScreen();
     void afterSource(FocusAfter after);

@@ -97,9 +97,21 @@ void frmMain::addNetworkSetup() {
     addAction(entry);
     mnu->addSeparator();
     mnu->addAction(entry);
+    addHistory();
     QToolButton* settings = toolbarButtons[kSettingsButton];
     settings->addAction(entry);
     settings->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+// Ours, behind the told entries.
+void frmMain::addHistory() {
+    auto* entry = mnu->addAction(QStringLiteral("Database &History"));
+    entry->setObjectName(QStringLiteral("openHistory"));
+    entry->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H));
+    step(entry, &QAction::triggered, [this] {
+        if (!isJobRunning())
+            context_.navigator.openModal(Screen::History);
+    });
 }
 
 void frmMain::openModalScreen(Screen screen, QAction& entry, std::size_t toolbarButton) {

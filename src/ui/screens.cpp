@@ -8,6 +8,7 @@
 #include "editors/frmCommonHeaders.h"
 #include "editors/frmErrors.h"
 #include "editors/frmExtEditor.h"
+#include "editors/frmHistory.h"
 #include "editors/frmPreviewBadSector.h"
 #include "editors/frmSkipList.h"
 #include "editors/frmUpdatedb.h"
@@ -68,6 +69,10 @@ void registerScreens(const ScreenContext& context, Job& job) {
     screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
         const auto* preview = std::any_cast<SectorPreview>(&handOver);
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
+    });
+    screens.add(Screen::History, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmHistory>(context);
     });
     screens.add(Screen::ViewList, [&context, &job](const std::any& handOver) {
         return std::make_unique<frmViewList>(context, viewedJob(job), std::any_cast<ViewerHandover>(&handOver));

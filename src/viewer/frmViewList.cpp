@@ -26,13 +26,22 @@
 
 namespace quillon {
 
+namespace {
+
+constexpr int kToldColumns = 3;
+
+}  // namespace
+
 std::string ViewGridRows::cell(int row, int column) const {
-    if (row < 0 || row >= rows_.shown())
+    const ViewRows& rows = viewer_.state.rows;
+    if (row < 0 || row >= rows.shown())
         return {};
-    const ViewRows::Id id = rows_.idAt(row);
+    const ViewRows::Id id = rows.idAt(row);
     if (column == 0)
-        return readable(rows_.path(id));
-    return readable(column == 1 ? rows_.extension(id) : rows_.problem(id));
+        return readable(rows.path(id));
+    if (column >= kToldColumns)
+        return viewer_.ownCell(id, static_cast<std::size_t>(column - kToldColumns));
+    return readable(column == 1 ? rows.extension(id) : rows.problem(id));
 }
 
 frmViewList::frmViewList(const ScreenContext& context, const ViewedJob& job, const ViewerHandover* files)
@@ -65,6 +74,7 @@ void frmViewList::connectControls() {
     step(Combo2, &QComboBox::activated, [this](int entry) { viewer_.selectExtension(entry); });
     click(Command3, [this] { Command3_Click(); });
     click(Command4, [this] { viewer_.retest(); });
+    click(regradeKept_, [this] { viewer_.regradeKept(); });
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
     click(openOverview, [this] { goToOverview(); });
     click(Command1, [this] { Command1_Click(); });
@@ -169,12 +179,15 @@ void frmViewList::showExtensions() {
 
 void frmViewList::showControls() {
     const ViewerState& state = viewer_.state;
+    if (shownEvidence_ != state.hasEvidence)
+        showColumns(state.hasEvidence);
     showRows();
     showExtensions();
     Label1->setText(toQt(state.matching));
     showText(*commaRemark_, state.notShown);
     Label4->setText(toQt(state.status));
     Command3->setEnabled(state.runEnabled);
+    regradeKept_->setEnabled(state.hasEvidence);
     busyParts_.setEnabled(!state.busy);
     showPointer(*this, state.busyPointer);
 }

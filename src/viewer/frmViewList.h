@@ -10,7 +10,8 @@
 //     Label9, Text2               "Start From", "1"       without effect
 //     Check1                      "Use Ignore List"       without effect
 //   Frame2 "Matching Files"
-//     iGrid1                      "Path", "Ext", and hidden "Problem!"
+//     iGrid1                      "Path", "Ext", and hidden "Problem!"; behind them, when the list has evidence, the
+//                                 columns of our own, see own_columns.h
 //     Label1                      "Matching : " and the row count
 //     commaRemark_                ours: "52 rows with commas are not shown"
 //     Label6, Label7, Label8      a legend; never shown
@@ -19,6 +20,7 @@
 //     Label4                      status, and the count of the extension
 //     Command3                    "Run"                   opens the Extension Editor
 //     Command4                    "Retest"
+//     regradeKept_                ours: "Regrade from kept heads", on when the list has evidence
 //     Label3, Combo3, Command5    "Mark Files as", "Run"  never shown, without effect
 //     Command6                    "Retest Skip List"      never shown, without effect
 //   openOverview                  ours: "Overview"      the Job Overview of the list's job
@@ -46,12 +48,12 @@ class Grid;
 /// The viewer's rows as the grid shows them.
 class ViewGridRows final : public GridSource {
 public:
-    explicit ViewGridRows(const ViewRows& rows) : rows_(rows) {}
-    [[nodiscard]] int rowCount() const override { return rows_.shown(); }
+    explicit ViewGridRows(ListViewer& viewer) : viewer_(viewer) {}
+    [[nodiscard]] int rowCount() const override { return viewer_.state.rows.shown(); }
     [[nodiscard]] std::string cell(int row, int column) const override;
 
 private:
-    const ViewRows& rows_;
+    ListViewer& viewer_;
 };
 
 class frmViewList final : public StepScreen {
@@ -82,11 +84,13 @@ private:
 
     void showControls() override;
     void fillFixedLists();
+    void showColumns(bool withOwn);
     void showRows();
     void showExtensions();
 
     ListViewer viewer_;
-    ViewGridRows gridRows_{viewer_.state.rows};
+    ViewGridRows gridRows_{viewer_};
+    bool shownEvidence_ = false;
     int shownContents_ = -1;
     std::vector<std::u16string> shownExtensions_;
     BusyParts busyParts_;
@@ -96,6 +100,7 @@ private:
     QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6, *openOverview;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7, *Label8, *Label9;
     QLabel* commaRemark_;
+    QPushButton* regradeKept_;
     QLineEdit *Text1, *Text2;
     QCheckBox* Check1;
     Grid* iGrid1;

@@ -68,10 +68,7 @@ void frmViewList::createRows() {
     layout->setSpacing(kSpacing);
     iGrid1 = make<Grid>("iGrid1");
     iGrid1->setAccessibleName(QStringLiteral("Matching files"));
-    iGrid1->setColumns({{"Path", kPathWidth, false}, {"Ext", kExtWidth, false}, {"Problem!", 0, true}});
-    // Paths take the room that a wide window gives.
-    iGrid1->horizontalHeader()->setStretchLastSection(false);
-    iGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    showColumns(false);
     iGrid1->setTextElideMode(Qt::ElideMiddle);
     layout->addWidget(iGrid1, 1);
     createLegend();
@@ -79,6 +76,18 @@ void frmViewList::createRows() {
     mnuMnu->setObjectName(QStringLiteral("mnuMnu"));
     mnuAddSkip = mnuMnu->addAction(QStringLiteral("Add to Skip List"));
     mnuAddSkip->setObjectName(QStringLiteral("mnuAddSkip"));
+}
+
+void frmViewList::showColumns(bool withOwn) {
+    shownEvidence_ = withOwn;
+    std::vector<GridColumn> columns = {{"Path", kPathWidth, false}, {"Ext", kExtWidth, false}, {"Problem!", 0, true}};
+    if (withOwn) {
+        for (const OwnColumn& own : kOwnColumns) columns.push_back({own.title, own.width, false});
+    }
+    iGrid1->setColumns(columns);
+    // Paths take the room that a wide window gives.
+    iGrid1->horizontalHeader()->setStretchLastSection(false);
+    iGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 void frmViewList::createLegend() {
@@ -112,6 +121,7 @@ void frmViewList::createEditor() {
     Label2->setBuddy(Combo2);
     Command3 = makeButton("Command3", "&Run");
     Command4 = makeButton("Command4", "Re&test");
+    regradeKept_ = makeButton("regradeKept_", "Regrade from &kept heads");
     Label4 = make<ElidedLabel>("Label4");
     Label4->setAccessibleName(QStringLiteral("Status"));
     Label3 = makeLabel("Label3", "Mark Files as");
@@ -124,6 +134,7 @@ void frmViewList::createEditor() {
     row->addWidget(Combo2);
     row->addWidget(Command3);
     row->addWidget(Command4);
+    row->addWidget(regradeKept_);
     row->addSpacing(kSpacing);
     row->addWidget(Label4, 1);
     for (QWidget* hidden : {static_cast<QWidget*>(Label3), static_cast<QWidget*>(Combo3),
@@ -155,8 +166,8 @@ void frmViewList::arrange() {
 }
 
 void frmViewList::setTabOrders() {
-    const std::array<QWidget*, 10> order = {Combo1, Command2, Text1,    Text2,    Check1,
-                                            iGrid1, Combo2,   Command3, Command4, Command1};
+    const std::array<QWidget*, 11> order = {Combo1, Command2, Text1,    Text2,        Check1,  iGrid1,
+                                            Combo2, Command3, Command4, regradeKept_, Command1};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     Combo1->setFocus();
 }

@@ -23,7 +23,7 @@ Filtered filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
     const std::u16string_view category = trimRight(std::u16string_view(wish.category));
     Filtered filtered;
     ListRow row;
-    while (list.next(row)) {
+    for (std::uint32_t line = 1; list.next(row); ++line) {
         if (row.line().find(u'>') != std::u16string_view::npos) {
             filtered.withCommas += isHiddenByCommas(row, category) ? 1 : 0;
             row.assign(withCommas(row.line()));
@@ -37,7 +37,7 @@ Filtered filterList(ListReader& list, const FilterWish& wish, ViewRows& rows) {
             filtered.end = FilterEnd::LimitReached;
             break;
         }
-        rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view());
+        rows.add(row[ListColumn::Path], wish.keepProblem ? result : std::u16string_view(), line);
     }
     return filtered;
 }

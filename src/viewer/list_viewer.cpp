@@ -45,8 +45,8 @@ std::string skipTermOf(std::u16string_view path) {
 }  // namespace
 
 ViewedJob viewedJob(Job& job) {
-    return {job.installation(), job.surroundings(), job.kept(),       job.lists(),
-            job.grader(),       job.commonList,     job.passContext()};
+    return {job.installation(), job.surroundings(), job.kept(),        job.lists(),
+            job.grader(),       job.commonList,     job.passContext(), job};
 }
 
 void ListViewer::load() {
@@ -57,6 +57,7 @@ void ListViewer::load() {
     temporaryListPath_ = job_.lists.rawPath();
     listPath_ = job_.lists.finalPath().value_or(NativePath{});
     loadCategories();
+    lookAtEvidence();
 }
 
 void ListViewer::loadCategories() {
@@ -118,6 +119,8 @@ void ListViewer::filter() {
     }
     state.busyPointer = true;
     host_.showState();
+    listPath_ = *list;
+    lookAtEvidence();
     loadRows(*list);
     ++state.contents;
     updateLabels();
@@ -133,6 +136,7 @@ void ListViewer::loadRows(const NativePath& list) {
     auto reader = ListReader::open(list);
     if (!reader)
         return;
+    filtered_ = state.categories[static_cast<std::size_t>(state.category)];
     const FilterWish wish{state.categories[static_cast<std::size_t>(state.category)],
                           state.category == kCommonHeaderCategory, leadingNumber(state.maxFiles)};
     const Filtered filtered = filterList(*reader, wish, state.rows);
@@ -206,7 +210,9 @@ std::optional<EditorHandover> ListViewer::openEditor() {
         host_.beep();
         return std::nullopt;
     }
-    EditorHandover handover{state.category, extension, {}, {}};
+    EditorHandover handover{state.category, extension, {}, {}, {}};
+    if (evidence_->isSourceAway())
+        handover.keptHead = [evidence = evidence_](std::u16string_view path) { return evidence->head(0, path); };
     for (int row = 0; row < state.rows.shown(); ++row) {
         const ViewRows::Id id = state.rows.idAt(row);
         if (state.rows.foldedExtension(id) == extension)
@@ -284,6 +290,7 @@ void ListViewer::retest() {
 
 void ListViewer::endRetest() {
     updateLabels();
+    lookAtEvidence();
     state.extensions.rebuild(state.rows);
     state.changed = true;
     host_.showState();

@@ -4,17 +4,23 @@
 // The viewer without its screen: it loads the rows of one grade, tells the extensions among them, opens the editor over
 // one of these and has its files graded again. Rows and entries count from 0, -1 for none.
 
+#include <array>
+#include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "app/screen_host.h"
 #include "app/surroundings.h"
 #include "job/file_grader.h"
 #include "job/job_lists.h"
+#include "job/regrade.h"
 #include "viewer/editor_handover.h"
 #include "viewer/extension_list.h"
+#include "viewer/own_columns.h"
 #include "viewer/retest.h"
+#include "viewer/view_evidence.h"
 #include "viewer/view_rows.h"
 
 namespace quillon {
@@ -35,10 +41,11 @@ struct ViewerState {
     std::string matching;      ///< Label1
     std::string notShown;      ///< commaRemark_; empty when the list has no such rows
     std::string status;        ///< Label4
+    bool hasEvidence = false;  ///< columns of our own, and regradeKept_
     bool runEnabled = false;   ///< Command3
     bool busy = false;         ///< Frame1, Frame2, Frame3 and Command1 are disabled
     bool busyPointer = false;  ///< hourglass
-    bool passRunning = false;  ///< a retest cannot be cancelled
+    bool passRunning = false;  ///< a retest or regrade cannot be cancelled
     bool changed = true;       ///< "Done" recounts the job
 };
 
@@ -51,6 +58,7 @@ struct ViewedJob {
     FileGrader& grader;
     const CommonList& commonList;
     PassContext context;
+    Job& job;  ///< for the regrade, which is a pass of its own over all of it
 };
 [[nodiscard]] ViewedJob viewedJob(Job& job);
 
@@ -95,6 +103,15 @@ public:
     /// ACopyThatCannotBeRemovedLeavesTheScreenBusy).
     void retest();
 
+    /// "Regrade from kept heads": grades the whole list, or on No the rows of the chosen extension, by today's rules,
+    /// and never looks at the source. Rows that no longer belong to the filtered category leave the grid. The status,
+    /// and a row of the job log, tell how many were graded and how many have no head; a box tells of these, too, and of
+    /// what went wrong.
+    void regradeKept();
+
+    /// What a column of our own (`kOwnColumns`) says of a file; UTF-8, readable.
+    [[nodiscard]] std::string ownCell(ViewRows::Id row, std::size_t column);
+
     /// The recount of "Done" disables the frames meanwhile.
     void goBusy() { state.busy = true; }
     void goIdle() { state.busy = false; }
@@ -114,12 +131,20 @@ private:
     void tellUnloadedCommonList();
     [[nodiscard]] RetestEnd runRetest(std::u16string_view extension);
     void endRetest();
+    void lookAtEvidence();
+    [[nodiscard]] bool askRegradeScope(RegradeWish& wish) const;
+    void followRegrade(RegradeWish& wish, RowLookup& lookup);
+    void tellRegrade(const RegradeResult& result);
 
     ViewedJob job_;
     ScreenHost& host_;
     NativePath listPath_;
     NativePath temporaryListPath_;
     RetestVisit visit_;
+    std::u16string filtered_;  // the category of the rows
+    // An editor that was opened from here may ask it longer than this lives.
+    std::shared_ptr<ViewEvidence> evidence_ = std::make_shared<ViewEvidence>();
+    std::unordered_map<ViewRows::Id, std::array<std::string, kOwnColumns.size()>> ownCells_;
 };
 
 }  // namespace quillon

@@ -44,11 +44,11 @@ std::uint32_t ViewRows::extensionNumber(std::u16string_view path) {
     return place->second;
 }
 
-void ViewRows::add(std::u16string_view path, std::u16string_view problem) {
+void ViewRows::add(std::u16string_view path, std::u16string_view problem, std::uint32_t line) {
     const std::uint32_t extension = extensionNumber(path);
     ++extensions_[extension].rows;
     order_.push_back(static_cast<Id>(rows_.size()));
-    rows_.push_back({keep(path), keep(problem), extension});
+    rows_.push_back({keep(path), keep(problem), extension, line});
     removed_.push_back(false);
     ++live_;
 }

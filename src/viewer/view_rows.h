@@ -19,8 +19,9 @@ public:
     using Id = std::uint32_t;
 
     void clear();
-    /// `path`: column 1 of the list in list form; `problem`: column 3 of the grid, mostly empty.
-    void add(std::u16string_view path, std::u16string_view problem = {});
+    /// `path`: column 1 of the list in list form; `problem`: column 3 of the grid, mostly empty; `line`: of the list,
+    /// from 1, 0 for an unknown one.
+    void add(std::u16string_view path, std::u16string_view problem = {}, std::uint32_t line = 0);
 
     /// Rows that have not been removed.
     [[nodiscard]] int count() const { return live_; }
@@ -30,6 +31,8 @@ public:
 
     [[nodiscard]] std::u16string_view path(Id id) const { return rows_[id].path; }
     [[nodiscard]] std::u16string_view problem(Id id) const { return rows_[id].problem; }
+    /// The line as it was when the row was added.
+    [[nodiscard]] std::uint32_t line(Id id) const { return rows_[id].line; }
     /// In the case in which it stands in the list, blanks around it cut.
     [[nodiscard]] std::u16string_view extension(Id id) const;
     /// The same in lower case.
@@ -54,6 +57,7 @@ private:
         std::u16string_view path;
         std::u16string_view problem;
         std::uint32_t extension = 0;
+        std::uint32_t line = 0;
     };
     struct Extension {
         std::u16string folded;

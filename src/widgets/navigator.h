@@ -32,7 +32,8 @@ enum class Screen {
     CommonHeaders,
     Errors,
     BadSectors,
-    PreviewBadSector
+    PreviewBadSector,
+    History
 };
 
 /// What other screens ask of the main window. It outlives them.

@@ -291,5 +291,20 @@ TEST_F(AheadTest, ItemsThatNobodyTakesAreNoHarm) {
     for (int i = 0; i < 50; ++i) askInLineOrLeave(*items, i);
 }
 
+TEST_F(AheadTest, AFirstItemThatIsGivenUpLeavesTheOthersInTheirOrder) {
+    const auto items = make(StandingStill::Never, 2, kAllIsQuick);
+    askAndSeeItBegun(*items);
+    for (int i = 1; i < 4; ++i) askAndLeave(*items, i);
+    EXPECT_FALSE(items->firstArrives(microseconds(0)));
+    items->giveUpFirst();
+    items->addThread();
+    mayEnd.count_down();
+    for (int i = 1; i < 4; ++i) takeFirst(*items, i);
+    for (int i = 4; i < 200; ++i) {
+        askAndLeave(*items, i);
+        takeFirst(*items, i);
+    }
+}
+
 }  // namespace
 }  // namespace quillon

@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <latch>
+#include <memory>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -124,6 +126,60 @@ TEST_F(AheadThreadsTest, AThreadOutOfMemoryTellsItsOwnerOnce) {
     poor.leave(tasks[0]);
     EXPECT_THROW(poor.waitFor(tasks[0]), std::bad_alloc);
     EXPECT_TRUE(poor.isDone(tasks[0])) << "the owner can go on waiting for what else runs";
+}
+
+// What hangs, and lives as long as something holds it.
+struct HangingTask : AheadTask {
+    std::shared_ptr<std::latch> mayEnd;
+};
+
+AheadThreads::MakeWork waitsForTheLatch() {
+    return [] { return [](AheadTask& task) { static_cast<HangingTask&>(task).mayEnd->wait(); }; };
+}
+
+std::shared_ptr<HangingTask> taskThatEndsWith(const std::shared_ptr<std::latch>& latch) {
+    auto task = std::make_shared<HangingTask>();
+    task->mayEnd = latch;
+    return task;
+}
+
+TEST(AheadThreads, OneThatHangsIsLeftBehindWithWhatItWorksWith) {
+    const auto latch = std::make_shared<std::latch>(1);
+    auto task = taskThatEndsWith(latch);
+    const std::weak_ptr<HangingTask> seen = task;
+    {
+        AheadThreads threads(1, waitsForTheLatch(), AtEnd::LeaveBehind);
+        threads.add();
+        threads.leave(task);
+        while (!threads.isDoneWithin(*task, milliseconds(1)) && threads.takeBackLast() != nullptr) threads.leave(task);
+        task.reset();
+        threads.end();
+        EXPECT_FALSE(threads.any());
+        EXPECT_FALSE(seen.expired());
+    }
+    latch->count_down();
+    while (!seen.expired()) std::this_thread::yield();
+}
+
+TEST(AheadThreads, InThePlaceOfOneWhoseTaskWasGivenUpAnotherIsStarted) {
+    const auto latch = std::make_shared<std::latch>(1);
+    const auto open = std::make_shared<std::latch>(0);
+    AheadThreads threads(1, waitsForTheLatch(), AtEnd::LeaveBehind);
+    threads.add();
+    const auto hangs = taskThatEndsWith(latch);
+    threads.leave(hangs);
+    while (threads.takeBackLast() != nullptr) {
+        threads.leave(hangs);
+        std::this_thread::yield();
+    }
+    const auto next = taskThatEndsWith(open);
+    threads.leave(next);
+    threads.add();
+    EXPECT_FALSE(threads.isDoneWithin(*next, milliseconds(1))) << "there is one thread at most";
+    threads.giveUp(*hangs);
+    threads.add();
+    EXPECT_TRUE(threads.isDoneWithin(*next, kLong));
+    latch->count_down();
 }
 
 }  // namespace

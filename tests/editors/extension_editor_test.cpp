@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "editors/extension_editor.h"
 
+#include <algorithm>
+
 #include "editors/extension_editor_fixture.h"
 
 namespace quillon::test {
@@ -343,6 +345,32 @@ TEST_F(ExtensionEditorTest, APositionWithoutDigitsIsStoredAsItStands) {
     editor.addOrUpdate();
     editor.save();
     EXPECT_EQ(folders.bytesOf("local/Database/qlx.dat"), "abc,AAA,T\r\n");
+}
+
+TEST_F(ExtensionEditorTest, AFileOfASourceThatIsAwayShowsItsKeptHeadAndSaysSo) {
+    handover.files = {{u"/away/a.qlx", u""}, {u"/away/b.qlx", u""}};
+    handover.keptHead = [](std::u16string_view path) {
+        FileHead head;
+        head.length = 5;
+        head.bytes.fill(' ');
+        std::ranges::copy(std::string("QLX!x"), head.bytes.begin());
+        return path == u"/away/a.qlx" ? std::optional(head) : std::nullopt;
+    };
+    open();
+    EXPECT_EQ(editor.state.files, std::vector<std::u16string>{u"/away/a.qlx"}) << "of the other there is nothing";
+    EXPECT_EQ(editor.state.head, "QLX!x");
+    EXPECT_EQ(editor.state.viewing, "Viewing file  1 of  1 (kept head, source not read)");
+    enter("1", "QLX!");
+    expectResult(" 1", " 0", BoxAnswer::No);
+    editor.search();
+}
+
+TEST_F(ExtensionEditorTest, AFileThatIsThereIsReadWhateverWasKept) {
+    addHead("a.qlx", "now!");
+    handover.keptHead = [](std::u16string_view) { return std::optional(FileHead{512, {}}); };
+    open();
+    EXPECT_EQ(editor.state.head.substr(0, 4), "now!");
+    EXPECT_EQ(editor.state.viewing, "Viewing file  1 of  1");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // docs/formats/evidence.md tells the truth: its questions are asked, its columns and names compared.
+#include <algorithm>
+
 #include <gmock/gmock.h>
 
 #include "evidence/evidence_fixture.h"
@@ -88,6 +90,15 @@ TEST_F(EvidencePageTest, ItIsKeptAsThePageTells) {
     EXPECT_THAT(answers(path, "PRAGMA user_version"), ElementsAre("1"));
     EXPECT_THAT(answers(path, "PRAGMA page_size"), ElementsAre("16384"));
     EXPECT_THAT(answers(path, "PRAGMA journal_mode"), ElementsAre("delete"));
+}
+
+TEST_F(EvidencePageTest, TheHelpTellsWhatToConcludeFromEachReason) {
+    std::string help = readWholeFile(QUILLON_SOURCE_FOLDER "/docs/help/grades.html").value_or("");
+    std::ranges::replace(help, '\n', ' ');
+    for (const auto& row : kReasons) {
+        const std::string conclusion = row.conclusion;
+        EXPECT_THAT(help, HasSubstr(conclusion)) << row.name;
+    }
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ protected:
         for (const auto& path : paths) rows.push_back(toListText(path) + u",15/11/2026, 5, 32;Ab9x,Header OK");
         writeFinalList(rows);
         state.counters.files = static_cast<std::int32_t>(paths.size());
-        CopyPass(job.passContext(), job.lists()).run();
+        CopyPass(job.passContext(), job.lists(), job.messages).run();
     }
 
     // Where the file of a source path lands.
@@ -44,6 +44,26 @@ TEST_F(CopyPassTest, FilesLandUnderTheirFullPathBelowTheTarget) {
     EXPECT_EQ(state.texts.jobPercent, "");
     EXPECT_EQ(state.texts.copiedCaption, "Copying file:");
     EXPECT_EQ(statOf(folder.path() / landed(a)).st_mtim.tv_sec, 1794744000);
+}
+
+TEST_F(CopyPassTest, OnlyTheGradesThatAreAskedForAreCopied) {
+    const std::vector<std::pair<std::string, std::u16string>> files = {{"good", u"Header OK"},
+                                                                       {"bad", u"Header Corrupt"},
+                                                                       {"common", u"Appears to be of file type: ZIP"},
+                                                                       {"raw", u""}};
+    std::vector<std::u16string> rows;
+    for (const auto& [name, result] : files)
+        rows.push_back(toListText(sourceFile(name, name)) + u",15/11/2026, 5, 32;Ab9x" +
+                       (result.empty() ? u"" : u"," + result));
+    writeFinalList(rows);
+    state.counters.files = 4;
+    state.options.copyGrades = {Grade::Good, Grade::CommonHeader};
+    CopyPass(job.passContext(), job.lists(), job.messages).run();
+    EXPECT_EQ(namesIn(folder.path() / landed((folder / "source").native())), "common good");
+    EXPECT_EQ(state.counters.rowsRead, 2);
+    EXPECT_EQ(state.counters.copied, 2);
+    EXPECT_EQ(state.counters.copyErrors, 0);
+    EXPECT_EQ(state.passes.leftOut, 2);
 }
 
 TEST(CopyTargetTest, LeadingSeparatorsAreDropped) {
@@ -85,7 +105,7 @@ TEST_F(CopyPassTest, TheTargetMayEndInSeparators) {
 TEST_F(CopyPassTest, AMissingListIsTold) {
     fake.dialogs.expectBox("Error copying files", "Unable to find file list..", BoxAnswer::Ok, BoxStyle::Critical,
                            BoxButtons::Ok);
-    CopyPass(job.passContext(), job.lists()).run();
+    CopyPass(job.passContext(), job.lists(), job.messages).run();
     EXPECT_EQ(fake.loop.turns, 0);
 }
 
@@ -99,7 +119,7 @@ TEST_F(CopyPassTest, AListOfNoRowsEndsAtOnce) {
 TEST_F(CopyPassTest, RawRowsAreCopiedToo) {
     const auto a = sourceFile("a.txt", "first");
     writeFinalList({toListText(a) + u",15/11/2026, 5, 32;Ab9x"});
-    CopyPass(job.passContext(), job.lists()).run();
+    CopyPass(job.passContext(), job.lists(), job.messages).run();
     EXPECT_EQ(folder.read(landed(a)), "first");
 }
 
@@ -185,7 +205,7 @@ TEST_F(CopyPassTest, AListOfUnknownCountShowsNoMoreThanAHundred) {
     state.counters.files = 1;
     std::int64_t most = 0;
     fake.loop.onTurn = [&](int) { most = std::max(most, state.progress.value); };
-    CopyPass(job.passContext(), job.lists()).run();
+    CopyPass(job.passContext(), job.lists(), job.messages).run();
     EXPECT_EQ(most, 100);
 }
 

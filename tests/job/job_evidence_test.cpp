@@ -85,6 +85,23 @@ TEST_F(JobEvidenceTest, EveryFileOfTheListIsThereWithItsGradeTimeAndHead) {
         EXPECT_FALSE(rowOf(unopened).head) << unopened;
 }
 
+TEST_F(JobEvidenceTest, WhatBecameOfEachCopyIsNoted) {
+    state.options.copy = true;
+    state.options.target = folder / "target";
+    state.options.copyGrades = {Grade::Good, Grade::Corrupt, Grade::NoExtension};
+    const auto inTheWay = (folder / "target").native() + (folder / "source/sub/bad.ABC").native();
+    std::filesystem::create_directories(inTheWay);
+    ASSERT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(rowOf("good.abc").copied, 1);
+    EXPECT_EQ(rowOf("good.abc").copyError, "");
+    EXPECT_EQ(rowOf("good.abc").verified, std::nullopt) << "it was not compared";
+    EXPECT_EQ(rowOf("sub/noext").copied, 1);
+    EXPECT_EQ(rowOf("sub/bad.ABC").copied, 0);
+    EXPECT_EQ(rowOf("sub/bad.ABC").copyError, "target: " + inTheWay + ": Is a directory");
+    EXPECT_EQ(rowOf("sub/deep/small.abc").copied, std::nullopt) << "its grade was not asked for";
+    EXPECT_TRUE(state.gaps.empty());
+}
+
 TEST_F(JobEvidenceTest, TheJobTellsOfItself) {
     ASSERT_EQ(run(), JobEnd::Complete);
     auto from = reader();

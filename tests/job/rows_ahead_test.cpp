@@ -28,7 +28,7 @@ protected:
     Rows rowsOfList(const Rows& lines) {
         writeRawList(lines);
         auto reader = ListReader::open(folder / "app/tFile.csv");
-        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop);
+        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop, watched.passContext().evidence);
         Rows read;
         while (const ListRow* row = rows.next()) read.emplace_back(row->line());
         return read;
@@ -38,7 +38,7 @@ protected:
     std::size_t askedFor(const Rows& lines) {
         writeRawList(lines);
         auto reader = ListReader::open(folder / "app/tFile.csv");
-        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop);
+        RowsAhead rows(*reader, watched.grader(), watched.surroundings().loop, watched.passContext().evidence);
         EXPECT_TRUE(rows.next());
         return watched.grader().heads().asked();
     }
@@ -79,7 +79,7 @@ TEST_F(RowsAheadTest, OnlyFilesThatTheTestWillOpenAreAskedFor) {
 
 TEST_F(RowsAheadTest, BehindASlowFileManyHeadsAreAskedForAndNotOneMoreThanFits) {
     termFile("txt", "1,XX,T\r\n");
-    const Rows lines(200, u"/proc/a.txt,15/11/2026, 600, 32");
+    const Rows lines(600, u"/proc/a.txt,15/11/2026, 600, 32");
     EXPECT_EQ(askedFor(lines), HeadsAhead::kMost);
     EXPECT_EQ(rowsOfList(lines), lines);
 }

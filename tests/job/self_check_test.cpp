@@ -34,6 +34,15 @@ TEST(SelfCheck, ASoundJobHasNoGap) {
     EXPECT_EQ(gapsOf({}, {}), Gaps{}) << "no files";
 }
 
+TEST(SelfCheck, RowsThatNobodyAskedForNeedNoCopy) {
+    SoundJob job;
+    job.passes.copies = 6;
+    job.passes.leftOut = 4;
+    EXPECT_EQ(job.gaps(), Gaps{});
+    job.passes.leftOut = 3;
+    EXPECT_EQ(job.gaps(), Gaps{"7 rows of the list were asked for, 6 files were copied or have a copy error"});
+}
+
 TEST(SelfCheck, EveryLinkOfTheChainIsCompared) {
     struct Case {
         std::function<void(SoundJob&)> disturb;

@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 
 #include "app/folder_structure.h"
+#include "evidence/evidence_store.h"
+#include "evidence/job_keys.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "support/list_bytes.h"
@@ -139,6 +141,19 @@ TEST_F(JobFaults, NothingBelowTheSourceIsEverOpenedForWriting) {
         for (const auto& [name, bytes] : files_)
             EXPECT_EQ(test::statOf(temp / ("source/" + name)).st_atim.tv_sec, 1000000000);
     }
+}
+
+TEST_F(JobFaults, ARegradeMakesNoSystemCallBelowTheSource) {
+    ASSERT_EQ(runShell(jobWithEvidence()), 0) << said();
+    temp.write("data/Database/jpg.dat", "1,none,T\r\n");
+    EXPECT_EQ(runShell("exec strace -f -qq -y -s 0 -o " + path("trace") + " " + program + " --regrade 7 --app " +
+                       path("app") + " >" + path("out") + " 2>" + path("err")),
+              0)
+        << said();
+    const std::string trace = temp.read("trace");
+    EXPECT_EQ(trace.find((temp / "source").native()), trace.npos);
+    EXPECT_NE(trace.find((temp / "data/7.sqlite").native()), trace.npos) << "the trace shows paths at all";
+    for (const auto& [file, grade] : grades()) EXPECT_EQ(grade, "Header Corrupt") << file;
 }
 
 TEST_F(JobFaults, AReadErrorGradesThatFileByABlankHeaderAndNoOtherOne) {
@@ -312,6 +327,33 @@ TEST_F(JobFaults, AKilledJobNeverLosesTheListOfAnEarlierOne) {
         EXPECT_TRUE(found) << fault;
     };
     killAtEach("write,rename,renameat,fsync,unlink,unlinkat,ftruncate,mkdir,mkdirat", job(), (temp / "log").native(),
+               prepare, check);
+}
+
+// Behind a kill at whatever call, of a job that goes on with one that was cut short, the next one goes on to the list
+// of a job that was never cut short, and reads no file twice that the first run had read.
+TEST_F(JobFaults, AKilledJobThatWentOnLosesNothingOfTheRunBeforeIt) {
+    ASSERT_EQ(runShell(jobWithEvidence()), 0) << said();
+    const std::string whole = temp.read("data/7.csv");
+    {
+        auto store = EvidenceStore::open(temp / "data/7.sqlite");
+        ASSERT_TRUE(store && store->setJob(job_keys::kEnd, job_keys::kRunning) && store->commit());
+    }
+    const std::string bytes = temp.read("data/7.sqlite");
+    const auto prepare = [&] {
+        std::filesystem::remove_all(temp / "data/Kept");
+        std::filesystem::remove(temp / "data/7.sqlite-earlier");
+        std::filesystem::remove(temp / "data/7.sqlite-journal");
+        temp.write("data/7.csv", whole.substr(0, whole.size() / 2));
+        temp.write("data/7.sqlite", bytes);
+    };
+    const auto check = [&](const std::string& fault) {
+        EXPECT_EQ(runShell(jobWithEvidence("--resume --json")), 0) << fault << said();
+        EXPECT_EQ(temp.read("data/7.csv"), whole) << fault;
+        const std::string told = temp.read("out");
+        EXPECT_NE(told.find("\"not_read_again\": 6"), std::string::npos) << fault << told;
+    };
+    killAtEach("rename,renameat,unlink,unlinkat,linkat,fdatasync", jobWithEvidence("--resume"), (temp / "log").native(),
                prepare, check);
 }
 

@@ -31,6 +31,11 @@ void FailingFiles::refuse(const std::string& call, int number) {
     refused_.emplace_back(call, number);
 }
 
+void FailingFiles::ahead(const std::string& call, std::function<void()> work) {
+    const std::lock_guard lock(mutex_);
+    ahead_.emplace_back(call, std::move(work));
+}
+
 int FailingFiles::calls() const {
     const std::lock_guard lock(mutex_);
     return calls_;
@@ -58,6 +63,10 @@ std::chrono::milliseconds FailingFiles::waited() const {
 
 // 0: the call is to be made.
 int FailingFiles::errorOf(const std::string& call) {
+    for (const auto& [kind, work] : ahead_) {
+        if (kind == call)
+            work();
+    }
     const std::lock_guard lock(mutex_);
     const auto refused = std::ranges::find(refused_, call, &std::pair<std::string, int>::first);
     if (refused != refused_.end())
@@ -145,6 +154,10 @@ int FailingFiles::setTimes(const char* path, const struct timespec* times) {
 
 int FailingFiles::setTimes(int file, const struct timespec* times) {
     return fails("setTimes") ? -1 : DiskCalls::setTimes(file, times);
+}
+
+int FailingFiles::setAttribute(int file, const char* name, const void* bytes, std::size_t size) {
+    return fails("setAttribute") ? -1 : DiskCalls::setAttribute(file, name, bytes, size);
 }
 
 int FailingFiles::rename(int folder, const char* from, const char* to) {

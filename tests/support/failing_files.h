@@ -34,6 +34,9 @@ public:
     /// Every call of this kind fails with this number, however it is called: a volume that does not know it.
     void refuse(const std::string& call, int number);
 
+    /// Does this first, whenever such a call is made, on its thread.
+    void ahead(const std::string& call, std::function<void()> work);
+
     /// How many calls were made since `failAt`, or from the beginning.
     [[nodiscard]] int calls() const;
     /// Whether the disturbed call was met, and its kind.
@@ -55,6 +58,7 @@ public:
     int setMode(int file, unsigned mode) override;
     int setTimes(const char* path, const struct timespec* times) override;
     int setTimes(int file, const struct timespec* times) override;
+    int setAttribute(int file, const char* name, const void* bytes, std::size_t size) override;
     int rename(int folder, const char* from, const char* to) override;
     int link(int file, const char* path, int folder, const char* name, int flags) override;
     int unlink(int folder, const char* path) override;
@@ -75,6 +79,7 @@ private:
     bool cut_ = false;  // the next write fails
     std::string metCall_;
     std::vector<std::pair<std::string, int>> refused_;
+    std::vector<std::pair<std::string, std::function<void()>>> ahead_;
     int waits_ = 0;
     std::chrono::milliseconds waited_{0};
 };

@@ -30,6 +30,15 @@ void setTimes(const fs::path& path, long accessed, long modified, long nanosecon
     EXPECT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW), 0) << path;
 }
 
+void flipBit(const fs::path& path, long place) {
+    std::fstream file(path, std::ios::in | std::ios::out | std::ios::binary);
+    file.seekg(place);
+    const int byte = file.get();
+    file.seekp(place);
+    file.put(static_cast<char>(byte ^ 1));
+    EXPECT_TRUE(file.flush().good()) << path;
+}
+
 void makeFifo(const fs::path& path) {
     EXPECT_EQ(::mkfifo(path.c_str(), 0666), 0) << path;
 }

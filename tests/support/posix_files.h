@@ -16,6 +16,9 @@ namespace quillon::test {
 /// Sets both times, in seconds since 1970 with a fixed part of a second.
 void setTimes(const std::filesystem::path& path, long accessed, long modified, long nanoseconds = 123456700);
 
+/// Turns the lowest bit of one byte of a file.
+void flipBit(const std::filesystem::path& path, long place);
+
 void makeFifo(const std::filesystem::path& path);
 /// A socket that stays behind when its maker is gone. False when the path is too long for one.
 [[nodiscard]] bool makeSocket(const std::filesystem::path& path);

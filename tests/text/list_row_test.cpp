@@ -31,6 +31,21 @@ TEST(ListRow, ColumnsHaveNames) {
     EXPECT_EQ(row.line(), kGraded);
 }
 
+TEST(ListRow, TheTokenIsReplacedWithoutTouchingAnythingElse) {
+    ListRow row(kGraded);
+    EXPECT_EQ(row.token(), u"Ab9x");
+    row.replaceToken(u"longer");
+    EXPECT_EQ(row.line(), u"/s/a.txt,15/11/2026, 600, 32;longer,Header OK");
+    EXPECT_EQ(row[ListColumn::Result], u"Header OK");
+    EXPECT_TRUE(row.isGraded());
+    for (const char16_t* line : {u"/s/a.txt", u"", u"/s/a.txt,x, 1, 32,Header OK"}) {
+        row.assign(line);
+        row.replaceToken(u"none");
+        EXPECT_EQ(row.line(), line);
+        EXPECT_EQ(row.token(), u"");
+    }
+}
+
 TEST(ListRow, EveryLineSplitsAtEveryComma) {
     ListRow row;
     for (const std::u16string_view line :

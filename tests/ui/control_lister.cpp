@@ -62,7 +62,7 @@ void listScreens() {
     for (const Screen screen :
          {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders, Screen::SkipList,
           Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector, Screen::Overview, Screen::Zip,
-          Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help}) {
+          Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help, Screen::History}) {
         main.navigator.open(screen);
         listControls(*main.navigator.window(screen));
     }

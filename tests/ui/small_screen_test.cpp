@@ -74,6 +74,7 @@ void SmallScreenTest::everyScreenOpensInside_data() {
         {"Errors", Screen::Errors},
         {"BadSectors", Screen::BadSectors},
         {"PreviewBadSector", Screen::PreviewBadSector},
+        {"History", Screen::History},
     };
     for (const auto& [name, screen] : screens) QTest::newRow(name) << static_cast<int>(screen);
 }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // The screen "View File List": every control by its name, and what each does.
-
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
@@ -132,6 +131,7 @@ const std::vector<test::FrameCase> kControls = {
          {"Label4", "Ready ..>"},
          {"Command3", "Run", true, false},
          {"Command4", "Retest"},
+         {"regradeKept_", "Regrade from kept heads", true, false},
          {"Label3", "Mark Files as", false},
          {"Combo3", "Please Select", false},
          {"Command5", "Run", false},

@@ -3,10 +3,12 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include <fmt/format.h>
 
 #include "testing/suggest/candidates.h"
+#include "testing/suggest/term_words.h"
 #include "text/page_text.h"
 
 namespace quillon {
@@ -144,7 +146,7 @@ std::string sentenceOf(const TermSuggestion& one, const std::string& kinds) {
     return text + fmt::format("; also {} of {} others{}", one.falseHits, one.others, kinds);
 }
 
-// Text where a term file and its editors keep every byte of it, else hexadecimal digits.
+// Nothing that a line of a term file, its fields or its editors would take for something else.
 bool keptAsText(std::string_view bytes) {
     return std::ranges::all_of(bytes, [](char c) { return c >= ' ' && c <= '~' && c != ',' && c != '"'; }) &&
            bytes.front() != ' ' && bytes.back() != ' ';
@@ -160,8 +162,9 @@ TermSuggestion told(const Candidate& candidate, const SuggestionHeads& heads) {
     const CompiledTerm term = candidate.compiled();
     TermSuggestion one;
     one.position = candidate.position;
-    one.type = keptAsText(candidate.bytes) ? 'T' : 'H';
-    one.term = one.type == 'T' ? candidate.bytes : hexDigits(candidate.bytes);
+    auto words = termWords(candidate.bytes);
+    one.type = words.type;
+    one.term = std::move(words.term);
     one.hits = countMatches(term, heads.listed);
     one.listed = heads.listed.size();
     one.falseHits = countMatches(term, heads.others);
@@ -182,6 +185,12 @@ std::vector<T> some(const std::vector<T>& all, std::size_t most) {
 }
 
 }  // namespace
+
+TermWords termWords(std::string_view bytes) {
+    if (keptAsText(bytes))
+        return {'T', std::string(bytes)};
+    return {'H', hexDigits(bytes)};
+}
 
 std::vector<TermSuggestion> suggestTerms(SuggestionHeads heads) {
     CandidateHeads searched;

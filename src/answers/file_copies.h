@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Copies files of a finished job, which its evidence or its list names, and leaves their check sums with them. The
+// evidence learns what became of each.
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "answers/file_wish.h"
+#include "answers/job_answers.h"
+#include "app/event_loop.h"
+#include "evidence/evidence_store.h"
+#include "job/copy_queue.h"
+#include "job/copy_record.h"
+
+namespace quillon {
+
+struct CopyOrder {
+    NativePath target;  ///< from the root on
+    FileWish wish;
+    CopyCare care;
+    bool byGrade = false;     ///< each grade's tree below a folder of its name
+    bool rightNames = false;  ///< the extension that a bad file's head proves stands behind its name
+    bool failedOnly = false;  ///< only what is not copied yet
+};
+
+struct CopySums {
+    std::int64_t files = 0;  ///< that were asked for
+    std::int64_t bytes = 0;
+    std::int64_t copied = 0;
+    std::int64_t copiedBytes = 0;
+    std::int64_t failed = 0;
+    std::int64_t alreadyThere = 0;    ///< left alone, as the target has them
+    std::int64_t damaged = 0;         ///< of those copied: with gaps
+    std::int64_t lessAttributes = 0;  ///< of those copied: without all of their extended attributes
+    bool stopped = false;
+};
+
+class FileCopies {
+public:
+    /// Hears of each copy that has come to its end.
+    using Ended = std::function<void(const SettledCopy&)>;
+
+    /// All must outlive this. NotFound: the job has no list and no evidence any more.
+    [[nodiscard]] static Result<FileCopies> begin(const JobFiles& job, const CopyOrder& order);
+
+    /// Hands each file that is asked for to `take`, with the place of its copy.
+    using Take = std::function<void(const EvidenceRow& file, const CopyTask& task)>;
+    [[nodiscard]] Result<void> eachFile(const Take& take);
+
+    /// Copies them. A failure ends all: what is copied by then stays and is recorded, as far as that can be done.
+    [[nodiscard]] Result<void> run(EventLoop& loop, const Ended& ended);
+
+    /// Of the run so far.
+    [[nodiscard]] const CopySums& sums() const { return sums_; }
+    /// Why the evidence could not learn what became of the copies; empty when it could.
+    [[nodiscard]] const std::string& evidenceLoss() const { return evidenceLoss_; }
+
+private:
+    struct Asked {
+        CopyTask task;
+        std::optional<std::int64_t> modified;
+        std::int64_t size = 0;
+    };
+
+    FileCopies(const JobFiles& job, const CopyOrder& order, std::string source)
+        : job_(&job), order_(&order), source_(std::move(source)) {}
+    [[nodiscard]] Result<void> readOlderSums();
+    [[nodiscard]] Result<bool> nextWanted(JobAnswers& answers, EvidenceRow& file) const;
+    void noteNewName(const SettledCopy& copy);
+    [[nodiscard]] CopyTask taskOf(const EvidenceRow& file) const;
+    [[nodiscard]] bool isMissing(const EvidenceRow& file) const;
+    [[nodiscard]] bool isThereAlready(const Asked& asked) const;
+    [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk) const;
+    [[nodiscard]] Result<void> copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, EventLoop& loop);
+    void copyFirst(CopyQueue& queue, EventLoop& loop);
+    void end(const SettledCopy& copy, const Ended& ended);
+    void openEvidence();
+    void noteInEvidence();
+
+    const JobFiles* job_;
+    const CopyOrder* order_;
+    std::string source_;  // empty: paths are absolute
+    CopySums sums_;
+    std::optional<CopyRecord> record_;
+    Result<void> recorded_;
+    std::optional<EvidenceStore> store_;
+    std::string evidenceLoss_;
+    std::vector<std::pair<std::int64_t, CopyOutcome>> outcomes_;
+    std::unordered_map<std::string, std::string> olderSums_;  // digest by name below the target
+};
+
+}  // namespace quillon

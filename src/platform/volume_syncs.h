@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Brings files in the making to their medium, many at once: one call for a volume costs a fraction of one for each
+// file. A volume that cannot say that all is well is asked for each file, so that one bad file costs no other.
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/arriving_file.h"
+#include "platform/result.h"
+
+namespace quillon {
+
+class VolumeSyncs {
+public:
+    VolumeSyncs() = default;
+    ~VolumeSyncs();
+    VolumeSyncs(const VolumeSyncs&) = delete;
+    VolumeSyncs& operator=(const VolumeSyncs&) = delete;
+
+    /// Files that have no names yet, and paths of files that got theirs since the last call.
+    struct Wish {
+        std::vector<const ArrivingFile*> files;
+        std::vector<const std::string*> named;
+    };
+    struct Answer {
+        std::vector<Result<void>> files;  ///< what became of each
+        std::vector<Result<void>> named;
+    };
+    [[nodiscard]] Answer sync(const Wish& wish);
+
+private:
+    [[nodiscard]] bool syncVolumes(const Wish& wish);
+
+    // A handle of a file on each volume, by the volume's number. It is kept, as errors of writes are told to a handle
+    // that was open before them.
+    std::map<std::uint64_t, int> volumes_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "programs/list_copy.h"
+
+#include <istream>
+#include <ostream>
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+#include "answers/copy_look.h"
+#include "evidence/name_text.h"
+#include "platform/folders.h"
+#include "programs/list_loop.h"
+#include "text/list_text.h"
+#include "text/numbers.h"
+
+namespace quillon {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json sumsJson(const CopySums& sums) {
+    return {{"files", sums.files},     {"bytes", sums.bytes},
+            {"copied", sums.copied},   {"copied_bytes", sums.copiedBytes},
+            {"failed", sums.failed},   {"already_there", sums.alreadyThere},
+            {"damaged", sums.damaged}, {"without_attributes", sums.lessAttributes},
+            {"stopped", sums.stopped}};
+}
+
+std::string sumsText(const CopySums& sums) {
+    std::string text = fmt::format("{} files copied, {} bytes", grouped(sums.copied), grouped(sums.copiedBytes));
+    if (sums.damaged > 0)
+        text += fmt::format("; {} of them with gaps", grouped(sums.damaged));
+    if (sums.lessAttributes > 0)
+        text += fmt::format("; {} without all of their extended attributes", grouped(sums.lessAttributes));
+    if (sums.alreadyThere > 0)
+        text += fmt::format("; {} were there already", grouped(sums.alreadyThere));
+    if (sums.failed > 0)
+        text += fmt::format("; {} failed", grouped(sums.failed));
+    return text + (sums.stopped ? "; stopped\n" : "\n");
+}
+
+class CopyRun {
+public:
+    CopyRun(const ListCommandOptions& options, const ListStreams& streams) : options_(options), streams_(streams) {}
+
+    // Copies the files of one job.
+    [[nodiscard]] Result<void> copy(const JobFiles& job) {
+        auto copies = FileCopies::begin(job, options_.copy);
+        if (!copies)
+            return failure(copies.error());
+        if (const auto goesOn = look(*copies); !goesOn || !*goesOn)
+            return goesOn ? Result<void>() : failure(goesOn.error());
+        ListLoop loop(streams_, [&] {
+            return fmt::format("{}: {} files, {} bytes", readable(std::string_view(job.id)),
+                               grouped(copies->sums().copied), grouped(copies->sums().copiedBytes));
+        });
+        const auto done = copies->run(loop, [&](const SettledCopy& copy) { ended(copy, loop); });
+        loop.clearLine();
+        if (!copies->evidenceLoss().empty())
+            streams_.err << "quillon-list: the evidence does not know of the copies: " << copies->evidenceLoss()
+                         << '\n';
+        add(copies->sums());
+        return done;
+    }
+
+    [[nodiscard]] int tell() const {
+        if (options_.json) {
+            Json json = sumsJson(sums_);
+            json["errors"] = errors_;
+            streams_.out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+        } else {
+            streams_.out << sumsText(sums_);
+        }
+        return sums_.failed > 0 || sums_.damaged > 0 || sums_.stopped ? kListDiffers : kListSame;
+    }
+
+    [[nodiscard]] bool stopped() const { return sums_.stopped; }
+
+private:
+    // Tells what will not go well. False: better not to begin.
+    [[nodiscard]] Result<bool> look(FileCopies& copies) {
+        CopyLook found(targetVolumeOf(options_.copy.target), options_.copy.target);
+        const auto looked =
+            copies.eachFile([&](const EvidenceRow& file, const CopyTask& task) { found.add(task, file.size); });
+        if (!looked)
+            return failure(looked.error());
+        const auto findings = found.findings();
+        for (const auto& finding : findings) streams_.err << "quillon-list: " << finding << '\n';
+        if (findings.empty() || options_.yes)
+            return true;
+        if (streams_.in == nullptr)
+            return failure(ErrorKind::PathAccess, "nothing is copied; --yes goes on");
+        streams_.err << "Go on? [y/N] " << std::flush;
+        std::string answer;
+        std::getline(*streams_.in, answer);
+        sums_.stopped = !answer.starts_with('y') && !answer.starts_with('Y');
+        return !sums_.stopped;
+    }
+
+    void ended(const SettledCopy& copy, ListLoop& loop) {
+        if (copy.result)
+            return;
+        const std::string why = copy.result.error().text();
+        if (options_.json) {
+            errors_.push_back({{"path", nameText(copy.source)}, {"error", why}});
+            return;
+        }
+        loop.clearLine();
+        streams_.err << "quillon-list: " << readable(std::string_view(copy.source)) << ": " << why << '\n';
+    }
+
+    void add(const CopySums& sums) {
+        sums_.files += sums.files;
+        sums_.bytes += sums.bytes;
+        sums_.copied += sums.copied;
+        sums_.copiedBytes += sums.copiedBytes;
+        sums_.failed += sums.failed;
+        sums_.alreadyThere += sums.alreadyThere;
+        sums_.damaged += sums.damaged;
+        sums_.lessAttributes += sums.lessAttributes;
+        sums_.stopped = sums_.stopped || sums.stopped;
+    }
+
+    const ListCommandOptions& options_;
+    const ListStreams& streams_;
+    CopySums sums_;
+    Json errors_ = Json::array();
+};
+
+}  // namespace
+
+Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options,
+                      const ListStreams& streams) {
+    raiseOpenFileLimit();
+    CopyRun run(options, streams);
+    for (const auto& job : jobs) {
+        if (auto copied = run.copy(job); !copied)
+            return failure(copied.error());
+        if (run.stopped())
+            break;
+    }
+    return run.tell();
+}
+
+}  // namespace quillon

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The subcommand `quillon-list copy`: files of finished jobs for whoever gets them.
+
+#include <vector>
+
+#include "answers/job_files.h"
+#include "programs/list_command.h"
+#include "programs/list_options.h"
+
+namespace quillon {
+
+/// Copies the files that are asked for of all `jobs`, one after the other, and tells of each that failed. Gives the
+/// exit status: 1 when something is not copied.
+[[nodiscard]] Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options,
+                                    const ListStreams& streams);
+
+}  // namespace quillon

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// The viewer's columns of our own, which stand behind the told ones in this order and are there when the list has
+// evidence. One more is one row of this table.
+
+#include <array>
+#include <string>
+
+#include "evidence/evidence_row.h"
+
+namespace quillon {
+
+struct OwnColumn {
+    const char* title;
+    int width;  ///< pixels
+    std::string (*text)(const EvidenceRow& file);
+};
+
+/// Why the file is not good, in words, and what there is to say further; empty for a file without a reason.
+[[nodiscard]] inline std::string reasonText(const EvidenceRow& file) {
+    if (!file.reason)
+        return {};
+    const std::string text = reasonRow(*file.reason).text;
+    return file.detail.empty() ? text : text + ": " + file.detail;
+}
+
+inline constexpr std::array kOwnColumns = {OwnColumn{"Reason", 280, reasonText}};
+
+}  // namespace quillon
