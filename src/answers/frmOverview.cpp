@@ -25,8 +25,8 @@ namespace {
 std::vector<GridColumn> columnsOf(const FoundRows& rows) {
     const auto titles = rows.titles();
     if (rows.areChanges())
-        return {{titles[0], 360, false}, {titles[1], 80, false}, {titles[2], 110, false}, {titles[3], 110, false}};
-    return {{titles[0], 330, false}, {titles[1], 90, false}, {titles[2], 100, false}, {titles[3], 220, false}};
+        return {{titles[0], 300, false}, {titles[1], 70, false}, {titles[2], 90, false}, {titles[3], 90, false}};
+    return {{titles[0], 260, false}, {titles[1], 70, false}, {titles[2], 80, false}, {titles[3], 120, false}};
 }
 
 }  // namespace

@@ -73,7 +73,7 @@ void paintBar(QPainter& painter, const QRectF& room, const BarPicture& bar, cons
     whole.setWidth(std::max(kLeastPart, whole.width() * bar.share));
     QPainterPath shape;
     shape.addRoundedRect(whole, kCorner, kCorner);
-    painter.fillPath(shape, palette.color(QPalette::Mid));
+    painter.fillPath(shape, palette.color(QPalette::PlaceholderText));
     painter.setClipPath(shape);
     std::int64_t counted = 0;
     for (const auto files : bar.grades.values) counted += files;
@@ -102,6 +102,11 @@ void BarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     if (const auto bar = pictureOf_(index))
         paintBar(*painter, QRectF(option.rect).adjusted(kBarSpace, kBarSpace, -kBarSpace, -kBarSpace), *bar,
                  option.palette);
+}
+
+// A bar needs some room above and below; a grid has a row height of its own.
+QSize BarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kBarSpace);
 }
 
 std::string gradesInWords(const Figures& figures) {

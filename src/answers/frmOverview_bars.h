@@ -33,6 +33,7 @@ public:
     BarDelegate(QObject* parent, PictureOf pictureOf) : QStyledItemDelegate(parent), pictureOf_(std::move(pictureOf)) {}
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 private:
     PictureOf pictureOf_;

@@ -36,6 +36,7 @@ QHBoxLayout* makeRow() {
     return row;
 }
 
+// Shares of the room at first, and of what a larger window has to give.
 QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* second, int firstShare, int secondShare) {
     auto* splitter = new QSplitter(orientation);
     splitter->setChildrenCollapsible(false);
@@ -43,6 +44,8 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* se
     splitter->addWidget(second);
     splitter->setStretchFactor(0, firstShare);
     splitter->setStretchFactor(1, secondShare);
+    constexpr int kShare = 1000;  // more than there is: only the proportion counts
+    splitter->setSizes({kShare * firstShare, kShare * secondShare});
     return splitter;
 }
 
@@ -170,7 +173,7 @@ void frmOverview::createFiles() {
     head->setAccessibleName(QStringLiteral("First bytes of the file"));
     column->addWidget(headName);
     column->addWidget(head, 1);
-    layout->addWidget(makeSplitter(Qt::Horizontal, files, bytes, 1, 0), 1);
+    layout->addWidget(makeSplitter(Qt::Horizontal, files, bytes, 1, 1), 1);
     matching = makeLabel("matching", "");
     layout->addWidget(matching);
 }
@@ -197,7 +200,7 @@ void frmOverview::arrange() {
     layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     layout->setSpacing(kSpacing);
     layout->addWidget(jobFrame);
-    auto* right = makeSplitter(Qt::Vertical, mapFrame, figuresFrame, 3, 2);
+    auto* right = makeSplitter(Qt::Vertical, mapFrame, figuresFrame, 4, 3);
     auto* upper = makeSplitter(Qt::Horizontal, foldersFrame, right, 1, 1);
     layout->addWidget(makeSplitter(Qt::Vertical, upper, filesFrame, 3, 2), 1);
     createButtons(*layout);
