@@ -130,7 +130,7 @@ road() {
     expect "  and stands under Kept, byte for byte" "$(cksum <"${kept:-/dev/null}")" "$(cksum <"$work/png.before")"
 }
 
-# teach_both SHARE1 SHARE2: both teach at once; a third one is killed on its way, and comes back
+# teach_both SHARE1 SHARE2 FOLDER: both teach at once, and a third one is killed on its way; FOLDER is where the server keeps it all
 teach_both() {
     rm -rf "$work"/teach* "$1/taught"
     mkdir -p "$1/taught"
@@ -144,7 +144,7 @@ teach_both() {
     wait $first || failed=1
     # Whoever opens the database next sees to what the killed one has left.
     "$teach" teach "$work/teach4" "$1/taught" 1 4 >"$work/taught4" || failed=1
-    "$teach" check "$1/taught" "1=$(tail -n 1 "$work/taught1")" "2=$(tail -n 1 "$work/taught2")" \
+    "$teach" check "$3/taught" "1=$(tail -n 1 "$work/taught1")" "2=$(tail -n 1 "$work/taught2")" \
         "3=$(tail -n 1 "$work/taught3")" 4=1 || failed=1
 }
 
@@ -152,7 +152,7 @@ echo "Local folder"
 mkdir -p "$work/local"
 road "$work/local" "$work/local"
 "$storm" "$work/local/Database" "$saves" "$reads" || failed=1
-teach_both "$work/local" "$work/local"
+teach_both "$work/local" "$work/local" "$work/local"
 echo "SMB share, mounted twice"
 start_server
 mount_share 1
@@ -163,5 +163,5 @@ road "$one" "$two"
 other=$!
 "$storm" "$two/Database" $((saves / 2)) $((reads / 2)) 2 || failed=1
 wait $other || failed=1
-teach_both "$one" "$two"
+teach_both "$one" "$two" "$work/data"
 exit $failed

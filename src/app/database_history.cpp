@@ -8,7 +8,6 @@
 
 #include <fmt/format.h>
 
-#include "app/installation.h"
 #include "platform/folders.h"
 #include "platform/host.h"
 #include "platform/whole_file.h"
@@ -164,9 +163,11 @@ std::vector<NativePath> newestNotes(const NativePath& history, std::size_t most)
     return notes;
 }
 
-std::optional<std::string> bytesNow(const NativePath& file) {
-    auto bytes = readWholeFile(file);
-    return bytes ? std::optional(std::move(*bytes)) : std::nullopt;
+// Half a note is none, so it needs no other name until it is whole.
+Result<void> fillNew(const NativePath& path, const std::string& bytes) {
+    return File::createNew(path).and_then([&bytes](File file) {
+        return file.write(bytes).and_then([&] { return file.sync(); }).and_then([&] { return file.close(); });
+    });
 }
 
 bool changesNothing(const DatabaseChange& change) {
@@ -228,71 +229,6 @@ std::vector<DatabaseChange> readHistory(const NativePath& settings, std::size_t 
         }
     }
     return changes;
-}
-
-std::string placeInRoot(const NativePath& file) {
-    return file.parent_path().filename().native() + "/" + file.filename().native();
-}
-
-Result<void> changeNoted(const NativePath& settings, const NativePath& file, DatabaseChange change,
-                         const std::function<Result<void>()>& apply) {
-    if (file.empty())
-        return apply();
-    DatabaseTurn turn(settings);
-    auto before = bytesNow(file);
-    auto done = apply();
-    change.files = {{placeInRoot(file), std::move(before), bytesNow(file)}};
-    passOver(turn.note(std::move(change)), "a full share costs the note");
-    return done;
-}
-
-Result<void> NotedStep::change(const NativePath& file, const std::function<Result<void>()>& apply) {
-    auto before = bytesNow(file);
-    auto done = apply();
-    auto after = bytesNow(file);
-    if (before != after)
-        change_.files.push_back({placeInRoot(file), std::move(before), std::move(after)});
-    return done;
-}
-
-std::optional<FileError> NotedStep::finish() {
-    if (change_.files.empty())
-        return std::nullopt;
-    DatabaseTurn turn(settings_);
-    passOver(turn.note(std::exchange(change_, {})), "the turn tells it");
-    return turn.problem();
-}
-
-NotedDatabase::NotedDatabase(NativePath settings, DatabaseChange change)
-    : settings_(std::move(settings)), change_(std::move(change)), before_(look()) {
-}
-
-std::map<std::string, std::string> NotedDatabase::look() const {
-    std::map<std::string, std::string> all;
-    const auto take = [&](const NativePath& file) {
-        if (auto bytes = bytesNow(file))
-            all.emplace(placeInRoot(file), std::move(*bytes));
-    };
-    const NativePath database = settings_.parent_path() / "Database";
-    for (const auto& name : listFiles(database).value_or(std::vector<std::string>{})) take(database / name);
-    for (const char* name : {kErrorsFileName, kSkipListFileName, kCommonHeadersFileName}) take(settings_ / name);
-    return all;
-}
-
-void NotedDatabase::finish() {
-    auto after = look();
-    for (auto& [file, bytes] : before_) {
-        const auto now = after.find(file);
-        if (now == after.end())
-            change_.files.push_back({file, std::move(bytes), std::nullopt});
-        else if (now->second != bytes)
-            change_.files.push_back({file, std::move(bytes), std::move(now->second)});
-        if (now != after.end())
-            after.erase(now);
-    }
-    for (auto& [file, bytes] : after) change_.files.push_back({file, std::nullopt, std::move(bytes)});
-    if (!change_.files.empty())
-        passOver(DatabaseTurn(settings_).note(std::move(change_)), "a full disk costs the note");
 }
 
 DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times) : settings_(std::move(settings)) {
@@ -383,11 +319,13 @@ Result<void> DatabaseTurn::make(DatabaseChange change, const std::function<Resul
     sign(change);
     const NativePath prepared = lease_->folder() / (std::string(kPreparedNote) + temporaryName());
     const auto place = placeFor(change.id);
-    auto ready = place ? saveWholeFile(prepared, noteBytes(change)) : Result<void>(failure(place.error()));
+    auto ready = place ? fillNew(prepared, noteBytes(change)) : Result<void>(failure(place.error()));
     auto made = apply();
     if (ready && made)
         ready = renameFile(prepared, *place);
-    else
+    if (!ready && made && place)  // a mount that remembers names may not know a folder that was just renamed
+        ready = saveWholeFile(*place, noteBytes(change));
+    if (!made)
         passOver(removeFile(prepared), "it goes with the lock");
     if (!ready && made)
         problem_ = ready.error();

@@ -72,26 +72,34 @@ void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies
     bases_.clear();
     for (const auto& copy : copies) bases_[copy] = lookAt(copy);
     for (auto& [copy, base] : bases_) {
-        if (isShared(copy) && isAhead(shown, base))
-            base.bytes = shown;
+        const auto common = isShared(copy) ? commonBase(shown, base) : std::nullopt;
+        if (common)
+            base.bytes = form_.bytes(*common);
     }
     shown_ = shown;
     saver_.loaded(std::move(shown));
 }
 
-// A screen that has loaded the local copy finds a shared one that others have taught since it was fetched last: what
-// differs there is theirs, as if they had done it just now. Without a record in common they are two lists, unless there
-// was nothing to be loaded.
-bool ListCopies::isAhead(const std::string& shown, const Base& shared) const {
+// A screen that has loaded the local copy may find a shared one that others have taught since it was fetched last. What
+// either has more is an addition of its side, as if it had been made just now: nobody can tell here what was deleted,
+// and what a save could not bring to the share is not to go for that. Two lists without a record in common are two
+// lists, unless there was nothing to be loaded.
+std::optional<Records> ListCopies::commonBase(const std::string& shown, const Base& shared) const {
     if (!shared.bytes || form_.bytes(form_.records(*shared.bytes)) == shown)
-        return false;
-    const Records ours = form_.records(shown);
-    const bool nothingLoaded = ours.empty() && std::ranges::any_of(bases_, [this](const auto& copy) {
+        return std::nullopt;
+    Records theirs = form_.records(*shared.bytes);
+    Records common;
+    for (const auto& record : form_.records(shown)) {
+        const auto same = std::ranges::find(theirs, record);
+        if (same == theirs.end())
+            continue;
+        common.push_back(record);
+        theirs.erase(same);
+    }
+    const bool nothingLoaded = shown.empty() && std::ranges::any_of(bases_, [this](const auto& copy) {
                                    return !isShared(copy.first) && copy.second.known;
                                });
-    return nothingLoaded || std::ranges::any_of(form_.records(*shared.bytes), [&](const std::string& record) {
-               return std::ranges::find(ours, record) != ours.end();
-           });
+    return common.empty() && !nothingLoaded ? std::nullopt : std::optional(std::move(common));
 }
 
 bool ListCopies::isShared(const NativePath& copy) const {

@@ -49,7 +49,7 @@ public:
 
     /// The screen has loaded its list: `shown` as it would write it. Looks at what the copies hold at this moment,
     /// which is what later changes of others are measured by. A shared copy that is another list than the loaded
-    /// one, and has records in common with it or met an empty one, is measured by the loaded one.
+    /// one, and has records in common with it or met an empty one, is measured by what both have.
     void loaded(std::string shown, const std::vector<NativePath>& copies);
     /// The job whose files the list is edited for, for the history.
     void ofJob(std::string job) { job_ = std::move(job); }
@@ -82,7 +82,7 @@ private:
     };
 
     [[nodiscard]] static Base lookAt(const NativePath& copy);
-    [[nodiscard]] bool isAhead(const std::string& shown, const Base& shared) const;
+    [[nodiscard]] std::optional<Records> commonBase(const std::string& shown, const Base& shared) const;
     [[nodiscard]] bool isShared(const NativePath& copy) const;
     [[nodiscard]] NativePath settingsOf(const NativePath& copy) const;
     [[nodiscard]] Merged merge(const std::vector<NativePath>& copies, const std::string& bytes,

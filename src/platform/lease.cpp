@@ -48,6 +48,10 @@ std::string ownerIn(const NativePath& lock) {
     return owner == names.end() ? std::string() : *owner;
 }
 
+NativePath takenName(const NativePath& folder) {
+    return folder / (std::string(kTakenPrefix) + temporaryName());
+}
+
 // A folder with the owner's folder in it, still under a name of its own.
 Result<void> prepare(const NativePath& folder, const std::string& owner) {
     for (const NativePath& path : {folder, folder / owner}) {
@@ -72,7 +76,7 @@ public:
         refusals_ = isTaken ? 0 : refusals_ + 1;
         if (refusals_ >= kMostRefusals)
             return failure(systemError(lock_.native(), number));
-        removeFolder(lock_);  // what an owner that was giving it back has left
+        removeFolder(lock_);  // one that is empty is nobody's
         lookAtOwner();
         return false;
     }
@@ -94,7 +98,7 @@ private:
         const bool gone = owner.size() > kOwnerPrefix.size() && isOfGoneProcess(owner.substr(kOwnerPrefix.size()));
         if (!gone && momentNow() - seenSince_ < times_.lease)
             return;
-        const NativePath taken = folder_ / (std::string(kTakenPrefix) + temporaryName());
+        const NativePath taken = takenName(folder_);
         passOver(disk().rename(AT_FDCWD, lock_.c_str(), taken.c_str()), "another one was quicker");
     }
 
@@ -135,10 +139,12 @@ Lease::Lease(Lease&& other) noexcept
 }
 
 Lease::~Lease() {
-    if (owner_.empty())
+    if (!isHeld())
         return;
-    removeWithFiles(held_ / owner_);
-    removeFolder(held_);
+    // In one step, and under a name that is nobody's lock: a share may take its time to let a folder go.
+    const NativePath done = takenName(held_.parent_path());
+    if (disk().rename(AT_FDCWD, held_.c_str(), done.c_str()) == 0)
+        removeWithFiles(done);
 }
 
 bool Lease::isHeld() const {
@@ -148,7 +154,7 @@ bool Lease::isHeld() const {
 std::vector<NativePath> takenLeases(const NativePath& folder) {
     std::vector<NativePath> taken;
     for (const auto& name : listEntries(folder).value_or(std::vector<std::string>{})) {
-        if (name.starts_with(kTakenPrefix))
+        if (name.starts_with(kTakenPrefix) || isOfGoneProcess(name))
             taken.push_back(folder / name);
     }
     return taken;

@@ -48,7 +48,8 @@ private:
     std::string owner_;  // the name of our folder in it; empty: given away
 };
 
-/// The locks that were taken from their owners; whoever has seen to what these left in them removes them.
+/// The locks that were taken from their owners, and those that a process of this computer had made and not taken when
+/// it died; whoever has seen to what these left in them removes them.
 [[nodiscard]] std::vector<NativePath> takenLeases(const NativePath& folder);
 /// The files that were left in such a lock.
 [[nodiscard]] std::vector<NativePath> leftInLease(const NativePath& taken);

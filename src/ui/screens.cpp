@@ -34,8 +34,36 @@ void askShareFirst(Job& job) {
             kLightOrange);
 }
 
+namespace {
+
+// The lists of the database, and their history.
+void registerListEditors(const ScreenContext& context, Job& job) {
+    Navigator& screens = context.navigator;
+    screens.add(Screen::SkipList, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmSkipList>(context);
+    });
+    screens.add(Screen::Updatedb, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmUpdatedb>(context);
+    });
+    screens.add(Screen::CommonHeaders, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmCommonHeaders>(context, job.messages);
+    });
+    screens.add(Screen::Errors,
+                [&context, &job](const std::any&) { return std::make_unique<frmErrors>(context, job.messages); });
+    screens.add(Screen::History, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmHistory>(context);
+    });
+}
+
+}  // namespace
+
 void registerScreens(const ScreenContext& context, Job& job) {
     Navigator& screens = context.navigator;
+    registerListEditors(context, job);
     screens.add(Screen::About, [](const std::any&) { return std::make_unique<frmABout>(); });
     screens.add(Screen::Help, [&context](const std::any& handOver) {
         auto help = std::make_unique<HelpWindow>(context.installation.appFolder() / kHelpFileName);
@@ -51,28 +79,10 @@ void registerScreens(const ScreenContext& context, Job& job) {
                 [&context](const std::any&) { return std::make_unique<frmSetupWizard>(context, systemNetwork()); });
     screens.add(Screen::SetupNetwork,
                 [&context](const std::any&) { return std::make_unique<frmSetupNetwork>(context); });
-    screens.add(Screen::SkipList, [&context, &job](const std::any&) {
-        askShareFirst(job);
-        return std::make_unique<frmSkipList>(context);
-    });
-    screens.add(Screen::Updatedb, [&context, &job](const std::any&) {
-        askShareFirst(job);
-        return std::make_unique<frmUpdatedb>(context);
-    });
-    screens.add(Screen::CommonHeaders, [&context, &job](const std::any&) {
-        askShareFirst(job);
-        return std::make_unique<frmCommonHeaders>(context, job.messages);
-    });
-    screens.add(Screen::Errors,
-                [&context, &job](const std::any&) { return std::make_unique<frmErrors>(context, job.messages); });
     screens.add(Screen::BadSectors, [&context](const std::any&) { return std::make_unique<frmBadSectors>(context); });
     screens.add(Screen::PreviewBadSector, [&context](const std::any& handOver) {
         const auto* preview = std::any_cast<SectorPreview>(&handOver);
         return std::make_unique<frmPreviewBadSector>(context, preview != nullptr ? *preview : SectorPreview{});
-    });
-    screens.add(Screen::History, [&context, &job](const std::any&) {
-        askShareFirst(job);
-        return std::make_unique<frmHistory>(context);
     });
     screens.add(Screen::ViewList, [&context, &job](const std::any& handOver) {
         return std::make_unique<frmViewList>(context, viewedJob(job), std::any_cast<ViewerHandover>(&handOver));

@@ -55,11 +55,11 @@ TEST_F(LostUpdateTest, WhatAnotherWorkstationAddedStandsAheadOfOurs) {
 // The local copy is that of the last job; others have taught the share since.
 TEST_F(LostUpdateTest, WhatTheShareWasTaughtSinceItWasFetchedStays) {
     folders.folder.write(kShared, "1,AAA,T\r\n1,THEIRS,T\r\n");
-    openTerms("1,AAA,T\r\n1,GONE,T\r\n");
-    EXPECT_EQ(listed(), "1,AAA,T\r\n1,GONE,T\r\n") << "the screen shows the local terms";
+    openTerms("1,AAA,T\r\n1,HERE,T\r\n");
+    EXPECT_EQ(listed(), "1,AAA,T\r\n1,HERE,T\r\n") << "the screen shows the local terms";
     add("OURS");
     editor.save();
-    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,HERE,T\r\n1,OURS,T\r\n");
 }
 
 TEST_F(LostUpdateTest, AnExtensionThatWasNeverFetchedKeepsWhatTheShareHas) {

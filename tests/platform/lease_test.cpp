@@ -96,7 +96,12 @@ TEST_F(LeaseTest, AProcessThatDiedStopsNobody) {
         _exit(0);
     ASSERT_EQ(waitpid(child, nullptr, 0), child);
     std::filesystem::create_directories(temp / ("lock/owner" + ownTemporaryPrefix() + std::to_string(child) + "-1-0"));
+    const std::string unused = ownTemporaryPrefix() + std::to_string(child) + "-1-1";
+    std::filesystem::create_directory(temp / unused);
     EXPECT_TRUE(take({milliseconds(60'000), milliseconds(60'000)}));
+    EXPECT_EQ(takenLeases(temp.path()).size(), 2U) << "the lock that was taken and the one that never was";
+    for (const auto& taken : takenLeases(temp.path())) removeTakenLease(taken);
+    EXPECT_TRUE(entries().empty());
 }
 
 TEST_F(LeaseTest, ALockThatWasHalfGivenBackStopsNobody) {
