@@ -170,8 +170,9 @@ private:
             streams_.out << json_.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
             return;
         }
-        streams_.out << fmt::format("{} files of {} hold unread sectors, {} in all\n", grouped(sums_.hurt),
-                                    grouped(sums_.files), sizeText(sums_.unread));
+        Figures figures;
+        countSectors(figures, {}, sums_.files, sums_.hurt, static_cast<std::int64_t>(sums_.unread));
+        streams_.out << unreadSectorsText(figures) << '\n';
         const std::pair<std::int64_t, const char*> notTold[] = {
             {sums_.inlined, "lie inline, among the tables of the file system: the map cannot tell of them"},
             {sums_.encoded, "are compressed or encrypted on the disk: the map cannot tell of their bytes"},

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "answers/figures.h"
 #include "app/application_folder.h"
 #include "app/kept_files.h"
 #include "job/job_end.h"
@@ -119,8 +120,9 @@ std::string jsonOf(const std::string& job, const ScanEnd& end) {
 }
 
 std::string textOf(const ScanCounts& counts) {
-    std::string text = fmt::format("{} files of {} hold unread sectors, {} in all\n", grouped(counts.hurt),
-                                   grouped(counts.files - counts.earlier), sizeText(counts.unread));
+    Figures figures;
+    countSectors(figures, {}, counts.files - counts.earlier, counts.hurt, static_cast<std::int64_t>(counts.unread));
+    std::string text = unreadSectorsText(figures) + "\n";
     text += fmt::format("Sectors of zeros, read or not : {}\n", sizeText(counts.zeros));
     if (counts.earlier > 0)
         text += fmt::format("Looked at by an earlier scan : {}\n", grouped(counts.earlier));

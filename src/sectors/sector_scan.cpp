@@ -124,6 +124,7 @@ private:
         }
         bool whole = true;
         std::uint64_t at = 0;
+        lost_ = false;
         while (whole && readPiece(*file, at)) {
             counts_.bytesDone = before + std::min(at, waiting.bytes);
             whole = host_.goOn(counts_);
@@ -134,6 +135,10 @@ private:
             return {};
         }
         counts_.bytesDone = before + waiting.bytes;
+        if (lost_) {
+            ++counts_.failed;
+            return {};
+        }
         counts_.hurt += found.unread.empty() ? 0 : 1;
         counts_.unread += bytesIn(found.unread);
         counts_.zeros += found.zeroBytes;
@@ -154,7 +159,8 @@ private:
     bool readCarefully(File& file, std::uint64_t& at) {
         const auto size = file.size();
         const std::uint64_t end = std::min(at + kPieceBytes, size.value_or(at));
-        if (at >= end)
+        lost_ = at >= end;  // it fails where there is nothing to be read
+        if (lost_)
             return false;
         for (; at < end; at += kCarefulBytes) {
             const std::size_t wanted = std::min<std::uint64_t>(kCarefulBytes, end - at);
@@ -165,7 +171,8 @@ private:
                 look_.add({reinterpret_cast<const char*>(piece_.data()), *count});
         }
         at = end;
-        return file.seek(at).has_value();
+        lost_ = !file.seek(at);
+        return !lost_;
     }
 
     [[nodiscard]] std::string pathOf(const EvidenceRow& row) const { return source_ + "/" + row.path(); }
@@ -180,6 +187,7 @@ private:
     std::string source_;
     std::vector<Waiting> waiting_;
     ScanCounts counts_;
+    bool lost_ = false;  // of the file in work is not known how it goes on
     bool goesOn_ = false;
 };
 

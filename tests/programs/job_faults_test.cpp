@@ -112,6 +112,18 @@ TEST_F(JobFaults, AnUndisturbedJobGradesAndCopiesEverything) {
     EXPECT_EQ(wholeCopies(), 6U);
 }
 
+// The whole piece fails, and then the first of its pages.
+TEST_F(JobFaults, AScanReadsAroundWhatCannotBeRead) {
+    ASSERT_EQ(runShell(jobWithEvidence()), 0) << said();
+    const std::string scan =
+        program + " --app " + path("app") + " --scan-sectors 7 --json >" + path("out") + " 2>" + path("err");
+    const std::string faults = "-f -e trace=read -P " + path("source/a.jpg") + " -e inject=read:error=EIO:when=1..2";
+    EXPECT_EQ(runShell(traced(faults, scan)), 0) << said();
+    const std::string out = temp.read("out");
+    EXPECT_NE(out.find("\"unread_files\": 1,"), std::string::npos) << out;
+    EXPECT_NE(out.find("\"unread_bytes\": 4096,"), std::string::npos) << out;
+}
+
 TEST_F(JobFaults, NothingBelowTheSourceIsEverOpenedForWriting) {
     std::filesystem::create_directory(temp / "target");
     const bool timesMove = test::volumeKeepsAccessTimes(temp.path());
