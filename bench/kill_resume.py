@@ -69,10 +69,20 @@ class Bench:
             assert whole == "ok", whole
             return database.execute("SELECT count(*) FROM file").fetchone()[0]
 
-    def kill_somewhere(self, longest: float, *more: str) -> float | None:
+    def measure(self) -> tuple[float, float]:
+        """Seconds of the slowed job until its list comes, and until its end."""
+        begun = time.monotonic()
+        job = self.slowed()
+        while not self.list.exists() and job.poll() is None:
+            time.sleep(0.01)
+        listed = time.monotonic() - begun
+        assert job.wait() == 0
+        return listed, time.monotonic() - begun
+
+    def kill_somewhere(self, earliest: float, latest: float, *more: str) -> float | None:
         """Gives the rows a second of the job that was killed; None for one that came to its end before."""
         job = self.slowed(*more)
-        end = time.monotonic() + random.uniform(0.0, longest)
+        end = time.monotonic() + random.uniform(earliest, latest)
         begun = end  # of the list
         while time.monotonic() < end and job.poll() is None:
             time.sleep(0.01)
@@ -107,20 +117,20 @@ def main() -> int:
     bench.run()
     whole = bench.list.read_bytes()
     bench.forget()
-    begun = time.monotonic()
-    assert bench.slowed().wait() == 0
-    longest = time.monotonic() - begun
+    listed, longest = bench.measure()
+    # Before the list comes there is nothing to lose: most kills come behind.
+    earliest = listed * 0.9
     print(f"{bench.files} files, {longest:.1f} s slowed, seed {seed}", flush=True)
     done = 0
     while done < kills:
         bench.forget()
-        rate = bench.kill_somewhere(longest)
+        rate = bench.kill_somewhere(earliest, longest)
         if rate is None:
             continue
         known = bench.check_evidence(rate)
         done += 1
         if done % 2 == 0:
-            if bench.kill_somewhere(longest / 2, "--resume") is None:
+            if bench.kill_somewhere(earliest, (listed + longest) / 2, "--resume") is None:
                 continue
             done += 1
         result = bench.run("--resume")

@@ -63,7 +63,7 @@ Result<FiguresBy> EvidenceAnswers::byExtension() {
     });
     if (!asked)
         return failure(asked.error());
-    if (auto added = addDoubts(figures); !added)
+    if (auto added = addDoubts(figures).and_then([&] { return addSectors(figures); }); !added)
         return failure(added.error());
     std::erase_if(figures, [](const auto& entry) { return entry.second.files == 0; });
     return figures;
@@ -72,6 +72,16 @@ Result<FiguresBy> EvidenceAnswers::byExtension() {
 Result<void> EvidenceAnswers::addDoubts(FiguresBy& figures) {
     return ask(reader_, "SELECT extension, count(*) FROM file WHERE doubt IS NOT NULL AND grade = 0 GROUP BY extension",
                [&](const Statement& row) { figures[std::string(row.text(0))].doubtful += row.integer(1); });
+}
+
+Result<void> EvidenceAnswers::addSectors(FiguresBy& figures) {
+    return ask(reader_,
+               "SELECT extension, grade, count(*), sum(bad_bytes > 0), sum(bad_bytes) FROM file "
+               "WHERE bad_bytes IS NOT NULL GROUP BY extension, grade",
+               [&](const Statement& row) {
+                   countSectors(figures[std::string(row.text(0))], numbered<Grade>(row, 1), row.integer(2),
+                                row.integer(3), row.integer(4));
+               });
 }
 
 Result<FiguresBy> EvidenceAnswers::byReason() {
@@ -92,16 +102,18 @@ Result<FiguresBy> EvidenceAnswers::byFolder(std::size_t depth) {
     std::unordered_map<std::int64_t, Figures> own;
     std::int64_t last = -1;
     Figures* figures = nullptr;  // files of one folder stand together
-    auto asked =
-        ask(reader_, "SELECT folder, grade, reason, size, doubt IS NOT NULL FROM file", [&](const Statement& row) {
-            if (figures == nullptr || row.integer(0) != last) {
-                last = row.integer(0);
-                figures = &own[last];
-            }
-            const auto grade = numbered<Grade>(row, 1);
-            count(*figures,
-                  {grade, numbered<Reason>(row, 2), row.integer(3), row.integer(4) != 0 && grade == Grade::Good});
-        });
+    auto asked = ask(reader_, "SELECT folder, grade, reason, size, doubt IS NOT NULL, bad_bytes FROM file",
+                     [&](const Statement& row) {
+                         if (figures == nullptr || row.integer(0) != last) {
+                             last = row.integer(0);
+                             figures = &own[last];
+                         }
+                         const auto grade = numbered<Grade>(row, 1);
+                         count(*figures, {grade, numbered<Reason>(row, 2), row.integer(3),
+                                          row.integer(4) != 0 && grade == Grade::Good});
+                         if (const auto bad = row.integerOrNone(5))
+                             countSectors(*figures, grade, 1, *bad > 0 ? 1 : 0, *bad);
+                     });
     if (!asked)
         return failure(asked.error());
     FolderBranches branches(depth);

@@ -25,6 +25,7 @@ public:
 
 private:
     [[nodiscard]] Result<void> addDoubts(FiguresBy& figures);
+    [[nodiscard]] Result<void> addSectors(FiguresBy& figures);
 
     EvidenceReader reader_;
 };

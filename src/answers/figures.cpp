@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "answers/figures.h"
 
+#include <algorithm>
 #include <numeric>
+
+#include <fmt/format.h>
+
+#include "text/numbers.h"
 
 namespace quillon {
 
@@ -12,6 +17,10 @@ Figures& Figures::operator+=(const Figures& other) {
     for (std::size_t i = 0; i < kReasonCount; ++i) reasons[i] += other.reasons[i];
     notTested += other.notTested;
     doubtful += other.doubtful;
+    sectorsKnown += other.sectorsKnown;
+    hurt += other.hurt;
+    hurtRecovered += other.hurtRecovered;
+    unreadBytes += other.unreadBytes;
     return *this;
 }
 
@@ -23,6 +32,15 @@ void count(Figures& figures, const FileSign& file, std::int64_t times) {
         figures.reasons[static_cast<std::size_t>(*file.reason)] += times;
     if (file.doubtful)
         figures.doubtful += times;
+}
+
+void countSectors(Figures& figures, std::optional<Grade> grade, std::int64_t known, std::int64_t hurt,
+                  std::int64_t bytes) {
+    figures.sectorsKnown += known;
+    figures.hurt += hurt;
+    figures.unreadBytes += bytes;
+    if (grade && kGrades[*grade].quality.value == Quality::Recovered)
+        figures.hurtRecovered += hurt;
 }
 
 std::int64_t countOf(const Figures& figures, Quality quality) {
@@ -41,6 +59,21 @@ std::optional<double> quality(const Figures& figures) {
     if (base == 0)
         return std::nullopt;
     return static_cast<double>(countOf(figures, Quality::Recovered)) / static_cast<double>(base);
+}
+
+std::optional<double> wholeQuality(const Figures& figures) {
+    const auto base = judged(figures);
+    if (base == 0 || figures.sectorsKnown == 0)
+        return std::nullopt;
+    return static_cast<double>(countOf(figures, Quality::Recovered) - figures.hurtRecovered) /
+           static_cast<double>(base);
+}
+
+std::string unreadSectorsText(const Figures& figures) {
+    return fmt::format("{} {} of {} {} unread sectors, {} in all", grouped(figures.hurt),
+                       figures.hurt == 1 ? "file" : "files", grouped(figures.sectorsKnown),
+                       figures.hurt == 1 ? "holds" : "hold",
+                       sizeText(static_cast<std::uint64_t>(std::max<std::int64_t>(0, figures.unreadBytes))));
 }
 
 }  // namespace quillon

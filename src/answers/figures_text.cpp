@@ -70,6 +70,11 @@ void addNumbers(Json& json, const Figures& figures) {
     for (const auto& row : kGrades.values) json[row.name.value] = figures.grades[row.grade];
     json["not-tested"] = figures.notTested;
     json["doubtful"] = figures.doubtful;
+    const auto whole = wholeQuality(figures);
+    json["whole"] = whole ? Json(std::round(*whole * 10000) / 100) : Json(nullptr);
+    json["sectors-known"] = figures.sectorsKnown;
+    json["unread-sector-files"] = figures.hurt;
+    json["unread-sector-bytes"] = figures.unreadBytes;
     for (const auto& row : kReasons) json[row.name] = figures.reasons[static_cast<std::size_t>(row.reason)];
 }
 
@@ -85,6 +90,9 @@ std::string summaryText(const Figures& figures, bool knowsAll, TerminalColours c
                                    sizeText(static_cast<std::uint64_t>(std::max<std::int64_t>(0, figures.bytes))));
     text += fmt::format("Quality  {} of the {} files that could be judged; {} could not\n", qualityText(figures),
                         grouped(base), grouped(figures.files - base));
+    if (const auto whole = wholeQuality(figures))
+        text += fmt::format("Whole    {} good and whole as far as known: {}\n", percent(*whole),
+                            unreadSectorsText(figures));
     text += "         " + bar(figures, colours) + "  # good  + common header  x corrupt  . not judged\n";
     text += "Grades\n";
     for (const Grade grade : kBoardOrder) {

@@ -100,12 +100,21 @@ std::string baseText(const Figures& figures) {
     return text + ".";
 }
 
+// The second figure, where whole files were looked at.
+std::string wholePart(const Figures& figures) {
+    const auto whole = wholeQuality(figures);
+    return whole ? fmt::format("<p class=\"base\"><b>{}</b> are good and whole as far as known: {}.</p>\n",
+                               percent(*whole), unreadSectorsText(figures))
+                 : std::string();
+}
+
 std::string qualityPart(const Figures& figures) {
     const auto value = quality(figures);
     return fmt::format(
         "<section class=\"quality\"><h2>Recovery quality</h2>\n<div class=\"value\">{}</div>\n<p class=\"base\">{}</p>\n"
-        "{}</section>\n",
-        value ? percent(*value) : "&ndash;", baseText(figures), bar(figures, Letters::WhereThereIsRoom));
+        "{}{}</section>\n",
+        value ? percent(*value) : "&ndash;", baseText(figures), wholePart(figures),
+        bar(figures, Letters::WhereThereIsRoom));
 }
 
 void addTerm(std::string& text, std::string_view term, std::string_view html) {
@@ -214,7 +223,7 @@ std::string notesTable(std::string_view title, const PathNotes& notes) {
 
 std::string unreadPart(const HtmlReport& report) {
     std::string text = "<section><h2>What was not read</h2>\n";
-    if (report.unread.count == 0 && report.unreadFolders.count == 0)
+    if (report.unread.count + report.unreadFolders.count + report.hurt.count == 0)
         return text + (report.knowsAll ? "<p>Every folder was entered, and the beginning of every file that was tested "
                                          "could be read.</p></section>\n"
                                        : "<p>No file is listed as unreadable. What else could not be read is not "
@@ -227,6 +236,10 @@ std::string unreadPart(const HtmlReport& report) {
         text += fmt::format("<p>Files of which the beginning could not be read, or not all of it: {}.</p>\n",
                             grouped(report.unread.count)) +
                 notesTable("File", report.unread);
+    if (report.hurt.count > 0)
+        text +=
+            fmt::format("<p>Files that hold sectors that could not be read: {}.</p>\n", grouped(report.hurt.count)) +
+            notesTable("File", report.hurt);
     return text + "</section>\n";
 }
 
@@ -291,6 +304,8 @@ void note(HtmlReport& report, const EvidenceRow& file) {
         report.unread.add(file.path(), grouped(file.unread) + " bytes of its beginning could not be read");
     else if (file.grade == Grade::AccessError)
         report.unread.add(file.path(), "could not be opened or read");
+    if (file.badBytes.value_or(0) > 0)
+        report.hurt.add(file.path(), grouped(*file.badBytes) + " bytes lie in sectors that could not be read");
     if (file.grade == Grade::Good && !file.doubt.empty())
         report.doubtful.add(file.path(), file.doubtDetail.empty() ? file.doubt : file.doubtDetail);
 }

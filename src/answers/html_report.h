@@ -54,6 +54,7 @@ struct HtmlReport {
     ReportTable extensions;
     ReportTable folders;
     PathNotes unread;         ///< files, by what of them could not be read
+    PathNotes hurt;           ///< files that hold sectors that could not be read
     PathNotes unreadFolders;  ///< folders that could not be entered
     PathNotes doubtful;       ///< good files whose own head speaks against them
     bool withFiles = false;   ///< a list of the files follows

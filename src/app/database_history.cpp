@@ -313,9 +313,9 @@ DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times) : settings_(st
 // Of what others had in hand as they lost their turn: what they had done by then is noted now.
 void DatabaseTurn::finishNotes() {
     for (const auto& taken : takenLeases(history_)) {
-        for (const auto& name : listFiles(taken).value_or(std::vector<std::string>{})) {
-            if (name.starts_with(kPreparedNote))
-                finishNote(taken / name);
+        for (const auto& file : leftInLease(taken)) {
+            if (file.filename().native().starts_with(kPreparedNote))
+                finishNote(file);
         }
         removeTakenLease(taken);
     }
@@ -381,7 +381,6 @@ Result<void> DatabaseTurn::make(DatabaseChange change, const std::function<Resul
             return {};
         });
     sign(change);
-    // A name that nobody else has: the folder of this name may be another owner's by the time that it is removed.
     const NativePath prepared = lease_->folder() / (std::string(kPreparedNote) + temporaryName());
     const auto place = placeFor(change.id);
     auto ready = place ? saveWholeFile(prepared, noteBytes(change)) : Result<void>(failure(place.error()));

@@ -43,5 +43,7 @@ inline constexpr const char* kStopped = "stopped";
 
 // Values of kSectors.
 inline constexpr const char* kByMap = "map";
+inline constexpr const char* kByScan = "scan";
+inline constexpr const char* kByScanInPart = "scan in part";
 
 }  // namespace quillon::job_keys

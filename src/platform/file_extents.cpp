@@ -20,16 +20,16 @@ namespace quillon {
 
 namespace {
 
-constexpr std::size_t kExtentsAtOnce = 256;
+constexpr std::uint32_t kExtentsAtOnce = 256;
 
 // The system's record, and room for the extents that it puts behind it.
 class Question {
 public:
-    [[nodiscard]] fiemap* from(std::uint64_t next) {
+    [[nodiscard]] fiemap* from(std::uint64_t next, std::uint32_t most = kExtentsAtOnce) {
         fiemap head{};
         head.fm_start = next;
         head.fm_length = FIEMAP_MAX_OFFSET - next;
-        head.fm_extent_count = kExtentsAtOnce;
+        head.fm_extent_count = most;
         std::memcpy(room_.data(), &head, sizeof head);
         return reinterpret_cast<fiemap*>(room_.data());
     }
@@ -122,11 +122,10 @@ Result<std::vector<FileExtent>> extentsByBlocks(std::uint64_t size, std::uint32_
         const auto found = blockOf(static_cast<std::uint32_t>(block));
         if (!found)
             return failure(found.error());
-        if (*found == 0)
-            continue;
-        const FileExtent one{block * blockBytes, std::uint64_t{*found} * blockBytes, blockBytes, ExtentKind::Data};
-        const bool goesOn = !all.empty() && all.back().logical + all.back().length == one.logical &&
-                            all.back().physical + all.back().length == one.physical;
+        const ExtentKind kind = *found == 0 ? ExtentKind::Unknown : ExtentKind::Data;
+        const FileExtent one{block * blockBytes, std::uint64_t{*found} * blockBytes, blockBytes, kind};
+        const bool goesOn = !all.empty() && all.back().kind == kind &&
+                            (kind == ExtentKind::Unknown || all.back().physical + all.back().length == one.physical);
         if (goesOn)
             all.back().length += blockBytes;
         else
@@ -156,6 +155,18 @@ Result<int> SystemPlaces::open(std::string_view nativePath) {
     if (descriptor < 0)
         return failure(systemError(nativePath));
     return descriptor;
+}
+
+std::optional<std::uint64_t> SystemPlaces::firstPlaceOf(std::string_view nativePath) {
+    const auto opened = open(nativePath);
+    if (!opened)
+        return std::nullopt;
+    const Looked file(*opened);
+    Question question;
+    if (::ioctl(file.handle(), FS_IOC_FIEMAP, question.from(0, 1)) != 0 || question.count() == 0)
+        return std::nullopt;
+    const fiemap_extent first = question.extent(0);
+    return kindOf(first.fe_flags) == ExtentKind::Unknown ? std::nullopt : std::optional(first.fe_physical);
 }
 
 Result<FilePlaces> SystemPlaces::placesOf(std::string_view nativePath) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,6 +48,8 @@ public:
     [[nodiscard]] virtual Result<FileSystemPlace> systemOf(const NativePath& folder) = 0;
     /// A failure is one of opening (no regular file is a PermissionDenied), or the file system does not tell places.
     [[nodiscard]] virtual Result<FilePlaces> placesOf(std::string_view nativePath) = 0;
+    /// Where the first bytes of the file lie in its file system, where that is quickly told.
+    [[nodiscard]] virtual std::optional<std::uint64_t> firstPlaceOf(std::string_view nativePath) = 0;
 };
 
 /// Asks the system. Consecutive files of one folder share a folder handle. Where a file system cannot tell extents it
@@ -55,6 +58,7 @@ class SystemPlaces final : public PlaceReader {
 public:
     [[nodiscard]] Result<FileSystemPlace> systemOf(const NativePath& folder) override { return fileSystemOf(folder); }
     [[nodiscard]] Result<FilePlaces> placesOf(std::string_view nativePath) override;
+    [[nodiscard]] std::optional<std::uint64_t> firstPlaceOf(std::string_view nativePath) override;
 
 private:
     [[nodiscard]] Result<int> open(std::string_view nativePath);
@@ -63,7 +67,7 @@ private:
     std::string folderPath_;
 };
 
-/// The block of the file system that holds a block of the file; 0 for a hole.
+/// The block of the file system that holds a block of the file; 0 for one that it does not tell, which may be a hole.
 using BlockOf = std::function<Result<std::uint32_t>(std::uint32_t block)>;
 
 /// Extents of a file of `size` bytes whose file system tells single blocks of `blockBytes` (not 0).

@@ -28,14 +28,19 @@ void removeFolder(const NativePath& folder) {
     passOver(disk().removeFolder(AT_FDCWD, folder.c_str()), "one that is not empty is somebody's");
 }
 
+// A folder with its files and the folders of owners in it.
 void removeWithFiles(const NativePath& folder) {
     const auto names = listEntries(folder);
-    for (const auto& name : names.value_or(std::vector<std::string>{}))
-        passOver(removeFile(folder / name), "the folder then stays");
+    for (const auto& name : names.value_or(std::vector<std::string>{})) {
+        if (name.starts_with(kOwnerPrefix))
+            removeWithFiles(folder / name);
+        else
+            passOver(removeFile(folder / name), "the folder then stays");
+    }
     removeFolder(folder);
 }
 
-// The owner's file in a lock's folder; empty when there is none.
+// The owner's folder in a lock; empty when there is none.
 std::string ownerIn(const NativePath& lock) {
     const auto names = listEntries(lock).value_or(std::vector<std::string>{});
     const auto owner =
@@ -43,11 +48,13 @@ std::string ownerIn(const NativePath& lock) {
     return owner == names.end() ? std::string() : *owner;
 }
 
-// A folder with the owner's file in it, still under a name of its own.
+// A folder with the owner's folder in it, still under a name of its own.
 Result<void> prepare(const NativePath& folder, const std::string& owner) {
-    if (disk().makeFolder(AT_FDCWD, folder.c_str()) != 0)
-        return failure(systemError(folder.native()));
-    return File::createNew(folder / owner).and_then([](File file) { return file.close(); });
+    for (const NativePath& path : {folder, folder / owner}) {
+        if (disk().makeFolder(AT_FDCWD, path.c_str()) != 0)
+            return failure(systemError(path.native()));
+    }
+    return {};
 }
 
 // The wait for one lock, as this process sees it.
@@ -128,8 +135,9 @@ Lease::Lease(Lease&& other) noexcept
 }
 
 Lease::~Lease() {
-    if (owner_.empty() || !removeFile(held_ / owner_))
+    if (owner_.empty())
         return;
+    removeWithFiles(held_ / owner_);
     removeFolder(held_);
 }
 
@@ -144,6 +152,14 @@ std::vector<NativePath> takenLeases(const NativePath& folder) {
             taken.push_back(folder / name);
     }
     return taken;
+}
+
+std::vector<NativePath> leftInLease(const NativePath& taken) {
+    std::vector<NativePath> files;
+    const std::string owner = ownerIn(taken);
+    for (const auto& name : listEntries(taken / owner).value_or(std::vector<std::string>{}))
+        files.push_back(taken / owner / name);
+    return files;
 }
 
 void removeTakenLease(const NativePath& taken) {

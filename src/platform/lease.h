@@ -2,11 +2,11 @@
 #pragma once
 
 // A lock between computers that share a folder, whatever kind of mount each of them has: it needs nothing but that a
-// rename fails where the name is taken. A folder `lock` with the owner's file in it is the lock. Who dies leaves it
+// rename fails where the name is taken. A folder `lock` with the owner's folder in it is the lock. Who dies leaves it
 // behind, so an owner has it for a time only: whoever saw one owner for longer than that renames the folder away.
 //
-// An owner that was merely slow comes back without it. What it was about to put in place waits in the lock's folder and
-// went away with it, so its rename fails and it begins anew: no check and no clock can come between.
+// An owner that was merely slow comes back without it. What it is about to put in place waits in its own folder in the
+// lock, which went away with it, so its rename fails and it begins anew: no check and no clock can come between.
 
 #include <chrono>
 #include <string>
@@ -37,7 +37,7 @@ public:
     ~Lease();
 
     /// Where the owner keeps what it is about to put in place.
-    [[nodiscard]] const NativePath& folder() const { return held_; }
+    [[nodiscard]] NativePath folder() const { return held_ / owner_; }
     /// False once somebody else has taken the lock.
     [[nodiscard]] bool isHeld() const;
 
@@ -45,12 +45,14 @@ private:
     Lease(NativePath held, std::string owner) : held_(std::move(held)), owner_(std::move(owner)) {}
 
     NativePath held_;
-    std::string owner_;  // the name of our file in it; empty: given away
+    std::string owner_;  // the name of our folder in it; empty: given away
 };
 
-/// The locks that were taken from their owners, with what these left in them; whoever has seen to that removes them.
+/// The locks that were taken from their owners; whoever has seen to what these left in them removes them.
 [[nodiscard]] std::vector<NativePath> takenLeases(const NativePath& folder);
-/// Removes such a folder with its files; one that cannot go stays.
+/// The files that were left in such a lock.
+[[nodiscard]] std::vector<NativePath> leftInLease(const NativePath& taken);
+/// Removes such a lock with all that is in it; one that cannot go stays.
 void removeTakenLease(const NativePath& taken);
 
 }  // namespace quillon

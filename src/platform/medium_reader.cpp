@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fmt/format.h>
@@ -85,8 +86,11 @@ Result<MediumReader> MediumReader::begin(int descriptor, const std::string& path
         return failure(systemError(path));
     MediumReader reader(path);
     reader.descriptor_ = descriptor;
-    if (::lseek(descriptor, 0, SEEK_SET) < 0)
+    struct stat info {};
+    if (::fstat(descriptor, &info) != 0 || ::lseek(descriptor, 0, SEEK_SET) < 0)
         return failure(systemError(path));
+    if (!S_ISREG(info.st_mode))
+        return failure(ErrorKind::PermissionDenied, readable(path) + ": this is no regular file");
     reader.direct_ = ::fcntl(descriptor, F_SETFL, O_DIRECT) == 0;
     if (!reader.direct_)
         reader.giveUpPages();

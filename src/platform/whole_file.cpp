@@ -272,9 +272,12 @@ Result<void> saveWholeFile(const NativePath& path, std::string_view bytes, Tempo
 
 Result<void> saveWholeFileThrough(const NativePath& temporaryFolder, const NativePath& path, std::string_view bytes) {
     return saveBy(path, bytes, [&temporaryFolder](const Target& target) {
+        if (!isFolder(temporaryFolder))
+            return Result<File>(failure(systemError(temporaryFolder.native(), ENOENT)));
         if (sameVolume(temporaryFolder, target.folder)) {
-            if (auto file = File::createNew(temporaryFolder / temporaryName()))
-                return Result<File>(std::move(file));
+            auto file = File::createNew(temporaryFolder / temporaryName());
+            if (file || file.error().kind == ErrorKind::NotFound)
+                return file;
         }
         return createTemporary(target, TemporaryPlace::AboveFolder);
     });

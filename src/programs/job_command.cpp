@@ -22,6 +22,7 @@
 #include "programs/job_result.h"
 #include "programs/prepare_installation.h"
 #include "programs/regrade_command.h"
+#include "programs/scan_command.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -252,6 +253,8 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     raiseOpenFileLimit();
     try {
         const JobCommandOptions& options = *parsed.options;
+        if (options.scanSectors)
+            return runScanCommand(options, streams);
         return options.regrade ? runRegradeCommand(options, streams) : JobRun(options, streams).run();
     } catch (const std::bad_alloc&) {
         streams.err << "quillon-job: out of memory\n";

@@ -25,10 +25,18 @@ constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 // The settings name it later; one character.
 constexpr const char* kSomeSeparator = "-";
 constexpr const char* kRegradeUsage = "quillon-job --regrade ID";
+constexpr const char* kScanUsage = "quillon-job --scan-sectors ID";
 
 constexpr const char* kFooter =
     "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
     "the signal's number. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
+
+// What is done with a job that is there; null for a new one.
+const char* workOnOld(const JobCommandOptions& options) {
+    if (options.scanSectors)
+        return "--scan-sectors";
+    return options.regrade ? "--regrade" : nullptr;
+}
 
 // What was typed, before paths are looked at.
 struct Given {
@@ -38,7 +46,7 @@ struct Given {
     std::string app;
     std::string part;
     std::string copyGrades;
-    std::vector<const char*> ofJobs;  // options that a regrade does not take
+    std::vector<const char*> ofJobs;  // options that work on an old job does not take
     std::string wrongNumber;          // the option that needs a number and has none
 };
 
@@ -52,7 +60,7 @@ void takeNumber(Given& given, const char* option, const std::string& value, int&
 
 struct OptionRow : CommandOption {
     void (*take)(Given&, const std::string& value);
-    bool ofRegrades = false;  // a regrade takes it, too
+    bool ofRegrades = false;  // work on an old job takes it, too
 };
 
 // Help, parser, manual and completion have the options of this table.
@@ -71,6 +79,13 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.resume = true; }},
     {{"--part", "K/N", "Do part K of N only, for N computers; quillon-list merge makes one job of them"},
      [](Given& given, const std::string& value) { given.part = value; }},
+    {{"--scan-sectors", "ID",
+      "Read the files of this job to their ends and look for bad sectors; goes on where one was stopped"},
+     [](Given& given, const std::string& value) {
+         given.options.jobId = value;
+         given.options.scanSectors = true;
+     },
+     true},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
     {{"--copy-grades", "GRADE,...", "Copy only files of these grades: good, common-header, unknown ..."},
@@ -124,7 +139,8 @@ constexpr OptionRow kOptions[] = {
 class HelpText final : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App* /*command*/, std::string /*name*/) const override {
-        return fmt::format("Usage: {} [OPTIONS]\n       {} [OPTIONS]\n", kUsage, kRegradeUsage);
+        return fmt::format("Usage: {} [OPTIONS]\n       {} [OPTIONS]\n       {} [OPTIONS]\n", kUsage, kRegradeUsage,
+                           kScanUsage);
     }
 };
 
@@ -160,8 +176,10 @@ std::string wrongCopyOptions(const Given& given) {
 std::string wrongOptions(const Given& given) {
     if (!given.wrongNumber.empty())
         return fmt::format("{} needs a number of 1 or more", given.wrongNumber);
-    if (given.options.regrade)
-        return given.ofJobs.empty() ? "" : fmt::format("--regrade takes no {}", given.ofJobs.front());
+    if (given.options.regrade && given.options.scanSectors)
+        return "--regrade takes no --scan-sectors";
+    if (const char* work = workOnOld(given.options); work != nullptr)
+        return given.ofJobs.empty() ? "" : fmt::format("{} takes no {}", work, given.ofJobs.front());
     if (given.options.jobId.empty())
         return "--job is required";
     if (given.source.empty())
@@ -195,9 +213,9 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
         return fmt::format(
             "{} \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
             "| \"",
-            options.regrade ? "--regrade" : "--job", readable(std::string_view(options.jobId)));
+            workOnOld(options) != nullptr ? workOnOld(options) : "--job", readable(std::string_view(options.jobId)));
     }
-    if (const auto problem = options.regrade ? "" : folderProblem(options.source); !problem.empty())
+    if (const auto problem = workOnOld(options) != nullptr ? "" : folderProblem(options.source); !problem.empty())
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
@@ -272,7 +290,7 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     JobCommandOptions& options = given.options;
-    if (!options.regrade)
+    if (workOnOld(options) == nullptr)
         options.source = pathFromRoot(given.source).value_or(given.source);
     if (!given.part.empty())
         options.part = partOf(options.jobId, given.part);

@@ -79,7 +79,8 @@ public:
         if (!options_.output)
             return {};
         putInOrder(wanted_);
-        return saveWholeFile(*options_.output, domainMap(wanted_, map_.end, sectorBytes_));
+        const auto saved = saveWholeFile(*options_.output, domainMap(wanted_, map_.end, sectorBytes_));
+        return saved ? Result<void>() : failure(saveError(*options_.output, saved.error()));
     }
 
 private:

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "evidence/name_text.h"
+#include "job/copy_queue.h"
 #include "job/copy_record.h"
 #include "platform/folders.h"
 #include "platform/medium_reader.h"
@@ -23,13 +24,19 @@ using Json = nlohmann::ordered_json;
 class Comparison {
 public:
     Comparison(const NativePath& folder, const ListCommandOptions& options, const ListStreams& streams)
-        : folder_(folder), options_(options), streams_(streams), loop_(streams, [this] { return line(); }) {}
+        : folder_(withOneSlash(folder.native())),
+          options_(options),
+          streams_(streams),
+          loop_(streams, [this] { return line(); }) {}
 
     // False: stopped.
     [[nodiscard]] bool compare(const CheckSum& sum) {
-        const NativePath path = folder_ / sum.name;
-        loop_.workingOn(path.native());
-        auto reader = MediumReader::open(path);
+        const auto path = copyTarget(folder_, sum.name);
+        if (!path) {
+            tell("unreadable", sum.name, "it leads out of the folder");
+            return !loop_.stopAsked();
+        }
+        auto reader = MediumReader::open(NativePath(*path));
         if (!reader) {
             tell(reader.error().kind == ErrorKind::NotFound ? "missing" : "unreadable", sum.name, reader.error().cause);
             return !loop_.stopAsked();
@@ -81,7 +88,7 @@ private:
                                     why.empty() ? "" : " (" + why + ")");
     }
 
-    const NativePath folder_;
+    const std::string folder_;  // ends in "/"
     const ListCommandOptions& options_;
     const ListStreams& streams_;
     ListLoop loop_;

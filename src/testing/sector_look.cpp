@@ -15,15 +15,41 @@ bool isZero(std::string_view bytes) {
 
 }  // namespace
 
-void SectorLook::look(std::string_view sector) {
-    if (isZero(sector)) {
-        findings_.zeroBytes += sector.size();
-    } else if (const SectorMarker* marker = markers_.find(sector); marker != nullptr) {
-        append(findings_.unread, {at_, at_ + sector.size()});
-        if (findings_.marker.empty())
-            findings_.marker = marker->name;
+SectorLook::SectorLook(const SectorMarkers& markers) : markers_(markers) {
+    for (const auto& marker : markers.all()) {
+        if (marker.position == 0 && !marker.repeating)
+            glancesTell_ = false;
+        const Glance glance = marker.position == 0 ? Glance{0, marker.bytes.size() % kMarkedSectorBytes, '\0'}
+                                                   : Glance{marker.position - 1, std::nullopt, marker.bytes.front()};
+        if (std::ranges::find(glances_, glance) == glances_.end())
+            glances_.push_back(glance);
     }
+}
+
+// Nearly every sector is ruled out by a byte for each marker, so that looking costs little beside reading.
+bool SectorLook::mayBeMarked(std::string_view sector) const {
+    if (!glancesTell_ || sector.size() < kMarkedSectorBytes)
+        return true;
+    return std::ranges::any_of(glances_, [sector](const Glance& glance) {
+        return sector[glance.at] == (glance.same ? sector[*glance.same] : glance.byte);
+    });
+}
+
+void SectorLook::look(std::string_view sector) {
+    if (isZero(sector))
+        findings_.zeroBytes += sector.size();
+    else if (mayBeMarked(sector))
+        noteMarker(sector);
     at_ += sector.size();
+}
+
+void SectorLook::noteMarker(std::string_view sector) {
+    const SectorMarker* marker = markers_.find(sector);
+    if (marker == nullptr)
+        return;
+    append(findings_.unread, {at_, at_ + sector.size()});
+    if (findings_.marker.empty())
+        findings_.marker = marker->name;
 }
 
 void SectorLook::lookAtWaiting() {

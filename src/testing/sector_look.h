@@ -4,8 +4,10 @@
 // Looks at the bytes of a file, as somebody else reads them, for sectors that an imaging tool has marked as unreadable.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "testing/sector_markers.h"
 #include "text/byte_ranges.h"
@@ -23,8 +25,8 @@ struct SectorFindings {
 /// Is told one file from its beginning to its end, in pieces of any length.
 class SectorLook {
 public:
-    /// `markers` must outlive this.
-    explicit SectorLook(const SectorMarkers& markers) : markers_(markers) {}
+    /// `markers` must outlive this, and stay as they are.
+    explicit SectorLook(const SectorMarkers& markers);
 
     /// The next bytes.
     void add(std::string_view bytes);
@@ -38,10 +40,22 @@ public:
     [[nodiscard]] SectorFindings take();
 
 private:
+    // What one byte of a sector has to be where a marker stands: that of the marker, or that of another place.
+    struct Glance {
+        std::size_t at = 0;
+        std::optional<std::size_t> same;
+        char byte = '\0';
+
+        friend bool operator==(const Glance&, const Glance&) = default;
+    };
+    [[nodiscard]] bool mayBeMarked(std::string_view sector) const;
     void look(std::string_view sector);
+    void noteMarker(std::string_view sector);
     void lookAtWaiting();
 
     const SectorMarkers& markers_;
+    std::vector<Glance> glances_;  // one of them for each marker
+    bool glancesTell_ = true;      // false: a marker may stand anywhere, and no byte rules it out
     SectorFindings findings_;
     std::uint64_t at_ = 0;  // beginning of the sector in work
     std::string waiting_;   // its bytes so far, when a piece ended within it

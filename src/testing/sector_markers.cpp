@@ -46,9 +46,11 @@ bool marks(const SectorMarker& marker) {
     return marker.repeating || (marker.bytes.size() >= kLeastMarkerBytes && !isOneByte(marker.bytes));
 }
 
-// True when `text` is a repetition of its first `period` bytes; the last one may be cut.
+// True when `text` is a repetition of its first `period` bytes; the last one may be cut. Nearly every sector is
+// told by one byte.
 bool repeats(std::string_view text, std::size_t period) {
-    return text.size() <= period || text.substr(period) == text.substr(0, text.size() - period);
+    return text.size() <= period ||
+           (text[0] == text[period] && text.substr(period) == text.substr(0, text.size() - period));
 }
 
 // A fill may go on from the sector before, so it begins with any of the marker's bytes.
@@ -67,7 +69,8 @@ bool stands(const SectorMarker& marker, std::string_view sector) {
         return false;
     const std::string_view rest = sector.substr(marker.position - 1);
     const std::size_t compared = std::min(rest.size(), bytes.size());
-    return rest.substr(0, compared) == bytes.substr(0, compared) && (!marker.repeating || repeats(rest, bytes.size()));
+    return rest.front() == bytes.front() && rest.substr(0, compared) == bytes.substr(0, compared) &&
+           (!marker.repeating || repeats(rest, bytes.size()));
 }
 
 }  // namespace

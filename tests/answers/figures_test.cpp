@@ -46,6 +46,40 @@ TEST(FiguresTest, QualityIsGoodAndCommonOfWhatCouldBeJudged) {
     EXPECT_FALSE(quality(Figures{})) << "nothing was judged";
 }
 
+TEST(FiguresTest, WholeAreTheRecoveredOnesThatHoldNoUnreadSectorsAsFarAsKnown) {
+    Figures figures = sample();
+    EXPECT_FALSE(wholeQuality(figures)) << "no file was looked at";
+    countSectors(figures, Grade::Good, 3, 1, 188 * 1024);
+    EXPECT_DOUBLE_EQ(wholeQuality(figures).value(), 4.0 / 6.0);
+    countSectors(figures, Grade::Corrupt, 1, 1, 1024);
+    EXPECT_DOUBLE_EQ(wholeQuality(figures).value(), 4.0 / 6.0) << "it was not among the recovered ones";
+    EXPECT_DOUBLE_EQ(quality(figures).value(), 5.0 / 6.0) << "the quality stays";
+    EXPECT_EQ(unreadSectorsText(figures), "2 files of 4 hold unread sectors, 189.0 Kb in all");
+    Figures twice = figures;
+    twice += figures;
+    EXPECT_EQ(twice.hurt, 4);
+    EXPECT_EQ(twice.hurtRecovered, 2);
+    EXPECT_EQ(twice.unreadBytes, 2 * 189 * 1024);
+}
+
+TEST(FiguresTextTest, UnreadSectorsAreToldWhereFilesWereLookedAt) {
+    Figures figures = sample();
+    EXPECT_EQ(summaryText(figures, true, Colours::None).find("Whole"), std::string::npos);
+    EXPECT_TRUE(nlohmann::json::parse(summaryJson(figures, true))["whole"].is_null());
+    countSectors(figures, Grade::Good, 3, 1, 512);
+    EXPECT_NE(
+        summaryText(figures, true, Colours::None)
+            .find("Whole    66.67% good and whole as far as known: 1 file of 3 holds unread sectors, 512 Bytes in "
+                  "all\n"),
+        std::string::npos)
+        << summaryText(figures, true, Colours::None);
+    const auto json = nlohmann::json::parse(summaryJson(figures, true));
+    EXPECT_EQ(json["whole"], 66.67);
+    EXPECT_EQ(json["sectors-known"], 3);
+    EXPECT_EQ(json["unread-sector-files"], 1);
+    EXPECT_EQ(json["unread-sector-bytes"], 512);
+}
+
 TEST(FiguresTextTest, JsonHasANumberForEachGradeAndReason) {
     const auto json = nlohmann::json::parse(summaryJson(sample(), true));
     EXPECT_EQ(json["files"], 8);

@@ -35,6 +35,21 @@ std::size_t times(const std::string& text, std::string_view what) {
     return found;
 }
 
+TEST(HtmlReportTest, UnreadSectorsStandBesideTheQualityAndByFile) {
+    HtmlReport report = sample();
+    EXPECT_THAT(reportBegin(report), Not(HasSubstr("as far as known")));
+    countSectors(report.total, Grade::Good, 43'016, 12, 188 * 1024);
+    EvidenceRow file;
+    file.name = "hurt.jpg";
+    file.badBytes = 1024;
+    note(report, file);
+    const auto page = reportBegin(report);
+    EXPECT_THAT(page, HasSubstr("are good and whole as far as known: 12 files of 43,016 hold unread sectors, 188.0 Kb "
+                                "in all.</p>"));
+    EXPECT_THAT(page, HasSubstr("<p>Files that hold sectors that could not be read: 1.</p>"));
+    EXPECT_THAT(page, HasSubstr("hurt.jpg</td><td class=\"n\">1,024 bytes lie in sectors that could not be read"));
+}
+
 TEST(HtmlReportTest, TheQualityNeverStandsWithoutItsBase) {
     const auto page = reportBegin(sample());
     EXPECT_THAT(page,

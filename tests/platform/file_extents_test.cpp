@@ -16,7 +16,16 @@ TEST(FileExtentsTest, BlocksThatFollowEachOtherAreOneExtent) {
     const auto extents = extentsByBlocks(
         4 * 512 + 1, 512, [&](std::uint32_t block) -> Result<std::uint32_t> { return blocks.at(block); });
     ASSERT_TRUE(extents) << extents.error().text;
-    EXPECT_EQ(*extents, (std::vector<FileExtent>{{0, 51'200, 1024}, {1024, 3584, 512}, {2048, 4096, 512}}));
+    EXPECT_EQ(*extents,
+              (std::vector<FileExtent>{
+                  {0, 51'200, 1024}, {1024, 3584, 512}, {1536, 0, 512, ExtentKind::Unknown}, {2048, 4096, 512}}));
+}
+
+// A driver that cannot tell answers as it does for a hole: compressed files must not look unhurt.
+TEST(FileExtentsTest, AFileOfWhichNoBlockIsToldHasNoKnownPlace) {
+    const auto extents = extentsByBlocks(1024, 512, [](std::uint32_t) -> Result<std::uint32_t> { return 0; });
+    ASSERT_TRUE(extents);
+    EXPECT_EQ(*extents, (std::vector<FileExtent>{{0, 0, 1024, ExtentKind::Unknown}}));
 }
 
 TEST(FileExtentsTest, ABlockWhoseNumberDoesNotFitIsTold) {

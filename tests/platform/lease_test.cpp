@@ -62,17 +62,21 @@ TEST_F(LeaseTest, APausedOwnerThatReturnsCannotPutItsBytesInPlace) {
     std::filesystem::create_directory(temp / "locks");
     auto paused = Lease::take(temp / "locks");
     ASSERT_TRUE(paused);
-    temp.write("locks/lock/ready", "of the paused owner");
+    const NativePath ready = paused->folder() / "ready";
+    ASSERT_TRUE(saveWholeFile(ready, "of the paused owner"));
     {
         const auto mine = Lease::take(temp / "locks", kAtOnce);
         ASSERT_TRUE(mine);
         ASSERT_TRUE(saveWholeFileThrough(mine->folder(), temp / "data/file", "after"));
-        EXPECT_FALSE(renameFile(temp / "locks/lock/ready", temp / "data/file"));
+        EXPECT_FALSE(renameFile(ready, temp / "data/file"));
+        // It may also have been asleep before it had anything ready.
+        EXPECT_FALSE(saveWholeFileThrough(paused->folder(), temp / "data/file", "too late"));
     }
     EXPECT_EQ(readWholeFile(temp / "data/file").value(), "after");
     const auto left = takenLeases(temp / "locks");
     ASSERT_EQ(left.size(), 1U);
-    EXPECT_EQ(readWholeFile(left.front() / "ready").value(), "of the paused owner");
+    ASSERT_EQ(leftInLease(left.front()).size(), 1U);
+    EXPECT_EQ(readWholeFile(leftInLease(left.front()).front()).value(), "of the paused owner");
     removeTakenLease(left.front());
     EXPECT_TRUE(takenLeases(temp / "locks").empty());
 }
@@ -91,7 +95,7 @@ TEST_F(LeaseTest, AProcessThatDiedStopsNobody) {
     if (child == 0)
         _exit(0);
     ASSERT_EQ(waitpid(child, nullptr, 0), child);
-    temp.write("lock/owner" + ownTemporaryPrefix() + std::to_string(child) + "-1-0", "");
+    std::filesystem::create_directories(temp / ("lock/owner" + ownTemporaryPrefix() + std::to_string(child) + "-1-0"));
     EXPECT_TRUE(take({milliseconds(60'000), milliseconds(60'000)}));
 }
 

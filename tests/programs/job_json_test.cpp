@@ -34,12 +34,14 @@ TEST_F(JobJsonTest, JsonHasEveryCounterTheListTheTimesAndTheLog) {
     EXPECT_EQ(result["size"], "1.2 Kb");
     const auto& counters = result["counters"];
     const std::map<std::string, int> expected = {
-        {"folders", 0},        {"folder_errors", 0}, {"folders_not_read", 0}, {"files", 3},       {"total_bytes", 1202},
-        {"skipped", 0},        {"rows_read", 3},     {"tested", 1},           {"good", 1},        {"corrupt", 0},
-        {"unknown", 0},        {"common", 0},        {"no_extension", 1},     {"small", 0},       {"zero_bytes", 1},
-        {"bad_name", 0},       {"access_errors", 0}, {"encrypted", 0},        {"copy_errors", 0}, {"lost_rows", 0},
-        {"unread_heads", 0},   {"graded", 3},        {"copied", 0},           {"not_copied", 0},  {"not_fetched", 0},
-        {"rules_not_read", 0}, {"lost_evidence", 0}, {"lost_messages", 0}};
+        {"folders", 0},        {"folder_errors", 0},  {"folders_not_read", 0}, {"files", 3},
+        {"total_bytes", 1202}, {"skipped", 0},        {"rows_read", 3},        {"tested", 1},
+        {"good", 1},           {"corrupt", 0},        {"unknown", 0},          {"common", 0},
+        {"no_extension", 1},   {"small", 0},          {"zero_bytes", 1},       {"bad_name", 0},
+        {"access_errors", 0},  {"encrypted", 0},      {"copy_errors", 0},      {"lost_rows", 0},
+        {"unread_heads", 0},   {"graded", 3},         {"copied", 0},           {"not_copied", 0},
+        {"not_fetched", 0},    {"rules_not_read", 0}, {"lost_evidence", 0},    {"lost_messages", 0},
+        {"damaged_copies", 0}};
     EXPECT_EQ(counters.size(), expected.size());
     for (const auto& [name, value] : expected) EXPECT_EQ(counters.at(name), value) << name;
     for (const char* phase : {"folder_tests", "file_count", "testing", "copying"})
@@ -55,12 +57,12 @@ TEST_F(JobJsonTest, TheCountersStandInTheirOrder) {
     std::vector<std::string> names;
     for (const auto& counter : result["counters"].items()) names.push_back(counter.key());
     EXPECT_EQ(names, (std::vector<std::string>{
-                         "folders",     "folder_errors", "folders_not_read", "files",      "total_bytes",
-                         "skipped",     "rows_read",     "tested",           "good",       "corrupt",
-                         "unknown",     "common",        "no_extension",     "small",      "zero_bytes",
-                         "bad_name",    "access_errors", "encrypted",        "graded",     "copied",
-                         "copy_errors", "lost_rows",     "unread_heads",     "not_copied", "rules_not_read",
-                         "not_fetched", "lost_evidence", "lost_messages"}));
+                         "folders",        "folder_errors",  "folders_not_read", "files",        "total_bytes",
+                         "skipped",        "rows_read",      "tested",           "good",         "corrupt",
+                         "unknown",        "common",         "no_extension",     "small",        "zero_bytes",
+                         "bad_name",       "access_errors",  "encrypted",        "graded",       "copied",
+                         "copy_errors",    "damaged_copies", "lost_rows",        "unread_heads", "not_copied",
+                         "rules_not_read", "not_fetched",    "lost_evidence",    "lost_messages"}));
 }
 
 TEST_F(JobJsonTest, NamesInJsonAreLossless) {

@@ -2,6 +2,7 @@
 // Files of a finished job, copied with their check sums, and compared with them.
 #include "programs/list_copy.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 
@@ -9,6 +10,7 @@
 
 #include "evidence/evidence_reader.h"
 #include "programs/command_fixture.h"
+#include "support/failing_files.h"
 #include "support/posix_files.h"
 
 namespace quillon::test {
@@ -31,7 +33,7 @@ protected:
         out.str("");
         err.str("");
         arguments.insert(arguments.end(), {"--app", (folder / "app").native()});
-        return runListCommand(arguments, {out, err, false, false});
+        return runListCommand(arguments, {out, err, false, false, canAsk ? &in : nullptr});
     }
     int copy(const std::vector<std::string>& more = {}) {
         std::vector<std::string> arguments = {"copy", "1234", "--to", target().native()};
@@ -181,6 +183,76 @@ TEST_F(ListCopyTest, ResultsAreJsonForScripts) {
     EXPECT_EQ(nlohmann::json::parse(out.str())["equal"], 2);
 }
 
+TEST_F(ListCopyTest, WhatWillNotGoWellIsAskedBeforeTheFirstByte) {
+    folder.write("source/what?", "odd");
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    EXPECT_EQ(copy(), 2) << "nobody can be asked";
+    EXPECT_TRUE(told("1 names are none that Windows can open: " + landed("what?").substr(8))) << err.str();
+    EXPECT_TRUE(told("nothing is copied; --yes goes on")) << err.str();
+    EXPECT_FALSE(isThere("good.abc"));
+    canAsk = true;
+    in.str("n\n");
+    EXPECT_EQ(copy(), 1);
+    EXPECT_FALSE(isThere("good.abc"));
+    in.str("y\n");
+    EXPECT_EQ(copy(), 0) << err.str();
+    EXPECT_TRUE(isThere("what?"));
+    canAsk = false;
+    EXPECT_EQ(copy({"--yes"}), 0) << err.str();
+}
+
+TEST_F(ListCopyTest, FoldersHaveTheTimesOfTheSource) {
+    setTimes(folder / "source/sub", 1'000'000'000, 1'100'000'000);
+    setTimes(folder / "source", 1'000'000'000, 1'200'000'000);
+    ASSERT_EQ(copy(), 0) << err.str();
+    EXPECT_EQ(statOf(folder / landed("sub")).st_mtim.tv_sec, 1'100'000'000);
+    EXPECT_EQ(statOf((folder / landed("sub")).parent_path()).st_mtim.tv_sec, 1'200'000'000);
+}
+
+TEST_F(ListCopyTest, ABadFileOfAnotherFormatGetsItsExtensionBehindItsName) {
+    folder.write("local/Database/qrs.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("source/wrong.abc", "QUILLON-QRS-HEADER" + std::string(600, 'q'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_TRUE(isThere("wrong.abc.qrs"));
+    EXPECT_FALSE(isThere("wrong.abc"));
+    EXPECT_TRUE(isThere("good.abc"));
+    const auto manifest = folder.read("target/1234.sha256");
+    EXPECT_NE(manifest.find("# " + (folder / "source/wrong.abc").native() + " -> "), std::string::npos) << manifest;
+    EXPECT_EQ(sha256sum(), 0);
+}
+
+TEST_F(ListCopyTest, SalvagedFilesStandAmongTheDamagedAlone) {
+    FailingFiles disk;
+    int reads = 0;
+    disk.ahead("read", [&] {
+        if (++reads <= 2)
+            disk.failAt(1, {EIO}, "read");
+    });
+    EXPECT_EQ(copy({"--salvage", "--grade", "good"}), 1) << err.str();
+    EXPECT_EQ(folder.read(landed("good.abc")), std::string(602, '\0'));
+    EXPECT_NE(folder.read("target/1234-damaged.sha256").find("good.abc"), std::string::npos);
+    EXPECT_FALSE(fs::exists(folder / "target/1234.sha256")) << "it is not whole";
+    EXPECT_EQ(folder.read("local/1234.gaps.csv"),
+              "path,offset,length\r\n\"" + landed("good.abc").substr(7) + "\",0,602\r\n");
+    EXPECT_EQ(rowOf("good.abc").badBytes, 602);
+    EXPECT_EQ(rowOf("good.abc").badRanges, "0+602");
+    ASSERT_EQ(copy({"--grade", "good"}), 0) << "the next time the disk gives it";
+    EXPECT_EQ(sha256sum(), 0);
+    EXPECT_FALSE(fs::exists(folder / "target/1234-damaged.sha256"));
+    EXPECT_FALSE(fs::exists(folder / "local/1234.gaps.csv"));
+}
+
+TEST_F(ListCopyTest, AJobThatVerifiesLeavesCheckSums) {
+    ASSERT_EQ(job({"--yes", "--quiet", "--target", target().native(), "--verify", "--copy-grades", "good"}), 0)
+        << err.str();
+    EXPECT_EQ(sha256sum(), 0);
+    EXPECT_EQ(rowOf("good.abc").verified, 1);
+    EXPECT_FALSE(isThere("sub/bad.abc"));
+    ASSERT_EQ(verify(), 0) << err.str();
+    EXPECT_EQ(out.str(), "1 files are as they were, 0 are not\n");
+}
+
 TEST_F(ListCopyTest, NamesOfAnyBytesAgreeWithSha256sum) {
     for (int byte = 1; byte < 256; ++byte) {
         if (byte != '/')
@@ -189,7 +261,7 @@ TEST_F(ListCopyTest, NamesOfAnyBytesAgreeWithSha256sum) {
                 std::to_string(byte));
     }
     ASSERT_EQ(job({"--yes", "--quiet", "--no-skip-list"}), 0) << err.str();
-    ASSERT_EQ(copy(), 0) << err.str();
+    ASSERT_EQ(copy({"--yes"}), 0) << err.str();
     EXPECT_EQ(sha256sum(), 0);
     EXPECT_EQ(verify(), 0) << out.str();
     EXPECT_EQ(out.str(), "257 files are as they were, 0 are not\n");

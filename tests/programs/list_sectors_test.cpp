@@ -23,6 +23,8 @@ public:
         return found->second;
     }
 
+    std::optional<std::uint64_t> firstPlaceOf(std::string_view) override { return std::nullopt; }
+
     FileSystemPlace system{42, "ext4", "rw", 4096, {{"/dev/sdx1", 0x80000, 0}, {"/dev/sdx", kDisk, 0x10000}}};
     std::map<std::string, FilePlaces, std::less<>> files;
 };
@@ -89,6 +91,18 @@ TEST_F(ListSectorsTest, TheEvidenceKnowsItAndFilesAreFoundByIt) {
     EXPECT_EQ(out.str(), "a.abc\nsub/b.abc\n");
     ASSERT_EQ(ask({"export", "1234", "--format", "jsonl"}), 0);
     EXPECT_NE(out.str().find("\"bad_bytes\":256"), std::string::npos) << out.str();
+}
+
+TEST_F(ListSectorsTest, TheFiguresTellOfUnreadSectors) {
+    ASSERT_EQ(tell(), 0) << err.str();
+    ASSERT_EQ(ask({"summary", "1234"}), 0) << err.str();
+    EXPECT_NE(out.str().find("Whole    0.00% good and whole as far as known: 2 files of 3 hold unread sectors, 4.3 Kb"),
+              std::string::npos)
+        << out.str();
+    ASSERT_EQ(ask({"folders", "1234", "--json"}), 0) << err.str();
+    EXPECT_EQ(json()[0]["unread-sector-bytes"], 4352);
+    EXPECT_EQ(json()[1]["folder"], "sub");
+    EXPECT_EQ(json()[1]["unread-sector-bytes"], 4096);
 }
 
 TEST_F(ListSectorsTest, ALaterMapTakesThePlaceOfAnEarlierOne) {

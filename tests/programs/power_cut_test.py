@@ -6,6 +6,7 @@ Usage: power_cut_test.py QUILLON-JOB FAULT_PROBE ZIP_FAULT_PROBE DB.ZIP
 
 Needs a machine where loop devices and FUSE may be mounted; elsewhere it says so and counts as skipped (exit status 77).
 """
+import os
 import shutil
 import subprocess
 import sys
@@ -82,6 +83,47 @@ class PowerCut(unittest.TestCase):
 
     def test_a_copied_list_is_whole_or_marked(self):
         self.check_job("--no-test")
+
+    # Copies.
+
+    def check_copies(self, check, *options):
+        """`check(base, log, said, copies_of)`: what stands on a disk is copies_of(place), by name."""
+        source = self.make_source("source", 300)
+        (source / "large.bin").write_bytes(os.urandom(3_000_000))
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+            self.run_job(place, source)
+
+        def copies_of(place):
+            return {file.name: file.read_bytes() for file in (place / "target").rglob("*") if file.is_file()}
+
+        wanted = {file.name: file.read_bytes() for file in source.iterdir()}
+        work = lambda place: self.run_job(place, source, "--target", place / "target", *options)
+        check(*write_log.record(self.folder, prepare, work), copies_of, wanted)
+
+    def test_no_copy_has_its_name_before_its_bytes(self):
+        def check(base, log, said, copies_of, wanted):
+            def stands(place):
+                for name, content in copies_of(place).items():
+                    self.assertEqual(content, wanted[name], f"{name} is cut")
+
+            lengths = write_log.cuts(log, said)
+            self.assertGreater(len(lengths), 1, "nothing was brought to the disk")
+            for length in lengths:
+                with self.subTest(cut=length, of=said):
+                    write_log.after_cut(self.folder, base, log, length, stands)
+            write_log.after_cut(self.folder, base, log, said, lambda place: self.assertEqual(copies_of(place), wanted))
+
+        self.check_copies(check)
+
+    def test_without_the_sync_copies_are_lost(self):
+        def check(base, log, said, copies_of, wanted):
+            write_log.after_cut(self.folder, base, log, said,
+                                lambda place: self.assertNotEqual(copies_of(place), wanted, "this proves nothing"))
+
+        self.check_copies(check, "--no-sync")
 
     # Files that are saved as a whole.
 

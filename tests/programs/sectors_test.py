@@ -119,11 +119,11 @@ class Sectors(unittest.TestCase):
         self.addCleanup(disk.unmount)
         return disk.folder
 
-    def job(self, source):
+    def job(self, source, name="J"):
         app = self.place / "app"
         app.mkdir(exist_ok=True)
         shutil.copy(DATABASE, app / "db.zip")
-        run(JOB, "--app", app, "--job", "J", "--source", source, "--yes", "--quiet")
+        run(JOB, "--app", app, "--job", name, "--source", source, "--yes", "--quiet")
 
     def list(self, *arguments, status=0):
         return run(LIST, *arguments, "--app", self.place / "app", status=status)
@@ -169,6 +169,20 @@ class Sectors(unittest.TestCase):
         run("ddrescue", "--sparse", f"--test-mode={self.place / 'errors'}", good, rescued, self.place / "map")
         return self.mounted(disk, "-o", "ro"), Disk(rescued, offset, self.place / "tree")
 
+    def check_markers(self, disk, hurt, options):
+        """Sectors that ddrescue fills with their places are found by reading the files."""
+        filled = Disk(self.place / "filled", disk.offset, self.place / "filled tree")
+        shutil.copy(disk.image, filled.image)
+        shutil.copy(self.place / "map", self.place / "filled map")
+        run("ddrescue", "--fill-mode=l-", "/dev/zero", filled.image, self.place / "filled map")
+        filled.mount("-o", options)
+        try:
+            self.job(filled.folder, "M")
+            run(JOB, "--app", self.place / "app", "--scan-sectors", "M", "--quiet")
+            self.assertEqual(sorted(self.list("files", "M", "--unread").splitlines()), sorted(hurt))
+        finally:
+            filled.unmount()
+
     def check_files_and_domain(self, original, disk, options):
         disk.mount("-o", options)
         try:
@@ -183,6 +197,7 @@ class Sectors(unittest.TestCase):
             self.assertEqual(set(chosen), wanted)
         finally:
             disk.unmount()
+        self.check_markers(disk, hurt, options)
         run("ddrescue", f"--domain-mapfile={self.place / 'domain'}", "--retry-passes=1", self.place / "good", disk.image,
             self.place / "map")
         self.mounted(disk, "-o", options)

@@ -8,13 +8,16 @@ namespace {
 
 class SectorLookTest : public testing::Test {
 protected:
-    SectorLookTest() { markers.assign({"1,BAD SECTOR,T,O,words", "0,MARK,T,R,marks"}); }
-
+    static SectorMarkers ours() {
+        SectorMarkers all;
+        all.assign({"1,BAD SECTOR,T,O,words", "0,MARK,T,R,marks"});
+        return all;
+    }
     static std::string sector(const std::string& beginning, char rest = '.') {
         return beginning + std::string(512 - beginning.size(), rest);
     }
 
-    SectorMarkers markers;
+    const SectorMarkers markers = ours();
     SectorLook look{markers};
 };
 
@@ -35,6 +38,24 @@ TEST_F(SectorLookTest, PiecesOfAnyLengthGiveTheSame) {
     for (const std::size_t length : {1U, 7U, 511U, 512U, 513U, 1000U}) {
         for (std::size_t at = 0; at < bytes.size(); at += length) look.add(std::string_view(bytes).substr(at, length));
         EXPECT_EQ(look.take(), whole) << length;
+    }
+}
+
+TEST_F(SectorLookTest, EveryKindOfMarkerIsFound) {
+    SectorMarkers kinds;
+    kinds.assign({"0,SOMEWHERE,T,O,anywhere", "17,LATER,T,O,later", "9,F6,H,R,fill", "0,AB,T,R,words"});
+    std::string filled;
+    for (int i = 0; i < 256; ++i) filled += "BA";
+    for (const auto& marked :
+         {sector("....SOMEWHERE"), sector(std::string(16, '-') + "LATER"), sector("12345678", '\xF6'), filled}) {
+        for (const bool together : {true, false}) {
+            SectorMarkers alone;
+            alone.assign({"17,LATER,T,O,later", "9,F6,H,R,fill", "0,AB,T,R,words"});
+            SectorLook one(together ? kinds : alone);
+            one.add(sector("healthy") + marked + sector("healthy"));
+            const bool found = together || marked.find("SOMEWHERE") == std::string::npos;
+            EXPECT_EQ(one.take().unread, found ? (ByteRanges{{512, 1024}}) : ByteRanges{}) << marked.substr(0, 24);
+        }
     }
 }
 

@@ -40,6 +40,15 @@ TEST(DatabaseLint, ProblemsNameFileAndLine) {
     EXPECT_EQ(lintOf(folder), expected);
 }
 
+TEST(DatabaseLint, EachBadSectorMarkerMarksAndHasAName) {
+    TempFolder folder;
+    folder.write("Database/png.dat", "1,89504E47,H\r\n");
+    folder.write("Settings/BadSectors.dat", "0,BAD SECTOR,T,R,words\r\n1,BAD,T,O,short\r\n0,F6,H,R,\r\n");
+    const Problems expected{{"Settings/BadSectors.dat", 2, "the line marks nothing"},
+                            {"Settings/BadSectors.dat", 3, "the marker has no name"}};
+    EXPECT_EQ(lintOf(folder), expected);
+}
+
 TEST(DatabaseLint, SkipTermsAreLowerCaseTextWithClosedBrackets) {
     struct Case {
         const char* line;

@@ -17,6 +17,7 @@
 #include "healthy_heads.h"
 #include "platform/whole_file.h"
 #include "testing/report_messages.h"
+#include "testing/sector_markers.h"
 #include "testing/skip_list.h"
 #include "text/fields.h"
 
@@ -55,6 +56,14 @@ TEST(StarterDatabase, IsCleanAndKnowsAtLeast600Extensions) {
     std::ostringstream out;
     std::ostringstream err;
     EXPECT_EQ(runDbcheck({QUILLON_STARTER, "--min-extensions", "600"}, out, err), kDbcheckGood) << err.str();
+}
+
+// An installation that has no list of its own goes by those of the program.
+TEST(StarterDatabase, ItsMarkersAreThoseThatServeWithoutAList) {
+    const std::string bytes = starterFile("Settings/BadSectors.dat");
+    SectorMarkers markers;
+    markers.assign(splitLines(bytes));
+    EXPECT_EQ(markers.all(), SectorMarkers::published().all());
 }
 
 TEST(StarterDatabase, AcceptsTheVariantsOfCommonFormats) {

@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "testing/report_messages.h"
+#include "testing/sector_markers.h"
 #include "text/page_text.h"
 #include "text/wildcard.h"
 
@@ -30,6 +31,18 @@ void lintTermFile(const std::string& file, std::string_view bytes, Problems& pro
 
 void lintCommonHeaders(const std::string& file, std::string_view bytes, Problems& problems) {
     lintTerms(file, bytes, kCommonFields, problems);
+}
+
+void lintMarkers(const std::string& file, std::string_view bytes, Problems& problems) {
+    std::size_t number = 0;
+    for (const auto line : lintLines(file, bytes, problems)) {
+        ++number;
+        const SectorMarker marker = markerOfLine(line);
+        if (marker.bytes.empty())
+            problems.push_back({file, number, "the line marks nothing"});
+        else if (marker.name.empty())
+            problems.push_back({file, number, "the marker has no name"});
+    }
 }
 
 void lintFile(const NativePath& folder, const std::string& file, FileLint lint, Problems& problems) {
@@ -58,8 +71,9 @@ void lintTermFiles(const NativePath& folder, Problems& problems) {
 }
 
 void lintSettings(const NativePath& folder, Problems& problems) {
-    const std::array<std::pair<const char*, FileLint>, 3> files{{{"Settings/CommonHeaders.dat", lintCommonHeaders},
+    const std::array<std::pair<const char*, FileLint>, 4> files{{{"Settings/CommonHeaders.dat", lintCommonHeaders},
                                                                  {"Settings/SkipList.dat", lintSkipList},
+                                                                 {"Settings/BadSectors.dat", lintMarkers},
                                                                  {"Settings/Errors.dat", lintReportMessages}}};
     for (const auto& [file, lint] : files) {
         if (pathExists(folder / file))

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+// What jobs and the set-up do to the database stands in its history.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/database_history.h"
+#include "platform/folders.h"
+#include "platform/whole_file.h"
+#include "setup/setup_folders.h"
+#include "setup/shared_database.h"
+#include "testing/report_messages.h"
+#include "testing/skip_list.h"
+
+namespace quillon::test {
+namespace {
+
+class NotedStepsTest : public testing::Test, public SetupFolders {
+protected:
+    [[nodiscard]] std::vector<DatabaseChange> notes(const char* root = "local") const {
+        return readHistory(folder / root / "Settings", 100);
+    }
+    void refresh() {
+        passOver(copyChangedTermFiles(databaseFiles(installation.paths().sharedDatabase), installation.paths(), kept,
+                                      progress),
+                 "the test looks at the notes");
+    }
+};
+
+TEST_F(NotedStepsTest, ARefreshIsOneNoteOfAllFilesThatItChanged) {
+    folder.write("share/Database/jpg.dat", "1,new,T\r\n");
+    folder.write("share/Database/png.dat", "1,png,T\r\n");
+    folder.write("local/Database/jpg.dat", "1,old,T\r\n");
+    refresh();
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_EQ(notes().front().screen, "Job");
+    EXPECT_THAT(notes().front().files,
+                testing::UnorderedElementsAre(FileChange{"Database/jpg.dat", "1,old,T\r\n", "1,new,T\r\n"},
+                                              FileChange{"Database/png.dat", std::nullopt, "1,png,T\r\n"}));
+    refresh();
+    EXPECT_EQ(notes().size(), 1U) << "an unchanged database is no change";
+    EXPECT_TRUE(notes("share").empty()) << "the share was only read";
+}
+
+TEST_F(NotedStepsTest, TermFilesThatAJobTakesAwayAreNoted) {
+    folder.write("local/Database/old.dat", "1,old,T\r\n");
+    const auto orphans = findOrphanTermFiles(installation.paths(), progress);
+    ASSERT_EQ(moveOrphansAway(orphans, installation.paths(), kept).removed, 1U);
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_EQ(notes().front().files, (std::vector<FileChange>{{"Database/old.dat", "1,old,T\r\n", std::nullopt}}));
+}
+
+TEST_F(NotedStepsTest, RuleListsThatAJobFetchesAreNoted) {
+    for (const char* name : {"CommonHeaders.dat", "SkipList.dat"})
+        folder.write(std::string("share/Settings/") + name, "new\r\n");
+    ASSERT_TRUE(fetchCommonHeaders(installation.paths(), kept));
+    ASSERT_TRUE(fetchSkipList(installation.paths(), kept));
+    ASSERT_EQ(notes().size(), 2U);
+    EXPECT_EQ(notes()[0].files.front().file, "Settings/SkipList.dat");
+    EXPECT_EQ(notes()[1].files.front().file, "Settings/CommonHeaders.dat");
+}
+
+TEST_F(NotedStepsTest, AStepThatReplacesManyFilesIsNotedByWhatBecameDifferent) {
+    folder.write("local/Database/same.dat", "same");
+    folder.write("local/Database/gone.dat", "gone");
+    folder.write("local/Database/other.dat", "before");
+    NotedDatabase noted(installation.paths().localSettings, changeBy("Setup Wizard"));
+    ASSERT_TRUE(removeFile(folder / "local/Database/gone.dat"));
+    folder.write("local/Database/other.dat", "after");
+    folder.write("local/Settings/SkipList.dat", "tmp");
+    noted.finish();
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_EQ(notes().front().screen, "Setup Wizard");
+    EXPECT_THAT(notes().front().files,
+                testing::UnorderedElementsAre(FileChange{"Database/gone.dat", "gone", std::nullopt},
+                                              FileChange{"Database/other.dat", "before", "after"},
+                                              FileChange{"Settings/SkipList.dat", std::nullopt, "tmp"}));
+}
+
+}  // namespace
+}  // namespace quillon::test
