@@ -12,6 +12,8 @@ namespace {
 
 // So many heads in a row that came in line at once make the source a quick one.
 constexpr unsigned kQuickRows = 64;
+// More threads than that no machine keeps busy.
+constexpr std::size_t kMostThreads = 64;
 
 }  // namespace
 
@@ -19,8 +21,9 @@ RowsAhead::RowsAhead(ListReader& list, FileGrader& grader, EventLoop& loop, Know
     : list_(list), grader_(grader), loop_(loop), known_(known), wait_(grader.context()) {
     const JobState& state = grader.context().state;
     const StandingStill standingStill = loop.mayStandStill() ? StandingStill::Allowed : StandingStill::Never;
-    if (state.options.threads > 1)
-        batches_.emplace(standingStill, static_cast<std::size_t>(state.options.threads), state.care);
+    const std::size_t threads = std::min(static_cast<std::size_t>(std::max(state.options.threads, 1)), kMostThreads);
+    if (threads > 1)
+        batches_.emplace(standingStill, threads, state.care);
 }
 
 ListRow* RowsAhead::next() {
