@@ -22,7 +22,8 @@ import time
 from pathlib import Path
 
 FOLDERS = 20
-MOST_SECONDS_LOST = 2.0
+# A busy disk takes longer for one transaction than the second for which rows are gathered.
+MOST_SECONDS_LOST = float(os.environ.get("LOST_SECONDS", "2"))
 
 
 def make_source(folder: Path, files: int) -> None:

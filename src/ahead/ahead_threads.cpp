@@ -70,7 +70,7 @@ void AheadThreads::add() {
 void AheadThreads::giveUp(const AheadTask& task) {
     const std::lock_guard lock(shared_->mutex);
     const auto begun = std::erase_if(shared_->waiting, [&task](const auto& left) { return left.get() == &task; }) == 0;
-    if (begun && givenUp_ < kMostGivenUp)
+    if (begun && !task.done_ && givenUp_ < kMostGivenUp)
         ++givenUp_;
 }
 

@@ -71,7 +71,7 @@ void CopyQueue::finishFirst(const CopyProgress& progress) {
         waitFor([&](std::chrono::milliseconds pause) { return copies_.firstEnds(pause, progress); });
         auto copy = copies_.takeFirst();
         if (copy) {
-            waitFor([this](std::chrono::milliseconds pause) { return settling_.roomWithin(pause); });
+            waitForDisk([this](std::chrono::milliseconds pause) { return settling_.roomWithin(pause); });
             settling_.add(asked.task.number, std::move(asked.task.source), *std::move(copy));
         } else {
             ended_({asked.task.number, asked.task.source, *asked.task.target,
@@ -85,7 +85,7 @@ void CopyQueue::finishFirst(const CopyProgress& progress) {
 void CopyQueue::finish() {
     copies_.release();
     settling_.close();
-    waitFor([this](std::chrono::milliseconds pause) { return settling_.endsWithin(pause); });
+    waitForDisk([this](std::chrono::milliseconds pause) { return settling_.endsWithin(pause); });
     tellEnded();
     setFolderTimes();
 }
@@ -111,6 +111,15 @@ template <typename Done>
 void CopyQueue::waitFor(Done done) {
     if (!done(kTurnInterval))
         turnUntil(loop_, done);
+}
+
+// A sync cannot be cut short, and is no row: a loop that may stand still gets no turns for it.
+template <typename Done>
+void CopyQueue::waitForDisk(Done done) {
+    if (!loop_.mayStandStill())
+        return waitFor(done);
+    while (!done(std::chrono::seconds(1))) {
+    }
 }
 
 void CopyQueue::tellEnded() {

@@ -70,6 +70,8 @@ private:
     [[nodiscard]] bool liesInSource(const NativePath& folder, const NativePath& ofSource) const;
     template <typename Done>
     void waitFor(Done done);
+    template <typename Done>
+    void waitForDisk(Done done);
     void tellEnded();
     void noteFolderTimes(NativePath target, NativePath source);
     void setFolderTimes();

@@ -183,8 +183,10 @@ CopyTransfer::Moved CopyTransfer::moveBlock(std::size_t wanted) {
         --goodBlocksToGo_;
         return put(static_cast<std::size_t>(count));
     }
-    if (!isOfTheMedium(errno) || place >= size_)
+    if (!isOfTheMedium(errno))
         return failed(CopySide::Source);
+    if (place >= size_)  // there is nothing left to be missed
+        return 0;
     goodBlocksToGo_ = kGoodBlocks;
     return leaveGap(place, static_cast<std::size_t>(std::min<off_t>(static_cast<off_t>(size), size_ - place)));
 }

@@ -82,6 +82,7 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     options.keepEvidence = (options.keepEvidence && chosen.evidence) || chosen.part;
     options.keepHeads = options.keepHeads && chosen.heads;
     options.gentle = chosen.gentle;
+    options.threads = chosen.threads;
     if (chosen.hangLimit > 0)
         options.hangLimit = std::chrono::seconds(chosen.hangLimit);
     options.copyGrades = chosen.copyGrades;

@@ -111,6 +111,8 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.gentle = true; }},
     {{"--hang-limit", "SECONDS", "Take a head that does not come within this time for an unreadable one"},
      [](Given& given, const std::string& value) { takeNumber(given, "--hang-limit", value, given.options.hangLimit); }},
+    {{"--threads", "N", "Read the heads of a quick source by so many threads (default: 1)"},
+     [](Given& given, const std::string& value) { takeNumber(given, "--threads", value, given.options.threads); }},
     {{"--alert", "COMPUTER", "Send the completion report to this computer"},
      [](Given& given, const std::string& value) { given.options.alertComputer = value; }},
     {{"--alert-optional", "", "A report that nobody acknowledges is no failure"},

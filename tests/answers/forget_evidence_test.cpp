@@ -29,6 +29,15 @@ TEST(ForgetEvidenceTest, EveryCopyGoesAndTheListsStay) {
     EXPECT_EQ(forgetEvidence(folder.path(), {"1234", {}, {}}).value(), 0U);
 }
 
+TEST(ForgetEvidenceTest, WhatAJobThatGoesOnHasSetAsideGoesToo) {
+    const TempFolder folder;
+    for (const char* name : {"1234.csv", "1234.sqlite", "1234.sqlite-earlier", "1234.earlier.sqlite"})
+        folder.write(name, "x");
+    EXPECT_EQ(forgetEvidence(folder.path(), findJob(folder.path(), "1234").value()).value(), 2U);
+    EXPECT_FALSE(std::filesystem::exists(folder / "1234.sqlite-earlier"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "1234.earlier.sqlite")) << "that of another job";
+}
+
 }  // namespace
 
 }  // namespace quillon::test

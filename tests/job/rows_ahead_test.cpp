@@ -105,6 +105,54 @@ TEST_F(RowsAheadTest, AWatchedPassGradesAsOneThatReadsInLine) {
     EXPECT_GE(loop.turns, 600) << "one behind each row, and more where a head kept the pass waiting";
 }
 
+TEST_F(RowsAheadTest, HeadsThatAreReadInBatchesGradeAsOneAfterTheOther) {
+    termFile("txt", "1,XX,T\r\n");
+    Rows lines;
+    for (int i = 0; i < 1200; ++i) {
+        const std::string number = std::to_string(i);
+        if (i % 7 == 0)
+            lines.push_back(u"/none/at.txt,15/11/2026, 600, 32");
+        else if (i % 40 < 33)  // a batch may have no file that is opened
+            lines.push_back(row("f" + number + ".txt", i % 5 == 0 ? "no" : "XX" + std::string(600, '.')));
+        else
+            lines.push_back(i % 2 == 0 ? u"" : u"/s/small.txt,15/11/2026, 10, 32");
+    }
+    writeRawList(lines);
+    job.state.options.threads = 1;
+    TestingPass(job.passContext(), job.lists(), job.grader(), nullptr).run();
+    const Rows inLine = finalRows();
+    ASSERT_EQ(inLine.size(), lines.size());
+    for (Job* const by : {&job, &watched}) {
+        for (const int threads : {2, 4}) {
+            by->state.counters = {};
+            by->state.options.threads = threads;
+            TestingPass(by->passContext(), by->lists(), by->grader(), nullptr).run();
+            EXPECT_EQ(finalRows(), inLine) << threads;
+            EXPECT_EQ(by->state.counters[Grade::AccessError], 172) << threads;
+        }
+    }
+}
+
+TEST_F(RowsAheadTest, BehindASlowFileTheHeadsOfABatchAreAskedForOneByOne) {
+    termFile("txt", "1,XX,T\r\n");
+    watched.state.options.threads = 3;
+    Rows lines;
+    for (int i = 0; i < 900; ++i)
+        lines.push_back(i < 300 || i > 600 ? row("f" + std::to_string(i) + ".txt", "XX")
+                                           : u"/proc/version.txt,15/11/2026, 600, 32");
+    EXPECT_EQ(rowsOfList(lines), lines);
+}
+
+TEST_F(RowsAheadTest, AGentleJobReadsNoBatches) {
+    termFile("txt", "1,XX,T\r\n");
+    watched.state.options.threads = 3;
+    watched.state.care = std::make_shared<SourceCare>(SourceCare::Reason::Asked);
+    Rows lines;
+    for (int i = 0; i < 300; ++i) lines.push_back(row("f" + std::to_string(i) + ".txt", "XX"));
+    EXPECT_EQ(rowsOfList(lines), lines);
+    EXPECT_EQ(askedFor(lines), 1U);
+}
+
 }  // namespace
 
 }  // namespace quillon::test

@@ -87,7 +87,7 @@ TEST_F(CopyTransferTest, AGapIsNoLargerThanABlock) {
         if (reads == 3)
             disk.failAt(1, {EIO}, "read");
     });
-    const auto facts = copy({.salvage = true});
+    const auto facts = copy({.hash = true, .salvage = true});
     ASSERT_TRUE(facts);
     EXPECT_EQ(facts->gaps, (ByteRanges{{262'144, 266'240}}));
     std::fill_n(bytes.begin() + 262'144, 4096, '\0');
@@ -98,7 +98,7 @@ TEST_F(CopyTransferTest, AnErrorOfTheTargetIsNoGap) {
     temp.write("from", std::string(600'000, 'x'));
     FailingFiles disk;
     disk.failAt(2, {ENOSPC}, "write");
-    const auto facts = copy({.salvage = true});
+    const auto facts = copy({.hash = true, .salvage = true});
     ASSERT_FALSE(facts);
     EXPECT_EQ(facts.error().text(), "target: " + (temp / "to").native() + ": No space left on device at byte 262,144");
 }

@@ -39,6 +39,7 @@ TEST_F(JobCommandTest, WrongUsageIsStatus2AndALineThatSaysHow) {
         {"--job", "1", "--source", source, "--app", (folder / "missing").native()},
         {"--job", "1", "--source", source, "--hang-limit", "0"},
         {"--job", "1", "--source", source, "--hang-limit", "5s"},
+        {"--job", "1", "--source", source, "--threads", "-1"},
         {"--job", "1", "--source", source, "stray"}};
     for (const auto& arguments : wrong) {
         EXPECT_EQ(command(arguments), 2);

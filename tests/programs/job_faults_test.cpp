@@ -353,8 +353,8 @@ TEST_F(JobFaults, AKilledJobThatWentOnLosesNothingOfTheRunBeforeIt) {
         const std::string told = temp.read("out");
         EXPECT_NE(told.find("\"not_read_again\": 6"), std::string::npos) << fault << told;
     };
-    killAtEach("rename,renameat,unlink,unlinkat,linkat,fdatasync", jobWithEvidence("--resume"), (temp / "log").native(),
-               prepare, check);
+    killAtEach("rename,renameat,unlink,unlinkat,linkat,fdatasync,fsync,pwrite64", jobWithEvidence("--resume"),
+               (temp / "log").native(), prepare, check);
 }
 
 }  // namespace
