@@ -50,7 +50,7 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* se
 }
 
 void setFigureColumns(Grid& grid, const FigureSource& rows, const char* what, const char* bar, bool quality) {
-    grid.setColumns({{what, 120, false}, {"Files", 70, false}, {"Quality", 68, !quality}, {bar, kBarWidth, false}});
+    grid.setColumns({{what, 96, false}, {"Files", 56, false}, {"Quality", 66, !quality}, {bar, 60, false}});
     grid.setItemDelegateForColumn(FigureSource::kBarColumn, new BarDelegate(&grid, [&rows](const QModelIndex& index) {
                                       return rows.picture(index.row());
                                   }));
@@ -173,7 +173,7 @@ void frmOverview::createFiles() {
     head->setAccessibleName(QStringLiteral("First bytes of the file"));
     column->addWidget(headName);
     column->addWidget(head, 1);
-    layout->addWidget(makeSplitter(Qt::Horizontal, files, bytes, 1, 1), 1);
+    layout->addWidget(makeSplitter(Qt::Horizontal, files, bytes, 9, 10), 1);
     matching = makeLabel("matching", "");
     layout->addWidget(matching);
 }
