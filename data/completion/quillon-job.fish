@@ -6,7 +6,7 @@ complete -c quillon-job -l source -x -a '(__fish_complete_directories)' -d 'Fold
 complete -c quillon-job -l regrade -x -d 'Grade the list of this job anew from its evidence, without its source'
 complete -c quillon-job -l resume -d 'Go on with the last run of the job, and read only what that has not'
 complete -c quillon-job -l part -x -d 'Do part K of N only, as K/N'
-complete -c quillon-job -l scan-sectors -x -d 'Read the files of this job to their ends and look for bad sectors; goes on where one was stopped'
+complete -c quillon-job -l scan-sectors -d 'Read the files to their ends, too, and look for bad sectors'
 complete -c quillon-job -l target -x -a '(__fish_complete_directories)' -d 'Copy the files below this folder'
 complete -c quillon-job -l copy-grades -x -d 'Copy only files of these grades'
 complete -c quillon-job -l verify -d 'Read each copy back from the disk, and leave check sums with the copies'

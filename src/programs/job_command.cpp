@@ -169,6 +169,8 @@ public:
             job_.state.counters.lostMessages = streams_.lostMessages();
             result.status = exitStatus(result.cause, job_.state, chosen_.alertOptional);
             tellEnd(result, job_, dialogs_, streams_.err);
+            if (chosen_.scanSectors && result.cause == EndCause::Complete)
+                scan(result);
         }
         return print(result);
     }
@@ -216,12 +218,21 @@ private:
         return {cause, kExitNoList, driver.detail(), driver.phaseTimes(), driver.listStands()};
     }
 
+    // The job is complete whatever the scan finds; only its status tells what the scan lacks.
+    void scan(JobResult& result) const {
+        result.scan = scanJob(chosen_, installation_, streams_);
+        if (result.scan->status != kExitComplete && result.status != kExitLosses)
+            result.status = result.scan->status;
+    }
+
     [[nodiscard]] int print(const JobResult& result) {
         std::ostream& out = streams_.out;
         if (chosen_.json) {
             out << jobResultAsJson(job_, result, dates_) << '\n';
         } else if (result.cause == EndCause::Complete) {
             out << withPlainLineEnds(completionReport(job_.state, job_.surroundings().hostName));
+            if (result.scan && result.scan->detail.empty())
+                out << scanText(result.scan->counts);
             if (const auto list = job_.lists().finalPath())
                 out << list->native() << '\n';
         }
@@ -253,7 +264,7 @@ int runJobCommand(const std::vector<std::string>& arguments, const CommandStream
     raiseOpenFileLimit();
     try {
         const JobCommandOptions& options = *parsed.options;
-        if (options.scanSectors)
+        if (options.scanSectors && options.source.empty())
             return runScanCommand(options, streams);
         return options.regrade ? runRegradeCommand(options, streams) : JobRun(options, streams).run();
     } catch (const std::bad_alloc&) {

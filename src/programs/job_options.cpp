@@ -25,18 +25,11 @@ constexpr const char* kUsage = "quillon-job --job ID --source DIR";
 // The settings name it later; one character.
 constexpr const char* kSomeSeparator = "-";
 constexpr const char* kRegradeUsage = "quillon-job --regrade ID";
-constexpr const char* kScanUsage = "quillon-job --scan-sectors ID";
+constexpr const char* kScanUsage = "quillon-job --job ID --scan-sectors";
 
 constexpr const char* kFooter =
     "Ctrl-C, SIGTERM and SIGHUP stop at the next row, and the list so far stays; a second one ends at once, with 128 and\n"
     "the signal's number. Without --yes a question is asked on the terminal; without one the cautious answer is taken.";
-
-// What is done with a job that is there; null for a new one.
-const char* workOnOld(const JobCommandOptions& options) {
-    if (options.scanSectors)
-        return "--scan-sectors";
-    return options.regrade ? "--regrade" : nullptr;
-}
 
 // What was typed, before paths are looked at.
 struct Given {
@@ -46,8 +39,9 @@ struct Given {
     std::string app;
     std::string part;
     std::string copyGrades;
-    std::vector<const char*> ofJobs;  // options that work on an old job does not take
+    std::vector<const char*> ofJobs;  // options that work on a finished job does not take
     std::string wrongNumber;          // the option that needs a number and has none
+    bool jobGiven = false;
 };
 
 // A number from 1 to a million.
@@ -60,13 +54,17 @@ void takeNumber(Given& given, const char* option, const std::string& value, int&
 
 struct OptionRow : CommandOption {
     void (*take)(Given&, const std::string& value);
-    bool ofRegrades = false;  // work on an old job takes it, too
+    bool ofRegrades = false;  // work on a finished job takes it, too
 };
 
 // Help, parser, manual and completion have the options of this table.
 constexpr OptionRow kOptions[] = {
     {{"--job", "ID", "Job ID; names the list"},
-     [](Given& given, const std::string& value) { given.options.jobId = value; }},
+     [](Given& given, const std::string& value) {
+         given.options.jobId = value;
+         given.jobGiven = true;
+     },
+     true},
     {{"--source", "DIR", "Folder with the recovered files; it is never written to"},
      [](Given& given, const std::string& value) { given.source = value; }},
     {{"--regrade", "ID", "Grade the list of this job anew from its evidence, without its source"},
@@ -79,12 +77,9 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.resume = true; }},
     {{"--part", "K/N", "Do part K of N only, for N computers; quillon-list merge makes one job of them"},
      [](Given& given, const std::string& value) { given.part = value; }},
-    {{"--scan-sectors", "ID",
-      "Read the files of this job to their ends and look for bad sectors; goes on where one was stopped"},
-     [](Given& given, const std::string& value) {
-         given.options.jobId = value;
-         given.options.scanSectors = true;
-     },
+    {{"--scan-sectors", "",
+      "Read the files to their ends, too, and look for bad sectors; without --source, those of a finished job"},
+     [](Given& given, const std::string&) { given.options.scanSectors = true; },
      true},
     {{"--target", "DIR", "Copy the files below this folder"},
      [](Given& given, const std::string& value) { given.target = value; }},
@@ -172,18 +167,29 @@ std::string wrongCopyOptions(const Given& given) {
     return {};
 }
 
+// What is done with a finished job; null for a new one.
+const char* workOnFinished(const Given& given) {
+    if (given.options.scanSectors && given.source.empty())
+        return "--scan-sectors without --source";
+    return given.options.regrade ? "--regrade" : nullptr;
+}
+
 // What is wrong with the options together, if anything is.
 std::string wrongOptions(const Given& given) {
     if (!given.wrongNumber.empty())
         return fmt::format("{} needs a number of 1 or more", given.wrongNumber);
     if (given.options.regrade && given.options.scanSectors)
         return "--regrade takes no --scan-sectors";
-    if (const char* work = workOnOld(given.options); work != nullptr)
-        return given.ofJobs.empty() ? "" : fmt::format("{} takes no {}", work, given.ofJobs.front());
+    if (given.options.regrade && given.jobGiven)
+        return "--regrade takes no --job";
     if (given.options.jobId.empty())
         return "--job is required";
+    if (const char* work = workOnFinished(given); work != nullptr)
+        return given.ofJobs.empty() ? "" : fmt::format("{} takes no {}", work, given.ofJobs.front());
     if (given.source.empty())
         return "--source is required";
+    if (given.options.scanSectors && !given.options.evidence)
+        return "--scan-sectors takes no --no-evidence: what it finds is kept there";
     if (given.options.resume && !(given.options.test && given.options.evidence))
         return fmt::format("--resume takes no {}", given.options.test ? "--no-evidence" : "--no-test");
     if (!given.part.empty() && !given.options.evidence)
@@ -213,9 +219,9 @@ std::string wrongUsage(const JobCommandOptions& options, const std::string& give
         return fmt::format(
             "{} \"{}\" cannot be used: a job ID is not empty, has no blanks around it and none of : \\ / @ * ? < > "
             "| \"",
-            workOnOld(options) != nullptr ? workOnOld(options) : "--job", readable(std::string_view(options.jobId)));
+            options.regrade ? "--regrade" : "--job", readable(std::string_view(options.jobId)));
     }
-    if (const auto problem = workOnOld(options) != nullptr ? "" : folderProblem(options.source); !problem.empty())
+    if (const auto problem = givenSource.empty() ? "" : folderProblem(options.source); !problem.empty())
         return fmt::format("--source \"{}\" {}", readable(std::string_view(givenSource)), problem);
     if (options.target && pathExists(*options.target) && !isFolder(*options.target))
         return fmt::format("--target \"{}\" is not a folder", readable(options.target->native()));
@@ -290,7 +296,7 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
         return {std::nullopt, kExitUsage};
     }
     JobCommandOptions& options = given.options;
-    if (workOnOld(options) == nullptr)
+    if (!given.source.empty())
         options.source = pathFromRoot(given.source).value_or(given.source);
     if (!given.part.empty())
         options.part = partOf(options.jobId, given.part);

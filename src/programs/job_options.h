@@ -19,7 +19,7 @@ struct JobCommandOptions {
     std::string jobId;
     std::optional<JobPart> part;       ///< only this part of the job is done
     bool regrade = false;              ///< the job is graded anew from its evidence, and has no source here
-    bool scanSectors = false;          ///< the files of a finished job are read to their ends
+    bool scanSectors = false;          ///< its files are read to their ends; without a source, those of a finished job
     NativePath source;                 ///< absolute, an existing folder
     std::optional<NativePath> target;  ///< absolute; the folder to copy to
     bool resume = false;               ///< what the last run of the job has read is not read again

@@ -107,6 +107,7 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     putPath(json, "source", job.state.options.source);
     putPath(json, "target", job.state.options.target);
     json["resume"] = resumeAsJson(job.state.resumed);
+    json["sectors"] = result.scan ? scanAsJson(*result.scan) : Json(nullptr);
     json["alert"] = alertAsJson(job.state);
     json["quality"] = job.state.texts.quality;
     json["size"] = sizeLabel(job.state);

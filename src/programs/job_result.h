@@ -3,10 +3,12 @@
 
 // The result of a job for a script.
 
+#include <optional>
 #include <string>
 
 #include "job/job_driver.h"
 #include "job/regrade.h"
+#include "programs/scan_command.h"
 
 namespace quillon {
 
@@ -16,7 +18,8 @@ struct JobResult {
     int status = kExitNoList;
     std::string detail;  ///< what the system said of a failure; may be empty
     PhaseTimes times;
-    bool listStands = false;  ///< a final list of this job is there, complete or not
+    bool listStands = false;      ///< a final list of this job is there, complete or not
+    std::optional<ScanEnd> scan;  ///< of its files for bad sectors; none where none was asked for
 };
 
 /// One object: docs/formats/job-json.md.

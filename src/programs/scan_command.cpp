@@ -9,7 +9,6 @@
 #include "answers/figures.h"
 #include "app/application_folder.h"
 #include "app/kept_files.h"
-#include "job/job_end.h"
 #include "platform/folder_lock.h"
 #include "platform/folders.h"
 #include "platform/moment.h"
@@ -73,13 +72,6 @@ private:
     bool lineShown_ = false;
 };
 
-struct ScanEnd {
-    int status = kExitNoList;
-    const char* word = "failed";
-    std::string detail;
-    ScanCounts counts;
-};
-
 ScanEnd scanOf(const NativePath& list, const Installation& installation, ScanHost& host) {
     const NativePath evidence = evidenceBeside(list);
     if (!pathExists(evidence))
@@ -101,25 +93,34 @@ ScanEnd scanOf(const NativePath& list, const Installation& installation, ScanHos
     return {counts->failed > 0 ? kExitLosses : kExitComplete, "complete", {}, *counts};
 }
 
-std::string jsonOf(const std::string& job, const ScanEnd& end) {
-    const ScanCounts& counts = end.counts;
-    nlohmann::ordered_json json = {{"version", 1},
-                                   {"scan_sectors", readable(std::string_view(job))},
-                                   {"end", end.word},
-                                   {"detail", end.detail},
-                                   {"status", end.status},
-                                   {"files", counts.files},
-                                   {"earlier", counts.earlier},
-                                   {"unread_files", counts.hurt},
-                                   {"unread_bytes", counts.unread},
-                                   {"zero_bytes", counts.zeros},
-                                   {"failed", counts.failed},
-                                   {"bytes", counts.bytes},
-                                   {"bytes_done", counts.bytesDone}};
-    return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+}  // namespace
+
+ScanEnd scanJob(const JobCommandOptions& chosen, const Installation& installation, const CommandStreams& streams) {
+    Watching watching(chosen, streams);
+    const std::string listed =
+        chosen.part ? idOfPart(*chosen.part, installation.paths().fileListSeparator) : chosen.jobId;
+    ScanEnd end = scanOf(installation.paths().localPath / (listed + ".csv"), installation, watching);
+    if (!end.detail.empty())
+        streams.err << "quillon-job: " << end.word << ": " << end.detail << '\n';
+    return end;
 }
 
-std::string textOf(const ScanCounts& counts) {
+nlohmann::ordered_json scanAsJson(const ScanEnd& end) {
+    const ScanCounts& counts = end.counts;
+    return {{"end", end.word},
+            {"detail", end.detail},
+            {"status", end.status},
+            {"files", counts.files},
+            {"earlier", counts.earlier},
+            {"unread_files", counts.hurt},
+            {"unread_bytes", counts.unread},
+            {"zero_bytes", counts.zeros},
+            {"failed", counts.failed},
+            {"bytes", counts.bytes},
+            {"bytes_done", counts.bytesDone}};
+}
+
+std::string scanText(const ScanCounts& counts) {
     Figures figures;
     countSectors(figures, {}, counts.files - counts.earlier, counts.hurt, static_cast<std::int64_t>(counts.unread));
     std::string text = unreadSectorsText(figures) + "\n";
@@ -131,26 +132,22 @@ std::string textOf(const ScanCounts& counts) {
     return text;
 }
 
-ScanEnd runPrepared(const JobCommandOptions& chosen, const CommandStreams& streams) {
-    Installation installation(chosen.appFolder ? *chosen.appFolder : applicationFolder());
-    if (installation.appFolder().empty())
-        return {kExitNoList, "failed", "the folder of the program cannot be found; give --app", {}};
-    if (!prepareInstallation(installation, streams.err, chosen.quiet))
-        return {kExitNoList, "failed", "the installation is not whole", {}};
-    Watching watching(chosen, streams);
-    return scanOf(installation.paths().localPath / (chosen.jobId + ".csv"), installation, watching);
-}
-
-}  // namespace
-
 int runScanCommand(const JobCommandOptions& chosen, const CommandStreams& streams) {
-    const ScanEnd end = runPrepared(chosen, streams);
-    if (!end.detail.empty())
-        streams.err << "quillon-job: " << end.word << ": " << end.detail << '\n';
-    if (chosen.json)
-        streams.out << jsonOf(chosen.jobId, end);
-    else if (end.status == kExitComplete || end.status == kExitLosses)
-        streams.out << textOf(end.counts);
+    Installation installation(chosen.appFolder ? *chosen.appFolder : applicationFolder());
+    if (installation.appFolder().empty()) {
+        streams.err << "quillon-job: the folder of the program cannot be found; give --app\n";
+        return kExitNoList;
+    }
+    if (!prepareInstallation(installation, streams.err, chosen.quiet))
+        return kExitNoList;
+    const ScanEnd end = scanJob(chosen, installation, streams);
+    if (chosen.json) {
+        nlohmann::ordered_json json = {{"version", 1}, {"scan_sectors", readable(std::string_view(chosen.jobId))}};
+        json.update(scanAsJson(end));
+        streams.out << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    } else if (end.status == kExitComplete || end.status == kExitLosses) {
+        streams.out << scanText(end.counts);
+    }
     streams.out.flush();
     if (streams.out)
         return end.status;

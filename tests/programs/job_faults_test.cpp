@@ -116,7 +116,7 @@ TEST_F(JobFaults, AnUndisturbedJobGradesAndCopiesEverything) {
 TEST_F(JobFaults, AScanReadsAroundWhatCannotBeRead) {
     ASSERT_EQ(runShell(jobWithEvidence()), 0) << said();
     const std::string scan =
-        program + " --app " + path("app") + " --scan-sectors 7 --json >" + path("out") + " 2>" + path("err");
+        program + " --app " + path("app") + " --job 7 --scan-sectors --json >" + path("out") + " 2>" + path("err");
     const std::string faults = "-f -e trace=read -P " + path("source/a.jpg") + " -e inject=read:error=EIO:when=1..2";
     EXPECT_EQ(runShell(traced(faults, scan)), 0) << said();
     const std::string out = temp.read("out");

@@ -25,7 +25,7 @@ protected:
         ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
     }
     int scan(const std::vector<std::string>& more = {}) {
-        std::vector<std::string> arguments = {"--scan-sectors", "1234", "--app", (folder / "app").native()};
+        std::vector<std::string> arguments = {"--job", "1234", "--scan-sectors", "--app", (folder / "app").native()};
         arguments.insert(arguments.end(), more.begin(), more.end());
         return command(arguments);
     }
@@ -90,9 +90,20 @@ TEST_F(ScanCommandTest, WithoutEvidenceNothingIsRead) {
 }
 
 TEST_F(ScanCommandTest, ItTakesNoOptionOfANewJob) {
-    EXPECT_EQ(scan({"--source", (folder / "source").native()}), 2);
-    EXPECT_TRUE(told("--scan-sectors takes no --source")) << err.str();
+    EXPECT_EQ(scan({"--no-test"}), 2);
+    EXPECT_TRUE(told("--scan-sectors without --source takes no --no-test")) << err.str();
     EXPECT_EQ(scan({"--regrade", "1234"}), 2);
+}
+
+TEST_F(ScanCommandTest, ANewJobIsScannedBehindItsEnd) {
+    ASSERT_EQ(job({"--yes", "--quiet", "--scan-sectors", "--json"}), 0) << err.str();
+    EXPECT_EQ(json()["end"], "complete");
+    EXPECT_EQ(json()["sectors"]["end"], "complete");
+    EXPECT_EQ(json()["sectors"]["unread_files"], 2);
+    EXPECT_EQ(list({"files", "--unread"}), "head.abc\nhurt.abc\n");
+    EXPECT_EQ(job({"--yes", "--quiet", "--scan-sectors", "--no-evidence"}), 2);
+    ASSERT_EQ(job({"--yes", "--quiet", "--json"}), 0) << err.str();
+    EXPECT_TRUE(json()["sectors"].is_null());
 }
 
 }  // namespace

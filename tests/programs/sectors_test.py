@@ -178,7 +178,7 @@ class Sectors(unittest.TestCase):
         filled.mount("-o", options)
         try:
             self.job(filled.folder, "M")
-            run(JOB, "--app", self.place / "app", "--scan-sectors", "M", "--quiet")
+            run(JOB, "--app", self.place / "app", "--job", "M", "--scan-sectors", "--quiet")
             self.assertEqual(sorted(self.list("files", "M", "--unread").splitlines()), sorted(hurt))
         finally:
             filled.unmount()
