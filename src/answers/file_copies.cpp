@@ -15,10 +15,6 @@ namespace {
 constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kOutcomes = 1000;
 
-bool goOn(std::uint64_t /*done*/, std::uint64_t /*total*/) {
-    return true;
-}
-
 // The extension of the one format that the evidence names; empty where it names none or several.
 std::string provenExtension(const EvidenceRow& file) {
     constexpr std::string_view kBegin = "as of ";

@@ -68,7 +68,12 @@ TEST_F(CheckSumFileTest, OnADiskThatFailsTheOldListOrTheNewOneStands) {
     const std::string old = lineOf("a", "1") + lineOf("b", "old");
     const auto stands = [this](const std::string& bytes) { return temp.read("1.sha256") == bytes; };
     test::disturbEveryCall({.name = "check sums",
-                            .prepare = [&] { temp.write("1.sha256", old); },
+                            .prepare =
+                                [&] {
+                                    for (const auto& entry : std::filesystem::directory_iterator(temp.path()))
+                                        std::filesystem::remove(entry.path());
+                                    temp.write("1.sha256", old);
+                                },
                             .run = [this] { return write(); },
                             .isOld = [&] { return stands(old); },
                             .isNew = [&] { return stands(lineOf("b", "new")); },

@@ -187,7 +187,7 @@ TEST_F(ListCopyTest, WhatWillNotGoWellIsAskedBeforeTheFirstByte) {
     folder.write("source/what?", "odd");
     ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
     EXPECT_EQ(copy(), 2) << "nobody can be asked";
-    EXPECT_TRUE(told("1 names are none that Windows can open: " + landed("what?").substr(8))) << err.str();
+    EXPECT_TRUE(told("1 names are none that Windows can open: " + landed("what?").substr(7))) << err.str();
     EXPECT_TRUE(told("nothing is copied; --yes goes on")) << err.str();
     EXPECT_FALSE(isThere("good.abc"));
     canAsk = true;
@@ -226,7 +226,8 @@ TEST_F(ListCopyTest, SalvagedFilesStandAmongTheDamagedAlone) {
     FailingFiles disk;
     int reads = 0;
     disk.ahead("read", [&] {
-        if (++reads <= 2)
+        // The command reads its settings first; the folder is there when it comes to the file.
+        if (fs::exists((folder / landed("good.abc")).parent_path()) && ++reads <= 2)
             disk.failAt(1, {EIO}, "read");
     });
     EXPECT_EQ(copy({"--salvage", "--grade", "good"}), 1) << err.str();
