@@ -8,6 +8,7 @@
 #include "dbcheck/damage.h"
 #include "dbcheck/database_lint.h"
 #include "dbcheck/doubts.h"
+#include "dbcheck/ends.h"
 #include "dbcheck/extension_table.h"
 #include "dbcheck/options.h"
 #include "dbcheck/score.h"
@@ -140,6 +141,18 @@ Result<void> judgeDoubts(const DbcheckOptions& options, std::ostream& out, Verdi
     return {};
 }
 
+void judgeEnds(const DbcheckOptions& options, std::ostream& out, Verdict& verdict) {
+    const auto scores = scoreEnds(*options.ends);
+    for (const auto& line : scores.doubted) out << "doubted: " << line << '\n';
+    out << endTable(scores);
+    const auto files = scores.files();
+    const double doubted =
+        files == 0 ? 0 : 100.0 * static_cast<double>(scores.doubted.size()) / static_cast<double>(files);
+    out << fmt::format("doubted: {} of {} files ({:.2f} %); {} could not be read\n", scores.doubted.size(), files,
+                       doubted, scores.unread);
+    compare("doubted files", doubted <= options.maxDoubted, doubted, options.maxDoubted, verdict);
+}
+
 Result<void> judgeSuggestions(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
                               Verdict& verdict) {
     const auto samples = readSamples(*options.samples, kIndex);
@@ -174,6 +187,10 @@ Result<void> judgeDatabase(const HeaderDatabase& database, const DbcheckOptions&
 
 Result<void> judgeByMode(const HeaderDatabase& database, const DbcheckOptions& options, std::ostream& out,
                          Verdict& verdict) {
+    if (options.ends) {
+        judgeEnds(options, out, verdict);
+        return {};
+    }
     if (options.suggest)
         return judgeSuggestions(database, options, out, verdict);
     return options.doubts ? judgeDoubts(options, out, verdict) : judgeDatabase(database, options, out, verdict);

@@ -42,6 +42,12 @@ void declare(CLI::App& command, DbcheckOptions& options, std::string& database, 
     command.add_option("--odd", odd, "Table of samples that are truly cut or odd, for --doubts")
         ->check(CLI::ExistingFile)
         ->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--ends", [&options](const std::string& folder) { options.ends = folder; },
+            "Judge the second opinion on file ends by the whole files below this folder, and nothing else")
+        ->check(CLI::ExistingDirectory)
+        ->type_name("FOLDER");
     command.add_option("--max-doubted", options.maxDoubted, "Fail when more percent of whole samples are doubted")
         ->check(percent);
     command.add_flag("--suggest", options.suggest, "Judge suggested terms by the samples, and nothing else");

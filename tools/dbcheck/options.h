@@ -31,6 +31,7 @@ struct DbcheckOptions {
     double maxDoubted = 100;  ///< of the samples with their true size
     bool damage = false;      ///< damage the good samples, and count those that are still taken for recovered
     std::vector<std::pair<std::string, double>> maxRecovered;  ///< by the name of a damage
+    std::optional<NativePath> ends;                            ///< a folder of whole files, to judge file ends by
     std::optional<NativePath> odd;                             ///< a list of samples that are truly cut or odd
 };
 
