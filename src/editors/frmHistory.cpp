@@ -33,7 +33,7 @@ frmHistory::frmHistory(const ScreenContext& context)
 void frmHistory::createControls() {
     heading_ = makeLabel("heading_", "");
     changes_ = make<Grid>("changes_");
-    changes_->setColumns({{"When", 180}, {"What", 260}, {"Screen", 130}, {"Computer", 110}, {"User", 90}, {"Job", 90}});
+    changes_->setColumns({{"When", 170}, {"What", 210}, {"Screen", 120}, {"Computer", 100}, {"User", 80}, {"Job", 60}});
     changes_->setAccessibleName(QStringLiteral("Changes of the database"));
     changes_->setMinimumHeight(120);
     details_ = make<QPlainTextEdit>("details_");
