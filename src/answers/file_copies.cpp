@@ -162,6 +162,8 @@ Result<void> FileCopies::run(EventLoop& loop, const Ended& ended) {
         if (!more || !*more)
             break;
         done = copyChunk(chunk, queue, loop);
+        if (chunk.size() < kChunk)  // a list would begin anew
+            break;
     }
     queue.finish();
     noteInEvidence();
