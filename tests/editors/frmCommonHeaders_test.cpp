@@ -17,6 +17,7 @@ private slots:
     void cleanup();
     void everyControlHasItsNameAndCaption();
     void addAppendsARowAndClearsTheFields();
+    void theTermIsJudgedBelowItsBoxes();
     void aRefusedEntryLeavesAllAsItIs();
     void clearEmptiesTheFieldsAndTheSwitch();
     void aHexTermIsCheckedAndTakesTheKeyboard();
@@ -218,6 +219,13 @@ void FrmCommonHeadersTest::doneSavesAndTheCloseBoxDoesNot() {
     screen_->click("Command4");
     QVERIFY(!screen_->isOpen());
     QCOMPARE(screen_->bytesOf(kList), std::string(kTwo) + "1,PK,T,Zip\r\n");
+}
+
+void FrmCommonHeadersTest::theTermIsJudgedBelowItsBoxes() {
+    screen_->type("tOffset", "9");
+    screen_->type("tTerm", "abcd");
+    QTRY_COMPARE(screen_->control<QLabel>("advice_").text(),
+                 QStringLiteral("4 bytes; no good files of other extensions are known"));
 }
 
 QTEST_MAIN(FrmCommonHeadersTest)

@@ -19,6 +19,7 @@ private slots:
     void cleanup();
     void everyControlHasItsNameAndCaption();
     void typingAnExtensionLoadsItsTerms();
+    void theTermIsJudgedBelowItsBoxes();
     void openShowsTheSampleAndItsTerms();
     void theButtonOpensAsTheMenuDoes();
     void hexChangesTheTermAtOnce();
@@ -283,6 +284,14 @@ void FrmUpdatedbTest::modalWaitsUntilDone() {
     QVERIFY(wasModal);
     QVERIFY(screen_->navigator.window(Screen::Updatedb) == nullptr);
     QCOMPARE(screen_->bytesOf("local/Database/.dat"), std::string());
+}
+
+void FrmUpdatedbTest::theTermIsJudgedBelowItsBoxes() {
+    screen_->type("Text2", "1");
+    screen_->type("Text3", "ab");
+    QTRY_COMPARE(screen_->control<QLabel>("advice_").text(),
+                 QStringLiteral("Too short: other files have it by chance. 2 bytes; no good files of other extensions "
+                                "are known"));
 }
 
 QTEST_MAIN(FrmUpdatedbTest)

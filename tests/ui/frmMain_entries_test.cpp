@@ -26,6 +26,7 @@ private slots:
     void entriesWithoutAFunctionOpenNothing();
     void theBadSectorEntryWouldHideTheWindow();
     void setUpNetworkOpensModal();
+    void databaseHistoryOpensModal();
     void withoutNetworkNothingIsFoundAndNothingSent();
     void theCommonHeadersBoxIsTheOptionOfTheNextTest();
     void withoutALookSwitchTheLookCannotBeChosen();
@@ -109,6 +110,17 @@ void FrmMainEntriesTest::setUpNetworkOpensModal() {
     choose("openSetupNetwork");
     QVERIFY(wasModal);
     QVERIFY(!isOpen(Screen::SetupNetwork));
+}
+
+void FrmMainEntriesTest::databaseHistoryOpensModal() {
+    bool wasModal = false;
+    QTimer::singleShot(0, this, [&] {
+        wasModal = isOpen(Screen::History) && main_->navigator.window(Screen::History)->isModal();
+        main_->navigator.hide(Screen::History);
+    });
+    choose("openHistory");
+    QVERIFY(wasModal);
+    QVERIFY(!isOpen(Screen::History));
 }
 
 // A window that was given no sockets and no network.
