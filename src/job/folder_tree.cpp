@@ -53,6 +53,7 @@ private:
         const Pause pause = [this] { visitor_.listing(); };
         if (!handle.list(files_, level.folders, pause))
             visitor_.notListed(path_);
+        visitor_.met(path_, files_.size());
         level.folders.sort(pause);
         if (!deliverFiles(handle, pause))
             return false;

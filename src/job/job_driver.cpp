@@ -78,6 +78,7 @@ void JobDriver::begin() {
     detail_.clear();
     listMade_ = false;
     state.passes = {};
+    state.pace.begin();
     state.gaps.clear();
     state.report = ReportState::NotSent;
     state.startTick = context_.surroundings.clock.milliseconds();

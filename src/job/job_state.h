@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "job/job_pace.h"
 #include "job/job_part.h"
 #include "platform/dates.h"
 #include "platform/file.h"
@@ -84,6 +85,7 @@ enum class PassEnd {
 /// What each pass of the running job counted by itself, for the job's check of its own figures (job/self_check). Apart
 /// from the counters, which are what the score board shows.
 struct PassFigures {
+    std::int64_t met = 0;  ///< files whose names the folder test saw
     RowFigures raw;
     PassEnd testing = PassEnd::NotRun;
     std::int64_t rowsRead = 0;  ///< of the raw list, by the testing pass
@@ -98,6 +100,7 @@ struct JobTexts {
     std::string statusPanel;    ///< StatusBar1, panel 3
     std::string quality = "0";  ///< lRPC
     std::string throughput;     ///< Label16
+    std::string pace;           ///< jobPace: share done, files per second and time left
     std::string jobPercent;     ///< Label22
     std::string filePercent;    ///< the percentage of the file in work
     std::string copiedCaption;  ///< Label21
@@ -199,6 +202,7 @@ struct JobState {
     PassFigures passes;
     std::vector<std::string> gaps;  ///< what the job's check of its own figures found, when it has ended
     JobTexts texts;
+    JobPace pace;
     JobProgress progress;           ///< of the job: ProgressBar1
     std::int64_t fileProgress = 0;  ///< of the file being copied, in percent: ProgressBar2
     JobLog log;
