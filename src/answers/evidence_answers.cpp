@@ -60,6 +60,8 @@ Result<FiguresBy> EvidenceAnswers::byExtension() {
     asked = ask(reader_, "SELECT extension, reason, files FROM by_reason", [&](const Statement& row) {
         if (const auto reason = numbered<Reason>(row, 1))
             figures[std::string(row.text(0))].reasons[static_cast<std::size_t>(*reason)] += row.integer(2);
+        else if (row.integer(1) == kDoubtful)
+            figures[std::string(row.text(0))].doubtful += row.integer(2);
     });
     if (!asked)
         return failure(asked.error());
@@ -69,7 +71,13 @@ Result<FiguresBy> EvidenceAnswers::byExtension() {
     return figures;
 }
 
+// An evidence that does not count them is asked file by file.
 Result<void> EvidenceAnswers::addDoubts(FiguresBy& figures) {
+    const auto counted = reader_.jobNumber(job_keys::kDoubtsCounted);
+    if (!counted)
+        return failure(counted.error());
+    if (*counted)
+        return {};
     return ask(reader_, "SELECT extension, count(*) FROM file WHERE doubt IS NOT NULL AND grade = 0 GROUP BY extension",
                [&](const Statement& row) { figures[std::string(row.text(0))].doubtful += row.integer(1); });
 }

@@ -249,7 +249,7 @@ Result<MergedFigures> write(const NativePath& target, const std::string& id, std
     });
     if (named)
         return figures;
-    for (const auto& file : {target, unfinishedMark(target)}) {
+    for (const auto& file : {target, evidenceBeside(target), unfinishedMark(target)}) {
         if (pathExists(file))
             passOver(removeFile(file), "it is marked as unfinished");
     }

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include "evidence/job_keys.h"
 #include "platform/folders.h"
 #include "testing/reason.h"
 #include "text/list_text.h"
@@ -114,6 +115,7 @@ Result<std::string> emptyEvidence() {
     std::vector<std::string> statements = {fmt::format("PRAGMA application_id = {}", kEvidenceId),
                                            fmt::format("PRAGMA user_version = {}", kEvidenceVersion)};
     for (const auto& object : allObjects()) statements.push_back(object.sql);
+    statements.push_back(fmt::format("INSERT INTO job VALUES ('{}', 1)", job_keys::kDoubtsCounted));
     for (const auto& row : kGrades.values)
         statements.push_back(fmt::format("INSERT INTO grade (id, name) VALUES ({}, '{}')",
                                          static_cast<int>(row.grade.value), row.name.value));

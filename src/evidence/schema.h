@@ -11,6 +11,10 @@
 
 namespace quillon {
 
+/// Stands for a reason in `by_reason` and counts the good files that their own heads doubt; an evidence that counts
+/// them says so under `kDoubtsCounted`.
+inline constexpr std::int64_t kDoubtful = -1;
+
 inline constexpr std::int64_t kEvidenceId = 0x514C4556;  // "QLEV"
 inline constexpr std::int64_t kEvidenceVersion = 1;
 

@@ -37,6 +37,8 @@ Result<void> Totals::count(const EvidenceRow& row, std::int64_t sign) {
     change(found->second.grades, row.grade ? static_cast<std::int64_t>(*row.grade) : kNotTested);
     if (row.reason)
         change(found->second.reasons, static_cast<std::int64_t>(*row.reason));
+    if (row.grade == Grade::Good && !row.doubt.empty())
+        change(found->second.reasons, kDoubtful);
     return changes_.size() < kMostAtOnce ? Result<void>() : write();
 }
 

@@ -40,6 +40,8 @@ public:
     /// A subfolder, before what is in it. The start folder is none. One may be entered and yet not be listed, and the
     /// other way round.
     virtual void subfolder(std::string_view /*path*/, bool /*canBeEntered*/) {}
+    /// So many files of a folder have been met by their names; whether they are wanted or not.
+    virtual void met(std::string_view /*path*/, std::size_t /*files*/) {}
     /// False spares the visit to sort, describe and deliver the files of a folder. `path` ends in "/".
     [[nodiscard]] virtual bool wantsFiles(std::string_view /*path*/) const { return true; }
     /// The files of a folder that has some. False ends the whole visit.

@@ -32,6 +32,10 @@ public:
             count(path, canBeEntered);
         context_.turn();
     }
+    void met(std::string_view path, std::size_t files) override {
+        if (folders_.hold(path))
+            context_.state.passes.met += static_cast<std::int64_t>(files);
+    }
     void listing() override { context_.turn(); }
 
     // A window's Stop is looked at only where the source holds the test up.

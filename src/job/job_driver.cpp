@@ -81,6 +81,7 @@ void JobDriver::begin() {
     listMade_ = false;
     state.passes = {};
     state.resumed.reset();
+    state.pace.begin();
     state.gaps.clear();
     state.report = ReportState::NotSent;
     state.startTick = context_.surroundings.clock.milliseconds();

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "job/job_pace.h"
 #include "job/job_part.h"
 #include "platform/copy_terms.h"
 #include "platform/dates.h"
@@ -95,6 +96,7 @@ enum class PassEnd {
 /// What each pass of the running job counted by itself, for the job's check of its own figures (job/self_check). Apart
 /// from the counters, which are what the score board shows.
 struct PassFigures {
+    std::int64_t met = 0;  ///< files whose names the folder test saw
     RowFigures raw;
     PassEnd testing = PassEnd::NotRun;
     std::int64_t rowsRead = 0;  ///< of the raw list, by the testing pass
@@ -120,6 +122,7 @@ struct JobTexts {
     std::string statusPanel;    ///< StatusBar1, panel 3
     std::string quality = "0";  ///< lRPC
     std::string throughput;     ///< Label16
+    std::string pace;           ///< jobPace: share done, files per second and time left
     std::string jobPercent;     ///< Label22
     std::string filePercent;    ///< the percentage of the file in work
     std::string copiedCaption;  ///< Label21
@@ -221,6 +224,7 @@ struct JobState {
     PassFigures passes;
     std::vector<std::string> gaps;  ///< what the job's check of its own figures found, when it has ended
     JobTexts texts;
+    JobPace pace;
     JobProgress progress;           ///< of the job: ProgressBar1
     std::int64_t fileProgress = 0;  ///< of the file being copied, in percent: ProgressBar2
     JobLog log;

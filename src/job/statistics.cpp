@@ -94,9 +94,43 @@ std::string sizeLabel(const JobState& state) {
     return state.sizeShown ? sizeText(state.counters.totalBytes) : "0";
 }
 
+void lookAtPace(JobState& state, std::int64_t milliseconds) {
+    using Pass = PaceReading::Pass;
+    const JobCounters& counters = state.counters;
+    PaceReading reading;
+    switch (state.phase) {
+        case JobPhase::FolderTest:
+            reading.pass = Pass::FolderTest;
+            break;
+        case JobPhase::Walk:
+            reading.pass = Pass::Walk;
+            break;
+        case JobPhase::Testing:
+            reading.pass = Pass::Testing;
+            break;
+        case JobPhase::Copying:
+            reading.pass = Pass::Copying;
+            break;
+        default:
+            break;
+    }
+    reading.milliseconds = milliseconds;
+    reading.begun = state.startTick;
+    reading.met = state.passes.met;
+    reading.listed = counters.files;
+    reading.skipped = counters.skipped;
+    reading.rows = counters.rowsRead;
+    reading.tests = state.options.checkFileQuality;
+    reading.copies = state.options.copy;
+    state.pace.look(reading);
+    state.texts.pace = reading.pass == Pass::None ? std::string() : paceText(state.pace.pace());
+}
+
 void timerTick(JobState& state, const Clock& clock) {
     state.texts.statusPanel = clockText(clock.now().secondOfDay() - state.startTime.secondOfDay());
-    const auto elapsed = clock.milliseconds() - state.startTick;
+    const auto now = clock.milliseconds();
+    lookAtPace(state, now);
+    const auto elapsed = now - state.startTick;
     if (elapsed <= 0)
         return;
     const std::int32_t count = state.counters.rowsRead > 0 ? state.counters.rowsRead : state.counters.files;

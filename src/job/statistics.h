@@ -24,6 +24,10 @@ void showSize(JobState& state);
 /// looks at it, and not for every file.
 [[nodiscard]] std::string sizeLabel(const JobState& state);
 
+/// How far the job is and what it will still take, from what was counted so far: the pace and its text. Between two
+/// jobs there is none.
+void lookAtPace(JobState& state, std::int64_t milliseconds);
+
 /// The handler of the timer that ticks every second while a job runs: elapsed time in the status panel, files per
 /// minute in the throughput label. The count is rows read if above 0, and files otherwise.
 void timerTick(JobState& state, const Clock& clock);

@@ -19,23 +19,7 @@ constexpr unsigned kTurnsPerLook = 32;
 constexpr std::int64_t kTickMilliseconds = 1000;
 constexpr std::int64_t kLineMilliseconds = 200;
 
-std::string rateText(double perSecond) {
-    if (perSecond >= 1)
-        return fmt::format("  {} files/s", grouped(static_cast<std::int64_t>(perSecond)));
-    return perSecond > 0 ? fmt::format("  {:.1f} files/min", perSecond * 60) : std::string("  0 files/s");
-}
-
 }  // namespace
-
-std::string timeLeftText(double seconds) {
-    constexpr double kDay = 86400;
-    if (seconds < kDay)
-        return clockText(static_cast<std::int64_t>(seconds));
-    if (seconds >= 10000 * kDay)
-        return "more than 10,000 d";
-    const auto hours = static_cast<std::int64_t>(seconds) / 3600;
-    return fmt::format("{} d {} h", grouped(hours / 24), hours % 24);
-}
 
 void CommandLoop::workingOn(std::string_view path) {
     inHand_.turnTo(path);
@@ -68,22 +52,33 @@ void CommandLoop::look() {
 }
 
 void CommandLoop::showLine() {
-    const JobCounters& counters = job_->state.counters;
-    const bool counting = counters.rowsRead == 0;
-    const std::int32_t done = counting ? counters.files : counters.rowsRead;
-    const double seconds = static_cast<double>(clock_.milliseconds() - job_->state.startTick) / 1000.0;
-    const double rate = seconds > 0 ? done / seconds : 0;
-    std::string line = job_->state.texts.status + "  ";
-    if (counting && done == 0) {
-        line += grouped(counters.folders) + " folders";
-    } else {
-        line += grouped(done) + (counting ? "" : "/" + grouped(counters.files));
-        line += rateText(rate);
-    }
-    if (!counting && rate > 0)
-        line += "  " + timeLeftText((counters.files - done) / rate) + " left";
-    err_ << "\r\033[K" << line << std::flush;
+    lookAtPace(job_->state, clock_.milliseconds());
+    err_ << "\r\033[K" << progressText() << std::flush;
     lineShown_ = true;
+}
+
+std::string CommandLoop::progressText() const {
+    const JobState& state = job_->state;
+    const JobCounters& counters = state.counters;
+    const Pace& pace = state.pace.pace();
+    std::string text = state.texts.status;
+    const auto add = [&text](const std::string& piece) { text += "  " + piece; };
+    if (counters.rowsRead == 0 && counters.files == 0) {
+        add(grouped(counters.folders) + " folders");
+        if (pace.files > 0)
+            add("at least " + grouped(pace.files) + " files");
+        return text;
+    }
+    if (counters.rowsRead > 0)
+        add(grouped(counters.rowsRead) + "/" + grouped(counters.files));
+    else
+        add((state.phase == JobPhase::Walk ? "at least " : "") + grouped(counters.files));
+    if (pace.share)
+        add(fmt::format("{:.0f} %", *pace.share * 100));
+    add(rateText(pace.filesPerSecond));
+    if (pace.secondsLeft)
+        add(timeLeftText(*pace.secondsLeft) + " left");
+    return text;
 }
 
 void CommandLoop::clearLine() {

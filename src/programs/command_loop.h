@@ -16,9 +16,6 @@
 
 namespace quillon {
 
-/// "00:00:30", from a day on "1 d 18 h".
-[[nodiscard]] std::string timeLeftText(double seconds);
-
 class CommandLoop final : public EventLoop {
 public:
     /// `interrupts` gives the number of presses of Ctrl-C so far.
@@ -41,6 +38,7 @@ public:
 private:
     void look();
     void showLine();
+    [[nodiscard]] std::string progressText() const;
 
     const Clock& clock_;
     std::ostream& err_;

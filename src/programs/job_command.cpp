@@ -198,7 +198,7 @@ private:
     [[nodiscard]] JobResult runPrepared() {
         applyOptions(chosen_, job_, showLine_);
         if (const auto refused = checkTarget())
-            return {*refused, kExitNoList, {}, {}, false};
+            return {.cause = *refused};
         loadReportMessages(installation_, dialogs_, job_.kept(), job_.messages);
         JobHost host;
         UdpSocket server;
@@ -215,7 +215,8 @@ private:
         } catch (const std::bad_alloc&) {
             // What ran is closed by now, and its memory free again.
         }
-        return {cause, kExitNoList, driver.detail(), driver.phaseTimes(), driver.listStands()};
+        return {
+            .cause = cause, .detail = driver.detail(), .times = driver.phaseTimes(), .listStands = driver.listStands()};
     }
 
     // The job is complete whatever the scan finds; only its status tells what the scan lacks.

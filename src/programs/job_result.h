@@ -16,10 +16,10 @@ namespace quillon {
 struct JobResult {
     EndCause cause = EndCause::NotSetUp;
     int status = kExitNoList;
-    std::string detail;  ///< what the system said of a failure; may be empty
-    PhaseTimes times;
-    bool listStands = false;      ///< a final list of this job is there, complete or not
-    std::optional<ScanEnd> scan;  ///< of its files for bad sectors; none where none was asked for
+    std::string detail = {};  ///< what the system said of a failure; may be empty
+    PhaseTimes times = {};
+    bool listStands = false;           ///< a final list of this job is there, complete or not
+    std::optional<ScanEnd> scan = {};  ///< of its files for bad sectors; none where none was asked for
 };
 
 /// One object: docs/formats/job-json.md.

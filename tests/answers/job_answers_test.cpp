@@ -92,6 +92,24 @@ protected:
     TempFolder folder;
 };
 
+TEST_F(JobAnswersTest, DoubtsAreCountedWithTheRowsAndInAnOldEvidenceFileByFile) {
+    auto database = Database::open(folder / "1.sqlite", Access::Writing);
+    ASSERT_TRUE(database);
+    const auto doubtful = [&] { return ask(true)->total().value_or(Figures()).doubtful; };
+    EXPECT_EQ(doubtful(), 1);
+    ASSERT_TRUE(database->run("DELETE FROM job WHERE key = 'doubts_counted'; DELETE FROM by_reason WHERE reason = -1"));
+    EXPECT_EQ(doubtful(), 1) << "as evidence was before";
+    ASSERT_TRUE(database->run("INSERT INTO job VALUES ('doubts_counted', 1)"));
+    EXPECT_EQ(doubtful(), 0);
+    auto store = EvidenceStore::open(folder / "1.sqlite");
+    ASSERT_TRUE(store);
+    EvidenceRow row;
+    ASSERT_TRUE(ask(true)->next(row).value_or(false));
+    row.doubt.clear();
+    ASSERT_TRUE(store->change(row).and_then([&] { return store->commit(); }));
+    EXPECT_EQ(doubtful(), -1) << "a doubt that went is taken off";
+}
+
 TEST_F(JobAnswersTest, TheTotalIsTheSameByEvidenceAndByList) {
     for (const bool byEvidence : {true, false}) {
         const auto total = ask(byEvidence)->total();

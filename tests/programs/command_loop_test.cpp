@@ -48,6 +48,17 @@ TEST_F(CommandLoopTest, APassShowsHowMuchIsLeft) {
     EXPECT_EQ(lineAt(10000), "\r\x1B[KWorking  10,000/40,000  1,000 files/s  00:00:30 left");
 }
 
+TEST_F(CommandLoopTest, ARunningJobShowsItsShareAndTheTimeLeftOfAllPasses) {
+    state.options.checkFileQuality = false;
+    enterPhase(state, JobPhase::FolderTest);
+    state.counters.folders = 7;
+    state.passes.met = 1000;
+    EXPECT_EQ(lineAt(0), "\r\x1B[KChecking folders and access rights  7 folders  at least 1,000 files");
+    enterPhase(state, JobPhase::Walk);
+    state.counters.files = 250;
+    EXPECT_EQ(lineAt(10'000), "\r\x1B[KRunning primary list  at least 250  25 %  25 files/s  00:00:30 left");
+}
+
 TEST_F(CommandLoopTest, ARateBelowOneIsTold) {
     state.counters.files = 100;
     state.counters.rowsRead = 5;
