@@ -96,6 +96,7 @@ void AskedFolder::list(SourceCare& care, const Pause& pause) {
     listedToItsEnd = listed.has_value();
     if (!listed)
         care.failed(listed.error());
+    filesMet = folder->files.size();
     folder->folders.sort(pause);
     if (describes_)
         folder->files.sort(pause);

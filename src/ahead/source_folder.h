@@ -105,6 +105,7 @@ public:
     // The walk's own: what it has asked of the folder ahead.
     std::deque<std::shared_ptr<AskedFolder>> subfolders;  ///< those that the walk comes to next
     std::deque<std::shared_ptr<AskedFiles>> files;        ///< in their order, from the first that was not delivered
+    std::size_t filesMet = 0;                             ///< by their names; those that are not wanted are forgotten
     std::size_t filesAsked = 0;
 
 private:

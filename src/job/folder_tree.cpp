@@ -151,7 +151,7 @@ private:
         }
         if (!asked->listedToItsEnd)
             visitor_.notListed(path_);
-        visitor_.met(path_, asked->folder->files.size());
+        visitor_.met(path_, asked->filesMet);
         if (!asked->folder->folders.empty())
             push(asked);
         askAhead();
