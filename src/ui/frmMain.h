@@ -44,6 +44,7 @@
 //   Command5                        "Check Folders"           without effect
 //   Toolbar1 (Toolbar1_1 to _12), StatusBar1 (StatusBar1_1 version, _2 what the job does or how it ended, _3 status of
 //     the job), Timer1
+//   jobPace (ours)                  share of the job that is done, files per second and time left, in StatusBar1
 //   Menus: mnuFile (mnuOpen, mnuExit), mnu (mnuSettings, mnuEdit, mnuDB, mnuEditCommon, mnuBS, mnuErrors, mnuMsgLogs,
 //     mnuFLS, mnuAutoUpdate, and of ours mnuLook with lookDesktop, lookLight, lookDark, and mnuEvidence with
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)

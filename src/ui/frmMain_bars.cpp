@@ -113,6 +113,9 @@ void frmMainControls::createStatusBar(QMainWindow& window) {
         statusPanels[i]->setContentsMargins(kSpacing, 0, kSpacing, 0);
         bar->addWidget(statusPanels[i], i == 0 ? 0 : 1);
     }
+    jobPace = make<ElidedLabel>("jobPace");
+    jobPace->setContentsMargins(kSpacing, 0, kSpacing, 0);
+    bar->addWidget(jobPace, 1);
 }
 
 void frmMainControls::fillToolbar() {

@@ -68,6 +68,7 @@ struct frmMainControls {
     std::array<QToolButton*, kToolbarButtons> toolbarButtons;  ///< Toolbar1_1 to Toolbar1_12
     std::array<QAction*, kToolbarButtons> toolbarActions;      ///< hide and show the buttons
     std::array<QLabel*, 3> statusPanels;                       ///< StatusBar1_1 to StatusBar1_3
+    QLabel* jobPace;
 
     QMenu *mnuFile, *mnu, *mnuViewf, *mnuh3;
     QAction *mnuOpen, *mnuExit, *mnuSettings, *mnuEdit, *mnuDB, *mnuEditCommon, *mnuBS, *mnuErrors, *mnuMsgLogs;

@@ -75,6 +75,9 @@ void frmMain::showTexts() {
     showText(*Label8, texts.status);
     showText(*statusPanels[2], texts.statusPanel);
     showSummary();
+    const std::string pace = job_.state.phase == JobPhase::Idle ? std::string() : texts.pace;
+    showText(*jobPace, pace);
+    jobPace->setVisible(!pace.empty());
     showText(*lRPC, texts.quality);
     showText(*lsize, sizeLabel(job_.state));
     showText(*Label16, texts.throughput);

@@ -57,7 +57,7 @@ namespace {
 
 const std::vector<test::FrameCase> kControls = {
     {"Frame5", "Stats", {{"gradeBar", ""}, {"copiedNote", "Copied:"}}},
-    {"", "", {{"Label2_1", "", false}, {"StatusBar1_2", ""}}},
+    {"", "", {{"Label2_1", "", false}, {"StatusBar1_2", ""}, {"jobPace", "", false}}},
 };
 
 }  // namespace

@@ -46,6 +46,7 @@ private slots:
     void aShareThatHangsDoesNotHoldTheWindow();
     void thereIsATurnBehindEveryFile();
     void theStatusBarSaysWhatTheJobDoesAndHowItEnded();
+    void theStatusBarTellsThePaceOfARunningJob();
     void aRecountDuringAJobLeavesItsCountersAndControls();
 
 private:
@@ -371,6 +372,21 @@ void FrmMainJobTest::theStatusBarSaysWhatTheJobDoesAndHowItEnded() {
     main_->dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
     click("CommandButton3");
     QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Stopped, no list"));
+}
+
+void FrmMainJobTest::theStatusBarTellsThePaceOfARunningJob() {
+    main_->chooseSource("1234");
+    QCOMPARE(main_->text("jobPace"), QString());
+    const QString pace = QStringLiteral("34 %, 1,200 files/s, 00:02:10 left");
+    bool told = false;
+    main_->loop.addRefresh([&] {
+        told = told || main_->text("jobPace") == pace;
+        if (main_->job.state.phase == JobPhase::Testing)
+            main_->job.state.texts.pace = pace.toStdString();
+    });
+    click("CommandButton3");
+    QVERIFY(told);
+    QCOMPARE(main_->text("jobPace"), QString());
 }
 
 // What "Done" of the viewer does, while "View" can be used.
