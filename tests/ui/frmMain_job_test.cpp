@@ -45,8 +45,6 @@ private slots:
     void closingDuringAJobStopsIt();
     void aShareThatHangsDoesNotHoldTheWindow();
     void thereIsATurnBehindEveryFile();
-    void theStatusBarSaysWhatTheJobDoesAndHowItEnded();
-    void theStatusBarTellsThePaceOfARunningJob();
     void aRecountDuringAJobLeavesItsCountersAndControls();
 
 private:
@@ -350,43 +348,6 @@ void FrmMainJobTest::aShareThatHangsDoesNotHoldTheWindow() {
     QCOMPARE(beats, 5);
     QCOMPARE(log().back(), std::string("Copying ext database from network drive"));
     QCOMPARE(main_->temp.read("local/Kept/2026-11-15 10.20.30/Database/jpg.dat"), "1,FFD8FF,H\r\n");
-}
-
-void FrmMainJobTest::theStatusBarSaysWhatTheJobDoesAndHowItEnded() {
-    std::filesystem::create_directories(main_->temp / "source/folder");
-    main_->chooseSource("1234");
-    QCOMPARE(main_->text("StatusBar1_2"), QString());
-    QStringList said;
-    main_->loop.addRefresh([&] {
-        const QString now = main_->text("StatusBar1_2");
-        if (said.isEmpty() || said.last() != now)
-            said << now;
-    });
-    click("CommandButton3");
-    for (const char* text :
-         {"Running 1 of 3: checking folders", "Running 2 of 3: listing files", "Running 3 of 3: testing"})
-        QVERIFY2(said.contains(QLatin1String(text)), qPrintable(said.join(QLatin1Char('|'))));
-    QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Complete"));
-    main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("2"));
-    pressAt("Running primary list", "CommandButton4");
-    main_->dialogs.expectBox("Stop process?", "Do you want to stop the process?", BoxAnswer::Yes);
-    click("CommandButton3");
-    QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Stopped, no list"));
-}
-
-void FrmMainJobTest::theStatusBarTellsThePaceOfARunningJob() {
-    main_->chooseSource("1234");
-    QCOMPARE(main_->text("jobPace"), QString());
-    const QString pace = QStringLiteral("34 %, 1,200 files/s, 00:02:10 left");
-    bool told = false;
-    main_->loop.addRefresh([&] {
-        told = told || main_->text("jobPace") == pace;
-        if (main_->job.state.phase == JobPhase::Testing)
-            main_->job.state.texts.pace = pace.toStdString();
-    });
-    click("CommandButton3");
-    QVERIFY(told);
-    QCOMPARE(main_->text("jobPace"), QString());
 }
 
 // What "Done" of the viewer does, while "View" can be used.
