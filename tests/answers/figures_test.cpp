@@ -64,15 +64,15 @@ TEST(FiguresTest, WholeAreTheRecoveredOnesThatHoldNoUnreadSectorsAsFarAsKnown) {
 
 TEST(FiguresTextTest, UnreadSectorsAreToldWhereFilesWereLookedAt) {
     Figures figures = sample();
-    EXPECT_EQ(summaryText(figures, true, Colours::None).find("Whole"), std::string::npos);
+    EXPECT_EQ(summaryText(figures, true, TerminalColours::None).find("Whole"), std::string::npos);
     EXPECT_TRUE(nlohmann::json::parse(summaryJson(figures, true))["whole"].is_null());
     countSectors(figures, Grade::Good, 3, 1, 512);
     EXPECT_NE(
-        summaryText(figures, true, Colours::None)
+        summaryText(figures, true, TerminalColours::None)
             .find("Whole    66.67% good and whole as far as known: 1 file of 3 holds unread sectors, 512 Bytes in "
                   "all\n"),
         std::string::npos)
-        << summaryText(figures, true, Colours::None);
+        << summaryText(figures, true, TerminalColours::None);
     const auto json = nlohmann::json::parse(summaryJson(figures, true));
     EXPECT_EQ(json["whole"], 66.67);
     EXPECT_EQ(json["sectors-known"], 3);

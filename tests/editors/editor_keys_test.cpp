@@ -29,7 +29,7 @@ namespace {
 std::unique_ptr<test::EditorScreen> opened(Screen screen) {
     auto made = std::make_unique<test::EditorScreen>(screen);
     if (screen == Screen::ExtEditor)
-        made->navigator.open(screen, EditorHandover{1, u"qlx", {}, {}});
+        made->navigator.open(screen, EditorHandover{1, u"qlx", {}, {}, {}});
     else if (screen == Screen::PreviewBadSector)
         made->navigator.open(screen, SectorPreview{std::string(514, 'x')});
     else

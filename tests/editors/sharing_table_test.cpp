@@ -23,7 +23,7 @@ struct Screens {
     explicit Screens(bool sharing) : folders(sharing) {}
 
     ExtensionEditor& editor() {
-        extensionEditor.load({0, u"jpg", {}, {}});
+        extensionEditor.load({0, u"jpg", {}, {}, {}});
         return extensionEditor;
     }
     ManualUpdate& update() {

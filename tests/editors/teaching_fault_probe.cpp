@@ -70,7 +70,7 @@ public:
 
     void done() {
         ExtensionEditor editor(installation_, dialogs_, job_.kept(), job_.messages, screen_, [] {});
-        editor.load({1, u"qlx", {}, {}});
+        editor.load({1, u"qlx", {}, {}, {}});
         editor.state.position = "5";
         editor.state.term = "NEW";
         editor.addOrUpdate();
