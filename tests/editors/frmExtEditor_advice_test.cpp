@@ -65,7 +65,7 @@ void FrmExtEditorAdviceTest::init() {
 }
 
 void FrmExtEditorAdviceTest::openEditor(const std::vector<std::string>& files) {
-    EditorHandover handover{1, u"qlx", {}, {}};
+    EditorHandover handover{1, u"qlx", {}, {}, {}};
     for (std::size_t i = 0; i < files.size(); ++i) {
         std::string bytes = files[i];
         bytes.resize(600, static_cast<char>('0' + i));

@@ -69,7 +69,7 @@ void FrmExtEditorKeysTest::openOver(int terms, int category) {
     screen_->folder.write("local/Settings/CommonHeaders.dat", "1,PK,T,archive\r\n");
     const auto file = screen_->folder.write("source/a.qlx", "QLX!" + std::string(600, 'x'));
     EditorHandover handover{
-        category, u"qlx", {{toListText(file.native()), u"Appears to be of file type : archive"}}, {}};
+        category, u"qlx", {{toListText(file.native()), u"Appears to be of file type : archive"}}, {}, {}};
     screen_->navigator.open(Screen::ExtEditor, handover);
     screen_->window().activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&screen_->window()));
