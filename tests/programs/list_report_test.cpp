@@ -5,6 +5,9 @@
 
 #include "programs/command_fixture.h"
 #include "programs/list_command.h"
+#include "programs/list_options.h"
+#include "testing/grade.h"
+#include "testing/reason.h"
 #include "text/numbers.h"
 
 namespace quillon::test {
