@@ -88,7 +88,7 @@ int teach(const NativePath& local, const NativePath& share, int rounds, const st
     std::mt19937 random(static_cast<unsigned>(std::stoul(number)));
     for (int round = 0; round < rounds; ++round) {
         ExtensionEditor editor(installation, dialogs, job.kept(), job.messages, screen, [] {});
-        editor.load({1, u"qlx", {}, {}});
+        editor.load({1, u"qlx", {}, {}, {}});
         // A person needs a moment between opening and saving.
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
         editor.state.position = "1";
