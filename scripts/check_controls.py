@@ -54,7 +54,7 @@ def is_told(words, name):
 
 TOP = re.compile(r"^(?:template <.*>\n)?(?=\S)(?:[\w:<>&*,\[\] ]+[ &*])(?:\w+::)?(\w+)\([^;{}]*\)(?: const)?(?: override)? \{\n(.*?)^\}", re.M | re.S)
 INNER = re.compile(r"^    (?:[\w:<>&*,\[\] ]+[ &*])(\w+)\([^;{}]*\)(?: const)?(?: override)? \{(.*?)(?:\}$|^    \})", re.M | re.S)
-DATA = re.compile(r"^\s*(?:static )?(?:constexpr|const)\b[^=;()]*?\b(k\w+)(?:\[\])? = (.*?);", re.M | re.S)
+DATA = re.compile(r"^\s*(?:static )?(?:constexpr|const)\b[^=;()]*?\b(k\w+)(?:\[\])? = (.*?);$", re.M | re.S)
 
 
 def bodies(root, path, seen):

@@ -151,7 +151,8 @@ Result<void> XlsxExport::add(const EvidenceRow& file) {
 Result<void> XlsxExport::nextFigureSheet(const std::string& name, const std::string& what) {
     std::vector<std::string> columns{what, "files", "bytes", "quality"};
     for (const auto& row : kGrades.values) columns.emplace_back(row.name.value);
-    columns.insert(columns.end(), {"not-tested", "doubtful"});
+    columns.insert(columns.end(),
+                   {"not-tested", "doubtful", "whole", "sectors-known", "unread-sector-files", "unread-sector-bytes"});
     for (const auto& row : kReasons) columns.emplace_back(row.name);
     return openSheet(name, columns);
 }
@@ -167,13 +168,19 @@ Result<void> XlsxExport::addFigures(const std::string& sheet, const std::string&
         put(nameText(name));
         put(of.files);
         put(of.bytes);
-        const auto share = quality(of);
-        if (share && written)  // per cent with two decimals
-            written = done(worksheet_write_number(sheet_, row_, at, std::round(*share * 10000) / 100, nullptr));
-        ++at;
+        const auto putShare = [&](std::optional<double> share) {
+            if (share && written)  // per cent with two decimals
+                written = done(worksheet_write_number(sheet_, row_, at, std::round(*share * 10000) / 100, nullptr));
+            ++at;
+        };
+        putShare(quality(of));
         for (const auto files : of.grades.values) put(files);
         put(of.notTested);
         put(of.doubtful);
+        putShare(wholeQuality(of));
+        put(of.sectorsKnown);
+        put(of.hurt);
+        put(of.unreadBytes);
         for (const auto files : of.reasons) put(files);
         if (!written)
             return written;

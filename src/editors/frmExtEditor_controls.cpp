@@ -115,9 +115,11 @@ void frmExtEditor::createAdvice(QVBoxLayout& layout) {
     suggest_ = makeButton("suggest_", "Su&ggest");
     suggest_->setFocusPolicy(Qt::ClickFocus);
     suggest_->setToolTip(QStringLiteral("Terms that these files share and others lack"));
-    addRow(layout, {suggest_});
     advice_ = new PolledLabel("advice_", [this] { return lookForAdvice(); });
-    layout.addWidget(advice_);
+    auto* row = new QHBoxLayout;
+    row->addWidget(suggest_, 0, Qt::AlignTop);
+    row->addWidget(advice_, 1);
+    layout.addLayout(row);
     suggestions_ = new QMenu(QStringLiteral("Suggested terms"), this);
     suggestions_->setObjectName(QStringLiteral("suggestions_"));
 }
@@ -139,7 +141,7 @@ void frmExtEditor::createTerms() {
     // Terms take the room that a wide window gives.
     iGrid1->horizontalHeader()->setStretchLastSection(false);
     iGrid1->horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
-    iGrid1->setMinimumHeight(120);
+    iGrid1->setMinimumHeight(80);  // the least that leaves room on a screen of 540 rows
     layout->addWidget(iGrid1, 1);
     createTermButtons(*layout);
 }

@@ -177,7 +177,7 @@ TEST_F(JobFaults, AReadErrorGradesThatFileByABlankHeaderAndNoOtherOne) {
 }
 
 TEST_F(JobFaults, AFolderThatCannotBeListedIsToldAndTheRestIsListed) {
-    EXPECT_EQ(runShell(traced("-P " + path("source/one") + " -e inject=getdents64:error=EIO", job())), 3);
+    EXPECT_EQ(runShell(traced("-f -P " + path("source/one") + " -e inject=getdents64:error=EIO", job())), 3);
     EXPECT_NE(said().find("folders could not be read to their end"), std::string::npos) << said();
     EXPECT_EQ(grades().size(), 4U);
 }

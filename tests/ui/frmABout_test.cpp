@@ -102,8 +102,8 @@ void FrmABoutTest::everyScreenHasItsPlaceInTheHelp() {
                                                           {"frmZip", "Zipping the lists"},
                                                           {"frmCommonHeaders", "The other editors"},
                                                           {"frmViewList", "Bad files and new terms"},
-                                                          {"frmPreviewBadSector", "The other editors"},
-                                                          {"frmOverview", "Bad files and new terms"}};
+                                                          {"frmOverview", "Bad files and new terms"},
+                                                          {"frmPreviewBadSector", "The other editors"}};
     for (const auto& [screen, title] : places) {
         help.showScreen(QLatin1String(screen));
         QCOMPARE(contents->currentItem()->text(), QLatin1String(title));
