@@ -221,7 +221,9 @@ private:
 
     // The job is complete whatever the scan finds; only its status tells what the scan lacks.
     void scan(JobResult& result) const {
-        result.scan = scanJob(chosen_, installation_, streams_);
+        const auto list = job_.lists().finalPath();
+        result.scan = list ? scanJob(*list, installation_, chosen_, streams_)
+                           : ScanEnd{kExitNoList, "failed", list.error().text, {}};
         if (result.scan->status != kExitComplete && result.status != kExitLosses)
             result.status = result.scan->status;
     }

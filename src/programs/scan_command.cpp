@@ -95,11 +95,10 @@ ScanEnd scanOf(const NativePath& list, const Installation& installation, ScanHos
 
 }  // namespace
 
-ScanEnd scanJob(const JobCommandOptions& chosen, const Installation& installation, const CommandStreams& streams) {
+ScanEnd scanJob(const NativePath& list, const Installation& installation, const JobCommandOptions& chosen,
+                const CommandStreams& streams) {
     Watching watching(chosen, streams);
-    const std::string listed =
-        chosen.part ? idOfPart(*chosen.part, installation.paths().fileListSeparator) : chosen.jobId;
-    ScanEnd end = scanOf(installation.paths().localPath / (listed + ".csv"), installation, watching);
+    ScanEnd end = scanOf(list, installation, watching);
     if (!end.detail.empty())
         streams.err << "quillon-job: " << end.word << ": " << end.detail << '\n';
     return end;
@@ -140,7 +139,8 @@ int runScanCommand(const JobCommandOptions& chosen, const CommandStreams& stream
     }
     if (!prepareInstallation(installation, streams.err, chosen.quiet))
         return kExitNoList;
-    const ScanEnd end = scanJob(chosen, installation, streams);
+    const ScanEnd end =
+        scanJob(installation.paths().localPath / (chosen.jobId + ".csv"), installation, chosen, streams);
     if (chosen.json) {
         nlohmann::ordered_json json = {{"version", 1}, {"scan_sectors", readable(std::string_view(chosen.jobId))}};
         json.update(scanAsJson(end));

@@ -24,8 +24,8 @@ struct ScanEnd {
     ScanCounts counts;
 };
 
-/// Scans the files of the chosen job, which is done.
-[[nodiscard]] ScanEnd scanJob(const JobCommandOptions& chosen, const Installation& installation,
+/// Scans the files of the job that has this list, and is done.
+[[nodiscard]] ScanEnd scanJob(const NativePath& list, const Installation& installation, const JobCommandOptions& chosen,
                               const CommandStreams& streams);
 /// What it found, in lines for people.
 [[nodiscard]] std::string scanText(const ScanCounts& counts);
