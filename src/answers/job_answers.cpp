@@ -15,4 +15,17 @@ Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const Repor
     return std::make_unique<EvidenceAnswers>(std::move(*reader));
 }
 
+Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take) {
+    EvidenceRow file;
+    while (true) {
+        const auto more = answers.next(file);
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        if (auto taken = take(file); !taken)
+            return taken;
+    }
+}
+
 }  // namespace quillon

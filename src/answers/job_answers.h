@@ -4,6 +4,7 @@
 // What can be asked of a job: figures and files, from its evidence or, for an old job, from its list alone. What a list
 // does not hold (source, reasons, doubts, times to the nanosecond) stays unknown.
 
+#include <functional>
 #include <memory>
 
 #include "answers/figures.h"
@@ -55,5 +56,8 @@ public:
 
 /// `messages`: by which the results of a list are told apart.
 [[nodiscard]] Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const ReportMessages& messages);
+
+/// Hands the files that are still to come to `take`, in the order of the walk, until one of them fails.
+[[nodiscard]] Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take);
 
 }  // namespace quillon

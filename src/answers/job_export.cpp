@@ -25,20 +25,10 @@ Result<void> eachJob(const std::vector<JobFiles>& jobs, const std::function<Resu
     return {};
 }
 
-Result<void> eachFile(const std::vector<JobFiles>& jobs, const FileWish& wish, const TakeFile& take) {
-    return eachJob(jobs, [&](JobAnswers& answers) -> Result<void> {
-        EvidenceRow file;
-        while (true) {
-            const auto more = answers.next(file);
-            if (!more)
-                return failure(more.error());
-            if (!*more)
-                return {};
-            if (!fits(wish, file))
-                continue;
-            if (auto taken = take(file); !taken)
-                return taken;
-        }
+Result<void> eachFileOf(const std::vector<JobFiles>& jobs, const FileWish& wish, const TakeFile& take) {
+    return eachJob(jobs, [&](JobAnswers& answers) {
+        return eachFile(answers,
+                        [&](const EvidenceRow& file) { return fits(wish, file) ? take(file) : Result<void>(); });
     });
 }
 
@@ -66,7 +56,7 @@ Result<void> writeWorkbook(const std::vector<JobFiles>& jobs, const FileWish& wi
     auto workbook = XlsxExport::begin(target);
     if (!workbook)
         return failure(workbook.error());
-    return eachFile(jobs, wish, [&](const EvidenceRow& file) { return workbook->add(file); })
+    return eachFileOf(jobs, wish, [&](const EvidenceRow& file) { return workbook->add(file); })
         .and_then([&] { return workbook->addFigures("Extensions", "extension", *extensions); })
         .and_then([&] { return workbook->addFigures("Folders", "folder", *folders); })
         .and_then([&] { return workbook->finish(); });
@@ -85,7 +75,7 @@ Result<void> writeExport(const std::vector<JobFiles>& jobs, const FileWish& wish
     PieceWriter writer(replacement->takeFile());
     auto put = csv ? writer.put(csvHead(form.style)) : Result<void>();
     if (put)
-        put = eachFile(jobs, wish, [&](const EvidenceRow& file) {
+        put = eachFileOf(jobs, wish, [&](const EvidenceRow& file) {
             return writer.put(csv ? csvRecord(file, form.style) : jsonLine(file));
         });
     const auto written = put.and_then([&] { return writer.finish(); }).and_then([&] { return replacement->arrive(); });

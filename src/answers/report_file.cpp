@@ -32,19 +32,6 @@ void add(FiguresBy& sums, const FiguresBy& more) {
     for (const auto& [name, figures] : more) sums[name] += figures;
 }
 
-Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take) {
-    EvidenceRow file;
-    while (true) {
-        const auto more = answers.next(file);
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            return {};
-        if (auto taken = take(file); !taken)
-            return taken;
-    }
-}
-
 // Collects what stands ahead of the list of files.
 class Gathering {
 public:

@@ -99,24 +99,12 @@ private:
             return failure(place.error().kind, readable(std::string_view(*source)) + ": " + place.error().text);
         sectorBytes_ = std::max<std::uint64_t>(sectorBytes_, options_.sectorBytes.value_or(place->sectorBytes));
         MapJoin join(map_, *place);
-        auto looked = eachFile(**answers, [&](const EvidenceRow& file) {
+        auto looked = eachFile(**answers, [&](const EvidenceRow& file) -> Result<void> {
             lookAt(file, places_.placesOf(*source + "/" + file.path()), system->number, join, findings);
+            return {};
         });
         sums_.unclaimed += join.unclaimed();
         return looked;
-    }
-
-    template <typename Take>
-    [[nodiscard]] static Result<void> eachFile(JobAnswers& answers, Take take) {
-        EvidenceRow file;
-        while (true) {
-            const auto more = answers.next(file);
-            if (!more)
-                return failure(more.error());
-            if (!*more)
-                return {};
-            take(file);
-        }
     }
 
     void lookAt(const EvidenceRow& file, const Result<FilePlaces>& found, std::uint64_t system, MapJoin& join,
