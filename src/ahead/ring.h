@@ -41,8 +41,9 @@ public:
     }
     void dropFirst() {
         assert(count_ > 0);
-        first_ = (first_ + 1) % places_.size();
         --count_;
+        // One item at a time stays where the processor's cache has it.
+        first_ = count_ == 0 ? 0 : (first_ + 1) % places_.size();
     }
 
 private:
