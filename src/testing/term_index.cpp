@@ -52,10 +52,17 @@ void TermIndex::add(std::string_view extension, const std::vector<CompiledTerm>&
             anywhere_.emplace(fourBytes(begin), number);
             mayBegin_.set(twoBytes(begin));
         } else {
-            fixed_[*term.fixedOffset()].emplace(fourBytes(begin), number);
+            Place& place = placeAt(*term.fixedOffset());
+            place.begins.set(static_cast<unsigned char>(*begin));
+            place.terms.emplace(fourBytes(begin), number);
         }
         terms_.push_back({term, std::string(extension)});
     }
+}
+
+TermIndex::Place& TermIndex::placeAt(std::size_t offset) {
+    const auto known = std::ranges::find(fixed_, offset, &Place::offset);
+    return known != fixed_.end() ? *known : fixed_.emplace_back(Place{.offset = offset, .begins = {}, .terms = {}});
 }
 
 TermIndex TermIndex::ofFolder(const NativePath& databaseFolder) {
@@ -92,9 +99,12 @@ void TermIndex::consider(const Places& places, Key key, const HeaderBytes& folde
 
 TermIndex::Match TermIndex::find(const HeaderBytes& folded) const {
     Match best;
-    for (const auto& [offset, places] : fixed_) {
-        if (offset + sizeof(Key) <= folded.size())
-            consider(places, fourBytes(folded.data() + offset), folded, best);
+    for (const Place& place : fixed_) {
+        if (place.offset + sizeof(Key) > folded.size())
+            continue;
+        const char* const at = folded.data() + place.offset;
+        if (place.begins.test(static_cast<unsigned char>(*at)))
+            consider(place.terms, fourBytes(at), folded, best);
     }
     for (std::size_t at = 0; at + sizeof(Key) <= folded.size(); ++at) {
         if (mayBegin_.test(twoBytes(folded.data() + at)))

@@ -45,10 +45,18 @@ private:
     using Key = std::uint32_t;  // four bytes of a term
     using Places = std::unordered_multimap<Key, std::uint32_t>;
 
+    // Terms at one offset, and with which bytes they begin: most heads need no look among them.
+    struct Place {
+        std::size_t offset = 0;
+        std::bitset<256> begins;
+        Places terms;
+    };
+
+    [[nodiscard]] Place& placeAt(std::size_t offset);
     void consider(const Places& places, Key key, const HeaderBytes& folded, Match& best) const;
 
     std::vector<Entry> terms_;
-    std::unordered_map<std::size_t, Places> fixed_;  // by offset
+    std::vector<Place> fixed_;
     Places anywhere_;
     std::bitset<65536> mayBegin_;  // by the first two bytes of what may stand anywhere
 };
