@@ -34,7 +34,10 @@ Result<EvidenceReader> EvidenceReader::open(const NativePath& path) {
 }
 
 Result<void> EvidenceReader::prepareAll() {
-    const std::string select = kSelectRow;
+    const auto found = selectRow(database_);
+    if (!found)
+        return failure(found.error());
+    const std::string& select = *found;
     const auto prepareTo = [this](Statement& to, const std::string& sql) -> Result<void> {
         auto prepared = database_.prepare(sql);
         if (!prepared)

@@ -37,12 +37,20 @@ struct EvidenceRow {
     std::optional<std::int64_t> badBytes;  ///< bytes
     std::string badRanges;                 ///< text
     std::optional<std::int64_t> head;      ///< 128 times the number of its block, plus its place there
+    std::string tail;                      ///< what its end showed: `tails`, or the name of a doubt; empty: not asked
+    std::string tailDetail;                ///< what such a doubt tells further
 
     /// Below the source.
     [[nodiscard]] std::string path() const { return folder.empty() ? name : folder + "/" + name; }
 
     friend bool operator==(const EvidenceRow&, const EvidenceRow&) = default;
 };
+
+/// What the end of a file may have shown besides a doubt.
+namespace tails {
+inline constexpr const char* kWhole = "whole";    ///< the last mark stands where it should
+inline constexpr const char* kUnread = "unread";  ///< the source did not give it
+}  // namespace tails
 
 /// What became of a file's copy.
 struct CopyOutcome {

@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned kOwnerOnly = 0600;
 
 constexpr const char* kInsert =
-    "INSERT INTO file VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
+    "INSERT INTO file VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
 
 // Most files have no more than this, and most of the work on a row goes by the number of its columns.
 constexpr const char* kInsertPlain =
@@ -29,14 +29,14 @@ constexpr const char* kInsertPlain =
 // True when `kInsertPlain` holds all of the row; its name is plain text, too.
 bool isPlain(const EvidenceRow& row) {
     return !row.result && !row.reason && row.detail.empty() && row.unread == 0 && row.doubt.empty() && !row.copied &&
-           !row.verified && row.copyError.empty() && !row.badBytes && row.badRanges.empty();
+           !row.verified && row.copyError.empty() && !row.badBytes && row.badRanges.empty() && row.tail.empty();
 }
 
 constexpr const char* kUpdate =
     "UPDATE file SET row = ?2, folder = ?3, name = ?4, name_bytes = ?5, extension = ?6, size = ?7, modified = ?8, "
     "attributes = ?9, grade = ?10, result = ?11, reason = ?12, detail = ?13, unread = ?14, doubt = ?15, "
     "doubt_detail = ?16, copied = ?17, verified = ?18, copy_error = ?19, bad_bytes = ?20, bad_ranges = ?21, "
-    "head = ?22 WHERE id = ?1";
+    "head = ?22, tail = ?23, tail_detail = ?24 WHERE id = ?1";
 
 // What there is mostly nothing of takes no room.
 std::optional<std::string_view> unlessEmpty(const std::string& text) {
@@ -88,7 +88,7 @@ Result<EvidenceStore> EvidenceStore::open(const NativePath& path, Heads heads) {
     auto database = Database::open(path, Access::Writing);
     if (!database)
         return failure(database.error());
-    if (auto checked = checkSchema(*database); !checked)
+    if (auto checked = checkSchema(*database).and_then([&] { return bringUpToDate(*database); }); !checked)
         return failure(checked.error());
     auto folders = FolderRows::prepare(*database);
     if (!folders)
@@ -106,6 +106,9 @@ Result<EvidenceStore> EvidenceStore::open(const NativePath& path, Heads heads) {
 }
 
 Result<void> EvidenceStore::prepareAll() {
+    const auto select = selectRow(database_);
+    if (!select)
+        return failure(select.error());
     const std::pair<Statement&, std::string> statements[] = {
         {job_, "INSERT OR REPLACE INTO job VALUES (?, ?)"},
         {message_, "UPDATE grade SET text = ? WHERE id = ?"},
@@ -117,7 +120,8 @@ Result<void> EvidenceStore::prepareAll() {
         {copy_,
          "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
          "bad_ranges = coalesce(?6, bad_ranges) WHERE id = ?1"},
-        {byId_, std::string(kSelectRow) + "WHERE f.id = ?"},
+        {end_, "UPDATE file SET doubt = ?2, doubt_detail = ?3, tail = ?4, tail_detail = ?5 WHERE id = ?1"},
+        {byId_, *select + "WHERE f.id = ?"},
     };
     for (const auto& [statement, sql] : statements) {
         auto prepared = database_.prepare(sql);
@@ -172,7 +176,8 @@ Result<void> EvidenceStore::write(Statement& statement, const EvidenceRow& row) 
         .bind(row.id, row.row, *folder, nameText_, bytes, row.extension, row.size, row.modified, row.attributes,
               numberOf(row.grade), row.result, numberOf(row.reason), unlessEmpty(row.detail), unlessZero(row.unread),
               unlessEmpty(row.doubt), unlessEmpty(row.doubtDetail), row.copied, row.verified,
-              unlessEmpty(row.copyError), row.badBytes, unlessEmpty(row.badRanges), row.head)
+              unlessEmpty(row.copyError), row.badBytes, unlessEmpty(row.badRanges), row.head, unlessEmpty(row.tail),
+              unlessEmpty(row.tailDetail))
         .run();
 }
 
@@ -249,6 +254,19 @@ Result<void> EvidenceStore::setCopy(std::int64_t id, const CopyOutcome& outcome)
                   unlessEmpty(outcome.badRanges))
             .run();
     });
+}
+
+// No digest covers these columns either.
+Result<void> EvidenceStore::setEnd(const EvidenceRow& before, const EvidenceRow& now) {
+    return begin()
+        .and_then([&] {
+            return end_
+                .bind(now.id, unlessEmpty(now.doubt), unlessEmpty(now.doubtDetail), unlessEmpty(now.tail),
+                      unlessEmpty(now.tailDetail))
+                .run();
+        })
+        .and_then([&] { return totals_.remove(before); })
+        .and_then([&] { return totals_.add(now); });
 }
 
 Result<void> EvidenceStore::remove(std::int64_t id) {

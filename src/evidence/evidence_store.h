@@ -43,6 +43,8 @@ public:
     [[nodiscard]] Result<void> change(EvidenceRow& row, const FileHead* head = nullptr);
     /// Notes what became of a file's copy; a file of another id than there is, is passed over.
     [[nodiscard]] Result<void> setCopy(std::int64_t id, const CopyOutcome& outcome);
+    /// Notes what the end of a file showed, and what comes of it: its doubt. `before`: the row as it stands there.
+    [[nodiscard]] Result<void> setEnd(const EvidenceRow& before, const EvidenceRow& now);
     /// The file of this path stands in another line of the list now; one that is not there is passed over.
     [[nodiscard]] Result<void> moveLine(std::string_view path, std::int64_t line);
     /// Removes the row of this id. NotFound: there is no such row.
@@ -80,6 +82,7 @@ private:
     Statement remove_;
     Statement moveLine_;
     Statement copy_;
+    Statement end_;
     Statement byId_;
     std::int64_t nextId_ = 1;
     bool begun_ = false;

@@ -39,7 +39,9 @@ Result<HeadBlocks> HeadBlocks::prepare(Database& database) {
     auto block = database.prepare("SELECT digest, heads FROM head_block WHERE id = ?");
     if (!block)
         return failure(block.error());
-    auto row = database.prepare(std::string(kSelectRow) + "WHERE f.id BETWEEN ? AND ? ORDER BY f.id");
+    auto row = selectRow(database).and_then([&](const std::string& select) {
+        return database.prepare(select + "WHERE f.id BETWEEN ? AND ? ORDER BY f.id");
+    });
     if (!row)
         return failure(row.error());
     return HeadBlocks(std::move(*block), std::move(*row));

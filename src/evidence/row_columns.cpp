@@ -2,6 +2,7 @@
 #include "evidence/row_columns.h"
 
 #include "evidence/digest.h"
+#include "evidence/schema.h"
 
 namespace quillon {
 
@@ -21,6 +22,18 @@ std::optional<std::int64_t> numberOf(std::optional<Grade> grade) {
 }
 
 }  // namespace
+
+// The first version has no columns for what ends show.
+Result<std::string> selectRow(Database& database) {
+    const auto version = versionOf(database);
+    if (!version)
+        return failure(version.error());
+    const std::string tail = *version < 2 ? "NULL, NULL" : "f.tail, f.tail_detail";
+    return "SELECT f.id, f.row, coalesce(o.path_bytes, o.path), coalesce(f.name_bytes, f.name), f.extension, f.size, "
+           "f.modified, f.attributes, f.grade, f.result, f.reason, f.detail, f.unread, f.doubt, f.doubt_detail, "
+           "f.copied, f.verified, f.copy_error, f.bad_bytes, f.bad_ranges, f.head, " +
+           tail + " FROM file f JOIN folder o ON o.id = f.folder ";
+}
 
 void readRow(const Statement& found, EvidenceRow& row) {
     row.id = found.integer(0);
@@ -44,6 +57,8 @@ void readRow(const Statement& found, EvidenceRow& row) {
     row.badBytes = found.integerOrNone(18);
     row.badRanges = found.text(19);
     row.head = found.integerOrNone(20);
+    row.tail = found.text(21);
+    row.tailDetail = found.text(22);
 }
 
 std::int64_t rowDigest(const EvidenceRow& row) {

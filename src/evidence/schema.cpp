@@ -32,7 +32,10 @@ std::string overGrades(const auto& piece) {
     return all;
 }
 
-std::vector<SchemaObject> tables() {
+// What has come to the table of files since its first version, as ALTER TABLE leaves it.
+constexpr const char* kTailColumns = ", tail TEXT, tail_detail TEXT";
+
+std::vector<SchemaObject> tables(std::int64_t version) {
     const std::string counts = overGrades([](Grade grade) { return countColumn(grade) + " INTEGER"; });
     return {
         {"table", "job", "CREATE TABLE job (key TEXT PRIMARY KEY, value) WITHOUT ROWID"},
@@ -45,7 +48,8 @@ std::vector<SchemaObject> tables() {
          "CREATE TABLE file (id INTEGER PRIMARY KEY, row INTEGER, folder INTEGER, name TEXT, name_bytes BLOB, "
          "extension TEXT, size INTEGER, modified INTEGER, attributes INTEGER, grade INTEGER, result TEXT, "
          "reason INTEGER, detail TEXT, unread INTEGER, doubt TEXT, doubt_detail TEXT, copied INTEGER, "
-         "verified INTEGER, copy_error TEXT, bad_bytes INTEGER, bad_ranges TEXT, head INTEGER)"},
+         "verified INTEGER, copy_error TEXT, bad_bytes INTEGER, bad_ranges TEXT, head INTEGER" +
+             std::string(version < 2 ? "" : kTailColumns) + ")"},
         {"index", "file_folder", "CREATE INDEX file_folder ON file (folder)"},
         {"table", "head_block", "CREATE TABLE head_block (id INTEGER PRIMARY KEY, digest INTEGER, heads BLOB)"},
         {"table", "grade", "CREATE TABLE grade (id INTEGER PRIMARY KEY, name TEXT, text TEXT)"},
@@ -86,8 +90,8 @@ std::vector<SchemaObject> views() {
     };
 }
 
-std::vector<SchemaObject> allObjects() {
-    auto all = tables();
+std::vector<SchemaObject> allObjects(std::int64_t version) {
+    auto all = tables(version);
     for (auto& view : views()) all.push_back(std::move(view));
     return all;
 }
@@ -114,7 +118,7 @@ std::string countColumn(Grade grade) {
 Result<std::string> emptyEvidence() {
     std::vector<std::string> statements = {fmt::format("PRAGMA application_id = {}", kEvidenceId),
                                            fmt::format("PRAGMA user_version = {}", kEvidenceVersion)};
-    for (const auto& object : allObjects()) statements.push_back(object.sql);
+    for (const auto& object : allObjects(kEvidenceVersion)) statements.push_back(object.sql);
     statements.push_back(fmt::format("INSERT INTO job VALUES ('{}', 1)", job_keys::kDoubtsCounted));
     for (const auto& row : kGrades.values)
         statements.push_back(fmt::format("INSERT INTO grade (id, name) VALUES ({}, '{}')",
@@ -144,7 +148,7 @@ Result<void> checkEvidenceFile(const NativePath& path) {
         *count == bytes.size() && head.starts_with("SQLite format 3\0"sv) && bigEndian(head.substr(68)) == kEvidenceId;
     if (!ours)
         return failure(ErrorKind::PathAccess, shown + ": it is no evidence of a job");
-    if (bigEndian(head.substr(60)) != kEvidenceVersion)
+    if (const auto version = bigEndian(head.substr(60)); version < 1 || version > kEvidenceVersion)
         return failure(ErrorKind::PathAccess, shown + ": it was written by another version of the program");
     // A log beside the database would change what it holds; ours never have one.
     if (head.substr(18, 2) != "\1\1")
@@ -156,7 +160,10 @@ Result<void> checkSchema(Database& database) {
     auto found = database.prepare("SELECT type, name, sql FROM sqlite_schema");
     if (!found)
         return failure(found.error());
-    auto expected = allObjects();
+    const auto version = versionOf(database);
+    if (!version)
+        return failure(version.error());
+    auto expected = allObjects(*version);
     expected.push_back(nameIndex());
     while (true) {
         const auto more = found->step();
@@ -175,6 +182,28 @@ Result<void> checkSchema(Database& database) {
     if (!expected.empty())
         return database.wrong("it is not whole");
     return {};
+}
+
+Result<std::int64_t> versionOf(Database& database) {
+    auto asked = database.prepare("PRAGMA user_version");
+    if (!asked)
+        return failure(asked.error());
+    const auto found = asked->step();
+    if (!found)
+        return failure(found.error());
+    return asked->integer(0);
+}
+
+Result<void> bringUpToDate(Database& database) {
+    const auto version = versionOf(database);
+    if (!version)
+        return failure(version.error());
+    if (*version == kEvidenceVersion)
+        return {};
+    return database.run(
+        fmt::format("BEGIN IMMEDIATE; ALTER TABLE file ADD COLUMN tail TEXT; ALTER TABLE file ADD COLUMN tail_detail "
+                    "TEXT; PRAGMA user_version = {}; COMMIT",
+                    kEvidenceVersion));
 }
 
 }  // namespace quillon

@@ -16,7 +16,8 @@ namespace quillon {
 inline constexpr std::int64_t kDoubtful = -1;
 
 inline constexpr std::int64_t kEvidenceId = 0x514C4556;  // "QLEV"
-inline constexpr std::int64_t kEvidenceVersion = 1;
+/// Version 1 lacks what the ends of files show. It is read as it is, and brought up to this one before it is written.
+inline constexpr std::int64_t kEvidenceVersion = 2;
 
 /// The number of a file that was not tested, where a total has to say so.
 inline constexpr std::int64_t kNotTested = -1;
@@ -36,5 +37,9 @@ inline constexpr const char* kDropNameIndex = "DROP INDEX IF EXISTS file_place";
 [[nodiscard]] Result<void> checkEvidenceFile(const NativePath& path);
 /// The same for what it says of its tables.
 [[nodiscard]] Result<void> checkSchema(Database& database);
+
+[[nodiscard]] Result<std::int64_t> versionOf(Database& database);
+/// Gives an evidence of an earlier version, which `checkSchema` has passed, the columns of this one.
+[[nodiscard]] Result<void> bringUpToDate(Database& database);
 
 }  // namespace quillon

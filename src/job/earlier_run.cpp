@@ -108,6 +108,11 @@ const FileHead* EarlierRun::headToTake(const EvidenceRow& row) {
     return head != nullptr && head->length == kHeaderBytes ? head : nullptr;
 }
 
+FileTail EarlierRun::tailToTake(const EvidenceRow& row) const {
+    const bool again = row.tail == tails::kUnread || (facts_.isComplete() && row.tail != tails::kWhole);
+    return again ? FileTail() : FileTail{row.tail, row.tailDetail};
+}
+
 bool wasLeftUnfinished(const NativePath& list, const NativePath& source) {
     const auto facts = factsBeside(list);
     return facts && !facts->isComplete() && isOf(*facts, source);

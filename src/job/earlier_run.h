@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "evidence/rows_in_order.h"
+#include "job/file_tail.h"
 #include "platform/volume.h"
 
 namespace quillon {
@@ -55,6 +56,8 @@ public:
     /// where the run is complete, it was not good: a later pass of an imaging tool may have filled it, which changes
     /// neither size nor time.
     [[nodiscard]] const FileHead* headToTake(const EvidenceRow& row);
+    /// What the end of a file showed that need not be looked at again, for the same reasons; empty where it has to be.
+    [[nodiscard]] FileTail tailToTake(const EvidenceRow& row) const;
 
 private:
     EarlierRun(EvidenceReader reader, RunFacts facts) : reader_(std::move(reader)), facts_(std::move(facts)) {}

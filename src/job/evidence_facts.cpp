@@ -9,6 +9,7 @@
 #include "app/version.h"
 #include "evidence/job_keys.h"
 #include "evidence/name_text.h"
+#include "job/file_tail.h"
 #include "platform/host.h"
 #include "platform/volume.h"
 #include "text/list_text.h"
@@ -35,7 +36,8 @@ std::string optionsAsJson(const JobOptions& options) {
                                          {"skip_list", options.useSkipList},
                                          {"common_headers", options.useCommonHeaders},
                                          {"copy", options.copy},
-                                         {"heads", options.keepHeads}};
+                                         {"heads", options.keepHeads},
+                                         {"ends", looksAtEnds(options)}};
     return json.dump();
 }
 
@@ -155,6 +157,7 @@ void RowDescriber::judge(const FileVerdict& verdict, const ReportMessages& messa
     out.detail = verdict.findings.detail;
     out.doubt = verdict.findings.doubt;
     out.doubtDetail = verdict.findings.doubtDetail;
+    judgeTail(out);
 }
 
 }  // namespace quillon

@@ -45,7 +45,8 @@ public:
     /// What the list says of the file: path, extension, size and attributes. All else stays as it is.
     void describe(const ListRow& row, EvidenceRow& out);
 
-    /// What the test found: grade, result where it is not the message, findings and unread bytes.
+    /// What the test found: grade, result where it is not the message, findings and unread bytes. A tail that the row
+    /// has stays, and is judged by the new grade.
     static void judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out);
 
 private:

@@ -83,17 +83,22 @@ KnownFile GoingOn::takenOver() {
     const FileHead* const head = run_->headToTake(row_);
     if (head == nullptr)
         return known;
+    known.tail = run_->tailToTake(row_);
     if (!run_->facts().headsLeftOut) {
         known.head = *head;
         return known;
     }
     now_.commonHeaders = state_.options.useCommonHeaders;
     if (!run_->facts().goesBySameRules(now_))
-        return known;
+        return {};
     known.verdict.emplace();
     known.verdict->grade = *row_.grade;
     known.verdict->text = row_.result ? utf8ToUtf16(*row_.result) : messages_[*row_.grade];
-    known.verdict->findings = {row_.reason, row_.detail, row_.doubt, row_.doubtDetail};
+    known.verdict->findings = {row_.reason, row_.detail, {}, {}};
+    if (!isDoubtedByTail(row_) && !row_.doubt.empty()) {
+        known.verdict->findings.doubt = row_.doubt;
+        known.verdict->findings.doubtDetail = row_.doubtDetail;
+    }
     return known;
 }
 

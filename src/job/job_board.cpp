@@ -32,6 +32,7 @@ constexpr std::array<PhaseRow, kJobPhases> kPhases = {{
     {JobPhase::Walk,       "Running primary list",                true,   true,  true,       false, true},
     {JobPhase::Testing,    "Testing files",                       true,   true,  true,       false, true},
     {JobPhase::Copying,    nullptr,                               true,   true,  false,      false, true},
+    {JobPhase::Ends,       "Looking at file ends",                true,   true,  true,       false, true},
     {JobPhase::Reporting,  nullptr,                               true,   true,  true,       true,  false},
 }};
 // clang-format on
@@ -61,6 +62,8 @@ std::vector<Pass> passesOf(const JobOptions& options) {
         passes.push_back({JobPhase::Testing, "testing"});
     if (options.copy)
         passes.push_back({JobPhase::Copying, "copying"});
+    if (looksAtEnds(options))
+        passes.push_back({JobPhase::Ends, "looking at file ends"});
     return passes;
 }
 

@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "job/job_driver.h"
 
+#include <algorithm>
+
+#include <fmt/format.h>
+
 #include "app/file_list.h"
+#include "app/kept_files.h"
 #include "job/completion_report.h"
 #include "job/copy_pass.h"
 #include "job/earlier_run.h"
+#include "job/ends_pass.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
 #include "job/self_check.h"
@@ -52,6 +58,7 @@ JobEnd JobDriver::runSteps() {
     checkFigures();
     cause_ = causeBehindPasses();
     context_.evidence.end(wordOf(rowOf(cause_).end));
+    lookAtEnds();
     finish();
     cause_ = causeBehindPasses();  // the report may have been given up
     return rowOf(cause_).end;
@@ -81,6 +88,7 @@ void JobDriver::begin() {
     listMade_ = false;
     state.passes = {};
     state.resumed.reset();
+    state.ends.reset();
     state.pace.begin();
     state.gaps.clear();
     state.report = ReportState::NotSent;
@@ -301,6 +309,30 @@ void JobDriver::checkFigures() {
         return;
     context_.state.gaps = gapsOf(context_.state.passes, context_.state.counters);
     for (const auto& gap : context_.state.gaps) context_.log("The figures of the job do not agree : " + gap, kLightRed);
+}
+
+// Behind all passes, as it goes by what they left in the evidence.
+void JobDriver::lookAtEnds() {
+    JobState& state = context_.state;
+    const auto list = job_.lists().finalPath();
+    if (!looksAtEnds(state.options) || cause_ != EndCause::Complete || !list)
+        return;
+    if (state.counters.lostEvidence > 0)
+        return context_.log("File ends are not looked at, as the evidence is lost", kLightOrange);
+    enterPhase(state, JobPhase::Ends);
+    state.progress.shown = state.options.showProgress;
+    state.progress.maximum = std::max(state.counters.files, 1);
+    runTimed(times_.ends, "Start looking at file ends ", "File ends completed in (HH:MM:SS) : ", [this, &state, &list] {
+        const auto figures = EndsPass(context_).run(evidenceBeside(*list));
+        if (!figures)
+            return context_.log("File ends could not be looked at : " + figures.error().text, kLightRed);
+        state.ends = *figures;
+        context_.log(fmt::format("File ends read : {}, doubtful : {}, not readable : {}, known : {}",
+                                 grouped(figures->read), grouped(figures->doubted), grouped(figures->unread),
+                                 grouped(figures->known)));
+    });
+    if (state.stopRequested)
+        cause_ = EndCause::StoppedInEnds;
 }
 
 void JobDriver::finish() {

@@ -40,6 +40,7 @@ struct PhaseTimes {
     std::int64_t fileCount = 0;
     std::int64_t testing = 0;
     std::int64_t copying = 0;
+    std::int64_t ends = 0;
 };
 
 class JobDriver {
@@ -83,6 +84,7 @@ private:
     void copyRawList();
     void copyFiles();
     void checkFigures();
+    void lookAtEnds();
     void finish();
     void leave();
     [[nodiscard]] Next endsBy(EndCause cause, std::string detail = {});

@@ -60,6 +60,7 @@ enum class EndCause : std::uint8_t {
     ListDenied,     ///< the final list cannot be made
     StoppedInTesting,
     StoppedInCopying,
+    StoppedInEnds,
     StoppedInReport,
     OutOfMemory,
     Complete,
@@ -91,6 +92,8 @@ inline constexpr std::array<EndRow, static_cast<std::size_t>(EndCause::Count)> k
     {EndCause::StoppedInTesting, JobEnd::Stopped, kExitStopped, "stopped_in_testing", "in testing"},
     {EndCause::StoppedInCopying, JobEnd::Stopped, kExitStopped, "stopped_in_copying",
      "in copying; the list is complete, the copy is not"},
+    {EndCause::StoppedInEnds, JobEnd::Stopped, kExitStopped, "stopped_in_ends",
+     "while file ends were looked at; list and copy are complete"},
     {EndCause::StoppedInReport, JobEnd::Stopped, kExitStopped, "stopped_in_report",
      "while the report was on its way; list and copy are complete"},
     {EndCause::OutOfMemory, JobEnd::NoList, kExitNoList, "out_of_memory", "out of memory"},

@@ -36,6 +36,7 @@ void JobEvidence::begin() {
     lastId_ = 0;
     shifts_.clear();
     copies_.clear();
+    tails_.clear();
     state_.evidenceLoss.clear();
     goingOn_.reset();
     wanted_ = on_ = state_.options.keepEvidence;
@@ -143,7 +144,19 @@ bool JobEvidence::hand(const std::function<bool()>& give) {
 KnownFile JobEvidence::find(const ListRow& row, bool opens) {
     if (!goingOn_.isOn())
         return {};
-    return goingOn_.find(row, times_ ? times_->aheadOf(row.nativePath()) : std::nullopt, opens);
+    KnownFile known = goingOn_.find(row, times_ ? times_->aheadOf(row.nativePath()) : std::nullopt, opens);
+    if (!known.tail.tail.empty())
+        tails_.emplace_back(row.nativePath(), known.tail);
+    return known;
+}
+
+// The rows come in the order in which they were asked for.
+void JobEvidence::takeTail(const std::string& path) {
+    if (tails_.empty() || tails_.front().first != path)
+        return;
+    row_.tail = std::move(tails_.front().second.tail);
+    row_.tailDetail = std::move(tails_.front().second.tailDetail);
+    tails_.pop_front();
 }
 
 void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, const FileVerdict& verdict) {
@@ -157,6 +170,7 @@ void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, c
     row_ = {};
     row_.row = line;
     describer_->describe(row, row_);
+    takeTail(row.nativePath());
     RowDescriber::judge(verdict, messages_, row_);
     row_.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
     if (hand([&] { return writer_->add(row_, verdict.head); })) {

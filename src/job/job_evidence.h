@@ -5,6 +5,7 @@
 // evidence tells the same, and nothing becomes of it. Nothing that goes wrong here costs more than the evidence: a row
 // of the log tells it.
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,6 +74,7 @@ private:
     [[nodiscard]] bool isOn();
     [[nodiscard]] bool hand(const std::function<bool()>& give);
     void handCopies();
+    void takeTail(const std::string& path);
     void noteLine(std::int64_t line);
     [[nodiscard]] std::int64_t idOfLine(std::int64_t line) const;
     void lose(const FileError& why);
@@ -101,6 +103,7 @@ private:
     // Where the ids of files begin to differ otherwise from their lines: line and difference, in order.
     std::vector<std::pair<std::int64_t, std::int64_t>> shifts_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> copies_;  // by id; not handed over yet
+    std::deque<std::pair<std::string, FileTail>> tails_;        // of rows ahead, by path: what an earlier run knows
     EvidenceRow row_;
     std::string path_;
 };

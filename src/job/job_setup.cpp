@@ -185,6 +185,7 @@ void JobSetup::loadSettings() {
     const auto preferences = readPreferences(installation_.appFolder()).value_or(Preferences());
     state_.options.keepEvidence = preferences.get(kKeepsEvidence).value_or(true);
     state_.options.keepHeads = preferences.get(kKeepsHeads).value_or(true);
+    state_.options.lookAtEnds = preferences.get(kLooksAtEnds).value_or(false);
     resetCounters(state_);
 }
 

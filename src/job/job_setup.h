@@ -29,6 +29,8 @@ namespace quillon {
 /// Whether jobs leave evidence, and whether the heads of the files are in it; yes unless told.
 inline constexpr Preference<bool> kKeepsEvidence{"evidence.keep"};
 inline constexpr Preference<bool> kKeepsHeads{"evidence.heads"};
+/// Whether jobs look at the ends of files; no unless told.
+inline constexpr Preference<bool> kLooksAtEnds{"evidence.ends"};
 
 /// Where the keyboard goes after a picker.
 enum class FocusAfter { Stays, JobId };

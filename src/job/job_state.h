@@ -40,6 +40,7 @@ struct JobOptions {
     NativePath confirmedList;   ///< the person has said Yes to overwriting this list; lasts for one job
     bool keepEvidence = false;  ///< the job leaves its evidence beside the list
     bool keepHeads = true;      ///< with the first bytes of each tested file
+    bool lookAtEnds = false;    ///< chkEnds: and what the ends of the files show
     bool gentle = false;        ///< the source is asked for one thing at a time from the start
     std::optional<std::chrono::seconds> hangLimit;  ///< a head that takes longer counts as unreadable
     int threads = 0;              ///< that read heads of a quick source; 0 leaves the number to the job
@@ -49,6 +50,14 @@ struct JobOptions {
     std::vector<Grade> copyGrades;  ///< only files of these grades are copied; empty for all
     CopyCare copyCare;              ///< what is done for copies beside the copying
 };
+
+/// What ends show goes into the evidence, and only tested files have their ends looked at.
+[[nodiscard]] constexpr bool mayLookAtEnds(const JobOptions& options) {
+    return options.checkFileQuality && options.keepEvidence;
+}
+[[nodiscard]] constexpr bool looksAtEnds(const JobOptions& options) {
+    return options.lookAtEnds && mayLookAtEnds(options);
+}
 
 /// Counts of the running job. A label always shows its counter with the pattern "#,0".
 struct JobCounters {
@@ -116,6 +125,16 @@ struct ResumeFigures {
     std::int64_t gone = 0;  ///< of the earlier run's; told when all rows have passed
 };
 
+/// What came of looking at the ends of files.
+struct EndFigures {
+    std::int64_t read = 0;
+    std::int64_t unread = 0;   ///< the source did not give them
+    std::int64_t doubted = 0;  ///< files that their ends speak against
+    std::int64_t known = 0;    ///< by an earlier run, and not read again
+
+    friend bool operator==(const EndFigures&, const EndFigures&) = default;
+};
+
 /// Labels whose text is more than the format of a counter.
 struct JobTexts {
     std::string status;         ///< Label8
@@ -146,9 +165,10 @@ enum class JobPhase {
     Walk,        ///< the raw list is written; without testing it also becomes the final one here
     Testing,
     Copying,
+    Ends,       ///< the ends of the files are looked at
     Reporting,  ///< the completion report is on its way
 };
-inline constexpr std::size_t kJobPhases = 8;
+inline constexpr std::size_t kJobPhases = 9;
 
 /// What came of the completion report.
 enum class ReportState { NotSent, Acknowledged, NotAcknowledged };
@@ -240,6 +260,7 @@ struct JobState {
     std::optional<JobOutcome> outcome;  ///< none while a job runs, and before the first one
 
     std::optional<ResumeFigures> resumed;                               ///< none for a job that began anew
+    std::optional<EndFigures> ends;                                     ///< none while nobody has looked
     std::shared_ptr<SourceCare> care = std::make_shared<SourceCare>();  ///< how much the source is asked for at once
     bool careTold = false;                                              ///< the log says so
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "job/file_tail.h"
 #include "testing/header_check.h"
 
 namespace quillon {
@@ -17,10 +18,11 @@ struct KnownVerdict {
     FileFindings findings;
 };
 
-/// Empty: the file is read. Never both.
+/// Without head and verdict the file is read. Never both.
 struct KnownFile {
     std::optional<FileHead> head;
     std::optional<KnownVerdict> verdict;
+    FileTail tail;  ///< what its end showed, where that is to be relied on
 
     [[nodiscard]] bool isEmpty() const { return !head && !verdict; }
 };

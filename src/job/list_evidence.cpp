@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "job/list_evidence.h"
 
+#include <algorithm>
+
 #include "app/kept_files.h"
 #include "evidence/job_keys.h"
+#include "job/file_tail.h"
 
 namespace quillon {
 
@@ -49,6 +52,16 @@ Result<const FileHead*> ListEvidence::newHead(const FileVerdict& verdict) {
     return *kept != nullptr && **kept == *verdict.head ? nullptr : verdict.head;
 }
 
+// Whose end was looked at once has it looked at again with the head: either may have changed.
+void ListEvidence::lookAtEndAgain(const ListRow& row, const FileHead& head) {
+    const EndQuestion question{row.nativePath(), static_cast<std::uint64_t>(std::max<std::int64_t>(row_.size, 0)),
+                               std::string(head.given())};
+    FileTail found = head.length < kHeaderBytes ? FileTail() : lookAtTail(files_, question);
+    files_.closeFolder();
+    row_.tail = std::move(found.tail);
+    row_.tailDetail = std::move(found.tailDetail);
+}
+
 void ListEvidence::graded(const ListRow& row, const FileVerdict& verdict) {
     if (!store_)
         return;
@@ -57,6 +70,8 @@ void ListEvidence::graded(const ListRow& row, const FileVerdict& verdict) {
     const auto head = newHead(verdict);
     if (!head)
         return giveUpUnless(failure(head.error()));
+    if (verdict.head != nullptr && !row_.tail.empty())
+        lookAtEndAgain(row, *verdict.head);
     RowDescriber::judge(verdict, messages_, row_);
     giveUpUnless(store_->change(row_, *head));
 }

@@ -32,6 +32,7 @@ private:
     [[nodiscard]] Result<void> open();
     [[nodiscard]] Result<void> find(const ListRow& row);
     [[nodiscard]] Result<const FileHead*> newHead(const FileVerdict& verdict);
+    void lookAtEndAgain(const ListRow& row, const FileHead& head);
     void giveUpUnless(const Result<void>& done);
 
     const NativePath list_;
@@ -43,6 +44,7 @@ private:
     std::int64_t oldLine_ = 0;
     std::int64_t newLine_ = 0;
     EvidenceRow row_;
+    SourceFiles files_;
 };
 
 }  // namespace quillon

@@ -201,6 +201,27 @@ void SourceFiles::closeFolder() {
     volume_ = Volume::Disk;
 }
 
+Result<File> SourceFiles::openForPlaces(std::string_view nativePath) {
+    const Moment start = momentNow();
+    auto file = open(nativePath);
+    if (!file)
+        return file;
+    adviseOnePage(file->descriptor_);
+    if (care_)
+        care_->ended(start, file->descriptor_);
+    return file;
+}
+
+Result<std::size_t> SourceFiles::readAt(File& file, std::uint64_t at, std::span<std::byte> buffer) const {
+    const Moment start = momentNow();
+    const auto count = file.seek(at).and_then([&] { return file.read(buffer); });
+    if (care_ && !count)
+        care_->failed(count.error());
+    if (care_)
+        care_->ended(start, file.descriptor_);
+    return count;
+}
+
 Result<File> SourceFiles::open(std::string_view nativePath) {
     const auto descriptor = openRegular(nativePath);
     if (!descriptor)

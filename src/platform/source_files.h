@@ -51,7 +51,7 @@ public:
 /// Opens in line. Consecutive files of one folder share a folder handle.
 class SourceFiles final : public HeadReader {
 public:
-    /// `care` hears of heads that cannot be read or take long; null for none.
+    /// `care` hears of heads and places that cannot be read or take long; null for none.
     explicit SourceFiles(std::shared_ptr<SourceCare> care = nullptr) : care_(std::move(care)) {}
 
     /// A head that cannot be read as the system reads, by whole pages, is asked for once more by itself: the sector
@@ -66,6 +66,11 @@ public:
 
     /// Opens a regular file; anything else is a PermissionDenied failure.
     [[nodiscard]] Result<File> open(std::string_view nativePath);
+
+    /// As open, for who reads a few places of the file by `readAt`: no more than their pages is asked of the disk.
+    [[nodiscard]] Result<File> openForPlaces(std::string_view nativePath);
+    /// Reads from `at` on; fewer bytes than the buffer holds come only at the end of the file.
+    [[nodiscard]] Result<std::size_t> readAt(File& file, std::uint64_t at, std::span<std::byte> buffer) const;
 
     /// Forgets the folder handle, so that nothing of the source stays open.
     void closeFolder();

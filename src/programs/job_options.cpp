@@ -102,6 +102,8 @@ constexpr OptionRow kOptions[] = {
      [](Given& given, const std::string&) { given.options.evidence = false; }},
     {{"--no-heads", "", "Leave the first bytes of the files out of the evidence"},
      [](Given& given, const std::string&) { given.options.heads = false; }},
+    {{"--ends", "", "Look at the ends of the files, too, for cut ones, and note it in the evidence"},
+     [](Given& given, const std::string&) { given.options.ends = true; }},
     {{"--gentle", "", "Ask the source for one thing at a time, as of a dying disk"},
      [](Given& given, const std::string&) { given.options.gentle = true; }},
     {{"--hang-limit", "SECONDS", "Take a head that does not come within this time for an unreadable one"},
@@ -192,6 +194,8 @@ std::string wrongOptions(const Given& given) {
         return "--scan-sectors takes no --no-evidence: what it finds is kept there";
     if (given.options.resume && !(given.options.test && given.options.evidence))
         return fmt::format("--resume takes no {}", given.options.test ? "--no-evidence" : "--no-test");
+    if (given.options.ends && !(given.options.test && given.options.evidence))
+        return fmt::format("--ends takes no {}", given.options.test ? "--no-evidence" : "--no-test");
     if (!given.part.empty() && !given.options.evidence)
         return "--part takes no --no-evidence: the parts are put together by it";
     if (!given.part.empty() && !partOf(given.options.jobId, given.part))

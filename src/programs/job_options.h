@@ -30,6 +30,7 @@ struct JobCommandOptions {
     bool commonHeaders = true;
     bool evidence = true;
     bool heads = true;
+    bool ends = false;
     bool gentle = false;  ///< the source is asked for one thing at a time
     int threads = 0;      ///< that read heads; 0 leaves the number to the job
     int hangLimit = 0;    ///< seconds after which a head counts as unreadable; 0 for none

@@ -79,6 +79,12 @@ Json resumeAsJson(const std::optional<ResumeFigures>& resumed) {
             {"new", resumed->added},        {"gone", resumed->gone}};
 }
 
+Json endsAsJson(const std::optional<EndFigures>& ends) {
+    if (!ends)
+        return nullptr;
+    return {{"read", ends->read}, {"unread", ends->unread}, {"doubted", ends->doubted}, {"known", ends->known}};
+}
+
 Json logAsJson(const JobLog& log, const DateTexts& dates) {
     Json rows = Json::array();
     for (const auto& row : log.rows()) rows.push_back(rowAsJson(row, dates));
@@ -107,6 +113,7 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     putPath(json, "source", job.state.options.source);
     putPath(json, "target", job.state.options.target);
     json["resume"] = resumeAsJson(job.state.resumed);
+    json["ends"] = endsAsJson(job.state.ends);
     json["sectors"] = result.scan ? scanAsJson(*result.scan) : Json(nullptr);
     json["alert"] = alertAsJson(job.state);
     json["quality"] = job.state.texts.quality;
@@ -115,7 +122,8 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
     json["seconds"] = {{"folder_tests", seconds(result.times.folderTests)},
                        {"file_count", seconds(result.times.fileCount)},
                        {"testing", seconds(result.times.testing)},
-                       {"copying", seconds(result.times.copying)}};
+                       {"copying", seconds(result.times.copying)},
+                       {"ends", seconds(result.times.ends)}};
     json["log"] = logAsJson(job.state.log, dates);
     json["log_cut"] = job.state.log.dropped();
     return json.dump(2, ' ', false, Json::error_handler_t::replace);

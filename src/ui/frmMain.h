@@ -17,6 +17,7 @@
 //     chkUseSkip                    "Use skip list"
 //     chkCommon                     "Use Common Headers"
 //     chkDefaults                   "Use defaults"            ticking it applies the settings again
+//     chkEnds (ours)                "Look at file ends too"   behind the passes, into the evidence
 //     Label12, Text1                "File List Separator"     one character
 //     separatorNote (ours)          what the separator is for
 //   Frame2 "Alerts"
@@ -57,6 +58,7 @@
 
 #include <QMainWindow>
 
+#include "app/preferences.h"
 #include "job/job_board.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
@@ -143,6 +145,7 @@ private:
     void addNetworkSetup();
     void addHistory();
     void addEvidenceMenu();
+    void chooseForJobs(const Preference<bool>& preference, bool JobOptions::*option, bool chosen);
     void addOverview();
 
     // Handlers, in screen order

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -94,9 +95,21 @@ void frmMainControls::createOptions() {
     row->addWidget(Label12);
     row->addWidget(Text1);
     row->addWidget(separatorNote, 1);
-    grid->addLayout(row, 2, 0, 1, 2);
+    createEnds();
+    grid->addWidget(chkEnds, 2, 0, 1, 2);
+    grid->addLayout(row, 3, 0, 1, 2);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
+}
+
+// The Tab key goes through the told controls, and every letter of its caption is theirs: it has a shortcut.
+void frmMainControls::createEnds() {
+    chkEnds = makeCheck("chkEnds", "Look at file ends too");
+    chkEnds->setShortcut(QKeySequence(QStringLiteral("Alt+G")));
+    chkEnds->setFocusPolicy(Qt::ClickFocus);
+    chkEnds->setToolTip(
+        QStringLiteral("Opens tested files of known formats once more behind the other passes, to find those that are "
+                       "cut (Alt+G). What it finds stands in the evidence; grades stay as they are."));
 }
 
 void frmMainControls::createAlerts() {

@@ -40,7 +40,7 @@ struct frmMainControls {
     QLineEdit* Textbox1;
     QPushButton *CommandButton1, *Command1;
     QCheckBox* chkCopy;
-    QCheckBox *chkFileQuality, *chkUseSkip, *chkCommon, *chkDefaults;
+    QCheckBox *chkFileQuality, *chkUseSkip, *chkCommon, *chkDefaults, *chkEnds;
     QPushButton *CommandButton3, *CommandButton4, *CommandButton5, *CommandButton6;
     QCheckBox* Check1;
     QLabel* Label23;
@@ -82,6 +82,7 @@ struct frmMainControls {
 private:
     void createSource();
     void createOptions();
+    void createEnds();
     void createAlerts();
     void createCommands();
     void createStats();

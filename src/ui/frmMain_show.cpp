@@ -113,6 +113,8 @@ void frmMain::showOptions() {
     chkCommon->setChecked(options.useCommonHeaders);
     chkCommon->setEnabled(options.useCommonHeadersEnabled);
     chkDefaults->setChecked(setup_.useDefaults);
+    chkEnds->setChecked(options.lookAtEnds);
+    showEnabled(*chkEnds, mayLookAtEnds(options));
     Check1->setChecked(options.showProgress);
     showChoice(*Combo1, setup_.recipients);
     Command2->setEnabled(setup_.recipients.queryEnabled);

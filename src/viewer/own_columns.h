@@ -25,6 +25,11 @@ struct OwnColumn {
     return file.detail.empty() ? text : text + ": " + file.detail;
 }
 
-inline constexpr std::array kOwnColumns = {OwnColumn{"Reason", 280, reasonText}};
+/// What speaks against a good file: in words, where there are any.
+[[nodiscard]] inline std::string doubtText(const EvidenceRow& file) {
+    return file.doubtDetail.empty() ? file.doubt : file.doubtDetail;
+}
+
+inline constexpr std::array kOwnColumns = {OwnColumn{"Reason", 280, reasonText}, OwnColumn{"Doubt", 280, doubtText}};
 
 }  // namespace quillon

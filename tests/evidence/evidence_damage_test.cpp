@@ -107,7 +107,7 @@ TEST_F(EvidenceDamageTest, AForeignFileIsRefusedWithAWord) {
 
 TEST_F(EvidenceDamageTest, AnotherVersionIsToldAsSuch) {
     wholeBytes();
-    run("PRAGMA user_version = 2");
+    run("PRAGMA user_version = 3");
     EXPECT_NE(refusal().find("another version"), std::string::npos);
 }
 

@@ -87,7 +87,7 @@ TEST_F(EvidencePageTest, TheViewShowsTheResultAndTheBytesOfAPath) {
 TEST_F(EvidencePageTest, ItIsKeptAsThePageTells) {
     created();
     EXPECT_THAT(answers(path, "PRAGMA application_id"), ElementsAre("1363952982"));
-    EXPECT_THAT(answers(path, "PRAGMA user_version"), ElementsAre("1"));
+    EXPECT_THAT(answers(path, "PRAGMA user_version"), ElementsAre("2"));
     EXPECT_THAT(answers(path, "PRAGMA page_size"), ElementsAre("16384"));
     EXPECT_THAT(answers(path, "PRAGMA journal_mode"), ElementsAre("delete"));
 }

@@ -40,6 +40,7 @@ constexpr PhaseCase kPhaseCases[] = {
     {JobPhase::Walk, "--X-S--T-C", "Running primary list"},
     {JobPhase::Testing, "--X-S--T-C", "Testing files"},
     {JobPhase::Copying, "--X-S----C", "before"},
+    {JobPhase::Ends, "--X-S--T-C", "Looking at file ends"},
     {JobPhase::Reporting, "--X-S--TB-", "before"},
 };
 static_assert(std::size(kPhaseCases) == kJobPhases);

@@ -118,6 +118,11 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
              interruptAt("Started copying Files");
              return Options{"--target", target()};
          }},
+        {EndCause::StoppedInEnds,
+         [this] {
+             interruptAt("Start looking at file ends ");
+             return Options{"--ends"};
+         }},
         {EndCause::StoppedInReport,
          [this] {
              interruptAt("File testing completed", 10);
@@ -148,7 +153,8 @@ void JobEnds::expectRow(const SceneRow& scene) {
     EXPECT_EQ(json()["reason"], row.word);
     EXPECT_EQ(json()["status"], row.status);
     const std::set<EndCause> withList = {EndCause::StoppedInTesting, EndCause::StoppedInCopying,
-                                         EndCause::StoppedInReport, EndCause::OutOfMemory, EndCause::Complete};
+                                         EndCause::StoppedInEnds,    EndCause::StoppedInReport,
+                                         EndCause::OutOfMemory,      EndCause::Complete};
     EXPECT_EQ(json()["list"].is_string(), withList.contains(row.cause));
     EXPECT_EQ(err.str().find("quillon-job: ") != std::string::npos, row.status != 0) << err.str();
 }

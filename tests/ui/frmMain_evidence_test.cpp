@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include <QAction>
+#include <QCheckBox>
 #include <QMenu>
 #include <QTest>
 
@@ -21,6 +22,7 @@ private slots:
     void cleanup() { test::closeScreens(main_); }
     void bothAreTickedUntilSomebodySaysNo();
     void aChoiceIsStoredAndLasts();
+    void fileEndsAreLookedAtWhenTheBoxIsTicked();
 
 private:
     // As it is seen when the menu opens.
@@ -49,6 +51,20 @@ void FrmMainEvidenceTest::aChoiceIsStoredAndLasts() {
     main_->window->loadSettings();
     QVERIFY(!entry("evidenceKeep").isChecked());
     QVERIFY(!entry("evidenceHeads").isChecked());
+}
+
+void FrmMainEvidenceTest::fileEndsAreLookedAtWhenTheBoxIsTicked() {
+    auto& box = main_->control<QCheckBox>("chkEnds");
+    QCOMPARE(box.text(), QStringLiteral("Look at file ends too"));
+    QVERIFY(!box.isChecked());
+    QVERIFY(box.isEnabled());
+    box.click();
+    QVERIFY(main_->job.state.options.lookAtEnds);
+    QCOMPARE(main_->temp.read("app/preferences.ini"), std::string("evidence.ends=yes\n"));
+    main_->window->loadSettings();
+    QVERIFY(box.isChecked());
+    entry("evidenceKeep").trigger();
+    QVERIFY2(!box.isEnabled(), "what they show has no place");
 }
 
 QTEST_MAIN(FrmMainEvidenceTest)

@@ -19,9 +19,12 @@ double percentOf(std::size_t part, std::size_t whole) {
     return whole == 0 ? 100 : 100.0 * static_cast<double>(part) / static_cast<double>(whole);
 }
 
-std::string formatOf(std::string_view head) {
+// Empty for one that nothing is known of.
+std::string formatOf(std::string_view head, std::uint64_t size) {
     const auto name = secondOpinionFormat(head);
-    return name.empty() ? std::string(head.starts_with("{\\rtf") ? "RTF" : "XML") : std::string(name);
+    if (!name.empty() || !hasKnownEnd(head, size))
+        return std::string(name);
+    return head.starts_with("{\\rtf") ? "RTF" : "XML";
 }
 
 // What head and end say of a file as if it had `size` bytes.
@@ -44,9 +47,10 @@ public:
             return;
         }
         const std::string_view head(bytes.data(), *read);
-        if (stamp->size < 2 || !hasKnownEnd(head, stamp->size))
+        const std::string format = formatOf(head, stamp->size);
+        if (stamp->size < 2 || format.empty())
             return;
-        EndScore& score = scores_.formats[formatOf(head)];
+        EndScore& score = scores_.formats[format];
         ++score.files;
         if (const auto whole = judged(path, head, stamp->size); whole.doubts()) {
             ++score.doubted;

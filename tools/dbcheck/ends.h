@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// How well the second opinion on file ends tells cut files from whole ones, judged on whole files.
+// How well the second opinion, by head and end together, tells cut files from whole ones, judged on whole files.
 
 #include <cstdint>
 #include <map>
@@ -23,7 +23,7 @@ struct EndScore {
 };
 
 struct EndScores {
-    std::map<std::string, EndScore> formats;  ///< of files whose end is known, by the name of the format
+    std::map<std::string, EndScore> formats;  ///< of files whose head or end is known, by the name of the format
     std::vector<std::string> doubted;         ///< a line for each file that is doubted as it is
     std::size_t unread = 0;                   ///< files that could not be read
 

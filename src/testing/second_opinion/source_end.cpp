@@ -15,23 +15,17 @@ public:
 
     [[nodiscard]] Result<std::string> read(std::uint64_t at, std::uint64_t count) override {
         if (!file_) {
-            auto opened = files_.open(path_);
+            auto opened = files_.openForPlaces(path_);
             if (!opened)
                 return failure(opened.error());
             file_ = std::move(*opened);
         }
-        if (auto sought = file_->seek(at); !sought)
-            return failure(sought.error());
         std::string bytes(count, '\0');
-        std::size_t done = 0;
-        while (done < bytes.size()) {
-            const auto got = file_->read(std::as_writable_bytes(std::span(bytes).subspan(done)));
-            if (!got)
-                return failure(got.error());
-            if (*got == 0)
-                return failure(ErrorKind::PathAccess, path_ + ": the file has become shorter");
-            done += *got;
-        }
+        const auto got = files_.readAt(*file_, at, std::as_writable_bytes(std::span(bytes)));
+        if (!got)
+            return failure(got.error());
+        if (*got < bytes.size())
+            return failure(ErrorKind::PathAccess, path_ + ": the file has become shorter");
         return bytes;
     }
 
