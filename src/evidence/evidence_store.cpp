@@ -116,7 +116,7 @@ Result<void> EvidenceStore::prepareAll() {
         {moveLine_, "UPDATE file SET row = ? WHERE folder = (SELECT id FROM folder WHERE path = ?) AND name = ?"},
         {copy_,
          "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
-         "bad_ranges = coalesce(?6, bad_ranges) WHERE id = ?1"},
+         "bad_ranges = iif(?5 IS NULL, bad_ranges, ?6) WHERE id = ?1"},
         {byId_, std::string(kSelectRow) + "WHERE f.id = ?"},
     };
     for (const auto& [statement, sql] : statements) {

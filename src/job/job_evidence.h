@@ -101,6 +101,7 @@ private:
     // Where the ids of files begin to differ otherwise from their lines: line and difference, in order.
     std::vector<std::pair<std::int64_t, std::int64_t>> shifts_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> copies_;  // by id; not handed over yet
+    bool watched_ = false;                                      // of a copy is known what its medium gave
     EvidenceRow row_;
     std::string path_;
 };
