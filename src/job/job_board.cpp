@@ -33,6 +33,7 @@ constexpr std::array<PhaseRow, kJobPhases> kPhases = {{
     {JobPhase::Testing,    "Testing files",                       true,   true,  true,       false, true},
     {JobPhase::Copying,    nullptr,                               true,   true,  false,      false, true},
     {JobPhase::Reporting,  nullptr,                               true,   true,  true,       true,  false},
+    {JobPhase::Scanning,   "Looking for bad sectors",             true,   true,  false,      false, true},
 }};
 // clang-format on
 
@@ -49,6 +50,8 @@ const PhaseRow& rowOf(JobPhase phase) {
     return kPhases[static_cast<std::size_t>(phase)];
 }
 
+constexpr const char* kScanningName = "looking for bad sectors";
+
 struct Pass {
     JobPhase phase;
     const char* name;
@@ -61,6 +64,8 @@ std::vector<Pass> passesOf(const JobOptions& options) {
         passes.push_back({JobPhase::Testing, "testing"});
     if (options.copy)
         passes.push_back({JobPhase::Copying, "copying"});
+    if (options.scanSectors)
+        passes.push_back({JobPhase::Scanning, kScanningName});
     return passes;
 }
 
@@ -71,6 +76,8 @@ std::string runningText(const JobState& state) {
             return fmt::format("{} {} of {}: {}", state.stopRequested ? "Stopping after" : "Running", i + 1,
                                passes.size(), passes[i].name);
     }
+    if (state.phase == JobPhase::Scanning)  // of a job that was done before
+        return fmt::format("{}: {}", state.stopRequested ? "Stopping" : "Running", kScanningName);
     return state.phase == JobPhase::Reporting ? "Sending the report" : "Preparing";
 }
 

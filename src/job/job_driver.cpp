@@ -7,6 +7,7 @@
 #include "job/earlier_run.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
+#include "job/sector_scan_step.h"
 #include "job/self_check.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
@@ -20,6 +21,9 @@ JobEnd JobDriver::run() {
     context_.state.outcome.reset();
     const JobEnd end = runSteps();
     context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state.counters)};
+    const auto list = job_.lists().finalPath();
+    if (context_.state.options.scanSectors && cause_ == EndCause::Complete && list)
+        lookForBadSectors(context_, job_.installation(), *list);
     return end;
 }
 

@@ -50,6 +50,8 @@
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
 //   openHistory (ours)              "Database History"      in mnu
+//   openSectorMarkers (ours)        "Bad Sector Markers"    in mnu
+//   lookForSectors (ours)           "Look for Bad Sectors"  in mnu: reads the files of a job that was done before
 //   openOverview (ours)             "Job Overview"          in mnu; a click on gradeBar does the same
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -141,9 +143,11 @@ private:
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
-    void addHistory();
+    void addDatabaseScreens();
     void addEvidenceMenu();
     void addOverview();
+    void addSectorScan();
+    void scanDoneJob();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);
@@ -171,6 +175,7 @@ private:
     void showControls() override;
     void showCounts();
     void showTexts();
+    void showSectors();
     void showSummary();
     void showCommands();
     void showToolbar(const JobBoard& board);

@@ -68,6 +68,7 @@ void frmMain::showCounts() {
     for (const auto& [label, count] : labels) showText(*label, grouped(count));
     for (const Grade grade : kBoardOrder) showText(*gradeCounts[grade], grouped(counts[grade]));
     gradeBar->setCounts(counts.grades);
+    showSectors();
 }
 
 void frmMain::showTexts() {

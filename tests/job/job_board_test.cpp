@@ -41,6 +41,7 @@ constexpr PhaseCase kPhaseCases[] = {
     {JobPhase::Testing, "--X-S--T-C", "Testing files"},
     {JobPhase::Copying, "--X-S----C", "before"},
     {JobPhase::Reporting, "--X-S--TB-", "before"},
+    {JobPhase::Scanning, "--X-S----C", "Looking for bad sectors"},
 };
 static_assert(std::size(kPhaseCases) == kJobPhases);
 
@@ -105,6 +106,7 @@ TEST(JobSummaryTest, ARunningJobTellsWhichOfItsPassesItIsIn) {
         {JobPhase::Copying, true, true, "Running 4 of 4: copying"},
         {JobPhase::Copying, false, true, "Running 3 of 3: copying"},
         {JobPhase::Reporting, true, true, "Sending the report"},
+        {JobPhase::Scanning, true, true, "Running: looking for bad sectors"},
     };
     for (const auto& told : cases) {
         JobState state = stateIn(told.phase);
