@@ -33,6 +33,11 @@ inline constexpr OwnOption kOwnOptions[] = {
      .preference = {"copy.salvage"},
      .of = [](JobOptions& options) -> bool& { return options.copyCare.salvage; },
      .ofCopies = true},
+    {.control = "chkScanSectors",
+     .caption = "Look for bad sectors",
+     .toolTip = "Behind the job every file is read to its end, and sectors that could not be read are looked for",
+     .preference = {"sectors.scan"},
+     .of = [](JobOptions& options) -> bool& { return options.scanSectors; }},
 };
 
 /// The grades that are copied, as `namesOfGrades` writes them; missing: all.

@@ -26,6 +26,7 @@
 //   ownOptions (ours) "More Options"
 //     chkVerifyCopies             "Verify copies"
 //     chkSalvage                  "Salvage unreadable parts"
+//     chkScanSectors              "Look for bad sectors"  behind the job
 //     copyGrades                  "Copy grades: all"      which grades are copied, with copyGradesAll, copyGradesGood
 //     and
 //                                 copyGrades_1 to copyGrades_10 in its menu

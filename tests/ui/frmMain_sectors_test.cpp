@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Bad sectors in the main window.
 #include <QAction>
+#include <QCheckBox>
 #include <QTest>
 
 #include "ui/grade_bar.h"
@@ -15,6 +16,7 @@ private slots:
     void init();
     void cleanup() { test::closeScreens(main_); }
     void theEntryLooksThroughAJobThatWasDone();
+    void theTickedBoxLooksBehindTheJobAndLasts();
     void withoutAJobNothingIsRead();
 
 private:
@@ -42,6 +44,21 @@ void FrmMainSectorsTest::theEntryLooksThroughAJobThatWasDone() {
     QVERIFY(!main_->window->isJobRunning());
     QVERIFY(main_->control<QPushButton>("CommandButton3").isEnabled());
     QVERIFY(!main_->control<QPushButton>("CommandButton4").isEnabled());
+}
+
+void FrmMainSectorsTest::theTickedBoxLooksBehindTheJobAndLasts() {
+    auto& box = main_->control<QCheckBox>("chkScanSectors");
+    QCOMPARE(box.text(), QStringLiteral("Look for bad sectors"));
+    QVERIFY(box.isEnabled() && !box.isChecked());
+    box.click();
+    QCOMPARE(main_->temp.read("app/preferences.ini"), std::string("sectors.scan=yes\n"));
+    main_->chooseSource("J1");
+    main_->control<QPushButton>("CommandButton3").click();
+    QVERIFY(toolTip().contains(QStringLiteral("1 file of 3 holds unread sectors, 512 Bytes in all")));
+    QCOMPARE(main_->text("StatusBar1_2"), QStringLiteral("Complete"));
+    main_->window.reset();
+    main_->open();
+    QVERIFY(main_->control<QCheckBox>("chkScanSectors").isChecked());
 }
 
 void FrmMainSectorsTest::withoutAJobNothingIsRead() {
