@@ -20,7 +20,8 @@ protected:
         sourceFile("hurt.jpg", hurt.substr(0, 1024) + std::string(1024, 'x'));
     }
     [[nodiscard]] bool isLogged(std::string_view text) const {
-        return std::ranges::find(logTexts(), text) != logTexts().end();
+        const auto texts = logTexts();
+        return std::ranges::find(texts, text) != texts.end();
     }
     [[nodiscard]] NativePath list() const { return folder / "local/1234.csv"; }
 };
