@@ -43,6 +43,17 @@ std::vector<Grade> gradesOfTicks(const std::vector<bool>& ticks) {
     return grades.size() == kBoardOrder.size() ? std::vector<Grade>() : grades;
 }
 
+std::vector<std::string> captionsOfGrades() {
+    std::vector<std::string> captions;
+    for (const Grade grade : kBoardOrder) captions.emplace_back(kGrades[grade].bar.name.value);
+    return captions;
+}
+
+std::vector<GradePreset> gradePresets() {
+    return {{"copyGradesAll", "&All grades", {}},
+            {"copyGradesGood", "&Good and common header only", {Grade::Good, Grade::CommonHeader}}};
+}
+
 std::string countOfGrades(const std::vector<Grade>& grades) {
     return grades.empty() ? "all" : std::to_string(grades.size()) + " of " + std::to_string(kGradeCount);
 }

@@ -24,6 +24,17 @@ namespace quillon {
 [[nodiscard]] std::vector<bool> ticksOf(const std::vector<Grade>& grades);
 [[nodiscard]] std::vector<Grade> gradesOfTicks(const std::vector<bool>& ticks);
 
+/// What the grades are called where they are ticked, in the same order.
+[[nodiscard]] std::vector<std::string> captionsOfGrades();
+
+/// An entry that ticks several grades at once.
+struct GradePreset {
+    const char* control;  ///< its object name
+    const char* caption;
+    std::vector<Grade> grades;
+};
+[[nodiscard]] std::vector<GradePreset> gradePresets();
+
 /// How many, in few words: "all", "3 of 10".
 [[nodiscard]] std::string countOfGrades(const std::vector<Grade>& grades);
 

@@ -4,7 +4,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 
-#include "answers/frmGradeButton.h"
+#include "testing/grade_choice.h"
 #include "ui/frmMain.h"
 #include "widgets/control_maker.h"
 #include "widgets/theme.h"
@@ -13,7 +13,7 @@
 namespace quillon {
 namespace {
 
-constexpr int kColumns = 2;
+constexpr int kColumns = 3;
 
 }  // namespace
 
@@ -23,7 +23,7 @@ void frmMainControls::createOwnOptions() {
     grid->setSpacing(kSpacing);
     int place = 0;
     const auto add = [&](QWidget* control) {
-        grid->addWidget(control, place / kColumns, place % kColumns);
+        grid->addWidget(control, place / kColumns, place % kColumns, Qt::AlignLeft | Qt::AlignVCenter);
         ++place;
     };
     for (std::size_t i = 0; i < ownBoxes.size(); ++i) {
@@ -31,7 +31,9 @@ void frmMainControls::createOwnOptions() {
         ownBoxes[i]->setToolTip(QLatin1String(kOwnOptions[i].toolTip));
         add(ownBoxes[i]);
     }
-    copyGrades = makeGradeButton();
+    copyGrades = new TickButton("copyGrades", captionsOfGrades());
+    for (const GradePreset& preset : gradePresets())
+        copyGrades->addPreset(preset.control, preset.caption, ticksOf(preset.grades));
     add(copyGrades);
     for (int column = 0; column < kColumns; ++column) grid->setColumnStretch(column, 1);
 }
@@ -51,7 +53,8 @@ void frmMain::showOwnOptions(const JobBoard& board) {
         ownBoxes[i]->setEnabled(board.frames && (board.copyChoices || !kOwnOptions[i].ofCopies));
     }
     copyGrades->setEnabled(board.copyChoices);
-    showGrades(*copyGrades, "Copy &grades", options.copyGrades);
+    copyGrades->setTicks(ticksOf(options.copyGrades));
+    copyGrades->setCaption("Copy &grades: " + countOfGrades(options.copyGrades));
 }
 
 }  // namespace quillon

@@ -8,17 +8,17 @@
 #include <QMenu>
 #include <QMouseEvent>
 
+#include "widgets/qt_text.h"
+
 namespace quillon {
 
-TickButton::TickButton(const char* name, const std::vector<QString>& captions) : menu_(new QMenu(this)) {
+TickButton::TickButton(const char* name, const std::vector<std::string>& captions) : menu_(new QMenu(this)) {
     setObjectName(QLatin1String(name));
-    setPopupMode(InstantPopup);
-    setFocusPolicy(Qt::StrongFocus);
     setMenu(menu_);
     menu_->setToolTipsVisible(true);
     menu_->installEventFilter(this);
-    for (const QString& caption : captions) {
-        QAction* const entry = menu_->addAction(caption);
+    for (const std::string& caption : captions) {
+        QAction* const entry = menu_->addAction(toQt(caption));
         entry->setObjectName(QStringLiteral("%1_%2").arg(QLatin1String(name)).arg(entries_.size() + 1));
         entry->setCheckable(true);
         entry->setChecked(true);
@@ -43,9 +43,9 @@ void TickButton::addPreset(const char* name, const char* caption, std::vector<bo
     });
 }
 
-void TickButton::setCaption(const QString& caption) {
-    if (caption != text())
-        setText(caption);
+void TickButton::setCaption(const std::string& caption) {
+    if (toQt(caption) != text())
+        setText(toQt(caption));
 }
 
 void TickButton::setTicks(const std::vector<bool>& ticks) {
@@ -78,7 +78,7 @@ bool TickButton::eventFilter(QObject* watched, QEvent* event) {
             taken = menu_->activeAction();
     }
     if (!isTick(taken))
-        return QToolButton::eventFilter(watched, event);
+        return QPushButton::eventFilter(watched, event);
     taken->trigger();
     return true;
 }

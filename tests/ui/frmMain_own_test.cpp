@@ -27,6 +27,7 @@ private slots:
     void aTickComesToTheJobAndLasts();
     void gradesAreTickedInAMenuThatStaysOpen();
     void theLastGradeStaysTicked();
+    void eachGradeHasItsEntry();
     void onlyTheChosenGradesAreCopied();
     void theTabKeyGoesThroughThemBehindTheAlerts();
     void everyKeyOfTheWindowIsItsOwn();
@@ -111,6 +112,15 @@ void FrmMainOwnTest::theLastGradeStaysTicked() {
     main_->control<QAction>("copyGrades_1").trigger();
     QVERIFY(main_->control<QAction>("copyGrades_1").isChecked());
     QCOMPARE(main_->job.state.options.copyGrades, std::vector<Grade>{Grade::Good});
+}
+
+void FrmMainOwnTest::eachGradeHasItsEntry() {
+    const std::pair<const char*, const char*> entries[] = {
+        {"copyGrades_1", "Good"},         {"copyGrades_2", "Common header"},     {"copyGrades_3", "Corrupt"},
+        {"copyGrades_4", "Unknown"},      {"copyGrades_5", "No extension"},      {"copyGrades_6", "Encrypted"},
+        {"copyGrades_7", "Access error"}, {"copyGrades_8", "Invalid file name"}, {"copyGrades_9", "Zero bytes"},
+        {"copyGrades_10", "Small file"}};
+    for (const auto& [name, caption] : entries) QCOMPARE(main_->control<QAction>(name).text(), QLatin1String(caption));
 }
 
 void FrmMainOwnTest::onlyTheChosenGradesAreCopied() {
