@@ -2,6 +2,7 @@
 // The inner steps of a job, one by one: grading a header, reading a list, matching a path with a skip list.
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -10,9 +11,11 @@
 #include <vector>
 
 #include "app/file_list.h"
+#include "platform/sha256.h"
 #include "platform/whole_file.h"
 #include "testing/header_term.h"
 #include "testing/second_opinion/second_opinion.h"
+#include "testing/sector_look.h"
 #include "testing/skip_list.h"
 #include "text/wildcard.h"
 
@@ -130,5 +133,28 @@ void secondOpinions(benchmark::State& state) {
     }
 }
 BENCHMARK(secondOpinions);
+
+// A mebibyte of noise on its way into a copy: hashed alone (0), looked at for bad sectors alone (1), both (2).
+void hashAndLook(benchmark::State& state) {
+    std::string bytes(1U << 20U, '\0');
+    std::uint32_t noise = 1;
+    for (char& byte : bytes) {
+        noise = noise * 1664525U + 1013904223U;
+        byte = static_cast<char>(noise >> 24U);
+    }
+    const SectorMarkers markers = SectorMarkers::published();
+    SectorLook look(markers);
+    Sha256 hash;
+    for (auto step : state) {
+        if (state.range(0) != 1)
+            hash.add(bytes);
+        if (state.range(0) != 0)
+            look.add(bytes);
+    }
+    benchmark::DoNotOptimize(look.take());
+    benchmark::DoNotOptimize(hash.finish());
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes.size()));
+}
+BENCHMARK(hashAndLook)->Arg(0)->Arg(1)->Arg(2);
 
 }  // namespace

@@ -21,7 +21,7 @@ constexpr milliseconds kSlow{2};
 
 }  // namespace
 
-CopiesAhead::CopiesAhead(StandingStill standingStill, CopyManner manner, std::shared_ptr<SourceCare> care)
+CopiesAhead::CopiesAhead(StandingStill standingStill, const CopyManner& manner, std::shared_ptr<SourceCare> care)
     : standingStill_(standingStill),
       care_(std::move(care)),
       copier_(manner),

@@ -31,7 +31,7 @@ public:
 
     /// A caller's thread that may stand still prepares files, too. Of a source that `care` is taken of nothing is read
     /// ahead of its turn; null for none.
-    explicit CopiesAhead(StandingStill standingStill, CopyManner manner = {},
+    explicit CopiesAhead(StandingStill standingStill, const CopyManner& manner = {},
                          std::shared_ptr<SourceCare> care = nullptr);
     ~CopiesAhead() { release(); }
     CopiesAhead(const CopiesAhead&) = delete;

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "answers/figures.h"
 
-#include <algorithm>
 #include <numeric>
 
-#include <fmt/format.h>
-
-#include "text/numbers.h"
+#include "sectors/sector_summary.h"
 
 namespace quillon {
 
@@ -70,10 +67,7 @@ std::optional<double> wholeQuality(const Figures& figures) {
 }
 
 std::string unreadSectorsText(const Figures& figures) {
-    return fmt::format("{} {} of {} {} unread sectors, {} in all", grouped(figures.hurt),
-                       figures.hurt == 1 ? "file" : "files", grouped(figures.sectorsKnown),
-                       figures.hurt == 1 ? "holds" : "hold",
-                       sizeText(static_cast<std::uint64_t>(std::max<std::int64_t>(0, figures.unreadBytes))));
+    return unreadSectorsText(figures.hurt, figures.sectorsKnown, figures.unreadBytes);
 }
 
 }  // namespace quillon

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Steps that change files of a database, and their notes.
 #include "app/database_history.h"
-#include "app/installation.h"
+#include "app/rule_list_names.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 
@@ -61,7 +61,7 @@ std::map<std::string, std::string> NotedDatabase::look() const {
     };
     const NativePath database = settings_.parent_path() / "Database";
     for (const auto& name : listFiles(database).value_or(std::vector<std::string>{})) take(database / name);
-    for (const char* name : {kErrorsFileName, kSkipListFileName, kCommonHeadersFileName}) take(settings_ / name);
+    for (const char* name : kRuleListNames) take(settings_ / name);
     return all;
 }
 

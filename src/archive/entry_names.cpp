@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "archive/entry_names.h"
 
-#include "app/installation.h"
+#include "app/rule_list_names.h"
 #include "platform/folders.h"
-#include "testing/sector_markers.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -48,7 +47,7 @@ Result<std::vector<std::string>> entryParts(std::string_view name) {
 }
 
 std::string settingsSpelling(std::string_view name) {
-    for (const char* known : {kSkipListFileName, kCommonHeadersFileName, kErrorsFileName, kBadSectorsFileName}) {
+    for (const char* known : kRuleListNames) {
         if (sameName(name, known))
             return known;
     }

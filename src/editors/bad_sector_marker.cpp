@@ -10,8 +10,16 @@ std::string markerSector(std::string_view marker) {
     std::string sector;
     if (page.bytes.empty())
         return sector;
-    while (sector.size() < kSectorBytes) sector += page.bytes;
-    sector.resize(kSectorBytes);
+    while (sector.size() < kMarkedSectorBytes) sector += page.bytes;
+    sector.resize(kMarkedSectorBytes);
+    return sector;
+}
+
+std::string markedSector(const SectorMarker& marker) {
+    std::string sector(marker.position == 0 ? 0 : marker.position - 1, '\0');
+    do sector += marker.bytes;
+    while (marker.repeating && sector.size() < kMarkedSectorBytes);
+    sector.resize(kMarkedSectorBytes, '\0');
     return sector;
 }
 

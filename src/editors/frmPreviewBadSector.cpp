@@ -12,7 +12,8 @@
 namespace quillon {
 
 frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, const SectorPreview& preview)
-    : StepScreen(context, Screen::PreviewBadSector, "frmPreviewBadSector", "Preview Bad Sector Marker") {
+    : StepScreen(context, Screen::PreviewBadSector, "frmPreviewBadSector", "Preview Bad Sector Marker"),
+      fromComposer_(preview.fromComposer) {
     Frame1 = makeFrame("Frame1", "Sector Preview");
     XHexEditX1 = make<HexView>("XHexEditX1");
     XHexEditX1->setBytes(preview.bytes);
@@ -31,9 +32,10 @@ frmPreviewBadSector::frmPreviewBadSector(const ScreenContext& context, const Sec
     begin();
 }
 
-// Back to the screen that it belongs to.
+// Back to the screen that it belongs to; that of the list waits behind it.
 void frmPreviewBadSector::leaveOrAsk() {
-    context_.navigator.open(Screen::BadSectors);
+    if (fromComposer_)
+        context_.navigator.open(Screen::BadSectors);
     leave();
 }
 

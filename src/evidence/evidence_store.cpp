@@ -119,7 +119,7 @@ Result<void> EvidenceStore::prepareAll() {
         {moveLine_, "UPDATE file SET row = ? WHERE folder = (SELECT id FROM folder WHERE path = ?) AND name = ?"},
         {copy_,
          "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
-         "bad_ranges = coalesce(?6, bad_ranges) WHERE id = ?1"},
+         "bad_ranges = iif(?5 IS NULL, bad_ranges, ?6) WHERE id = ?1"},
         {end_, "UPDATE file SET doubt = ?2, doubt_detail = ?3, tail = ?4, tail_detail = ?5 WHERE id = ?1"},
         {byId_, *select + "WHERE f.id = ?"},
     };

@@ -46,5 +46,6 @@ inline constexpr const char* kStopped = "stopped";
 inline constexpr const char* kByMap = "map";
 inline constexpr const char* kByScan = "scan";
 inline constexpr const char* kByScanInPart = "scan in part";
+inline constexpr const char* kByCopy = "copy";
 
 }  // namespace quillon::job_keys

@@ -5,6 +5,7 @@
 
 #include "job/job_evidence.h"
 #include "platform/folders.h"
+#include "testing/marker_watch.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -15,10 +16,15 @@ namespace {
 // Files above this size show a per-file percentage.
 constexpr std::uint64_t kLargeFile = 2'000'000;
 
+CopyCare watching(CopyCare care, std::shared_ptr<const SectorMarkers> markers) {
+    care.watch = markerWatch(std::move(markers));
+    return care;
+}
+
 }  // namespace
 
 CopyPass::CopyPass(const PassContext& context, const JobLists& lists, const ReportMessages& messages,
-                   std::optional<ListEncoding> encoding)
+                   std::optional<ListEncoding> encoding, std::shared_ptr<const SectorMarkers> markers)
     : context_(context),
       lists_(lists),
       messages_(messages),
@@ -26,7 +32,8 @@ CopyPass::CopyPass(const PassContext& context, const JobLists& lists, const Repo
       targetFolder_(withOneSlash(context.state.options.target.value_or(NativePath()).native())),
       queue_(
           context.surroundings.loop, context.state.options.source.value_or(NativePath()),
-          context.state.options.copyCare, [this](const SettledCopy& copy) { ended(copy); }, context.state.care) {
+          watching(context.state.options.copyCare, std::move(markers)),
+          [this](const SettledCopy& copy) { ended(copy); }, context.state.care) {
 }
 
 void CopyPass::run() {

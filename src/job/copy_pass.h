@@ -4,6 +4,7 @@
 // Brings the files of a finished list to a target folder, keeping each file's folders below the target. Every row is
 // copied, whatever its grade, unless only some grades are asked for.
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -13,15 +14,18 @@
 #include "job/job_lists.h"
 #include "job/pass_context.h"
 #include "testing/report_messages.h"
+#include "testing/sector_markers.h"
 
 namespace quillon {
 
 class CopyPass {
 public:
     /// All must outlive this. `messages`: by which the results of the list are told apart. `encoding`: of a list that
-    /// this job has written; otherwise it is found from the content.
+    /// this job has written; otherwise it is found from the content. `markers`: of bad sectors, which are looked for in
+    /// the bytes of copies that are hashed; null for none.
     CopyPass(const PassContext& context, const JobLists& lists, const ReportMessages& messages,
-             std::optional<ListEncoding> encoding = std::nullopt);
+             std::optional<ListEncoding> encoding = std::nullopt,
+             std::shared_ptr<const SectorMarkers> markers = nullptr);
 
     void run();
 

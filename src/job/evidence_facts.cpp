@@ -116,10 +116,11 @@ CopyOutcome copyOutcome(const tl::expected<CopyFacts, CopyError>& result, bool c
     }
     if (compared)
         outcome.verified = 1;
-    if (result->gaps.empty())
+    if (result->gaps.empty() && !result->unread)
         return outcome;
-    outcome.badBytes = static_cast<std::int64_t>(bytesIn(result->gaps));
-    outcome.badRanges = rangesText(result->gaps, kMostRanges);
+    const ByteRanges& unread = result->unread ? *result->unread : result->gaps;
+    outcome.badBytes = static_cast<std::int64_t>(bytesIn(unread));
+    outcome.badRanges = rangesText(unread, kMostRanges);
     return outcome;
 }
 

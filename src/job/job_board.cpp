@@ -34,6 +34,7 @@ constexpr std::array<PhaseRow, kJobPhases> kPhases = {{
     {JobPhase::Copying,    nullptr,                               true,   true,  false,      false, true},
     {JobPhase::Ends,       "Looking at file ends",                true,   true,  true,       false, true},
     {JobPhase::Reporting,  nullptr,                               true,   true,  true,       true,  false},
+    {JobPhase::Scanning,   "Looking for bad sectors",             true,   true,  false,      false, true},
 }};
 // clang-format on
 
@@ -50,6 +51,8 @@ const PhaseRow& rowOf(JobPhase phase) {
     return kPhases[static_cast<std::size_t>(phase)];
 }
 
+constexpr const char* kScanningName = "looking for bad sectors";
+
 struct Pass {
     JobPhase phase;
     const char* name;
@@ -64,6 +67,8 @@ std::vector<Pass> passesOf(const JobOptions& options) {
         passes.push_back({JobPhase::Copying, "copying"});
     if (looksAtEnds(options))
         passes.push_back({JobPhase::Ends, "looking at file ends"});
+    if (options.scanSectors)
+        passes.push_back({JobPhase::Scanning, kScanningName});
     return passes;
 }
 
@@ -74,6 +79,8 @@ std::string runningText(const JobState& state) {
             return fmt::format("{} {} of {}: {}", state.stopRequested ? "Stopping after" : "Running", i + 1,
                                passes.size(), passes[i].name);
     }
+    if (state.phase == JobPhase::Scanning)  // of a job that was done before
+        return fmt::format("{}: {}", state.stopRequested ? "Stopping" : "Running", kScanningName);
     return state.phase == JobPhase::Reporting ? "Sending the report" : "Preparing";
 }
 
@@ -116,6 +123,7 @@ JobBoard boardOf(const JobState& state) {
     board.throughput = phase.showsThroughput;
     board.busyPointer = phase.isBusy || state.recounting || state.fetchingList;
     board.timer = phase.runsTimer;
+    board.copyChoices = board.frames && state.options.copy;
     return board;
 }
 

@@ -13,6 +13,7 @@
 #include "job/ends_pass.h"
 #include "job/folder_walk.h"
 #include "job/job_board.h"
+#include "job/sector_scan_step.h"
 #include "job/self_check.h"
 #include "job/statistics.h"
 #include "job/testing_pass.h"
@@ -26,6 +27,9 @@ JobEnd JobDriver::run() {
     context_.state.outcome.reset();
     const JobEnd end = runSteps();
     context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state.counters)};
+    const auto list = job_.lists().finalPath();
+    if (context_.state.options.scanSectors && cause_ == EndCause::Complete && list)
+        lookForBadSectors(context_, job_.installation(), *list);
     return end;
 }
 
@@ -281,6 +285,14 @@ void JobDriver::copyRawList() {
     context_.log("File list process complete");
 }
 
+// Only copies that are hashed show their bytes. A list that cannot be read was told by the testing pass.
+std::shared_ptr<const SectorMarkers> JobDriver::markersToWatch() const {
+    if (!context_.state.options.copyCare.manner().hash)
+        return nullptr;
+    auto markers = loadSectorMarkers(job_.installation().paths());
+    return markers ? std::make_shared<const SectorMarkers>(*std::move(markers)) : nullptr;
+}
+
 void JobDriver::copyFiles() {
     JobState& state = context_.state;
     if (!state.options.copy)
@@ -294,7 +306,7 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
         const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
-        CopyPass(context_, job_.lists(), job_.messages, encoding).run();
+        CopyPass(context_, job_.lists(), job_.messages, encoding, markersToWatch()).run();
     });
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)

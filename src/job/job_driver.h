@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -17,6 +18,7 @@
 
 namespace quillon {
 
+class SectorMarkers;
 class ShareSteps;
 struct RefreshSummary;
 
@@ -82,6 +84,7 @@ private:
     void tellPermissionDenied();
     void testFiles();
     void copyRawList();
+    [[nodiscard]] std::shared_ptr<const SectorMarkers> markersToWatch() const;
     void copyFiles();
     void checkFigures();
     void lookAtEnds();

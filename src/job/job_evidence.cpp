@@ -37,6 +37,7 @@ void JobEvidence::begin() {
     shifts_.clear();
     copies_.clear();
     tails_.clear();
+    watched_ = false;
     state_.evidenceLoss.clear();
     goingOn_.reset();
     wanted_ = on_ = state_.options.keepEvidence;
@@ -195,6 +196,7 @@ void JobEvidence::copied(const SettledCopy& copy, bool verified) {
     if (!isOn())
         return;
     copies_.emplace_back(idOfLine(copy.number), copyOutcome(copy.result, verified));
+    watched_ = watched_ || copies_.back().second.badBytes.has_value();
     if (copies_.size() >= kCopiesAtOnce)
         handCopies();
 }
@@ -239,10 +241,14 @@ void JobEvidence::finish(const char* how) {
     for (const auto& failed : failures_)
         failures.push_back({std::string(describer_->below(failed.path)), failed.words});
     const auto finish = [failures, how, list = list_, digest = digest_.value(),
-                         counters = countersAsJson(state_.counters).dump(),
-                         quality = state_.texts.quality](EvidenceStore& store) -> Result<void> {
+                         counters = countersAsJson(state_.counters).dump(), quality = state_.texts.quality,
+                         watched = watched_](EvidenceStore& store) -> Result<void> {
         for (const auto& failed : failures) {
             if (auto set = store.setFolderError(failed.path, failed.words); !set)
+                return set;
+        }
+        if (watched) {
+            if (auto set = store.setJob(job_keys::kSectors, job_keys::kByCopy); !set)
                 return set;
         }
         return writeJobEnd(store, how, counters, quality)

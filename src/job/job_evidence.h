@@ -104,6 +104,7 @@ private:
     std::vector<std::pair<std::int64_t, std::int64_t>> shifts_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> copies_;  // by id; not handed over yet
     std::deque<std::pair<std::string, FileTail>> tails_;        // of rows ahead, by path: what an earlier run knows
+    bool watched_ = false;                                      // of a copy is known what its medium gave
     EvidenceRow row_;
     std::string path_;
 };

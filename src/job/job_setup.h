@@ -4,13 +4,16 @@
 // What a person sets up before a job: job ID, source, target, switches, recipient, separator. The rules behind the
 // controls of the main window, without the window: it hands each change in and shows the state that comes out.
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/installation.h"
 #include "app/preferences.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
+#include "job/own_options.h"
 #include "messaging/recipient_box.h"
 #include "platform/copy_file.h"
 
@@ -29,8 +32,6 @@ namespace quillon {
 /// Whether jobs leave evidence, and whether the heads of the files are in it; yes unless told.
 inline constexpr Preference<bool> kKeepsEvidence{"evidence.keep"};
 inline constexpr Preference<bool> kKeepsHeads{"evidence.heads"};
-/// Whether jobs look at the ends of files; no unless told.
-inline constexpr Preference<bool> kLooksAtEnds{"evidence.ends"};
 
 /// Where the keyboard goes after a picker.
 enum class FocusAfter { Stays, JobId };
@@ -66,6 +67,15 @@ public:
     void applySettingDefaults();
     /// The separator of the settings, "-" when they hold none.
     void loadSeparator();
+    /// Applies what a person has chosen of the switches of our own.
+    void loadOwnOptions();
+    /// A person's choice of one of these; stored for the next start.
+    void ownOptionTicked(const OwnOption& option, bool ticked);
+    /// The grades that are copied, empty for all.
+    void copiedGradesChosen(std::vector<Grade> grades);
+    /// Stores choices; where that fails they last until the program ends, which the status line tells.
+    void store(const std::function<void(Preferences&)>& choices);
+
     /// Applies the settings to everything here; the counters are reset as at the start of a job.
     void loadSettings();
 

@@ -47,6 +47,8 @@ struct JobOptions {
     bool resume = false;          ///< the job goes on with its earlier run: what that knew is not read again
     std::optional<JobPart> part;  ///< the job is one of the parts of another; none: it is whole
 
+    bool scanSectors = false;  ///< behind the job its files are read to their ends, and bad sectors are looked for
+
     std::vector<Grade> copyGrades;  ///< only files of these grades are copied; empty for all
     CopyCare copyCare;              ///< what is done for copies beside the copying
 };
@@ -147,6 +149,7 @@ struct JobTexts {
     std::string copiedCaption;  ///< Label21
     std::string copied;         ///< lTotCopied
     std::string currentFile;    ///< sFileTU
+    std::string sectors;        ///< of gradeBar: how many files hold unread sectors; empty when that is not known
 };
 
 /// How far a pass is.
@@ -167,6 +170,7 @@ enum class JobPhase {
     Copying,
     Ends,       ///< the ends of the files are looked at
     Reporting,  ///< the completion report is on its way
+    Scanning,   ///< the job is complete, and its files are read to their ends
 };
 inline constexpr std::size_t kJobPhases = 9;
 

@@ -6,6 +6,7 @@
 
 #include "app/file_list.h"
 #include "app/list_mark.h"
+#include "job/sector_scan_step.h"
 #include "platform/folders.h"
 #include "text/fields.h"
 #include "text/numbers.h"
@@ -67,6 +68,7 @@ void resetCounters(JobState& state) {
     state.shownQuality = -1;
     state.sizeShown = false;
     state.texts.copied = "0";
+    state.texts.sectors.clear();
 }
 
 void updateQuality(JobState& state) {
@@ -95,6 +97,8 @@ std::string sizeLabel(const JobState& state) {
 }
 
 void lookAtPace(JobState& state, std::int64_t milliseconds) {
+    if (state.phase == JobPhase::Scanning)
+        return;  // goes by bytes, and tells its pace itself
     using Pass = PaceReading::Pass;
     const JobCounters& counters = state.counters;
     PaceReading reading;
@@ -152,6 +156,7 @@ void upDateAllLabels(const PassContext& context, const JobLists& lists, const Re
         if (state.phase == JobPhase::Idle && isUnfinished(*list))
             context.log("The file list is not whole: its job was cut short", kLightOrange);
         const auto counted = recount(context, messages, *list);
+        tellSectors(context, *list);
         state.texts.status = counted ? "Ready" : counted.error().text;
     }
     state.recounting = false;

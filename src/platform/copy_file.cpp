@@ -91,7 +91,10 @@ tl::expected<PreparedCopy, CopyError> FileCopier::prepare(std::string_view sourc
     auto to = targets_.begin(target, firstMode(info));
     if (!to)
         return failed(CopySide::Target, to.error());
-    auto copied = CopyTransfer({*descriptor, source, to->handle(), target}, manner_, buffer_, progress).run(info);
+    if (manner_.watch && !watch_)
+        watch_ = manner_.watch();
+    auto copied =
+        CopyTransfer({*descriptor, source, to->handle(), target}, manner_, buffer_, progress, watch_.get()).run(info);
     if (!copied) {
         copied.error().opened = true;
         return tl::unexpected<CopyError>(std::move(copied.error()));

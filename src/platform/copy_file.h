@@ -5,6 +5,7 @@
 // Holes stay holes. A target that exists survives a failed copy.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,7 @@ struct PreparedCopy {
 /// consecutive targets. Paths may be of any length.
 class FileCopier {
 public:
-    explicit FileCopier(CopyManner manner = {}) : manner_(manner) {}
+    explicit FileCopier(CopyManner manner = {}) : manner_(std::move(manner)) {}
 
     /// Copies `source` (a regular file, opened as SourceFiles does) to `target`, whose folder must exist.
     [[nodiscard]] tl::expected<void, CopyError> copy(std::string_view source, std::string_view target,
@@ -47,6 +48,7 @@ private:
     SourceFiles sources_;
     ArrivalFolder targets_;
     std::vector<char> buffer_;
+    std::unique_ptr<ByteWatch> watch_;  // made with the first copy
 };
 
 /// A data file of the program's own, which is small: its bytes, and the modification time that it had before they were

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/byte_watch.h"
 #include "platform/result.h"
 #include "platform/sha256.h"
 #include "text/byte_ranges.h"
@@ -33,28 +34,31 @@ struct CopyError {
 
 /// How copies are made.
 struct CopyManner {
-    bool hash = false;        ///< the bytes are hashed on their way
-    bool salvage = false;     ///< what the source does not give is left as a gap of zeros
-    bool attributes = false;  ///< extended attributes of the user go along, as far as the target can have them
+    bool hash = false;          ///< the bytes are hashed on their way
+    bool salvage = false;       ///< what the source does not give is left as a gap of zeros
+    bool attributes = false;    ///< extended attributes of the user go along, as far as the target can have them
+    ByteWatchMaker watch = {};  ///< sees the bytes of those that are hashed
 };
 
 /// What is done for copies beside the copying.
 struct CopyCare {
-    bool sync = true;      ///< a copy gets its name when its bytes are on the medium
-    bool verify = false;   ///< and when they were read back from there; takes `sync` and the hash
-    bool hash = false;     ///< the bytes are hashed on their way
-    bool salvage = false;  ///< see CopyManner
-    bool whole = false;    ///< extended attributes and the times of folders go along
+    bool sync = true;           ///< a copy gets its name when its bytes are on the medium
+    bool verify = false;        ///< and when they were read back from there; takes `sync` and the hash
+    bool hash = false;          ///< the bytes are hashed on their way
+    bool salvage = false;       ///< see CopyManner
+    bool whole = false;         ///< extended attributes and the times of folders go along
+    ByteWatchMaker watch = {};  ///< see CopyManner
 
-    [[nodiscard]] CopyManner manner() const { return {hash || verify || salvage, salvage, whole}; }
+    [[nodiscard]] CopyManner manner() const { return {hash || verify || salvage, salvage, whole, watch}; }
 };
 
 /// What is known of a copy.
 struct CopyFacts {
-    std::uint64_t size = 0;            ///< bytes
-    std::optional<Sha256Digest> hash;  ///< of the bytes as they were read, when they were hashed
-    ByteRanges gaps;                   ///< what the source did not give; empty for a whole copy
-    std::size_t lostAttributes = 0;    ///< extended attributes that the target does not have
+    std::uint64_t size = 0;                 ///< bytes
+    std::optional<Sha256Digest> hash;       ///< of the bytes as they were read, when they were hashed
+    ByteRanges gaps;                        ///< what the source did not give; empty for a whole copy
+    std::size_t lostAttributes = 0;         ///< extended attributes that the target does not have
+    std::optional<ByteRanges> unread = {};  ///< what the watch saw that the medium did not give; none: nobody watched
 };
 
 /// Called at the start of a copy (`done` 0) and behind every finished chunk, in bytes. False cancels the copy.

@@ -64,6 +64,8 @@ tl::expected<CopyFacts, CopyError> CopyTransfer::run(const struct stat& info) {
     useRange_ = !manner_.hash && static_cast<std::size_t>(size_) >= kReadChunk;
     if (manner_.hash)
         hash_.emplace();
+    if (watch_ != nullptr)
+        watch_->begin();
     const auto copied = mayHaveHoles(info) ? copyData() : copyPiece(0, -1);
     if (!copied)
         return tl::unexpected<CopyError>(copied.error());
@@ -71,9 +73,11 @@ tl::expected<CopyFacts, CopyError> CopyTransfer::run(const struct stat& info) {
         if (const auto ended = finish(); !ended)  // the file may end in one
             return tl::unexpected<CopyError>(ended.error());
     }
-    CopyFacts facts{static_cast<std::uint64_t>(end_), std::nullopt, std::move(gaps_), 0};
+    CopyFacts facts{static_cast<std::uint64_t>(end_), std::nullopt, std::move(gaps_), 0, {}};
     if (hash_)
         facts.hash = hash_->finish();
+    if (watch_ != nullptr)
+        facts.unread = watch_->end();
     return facts;
 }
 
@@ -122,8 +126,21 @@ CopyTransfer::Done CopyTransfer::goTo(off_t place) {
 void CopyTransfer::hashZerosUpTo(off_t place) {
     if (!hash_ || place <= hashed_)
         return;
-    hash_->addZeros(static_cast<std::uint64_t>(place - hashed_));
+    const auto hole = static_cast<std::uint64_t>(place - hashed_);
+    hash_->addZeros(hole);
+    if (watch_ != nullptr)
+        watch_->addHole(hole);
     hashed_ = place;
+}
+
+// What was hashed so far ends where the gap begins.
+void CopyTransfer::hashGap(std::size_t length) {
+    if (!hash_)
+        return;
+    hash_->addZeros(length);
+    if (watch_ != nullptr)
+        watch_->addUnread(length);
+    hashed_ += static_cast<off_t>(length);
 }
 
 // Copies from `from`, where both files stand, to `to`, or to the end of the source when `to` is -1.
@@ -193,6 +210,7 @@ CopyTransfer::Moved CopyTransfer::moveBlock(std::size_t wanted) {
 
 CopyTransfer::Moved CopyTransfer::leaveGap(off_t place, std::size_t length) {
     append(gaps_, {static_cast<std::uint64_t>(place), static_cast<std::uint64_t>(place) + length});
+    hashGap(length);
     return goTo(place + static_cast<off_t>(length)).map([length] { return length; });
 }
 
@@ -206,6 +224,8 @@ CopyTransfer::Moved CopyTransfer::put(std::size_t count) {
     }
     if (hash_) {
         hash_->add({buffer_.data(), count});
+        if (watch_ != nullptr)
+            watch_->add({buffer_.data(), count});
         hashed_ += static_cast<off_t>(count);
     }
     return count;

@@ -27,8 +27,10 @@ class CopyTransfer {
 public:
     /// All must outlive this. `buffer` is for this transfer alone; it is made when it is needed, and good for the next
     /// one.
-    CopyTransfer(const CopyEnds& ends, CopyManner manner, std::vector<char>& buffer, const CopyProgress& progress)
-        : ends_(ends), manner_(manner), buffer_(buffer), progress_(progress) {}
+    /// `watch`: null for none; it sees the bytes where they are hashed.
+    CopyTransfer(const CopyEnds& ends, const CopyManner& manner, std::vector<char>& buffer,
+                 const CopyProgress& progress, ByteWatch* watch = nullptr)
+        : ends_(ends), manner_(manner), buffer_(buffer), progress_(progress), watch_(manner.hash ? watch : nullptr) {}
 
     /// `info`: of the source as it was opened.
     [[nodiscard]] tl::expected<CopyFacts, CopyError> run(const struct stat& info);
@@ -47,12 +49,14 @@ private:
     [[nodiscard]] Moved leaveGap(off_t place, std::size_t length);
     [[nodiscard]] Moved put(std::size_t count);
     void hashZerosUpTo(off_t place);
+    void hashGap(std::size_t length);
     [[nodiscard]] tl::unexpected<CopyError> failed(CopySide side) const;
 
     const CopyEnds ends_;
-    const CopyManner manner_;
+    const CopyManner& manner_;
     std::vector<char>& buffer_;
     const CopyProgress& progress_;
+    ByteWatch* const watch_;
     std::optional<Sha256> hash_;
     off_t hashed_ = 0;
     off_t size_ = 0;  // of the source as it was opened

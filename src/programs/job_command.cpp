@@ -81,7 +81,7 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
     // The parts of a job are put together by their evidence.
     options.keepEvidence = (options.keepEvidence && chosen.evidence) || chosen.part;
     options.keepHeads = options.keepHeads && chosen.heads;
-    options.lookAtEnds = options.lookAtEnds || chosen.ends;
+    options.lookAtEnds = chosen.ends;
     options.gentle = chosen.gentle;
     options.threads = chosen.threads;
     if (chosen.hangLimit > 0)

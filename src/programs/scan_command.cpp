@@ -93,6 +93,19 @@ ScanEnd scanOf(const NativePath& list, const Installation& installation, ScanHos
     return {counts->failed > 0 ? kExitLosses : kExitComplete, "complete", {}, *counts};
 }
 
+// An installation that is not whole has told so itself.
+ScanEnd scanDoneJob(const JobCommandOptions& chosen, const CommandStreams& streams) {
+    Installation installation(chosen.appFolder ? *chosen.appFolder : applicationFolder());
+    if (installation.appFolder().empty()) {
+        const char* const why = "the folder of the program cannot be found; give --app";
+        streams.err << "quillon-job: " << why << '\n';
+        return {kExitNoList, "failed", why, {}};
+    }
+    if (!prepareInstallation(installation, streams.err, chosen.quiet))
+        return {kExitNoList, "failed", rowOf(EndCause::NotSetUp).text, {}};
+    return scanJob(installation.paths().localPath / (chosen.jobId + ".csv"), installation, chosen, streams);
+}
+
 }  // namespace
 
 ScanEnd scanJob(const NativePath& list, const Installation& installation, const JobCommandOptions& chosen,
@@ -132,15 +145,7 @@ std::string scanText(const ScanCounts& counts) {
 }
 
 int runScanCommand(const JobCommandOptions& chosen, const CommandStreams& streams) {
-    Installation installation(chosen.appFolder ? *chosen.appFolder : applicationFolder());
-    if (installation.appFolder().empty()) {
-        streams.err << "quillon-job: the folder of the program cannot be found; give --app\n";
-        return kExitNoList;
-    }
-    if (!prepareInstallation(installation, streams.err, chosen.quiet))
-        return kExitNoList;
-    const ScanEnd end =
-        scanJob(installation.paths().localPath / (chosen.jobId + ".csv"), installation, chosen, streams);
+    const ScanEnd end = scanDoneJob(chosen, streams);
     if (chosen.json) {
         nlohmann::ordered_json json = {{"version", 1}, {"scan_sectors", readable(std::string_view(chosen.jobId))}};
         json.update(scanAsJson(end));

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "app/folder_structure.h"
+#include "app/rule_list_names.h"
 #include "app/run_beside.h"
 #include "archive/zip_reader.h"
 #include "platform/folders.h"
@@ -78,6 +79,8 @@ void NetworkSetup::copy() {
     const std::string refused = beside([this] { return whatShareRefuses(installation_.paths()); });
     if (!refused.empty())
         surroundings_.dialogs.warn(kShareTrialTitle, shareTrialText(refused));
+    if (state.boxes[kSkipListBox].ticked || state.boxes[kCommonHeadersBox].ticked)
+        fillInMarkers();
     for (std::size_t i = 0; i < kNetworkBoxCount; ++i) {
         const auto index = static_cast<NetworkBoxIndex>(i);
         if (!state.boxes[i].ticked)
@@ -144,6 +147,18 @@ void NetworkSetup::copySkipList() {
         tick(kSkipListBox, false);
     else
         warn("Error copying settings file.");  // the same words as for the settings
+}
+
+// The list of bad sector markers is ours and has no box: it goes with the other rules, and never over one that is
+// there.
+void NetworkSetup::fillInMarkers() {
+    const Paths& paths = installation_.paths();
+    const NativePath source = fileIn(paths.localSettings, kBadSectorsFileName);
+    const NativePath target = fileIn(paths.sharedSettings, kBadSectorsFileName);
+    if (target.empty() || !pathExists(source) || beside([&target] { return pathExists(target); }))
+        return;
+    if (!copyOver(source, target))
+        warn("Error copying bad sector markers.");
 }
 
 void NetworkSetup::extractSkipList(const NativePath& target) {

@@ -61,6 +61,7 @@ private:
     template <typename Work>
     [[nodiscard]] auto beside(Work work);
     void copyDatabase();
+    void fillInMarkers();
     void copySkipList();
     void extractSkipList(const NativePath& target);
     void copySingle(NetworkBoxIndex index);

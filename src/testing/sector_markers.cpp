@@ -17,14 +17,17 @@ namespace quillon {
 
 namespace {
 
+// Where each comes from stands in data/starter/README.md.
 constexpr const char* kPublished[] = {
     "0,BAD SECTOR,T,R,BAD SECTOR",
     "0,BAD SECTOR ,T,R,BAD SECTOR",
-    "0,BAD-SECTOR,T,R,BAD-SECTOR",
     "0,BAD-SECTOR ,T,R,BAD-SECTOR",
-    "0,UNREADABLESECTOR,T,R,UNREADABLESECTOR",
-    "1,42414420534543544F5200,H,O,BAD SECTOR and noise",
+    "0,NON-RESCUED-SECTOR ,T,R,NON-RESCUED-SECTOR",
     "1,0A2320706F736974696F6E203078,H,O,ddrescue location",
+    "1,426164536563746F5200,H,O,ntfsclone rescue",
+    "1,BadSecto?\?\?\?,T,O,ntfsclone rescue",
+    "1,BADSECTO?\?\?\?,T,O,partclone rescue",
+    "0,-=[BAD SECTOR]=-,T,R,floppy image",
 };
 
 std::size_t positionIn(std::string_view field) {
@@ -36,14 +39,6 @@ std::size_t positionIn(std::string_view field) {
 
 bool isOneByte(std::string_view bytes) {
     return bytes.find_first_not_of(bytes.front()) == bytes.npos;
-}
-
-bool marks(const SectorMarker& marker) {
-    if (marker.bytes.empty() || marker.bytes.find_first_not_of('\0') == std::string::npos)
-        return false;
-    if (marker.bytes.size() + std::max<std::size_t>(marker.position, 1) - 1 > kMarkedSectorBytes)
-        return false;
-    return marker.repeating || (marker.bytes.size() >= kLeastMarkerBytes && !isOneByte(marker.bytes));
 }
 
 // True when `text` is a repetition of its first `period` bytes; the last one may be cut. Nearly every sector is
@@ -75,6 +70,20 @@ bool stands(const SectorMarker& marker, std::string_view sector) {
 
 }  // namespace
 
+MarkerFault faultOf(const SectorMarker& marker) {
+    if (marker.bytes.empty())
+        return MarkerFault::Empty;
+    if (marker.bytes.find_first_not_of('\0') == std::string::npos)
+        return MarkerFault::ZerosAlone;
+    if (marker.bytes.size() + std::max<std::size_t>(marker.position, 1) - 1 > kMarkedSectorBytes)
+        return MarkerFault::TooLong;
+    if (marker.repeating)
+        return MarkerFault::None;
+    if (marker.bytes.size() < kLeastMarkerBytes)
+        return MarkerFault::TooShort;
+    return isOneByte(marker.bytes) ? MarkerFault::OneByte : MarkerFault::None;
+}
+
 SectorMarker markerOfLine(std::string_view line) {
     const auto fields = splitFields(line);
     if (fields.size() < 4)
@@ -83,13 +92,17 @@ SectorMarker markerOfLine(std::string_view line) {
     if (fields[2] == "H")
         marker.bytes = hexToText(fields[1]);
     marker.name = fields.size() > 4 ? toUtf8(PageText{std::string(trim(fields[4]))}) : std::string();
-    if (!marks(marker))
+    if (faultOf(marker) != MarkerFault::None)
         marker.bytes.clear();
     return marker;
 }
 
-std::string lineOfMarker(const SectorMarker& marker) {
-    const bool text = std::ranges::all_of(marker.bytes, [](char c) { return c >= 0x20 && c < 0x7F && c != ','; });
+bool standsAsText(std::string_view bytes) {
+    return std::ranges::all_of(bytes, [](char c) { return c >= 0x20 && c < 0x7F && c != ','; });
+}
+
+std::string lineOfMarker(const SectorMarker& marker, bool hexadecimal) {
+    const bool text = !hexadecimal && standsAsText(marker.bytes);
     std::string shown = marker.bytes;
     if (!text) {
         shown.clear();
@@ -101,8 +114,12 @@ std::string lineOfMarker(const SectorMarker& marker) {
 
 SectorMarkers SectorMarkers::published() {
     SectorMarkers markers;
-    markers.assign({std::begin(kPublished), std::end(kPublished)});
+    markers.assign(publishedLines());
     return markers;
+}
+
+std::vector<std::string_view> SectorMarkers::publishedLines() {
+    return {std::begin(kPublished), std::end(kPublished)};
 }
 
 void SectorMarkers::assign(const std::vector<std::string_view>& lines) {
@@ -123,7 +140,8 @@ Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept) {
     const NativePath shared = fileIn(paths.sharedSettings, kBadSectorsFileName);
     if (!paths.useSharedDb || !pathExists(shared))
         return {};
-    return copyKeepingOld(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept);
+    return copyNoted(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept, paths.localSettings,
+                     changeByJob());
 }
 
 Result<SectorMarkers> loadSectorMarkers(const Paths& paths) {

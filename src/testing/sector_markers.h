@@ -4,16 +4,16 @@
 // The bad sector markers: what imaging tools write where a disk could not be read. docs/formats/rule-lists.md.
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/rule_list_names.h"
 
 namespace quillon {
 
-inline constexpr const char* kBadSectorsFileName = "BadSectors.dat";
 inline constexpr std::size_t kMarkedSectorBytes = 512;
 
 /// A marker of fewer bytes would stand in healthy files, too.
@@ -29,16 +29,31 @@ struct SectorMarker {
     friend bool operator==(const SectorMarker&, const SectorMarker&) = default;
 };
 
+/// Why a marker marks nothing, in the order in which it is looked for.
+enum class MarkerFault : std::uint8_t {
+    None,
+    Empty,
+    ZerosAlone,  ///< healthy files hold them, too
+    TooLong,     ///< for a sector, from its position on
+    TooShort,    ///< fewer than kLeastMarkerBytes that stand once
+    OneByte,     ///< one byte again and again that stands once
+};
+[[nodiscard]] MarkerFault faultOf(const SectorMarker& marker);
+
 /// The marker of a line. One that marks nothing has no bytes: it is too short, of zeros alone, of one byte again and
 /// again without filling a sector, or would not fit into one.
 [[nodiscard]] SectorMarker markerOfLine(std::string_view line);
-/// The line of a marker, as the list has it: hexadecimal where text could not stand there.
-[[nodiscard]] std::string lineOfMarker(const SectorMarker& marker);
+/// Whether the bytes could stand in a line as text: printable ASCII without a comma.
+[[nodiscard]] bool standsAsText(std::string_view bytes);
+/// The line of a marker, as the list has it: hexadecimal where text could not stand there, or where it is asked for.
+[[nodiscard]] std::string lineOfMarker(const SectorMarker& marker, bool hexadecimal = false);
 
 class SectorMarkers {
 public:
     /// The markers that manuals of imaging tools tell of; they serve where there is no list.
     [[nodiscard]] static SectorMarkers published();
+    /// Their lines, as the list has them.
+    [[nodiscard]] static std::vector<std::string_view> publishedLines();
 
     /// Replaces all by the lines of a file, in order; those that mark nothing are left out.
     void assign(const std::vector<std::string_view>& lines);

@@ -17,13 +17,20 @@
 //     chkUseSkip                    "Use skip list"
 //     chkCommon                     "Use Common Headers"
 //     chkDefaults                   "Use defaults"            ticking it applies the settings again
-//     chkEnds (ours)                "Look at file ends too"   behind the passes, into the evidence
 //     Label12, Text1                "File List Separator"     one character
 //     separatorNote (ours)          what the separator is for
 //   Frame2 "Alerts"
 //     Label23, Combo1               "On finish Send to"       recipient of the completion report
 //     Command2                      "Query Network"           fills Combo1
 //     Command3                      "Test"                    sends a test alert
+//   ownOptions (ours) "More Options"
+//     chkVerifyCopies             "Verify copies"
+//     chkSalvage                  "Salvage unreadable parts"
+//     chkScanSectors              "Look for bad sectors"  behind the job
+//     chkEnds                     "Look at file ends too"  behind the passes, into the evidence
+//     copyGrades                  "Copy grades: all"      which grades are copied, with copyGradesAll, copyGradesGood
+//     and
+//                                 copyGrades_1 to copyGrades_10 in its menu
 //   Frame5 "Stats"
 //     Label7 lfiles "Total Files:"; Label25 lFOlders "Total folders:"; Label9 lsize "Total Size:";
 //     Label26 lFolderErrors "Folder Errors:"; Label9_1 lCopyErrors "Copy Errors"; Label21 lTotCopied, and copiedNote
@@ -51,6 +58,8 @@
 //     evidenceKeep, evidenceHeads), mnuViewf (mnuView), mnuh3 (mnuHelp, mnuAbout)
 //   openSetupNetwork (ours)         "Set up Network"        in mnu, and in the menu of the Settings button
 //   openHistory (ours)              "Database History"      in mnu
+//   openSectorMarkers (ours)        "Bad Sector Markers"    in mnu
+//   lookForSectors (ours)           "Look for Bad Sectors"  in mnu: reads the files of a job that was done before
 //   openOverview (ours)             "Job Overview"          in mnu; a click on gradeBar does the same
 //
 // The design gives the names Label9 and Label2 to two controls each. The first keeps it as it stands; the second is
@@ -139,14 +148,16 @@ protected:
 
 private:
     void connectControls();
+    void connectOwnOptions();
     void connectMenus();
     void connectLooks();
     void connectToolbar();
     void addNetworkSetup();
-    void addHistory();
+    void addDatabaseScreens();
     void addEvidenceMenu();
-    void chooseForJobs(const Preference<bool>& preference, bool JobOptions::*option, bool chosen);
     void addOverview();
+    void addSectorScan();
+    void scanDoneJob();
 
     // Handlers, in screen order
     void Textbox1_Change(const QString& text);
@@ -174,10 +185,12 @@ private:
     void showControls() override;
     void showCounts();
     void showTexts();
+    void showSectors();
     void showSummary();
     void showCommands();
     void showToolbar(const JobBoard& board);
     void showOptions();
+    void showOwnOptions(const JobBoard& board);
     void showLog();
     void leaveIfAbandoned();
 

@@ -6,7 +6,6 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QKeySequence>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -29,6 +28,7 @@ void frmMainControls::createControls(QMainWindow& window) {
     createSource();
     createOptions();
     createAlerts();
+    createOwnOptions();
     createCommands();
     createStats();
     arrange(window);
@@ -95,21 +95,9 @@ void frmMainControls::createOptions() {
     row->addWidget(Label12);
     row->addWidget(Text1);
     row->addWidget(separatorNote, 1);
-    createEnds();
-    grid->addWidget(chkEnds, 2, 0, 1, 2);
-    grid->addLayout(row, 3, 0, 1, 2);
+    grid->addLayout(row, 2, 0, 1, 2);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
-}
-
-// The Tab key goes through the told controls, and every letter of its caption is theirs: it has a shortcut.
-void frmMainControls::createEnds() {
-    chkEnds = makeCheck("chkEnds", "Look at file ends too");
-    chkEnds->setShortcut(QKeySequence(QStringLiteral("Alt+G")));
-    chkEnds->setFocusPolicy(Qt::ClickFocus);
-    chkEnds->setToolTip(
-        QStringLiteral("Opens tested files of known formats once more behind the other passes, to find those that are "
-                       "cut (Alt+G). What it finds stands in the evidence; grades stay as they are."));
 }
 
 void frmMainControls::createAlerts() {
@@ -193,6 +181,7 @@ QWidget* frmMainControls::arrangeUpper() const {
     setup->addWidget(Frame1);
     setup->addWidget(Frame3);
     setup->addWidget(Frame2);
+    setup->addWidget(ownOptions);
     setup->addStretch();
     return new MainArea(setupSide, Frame5, scoreBoard);
 }

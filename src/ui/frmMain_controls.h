@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "job/own_options.h"
 #include "testing/grade.h"
 
 class QAction;
@@ -30,6 +31,7 @@ namespace quillon {
 class GradeBar;
 class Grid;
 class ScoreBoard;
+class TickButton;
 struct BoardWidgets;
 
 inline constexpr std::size_t kToolbarButtons = 12;
@@ -40,12 +42,15 @@ struct frmMainControls {
     QLineEdit* Textbox1;
     QPushButton *CommandButton1, *Command1;
     QCheckBox* chkCopy;
-    QCheckBox *chkFileQuality, *chkUseSkip, *chkCommon, *chkDefaults, *chkEnds;
+    QCheckBox *chkFileQuality, *chkUseSkip, *chkCommon, *chkDefaults;
     QPushButton *CommandButton3, *CommandButton4, *CommandButton5, *CommandButton6;
     QCheckBox* Check1;
     QLabel* Label23;
     QComboBox* Combo1;
     QPushButton *Command2, *Command3;
+    QGroupBox* ownOptions;
+    std::array<QCheckBox*, std::size(kOwnOptions)> ownBoxes;  ///< in the order of kOwnOptions
+    TickButton* copyGrades;
     QLabel *Label12, *separatorNote;
     QLineEdit* Text1;
 
@@ -82,8 +87,8 @@ struct frmMainControls {
 private:
     void createSource();
     void createOptions();
-    void createEnds();
     void createAlerts();
+    void createOwnOptions();
     void createCommands();
     void createStats();
     [[nodiscard]] QWidget* createQuality();

@@ -53,6 +53,7 @@ void frmMain::connectMenus() {
     connect(mnuAbout, &QAction::triggered, this, [this] { context_.navigator.open(Screen::About); });
     addEvidenceMenu();
     addOverview();
+    addSectorScan();
 }
 
 void frmMain::connectLooks() {
@@ -97,21 +98,25 @@ void frmMain::addNetworkSetup() {
     addAction(entry);
     mnu->addSeparator();
     mnu->addAction(entry);
-    addHistory();
+    addDatabaseScreens();
     QToolButton* settings = toolbarButtons[kSettingsButton];
     settings->addAction(entry);
     settings->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
 // Ours, behind the told entries.
-void frmMain::addHistory() {
-    auto* entry = mnu->addAction(QStringLiteral("Database &History"));
-    entry->setObjectName(QStringLiteral("openHistory"));
-    entry->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_H));
-    step(entry, &QAction::triggered, [this] {
-        if (!isJobRunning())
-            context_.navigator.openModal(Screen::History);
-    });
+void frmMain::addDatabaseScreens() {
+    const auto add = [this](const char* caption, const char* name, Qt::Key key, Screen screen) {
+        QAction* const entry = mnu->addAction(QLatin1String(caption));
+        entry->setObjectName(QLatin1String(name));
+        entry->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | key));
+        step(entry, &QAction::triggered, [this, screen] {
+            if (!isJobRunning())
+                context_.navigator.openModal(screen);
+        });
+    };
+    add("Database &History", "openHistory", Qt::Key_H, Screen::History);
+    add("Bad Sec&tor Markers", "openSectorMarkers", Qt::Key_B, Screen::SectorMarkers);
 }
 
 void frmMain::openModalScreen(Screen screen, QAction& entry, std::size_t toolbarButton) {

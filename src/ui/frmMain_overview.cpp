@@ -23,7 +23,7 @@ void frmMain::addOverview() {
     });
     addAction(entry);
     mnu->addAction(entry);
-    gradeBar->setToolTip(QStringLiteral("A click opens the Job Overview"));
+    showSectors();
     gradeBar->setCursor(Qt::PointingHandCursor);
     connect(gradeBar, &GradeBar::clicked, entry, &QAction::trigger);
 }

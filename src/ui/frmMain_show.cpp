@@ -68,6 +68,7 @@ void frmMain::showCounts() {
     for (const auto& [label, count] : labels) showText(*label, grouped(count));
     for (const Grade grade : kBoardOrder) showText(*gradeCounts[grade], grouped(counts[grade]));
     gradeBar->setCounts(counts.grades);
+    showSectors();
 }
 
 void frmMain::showTexts() {
@@ -113,8 +114,6 @@ void frmMain::showOptions() {
     chkCommon->setChecked(options.useCommonHeaders);
     chkCommon->setEnabled(options.useCommonHeadersEnabled);
     chkDefaults->setChecked(setup_.useDefaults);
-    chkEnds->setChecked(options.lookAtEnds);
-    showEnabled(*chkEnds, mayLookAtEnds(options));
     Check1->setChecked(options.showProgress);
     showChoice(*Combo1, setup_.recipients);
     Command2->setEnabled(setup_.recipients.queryEnabled);
@@ -128,6 +127,7 @@ void frmMain::showCommands() {
     const JobBoard board = boardOf(state);
     showEnabled(*Frame1, board.frames);
     showEnabled(*Frame3, board.frames);
+    showOwnOptions(board);
     mnu->menuAction()->setEnabled(board.menus);
     mnuFile->menuAction()->setEnabled(board.menus);
     showEnabled(*CommandButton1, setup_.sourceEnabled);

@@ -10,6 +10,7 @@
 #include "editors/frmExtEditor.h"
 #include "editors/frmHistory.h"
 #include "editors/frmPreviewBadSector.h"
+#include "editors/frmSectorMarkers.h"
 #include "editors/frmSkipList.h"
 #include "editors/frmUpdatedb.h"
 #include "job/job.h"
@@ -56,6 +57,10 @@ void registerListEditors(const ScreenContext& context, Job& job) {
     screens.add(Screen::History, [&context, &job](const std::any&) {
         askShareFirst(job);
         return std::make_unique<frmHistory>(context);
+    });
+    screens.add(Screen::SectorMarkers, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmSectorMarkers>(context);
     });
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "evidence/evidence_row.h"
+#include "text/numbers.h"
 
 namespace quillon {
 
@@ -30,6 +31,14 @@ struct OwnColumn {
     return file.doubtDetail.empty() ? file.doubt : file.doubtDetail;
 }
 
-inline constexpr std::array kOwnColumns = {OwnColumn{"Reason", 280, reasonText}, OwnColumn{"Doubt", 280, doubtText}};
+/// How many of its bytes lie in sectors that were not read: "8,192", "none", and empty where nobody has looked.
+[[nodiscard]] inline std::string badBytesText(const EvidenceRow& file) {
+    if (!file.badBytes)
+        return {};
+    return *file.badBytes == 0 ? "none" : grouped(*file.badBytes);
+}
+
+inline constexpr std::array kOwnColumns = {OwnColumn{"Reason", 280, reasonText}, OwnColumn{"Doubt", 280, doubtText},
+                                           OwnColumn{"Unread Bytes", 100, badBytesText}};
 
 }  // namespace quillon

@@ -33,7 +33,8 @@ enum class Screen {
     Errors,
     BadSectors,
     PreviewBadSector,
-    History
+    History,
+    SectorMarkers
 };
 
 /// What other screens ask of the main window. It outlives them.

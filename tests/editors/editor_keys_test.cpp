@@ -61,7 +61,7 @@ QStringList altKeys(const QWidget& window) {
 
 void EditorKeysTest::everyBoxAndButtonHasAnAltKeyOfItsOwn() {
     for (const Screen screen : {Screen::SkipList, Screen::CommonHeaders, Screen::Updatedb, Screen::Errors,
-                                Screen::BadSectors, Screen::PreviewBadSector}) {
+                                Screen::BadSectors, Screen::PreviewBadSector, Screen::SectorMarkers}) {
         auto editor = opened(screen);
         QStringList keys = altKeys(editor->window());
         const QString all = editor->window().objectName() + QStringLiteral(": ") + keys.join(QLatin1String(", "));
@@ -92,9 +92,10 @@ void EditorKeysTest::escapeAsksBeforeATypedMessageIsDropped() {
 }
 
 void EditorKeysTest::charactersThatThePageLacksAreToldOnEveryEditor() {
-    const std::pair<Screen, const char*> boxes[] = {{Screen::SkipList, "TextBox1"}, {Screen::CommonHeaders, "tTerm"},
-                                                    {Screen::CommonHeaders, "tID"}, {Screen::Updatedb, "Text3"},
-                                                    {Screen::ExtEditor, "Text3"},   {Screen::Errors, "tError_7"}};
+    const std::pair<Screen, const char*> boxes[] = {{Screen::SkipList, "TextBox1"},  {Screen::CommonHeaders, "tTerm"},
+                                                    {Screen::CommonHeaders, "tID"},  {Screen::Updatedb, "Text3"},
+                                                    {Screen::ExtEditor, "Text3"},    {Screen::Errors, "tError_7"},
+                                                    {Screen::SectorMarkers, "name_"}};
     for (const auto& [screen, box] : boxes) {
         auto editor = opened(screen);
         auto& remark = editor->control<QLabel>("pageRemark_");

@@ -42,6 +42,7 @@ constexpr PhaseCase kPhaseCases[] = {
     {JobPhase::Copying, "--X-S----C", "before"},
     {JobPhase::Ends, "--X-S--T-C", "Looking at file ends"},
     {JobPhase::Reporting, "--X-S--TB-", "before"},
+    {JobPhase::Scanning, "--X-S----C", "Looking for bad sectors"},
 };
 static_assert(std::size(kPhaseCases) == kJobPhases);
 
@@ -72,6 +73,15 @@ TEST(JobBoardTest, RunAndViewFollowTheirFactsAndOnlyRunIsLocked) {
     EXPECT_EQ(lettersOf(state), "FM-R-VZT--");
     enterPhase(state, JobPhase::Walk);
     EXPECT_EQ(lettersOf(state), "--X-SV-T-C");
+}
+
+TEST(JobBoardTest, WhatIsChosenForCopiesNeedsACopyAndAnUnlockedScreen) {
+    for (const auto& told : kPhaseCases) {
+        JobState state = stateIn(told.phase);
+        EXPECT_FALSE(boardOf(state).copyChoices) << static_cast<int>(told.phase);
+        state.options.copy = true;
+        EXPECT_EQ(boardOf(state).copyChoices, told.board[0] == 'F') << static_cast<int>(told.phase);
+    }
 }
 
 TEST(JobBoardTest, ARecountLocksInEveryPhase) {
@@ -106,6 +116,7 @@ TEST(JobSummaryTest, ARunningJobTellsWhichOfItsPassesItIsIn) {
         {JobPhase::Copying, true, true, "Running 4 of 4: copying"},
         {JobPhase::Copying, false, true, "Running 3 of 3: copying"},
         {JobPhase::Reporting, true, true, "Sending the report"},
+        {JobPhase::Scanning, true, true, "Running: looking for bad sectors"},
     };
     for (const auto& told : cases) {
         JobState state = stateIn(told.phase);

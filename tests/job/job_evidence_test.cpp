@@ -102,6 +102,20 @@ TEST_F(JobEvidenceTest, WhatBecameOfEachCopyIsNoted) {
     EXPECT_TRUE(state.gaps.empty());
 }
 
+TEST_F(JobEvidenceTest, CopiesThatAreHashedTellWhichBytesTheMediumDidNotGive) {
+    std::string bytes = "MZ" + std::string(510, 'g');
+    while (bytes.size() < 2048) bytes += "BAD SECTOR";
+    sourceFile("marked.abc", bytes.substr(0, 1536) + std::string(100, 'g'));
+    state.options.copy = state.options.copyCare.verify = true;
+    state.options.target = folder / "target";
+    ASSERT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(rowOf("marked.abc").badBytes, 1024);
+    EXPECT_EQ(rowOf("marked.abc").badRanges, "512+1024");
+    EXPECT_EQ(rowOf("marked.abc").verified, 1);
+    EXPECT_EQ(rowOf("good.abc").badBytes, 0);
+    EXPECT_EQ(reader().jobText(job_keys::kSectors).value_or(std::nullopt), "copy");
+}
+
 TEST_F(JobEvidenceTest, TheJobTellsOfItself) {
     ASSERT_EQ(run(), JobEnd::Complete);
     auto from = reader();

@@ -94,6 +94,50 @@ TEST_F(CopyTransferTest, AGapIsNoLargerThanABlock) {
     EXPECT_EQ(temp.read("to"), bytes);
 }
 
+// Writes down what passes by.
+class RecordingWatch final : public ByteWatch {
+public:
+    explicit RecordingWatch(std::string& seen) : seen_(seen) {}
+    void begin() override { seen_ += "begin"; }
+    void add(std::string_view bytes) override { note("bytes", bytes.size()); }
+    void addHole(std::uint64_t bytes) override { note("hole", bytes); }
+    void addUnread(std::uint64_t bytes) override { note("unread", bytes); }
+    ByteRanges end() override {
+        seen_ += ", end";
+        return {{1, 2}};
+    }
+
+private:
+    void note(const char* what, std::uint64_t bytes) {
+        seen_ += std::string(", ") + what + " " + std::to_string(bytes);
+    }
+    std::string& seen_;
+};
+
+TEST_F(CopyTransferTest, AWatchSeesBytesHolesAndGapsOfWhatIsHashed) {
+    std::string seen;
+    const ByteWatchMaker watch = [&seen] { return std::make_unique<RecordingWatch>(seen); };
+    temp.write("from", std::string(300'000, 'x'));
+    std::filesystem::resize_file(temp / "from", 3'000'000);
+    FailingFiles disk;
+    disk.failAt(2, {EIO, true}, "read");  // all behind the first piece
+    const auto facts = copy({.hash = true, .salvage = true, .watch = watch});
+    ASSERT_TRUE(facts) << facts.error().text();
+    EXPECT_EQ(facts->unread, (ByteRanges{{1, 2}})) << "what the watch says";
+    EXPECT_TRUE(seen.starts_with("begin, bytes 262144, unread 4096, unread ")) << seen;
+    EXPECT_TRUE(seen.ends_with(", end")) << seen;
+    EXPECT_NE(seen.find("hole "), std::string::npos) << seen;
+}
+
+TEST_F(CopyTransferTest, WithoutAHashNobodyWatches) {
+    std::string seen;
+    temp.write("from", "bytes");
+    const auto facts = copy({.watch = [&seen] { return std::make_unique<RecordingWatch>(seen); }});
+    ASSERT_TRUE(facts);
+    EXPECT_FALSE(facts->unread);
+    EXPECT_EQ(seen, "");
+}
+
 TEST_F(CopyTransferTest, AnErrorOfTheTargetIsNoGap) {
     temp.write("from", std::string(600'000, 'x'));
     FailingFiles disk;

@@ -245,6 +245,23 @@ TEST_F(NetworkSetupTest, AHostileArchiveIsAnErrorDecompressing) {
     EXPECT_FALSE(exists("share/skiplist.dat"));
 }
 
+TEST_F(NetworkSetupTest, BadSectorMarkersGoWithTheOtherRulesWithoutAWord) {
+    folder.write("local/Settings/SkipList.dat", "2");
+    folder.write("local/Settings/BadSectors.dat", "0,BAD,T,R,BAD\r\n");
+    copyOnly(kSystemMessagesBox);
+    EXPECT_FALSE(exists("share/Settings/BadSectors.dat"));
+    copyOnly(kSkipListBox);
+    EXPECT_EQ(folder.read("share/Settings/BadSectors.dat"), "0,BAD,T,R,BAD\r\n");
+}
+
+TEST_F(NetworkSetupTest, SharedBadSectorMarkersAreNeverOverwritten) {
+    folder.write("local/Settings/CommonHeaders.dat", "3");
+    folder.write("local/Settings/BadSectors.dat", "0,BAD,T,R,BAD\r\n");
+    folder.write("share/Settings/BadSectors.dat", "0,THEIRS,T,R,theirs\r\n");
+    copyOnly(kCommonHeadersBox);
+    EXPECT_EQ(folder.read("share/Settings/BadSectors.dat"), "0,THEIRS,T,R,theirs\r\n");
+}
+
 TEST_F(NetworkSetupTest, TheDatabaseIsCopiedFileByFile) {
     folder.write("local/Database/jpg.dat", "1");
     folder.write("local/Database/png.dat", "2");

@@ -50,13 +50,15 @@ TEST_F(NotedStepsTest, TermFilesThatAJobTakesAwayAreNoted) {
 }
 
 TEST_F(NotedStepsTest, RuleListsThatAJobFetchesAreNoted) {
-    for (const char* name : {"CommonHeaders.dat", "SkipList.dat"})
+    for (const char* name : {"CommonHeaders.dat", "SkipList.dat", "BadSectors.dat"})
         folder.write(std::string("share/Settings/") + name, "new\r\n");
     ASSERT_TRUE(fetchCommonHeaders(installation.paths(), kept));
     ASSERT_TRUE(fetchSkipList(installation.paths(), kept));
-    ASSERT_EQ(notes().size(), 2U);
-    EXPECT_EQ(notes()[0].files.front().file, "Settings/SkipList.dat");
-    EXPECT_EQ(notes()[1].files.front().file, "Settings/CommonHeaders.dat");
+    ASSERT_TRUE(fetchSectorMarkers(installation.paths(), kept));
+    ASSERT_EQ(notes().size(), 3U);
+    EXPECT_EQ(notes()[0].files.front().file, "Settings/BadSectors.dat");
+    EXPECT_EQ(notes()[1].files.front().file, "Settings/SkipList.dat");
+    EXPECT_EQ(notes()[2].files.front().file, "Settings/CommonHeaders.dat");
 }
 
 TEST_F(NotedStepsTest, AStepThatReplacesManyFilesIsNotedByWhatBecameDifferent) {
@@ -67,13 +69,15 @@ TEST_F(NotedStepsTest, AStepThatReplacesManyFilesIsNotedByWhatBecameDifferent) {
     ASSERT_TRUE(removeFile(folder / "local/Database/gone.dat"));
     folder.write("local/Database/other.dat", "after");
     folder.write("local/Settings/SkipList.dat", "tmp");
+    folder.write("local/Settings/BadSectors.dat", "bad");
     noted.finish();
     ASSERT_EQ(notes().size(), 1U);
     EXPECT_EQ(notes().front().screen, "Setup Wizard");
     EXPECT_THAT(notes().front().files,
                 testing::UnorderedElementsAre(FileChange{"Database/gone.dat", "gone", std::nullopt},
                                               FileChange{"Database/other.dat", "before", "after"},
-                                              FileChange{"Settings/SkipList.dat", std::nullopt, "tmp"}));
+                                              FileChange{"Settings/SkipList.dat", std::nullopt, "tmp"},
+                                              FileChange{"Settings/BadSectors.dat", std::nullopt, "bad"}));
 }
 
 }  // namespace

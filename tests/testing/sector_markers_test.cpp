@@ -85,7 +85,12 @@ TEST(SectorMarkersTest, ThePublishedOnesKnowWhatManualsTell) {
     const auto markers = SectorMarkers::published();
     EXPECT_EQ(nameIn(markers, filledWith("BAD SECTOR")), "BAD SECTOR");
     EXPECT_EQ(nameIn(markers, filledWith("BAD-SECTOR ", 512, 5)), "BAD-SECTOR");
-    EXPECT_EQ(nameIn(markers, filledWith("UNREADABLESECTOR")), "UNREADABLESECTOR");
+    EXPECT_EQ(nameIn(markers, filledWith("-=[BAD SECTOR]=-")), "floppy image");
+    EXPECT_EQ(nameIn(markers, behind(std::string("BadSectoR\0", 10), '?')), "ntfsclone rescue");
+    EXPECT_EQ(nameIn(markers, behind("BadSecto", '?')), "ntfsclone rescue");
+    EXPECT_EQ(nameIn(markers, behind("BADSECTO", '?')), "partclone rescue");
+    EXPECT_EQ(nameIn(markers, behind("BADSECTORS are listed here", '.')), "-");
+    EXPECT_EQ(nameIn(markers, filledWith("NON-RESCUED-SECTOR ", 512, 3)), "NON-RESCUED-SECTOR");
     EXPECT_EQ(nameIn(markers, behind("\n# position 0x00001000 sector 0x00000008 status - ")), "ddrescue location");
     for (const char byte : {'\0', '\xFF', ' '}) EXPECT_EQ(nameIn(markers, std::string(512, byte)), "-");
     EXPECT_EQ(nameIn(markers, behind("BAD SECTOR is a term of disks.", '.')), "-");

@@ -27,6 +27,7 @@ private slots:
     void theBadSectorEntryWouldHideTheWindow();
     void setUpNetworkOpensModal();
     void databaseHistoryOpensModal();
+    void badSectorMarkersOpenModal();
     void withoutNetworkNothingIsFoundAndNothingSent();
     void theCommonHeadersBoxIsTheOptionOfTheNextTest();
     void withoutALookSwitchTheLookCannotBeChosen();
@@ -110,6 +111,17 @@ void FrmMainEntriesTest::setUpNetworkOpensModal() {
     choose("openSetupNetwork");
     QVERIFY(wasModal);
     QVERIFY(!isOpen(Screen::SetupNetwork));
+}
+
+void FrmMainEntriesTest::badSectorMarkersOpenModal() {
+    bool wasModal = false;
+    QTimer::singleShot(0, this, [&] {
+        wasModal = isOpen(Screen::SectorMarkers) && main_->navigator.window(Screen::SectorMarkers)->isModal();
+        main_->navigator.hide(Screen::SectorMarkers);
+    });
+    choose("openSectorMarkers");
+    QVERIFY(wasModal);
+    QVERIFY(!isOpen(Screen::SectorMarkers));
 }
 
 void FrmMainEntriesTest::databaseHistoryOpensModal() {

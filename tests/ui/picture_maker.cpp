@@ -77,6 +77,7 @@ public:
         take(Screen::CommonHeaders, "common-headers");
         take(Screen::Errors, "messages");
         take(Screen::BadSectors, "bad-sectors");
+        take(Screen::SectorMarkers, "sector-markers");
         take(Screen::PreviewBadSector, "bad-sector-preview", SectorPreview{std::string(512, '\xE5')});
         take(Screen::Zip, "zip", ZipHandover{kJobId, "-"});
         take(Screen::SetupNetwork, "setup-network");

@@ -79,6 +79,7 @@ void FrmViewListEvidenceTest::makeEvidence() const {
         row.size = 603;
         row.grade = Grade::Corrupt;
         row.reason = Reason::ZeroFilled;
+        row.badBytes = line == 1 ? 1536 : 0;
         FileHead head;
         head.length = kHeaderBytes;
         std::ranges::copy(std::string("\xFF\xD8\xFF"), head.bytes.begin());
@@ -111,11 +112,15 @@ void FrmViewListEvidenceTest::eachRowTellsItsReason() {
     makeEvidence();
     filter();
     auto& grid = control<Grid>("iGrid1");
-    QCOMPARE(grid.columnCount(), 4);
+    QCOMPARE(grid.columnCount(), 5);
     QCOMPARE(grid.columnTitle(3), std::string("Reason"));
     QVERIFY(grid.isColumnHidden(2) && !grid.isColumnHidden(3));
     QCOMPARE(grid.cell(0, 3), std::string("nothing but zero bytes"));
     QCOMPARE(grid.cell(2, 3), std::string());
+    QCOMPARE(grid.columnTitle(4), std::string("Unread Bytes"));
+    QCOMPARE(grid.cell(0, 4), std::string("1,536"));
+    QCOMPARE(grid.cell(1, 4), std::string("none"));
+    QCOMPARE(grid.cell(2, 4), std::string());
 }
 
 void FrmViewListEvidenceTest::keptHeadsAreGradedWithTheSourceAway() {

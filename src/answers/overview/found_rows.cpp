@@ -40,9 +40,12 @@ std::string changeCell(const ChangedFile& file, int column) {
 }  // namespace
 
 std::string whyText(const EvidenceRow& file) {
+    std::string text = file.doubtDetail.empty() ? file.doubt : file.doubtDetail;
     if (file.reason)
-        return std::string(reasonRow(*file.reason).text) + (file.detail.empty() ? "" : ": " + file.detail);
-    return file.doubtDetail.empty() ? file.doubt : file.doubtDetail;
+        text = std::string(reasonRow(*file.reason).text) + (file.detail.empty() ? "" : ": " + file.detail);
+    if (file.badBytes.value_or(0) > 0)
+        text += (text.empty() ? "" : "; ") + grouped(*file.badBytes) + " bytes in unread sectors";
+    return text;
 }
 
 void FoundRows::showFiles(OverviewSource* source) {

@@ -126,6 +126,10 @@ void Overview::describe() {
     const std::string source = source_->source();
     const std::string& path = folders_->root().facts.path;
     state.source = readable(std::string_view(source.empty() ? path : source));
+    if (total.sectorsKnown > 0)
+        state.remark = unreadSectorsText(total);
+    if (const auto whole = wholeQuality(total))
+        state.remark += "; good and whole as far as known: " + percent(*whole);
     if (!state.knowsAll)
         state.remark =
             "There is no evidence beside this list: reasons, doubts, what was not read and the heads are not known.";

@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "answers/overview/overview_fixture.h"
+#include "evidence/sector_notes.h"
 #include "support/fake_surroundings.h"
 #include "support/recording_screen.h"
 
@@ -66,6 +67,20 @@ TEST_F(OverviewTest, TheQualityIsNeverWithoutItsBase) {
     EXPECT_EQ(overview.state.remark, "");
     EXPECT_EQ(overview.state.filter, "All files of the job");
     EXPECT_EQ(overview.state.matching, "6 files");
+}
+
+TEST_F(OverviewTest, UnreadSectorsAreToldOfTheJobAndOfEachFile) {
+    writeOverviewEvidence(folder / "lists/1.sqlite");
+    auto notes = SectorNotes::open(folder / "lists/1.sqlite");
+    ASSERT_TRUE(notes);
+    ASSERT_TRUE(notes->setUnread(1, {{0, 512}}));
+    ASSERT_TRUE(notes->setUnread(2, {}));
+    ASSERT_TRUE(notes->commit());
+    overview.open("1");
+    EXPECT_EQ(overview.state.remark,
+              "1 file of 2 holds unread sectors, 512 Bytes in all; good and whole as far as known: 25.00%");
+    EXPECT_EQ(overview.rows.cell(0, 3), "12 bytes are missing; 512 bytes in unread sectors");
+    EXPECT_EQ(overview.state.quality, "50.00%") << "the told figure stays";
 }
 
 TEST_F(OverviewTest, AListAloneSaysWhatIsNotKnown) {
