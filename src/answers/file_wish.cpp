@@ -27,12 +27,6 @@ bool fits(const FileWish& wish, const EvidenceRow& file) {
            (!wish.unread || file.unread > 0 || file.badBytes.value_or(0) > 0 || file.grade == Grade::AccessError);
 }
 
-std::optional<Grade> gradeNamed(std::string_view name) {
-    const auto found =
-        std::ranges::find_if(kGrades.values, [&](const GradeRow& row) { return row.name.value == name; });
-    return found == kGrades.values.end() ? std::nullopt : std::optional<Grade>(found->grade.value);
-}
-
 std::optional<Reason> reasonNamed(std::string_view name) {
     const auto found = std::ranges::find_if(kReasons, [&](const ReasonRow& row) { return row.name == name; });
     return found == kReasons.end() ? std::nullopt : std::optional<Reason>(found->reason);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "evidence/evidence_row.h"
+#include "testing/grade_choice.h"
 
 namespace quillon {
 
@@ -25,7 +26,6 @@ struct FileWish {
 [[nodiscard]] bool fits(const FileWish& wish, const EvidenceRow& file);
 
 /// By the names that evidence and scripts have; none for an unknown one.
-[[nodiscard]] std::optional<Grade> gradeNamed(std::string_view name);
 [[nodiscard]] std::optional<Reason> reasonNamed(std::string_view name);
 
 }  // namespace quillon

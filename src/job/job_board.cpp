@@ -113,6 +113,7 @@ JobBoard boardOf(const JobState& state) {
     board.throughput = phase.showsThroughput;
     board.busyPointer = phase.isBusy || state.recounting || state.fetchingList;
     board.timer = phase.runsTimer;
+    board.copyChoices = board.frames && state.options.copy;
     return board;
 }
 

@@ -22,6 +22,7 @@ struct JobBoard {
     bool throughput = true;          ///< Label19 and Label16 are seen
     bool busyPointer = false;        ///< hourglass
     bool timer = false;              ///< Timer1 runs
+    bool copyChoices = false;        ///< what is chosen for copies beside their target can be used
 
     friend bool operator==(const JobBoard&, const JobBoard&) = default;
 };

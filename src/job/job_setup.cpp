@@ -10,6 +10,7 @@
 #include "job/job_id.h"
 #include "job/statistics.h"
 #include "platform/folders.h"
+#include "testing/grade_choice.h"
 #include "testing/skip_list.h"
 #include "text/fields.h"
 #include "text/list_text.h"
@@ -186,6 +187,30 @@ void JobSetup::loadSettings() {
     state_.options.keepEvidence = preferences.get(kKeepsEvidence).value_or(true);
     state_.options.keepHeads = preferences.get(kKeepsHeads).value_or(true);
     resetCounters(state_);
+}
+
+void JobSetup::loadOwnOptions() {
+    const auto preferences = readPreferences(installation_.appFolder()).value_or(Preferences());
+    for (const OwnOption& option : kOwnOptions)
+        option.of(state_.options) = preferences.get(option.preference).value_or(false);
+    state_.options.copyGrades = gradesNamed(preferences.get(kCopiedGrades).value_or(""));
+}
+
+void JobSetup::ownOptionTicked(const OwnOption& option, bool ticked) {
+    option.of(state_.options) = ticked;
+    store([&](Preferences& preferences) { preferences.set(option.preference, ticked); });
+}
+
+void JobSetup::copiedGradesChosen(std::vector<Grade> grades) {
+    state_.options.copyGrades = std::move(grades);
+    store(
+        [this](Preferences& preferences) { preferences.set(kCopiedGrades, namesOfGrades(state_.options.copyGrades)); });
+}
+
+void JobSetup::store(const std::function<void(Preferences&)>& choices) {
+    const auto stored = changePreferences(installation_.appFolder(), choices);
+    if (!stored)
+        state_.texts.status = "This lasts until the program ends: " + stored.error().text;
 }
 
 // With sharing on the answer changes nothing here, and a share that hangs would hold the window for it.

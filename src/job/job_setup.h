@@ -4,13 +4,16 @@
 // What a person sets up before a job: job ID, source, target, switches, recipient, separator. The rules behind the
 // controls of the main window, without the window: it hands each change in and shows the state that comes out.
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/installation.h"
 #include "app/preferences.h"
 #include "app/surroundings.h"
 #include "job/job_state.h"
+#include "job/own_options.h"
 #include "messaging/recipient_box.h"
 #include "platform/copy_file.h"
 
@@ -64,6 +67,15 @@ public:
     void applySettingDefaults();
     /// The separator of the settings, "-" when they hold none.
     void loadSeparator();
+    /// Applies what a person has chosen of the switches of our own.
+    void loadOwnOptions();
+    /// A person's choice of one of these; stored for the next start.
+    void ownOptionTicked(const OwnOption& option, bool ticked);
+    /// The grades that are copied, empty for all.
+    void copiedGradesChosen(std::vector<Grade> grades);
+    /// Stores choices; where that fails they last until the program ends, which the status line tells.
+    void store(const std::function<void(Preferences&)>& choices);
+
     /// Applies the settings to everything here; the counters are reset as at the start of a job.
     void loadSettings();
 

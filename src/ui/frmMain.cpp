@@ -47,6 +47,7 @@ frmMain::frmMain(const ScreenContext& context, Job& job, MainWindowAlerts alerts
     timer_->setInterval(kTimerInterval);
     iGrid1->rows().setSource(&logRows_);
     connectControls();
+    connectOwnOptions();
     connectMenus();
     connectToolbar();
     begin();
@@ -80,6 +81,7 @@ void frmMain::reloadForm() {
 
 void frmMain::loadSettings() {
     setup_.loadSettings();
+    setup_.loadOwnOptions();
     const int timeWidth =
         fontMetrics().horizontalAdvance(toQt(context_.surroundings.dates.time(context_.surroundings.clock.now()))) + 16;
     // Told are 60 and 330; a locale with a longer time of day gets the room for it.

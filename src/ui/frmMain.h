@@ -23,6 +23,12 @@
 //     Label23, Combo1               "On finish Send to"       recipient of the completion report
 //     Command2                      "Query Network"           fills Combo1
 //     Command3                      "Test"                    sends a test alert
+//   ownOptions (ours) "More Options"
+//     chkVerifyCopies             "Verify copies"
+//     chkSalvage                  "Salvage unreadable parts"
+//     copyGrades                  "Copy grades: all"      which grades are copied, with copyGradesAll, copyGradesGood
+//     and
+//                                 copyGrades_1 to copyGrades_10 in its menu
 //   Frame5 "Stats"
 //     Label7 lfiles "Total Files:"; Label25 lFOlders "Total folders:"; Label9 lsize "Total Size:";
 //     Label26 lFolderErrors "Folder Errors:"; Label9_1 lCopyErrors "Copy Errors"; Label21 lTotCopied, and copiedNote
@@ -137,6 +143,7 @@ protected:
 
 private:
     void connectControls();
+    void connectOwnOptions();
     void connectMenus();
     void connectLooks();
     void connectToolbar();
@@ -175,6 +182,7 @@ private:
     void showCommands();
     void showToolbar(const JobBoard& board);
     void showOptions();
+    void showOwnOptions(const JobBoard& board);
     void showLog();
     void leaveIfAbandoned();
 

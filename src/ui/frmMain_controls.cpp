@@ -28,6 +28,7 @@ void frmMainControls::createControls(QMainWindow& window) {
     createSource();
     createOptions();
     createAlerts();
+    createOwnOptions();
     createCommands();
     createStats();
     arrange(window);
@@ -180,6 +181,7 @@ QWidget* frmMainControls::arrangeUpper() const {
     setup->addWidget(Frame1);
     setup->addWidget(Frame3);
     setup->addWidget(Frame2);
+    setup->addWidget(ownOptions);
     setup->addStretch();
     return new MainArea(setupSide, Frame5, scoreBoard);
 }

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include "job/own_options.h"
 #include "testing/grade.h"
 
 class QAction;
@@ -30,6 +31,7 @@ namespace quillon {
 class GradeBar;
 class Grid;
 class ScoreBoard;
+class TickButton;
 struct BoardWidgets;
 
 inline constexpr std::size_t kToolbarButtons = 12;
@@ -46,6 +48,9 @@ struct frmMainControls {
     QLabel* Label23;
     QComboBox* Combo1;
     QPushButton *Command2, *Command3;
+    QGroupBox* ownOptions;
+    std::array<QCheckBox*, std::size(kOwnOptions)> ownBoxes;  ///< in the order of kOwnOptions
+    TickButton* copyGrades;
     QLabel *Label12, *separatorNote;
     QLineEdit* Text1;
 
@@ -83,6 +88,7 @@ private:
     void createSource();
     void createOptions();
     void createAlerts();
+    void createOwnOptions();
     void createCommands();
     void createStats();
     [[nodiscard]] QWidget* createQuality();

@@ -19,11 +19,7 @@ void frmMain::addEvidenceMenu() {
                 [this, entry, option] { entry->setChecked(job_.state.options.*option); });
         step(entry, &QAction::triggered, [this, entry, preference, option] {
             job_.state.options.*option = entry->isChecked();
-            const auto stored = changePreferences(context_.installation.appFolder(), [&](Preferences& preferences) {
-                preferences.set(preference, entry->isChecked());
-            });
-            if (!stored)
-                job_.state.texts.status = "This lasts until the program ends: " + stored.error().text;
+            setup_.store([&](Preferences& preferences) { preferences.set(preference, entry->isChecked()); });
         });
     };
     add("evidenceKeep", "&Keep evidence of jobs", kKeepsEvidence, &JobOptions::keepEvidence);

@@ -126,6 +126,7 @@ void frmMain::showCommands() {
     const JobBoard board = boardOf(state);
     showEnabled(*Frame1, board.frames);
     showEnabled(*Frame3, board.frames);
+    showOwnOptions(board);
     mnu->menuAction()->setEnabled(board.menus);
     mnuFile->menuAction()->setEnabled(board.menus);
     showEnabled(*CommandButton1, setup_.sourceEnabled);

@@ -73,6 +73,15 @@ TEST(JobBoardTest, RunAndViewFollowTheirFactsAndOnlyRunIsLocked) {
     EXPECT_EQ(lettersOf(state), "--X-SV-T-C");
 }
 
+TEST(JobBoardTest, WhatIsChosenForCopiesNeedsACopyAndAnUnlockedScreen) {
+    for (const auto& told : kPhaseCases) {
+        JobState state = stateIn(told.phase);
+        EXPECT_FALSE(boardOf(state).copyChoices) << static_cast<int>(told.phase);
+        state.options.copy = true;
+        EXPECT_EQ(boardOf(state).copyChoices, told.board[0] == 'F') << static_cast<int>(told.phase);
+    }
+}
+
 TEST(JobBoardTest, ARecountLocksInEveryPhase) {
     for (const auto& told : kPhaseCases) {
         JobState state = stateIn(told.phase);
