@@ -75,6 +75,7 @@ void SmallScreenTest::everyScreenOpensInside_data() {
         {"BadSectors", Screen::BadSectors},
         {"PreviewBadSector", Screen::PreviewBadSector},
         {"History", Screen::History},
+        {"Copies", Screen::Copies},
     };
     for (const auto& [name, screen] : screens) QTest::newRow(name) << static_cast<int>(screen);
 }
