@@ -15,15 +15,6 @@ namespace {
 constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kOutcomes = 1000;
 
-// The extension of the one format that the evidence names; empty where it names none or several.
-std::string provenExtension(const EvidenceRow& file) {
-    constexpr std::string_view kBegin = "as of ";
-    if (file.reason != Reason::OtherFormat || !file.detail.starts_with(kBegin))
-        return {};
-    const std::string extension = file.detail.substr(kBegin.size());
-    return extension.find_first_of(" ,/") == extension.npos && extension != file.extension ? extension : "";
-}
-
 std::string_view nameIn(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
 }
@@ -38,35 +29,23 @@ Result<FileCopies> FileCopies::begin(const JobFiles& job, const CopyOrder& order
     if (!source)
         return failure(source.error());
     FileCopies copies(job, order, *std::move(source));
-    if (auto read = copies.readOlderSums(); !read)
-        return failure(read.error());
+    if (!order.failedOnly)
+        return copies;
+    auto older = OlderCopies::read(order.target, job.id);
+    if (!older)
+        return failure(older.error());
+    copies.older_.emplace(*std::move(older));
     return copies;
 }
 
-// What an earlier run recorded is asked for only where copies that are there already are to be left alone.
-Result<void> FileCopies::readOlderSums() {
-    if (!order_->failedOnly)
-        return {};
-    auto reader = CheckSumReader::open(manifestIn(order_->target, job_->id));
-    if (!reader)
-        return reader.error().kind == ErrorKind::NotFound ? Result<void>() : failure(reader.error());
-    while (true) {
-        auto sum = reader->next();
-        if (!sum)
-            return failure(sum.error());
-        if (!*sum)
-            return {};
-        olderSums_[(*sum)->name] = (*sum)->digest;
-    }
-}
-
-CopyTask FileCopies::taskOf(const EvidenceRow& file) const {
+CopyTask FileCopies::taskOf(const EvidenceRow& file) {
     const std::string path = source_.empty() ? file.path() : withOneSlash(source_) + file.path();
     std::string root = order_->target.native();
     if (order_->byGrade)
         root += std::string("/") + (file.grade ? kGrades[*file.grade].name.value : "not-tested");
     CopyTask task{file.id != 0 ? file.id : file.row.value_or(0), path, copyTarget(withOneSlash(root), path)};
-    if (const auto extension = order_->rightNames ? provenExtension(file) : ""; task.target && !extension.empty())
+    if (const auto extension = order_->rightNames ? names_.extensionOf(file, path) : "";
+        task.target && !extension.empty())
         *task.target += "." + extension;
     return task;
 }
@@ -81,34 +60,24 @@ Result<bool> FileCopies::nextWanted(JobAnswers& answers, EvidenceRow& file) cons
         auto more = answers.next(file);
         if (!more || !*more)
             return more;
-        if (fits(order_->wish, file) && (!order_->failedOnly || isMissing(file)))
+        if (fits(order_->wish, file))
             return true;
     }
 }
 
-bool FileCopies::isMissing(const EvidenceRow& file) const {
+bool FileCopies::isMissing(const EvidenceRow& file, const CopyTask& task) {
     if (file.copied != 1)
         return true;
-    const auto target = taskOf(file).target;
-    const auto size = target ? fileSize(*target) : failure(ErrorKind::NotFound, {});
+    const auto size = task.target ? fileSize(*task.target) : failure(ErrorKind::NotFound, {});
     return !size || static_cast<std::int64_t>(*size) != file.size;
 }
 
 // Whole as it was recorded, and of a source that is what it was.
 bool FileCopies::isThereAlready(const Asked& asked) const {
-    const auto prefix = withOneSlash(order_->target.native());
-    if (!asked.task.target || olderSums_.empty())
-        return false;
-    const auto sum = olderSums_.find(asked.task.target->substr(prefix.size()));
     const auto source = fileStamp(asked.task.source);
-    if (sum == olderSums_.end() || !source || static_cast<std::int64_t>(source->size) != asked.size ||
-        source->modified.seconds * 1'000'000'000 + source->modified.nanoseconds != asked.modified)
-        return false;
-    auto reader = MediumReader::open(NativePath(*asked.task.target));
-    if (!reader)
-        return false;
-    const auto hash = hashOfMedium(*std::move(reader), [](std::uint64_t) { return true; });
-    return hash && hexText(*hash) == sum->second;
+    return source && static_cast<std::int64_t>(source->size) == asked.size &&
+           source->modified.seconds * 1'000'000'000 + source->modified.nanoseconds == asked.modified &&
+           asked.task.target && older_->wholeOne(*asked.task.target);
 }
 
 Result<void> FileCopies::eachFile(const Take& take) {
@@ -122,12 +91,14 @@ Result<void> FileCopies::eachFile(const Take& take) {
             return failure(more.error());
         if (!*more)
             return {};
-        take(file, taskOf(file));
+        const CopyTask task = taskOf(file);
+        if (!order_->failedOnly || isMissing(file, task))
+            take(file, task);
     }
 }
 
 // True when there is something in the chunk. The evidence is free for a writer afterwards.
-Result<bool> FileCopies::gather(JobAnswers& answers, std::vector<Asked>& chunk) const {
+Result<bool> FileCopies::gather(JobAnswers& answers, std::vector<Asked>& chunk) {
     chunk.clear();
     EvidenceRow file;
     while (chunk.size() < kChunk) {
@@ -136,7 +107,8 @@ Result<bool> FileCopies::gather(JobAnswers& answers, std::vector<Asked>& chunk) 
             return failure(more.error());
         if (!*more)
             break;
-        chunk.push_back({taskOf(file), file.modified, file.size});
+        Asked& asked = chunk.emplace_back(Asked{.task = taskOf(file), .modified = file.modified, .size = file.size});
+        asked.isMissing = !order_->failedOnly || isMissing(file, asked.task);
     }
     answers.rest();
     return !chunk.empty();
@@ -176,18 +148,29 @@ Result<void> FileCopies::copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, 
         while (!queue.hasRoom() && !sums_.stopped) copyFirst(queue, loop);
         if (sums_.stopped)
             break;
-        ++sums_.files;
-        sums_.bytes += asked.size;
-        if (isThereAlready(asked)) {
-            ++sums_.alreadyThere;
-            outcomes_.emplace_back(asked.task.number, CopyOutcome{true, 1, {}, {}, {}});
-        } else {
+        if (!leaveAlone(asked)) {
+            ++sums_.files;
+            sums_.bytes += asked.size;
             queue.ask(std::move(asked.task));
         }
         loop.turn();
+        sums_.stopped = loop.stopAsked();
     }
     while (!queue.empty() && !sums_.stopped) copyFirst(queue, loop);
     return recorded_;
+}
+
+// A copy that nothing speaks against counts for nothing; one that nobody knew of, as one that was there already.
+bool FileCopies::leaveAlone(const Asked& asked) {
+    if (!order_->failedOnly || !isThereAlready(asked))
+        return false;
+    if (asked.isMissing) {
+        ++sums_.files;
+        sums_.bytes += asked.size;
+        ++sums_.alreadyThere;
+        outcomes_.emplace_back(asked.task.number, CopyOutcome{true, 1, {}, {}, {}});
+    }
+    return true;
 }
 
 void FileCopies::copyFirst(CopyQueue& queue, EventLoop& loop) {

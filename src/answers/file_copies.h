@@ -8,15 +8,16 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "answers/file_wish.h"
 #include "answers/job_answers.h"
+#include "answers/right_names.h"
 #include "app/event_loop.h"
 #include "evidence/evidence_store.h"
 #include "job/copy_queue.h"
 #include "job/copy_record.h"
+#include "job/older_copies.h"
 
 namespace quillon {
 
@@ -25,8 +26,11 @@ struct CopyOrder {
     FileWish wish;
     CopyCare care;
     bool byGrade = false;     ///< each grade's tree below a folder of its name
-    bool rightNames = false;  ///< the extension that a bad file's head proves stands behind its name
-    bool failedOnly = false;  ///< only what is not copied yet
+    bool rightNames = false;  ///< the extension that a file's head proves stands behind its name
+    NativePath database;      ///< the term files by which heads prove
+    /// Only what is not copied yet: a file that the target has is left alone where its bytes give the recorded check
+    /// sum and its source is what it was.
+    bool failedOnly = false;
 };
 
 struct CopySums {
@@ -64,19 +68,20 @@ public:
 private:
     struct Asked {
         CopyTask task;
+        bool isMissing = true;  // as far as evidence and target tell at a glance
         std::optional<std::int64_t> modified;
         std::int64_t size = 0;
     };
 
     FileCopies(const JobFiles& job, const CopyOrder& order, std::string source)
-        : job_(&job), order_(&order), source_(std::move(source)) {}
-    [[nodiscard]] Result<void> readOlderSums();
+        : job_(&job), order_(&order), source_(std::move(source)), names_(order.database) {}
     [[nodiscard]] Result<bool> nextWanted(JobAnswers& answers, EvidenceRow& file) const;
     void noteNewName(const SettledCopy& copy);
-    [[nodiscard]] CopyTask taskOf(const EvidenceRow& file) const;
-    [[nodiscard]] bool isMissing(const EvidenceRow& file) const;
+    [[nodiscard]] CopyTask taskOf(const EvidenceRow& file);
+    [[nodiscard]] static bool isMissing(const EvidenceRow& file, const CopyTask& task);
     [[nodiscard]] bool isThereAlready(const Asked& asked) const;
-    [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk) const;
+    [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk);
+    [[nodiscard]] bool leaveAlone(const Asked& asked);
     [[nodiscard]] Result<void> copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, EventLoop& loop);
     void copyFirst(CopyQueue& queue, EventLoop& loop);
     void end(const SettledCopy& copy, const Ended& ended);
@@ -92,7 +97,8 @@ private:
     std::optional<EvidenceStore> store_;
     std::string evidenceLoss_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> outcomes_;
-    std::unordered_map<std::string, std::string> olderSums_;  // digest by name below the target
+    RightNames names_;
+    std::optional<OlderCopies> older_;  // where copies that are there already are to be left alone
 };
 
 }  // namespace quillon

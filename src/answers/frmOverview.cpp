@@ -58,6 +58,8 @@ void frmOverview::connectControls() {
     click(compareWith, [this] { overview_.compare(); });
     click(exportFiles, [this] { overview_.exportFiles(); });
     click(writeReport, [this] { overview_.report(); });
+    click(copyFiles, [this] { openCopies(false); });
+    click(copyAgain, [this] { openCopies(true); });
     connect(done, &QPushButton::clicked, this, &frmOverview::close);
     closeOnEscape();
 }
@@ -108,6 +110,10 @@ void frmOverview::goToViewer() {
     context_.navigator.unload(Screen::ViewList);
     context_.navigator.open(Screen::ViewList, wanted);
     leave();
+}
+
+void frmOverview::openCopies(bool failedOnly) {
+    context_.navigator.openModal(Screen::Copies, overview_.forCopies(failedOnly));
 }
 
 void frmOverview::showControls() {
@@ -204,7 +210,8 @@ void frmOverview::showFiles() {
 
 void frmOverview::showButtons() {
     const bool usable = overview_.state.isOpen && !overview_.state.busy;
-    for (QPushButton* button : {toViewer, compareWith, exportFiles, writeReport, showAll}) button->setEnabled(usable);
+    for (QPushButton* button : {toViewer, compareWith, exportFiles, writeReport, copyFiles, copyAgain, showAll})
+        button->setEnabled(usable);
 }
 
 }  // namespace quillon

@@ -27,8 +27,8 @@
 //     matching               how many
 //     headName, head         the first bytes of the current row
 //   remark                   what is not known, what came of a step
-//   toViewer "Show in Viewer", compareWith "Compare with ...", exportFiles "Export ...", writeReport "Report ...",
-//   done "Done"
+//   copyFiles "Copy These Files ...", copyAgain "Copy Again What Failed ...", toViewer "Show in Viewer", compareWith
+//   "Compare with ...", exportFiles "Export ...", writeReport "Report ...", done "Done"
 
 #include "answers/frmOverview_bars.h"
 #include "answers/frmOverview_tree.h"
@@ -88,6 +88,7 @@ private:
     void connectMap();
     void readJob();
     void goToViewer();
+    void openCopies(bool failedOnly);
 
     void showControls() override;
     void showJob();
@@ -126,7 +127,7 @@ private:
     QPushButton* showAll;
     Grid* files;
     HexView* head;
-    QPushButton *toViewer, *compareWith, *exportFiles, *writeReport, *done;
+    QPushButton *toViewer, *compareWith, *exportFiles, *writeReport, *copyFiles, *copyAgain, *done;
 };
 
 }  // namespace quillon

@@ -187,9 +187,12 @@ void frmOverview::createButtons(QVBoxLayout& layout) {
     compareWith = makeButton("compareWith", "&Compare with ...");
     exportFiles = makeButton("exportFiles", "&Export ...");
     writeReport = makeButton("writeReport", "&Report ...");
+    copyFiles = makeButton("copyFiles", "Copy &These Files ...");
+    copyAgain = makeButton("copyAgain", "Copy A&gain What Failed ...");
     done = makeButton("done", "&Done");
     done->setMinimumWidth(96);
-    for (QPushButton* button : {toViewer, compareWith, exportFiles, writeReport}) row->addWidget(button);
+    for (QPushButton* button : {toViewer, compareWith, exportFiles, writeReport, copyFiles, copyAgain})
+        row->addWidget(button);
     row->addStretch(1);
     row->addWidget(done);
     layout.addLayout(row);
@@ -204,16 +207,16 @@ void frmOverview::arrange() {
     auto* upper = makeSplitter(Qt::Horizontal, foldersFrame, right, 1, 1);
     layout->addWidget(makeSplitter(Qt::Vertical, upper, filesFrame, 3, 2), 1);
     createButtons(*layout);
-    busyParts_ = {foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer,
-                  compareWith,  exportFiles, writeReport,  done};
+    busyParts_ = {foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer, compareWith,
+                  exportFiles,  writeReport, copyFiles,    copyAgain,  done};
     searchTimer_ = new QTimer(this);
     resize(kFirstSize);
 }
 
 void frmOverview::setTabOrders() {
-    const std::array<QWidget*, 15> order = {folders,  mapUp,       mapArea,     map,         extensions,
-                                            reasons,  fileChoice,  showAll,     files,       head,
-                                            toViewer, compareWith, exportFiles, writeReport, done};
+    const std::array<QWidget*, 17> order = {folders,     mapUp,       mapArea,   map,       extensions, reasons,
+                                            fileChoice,  showAll,     files,     head,      toViewer,   compareWith,
+                                            exportFiles, writeReport, copyFiles, copyAgain, done};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     folders->setFocus();
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "app/run_beside.h"
 #include "job/job_evidence.h"
 #include "platform/folders.h"
 #include "testing/marker_watch.h"
@@ -65,8 +66,11 @@ void CopyPass::begin() {
     state.texts.copiedCaption = "Copying file:";
     state.texts.status = "Copying data ...";
     state.texts.jobPercent.clear();
-    if (state.options.copyCare.manner().hash)
-        beginRecord();
+    if (!state.options.copyCare.manner().hash)
+        return;
+    beginRecord();
+    if (state.options.resume)
+        lookForEarlier();
 }
 
 void CopyPass::beginRecord() {
@@ -76,6 +80,26 @@ void CopyPass::beginRecord() {
         record_.emplace(*std::move(record));
     else
         recordLost(record.error());
+}
+
+void CopyPass::lookForEarlier() {
+    const JobOptions& options = context_.state.options;
+    const auto list = lists_.finalPath();
+    if (list && options.source && options.target)
+        earlier_ = EarlierCopies::find(*list, *options.source, *options.target, lists_.jobId());
+}
+
+// True: its copy is as it was recorded, and counts as made.
+bool CopyPass::standsAlready(const CopyTask& task) {
+    if (!earlier_ || !task.target)
+        return false;
+    const auto facts = answerBeside(context_.surroundings.loop, [&] { return earlier_->standing(row_, *task.target); });
+    if (!facts)
+        return false;
+    ++context_.state.counters.rowsRead;
+    ended({task.number, task.source, *task.target, *facts});
+    context_.turn();
+    return true;
 }
 
 void CopyPass::recordLost(const FileError& why) {
@@ -109,12 +133,15 @@ void CopyPass::notReached() {
 void CopyPass::lookAhead(ListReader& list) {
     if (!queue_.wantsTasks())
         return;
-    while (queue_.hasRoom() && list.next(row_)) {
+    while (queue_.hasRoom() && !context_.state.stopRequested && list.next(row_)) {
         ++line_;
-        if (isWanted(row_))
-            queue_.ask({line_, row_.nativePath(), copyTarget(targetFolder_, row_.nativePath())});
-        else
+        if (!isWanted(row_)) {
             ++context_.state.passes.leftOut;
+            continue;
+        }
+        CopyTask task{line_, row_.nativePath(), copyTarget(targetFolder_, row_.nativePath())};
+        if (!standsAlready(task))
+            queue_.ask(std::move(task));
     }
 }
 

@@ -2,7 +2,8 @@
 #pragma once
 
 // Brings the files of a finished list to a target folder, keeping each file's folders below the target. Every row is
-// copied, whatever its grade, unless only some grades are asked for.
+// copied, whatever its grade, unless only some grades are asked for. A job that goes on with its earlier run, and whose
+// copies have check sums, makes the missing ones.
 
 #include <memory>
 #include <optional>
@@ -11,6 +12,7 @@
 #include "app/file_list.h"
 #include "job/copy_queue.h"
 #include "job/copy_record.h"
+#include "job/earlier_copies.h"
 #include "job/job_lists.h"
 #include "job/pass_context.h"
 #include "testing/report_messages.h"
@@ -32,6 +34,8 @@ public:
 private:
     void begin();
     void beginRecord();
+    void lookForEarlier();
+    [[nodiscard]] bool standsAlready(const CopyTask& task);
     void recordLost(const FileError& why);
     void notReached();
     void copyRows(ListReader& list);
@@ -50,6 +54,7 @@ private:
     ListRow row_;
     std::int64_t line_ = 0;             // of the list, from 1
     std::optional<CopyRecord> record_;  // of check sums, where copies are hashed
+    std::optional<EarlierCopies> earlier_;
     CopyQueue queue_;
 };
 

@@ -324,7 +324,7 @@ private:
         if (!all)
             return failure(all.error());
         return options_.question == ListQuestion::Copy
-                   ? copyFiles(*all, options_, streams_)
+                   ? copyFiles(*all, options_, installation_.paths().localDatabase, streams_)
                    : verifyCopies(all->front(), *options_.against, options_, streams_);
     }
 

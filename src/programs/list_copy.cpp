@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include "answers/copy_look.h"
+#include "answers/copy_outlook.h"
 #include "evidence/name_text.h"
 #include "platform/folders.h"
 #include "programs/list_loop.h"
@@ -28,26 +28,16 @@ Json sumsJson(const CopySums& sums) {
             {"stopped", sums.stopped}};
 }
 
-std::string sumsText(const CopySums& sums) {
-    std::string text = fmt::format("{} files copied, {} bytes", grouped(sums.copied), grouped(sums.copiedBytes));
-    if (sums.damaged > 0)
-        text += fmt::format("; {} of them with gaps", grouped(sums.damaged));
-    if (sums.lessAttributes > 0)
-        text += fmt::format("; {} without all of their extended attributes", grouped(sums.lessAttributes));
-    if (sums.alreadyThere > 0)
-        text += fmt::format("; {} were there already", grouped(sums.alreadyThere));
-    if (sums.failed > 0)
-        text += fmt::format("; {} failed", grouped(sums.failed));
-    return text + (sums.stopped ? "; stopped\n" : "\n");
-}
-
 class CopyRun {
 public:
-    CopyRun(const ListCommandOptions& options, const ListStreams& streams) : options_(options), streams_(streams) {}
+    CopyRun(const ListCommandOptions& options, const NativePath& database, const ListStreams& streams)
+        : options_(options), order_(options.copy), streams_(streams) {
+        order_.database = database;
+    }
 
     // Copies the files of one job.
     [[nodiscard]] Result<void> copy(const JobFiles& job) {
-        auto copies = FileCopies::begin(job, options_.copy);
+        auto copies = FileCopies::begin(job, order_);
         if (!copies)
             return failure(copies.error());
         if (const auto goesOn = look(*copies); !goesOn || !*goesOn)
@@ -71,7 +61,7 @@ public:
             json["errors"] = errors_;
             streams_.out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
         } else {
-            streams_.out << sumsText(sums_);
+            streams_.out << sumsText(sums_) << '\n';
         }
         return sums_.failed > 0 || sums_.damaged > 0 || sums_.stopped ? kListDiffers : kListSame;
     }
@@ -81,12 +71,10 @@ public:
 private:
     // Tells what will not go well. False: better not to begin.
     [[nodiscard]] Result<bool> look(FileCopies& copies) {
-        CopyLook found(targetVolumeOf(options_.copy.target), options_.copy.target);
-        const auto looked =
-            copies.eachFile([&](const EvidenceRow& file, const CopyTask& task) { found.add(task, file.size); });
-        if (!looked)
-            return failure(looked.error());
-        const auto findings = found.findings();
+        const auto outlook = outlookOf(copies, order_.target);
+        if (!outlook)
+            return failure(outlook.error());
+        const auto& findings = outlook->findings;
         for (const auto& finding : findings) streams_.err << "quillon-list: " << finding << '\n';
         if (findings.empty() || options_.yes)
             return true;
@@ -124,6 +112,7 @@ private:
     }
 
     const ListCommandOptions& options_;
+    CopyOrder order_;
     const ListStreams& streams_;
     CopySums sums_;
     Json errors_ = Json::array();
@@ -131,10 +120,10 @@ private:
 
 }  // namespace
 
-Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options,
+Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options, const NativePath& database,
                       const ListStreams& streams) {
     raiseOpenFileLimit();
-    CopyRun run(options, streams);
+    CopyRun run(options, database, streams);
     for (const auto& job : jobs) {
         if (auto copied = run.copy(job); !copied)
             return failure(copied.error());

@@ -11,9 +11,9 @@
 
 namespace quillon {
 
-/// Copies the files that are asked for of all `jobs`, one after the other, and tells of each that failed. Gives the
-/// exit status: 1 when something is not copied.
+/// Copies the files that are asked for of all `jobs`, one after the other, and tells of each that failed. `database`:
+/// the folder of the term files. Gives the exit status: 1 when something is not copied.
 [[nodiscard]] Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options,
-                                    const ListStreams& streams);
+                                    const NativePath& database, const ListStreams& streams);
 
 }  // namespace quillon

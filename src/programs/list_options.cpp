@@ -159,7 +159,7 @@ void declareCopy(CLI::App& command, Given& given) {
     command.add_flag("--salvage", order.care.salvage,
                      "Copy what can be read of a file, with gaps of zeros for the rest");
     command.add_flag("--right-names", order.rightNames,
-                     "Put the extension of the one format that a bad file's evidence names behind its name");
+                     "Put the extension that a file's first bytes prove behind its name");
     command.add_flag("--failed", order.failedOnly, "Only what is not copied yet");
     command.add_flag("--yes", given.options.yes, "Go on whatever the look at the target finds");
     declareJson(command, given);

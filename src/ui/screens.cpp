@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/screens.h"
 
+#include "answers/frmCopies.h"
 #include "answers/frmOverview.h"
 #include "app/share_gate.h"
 #include "archive/frmZip.h"
@@ -95,6 +96,10 @@ void registerScreens(const ScreenContext& context, Job& job) {
     screens.add(Screen::Overview, [&context, &job](const std::any& handOver) {
         const auto* given = std::any_cast<OverviewHandover>(&handOver);
         return std::make_unique<frmOverview>(context, job.messages, given != nullptr ? *given : OverviewHandover{});
+    });
+    screens.add(Screen::Copies, [&context](const std::any& handOver) {
+        const auto* given = std::any_cast<CopiesHandover>(&handOver);
+        return std::make_unique<frmCopies>(context, given != nullptr ? *given : CopiesHandover{});
     });
     screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
         // Not copied: a handover may name a million files.

@@ -77,6 +77,7 @@ void frmViewList::connectControls() {
     click(regradeKept_, [this] { viewer_.regradeKept(); });
     // Kept: Command5 and Command6 have no effect and are never shown (test MarkAndSkipRetestAreNotShown).
     click(openOverview, [this] { goToOverview(); });
+    click(copyThese_, [this] { context_.navigator.openModal(Screen::Copies, viewer_.forCopies()); });
     click(Command1, [this] { Command1_Click(); });
     // What is off, as during a retest, is not pressed by Escape either.
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, Command1, &QPushButton::click);

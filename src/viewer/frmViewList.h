@@ -24,6 +24,7 @@
 //     Label3, Combo3, Command5    "Mark Files as", "Run"  never shown, without effect
 //     Command6                    "Retest Skip List"      never shown, without effect
 //   openOverview                  ours: "Overview"      the Job Overview of the list's job
+//   copyThese_                    ours: "Copy These Files ..."  files of the category and extension
 //   Command1                      "Done"
 //   mnuMnu                        popup of the grid: mnuAddSkip "Add to Skip List"
 
@@ -97,7 +98,7 @@ private:
 
     QGroupBox *Frame1, *Frame2, *Frame3;
     QComboBox *Combo1, *Combo2, *Combo3;
-    QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6, *openOverview;
+    QPushButton *Command1, *Command2, *Command3, *Command4, *Command5, *Command6, *openOverview, *copyThese_;
     QLabel *Label1, *Label2, *Label3, *Label4, *Label5, *Label6, *Label7, *Label8, *Label9;
     QLabel* commaRemark_;
     QPushButton* regradeKept_;

@@ -157,11 +157,14 @@ void frmViewList::arrange() {
     openOverview = makeButton("openOverview", "&Overview");
     openOverview->setMinimumWidth(96);
     openOverview->setFocusPolicy(Qt::ClickFocus);  // the Tab key goes the told way; this has Alt+O
+    copyThese_ = makeButton("copyThese_", "&Copy These Files ...");
+    copyThese_->setFocusPolicy(Qt::ClickFocus);  // as above, with Alt+C
     row->addWidget(openOverview);
+    row->addWidget(copyThese_);
     row->addStretch();
     row->addWidget(Command1);
     layout->addLayout(row);
-    busyParts_ = {Frame1, Frame2, Frame3, openOverview, Command1};
+    busyParts_ = {Frame1, Frame2, Frame3, openOverview, copyThese_, Command1};
     resize(1000, 700);
 }
 

@@ -88,6 +88,26 @@ int ListViewer::categoryOf(Grade grade) const {
     return found == state.categories.end() ? 0 : static_cast<int>(found - state.categories.begin());
 }
 
+CopiesHandover ListViewer::forCopies() const {
+    const bool isChosen = state.category > 0 && state.category < static_cast<int>(state.categories.size());
+    const auto chosen = isChosen ? state.categories[static_cast<std::size_t>(state.category)] : std::u16string();
+    const std::u16string& category = filtered_.empty() ? chosen : filtered_;
+    CopiesHandover handover{listPath_.native(), {}, {}, false};
+    for (const GradeRow& row : kGrades.values) {
+        if (!category.empty() && trimRight(std::u16string_view(job_.grader.messages()[row.grade])) ==
+                                     trimRight(std::u16string_view(category)))
+            handover.wish.grades = {row.grade};
+    }
+    const std::string extension = utf16ToUtf8(state.extensions.chosenText());
+    if (!extension.empty())
+        handover.wish.extensions = {extension};
+    if (!handover.wish.grades.empty())
+        handover.what = readable(std::u16string_view(category));
+    if (!extension.empty())
+        handover.what += (handover.what.empty() ? "." : " · .") + readable(std::string_view(extension));
+    return handover;
+}
+
 void ListViewer::chooseCategory(int entry) {
     if (entry < 0 || entry >= static_cast<int>(state.categories.size()))
         return;

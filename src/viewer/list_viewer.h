@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "answers/copies_handover.h"
 #include "app/screen_host.h"
 #include "app/surroundings.h"
 #include "job/file_grader.h"
@@ -78,6 +79,9 @@ public:
     [[nodiscard]] int categoryOf(Grade grade) const;
     /// The job whose list is shown.
     [[nodiscard]] const std::string& jobId() const { return job_.lists.jobId(); }
+
+    /// What "Copy Files" is given: the files of the chosen category and extension, as far as these are chosen.
+    [[nodiscard]] CopiesHandover forCopies() const;
 
     /// "Filter": replaces the rows by those of the chosen category.
     void filter();

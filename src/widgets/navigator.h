@@ -23,6 +23,7 @@ enum class Screen {
     Help,
     ViewList,
     Overview,
+    Copies,
     ExtEditor,
     Zip,
     SetupWizard,

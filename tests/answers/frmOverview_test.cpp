@@ -2,12 +2,14 @@
 // The screen "Job Overview": every control by its name, and what each does.
 #include <QAbstractItemModel>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 
 #include "answers/frmOverview_bars.h"
@@ -40,6 +42,7 @@ private slots:
     void showInViewerHandsGradeAndExtensionOver();
     void aComparisonShowsWhatDiffers();
     void exportAndReportAskForTheirPlace();
+    void theFilesThatAreShownAreHandedToTheCopy();
     void aJobThatIsNotThereIsToldOf();
     void tabGoesThroughTheControlsInOrder();
 
@@ -128,6 +131,8 @@ const std::vector<test::FrameCase> kControls = {
       {"compareWith", "Compare with ..."},
       {"exportFiles", "Export ..."},
       {"writeReport", "Report ..."},
+      {"copyFiles", "Copy These Files ..."},
+      {"copyAgain", "Copy Again What Failed ..."},
       {"done", "Done"}}},
 };
 
@@ -281,13 +286,34 @@ void FrmOverviewTest::exportAndReportAskForTheirPlace() {
     QVERIFY(screen_->isVisible());
 }
 
+void FrmOverviewTest::theFilesThatAreShownAreHandedToTheCopy() {
+    for (const auto& [button, again] : {std::pair("copyFiles", false), std::pair("copyAgain", true)}) {
+        chooseRow("extensions", "xyz");
+        QString what;
+        bool isAgain = false;
+        // The screen is modal: what is done with it happens within the click.
+        QTimer::singleShot(0, this, [&] {
+            QWidget* const copies = main_->navigator.window(Screen::Copies);
+            what = test::controlOf<QLabel>(*copies, "what").text();
+            isAgain = test::controlOf<QCheckBox>(*copies, "failedOnly").isChecked();
+            test::controlOf<QPushButton>(*copies, "done").click();
+        });
+        click(button);
+        QCOMPARE(what, QStringLiteral("Job J1: .xyz"));
+        QCOMPARE(isAgain, again);
+        QVERIFY(main_->navigator.window(Screen::Copies) == nullptr);
+    }
+    QVERIFY(screen_->isVisible());
+}
+
 void FrmOverviewTest::aJobThatIsNotThereIsToldOf() {
     click("done");
     main_->control<QLineEdit>("Textbox1").setText(QStringLiteral("J2"));
     main_->control<QAction>("openOverview").trigger();
     screen_ = main_->navigator.window(Screen::Overview);
     QTRY_COMPARE(text("remark"), QStringLiteral("there is no list and no evidence of \"J2\""));
-    for (const char* button : {"toViewer", "compareWith", "exportFiles", "writeReport", "showAll"})
+    for (const char* button :
+         {"toViewer", "compareWith", "exportFiles", "writeReport", "copyFiles", "copyAgain", "showAll"})
         QVERIFY2(!control<QPushButton>(button).isEnabled(), button);
     QVERIFY(control<QPushButton>("done").isEnabled());
 }
@@ -296,8 +322,9 @@ void FrmOverviewTest::tabGoesThroughTheControlsInOrder() {
     screen_->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(screen_));
     control<QTreeView>("folders").setFocus();
-    for (const char* next : {"mapArea", "map", "extensions", "reasons", "fileChoice", "showAll", "files", "head",
-                             "toViewer", "compareWith", "exportFiles", "writeReport", "done", "folders"}) {
+    for (const char* next :
+         {"mapArea", "map", "extensions", "reasons", "fileChoice", "showAll", "files", "head", "toViewer",
+          "compareWith", "exportFiles", "writeReport", "copyFiles", "copyAgain", "done", "folders"}) {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
         QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(next));
     }

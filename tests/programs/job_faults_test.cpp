@@ -310,6 +310,23 @@ TEST_F(JobFaults, AKilledCopyLeavesNoCutFileUnderAFinalName) {
                (temp / "log").native(), prepare, check);
 }
 
+TEST_F(JobFaults, AKilledCopyIsCompletedByTheRunThatGoesOn) {
+    const std::string copying = jobWithEvidence("--verify --target " + path("target"));
+    const auto prepare = [this] {
+        std::filesystem::remove_all(temp / "target");
+        std::filesystem::create_directory(temp / "target");
+        for (const char* left : {"data/7.csv", "data/7.sqlite", "data/7.sqlite-journal", "data/7.sha256"})
+            std::filesystem::remove(temp / left);
+    };
+    const auto check = [&](const std::string& fault) {
+        passOver(wholeCopies(), "each one found is checked");
+        EXPECT_EQ(runShell(copying + " --resume"), 0) << fault << said();
+        EXPECT_EQ(wholeCopies(), 6U) << fault;
+        EXPECT_EQ(runShell("cd " + path("target") + " && sha256sum --strict --status -c 7.sha256"), 0) << fault;
+    };
+    killAtEach("linkat,write", copying, (temp / "log").native(), prepare, check);
+}
+
 TEST_F(JobFaults, AKilledCopyLeavesOlderTargetsWhole) {
     const NativePath root = temp / "target" / (temp / "source").relative_path();
     const auto prepare = [&] {

@@ -139,6 +139,63 @@ TEST_F(ListCopyTest, ACopyThatHasGoneCountsAsFailed) {
     EXPECT_EQ(out.str(), "1 files copied, 600 bytes\n");
 }
 
+TEST_F(ListCopyTest, WhatStandsThereIsLeftAloneOnlyWithItsBytesAndItsSource) {
+    ASSERT_EQ(copy(), 0) << err.str();
+    flipBit(folder / landed("good.abc"), 300);
+    folder.write("source/sub/what.xyz", std::string(600, 'z'));
+    ASSERT_EQ(copy({"--failed"}), 0) << err.str();
+    EXPECT_EQ(out.str(), "2 files copied, 1,202 bytes\n") << "neither size nor evidence tells of these";
+    EXPECT_EQ(folder.read(landed("good.abc")), "MZ" + std::string(600, 'x'));
+    EXPECT_EQ(folder.read(landed("sub/what.xyz")), std::string(600, 'z'));
+}
+
+TEST_F(ListCopyTest, ACopyThatNobodyKnewOfIsLeftAloneAndCounted) {
+    fs::copy_file(folder / "local/1234.sqlite", folder / "before.sqlite");
+    ASSERT_EQ(copy(), 0) << err.str();
+    fs::copy_file(folder / "before.sqlite", folder / "local/1234.sqlite", fs::copy_options::overwrite_existing);
+    ASSERT_EQ(copy({"--failed"}), 0) << err.str();
+    EXPECT_EQ(out.str(), "0 files copied, 0 bytes; 3 were there already\n");
+    EXPECT_EQ(rowOf("good.abc").copied, 1);
+}
+
+TEST_F(ListCopyTest, WithoutCheckSumsEverythingIsCopiedAgain) {
+    ASSERT_EQ(copy(), 0) << err.str();
+    fs::remove(target() / "1234.sha256");
+    ASSERT_EQ(copy({"--failed"}), 0) << err.str();
+    EXPECT_EQ(out.str(), "3 files copied, 1,802 bytes\n");
+    EXPECT_EQ(sha256sum(), 0);
+}
+
+TEST_F(ListCopyTest, AJobThatGoesOnMakesTheMissingCopiesAlone) {
+    const std::vector<std::string> wish = {"--yes", "--quiet", "--target", target().native(), "--verify"};
+    const auto way = inTheWay("sub/bad.abc");
+    EXPECT_EQ(job(wish), 3) << err.str();
+    fs::remove(way);
+    for (const char* name : {"good.abc", "sub/what.xyz"}) setTimes(folder / landed(name), 1, 1);
+    flipBit(folder / landed("sub/what.xyz"), 300);
+    auto again = wish;
+    again.push_back("--resume");
+    ASSERT_EQ(job(again), 0) << err.str();
+    EXPECT_TRUE(isThere("sub/bad.abc"));
+    EXPECT_EQ(statOf(folder / landed("good.abc")).st_mtim.tv_sec, 1) << "this one was not touched";
+    EXPECT_EQ(folder.read(landed("sub/what.xyz")), std::string(600, 'y')) << "its bytes were others";
+    for (const char* name : {"good.abc", "sub/bad.abc", "sub/what.xyz"}) EXPECT_EQ(rowOf(name).copied, 1) << name;
+    EXPECT_EQ(sha256sum(), 0);
+    EXPECT_EQ(verify(), 0) << out.str();
+    EXPECT_EQ(out.str(), "3 files are as they were, 0 are not\n");
+}
+
+TEST_F(ListCopyTest, AJobThatGoesOnCopiesAFileAgainWhoseSourceHasChanged) {
+    const std::vector<std::string> wish = {"--yes", "--quiet", "--target", target().native(), "--verify"};
+    ASSERT_EQ(job(wish), 0) << err.str();
+    folder.write("source/sub/what.xyz", std::string(600, 'z'));
+    auto again = wish;
+    again.push_back("--resume");
+    ASSERT_EQ(job(again), 0) << err.str();
+    EXPECT_EQ(folder.read(landed("sub/what.xyz")), std::string(600, 'z'));
+    EXPECT_EQ(sha256sum(), 0);
+}
+
 TEST_F(ListCopyTest, ProvenCopiesSaySoInTheEvidence) {
     ASSERT_EQ(copy({"--verify"}), 0) << err.str();
     EXPECT_EQ(rowOf("good.abc").verified, 1);
@@ -220,6 +277,53 @@ TEST_F(ListCopyTest, ABadFileOfAnotherFormatGetsItsExtensionBehindItsName) {
     const auto manifest = folder.read("target/1234.sha256");
     EXPECT_NE(manifest.find("# " + (folder / "source/wrong.abc").native() + " -> "), std::string::npos) << manifest;
     EXPECT_EQ(sha256sum(), 0);
+}
+
+TEST_F(ListCopyTest, AFileWithoutAnExtensionGetsTheOneThatItsHeadProves) {
+    folder.write("local/Database/qrs.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("source/plain", "QUILLON-QRS-HEADER" + std::string(600, 'q'));
+    folder.write("source/riddle", std::string(600, 'r'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_TRUE(isThere("plain.qrs"));
+    EXPECT_FALSE(isThere("plain"));
+    EXPECT_TRUE(isThere("riddle")) << "its head proves nothing";
+    EXPECT_TRUE(isThere("good.abc"));
+    EXPECT_EQ(sha256sum(), 0);
+    ASSERT_EQ(copy({"--right-names", "--failed"}), 0) << err.str();
+    EXPECT_EQ(out.str(), "0 files copied, 0 bytes\n");
+}
+
+TEST_F(ListCopyTest, AHeadThatTwoExtensionsHaveProvesNeither) {
+    folder.write("local/Database/qrs.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("local/Database/qrt.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("source/plain", "QUILLON-QRS-HEADER" + std::string(600, 'q'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_TRUE(isThere("plain"));
+}
+
+TEST_F(ListCopyTest, ACommonHeaderTellsWhichOfTwoItIs) {
+    for (const char* name : {"qrs", "qrt"})
+        folder.write("local/Database/" + std::string(name) + ".dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("local/Settings/CommonHeaders.dat", "1,QUILLON-QRS,T,QRS picture\r\n1,MZ,T,Program (abc)\r\n");
+    folder.write("source/plain", "QUILLON-QRS-HEADER" + std::string(600, 'q'));
+    folder.write("source/program", "MZ" + std::string(600, 'm'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_TRUE(isThere("plain.qrs"));
+    EXPECT_TRUE(isThere("program.abc")) << "its terms are too short to be found without the common header";
+    EXPECT_TRUE(isThere("good.abc"));
+}
+
+TEST_F(ListCopyTest, AListAloneIsEnoughForRightNames) {
+    folder.write("local/Database/qrs.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    folder.write("source/wrong.abc", "QUILLON-QRS-HEADER" + std::string(600, 'q'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    fs::remove(folder / "local/1234.sqlite");
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_TRUE(isThere("wrong.abc.qrs"));
+    EXPECT_TRUE(isThere("sub/bad.abc"));
 }
 
 TEST_F(ListCopyTest, SalvagedFilesStandAmongTheDamagedAlone) {

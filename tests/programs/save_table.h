@@ -108,7 +108,8 @@ private:
     // An archive counts by what it holds: its own bytes tell when it was made.
     [[nodiscard]] std::string content(const NativePath& path) const {
         std::string bytes = readWholeFile(path).value_or("cannot be read");
-        if (path.extension() != ".zip")
+        const bool isWorkbook = path.extension() == ".xlsx";
+        if (path.extension() != ".zip" && !isWorkbook)
             return bytes;
         const auto [at, added] = archives_.try_emplace(std::move(bytes));
         if (added) {
@@ -117,7 +118,10 @@ private:
             const auto extracted = extractArchive(path, out.path());
             at->second = extracted ? "archive of" : "no archive";
             for (const auto& file : extracted.value_or(Extracted()).files)
-                at->second += " " + file.filename().native() + "=" + readWholeFile(file).value_or("?");
+                // A workbook tells when it was made.
+                at->second += isWorkbook && file.filename() == "core.xml"
+                                  ? ""
+                                  : " " + file.filename().native() + "=" + readWholeFile(file).value_or("?");
         }
         return at->second;
     }

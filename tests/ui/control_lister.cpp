@@ -61,8 +61,8 @@ void listScreens() {
     listControls(main.open());
     for (const Screen screen : {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders,
                                 Screen::SkipList, Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector,
-                                Screen::Overview, Screen::Zip, Screen::SetupWizard, Screen::SetupNetwork, Screen::About,
-                                Screen::Help, Screen::History, Screen::SectorMarkers}) {
+                                Screen::Overview, Screen::Copies, Screen::Zip, Screen::SetupWizard, Screen::SetupNetwork,
+                                Screen::About, Screen::Help, Screen::History, Screen::SectorMarkers}) {
         main.navigator.open(screen);
         listControls(*main.navigator.window(screen));
     }

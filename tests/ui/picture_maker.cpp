@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include "answers/copies_handover.h"
 #include "answers/overview_handover.h"
 #include "archive/zip_handover.h"
 #include "editors/sector_preview.h"
@@ -110,6 +111,7 @@ public:
         files.setCurrentRow(0);
         save(overview, QStringLiteral("overview"));
         context_.navigator.unload(Screen::Overview);
+        take(Screen::Copies, "copies", CopiesHandover{kJobId, {}, "Corrupt", false});
     }
 
     void takeWizard() {

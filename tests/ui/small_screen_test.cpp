@@ -76,6 +76,7 @@ void SmallScreenTest::everyScreenOpensInside_data() {
         {"PreviewBadSector", Screen::PreviewBadSector},
         {"History", Screen::History},
         {"SectorMarkers", Screen::SectorMarkers},
+        {"Copies", Screen::Copies},
     };
     for (const auto& [name, screen] : screens) QTest::newRow(name) << static_cast<int>(screen);
 }

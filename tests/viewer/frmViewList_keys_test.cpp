@@ -6,11 +6,14 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 #include "support/screen_control.h"
+#include "testing/grade_choice.h"
 #include "text/list_text.h"
 #include "ui/main_window.h"
 #include "widgets/grid.h"
+#include "widgets/tick_button.h"
 
 using namespace quillon;
 
@@ -25,6 +28,7 @@ private slots:
     void rowsWithCommasAreToldBelowTheGrid();
     void namesThatTurnTextAreShownAsTheyAre();
     void theOverviewIsOfferedAndComesBackHere();
+    void whatIsFilteredIsHandedToTheCopy();
 
 private:
     template <typename Control>
@@ -116,6 +120,25 @@ void FrmViewListKeysTest::theOverviewIsOfferedAndComesBackHere() {
     overview->close();
     QVERIFY(screen_->isVisible());
     QCOMPARE(control<Grid>("iGrid1").rowCount(), 3);
+}
+
+void FrmViewListKeysTest::whatIsFilteredIsHandedToTheCopy() {
+    addCorrupt((main_->temp / "source/w.doc").native());
+    filterCorrupt();
+    control<Grid>("iGrid1").setCurrentRow(0);
+    QString what;
+    std::string grades;
+    // The screen is modal: what is done with it happens within the click.
+    QTimer::singleShot(0, this, [&] {
+        QWidget* const copies = main_->navigator.window(Screen::Copies);
+        what = test::controlOf<QLabel>(*copies, "what").text();
+        grades = namesOfGrades(gradesOfTicks(test::controlOf<TickButton>(*copies, "copyGrades").ticks()));
+        copies->close();
+    });
+    control<QPushButton>("copyThese_").click();
+    QCOMPARE(what, QStringLiteral("Job J1: Header Corrupt · .jpg"));
+    QCOMPARE(grades, std::string("corrupt"));
+    QVERIFY(screen_->isVisible());
 }
 
 QTEST_MAIN(FrmViewListKeysTest)

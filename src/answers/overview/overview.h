@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "answers/copies_handover.h"
 #include "answers/job_comparison.h"
 #include "answers/overview/folder_map.h"
 #include "answers/overview/found_rows.h"
@@ -101,6 +102,9 @@ public:
     /// What the viewer is given: grade and extension that are chosen, else those of the current row, else all corrupt
     /// files.
     [[nodiscard]] ViewerHandover forViewer();
+
+    /// What "Copy Files" is given: the files that are shown, or what of them is not copied yet.
+    [[nodiscard]] CopiesHandover forCopies(bool failedOnly) const;
 
     /// "Compare with ...": asks for another job, whose files are compared with those of this one, as the later attempt.
     void compare();

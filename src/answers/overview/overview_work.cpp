@@ -90,6 +90,11 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
     return *target;
 }
 
+CopiesHandover Overview::forCopies(bool failedOnly) const {
+    const NativePath& file = job_.evidence.empty() ? job_.list : job_.evidence;
+    return {file.native(), wish(), state.filter, failedOnly};
+}
+
 void Overview::exportFiles() {
     const auto target = askTarget(
         "Export", "Name of the file. Its ending tells the form: .csv, .jsonl or .xlsx, a workbook of a spreadsheet.",

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// Which files of a job that goes on with its earlier run need not be copied again: that run has copied them, the source
+// still has the size and the time that it recorded, and what stands in the target gives the recorded check sum.
+
+#include <optional>
+#include <string>
+
+#include "app/file_list.h"
+#include "job/earlier_run.h"
+#include "job/evidence_facts.h"
+#include "job/older_copies.h"
+#include "platform/copy_terms.h"
+
+namespace quillon {
+
+class EarlierCopies {
+public:
+    /// None where there is no earlier run of this source beside the list, or the target has no check sums of the job.
+    [[nodiscard]] static std::optional<EarlierCopies> find(const NativePath& list, const NativePath& source,
+                                                           const NativePath& target, const std::string& jobId);
+
+    /// What is known of the copy that stands at `target`; none where the file is to be copied. Reads the copy.
+    [[nodiscard]] std::optional<CopyFacts> standing(const ListRow& row, const std::string& target);
+
+private:
+    EarlierCopies(EarlierRun run, const NativePath& source, OlderCopies copies)
+        : run_(std::move(run)), describer_(source), copies_(std::move(copies)) {}
+
+    EarlierRun run_;
+    RowDescriber describer_;
+    OlderCopies copies_;
+    EvidenceRow row_;
+};
+
+}  // namespace quillon
