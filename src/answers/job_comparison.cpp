@@ -1,25 +1,28 @@
 // SPDX-License-Identifier: MIT
+// The first job stands in a table, the second one goes by; of it only files that the first has not are kept.
 #include "answers/job_comparison.h"
 
-#include <map>
+#include <algorithm>
+#include <ranges>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include <fmt/format.h>
 
+#include "answers/file_table.h"
+
 namespace quillon {
 
 namespace {
 
-struct Known {
-    std::int64_t id = 0;
+// What the second job has under the path of a file of the first.
+struct Now {
+    bool seen = false;
     std::int64_t size = 0;
     std::optional<Grade> grade;
-    std::string extension;
-    bool seen = false;
 };
-using Files = std::map<std::string, Known, std::less<>>;
 
 // How much of a file there is: nothing, something that cannot be judged, a header of another format, a good header.
 int worth(const std::optional<Grade>& grade) {
@@ -39,139 +42,191 @@ int worth(const std::optional<Grade>& grade) {
     }
 }
 
-// The path behind a folder that is cut off; none for a file beside it.
-std::optional<std::string> below(const std::string& path, std::string_view folder) {
-    if (folder.empty())
-        return path;
-    if (path.size() <= folder.size() || !path.starts_with(folder) || path[folder.size()] != '/')
+// The path of a folder behind one that is cut off; none for a folder beside it.
+std::optional<std::string_view> below(std::string_view folder, std::string_view strip) {
+    if (strip.empty())
+        return folder;
+    if (!folder.starts_with(strip) || (folder.size() > strip.size() && folder[strip.size()] != '/'))
         return std::nullopt;
-    return path.substr(folder.size() + 1);
+    return folder.substr(std::min(strip.size() + 1, folder.size()));
 }
 
-Result<Files> filesOf(JobAnswers& job, std::string_view strip) {
-    Files files;
-    EvidenceRow file;
-    while (true) {
-        const auto more = job.next(file);
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            return files;
-        if (auto path = below(file.path(), strip))
-            files.insert_or_assign(std::move(*path), Known{file.id, file.size, file.grade, file.extension, false});
-    }
-}
-
-Change changeOf(const Known& before, const Known& now) {
+Change changeOf(const FileTable::File& before, const Now& now) {
     const int gain = worth(now.grade) - worth(before.grade);
     if (gain != 0)
         return gain > 0 ? Change::Better : Change::Worse;
     return before.size == now.size ? Change::Same : before.size < now.size ? Change::Better : Change::Worse;
 }
 
-std::string nameOf(std::string_view path) {
-    return std::string(path.substr(path.rfind('/') + 1));
+using Numbers = std::vector<std::size_t>;
+
+Numbers byPath(const FileTable& files, Numbers numbers) {
+    std::vector<std::pair<std::string, std::size_t>> paths;
+    paths.reserve(numbers.size());
+    for (const auto number : numbers) paths.emplace_back(files.path(number), number);
+    std::ranges::sort(paths);
+    std::ranges::transform(paths, numbers.begin(), &std::pair<std::string, std::size_t>::second);
+    return numbers;
 }
 
-// What tells that two paths hold the same file: its size and its head, or its name where no head is known.
-Result<std::string> keyOf(JobAnswers& job, const std::string& path, const Known& known) {
-    const auto head = job.headSign(known.id);
-    if (!head)
-        return failure(head.error());
-    return *head ? fmt::format("{}:{:016x}", known.size, **head) : fmt::format("{}/{}", known.size, nameOf(path));
-}
+// What tells that two paths hold the same file, by number: its size and its head, or its name where no head is known.
+// Heads stand together in the order of the ids.
+using Keys = std::unordered_map<std::size_t, std::string>;
 
-// Files that only the first job has under their path.
-class Movable {
-public:
-    [[nodiscard]] static Result<Movable> of(JobAnswers& job, const Files& first, const Files& second) {
-        Movable movable;
-        for (const auto& [path, known] : first) {
-            if (known.size == 0 || second.contains(path))
-                continue;
-            const auto key = keyOf(job, path, known);
-            if (!key)
-                return failure(key.error());
-            movable.places_[*key].push_back(path);
-        }
-        return movable;
+Result<Keys> keysOf(JobAnswers& job, const FileTable& files, Numbers numbers) {
+    std::ranges::sort(numbers, {}, [&](std::size_t number) { return files[number].id; });
+    Keys keys;
+    keys.reserve(numbers.size());
+    for (const auto number : numbers) {
+        const auto head = job.headSign(files[number].id);
+        if (!head)
+            return failure(head.error());
+        const auto size = files[number].size;
+        keys.emplace(number,
+                     *head ? fmt::format("{}:{:016x}", size, **head) : fmt::format("{}/{}", size, files.name(number)));
     }
+    return keys;
+}
 
-    [[nodiscard]] Result<std::optional<std::string>> take(JobAnswers& job, const std::string& path,
-                                                          const Known& known) {
-        if (places_.empty() || known.size == 0)
-            return std::nullopt;
-        const auto key = keyOf(job, path, known);
-        if (!key)
-            return failure(key.error());
-        const auto found = places_.find(*key);
-        if (found == places_.end() || found->second.empty())
-            return std::nullopt;
-        std::string from = std::move(found->second.back());
-        found->second.pop_back();
-        return from;
+// Of these files, those whose size is that of a file on the other side: no other can have moved.
+Numbers ofSizes(const FileTable& files, const Numbers& numbers, const FileTable& others, const Numbers& there) {
+    std::unordered_set<std::int64_t> sizes;
+    for (const auto number : there) sizes.insert(others[number].size);
+    Numbers some;
+    std::ranges::copy_if(numbers, std::back_inserter(some), [&](std::size_t number) {
+        return files[number].size > 0 && sizes.contains(files[number].size);
+    });
+    return some;
+}
+
+class Comparison {
+public:
+    Comparison(const ComparisonSides& sides, const std::function<void(const ChangedFile&)>& take)
+        : sides_(sides), take_(take) {}
+
+    Result<ChangeCounts> run() {
+        const auto done =
+            readFirst().and_then([this] { return readSecond(); }).and_then([this] { return findMoved(); });
+        if (!done)
+            return failure(done.error());
+        tellSecond();
+        tellLost();
+        return counts_;
     }
 
 private:
-    std::unordered_map<std::string, std::vector<std::string>> places_;
-};
-
-ChangedFile changed(Change change, const std::string& path, const Known* before, const Known* now) {
-    ChangedFile file{change, path, {}, {}, {}, (now != nullptr ? now : before)->extension};
-    if (before != nullptr)
-        file.gradeBefore = before->grade;
-    if (now != nullptr)
-        file.gradeNow = now->grade;
-    return file;
-}
-
-// One file of the second job.
-Result<ChangedFile> compareFile(JobAnswers& job, const std::string& path, const Known& now, Files& first,
-                                Movable& movable) {
-    if (const auto same = first.find(path); same != first.end()) {
-        same->second.seen = true;
-        return changed(changeOf(same->second, now), path, &same->second, &now);
+    Result<void> readFirst() {
+        auto read = eachFile(sides_.first, [this](const EvidenceRow& file) -> Result<void> {
+            if (const auto folder = below(file.folder, sides_.stripFirst))
+                first_.put(*folder, file);
+            return {};
+        });
+        now_.resize(first_.size());
+        return read;
     }
-    const auto from = movable.take(job, path, now);
-    if (!from)
-        return failure(from.error());
-    if (!*from)
-        return changed(Change::Gained, path, nullptr, &now);
-    Known& before = first.find(**from)->second;
-    before.seen = true;
-    ChangedFile file = changed(Change::Moved, path, &before, &now);
-    file.before = **from;
-    return file;
-}
+
+    Result<void> readSecond() {
+        return eachFile(sides_.second, [this](const EvidenceRow& file) -> Result<void> {
+            const auto folder = below(file.folder, sides_.stripSecond);
+            if (!folder)
+                return {};
+            if (const auto same = first_.find(*folder, file.name))
+                now_[*same] = {true, file.size, file.grade};
+            else
+                gained_.put(*folder, file);
+            return {};
+        });
+    }
+
+    [[nodiscard]] Numbers lost() const {
+        Numbers numbers;
+        for (std::size_t i = 0; i < now_.size(); ++i) {
+            if (!now_[i].seen)
+                numbers.push_back(i);
+        }
+        return numbers;
+    }
+
+    Result<void> findMoved() {
+        const Numbers gone = lost();
+        Numbers come(gained_.size());
+        for (std::size_t i = 0; i < come.size(); ++i) come[i] = i;
+        const Numbers from = byPath(first_, ofSizes(first_, gone, gained_, come));
+        const Numbers to = byPath(gained_, ofSizes(gained_, come, first_, gone));
+        const auto keys = keysOf(sides_.first, first_, from);
+        const auto wanted = keysOf(sides_.second, gained_, to);
+        if (!keys || !wanted)
+            return failure(keys ? wanted.error() : keys.error());
+        std::unordered_map<std::string_view, Numbers> places;
+        for (const auto number : from) places[keys->at(number)].push_back(number);
+        for (const auto number : to) {
+            const auto found = places.find(wanted->at(number));
+            if (found == places.end() || found->second.empty())
+                continue;
+            moved_.emplace(number, found->second.back());
+            now_[found->second.back()].seen = true;
+            movedAway_.insert(found->second.back());
+            found->second.pop_back();
+        }
+        return {};
+    }
+
+    void tell(const ChangedFile& file) {
+        ++counts_[static_cast<std::size_t>(file.change)];
+        take_(file);
+    }
+
+    // Gained, moved and changed files, by path.
+    void tellSecond() {
+        std::vector<std::pair<std::string, std::pair<bool, std::size_t>>> rows;
+        for (std::size_t i = 0; i < first_.size(); ++i) {
+            if (!now_[i].seen || movedAway_.contains(i))
+                continue;
+            if (changeOf(first_[i], now_[i]) == Change::Same)
+                ++counts_[static_cast<std::size_t>(Change::Same)];
+            else
+                rows.push_back({first_.path(i), {false, i}});
+        }
+        for (std::size_t i = 0; i < gained_.size(); ++i) rows.push_back({gained_.path(i), {true, i}});
+        std::ranges::sort(rows);
+        for (auto& [path, row] : rows) row.first ? tellGained(path, row.second) : tellChanged(path, row.second);
+    }
+
+    void tellChanged(const std::string& path, std::size_t number) {
+        const FileTable::File& before = first_[number];
+        const Now& now = now_[number];
+        tell({changeOf(before, now), path, {}, before.grade, now.grade, first_.extension(number)});
+    }
+
+    void tellGained(const std::string& path, std::size_t number) {
+        ChangedFile file{Change::Gained, path, {}, {}, gained_[number].grade, gained_.extension(number)};
+        if (const auto from = moved_.find(number); from != moved_.end()) {
+            file.change = Change::Moved;
+            file.before = first_.path(from->second);
+            file.gradeBefore = first_[from->second].grade;
+        }
+        tell(file);
+    }
+
+    void tellLost() {
+        for (const auto number : byPath(first_, lost()))
+            tell({Change::Lost, first_.path(number), {}, first_[number].grade, {}, first_.extension(number)});
+    }
+
+    const ComparisonSides& sides_;
+    const std::function<void(const ChangedFile&)>& take_;
+    FileTable first_;
+    FileTable gained_;
+    std::vector<Now> now_;                                // by number in first_
+    std::unordered_map<std::size_t, std::size_t> moved_;  // from numbers in gained_ to those in first_
+    std::unordered_set<std::size_t> movedAway_;
+    ChangeCounts counts_{};
+};
 
 }  // namespace
 
 Result<ChangeCounts> compareJobs(const ComparisonSides& sides, const std::function<void(const ChangedFile&)>& take) {
-    auto first = filesOf(sides.first, sides.stripFirst);
-    if (!first)
-        return failure(first.error());
-    const auto second = filesOf(sides.second, sides.stripSecond);
-    if (!second)
-        return failure(second.error());
-    ChangeCounts counts{};
-    const auto tell = [&](const ChangedFile& file) {
-        ++counts[static_cast<std::size_t>(file.change)];
-        take(file);
-    };
-    auto movable = Movable::of(sides.first, *first, *second);
-    if (!movable)
-        return failure(movable.error());
-    for (const auto& [path, known] : *second) {
-        const auto file = compareFile(sides.second, path, known, *first, *movable);
-        if (!file)
-            return failure(file.error());
-        tell(*file);
-    }
-    for (const auto& [path, known] : *first) {
-        if (!known.seen)
-            tell(changed(Change::Lost, path, &known, nullptr));
-    }
-    return counts;
+    return Comparison(sides, take).run();
 }
 
 }  // namespace quillon

@@ -43,7 +43,8 @@ struct ComparisonSides {
 /// How many files changed how.
 using ChangeCounts = std::array<std::int64_t, static_cast<std::size_t>(Change::Count)>;
 
-/// Hands each file to `take`: those of the second job in its order, then the lost ones by path.
+/// Hands each file that changed to `take`: those of the second job by path, then the lost ones by path. Files that are
+/// the same are counted. Of several rows of a job with one path the last one counts.
 [[nodiscard]] Result<ChangeCounts> compareJobs(const ComparisonSides& sides,
                                                const std::function<void(const ChangedFile&)>& take);
 

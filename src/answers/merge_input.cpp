@@ -3,6 +3,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "answers/ask_evidence.h"
 #include "answers/walk_order.h"
 #include "app/list_mark.h"
 #include "evidence/job_keys.h"
@@ -57,18 +58,10 @@ Result<void> MergeInput::readFacts() {
 }
 
 Result<void> MergeInput::readMessages() {
-    auto found = evidence_.prepare("SELECT id, text FROM grade");
-    if (!found)
-        return failure(found.error());
-    while (true) {
-        const auto more = found->step();
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            return {};
-        if (found->integer(0) >= 0 && found->integer(0) < static_cast<std::int64_t>(kGradeCount))
-            messages_.values[static_cast<std::size_t>(found->integer(0))] = found->text(1);
-    }
+    return ask(evidence_, "SELECT id, text FROM grade", [this](const Statement& row) {
+        if (const auto grade = numbered<Grade>(row, 0))
+            messages_[*grade] = row.text(1);
+    });
 }
 
 Result<bool> MergeInput::next() {

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "answers/ask_evidence.h"
 #include "answers/walk_order.h"
 #include "evidence/job_keys.h"
 #include "evidence/name_text.h"
@@ -192,19 +193,12 @@ struct FolderError {
 };
 
 Result<void> readFolderErrors(MergeInput& job, const std::string& below, std::vector<FolderError>& errors) {
-    auto found = job.evidence().prepare("SELECT coalesce(path_bytes, path), error FROM folder WHERE error IS NOT NULL");
-    if (!found)
-        return failure(found.error());
-    while (true) {
-        const auto more = found->step();
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            return {};
-        const std::string path(found->blob(0));
-        const std::string between = below.empty() || path.empty() ? "" : "/";
-        errors.push_back({below + between + path, std::string(found->text(1))});
-    }
+    return ask(job.evidence(), "SELECT coalesce(path_bytes, path), error FROM folder WHERE error IS NOT NULL",
+               [&](const Statement& row) {
+                   const std::string path(row.blob(0));
+                   const std::string between = below.empty() || path.empty() ? "" : "/";
+                   errors.push_back({below + between + path, std::string(row.text(1))});
+               });
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "evidence/evidence_reader.h"
-#include "evidence/job_keys.h"
+#include "job/evidence_facts.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
@@ -16,29 +16,6 @@ namespace {
 
 constexpr std::string_view kEvidenceEnding = ".sqlite";
 
-// The evidence of a folder, newest first.
-std::vector<NativePath> evidenceIn(const NativePath& folder) {
-    std::vector<std::pair<FileTime, NativePath>> found;
-    if (!folder.empty()) {
-        for (const auto& name : listFiles(folder).value_or(std::vector<std::string>{})) {
-            if (name.ends_with(kEvidenceEnding))
-                found.emplace_back(modificationTime(folder / name).value_or(FileTime{}), folder / name);
-        }
-    }
-    std::ranges::sort(found, std::greater());
-    std::vector<NativePath> paths;
-    for (auto& [time, path] : found) paths.push_back(std::move(path));
-    return paths;
-}
-
-std::string sourceOf(EvidenceReader& reader) {
-    for (const char* key : {job_keys::kSourceBytes, job_keys::kSource}) {
-        if (const auto text = reader.jobText(key); text && *text)
-            return **text;
-    }
-    return {};
-}
-
 class Loading {
 public:
     Loading(const BenchWish& wish, const std::atomic<bool>& stop, std::size_t most)
@@ -47,7 +24,7 @@ public:
     Bench run() {
         for (std::size_t i = 0; i < std::min(wish_.files.size(), kMostListedHeads); ++i)
             wanted_.emplace(toNative(wish_.files[i]), std::nullopt);
-        for (const auto& evidence : evidenceIn(wish_.listFolder)) {
+        for (const auto& evidence : evidenceNewestFirst(wish_.listFolder)) {
             if (stop_ || bench_.cut)
                 break;
             readEvidence(evidence);
@@ -63,7 +40,7 @@ private:
             return;
         const std::string job = path.stem().native();
         // Names of listed files are whole paths, those of the evidence lie below the source.
-        const std::string source = job == wish_.job ? sourceOf(*reader) : std::string();
+        const std::string source = job == wish_.job ? sourceIn(*reader).native() : std::string();
         bench_.known.jobs.push_back(job);
         EvidenceRow row;
         for (auto more = reader->next(row); more && *more && !stop_; more = reader->next(row)) {
@@ -141,6 +118,20 @@ bool isOfOneJob(const TermSuggestion& one, const Bench& bench, const BenchWish& 
 }
 
 }  // namespace
+
+std::vector<NativePath> evidenceNewestFirst(const NativePath& folder) {
+    std::vector<std::pair<FileTime, NativePath>> found;
+    if (!folder.empty()) {
+        for (const auto& name : listFiles(folder).value_or(std::vector<std::string>{})) {
+            if (name.ends_with(kEvidenceEnding))
+                found.emplace_back(modificationTime(folder / name).value_or(FileTime{}), folder / name);
+        }
+    }
+    std::ranges::sort(found, std::greater());
+    std::vector<NativePath> paths;
+    for (auto& [time, path] : found) paths.push_back(std::move(path));
+    return paths;
+}
 
 Bench loadBench(const BenchWish& wish, const std::atomic<bool>& stop, std::size_t most) {
     return Loading(wish, stop, most).run();

@@ -35,6 +35,9 @@ struct Bench {
     bool cut = false;                 ///< there are more heads than may be held
 };
 
+/// The evidence files of a folder; an empty path or one that cannot be listed gives none.
+[[nodiscard]] std::vector<NativePath> evidenceNewestFirst(const NativePath& folder);
+
 /// Reads the newest evidence first. Evidence that cannot be read, and files that are gone, are passed over; the disk is
 /// asked for a listed file only where the evidence lacks its head. Ends early, with what it has, when `stop` is set.
 [[nodiscard]] Bench loadBench(const BenchWish& wish, const std::atomic<bool>& stop, std::size_t most = kMostBenchHeads);

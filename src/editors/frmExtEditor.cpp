@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPushButton>
 
+#include "editors/frmExtEditor_consensus.h"
 #include "text/list_text.h"
 #include "text/page_text.h"
 #include "text/unicode.h"
@@ -124,8 +125,13 @@ void frmExtEditor::connectFiles() {
 }
 
 void frmExtEditor::connectAdvice(const EditorHandover& handover) {
-    terms_.begin({context_.installation.paths().localPath, utf16ToUtf8(lowered(handover.extension)), handover.job,
-                  editor_.state.files});
+    const BenchWish wish{context_.installation.paths().localPath, utf16ToUtf8(lowered(handover.extension)),
+                         handover.job, editor_.state.files};
+    terms_.begin(wish);
+    const bool several = wish.files.size() > 1;  // one file has nothing to be compared with
+    consensus_->setVisible(several);
+    if (several)
+        listed_.begin(wish);
     connect(suggest_, &QPushButton::clicked, this, [this] {
         terms_.askForTerms();
         suggest_->setEnabled(false);
@@ -134,6 +140,16 @@ void frmExtEditor::connectAdvice(const EditorHandover& handover) {
         editor_.takeBytes(Hex1->selection().first, Hex1->selectedBytes());
         Command11->setFocus();
     });
+    step(nextMark_, &QAction::triggered, [this] {
+        consensus_->selectNextMark();
+        Hex1->setFocus();
+    });
+}
+
+void frmExtEditor::showConsensus(HeadConsensus consensus) {
+    shared_->setText(toQt(consensusText(consensus)));
+    nextMark_->setEnabled(nextMark(consensus, -1).has_value());
+    consensus_->setConsensus(std::move(consensus));
 }
 
 AdviceQuestion frmExtEditor::adviceQuestion() const {
@@ -146,6 +162,8 @@ AdviceQuestion frmExtEditor::adviceQuestion() const {
 }
 
 std::optional<std::string> frmExtEditor::lookForAdvice() {
+    if (auto found = listed_.take())
+        showConsensus(std::move(*found));
     const bool changed = terms_.look(adviceQuestion());
     if (const auto offered = terms_.takeTerms()) {
         suggest_->setEnabled(true);
@@ -238,7 +256,7 @@ void frmExtEditor::showFile() {
     Label6->setText(toQt(state.viewing));
     if (shownFile_ != state.currentFile || Hex1->bytes() != state.head) {
         shownFile_ = state.currentFile;
-        Hex1->setBytes(state.head);
+        Hex1->setBytesInPlace(state.head);
     }
     for (QWidget* part :
          {static_cast<QWidget*>(Label7), static_cast<QWidget*>(Combo3), static_cast<QWidget*>(Command13)})

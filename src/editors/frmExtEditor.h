@@ -28,8 +28,11 @@
 //     Combo1                        the files
 //     Command9, Command4            "-", "+"         previous and next file
 //     Label6                        "Viewing file " and the counter
+//     shared_                       ours: how many bytes all files share, and which
+//     consensus_                    ours: what the files share, place by place, in the columns of Hex1
 //     Hex1                          the first 512 bytes; a click fills Text2
 //     takeBytes_                    ours: "Marked Bytes to Term", the popup of Hex1
+//     nextMark_                     ours: "Select Next Shared Bytes", the popup of Hex1
 //     Label7, Combo3, Command13     "Common header info", "Test": for files of a common header only
 //   mnuC "Copy Files"               never shown: mnuCopy, mnuCopyAll
 //   mnuA                            popup of the grid: mnuAdd, mnuB1, mnuDelete
@@ -39,6 +42,7 @@
 #include <QMainWindow>
 
 #include "editors/extension_editor.h"
+#include "editors/listed_consensus.h"
 #include "editors/term_advice.h"
 #include "widgets/busy_parts.h"
 #include "widgets/grid_model.h"
@@ -55,6 +59,7 @@ class QVBoxLayout;
 
 namespace quillon {
 
+class ConsensusLine;
 class Grid;
 class HexView;
 
@@ -106,6 +111,7 @@ private:
     void connectAdvice(const EditorHandover& handover);
     [[nodiscard]] AdviceQuestion adviceQuestion() const;
     [[nodiscard]] std::optional<std::string> lookForAdvice();
+    void showConsensus(HeadConsensus consensus);
     void openSuggestions(const std::vector<OfferedTerm>& offered);
 
     /// Connects a button to one operation of the editor.
@@ -122,6 +128,7 @@ private:
 
     ExtensionEditor editor_;
     TermAdvice terms_;
+    ListedConsensus listed_;
     std::function<void()> whenDone_;
     TermGridRows gridRows_{editor_.state.rows};
     std::vector<HeaderTerm> shownRows_;
@@ -143,7 +150,9 @@ private:
     QPushButton* suggest_;
     QLabel* advice_;
     QMenu* suggestions_;
-    QAction* takeBytes_;
+    QAction *takeBytes_, *nextMark_;
+    QLabel* shared_;
+    ConsensusLine* consensus_;
 };
 
 }  // namespace quillon

@@ -19,7 +19,9 @@
 #include <QVBoxLayout>
 
 #include "editors/frmExtEditor.h"
+#include "editors/frmExtEditor_consensus.h"
 #include "widgets/control_maker.h"
+#include "widgets/elided_label.h"
 #include "widgets/grid.h"
 #include "widgets/hex_view.h"
 #include "widgets/page_remark.h"
@@ -180,15 +182,26 @@ void frmExtEditor::createHexView() {
     Command4->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Right));
     addRow(*layout, {Combo1, Command9, Command4})->setStretch(0, 1);
     Label6 = makeLabel("Label6", "");
-    layout->addWidget(Label6);
+    shared_ = make<ElidedLabel>("shared_");
+    shared_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    addRow(*layout, {Label6, shared_})->setStretch(1, 1);
     Hex1 = make<HexView>("Hex1");
     Hex1->setAccessibleName(QStringLiteral("First 512 bytes of the file"));
     takeBytes_ = new QAction(QStringLiteral("Marked Bytes to Term"), Hex1);
     takeBytes_->setObjectName(QStringLiteral("takeBytes_"));
     takeBytes_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
-    Hex1->addAction(takeBytes_);
+    nextMark_ = new QAction(QStringLiteral("Select Next Shared Bytes"), Hex1);
+    nextMark_->setObjectName(QStringLiteral("nextMark_"));
+    nextMark_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_M));
+    nextMark_->setEnabled(false);
+    Hex1->addActions({nextMark_, takeBytes_});
     Hex1->setContextMenuPolicy(Qt::ActionsContextMenu);
-    layout->addWidget(Hex1, 1);
+    consensus_ = new ConsensusLine(*Hex1);
+    auto* bytes = new QVBoxLayout;
+    bytes->setSpacing(0);
+    bytes->addWidget(consensus_);
+    bytes->addWidget(Hex1, 1);
+    layout->addLayout(bytes, 1);
     createCommonRow(*layout);
 }
 

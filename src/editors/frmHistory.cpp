@@ -13,6 +13,7 @@
 #include "widgets/control_maker.h"
 #include "widgets/enter_key.h"
 #include "widgets/grid.h"
+#include "widgets/polled_label.h"
 #include "widgets/qt_text.h"
 #include "widgets/show_state.h"
 #include "widgets/theme.h"
@@ -41,6 +42,8 @@ void frmHistory::createControls() {
     details_->setTabChangesFocus(true);
     details_->setAccessibleName(QStringLiteral("The chosen change"));
     details_->setMinimumHeight(80);
+    effect_ = new PolledLabel("effect_", [this] { return browser_.lookForEffect(); });
+    effect_->setAccessibleName(QStringLiteral("What the change did"));
     noteLabel_ = makeLabel("noteLabel_", "&Note");
     note_ = make<QLineEdit>("note_");
     note_->setPlaceholderText(QStringLiteral("Why this change was made"));
@@ -74,6 +77,7 @@ void frmHistory::arrange() {
     all->setSpacing(kSpacing);
     all->addWidget(heading_);
     all->addWidget(parts, 1);
+    all->addWidget(effect_);
     all->addLayout(remark);
     all->addLayout(below);
     resize(900, 480);

@@ -8,6 +8,7 @@
 //   heading_                                which database, and how many changes
 //   changes_    "When", "What", "Screen", "Computer", "User", "Job"   the changes, newest first
 //   details_                                the chosen change in full
+//   effect_                                 what it did to the grades of heads that jobs have kept
 //   noteLabel_, note_  "Note"               a remark about the chosen change
 //   addNote_    "Add Note"                  puts it down
 //   undo_       "Undo This Change"          asks and takes it back, as a new change
@@ -43,6 +44,7 @@ private:
     QLabel* heading_;
     Grid* changes_;
     QPlainTextEdit* details_;
+    QLabel* effect_;
     QLabel* noteLabel_;
     QLineEdit* note_;
     QPushButton* addNote_;

@@ -2,6 +2,8 @@
 #include "editors/history_browser.h"
 
 #include <algorithm>
+#include <chrono>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -77,6 +79,28 @@ std::string HistoryBrowser::details() const {
         text +=
             fmt::format("and {} more files\n", grouped(static_cast<std::int64_t>(row->files.size() - kMostFilesTold)));
     return text;
+}
+
+std::optional<std::string> HistoryBrowser::lookForEffect() {
+    const HistoryRow* const row = chosen();
+    const std::string id = row == nullptr ? std::string() : row->change.id;
+    if (id == effectId_) {
+        const bool came = effect_.valid() && hasCome(effect_, std::chrono::milliseconds(0));
+        return came ? std::optional(effect_.get()) : std::nullopt;
+    }
+    effectId_ = id;
+    *stop_ = true;  // nobody waits for the last one any more
+    stop_ = std::make_shared<std::atomic<bool>>(false);
+    effect_ = {};
+    if (row == nullptr)
+        return std::string();
+    auto started = startBeside(
+        std::function<std::string()>([change = row->change, folder = installation_.paths().localPath, stop = stop_] {
+            return effectText(effectsOf({change}, folder, *stop).front());
+        }));
+    if (started)
+        effect_ = std::move(*started);
+    return std::string();
 }
 
 void HistoryBrowser::undo() {

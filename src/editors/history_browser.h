@@ -3,12 +3,18 @@
 
 // The history of the database as its screen shows it, without the screen. docs/formats/history.md.
 
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "editors/history_effect.h"
+#include "platform/start_beside.h"
 #include "testing/database_undo.h"
 #include "testing/history_rows.h"
 
@@ -22,6 +28,10 @@ public:
     /// All must outlive this. Nothing is read before `load`.
     HistoryBrowser(const Installation& installation, Dialogs& dialogs, KeptFiles& kept)
         : installation_(installation), dialogs_(dialogs), kept_(kept) {}
+    HistoryBrowser(const HistoryBrowser&) = delete;
+    HistoryBrowser& operator=(const HistoryBrowser&) = delete;
+    /// Does not wait for what is under way.
+    ~HistoryBrowser() { *stop_ = true; }
 
     std::string remark;  ///< `note_`, UTF-8
 
@@ -40,6 +50,10 @@ public:
     /// The chosen change in full: what was added and what is gone, remarks, and whether it was taken back. UTF-8.
     [[nodiscard]] std::string details() const;
 
+    /// What the chosen change did to the grades of kept heads, found on a thread of its own: another text when there is
+    /// one, UTF-8. To be called again and again.
+    [[nodiscard]] std::optional<std::string> lookForEffect();
+
     [[nodiscard]] bool mayUndo() const { return current_ >= 0; }
     [[nodiscard]] bool mayAddRemark() const { return current_ >= 0 && !remark.empty(); }
 
@@ -56,6 +70,9 @@ private:
     KeptFiles& kept_;
     std::vector<HistoryRow> rows_;
     int current_ = -1;
+    std::string effectId_;  // the change that the effect is told of, or looked for
+    std::shared_ptr<std::atomic<bool>> stop_ = std::make_shared<std::atomic<bool>>(false);
+    AnswerBeside<std::function<std::string()>> effect_;
 };
 
 }  // namespace quillon

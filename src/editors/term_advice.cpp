@@ -13,6 +13,9 @@ namespace quillon {
 
 namespace {
 
+// The newest heads are judged by as soon as they are there, the others when they have come.
+constexpr std::size_t kFirstHeads = 100'000;
+
 constexpr const char* kReading = "Reading the heads that jobs have kept ...";
 
 // The answer of a thread that has come; none while it works or where there is none.
@@ -52,8 +55,9 @@ void TermAdvice::begin(BenchWish wish) {
 }
 
 void TermAdvice::start() {
-    auto started = startBeside([wanted = wish_, stop = stop_]() -> SharedBench {
-        return std::make_shared<const Bench>(loadBench(*wanted, *stop));
+    const std::size_t most = bench_ ? kMostBenchHeads : kFirstHeads;
+    auto started = startBeside([wanted = wish_, stop = stop_, most]() -> SharedBench {
+        return std::make_shared<const Bench>(loadBench(*wanted, *stop, most));
     });
     loading_ = started ? std::move(*started) : Coming<SharedBench>();
 }
@@ -64,8 +68,10 @@ void TermAdvice::show(std::string line) {
 }
 
 void TermAdvice::takeAnswers() {
-    if (auto bench = taken(loading_))
+    if (auto bench = taken(loading_)) {
         bench_ = std::move(*bench);
+        asked_.reset();
+    }
     if (auto line = taken(answer_))
         show(std::move(*line));
     if (auto offer = taken(offer_)) {
@@ -92,7 +98,8 @@ void TermAdvice::askForOffer() {
 bool TermAdvice::look(const AdviceQuestion& question) {
     takeAnswers();
     const bool needsHeads = termsWanted_ || !question.term.term.bytes.empty();
-    if (wish_ && needsHeads && !bench_ && !loading_.valid())
+    const bool hasAll = bench_ && (!bench_->cut || bench_->known.heads.size() >= kMostBenchHeads);
+    if (wish_ && needsHeads && !hasAll && !loading_.valid())
         start();
     if (question.term.term.bytes.empty()) {
         asked_.reset();

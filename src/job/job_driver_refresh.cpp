@@ -64,6 +64,10 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
 }
 
 void JobDriver::tellRefresh(const RefreshSummary& refresh) {
+    for (const auto* lost : {&refresh.moved.lostNote, &refresh.fetched.lostNote}) {
+        if (*lost)
+            context_.log("Not noted in the history of the database : " + (*lost)->text, kLightOrange);
+    }
     const std::string text = refreshText(refresh);
     if (text.empty())
         return;

@@ -34,7 +34,7 @@ OrphanTermFiles ShareSteps::findOrphans() {
 }
 
 OrphanCounts ShareSteps::moveAway(const OrphanTermFiles& orphans) {
-    return answerBeside(context_.surroundings.loop, [&] { return moveOrphansAway(orphans, paths(), kept_); });
+    return answerBeside(context_.surroundings.loop, [&] { return moveOrphansAway(orphans, paths(), kept_, job_); });
 }
 
 std::vector<std::string> ShareSteps::sharedFiles() {
@@ -42,7 +42,7 @@ std::vector<std::string> ShareSteps::sharedFiles() {
 }
 
 RefreshCounts ShareSteps::copyChanged(const std::vector<std::string>& names) {
-    return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress); });
+    return showing([&](ProgressHost& progress) { return copyChangedTermFiles(names, paths(), kept_, progress, job_); });
 }
 
 std::string ShareSteps::whatIsRefused() {
@@ -71,7 +71,7 @@ Result<void> ShareSteps::fetchMarkers() {
 }
 
 Result<void> ShareSteps::fetchCommon() {
-    return answerBeside(context_.surroundings.loop, [this] { return fetchCommonHeaders(paths(), kept_); });
+    return answerBeside(context_.surroundings.loop, [this] { return fetchCommonHeaders(paths(), kept_, job_); });
 }
 
 }  // namespace quillon

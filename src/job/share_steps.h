@@ -23,6 +23,7 @@ public:
         : context_(context),
           installation_(installation),
           kept_(installation_, context.surroundings.clock, KeptBy::Rescue),
+          job_(context.state.options.jobId),
           skipList_(skipList) {}
     ShareSteps(const ShareSteps&) = delete;
     ShareSteps& operator=(const ShareSteps&) = delete;
@@ -53,6 +54,7 @@ private:
     PassContext context_;
     const Installation installation_;
     KeptFiles kept_;
+    const std::string job_;
     SkipList& skipList_;
 };
 

@@ -190,17 +190,11 @@ private:
             const auto source = answers.source();
             if (!source)
                 return failure(source.error());
-            EvidenceRow file;
-            while (true) {
-                const auto more = answers.next(file);
-                if (!more)
-                    return failure(more.error());
-                if (!*more)
-                    return {};
-                if (!fits(options_.wish, file))
-                    continue;
-                take(file, *source);
-            }
+            return quillon::eachFile(answers, [&](const EvidenceRow& file) -> Result<void> {
+                if (fits(options_.wish, file))
+                    take(file, *source);
+                return {};
+            });
         });
     }
 

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "editors/history_effect.h"
 #include "testing/database_undo.h"
 #include "testing/history_rows.h"
 #include "text/list_text.h"
@@ -23,9 +24,21 @@ std::vector<std::string> texts(const Records& records) {
     return all;
 }
 
-std::string historyJson(const std::vector<HistoryRow>& rows) {
+// Of each row, in the same order; empty where they are not asked for.
+using Effects = std::vector<std::vector<ChangeEffect>>;
+
+Json effectsJson(const std::vector<ChangeEffect>& effects) {
     Json all = Json::array();
-    for (const auto& row : rows) {
+    for (const auto& one : effects)
+        all.push_back(
+            {{"extension", one.extension}, {"heads", one.heads}, {"before", one.before}, {"after", one.after}});
+    return all;
+}
+
+std::string historyJson(const std::vector<HistoryRow>& rows, const Effects& effects) {
+    Json all = Json::array();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const HistoryRow& row = rows[i];
         Json files = Json::array();
         for (const auto& file : row.files)
             files.push_back({{"file", file.file},
@@ -43,14 +56,23 @@ std::string historyJson(const std::vector<HistoryRow>& rows) {
                        {"undone_by", row.undoneBy},
                        {"remarks", row.remarks},
                        {"files", std::move(files)}});
+        if (!effects.empty())
+            all.back()["effects"] = effectsJson(effects[i]);
     }
     return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 
-std::string historyText(const std::vector<HistoryRow>& rows) {
+std::string effectLines(const std::vector<ChangeEffect>& effects) {
+    std::string lines;
+    for (const auto& one : effects) lines += "    " + effectText({one}) + "\n";
+    return lines;
+}
+
+std::string historyText(const std::vector<HistoryRow>& rows, const Effects& effects) {
     std::string text;
     const auto shown = [](const std::string& value) { return readable(std::string_view(value)); };
-    for (const auto& row : rows) {
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const HistoryRow& row = rows[i];
         const DatabaseChange& change = row.change;
         text += fmt::format("{}  {}\n    {} by {} on {}{}: {}\n", momentText(change.id), change.id,
                             shown(change.screen), shown(change.user), shown(change.computer),
@@ -60,8 +82,17 @@ std::string historyText(const std::vector<HistoryRow>& rows) {
         if (!row.undoneBy.empty())
             text += "    taken back by " + shown(row.undoneBy) + "\n";
         for (const auto& remark : row.remarks) text += "    \"" + shown(remark) + "\"\n";
+        if (!effects.empty())
+            text += effectLines(effects[i]);
     }
     return text.empty() ? "nothing was changed\n" : text;
+}
+
+Effects effectsOfRows(const std::vector<HistoryRow>& rows, const NativePath& listFolder) {
+    std::vector<DatabaseChange> changes;
+    for (const auto& row : rows) changes.push_back(row.change);
+    const std::atomic<bool> goOn{false};
+    return effectsOf(changes, listFolder, goOn);
 }
 
 Result<int> addRemark(const NativePath& settings, const HistoryWish& wish) {
@@ -90,7 +121,8 @@ Result<int> showHistory(const Installation& installation, const ListCommandOptio
     if (!wish.about.empty())
         return addRemark(settings, wish);
     auto rows = historyRows(readHistory(settings, wish.last));
-    streams.out << (options.json ? historyJson(rows) : historyText(rows));
+    const Effects effects = wish.effect ? effectsOfRows(rows, paths.localPath) : Effects();
+    streams.out << (options.json ? historyJson(rows, effects) : historyText(rows, effects));
     return kListSame;
 }
 

@@ -197,6 +197,7 @@ void declareHistory(CLI::App& command, Given& given) {
     declareJson(command, given);
     command.add_flag("--local", wish.local, "The database of this computer, though it is shared with others");
     command.add_option("--last", wish.last, "How many of the newest; 1000 unless told")->type_name("N");
+    command.add_flag("--effect", wish.effect, "How many of the heads that jobs have kept were good before and after");
     CLI::Option* undo = command.add_option("--undo", wish.undo, "Take this change back, as a new change");
     undo->type_name("ID");
     CLI::Option* about = command.add_option("--about", wish.about, "The change that a remark is for");

@@ -36,6 +36,7 @@ enum class ListQuestion {
 struct HistoryWish {
     bool local = false;       ///< this computer's history, though the database is shared
     std::size_t last = 1000;  ///< how many notes are read
+    bool effect = false;      ///< with what each change did to kept heads
     std::string undo;         ///< the ID of a change to be taken back
     std::string about;        ///< the ID of a change that gets this
     std::string remark;       ///< UTF-8

@@ -17,18 +17,28 @@ std::string counted(std::size_t number) {
     return grouped(static_cast<std::int64_t>(number));
 }
 
+DatabaseChange changeFor(const std::string& job) {
+    DatabaseChange change = changeByJob();
+    change.job = job;
+    return change;
+}
+
 class Refresh {
 public:
-    Refresh(const Paths& paths, KeptFiles& kept, const std::vector<std::string>& names)
+    Refresh(const Paths& paths, KeptFiles& kept, const std::vector<std::string>& names, const std::string& job)
         : paths_(paths),
           kept_(kept),
           chosen_(paths.sharedDatabase, names),
           local_(paths.localDatabase),
           probe_(paths.localDatabase),
-          noted_(paths.localSettings, changeByJob()) {}
+          noted_(paths.localSettings, changeFor(job)) {}
     Refresh(const Refresh&) = delete;
     Refresh& operator=(const Refresh&) = delete;
-    ~Refresh() { passOver(noted_.finish(), "a full disk costs the note"); }
+
+    RefreshCounts finish() {
+        counts_.lostNote = noted_.finish();
+        return counts_;
+    }
 
     void one(const std::string& name) {
         const NativePath source = paths_.sharedDatabase / name;
@@ -36,26 +46,24 @@ public:
             return;  // the same file in another case has been chosen
         const auto shared = modificationTime(source);
         if (!shared) {
-            ++counts.missing;
+            ++counts_.missing;
             return;
         }
         const NativePath target = local_.pathOf(name);
         const auto time = modificationTime(target);
         if (time && isSameStoredTime(*time, *shared, [this](FileTime wanted) { return probe_.store(wanted); })) {
-            ++counts.unchanged;
+            ++counts_.unchanged;
             return;
         }
         replace(source, target);
     }
 
-    RefreshCounts counts;
-
 private:
     void replace(const NativePath& source, const NativePath& target) {
         if (noted_.change(target, [&] { return copyKeepingOld(source, target, kept_); }))
-            ++counts.copied;
+            ++counts_.copied;
         else
-            ++counts.failed;
+            ++counts_.failed;
     }
 
     const Paths& paths_;
@@ -64,6 +72,7 @@ private:
     DatabaseFolder local_;
     TimeProbe probe_;
     NotedStep noted_;
+    RefreshCounts counts_;
 };
 
 }  // namespace
@@ -85,9 +94,10 @@ OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host) {
     return orphans;
 }
 
-OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept) {
+OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept,
+                             const std::string& job) {
     OrphanCounts counts;
-    NotedStep noted(paths.localSettings, changeByJob());
+    NotedStep noted(paths.localSettings, changeFor(job));
     for (const auto& name : orphans.names) {
         const NativePath file = paths.localDatabase / name;
         if (!pathExists(file))
@@ -97,17 +107,17 @@ OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths,
         else
             ++counts.failed;
     }
-    passOver(noted.finish(), "a full disk costs the note");
+    counts.lostNote = noted.finish();
     return counts;
 }
 
 RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
-                                   ProgressHost& host) {
+                                   ProgressHost& host, const std::string& job) {
     if (names.empty())
         return {};
     host.progressRange(static_cast<std::int64_t>(names.size()));
     host.progressValue(0);
-    Refresh refresh(paths, kept, names);
+    Refresh refresh(paths, kept, names, job);
     std::int64_t number = 0;
     for (const auto& name : names) {
         if (host.cancelled())
@@ -115,7 +125,7 @@ RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const 
         host.progressValue(++number);
         refresh.one(name);
     }
-    return refresh.counts;
+    return refresh.finish();
 }
 
 std::string refreshText(const RefreshSummary& refresh) {
@@ -132,12 +142,12 @@ std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths) {
            " term files of this computer are about to move to Kept. Is the share mounted?";
 }
 
-Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept) {
+Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job) {
     const NativePath shared = fileIn(paths.sharedSettings, kCommonHeadersFileName);
     if (paths.sharedSettings.empty() || paths.localSettings.empty() || !pathExists(shared))
         return {};
     return copyNoted(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept, paths.localSettings,
-                     changeByJob());
+                     changeFor(job));
 }
 
 }  // namespace quillon

@@ -9,6 +9,7 @@
 // A folder that cannot be reached counts as empty, whatever the reason: nothing here tests the share.
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,18 +33,22 @@ struct OrphanTermFiles {
 [[nodiscard]] OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host);
 
 struct OrphanCounts {
-    std::size_t removed = 0;  ///< moved away under Kept
-    std::size_t failed = 0;   ///< could not be kept and so stand where they were
+    std::size_t removed = 0;                 ///< moved away under Kept
+    std::size_t failed = 0;                  ///< could not be kept and so stand where they were
+    std::optional<FileError> lostNote = {};  ///< why the history took no note of it
 };
 
-/// Moves these local term files under Kept; one that is gone meanwhile is passed over.
-OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept);
+/// Moves these local term files under Kept; one that is gone meanwhile is passed over. `job`: the ID that stands in the
+/// note of the history.
+OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept,
+                             const std::string& job = {});
 
 struct RefreshCounts {
-    std::size_t copied = 0;     ///< the time differed, or there was no local file
-    std::size_t unchanged = 0;  ///< the time was the same
-    std::size_t missing = 0;    ///< names that the shared folder does not have, or not any more
-    std::size_t failed = 0;     ///< could not be read, kept or written; the local file is as it was
+    std::size_t copied = 0;                  ///< the time differed, or there was no local file
+    std::size_t unchanged = 0;               ///< the time was the same
+    std::size_t missing = 0;                 ///< names that the shared folder does not have, or not any more
+    std::size_t failed = 0;                  ///< could not be read, kept or written; the local file is as it was
+    std::optional<FileError> lostNote = {};  ///< why the history took no note of it
 };
 
 /// Goes through `names` (as `databaseFiles` gave them for the folder that is in use) and copies every shared file
@@ -52,9 +57,9 @@ struct RefreshCounts {
 ///
 /// Afterwards the local file has the shared file's time as its volume stores it, and such a time counts as equal at the
 /// next job: an unchanged database is copied once and never again. A name that the shared folder does not have is
-/// passed over.
+/// passed over. `job`: the ID that stands in the note of the history.
 RefreshCounts copyChangedTermFiles(const std::vector<std::string>& names, const Paths& paths, KeptFiles& kept,
-                                   ProgressHost& host);
+                                   ProgressHost& host, const std::string& job = {});
 
 /// All that one refresh did.
 struct RefreshSummary {
@@ -72,6 +77,6 @@ struct RefreshSummary {
 
 /// Copies the shared CommonHeaders.dat over the local one when there is one; without one nothing is done. Kept: sharing
 /// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).
-[[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept);
+[[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job = {});
 
 }  // namespace quillon

@@ -78,6 +78,25 @@ void HexView::setBytes(std::string bytes) {
     verticalScrollBar()->setValue(0);
     viewport()->update();
     tellHexViewChanged(*this);
+    emit placeChanged();
+}
+
+void HexView::setBytesInPlace(std::string bytes) {
+    const int caret = caret_;
+    const int anchor = anchor_;
+    const int top = verticalScrollBar()->value();
+    setBytes(std::move(bytes));
+    const int last = std::max(layout_.bytes() - 1, 0);
+    caret_ = std::min(caret, last);
+    anchor_ = std::min(anchor, last);
+    verticalScrollBar()->setValue(top);
+    emit placeChanged();
+}
+
+void HexView::select(int first, int count) {
+    const int last = std::max(layout_.bytes() - 1, 0);
+    anchor_ = std::clamp(first, 0, last);
+    moveTo(std::min(first + count - 1, last), true);
 }
 
 void HexView::setCaret(int index) {
@@ -165,6 +184,7 @@ void HexView::showCaret() {
         verticalScrollBar()->setValue(line - linesOnPage() + 1);
     viewport()->update();
     tellHexViewChanged(*this);
+    emit placeChanged();
 }
 
 void HexView::resizeEvent(QResizeEvent* event) {

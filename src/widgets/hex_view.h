@@ -23,6 +23,10 @@ public:
     void setBytes(std::string bytes);
     [[nodiscard]] const std::string& bytes() const { return bytes_; }
 
+    /// Shows other bytes at the same place: caret, selection and the lines in view stay as far as there are bytes.
+    /// Tells no caret move.
+    void setBytesInPlace(std::string bytes);
+
     [[nodiscard]] int caret() const { return caret_; }
     /// Moves the caret and brings it into view; held within the bytes. Tells no caret move.
     void setCaret(int index);
@@ -33,6 +37,8 @@ public:
         int count = 0;
     };
     [[nodiscard]] Selection selection() const;
+    /// Selects `count` bytes, at least 2, from `first` on, held within the bytes, as the person would: tells the move.
+    void select(int first, int count);
     [[nodiscard]] std::string selectedBytes() const;
     /// What Ctrl+C puts on the clipboard: pairs of digits, or characters when the text pane has the caret.
     [[nodiscard]] QString selectionText() const;
@@ -47,6 +53,8 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 signals:
+    /// The caret or the bytes are others, whoever changed them.
+    void placeChanged();
     /// The person moved the caret, or clicked the byte on which it stands already.
     void caretMoved(int index);
 

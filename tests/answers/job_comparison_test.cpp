@@ -70,6 +70,38 @@ TEST_F(JobComparisonTest, FoldersCanBeCutOff) {
     EXPECT_EQ(counted(Change::Same), 1);
 }
 
+TEST_F(JobComparisonTest, ChangesComeByPathWhateverTheOrderOfTheWalk) {
+    for (const char* path : {"z/1", "z/2", "a/1", "a/2", "lost/b", "lost/a"}) first.add(path, Grade::Good);
+    for (const char* path : {"new/b", "z/2", "z/1", "a/2", "a/1", "new/a"}) second.add(path, Grade::Corrupt, 7);
+    EXPECT_THAT(compare(), ElementsAre("worse a/1", "worse a/2", "gained new/a", "gained new/b", "worse z/1",
+                                       "worse z/2", "lost lost/a", "lost lost/b"));
+}
+
+TEST_F(JobComparisonTest, OfSeveralRowsWithOnePathTheLastOneCounts) {
+    first.add("a", Grade::Good);
+    first.add("a", Grade::Corrupt);
+    second.add("a", Grade::Good);
+    second.add("a", Grade::Corrupt);
+    second.add("b", Grade::Good, 5);
+    second.add("b", Grade::Corrupt, 6);
+    EXPECT_THAT(compare(), ElementsAre("gained b"));
+    EXPECT_EQ(counted(Change::Same), 1);
+}
+
+TEST_F(JobComparisonTest, OfEqualFilesEachMovesOnce) {
+    for (const char* path : {"a/one", "b/one", "c/one"}) first.add(path, Grade::Good);
+    for (const char* path : {"x/one", "y/one"}) second.add(path, Grade::Good);
+    EXPECT_THAT(compare(), ElementsAre("moved x/one from c/one", "moved y/one from b/one", "lost a/one"));
+}
+
+TEST_F(JobComparisonTest, AFolderThatOnlyBeginsAlikeIsNotCutOff) {
+    first.add("disk1/sub/a", Grade::Good);
+    first.add("disk10/b", Grade::Good);
+    second.add("sub/a", Grade::Good);
+    EXPECT_THAT(compare("disk1"), ElementsAre());
+    EXPECT_EQ(counted(Change::Same), 1);
+}
+
 TEST_F(JobComparisonTest, AJobIsTheSameAsItself) {
     for (int i = 0; i < 100; ++i) {
         first.add("f" + std::to_string(i), Grade::Unknown, i);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "editors/bench_heads.h"
 
+#include "editors/history_effect.h"
+#include "editors/listed_consensus.h"
 #include "evidence/evidence_fixture.h"
 #include "evidence/job_keys.h"
 #include "text/list_text.h"
@@ -83,6 +85,43 @@ TEST_F(BenchHeadsTest, TextThatOneJobAloneHoldsIsMarked) {
     const auto known = offerTerms(loadBench(wished, kGoOn), wished);
     ASSERT_FALSE(known.empty());
     EXPECT_FALSE(known.front().ofOneJob);
+}
+
+TEST_F(BenchHeadsTest, ListedFilesAreComparedByTheirKeptHeadsAndElseByThoseOnTheDisk) {
+    keep("1", {{"bad.qlx", "QLX!a"}});
+    folder.write("source/bad.qlx", "LATER");
+    folder.write("source/new.qlx", "QLX!b");
+    const auto found = consensusOf(wish({"bad.qlx", "gone.qlx", "new.qlx"}), kGoOn);
+    EXPECT_EQ(found.files, 2U);
+    EXPECT_EQ(consensusText(found), "All 2 files share 4 of 512 bytes: 1-4");
+}
+
+TEST_F(BenchHeadsTest, AChangeTellsHowManyKeptHeadsWereGoodBeforeAndAfter) {
+    keep("1", {{"a.qlx", "QLX!1"}, {"b.qlx", "QLX!2"}, {"c.qlx", "OTHER"}, {"d.png", "QLX!3"}});
+    keep("2", {{"e.qlx", "qlx!4"}});
+    DatabaseChange change;
+    change.files = {{"Database/QLX.dat", "1,OTHER,T\r\n", "1,QLX!,T\r\n1,OTHER,T\r\n"},
+                    {"Database/gif.dat", "1,GIF,T\r\n", std::nullopt},
+                    {"Settings/SkipList.dat", "a\r\n", "b\r\n"}};
+    const auto effects = effectsOf({change, DatabaseChange()}, folder.path(), kGoOn);
+    ASSERT_EQ(effects.size(), 2U);
+    EXPECT_EQ(effects[0], (std::vector<ChangeEffect>{{"qlx", 4, 1, 4}}));
+    EXPECT_TRUE(effects[1].empty());
+    EXPECT_EQ(effectText(effects[0]), "Of 4 kept heads of qlx 1 were good before and 4 after");
+    EXPECT_EQ(effectText({}), "");
+}
+
+TEST_F(BenchHeadsTest, ARemovedTermFileLeavesNoHeadGood) {
+    keep("1", {{"a.qlx", "QLX!1"}});
+    DatabaseChange change;
+    change.files = {{"Database/qlx.dat", "1,QLX!,T\r\n", std::nullopt}};
+    EXPECT_EQ(effectsOf({change}, folder.path(), kGoOn)[0], (std::vector<ChangeEffect>{{"qlx", 1, 1, 0}}));
+}
+
+TEST_F(BenchHeadsTest, AComparisonThatIsStoppedGivesWhatItHas) {
+    folder.write("source/new.qlx", "QLX!b");
+    const std::atomic<bool> stop{true};
+    EXPECT_EQ(consensusOf(wish({"new.qlx"}), stop).files, 0U);
 }
 
 }  // namespace

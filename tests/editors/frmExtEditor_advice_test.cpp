@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "editors/editor_screen.h"
+#include "editors/frmExtEditor_consensus.h"
 #include "evidence/evidence_store.h"
 #include "text/list_text.h"
 #include "viewer/editor_handover.h"
@@ -25,6 +26,9 @@ private slots:
     void aSuggestedTermFillsTheCriteriaByOneClick();
     void filesWithNothingInCommonHaveNoSuggestion();
     void markedBytesGoToTheCriteriaByOneKey();
+    void whatAllFilesShareStandsAboveTheHexView();
+    void oneKeySelectsTheNextBytesThatAllFilesShare();
+    void steppingKeepsTheSameBytesInView();
     void theOtherEditorsJudgeTheirTermsToo();
 
 private:
@@ -134,6 +138,51 @@ void FrmExtEditorAdviceTest::markedBytesGoToTheCriteriaByOneKey() {
     QCOMPARE(screen_->text("Text2"), QStringLiteral("3"));
     QCOMPARE(screen_->text("Text3"), QStringLiteral("0102").left(2 * static_cast<int>(hex.selectedBytes().size())));
     QCOMPARE(screen_->control<QComboBox>("Combo2").currentText(), QStringLiteral("HEX"));
+}
+
+void FrmExtEditorAdviceTest::whatAllFilesShareStandsAboveTheHexView() {
+    openEditor({"QLX!1MARK", "QLX!2MARK"});
+    auto& line = screen_->control<ConsensusLine>("consensus_");
+    QTRY_COMPARE(screen_->control<QLabel>("shared_").text(),
+                 QStringLiteral("All 2 files share 8 of 512 bytes: 1-4, 6-9"));
+    QCOMPARE(line.accessibleDescription(), screen_->control<QLabel>("shared_").text());
+    auto& hex = screen_->control<HexView>("Hex1");
+    for (const int place : {0, 9, 15}) {
+        const QPoint above(hex.viewport()->mapTo(line.window(), hex.byteRect(place, HexPane::Hex).center()));
+        const QPoint inLine(line.mapFrom(line.window(), above).x(), line.height() - 6);
+        QCOMPARE(line.placeAt(inLine), place);
+    }
+    QTest::mouseClick(&line, Qt::LeftButton, Qt::NoModifier, QPoint(line.width() / 2, 4));
+    QVERIFY(hex.caret() > 100);
+    QVERIFY(screen_->control<QLabel>("shared_").geometry().left() > screen_->control<QLabel>("Label6").x());
+}
+
+void FrmExtEditorAdviceTest::oneKeySelectsTheNextBytesThatAllFilesShare() {
+    openEditor({"aQLX!1MARK", "bQLX!2MARK"});
+    QTRY_VERIFY(screen_->control<QAction>("nextMark_").isEnabled());
+    auto& hex = screen_->control<HexView>("Hex1");
+    hex.setFocus();
+    QTest::keyClick(&hex, Qt::Key_M, Qt::ControlModifier);
+    QCOMPARE(hex.selectedBytes(), std::string("QLX!"));
+    QCOMPARE(screen_->text("Text2"), QStringLiteral("2"));
+    QTest::keyClick(&hex, Qt::Key_M, Qt::ControlModifier);
+    QCOMPARE(hex.selectedBytes(), std::string("MARK"));
+    QTest::keyClick(&hex, Qt::Key_B, Qt::ControlModifier);
+    QCOMPARE(screen_->text("Text2"), QStringLiteral("7"));
+    QCOMPARE(screen_->text("Text3"), QStringLiteral("MARK"));
+    QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("Command11"));
+}
+
+void FrmExtEditorAdviceTest::steppingKeepsTheSameBytesInView() {
+    openEditor({"QLX!first", "QLX!other", "QLX!third"});
+    auto& hex = screen_->control<HexView>("Hex1");
+    hex.select(4, 5);
+    QCOMPARE(hex.selectedBytes(), std::string("first"));
+    QTest::keyClick(&screen_->window(), Qt::Key_Right, Qt::AltModifier);
+    QTRY_COMPARE(hex.selectedBytes(), std::string("other"));  // a button that a key presses stays down for a moment
+    QCOMPARE(screen_->text("Text2"), QString());
+    QTest::keyClick(&screen_->window(), Qt::Key_Left, Qt::AltModifier);
+    QTRY_COMPARE(hex.selectedBytes(), std::string("first"));
 }
 
 void FrmExtEditorAdviceTest::theOtherEditorsJudgeTheirTermsToo() {

@@ -6,6 +6,7 @@
 
 #include "app/database_history.h"
 #include "editors/editor_screen.h"
+#include "evidence/evidence_store.h"
 
 using namespace quillon;
 
@@ -22,6 +23,7 @@ private slots:
     void aNoteStandsBesideItsChange();
     void withoutChangesNothingCanBeDone();
     void theShareHasAHistoryOfItsOwn();
+    void theChosenChangeTellsWhatItDidToKeptHeads();
 
 private:
     /// As the Extension Editor does it.
@@ -106,6 +108,34 @@ void FrmHistoryTest::whatCannotBeUndoneIsTold() {
     screen_->click("undo_");
     QCOMPARE(toQt(screen_->bytesOf("local/Database/qlx.dat")), QStringLiteral("1,CCC,T\r\n"));
     QVERIFY2(screen_->problems.isEmpty(), qPrintable(screen_->problems.join(QLatin1Char('\n'))));
+}
+
+void FrmHistoryTest::theChosenChangeTellsWhatItDidToKeptHeads() {
+    const NativePath evidence = screen_->folder / "local/4711.sqlite";
+    QVERIFY(EvidenceStore::create(evidence));
+    auto store = EvidenceStore::open(evidence);
+    QVERIFY(store);
+    for (const char* bytes : {"AAAx", "AAAy", "BBBz"}) {
+        FileHead head;
+        head.length = kHeaderBytes;
+        head.bytes.fill('-');
+        std::ranges::copy(std::string_view(bytes), head.bytes.begin());
+        EvidenceRow row;
+        row.name = bytes;
+        row.extension = "qlx";
+        row.size = 600;
+        row.grade = Grade::Corrupt;
+        QVERIFY(store->add(row, &head));
+    }
+    QVERIFY(store->finish());
+    teach("1,AAA,T\r\n");
+    teach("1,AAA,T\r\n1,BBB,T\r\n");
+    screen_->open();
+    changes().setCurrentRow(0);
+    auto& effect = screen_->control<QLabel>("effect_");
+    QTRY_COMPARE(effect.text(), QStringLiteral("Of 3 kept heads of qlx 2 were good before and 3 after"));
+    changes().setCurrentRow(1);
+    QTRY_COMPARE(effect.text(), QStringLiteral("Of 3 kept heads of qlx 0 were good before and 2 after"));
 }
 
 void FrmHistoryTest::aNoteStandsBesideItsChange() {

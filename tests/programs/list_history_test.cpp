@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/database_history.h"
+#include "evidence/evidence_store.h"
 #include "platform/whole_file.h"
 #include "programs/command_fixture.h"
 #include "programs/list_command.h"
@@ -74,6 +75,31 @@ TEST_F(ListHistoryTest, ARemarkStandsBesideItsChange) {
     EXPECT_EQ(json()[0]["remarks"], nlohmann::json::array({"new maker"}));
     EXPECT_EQ(history({"--about", id}), 2) << "a remark has words";
     EXPECT_EQ(history({"--about", id, "--remark", "x", "--undo", id}), 2);
+}
+
+TEST_F(ListHistoryTest, AskedForItTellsWhatBecameOfKeptHeads) {
+    const NativePath evidence = folder / "local/4711.sqlite";
+    ASSERT_TRUE(EvidenceStore::create(evidence));
+    auto store = EvidenceStore::open(evidence);
+    ASSERT_TRUE(store);
+    FileHead head{kHeaderBytes, {}};
+    head.bytes.fill(' ');
+    head.bytes[0] = 'M';
+    EvidenceRow row;
+    row.name = "a.new";
+    row.extension = "new";
+    row.grade = Grade::Corrupt;
+    ASSERT_TRUE(store->add(row, &head));
+    ASSERT_TRUE(store->finish());
+    teach("1,M,T\r\n");
+    ASSERT_EQ(history({}), 0);
+    EXPECT_EQ(out.str().find("kept heads"), std::string::npos) << "not asked for";
+    ASSERT_EQ(history({"--effect"}), 0) << err.str();
+    EXPECT_NE(out.str().find("    Of 1 kept heads of new 0 were good before and 1 after\n"), std::string::npos)
+        << out.str();
+    ASSERT_EQ(history({"--effect", "--json"}), 0);
+    EXPECT_EQ(json()[0]["effects"],
+              nlohmann::json::array({{{"extension", "new"}, {"heads", 1}, {"before", 0}, {"after", 1}}}));
 }
 
 TEST_F(ListHistoryTest, NothingChangedIsNothingToTell) {

@@ -49,6 +49,31 @@ TEST_F(NotedStepsTest, TermFilesThatAJobTakesAwayAreNoted) {
     EXPECT_EQ(notes().front().files, (std::vector<FileChange>{{"Database/old.dat", "1,old,T\r\n", std::nullopt}}));
 }
 
+TEST_F(NotedStepsTest, TheNotesOfARefreshNameItsJob) {
+    folder.write("share/Database/jpg.dat", "1,new,T\r\n");
+    folder.write("share/Settings/CommonHeaders.dat", "new\r\n");
+    folder.write("local/Database/old.dat", "1,old,T\r\n");
+    const Paths& paths = installation.paths();
+    EXPECT_FALSE(moveOrphansAway(findOrphanTermFiles(paths, progress), paths, kept, "4711").lostNote);
+    EXPECT_FALSE(copyChangedTermFiles(databaseFiles(paths.sharedDatabase), paths, kept, progress, "4711").lostNote);
+    ASSERT_TRUE(fetchCommonHeaders(paths, kept, "4711"));
+    ASSERT_EQ(notes().size(), 3U);
+    for (const auto& note : notes()) EXPECT_EQ(note.job, "4711") << note.files.front().file;
+}
+
+TEST_F(NotedStepsTest, ARefreshWithoutRoomForItsNoteIsDoneAndTellsSo) {
+    folder.write("local/Settings/History", "a file in the way");
+    folder.write("share/Database/jpg.dat", "1,new,T\r\n");
+    folder.write("local/Database/old.dat", "1,old,T\r\n");
+    const Paths& paths = installation.paths();
+    const auto moved = moveOrphansAway(findOrphanTermFiles(paths, progress), paths, kept);
+    EXPECT_EQ(moved.removed, 1U);
+    EXPECT_TRUE(moved.lostNote);
+    const auto fetched = copyChangedTermFiles(databaseFiles(paths.sharedDatabase), paths, kept, progress);
+    EXPECT_EQ(fetched.copied, 1U);
+    EXPECT_TRUE(fetched.lostNote);
+}
+
 TEST_F(NotedStepsTest, RuleListsThatAJobFetchesAreNoted) {
     for (const char* name : {"CommonHeaders.dat", "SkipList.dat", "BadSectors.dat"})
         folder.write(std::string("share/Settings/") + name, "new\r\n");

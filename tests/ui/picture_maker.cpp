@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -95,8 +96,13 @@ public:
         control<Grid>(viewer, "iGrid1").setCurrentRow(0);
         save(viewer, QStringLiteral("list"));
         control<QPushButton>(viewer, "Command3").click();
-        if (QWidget* editor = context_.navigator.window(Screen::ExtEditor))
+        if (QWidget* editor = context_.navigator.window(Screen::ExtEditor)) {
+            // What the files share comes from a thread of its own.
+            const auto& shared = control<QLabel>(*editor, "shared_");
+            for (int turn = 0; turn < 100 && shared.text().isEmpty(); ++turn)
+                QApplication::processEvents(QEventLoop::WaitForMoreEvents);
             save(*editor, QStringLiteral("editor"));
+        }
         context_.navigator.unload(Screen::ExtEditor);
         context_.navigator.unload(Screen::ViewList);
     }

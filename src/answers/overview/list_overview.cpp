@@ -50,15 +50,12 @@ private:
 
 Result<std::unique_ptr<OverviewSource>> ListOverview::read(JobAnswers& list) {
     std::unique_ptr<ListOverview> overview(new ListOverview);
-    EvidenceRow file;
-    while (true) {
-        const auto more = list.next(file);
-        if (!more)
-            return failure(more.error());
-        if (!*more)
-            break;
+    const auto read = eachFile(list, [&overview](const EvidenceRow& file) -> Result<void> {
         overview->add(file);
-    }
+        return {};
+    });
+    if (!read)
+        return failure(read.error());
     overview->sumUp();
     return overview;
 }

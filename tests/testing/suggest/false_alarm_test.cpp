@@ -35,6 +35,22 @@ BenchHeads bench() {
     return all;
 }
 
+TEST(FalseAlarm, ATermAnywhereIsFoundAtBothEndsAndAmongBytesOfItsOwn) {
+    BenchHeads all;
+    all.extensions = {"docx"};
+    all.jobs = {"1"};
+    const std::string zeros(kHeaderBytes - 4, '\0');
+    for (const std::string& bytes :
+         {zeros + std::string("\0\0AB", 4), std::string("\0\0AB", 4) + zeros, std::string("AB"),
+          std::string("xx\0\0A\0\0ABx", 10), zeros + "ABAB", zeros + std::string("x\0\0A", 4)}) {
+        all.heads.push_back(head(bytes.substr(0, kHeaderBytes)));
+        all.kinds.push_back({0, 0, true});
+    }
+    EXPECT_EQ(judgeTerm(term("0", "00004142", "H"), "zip", all, {}, {}, -1).hits, 4U);
+    EXPECT_EQ(judgeTerm(term("0", "4142", "H"), "zip", all, {}, {}, -1).hits, 5U);
+    EXPECT_EQ(judgeTerm(term("0", "414243", "H"), "zip", all, {}, {}, -1).hits, 0U);
+}
+
 TEST(FalseAlarm, CountsGoodFilesOfOtherExtensions) {
     const auto alarm = judgeTerm(term("1", "504B0304", "H"), "zip", bench(), {head("pk\x03\x04"), head("abc")}, {}, -1);
     EXPECT_EQ(alarm.length, 4U);
