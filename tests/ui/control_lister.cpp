@@ -59,10 +59,11 @@ void listScreens() {
     test::MainWindow main;
     main.addScreens();
     listControls(main.open());
-    for (const Screen screen : {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders,
-                                Screen::SkipList, Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector,
-                                Screen::Overview, Screen::Copies, Screen::Zip, Screen::SetupWizard, Screen::SetupNetwork,
-                                Screen::About, Screen::Help, Screen::History, Screen::SectorMarkers}) {
+    for (const Screen screen :
+         {Screen::ViewList, Screen::ExtEditor, Screen::Updatedb, Screen::CommonHeaders, Screen::SkipList,
+          Screen::Errors, Screen::BadSectors, Screen::PreviewBadSector, Screen::Overview, Screen::Copies, Screen::Zip,
+          Screen::SetupWizard, Screen::SetupNetwork, Screen::About, Screen::Help, Screen::History,
+          Screen::SectorMarkers}) {
         main.navigator.open(screen);
         listControls(*main.navigator.window(screen));
     }
