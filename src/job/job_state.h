@@ -172,7 +172,7 @@ enum class JobPhase {
     Reporting,  ///< the completion report is on its way
     Scanning,   ///< the job is complete, and its files are read to their ends
 };
-inline constexpr std::size_t kJobPhases = 9;
+inline constexpr std::size_t kJobPhases = 10;
 
 /// What came of the completion report.
 enum class ReportState { NotSent, Acknowledged, NotAcknowledged };
