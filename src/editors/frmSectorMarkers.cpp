@@ -12,6 +12,7 @@
 
 #include "editors/bad_sector_marker.h"
 #include "editors/sector_preview.h"
+#include "text/fields.h"
 #include "text/list_text.h"
 #include "text/page_text.h"
 #include "widgets/control_maker.h"
@@ -26,12 +27,18 @@ namespace quillon {
 
 namespace {
 
+// A blank at either end belongs to the marker, and nobody would see it.
+std::string shownMarker(const std::string& marker) {
+    const std::string text = readable(std::string_view(marker));
+    return trim(std::string_view(marker)) == marker ? text : "\"" + text + "\"";
+}
+
 GridRow gridRow(const SectorMarkersEditor::Row& row) {
     const SectorMarkersEditor::Fields& fields = row.fields;
     const auto shown = [](const std::string& text) { return readable(std::string_view(text)); };
     if (row.marker.bytes.empty())
         return {{shown(fields.name), shown(toUtf8(PageText{row.line})), "", "", "marks nothing"}, {}};
-    return {{shown(fields.name), shown(fields.marker), fields.hexadecimal ? "Hex" : "Text",
+    return {{shown(fields.name), shownMarker(fields.marker), fields.hexadecimal ? "Hex" : "Text",
              row.marker.position == 0 ? "anywhere" : std::to_string(row.marker.position),
              fields.repeating ? "to the sector's end" : "once"},
             {}};

@@ -41,7 +41,7 @@ private:
 void FrmSectorMarkersTest::init() {
     screen_ = std::make_unique<test::EditorScreen>(Screen::SectorMarkers);
     screen_->folder.write("local/Settings/BadSectors.dat",
-                          "0,BAD SECTOR,T,R,tool A\r\n1,0A2320706F73,H,O,tool B\r\nnonsense\r\n");
+                          "0,BAD SECTOR ,T,R,tool A\r\n1,0A2320706F73,H,O,tool B\r\nnonsense\r\n");
     screen_->open();
 }
 
@@ -87,7 +87,7 @@ void FrmSectorMarkersTest::theListTellsEachMarker() {
         for (int column = 0; column < markers().columnCount(); ++column) cells << toQt(markers().cell(row, column));
         rows << cells.join(QLatin1Char('|'));
     }
-    QCOMPARE(rows, QStringList({QStringLiteral("tool A|BAD SECTOR|Text|anywhere|to the sector's end"),
+    QCOMPARE(rows, QStringList({QStringLiteral("tool A|\"BAD SECTOR \"|Text|anywhere|to the sector's end"),
                                 QStringLiteral("tool B|0A2320706F73|Hex|1|once"),
                                 QStringLiteral("|nonsense|||marks nothing")}));
     QVERIFY(!isEnabled("delete_"));

@@ -89,6 +89,14 @@ TEST_F(ScanCommandTest, WithoutEvidenceNothingIsRead) {
     EXPECT_TRUE(told("no evidence")) << err.str();
 }
 
+TEST_F(ScanCommandTest, AnInstallationThatIsNotWholeIsToldScriptsToo) {
+    folder.write("app/settings.dat", "");
+    EXPECT_EQ(scan({"--json"}), 1);
+    EXPECT_EQ(json()["end"], "failed");
+    EXPECT_EQ(json()["detail"], "the installation is not whole");
+    EXPECT_EQ(json()["status"], 1);
+}
+
 TEST_F(ScanCommandTest, ItTakesNoOptionOfANewJob) {
     EXPECT_EQ(scan({"--no-test"}), 2);
     EXPECT_TRUE(told("--scan-sectors without --source takes no --no-test")) << err.str();

@@ -18,7 +18,8 @@ protected:
         int number = 0;
         for (const Grade grade : {Grade::Good, Grade::Good, Grade::Corrupt, Grade::Unknown}) {
             ++number;
-            ASSERT_TRUE(store.add(rowOf(number, "", std::to_string(number) + ".jpg", grade), nullptr));
+            EvidenceRow row = rowOf(number, "", std::to_string(number) + ".jpg", grade);
+            ASSERT_TRUE(store.add(row, nullptr));
         }
         ASSERT_TRUE(store.finish());
     }

@@ -246,6 +246,7 @@ TEST_F(NetworkSetupTest, AHostileArchiveIsAnErrorDecompressing) {
 }
 
 TEST_F(NetworkSetupTest, BadSectorMarkersGoWithTheOtherRulesWithoutAWord) {
+    folder.write("app/Errors.dat", "1");
     folder.write("local/Settings/SkipList.dat", "2");
     folder.write("local/Settings/BadSectors.dat", "0,BAD,T,R,BAD\r\n");
     copyOnly(kSystemMessagesBox);

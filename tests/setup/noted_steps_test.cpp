@@ -9,6 +9,7 @@
 #include "setup/setup_folders.h"
 #include "setup/shared_database.h"
 #include "testing/report_messages.h"
+#include "testing/sector_markers.h"
 #include "testing/skip_list.h"
 
 namespace quillon::test {
