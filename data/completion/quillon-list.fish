@@ -10,7 +10,7 @@ complete -c quillon-list -l grade -x -a 'good corrupt no-extension unknown encry
 complete -c quillon-list -l ext -x -d 'Only these extensions'
 complete -c quillon-list -l reason -x -a 'bad-sector zero-filled fill leading-zeros shifted other-format text noise structured' -d 'Only these reasons'
 complete -c quillon-list -l below -x -d 'Only below this folder of the source'
-complete -c quillon-list -l doubt -d 'Only files whose head speaks against them'
+complete -c quillon-list -l doubt -d 'Only files whose head or end speaks against them'
 complete -c quillon-list -l unread -d 'Only files of which something could not be read'
 complete -c quillon-list -s 0 -l null -d 'Names as they are, a zero byte behind each'
 complete -c quillon-list -l absolute -d 'Whole paths'

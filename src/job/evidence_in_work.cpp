@@ -70,26 +70,26 @@ std::optional<Grade> EvidenceInWork::grade() const {
 void EvidenceInWork::graded(const FileVerdict& verdict) {
     if (!found_)
         return;
-    EvidenceRow row = row_;
-    RowDescriber::judge(verdict, *messages_, row);
-    row.unread = row_.unread;
-    change(row);
+    now_ = row_;
+    RowDescriber::judge(verdict, *messages_, now_);
+    now_.unread = row_.unread;
+    change();
 }
 
 // The messages may be others than those of the job.
 void EvidenceInWork::kept(std::u16string_view text) {
     if (!found_)
         return;
-    EvidenceRow row = row_;
-    const bool plain = row.grade && text == (*messages_)[*row.grade];
-    row.result = plain ? std::nullopt : std::optional(utf16ToUtf8(text));
-    change(row);
+    now_ = row_;
+    const bool plain = now_.grade && text == (*messages_)[*now_.grade];
+    now_.result = plain ? std::nullopt : std::optional(utf16ToUtf8(text));
+    change();
 }
 
-void EvidenceInWork::change(EvidenceRow& row) {
-    if (lost_ || row == row_)
+void EvidenceInWork::change() {
+    if (lost_ || now_ == row_)
         return;
-    noteUnless(store_.change(row));
+    noteUnless(store_.change(now_));
     if (lost_ || ++changes_ < kRowsInPart)
         return;
     changes_ = 0;

@@ -50,7 +50,7 @@ public:
 private:
     EvidenceInWork(EvidenceReader reader, EvidenceStore store, const NativePath& source, const ReportMessages& messages)
         : reader_(std::move(reader)), store_(std::move(store)), describer_(source), messages_(&messages) {}
-    void change(EvidenceRow& row);
+    void change();
     void noteUnless(const Result<void>& done);
     [[nodiscard]] std::string countersWith(const JobState& state);
 
@@ -65,6 +65,7 @@ private:
     bool found_ = false;
     bool damaged_ = false;
     EvidenceRow row_;  // of the file in work, as it stands in the evidence
+    EvidenceRow now_;  // as it is to stand there
     EvidenceRow listed_;
 };
 

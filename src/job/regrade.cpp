@@ -118,14 +118,12 @@ Result<void> Regrade::rewrite(const NativePath& list, EvidenceInWork& evidence) 
     auto replacement = Replacement::begin(list);
     if (!replacement)
         return failure(replacement.error());
-    auto writer = ListWriter::into(replacement->takeFile(), reader->encoding());
-    if (!writer)
-        return failure(writer.error());
+    GatheredRows writer(replacement->takeFile(), reader->encoding());
     evidence.begin();
     const auto placed =
-        writeRows(*reader, *writer, evidence)
-            .and_then([&] { return answerBeside(context_.surroundings.loop, [&writer] { return writer->sync(); }); })
-            .and_then([&] { return writer->close(); })
+        writeRows(*reader, writer, evidence)
+            .and_then([&] { return answerBeside(context_.surroundings.loop, [&writer] { return writer.sync(); }); })
+            .and_then([&] { return writer.close(); })
             .and_then([&] { return replacement->arrive(); });
     if (!placed)
         return placed;
@@ -137,15 +135,15 @@ Result<void> Regrade::rewrite(const NativePath& list, EvidenceInWork& evidence) 
     return {};
 }
 
-Result<void> Regrade::writeRows(ListReader& from, ListWriter& to, EvidenceInWork& evidence) {
+Result<void> Regrade::writeRows(ListReader& from, GatheredRows& to, EvidenceInWork& evidence) {
     while (from.next(row_)) {
         ++context_.state.counters.rowsRead;
-        regradeRow(evidence);
-        if (auto written = to.write(next_); !written)
+        const ListRow& row = regradeRow(evidence);
+        if (auto written = to.write(row); !written)
             return written;
-        evidence.lineWritten(next_);
+        evidence.lineWritten(row);
         if (wish_.rowWritten)
-            wish_.rowWritten(next_);
+            wish_.rowWritten(row);
         context_.turn();
         if (context_.stopsAtOnce())
             return failure(ErrorKind::PathAccess, "stopped");
@@ -157,37 +155,45 @@ bool Regrade::isWished() const {
     return !wish_.extension || lowered(std::u16string(trim(row_.extension()))) == *wish_.extension;
 }
 
-// Makes the row of the new list.
-void Regrade::regradeRow(EvidenceInWork& evidence) {
+// The row of the new list; good until the next call.
+const ListRow& Regrade::regradeRow(EvidenceInWork& evidence) {
     evidence.find(row_);
     if (!isWished())
         return leaveRow(evidence);
     ++result_.counts.rows;
     if (!row_.has(ListColumn::Result))
         return keepRow(evidence);
-    next_.assign(walkedPart(row_));
     const auto verdict = verdictOf(evidence);
     if (!verdict)
         return keepRow(evidence);
-    next_.add(verdict->text);
     ++result_.counts.graded;
-    result_.counts.changed += next_.line() == row_.line() ? 0 : 1;
     evidence.graded(*verdict);
+    return withText(verdict->text);
+}
+
+const ListRow& Regrade::withText(std::u16string_view text) {
+    const auto walked = walkedPart(row_);
+    if (row_.line().substr(walked.size() + 1) == text)
+        return row_;
+    ++result_.counts.changed;
+    next_.assign(walked);
+    next_.add(text);
+    return next_;
 }
 
 // None for a row that needs a head and has none.
 std::optional<FileVerdict> Regrade::verdictOf(EvidenceInWork& evidence) {
-    if (next_.extension().empty()) {
+    if (row_.extension().empty()) {
         ++context_.state.counters[Grade::NoExtension];
         FileVerdict verdict;
         verdict.grade = Grade::NoExtension;
         verdict.text = grader_.messages()[Grade::NoExtension];
         return verdict;
     }
-    if (grader_.mayOpen(next_) && evidence.head() == nullptr)
+    if (grader_.mayOpen(row_) && evidence.head() == nullptr)
         return std::nullopt;
     KeptHead heads(evidence);
-    auto verdict = grader_.checkFile(next_, next_.extension(), heads);
+    auto verdict = grader_.checkFile(row_, row_.extension(), heads);
     if (heads.missed()) {  // a term file that came this moment
         --context_.state.counters[Grade::AccessError];
         return std::nullopt;
@@ -195,23 +201,23 @@ std::optional<FileVerdict> Regrade::verdictOf(EvidenceInWork& evidence) {
     return verdict ? std::optional(std::move(*verdict)) : std::nullopt;
 }
 
-void Regrade::keepRow(EvidenceInWork& evidence) {
+const ListRow& Regrade::keepRow(EvidenceInWork& evidence) {
     ++result_.counts.kept;
     result_.counts.damaged += evidence.isDamaged() ? 1 : 0;
-    leaveRow(evidence);
+    return leaveRow(evidence);
 }
 
 // The row stays as it is, and counts for the quality as what it says.
-void Regrade::leaveRow(EvidenceInWork& evidence) {
+const ListRow& Regrade::leaveRow(EvidenceInWork& evidence) {
     allByOneRule_ = false;
-    next_.assign(row_.line());
     if (!row_.has(ListColumn::Result))
-        return;
+        return row_;
     const std::u16string_view text = row_.line().substr(walkedPart(row_).size() + 1);
     const auto told = evidence.grade();
     if (const auto grade = told ? told : gradeOfText(text, job_.messages))
         ++context_.state.counters[*grade];
     evidence.kept(text);
+    return row_;
 }
 
 }  // namespace quillon

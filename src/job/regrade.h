@@ -9,7 +9,7 @@
 #include <optional>
 #include <string>
 
-#include "app/file_list.h"
+#include "app/gathered_rows.h"
 #include "job/job.h"
 
 namespace quillon {
@@ -73,12 +73,13 @@ private:
     [[nodiscard]] RegradeEnd endsBy(RegradeEnd end, std::string why);
     void loadRules();
     [[nodiscard]] Result<void> rewrite(const NativePath& list, EvidenceInWork& evidence);
-    [[nodiscard]] Result<void> writeRows(ListReader& from, ListWriter& to, EvidenceInWork& evidence);
+    [[nodiscard]] Result<void> writeRows(ListReader& from, GatheredRows& to, EvidenceInWork& evidence);
     [[nodiscard]] bool isWished() const;
-    void regradeRow(EvidenceInWork& evidence);
+    [[nodiscard]] const ListRow& regradeRow(EvidenceInWork& evidence);
+    [[nodiscard]] const ListRow& withText(std::u16string_view text);
     [[nodiscard]] std::optional<FileVerdict> verdictOf(EvidenceInWork& evidence);
-    void keepRow(EvidenceInWork& evidence);
-    void leaveRow(EvidenceInWork& evidence);
+    [[nodiscard]] const ListRow& keepRow(EvidenceInWork& evidence);
+    [[nodiscard]] const ListRow& leaveRow(EvidenceInWork& evidence);
 
     Job& job_;
     const RegradeWish wish_;

@@ -79,7 +79,7 @@ void declareWish(CLI::App& command, Given& given) {
         ->type_name("REASON");
     command.add_option("--below", given.options.wish.below, "Only below this folder of the source")
         ->type_name("FOLDER");
-    command.add_flag("--doubt", given.options.wish.doubt, "Only files whose head speaks against them");
+    command.add_flag("--doubt", given.options.wish.doubt, "Only files whose head or end speaks against them");
     command.add_flag("--unread", given.options.wish.unread, "Only files of which something could not be read");
 }
 

@@ -111,6 +111,24 @@ TEST_F(EvidenceDamageTest, AnotherVersionIsToldAsSuch) {
     EXPECT_NE(refusal().find("another version"), std::string::npos);
 }
 
+TEST_F(EvidenceDamageTest, TheFirstVersionIsReadAndBroughtUpBeforeItIsWritten) {
+    wholeBytes();
+    run("ALTER TABLE file DROP COLUMN tail_detail; ALTER TABLE file DROP COLUMN tail; PRAGMA user_version = 1");
+    const auto before = rows();
+    ASSERT_FALSE(before.empty());
+    EXPECT_EQ(answers(path, "PRAGMA user_version"), std::vector<std::string>{"1"}) << "reading changes nothing";
+    EvidenceRow row = before.front();
+    row.tail = tails::kWhole;
+    {
+        auto store = opened();
+        ASSERT_TRUE(store.setEnd(before.front(), row));
+        ASSERT_TRUE(store.commit());
+    }
+    EXPECT_EQ(answers(path, "PRAGMA user_version"), std::vector<std::string>{"2"});
+    EXPECT_EQ(rows().front(), row);
+    EXPECT_EQ(rows().back(), before.back());
+}
+
 TEST_F(EvidenceDamageTest, WhatTheProgramDidNotPutThereIsRefused) {
     for (const std::string sql :
          {"CREATE TRIGGER t AFTER UPDATE ON file BEGIN DELETE FROM file; END", "CREATE VIEW v AS SELECT 1",

@@ -114,6 +114,7 @@ void FrmViewListEvidenceTest::eachRowTellsItsReason() {
     auto& grid = control<Grid>("iGrid1");
     QCOMPARE(grid.columnCount(), 5);
     QCOMPARE(grid.columnTitle(3), std::string("Reason"));
+    QCOMPARE(grid.columnTitle(4), std::string("Doubt"));
     QVERIFY(grid.isColumnHidden(2) && !grid.isColumnHidden(3));
     QCOMPARE(grid.cell(0, 3), std::string("nothing but zero bytes"));
     QCOMPARE(grid.cell(2, 3), std::string());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "testing/second_opinion/file_end.h"
 
+#include <algorithm>
 #include <array>
 
 #include <fmt/format.h>
@@ -12,6 +13,8 @@
 namespace quillon {
 
 namespace {
+
+using namespace std::string_view_literals;
 
 struct KnownEnd {
     std::string_view format;  // as the second opinion on the head names it, or the beginning of the head
@@ -33,6 +36,10 @@ constexpr auto kEnds = std::to_array<KnownEnd>({
 });
 
 constexpr std::string_view kFilm = "ISO media";
+constexpr std::string_view kPacketFilm = "ASF";
+// The beginnings of kinds: packets; indexes by time, by packet, of objects and of time codes.
+constexpr std::array<std::string_view, 5> kPacketObjects = {"\x36\x26\xB2\x75", "\x90\x08\x00\x33"sv,
+                                                            "\xD3\x29\xE2\xD6", "\xF8\x03\xB1\xFE", "\xD0\x3F\xB7\x3C"};
 
 const KnownEnd* knownEnd(std::string_view head) {
     const auto format = secondOpinionFormat(head);
@@ -109,10 +116,33 @@ Result<Opinion> filmOpinion(Bytes head, std::uint64_t size, EndReader& reader) {
     return Opinion();
 }
 
+// "Advanced Systems Format" (Microsoft): 16 le64 length of the header; behind it objects: 16 bytes that tell their
+// kind, le64 length, which counts these. What is no object is padding, and a length of none that of a stream whose
+// writer did not come back.
+Result<Opinion> packetFilmOpinion(Bytes head, std::uint64_t size, EndReader& reader) {
+    constexpr std::uint64_t object = 24;
+    auto at = head.le64(16).value_or(size);
+    for (int reads = 0; at < size && size - at >= object && reads < kBoxReads; ++reads) {
+        const auto bytes = reader.read(at, object);
+        if (!bytes)
+            return failure(bytes.error());
+        const auto length = Bytes(*bytes).le64(16);
+        if (!length || *length < object ||
+            std::ranges::find(kPacketObjects, bytes->substr(0, 4)) == kPacketObjects.end())
+            return Opinion();
+        const auto end = plus(at, length);
+        if (auto cut = needs(end, size, "The last object of the film"))
+            return cut;
+        at = *end;
+    }
+    return Opinion();
+}
+
 }  // namespace
 
 bool hasKnownEnd(std::string_view head, std::uint64_t size) {
-    return size > 0 && (knownEnd(head) != nullptr || secondOpinionFormat(head) == kFilm);
+    return size > 0 && (knownEnd(head) != nullptr || secondOpinionFormat(head) == kFilm ||
+                        secondOpinionFormat(head) == kPacketFilm);
 }
 
 Result<Opinion> fileEndOpinion(std::string_view head, std::uint64_t size, EndReader& reader) {
@@ -120,6 +150,8 @@ Result<Opinion> fileEndOpinion(std::string_view head, std::uint64_t size, EndRea
         return Opinion();
     if (secondOpinionFormat(head) == kFilm)
         return filmOpinion(Bytes(head), size, reader);
+    if (secondOpinionFormat(head) == kPacketFilm)
+        return packetFilmOpinion(Bytes(head), size, reader);
     const auto* const known = knownEnd(head);
     return known == nullptr ? Opinion() : markOpinion(*known, size, reader);
 }

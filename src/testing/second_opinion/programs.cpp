@@ -34,6 +34,17 @@ Number segmentsEnd(Bytes head, const ElfLayout& layout, Order order) {
     return end;
 }
 
+// Behind the table of segments; 0 where there is none, or where its count stands elsewhere.
+std::uint64_t segmentTableEnd(Bytes head, const ElfLayout& layout, Order order) {
+    constexpr std::uint64_t countElsewhere = 0xFFFF;
+    const auto count = head.number(layout.counts + 2, 2, order).value_or(0);
+    if (count == 0 || count == countElsewhere)
+        return 0;
+    return plus(head.number(layout.programsPlace, layout.word, order),
+                times(head.number(layout.counts, 2, order), count))
+        .value_or(0);
+}
+
 // The last byte of the file that the load commands in the head name.
 std::uint64_t commandsEnd(Bytes head, Order order, bool wide, std::uint64_t header) {
     const auto count = head.number(16, 4, order).value_or(0);
@@ -89,7 +100,8 @@ Opinion windowsProgramOpinion(Bytes head, std::uint64_t size) {
 
 // "Tool Interface Standard: ELF" and the System V ABI: 4 class (1: 32 bits, 2: 64), 5 order (1: le, 2: be); with 32
 // (64) bits: 28 (32) place of the segments, 32 (40) place of the sections, 42 (54) 16-bit length and count of each.
-// Sections stand at the end; where they are gone, the segments tell: 4 (8) place, 16 (32) length in the file.
+// Both tables mostly stand at the end; where there are no sections, the segments tell: 4 (8) place, 16 (32) length in
+// the file. Of a file for debuggers alone they tell what the program has.
 Opinion elfOpinion(Bytes head, std::uint64_t size) {
     const auto bits = head.u8(4);
     const auto coded = head.u8(5);
@@ -102,8 +114,13 @@ Opinion elfOpinion(Bytes head, std::uint64_t size) {
     const auto count = head.number(layout.counts + 6, 2, order);
     if (!sections || !each || !count)
         return needs(layout.counts + 10, size, "A program");
-    if (*sections != 0)
-        return needs(plus(sections, times(each, std::max<std::uint64_t>(*count, 1))), size, "The table of sections");
+    if (*sections != 0) {
+        const auto end = plus(sections, times(each, std::max<std::uint64_t>(*count, 1)));
+        const auto segments = segmentTableEnd(head, layout, order);
+        if (segments > end.value_or(kLargestSize))
+            return needs(segments, size, "The table of segments");
+        return needs(end, size, "The table of sections");
+    }
     return needs(segmentsEnd(head, layout, order), size, "The table of segments");
 }
 

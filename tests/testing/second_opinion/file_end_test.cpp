@@ -88,6 +88,22 @@ std::string film(std::size_t media) {
     return box("ftyp", "isom" + std::string(12, '\0')) + box("mdat", noise(media, 3)) + box("moov", noise(3000, 4));
 }
 
+std::string le64(std::uint64_t value) {
+    return MadeHead().le64(0, value).bytes().substr(0, 8);
+}
+
+// Its properties stand behind the first 512 bytes, as where tags come first.
+std::string packetFilm(std::size_t media) {
+    const auto object = [](std::string_view kind, const std::string& body) {
+        return hexToText(kind) + le64(body.size() + 24) + body;
+    };
+    const std::string tags = object("40A4D0D207E3D21197F000A0C95EA850", std::string(2000, 't'));
+    const std::string header = le64(30 + tags.size()) + std::string("\1\0\0\0\1\2", 6) + tags;
+    return hexToText("3026B2758E66CF11A6D900AA0062CE6C") + header +
+           object("3626B2758E66CF11A6D900AA0062CE6C", noise(media, 21)) +
+           object("90080033B1E5CF1189F400A0C90349CB", noise(900, 22));
+}
+
 struct Whole {
     const char* name;
     std::string file;
@@ -110,6 +126,8 @@ std::vector<Whole> wholeFiles() {
         {"zip", zip(noise(90000, 6))},
         {"zip of a zip", zip(noise(100, 7) + zip(noise(90000, 8)) + noise(900, 9))},
         {"film", film(90000)},
+        {"film in packets", packetFilm(90000)},
+        {"film in packets with padding", packetFilm(90000) + std::string(600, '\0'), 600},
         {"rtf", "{\\rtf1 " + text + "}\r\n", 2},
         {"xml", "<?xml version=\"1.0\"?><a>" + text + "</a>\n", 1},
     };

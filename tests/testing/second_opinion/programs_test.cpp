@@ -22,6 +22,15 @@ TEST(WindowsProgramTest, SectionsAndSignatureMustBeThere) {
 TEST(ElfTest, TheTableOfSectionsIsTheEnd) {
     expectNeeds(MadeHead().hex(0, "7F454C460201").le64(40, 50000).le16(58, 64).le16(60, 30), 51920);
     expectNeeds(MadeHead().hex(0, "7F454C460102").be32(32, 50000).be16(46, 40).be16(48, 30), 51200);
+    expectNeeds(MadeHead()
+                    .hex(0, "7F454C460201")
+                    .le64(32, 51920)
+                    .le64(40, 50000)
+                    .le16(54, 56)
+                    .le16(56, 3)
+                    .le16(58, 64)
+                    .le16(60, 30),
+                52088);
     const auto stripped =
         MadeHead().hex(0, "7F454C460201").le64(32, 64).le16(54, 56).le16(56, 1).le64(72, 4096).le64(96, 9000);
     expectNeeds(stripped, 13096);
