@@ -17,8 +17,8 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
 }
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
-                       const PassContext& context)
-    : installation_(installation), messages_(messages), commonList_(commonList), context_(context) {
+                       const PassContext& context, TermFiles::Looks looks)
+    : installation_(installation), messages_(messages), commonList_(commonList), context_(context), looks_(looks) {
 }
 
 // A read that is to be given up cannot be one of the pass's own thread.
@@ -34,7 +34,7 @@ HeaderCheck& FileGrader::headerTest() {
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
         termFiles_.emplace(NativePath(folder),
-                           [this](const FileError& why) { context_.rulesNotRead("Term file", why); });
+                           [this](const FileError& why) { context_.rulesNotRead("Term file", why); }, looks_);
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;

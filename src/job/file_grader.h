@@ -25,7 +25,7 @@ class FileGrader : private HeaderCheckHost {
 public:
     /// All must outlive this. Messages and common list are read anew at each test.
     FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,
-               const PassContext& context);
+               const PassContext& context, TermFiles::Looks looks = TermFiles::Looks::AtEachTest);
     FileGrader(const FileGrader&) = delete;
     FileGrader& operator=(const FileGrader&) = delete;
 
@@ -67,6 +67,7 @@ private:
     const ReportMessages& messages_;
     const CommonList& commonList_;
     PassContext context_;
+    TermFiles::Looks looks_;
     std::optional<HeadsAhead> heads_;  // of the source in work
     std::string_view inWork_;          // path of the file that is being graded
     std::string databaseFolder_;

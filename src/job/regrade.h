@@ -57,7 +57,7 @@ public:
         : job_(job),
           wish_(std::move(wish)),
           context_(job.passContext()),
-          grader_(job.installation(), job.messages, job.commonList, context_) {}
+          grader_(job.installation(), job.messages, job.commonList, context_, TermFiles::Looks::Once) {}
 
     /// Loads messages and common list, then grades. Every line and its order stay. A row gets a new text when its head
     /// was kept or none is needed; any other keeps its own. The old list goes under Kept. State: the grades of all rows

@@ -76,9 +76,13 @@ Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>&
 }
 
 const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {
-    if (lookUps_++ % kLookUpsPerFolderCheck == 0 || !handle_.isOpen())
-        checkFolder();
     auto found = entries_.find(extension);
+    if (looks_ == Looks::Once && found != entries_.end())
+        return found->second.exists ? &found->second.terms : nullptr;
+    if (lookUps_++ % kLookUpsPerFolderCheck == 0 || !handle_.isOpen()) {
+        checkFolder();
+        found = entries_.find(extension);
+    }
     if (found == entries_.end()) {
         if (entries_.size() >= kMostEntries)
             entries_.clear();

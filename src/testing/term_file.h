@@ -47,11 +47,16 @@ struct HeaderTerm {
 /// still the same, so that an edit takes effect at the next file tested.
 class TermFiles {
 public:
+    /// How often a term file is looked for: at each test, as somebody may edit it meanwhile, or once for all, where all
+    /// files are to be judged by the same rules.
+    enum class Looks { AtEachTest, Once };
+
     /// `onProblem` hears what could not be read of the folder or of a term file: an extension whose terms are out of
     /// reach would otherwise look like one without. Of a name it hears once, of a file that is opened in vain once for
     /// each state of it.
-    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onProblem = {})
-        : folder_(std::move(databaseFolder)), onProblem_(std::move(onProblem)) {}
+    explicit TermFiles(NativePath databaseFolder, std::function<void(const FileError&)> onProblem = {},
+                       Looks looks = Looks::AtEachTest)
+        : folder_(std::move(databaseFolder)), onProblem_(std::move(onProblem)), looks_(looks) {}
 
     /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
     /// cannot be read has no terms. The result is good until the next call.
@@ -86,6 +91,7 @@ private:
 
     NativePath folder_;
     std::function<void(const FileError&)> onProblem_;
+    Looks looks_;
     Directory handle_;  // looking up in a handle is quicker than along a path
     unsigned lookUps_ = 0;
     std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
