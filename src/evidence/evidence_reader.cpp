@@ -2,6 +2,7 @@
 #include "evidence/evidence_reader.h"
 
 #include <algorithm>
+#include <span>
 
 #include "evidence/name_text.h"
 #include "evidence/row_columns.h"
@@ -84,26 +85,41 @@ Result<std::optional<std::int64_t>> EvidenceReader::jobNumber(std::string_view k
 }
 
 Result<bool> EvidenceReader::next(EvidenceRow& row) {
-    if (!inPage_)
-        page_.bind(last_, kRowsInPage);
-    auto more = page_.step();
-    if (more && !*more && inPage_)  // the next page
-        more = page_.bind(last_, kRowsInPage).step();
-    if (!more)
-        return failure(more.error());
-    inPage_ = *more;
-    if (!*more)
+    if (inPage_ == pageRows_) {
+        if (auto read = readPage(); !read)
+            return failure(read.error());
+    }
+    if (inPage_ == pageRows_)
         return false;
-    readRow(page_, row);
-    if (row.id <= last_)  // an index that leads in a circle
-        return database_.wrong("it is damaged");
+    row = rows_[inPage_++];
     last_ = row.id;
     return true;
 }
 
-void EvidenceReader::continueBehind(std::int64_t id) {
+// Some rows at once, so that a block of heads is compared with them and not with rows read once more.
+Result<void> EvidenceReader::readPage() {
+    inPage_ = pageRows_ = 0;
+    page_.bind(last_, kRowsInPage);
+    std::int64_t before = last_;
+    auto more = page_.step();
+    for (; more && *more; more = page_.step()) {
+        if (pageRows_ == rows_.size())
+            rows_.emplace_back();
+        EvidenceRow& row = rows_[pageRows_++];
+        readRow(page_, row);
+        if (row.id <= before) {  // an index that leads in a circle
+            page_.reset();
+            pageRows_ = 0;
+            return database_.wrong("it is damaged");
+        }
+        before = row.id;
+    }
     page_.reset();
-    inPage_ = false;
+    return more ? Result<void>() : failure(more.error());
+}
+
+void EvidenceReader::continueBehind(std::int64_t id) {
+    inPage_ = pageRows_ = 0;
     last_ = id;
 }
 
@@ -147,7 +163,7 @@ Result<const CheckedBlock*> EvidenceReader::blockFor(std::int64_t id) {
     Kept& kept = kept_[nextKept_];
     nextKept_ = (nextKept_ + 1) % kept_.size();
     kept.id = -1;
-    if (auto read = blocks_.read(id, kept.checked); !read)
+    if (auto read = blocks_.read(id, std::span(rows_).first(pageRows_), kept.checked); !read)
         return failure(read.error());
     kept.id = id;
     return &kept.checked;

@@ -5,6 +5,7 @@
 // within bounds; it never runs anything. Nothing is changed but what another program's death left half done.
 
 #include <array>
+#include <vector>
 
 #include "evidence/database.h"
 #include "evidence/evidence_row.h"
@@ -58,6 +59,7 @@ private:
 
     EvidenceReader(Database database, HeadBlocks blocks) : database_(std::move(database)), blocks_(std::move(blocks)) {}
     [[nodiscard]] Result<void> prepareAll();
+    [[nodiscard]] Result<void> readPage();
     [[nodiscard]] Result<const CheckedBlock*> blockFor(std::int64_t id);
     [[nodiscard]] Result<const HeadBlock*> vouchedBlock(const EvidenceRow& row);
     [[nodiscard]] static Result<bool> take(Statement& statement, EvidenceRow& row);
@@ -69,7 +71,9 @@ private:
     Statement byId_;
     Statement byPath_;
     std::int64_t last_ = 0;  // id of the last row given
-    bool inPage_ = false;
+    std::vector<EvidenceRow> rows_;  // of the page in work; they keep their room
+    std::size_t pageRows_ = 0;
+    std::size_t inPage_ = 0;  // of these, given
     std::int64_t lastFound_ = 0;  // id of the last file found by its path
     std::array<Kept, 4> kept_;    // a row that was read anew has its head in another block than its neighbours
     std::size_t nextKept_ = 0;

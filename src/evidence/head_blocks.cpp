@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/head_blocks.h"
 
+#include <algorithm>
+
 #include "evidence/digest.h"
 #include "evidence/row_columns.h"
 
@@ -47,24 +49,46 @@ Result<HeadBlocks> HeadBlocks::prepare(Database& database) {
     return HeadBlocks(std::move(*block), std::move(*row));
 }
 
-// Rows of the places from `first` to before `end`, whose files come in the order of their ids. A row that has another
-// head, or is gone, keeps the digest 0.
-Result<void> HeadBlocks::digestRows(std::int64_t id, std::size_t first, std::size_t end, CheckedBlock& checked) {
+namespace {
+
+// Compares a row with the places of its block from `place` on, which is that of the row behind it afterwards. A row that
+// has another head, or is gone, keeps the digest 0.
+void digestRow(std::int64_t block, std::size_t end, const EvidenceRow& row, std::size_t& place, CheckedBlock& checked) {
     const auto& places = checked.block.places;
-    row_.bind(places[first].file, places[end - 1].file);
+    while (place < end && places[place].file < row.id) ++place;
+    const std::int64_t head = block * kHeadsInBlock + static_cast<std::int64_t>(place);
+    if (place < end && places[place].file == row.id && row.head == head)
+        checked.rowDigests[place] = rowDigest(row);
+}
+
+bool holds(std::span<const EvidenceRow> rows, std::int64_t first, std::int64_t last) {
+    return !rows.empty() && rows.front().id <= first && last <= rows.back().id;
+}
+
+}  // namespace
+
+// The places of a run have files in the order of their ids.
+Result<void> HeadBlocks::digestRows(const Run& run, CheckedBlock& checked) {
+    const auto& places = checked.block.places;
+    row_.bind(places[run.first].file, places[run.end - 1].file);
     auto more = row_.step();
-    for (std::size_t place = first; more && *more; more = row_.step()) {
+    for (std::size_t place = run.first; more && *more; more = row_.step()) {
         readRow(row_, found_);
-        while (place < end && places[place].file < found_.id) ++place;
-        const std::int64_t head = id * kHeadsInBlock + static_cast<std::int64_t>(place);
-        if (place < end && places[place].file == found_.id && found_.head == head)
-            checked.rowDigests[place] = rowDigest(found_);
+        digestRow(run.block, run.end, found_, place, checked);
     }
     row_.reset();
     return more ? Result<void>() : failure(more.error());
 }
 
-Result<void> HeadBlocks::read(std::int64_t id, CheckedBlock& checked) {
+void HeadBlocks::digestKnown(const Run& run, std::span<const EvidenceRow> rows, CheckedBlock& checked) {
+    const auto& places = checked.block.places;
+    const std::int64_t last = places[run.end - 1].file;
+    auto row = std::ranges::lower_bound(rows, places[run.first].file, {}, &EvidenceRow::id);
+    for (std::size_t place = run.first; row != rows.end() && row->id <= last; ++row)
+        digestRow(run.block, run.end, *row, place, checked);
+}
+
+Result<void> HeadBlocks::read(std::int64_t id, std::span<const EvidenceRow> rows, CheckedBlock& checked) {
     checked = {};
     const auto found = block_.bind(id).step();
     if (!found)
@@ -81,10 +105,13 @@ Result<void> HeadBlocks::read(std::int64_t id, CheckedBlock& checked) {
     }
     checked.rowDigests.assign(checked.block.places.size(), 0);
     for (std::size_t place = 0; place < checked.block.places.size();) {
-        const std::size_t end = endOfRun(checked.block.places, place);
-        if (auto digested = digestRows(id, place, end, checked); !digested)
+        const auto& places = checked.block.places;
+        const Run run{id, place, endOfRun(places, place)};
+        if (holds(rows, places[run.first].file, places[run.end - 1].file))
+            digestKnown(run, rows, checked);
+        else if (auto digested = digestRows(run, checked); !digested)
             return digested;
-        place = end;
+        place = run.end;
     }
     checked.whole = digest == blockDigest(checked.frameDigest, checked.rowDigests);
     return {};

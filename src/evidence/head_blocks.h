@@ -3,6 +3,8 @@
 
 // Blocks of heads as they come out of the database, each compared with its digest. For the sources of this folder only.
 
+#include <span>
+
 #include "evidence/database.h"
 #include "evidence/head_frame.h"
 
@@ -32,12 +34,19 @@ class HeadBlocks {
 public:
     [[nodiscard]] static Result<HeadBlocks> prepare(Database& database);
 
-    /// Reads a block; one that is not there, or is no block, is not whole and has no places.
-    [[nodiscard]] Result<void> read(std::int64_t id, CheckedBlock& checked);
+    /// Reads a block; one that is not there, or is no block, is not whole and has no places. `rows`: some that were read
+    /// already, all there are from the first of them to the last, in the order of their ids; the others are read.
+    [[nodiscard]] Result<void> read(std::int64_t id, std::span<const EvidenceRow> rows, CheckedBlock& checked);
 
 private:
     HeadBlocks(Statement block, Statement row) : block_(std::move(block)), row_(std::move(row)) {}
-    [[nodiscard]] Result<void> digestRows(std::int64_t id, std::size_t first, std::size_t end, CheckedBlock& checked);
+    struct Run {
+        std::int64_t block = 0;
+        std::size_t first = 0;  // place
+        std::size_t end = 0;    // the one behind
+    };
+    [[nodiscard]] Result<void> digestRows(const Run& run, CheckedBlock& checked);
+    static void digestKnown(const Run& run, std::span<const EvidenceRow> rows, CheckedBlock& checked);
 
     Statement block_;
     Statement row_;

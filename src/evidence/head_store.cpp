@@ -51,7 +51,7 @@ Result<void> HeadStore::beforeChange(std::int64_t head) {
     if (id == openId_ || changed_.contains(id))
         return {};
     CheckedBlock checked;
-    if (auto read = blocks_.read(id, checked); !read)
+    if (auto read = blocks_.read(id, {}, checked); !read)
         return read;
     changed_[id] = {checked.frameDigest, std::move(checked.rowDigests), checked.whole};
     return {};
