@@ -70,10 +70,10 @@ private:
     Statement page_;
     Statement byId_;
     Statement byPath_;
-    std::int64_t last_ = 0;  // id of the last row given
+    std::int64_t last_ = 0;          // id of the last row given
     std::vector<EvidenceRow> rows_;  // of the page in work; they keep their room
     std::size_t pageRows_ = 0;
-    std::size_t inPage_ = 0;  // of these, given
+    std::size_t inPage_ = 0;      // of these, given
     std::int64_t lastFound_ = 0;  // id of the last file found by its path
     std::array<Kept, 4> kept_;    // a row that was read anew has its head in another block than its neighbours
     std::size_t nextKept_ = 0;

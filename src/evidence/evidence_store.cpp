@@ -120,6 +120,9 @@ Result<void> EvidenceStore::prepareAll() {
         {copy_,
          "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
          "bad_ranges = iif(?5 IS NULL, bad_ranges, ?6) WHERE id = ?1"},
+        {verdict_,
+         "UPDATE file SET grade = ?2, result = ?3, reason = ?4, detail = ?5, unread = ?6, doubt = ?7, "
+         "doubt_detail = ?8 WHERE id = ?1"},
         {end_, "UPDATE file SET doubt = ?2, doubt_detail = ?3, tail = ?4, tail_detail = ?5 WHERE id = ?1"},
         {byId_, *select + "WHERE f.id = ?"},
     };
@@ -237,6 +240,18 @@ Result<void> EvidenceStore::change(EvidenceRow& row, const FileHead* head) {
             return added;
     }
     return totals_.remove(*before).and_then([&] { return totals_.add(row); });
+}
+
+Result<void> EvidenceStore::setVerdict(const EvidenceRow& before, const EvidenceRow& now) {
+    auto changed = begin().and_then([&] { return now.head ? heads_.beforeChange(*now.head) : Result<void>(); });
+    if (changed)
+        changed = verdict_
+                      .bind(now.id, numberOf(now.grade), now.result, numberOf(now.reason), unlessEmpty(now.detail),
+                            unlessZero(now.unread), unlessEmpty(now.doubt), unlessEmpty(now.doubtDetail))
+                      .run();
+    if (changed && now.head)
+        heads_.afterChange(*now.head, rowDigest(now));
+    return changed.and_then([&] { return totals_.remove(before); }).and_then([&] { return totals_.add(now); });
 }
 
 Result<void> EvidenceStore::moveLine(std::string_view path, std::int64_t line) {

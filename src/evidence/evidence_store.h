@@ -41,6 +41,9 @@ public:
     /// Replaces the row that has this id by all that `row` says. With `head` it gets a new head, else it keeps the
     /// place that `row` names, which is the old one. NotFound: there is no such row.
     [[nodiscard]] Result<void> change(EvidenceRow& row, const FileHead* head = nullptr);
+    /// Replaces what a test found of a file: grade, result, reason, unread bytes and doubt. `before`: the row as it
+    /// stands there; all else of `now` is the same.
+    [[nodiscard]] Result<void> setVerdict(const EvidenceRow& before, const EvidenceRow& now);
     /// Notes what became of a file's copy; a file of another id than there is, is passed over.
     [[nodiscard]] Result<void> setCopy(std::int64_t id, const CopyOutcome& outcome);
     /// Notes what the end of a file showed, and what comes of it: its doubt. `before`: the row as it stands there.
@@ -83,6 +86,7 @@ private:
     Statement moveLine_;
     Statement copy_;
     Statement end_;
+    Statement verdict_;
     Statement byId_;
     std::int64_t nextId_ = 1;
     bool begun_ = false;

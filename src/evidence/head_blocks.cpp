@@ -51,8 +51,8 @@ Result<HeadBlocks> HeadBlocks::prepare(Database& database) {
 
 namespace {
 
-// Compares a row with the places of its block from `place` on, which is that of the row behind it afterwards. A row that
-// has another head, or is gone, keeps the digest 0.
+// Compares a row with the places of its block from `place` on, which is that of the row behind it afterwards. A row
+// that has another head, or is gone, keeps the digest 0.
 void digestRow(std::int64_t block, std::size_t end, const EvidenceRow& row, std::size_t& place, CheckedBlock& checked) {
     const auto& places = checked.block.places;
     while (place < end && places[place].file < row.id) ++place;

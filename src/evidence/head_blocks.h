@@ -34,8 +34,8 @@ class HeadBlocks {
 public:
     [[nodiscard]] static Result<HeadBlocks> prepare(Database& database);
 
-    /// Reads a block; one that is not there, or is no block, is not whole and has no places. `rows`: some that were read
-    /// already, all there are from the first of them to the last, in the order of their ids; the others are read.
+    /// Reads a block; one that is not there, or is no block, is not whole and has no places. `rows`: some that were
+    /// read already, all there are from the first of them to the last, in the order of their ids; the others are read.
     [[nodiscard]] Result<void> read(std::int64_t id, std::span<const EvidenceRow> rows, CheckedBlock& checked);
 
 private:

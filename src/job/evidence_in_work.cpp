@@ -89,7 +89,7 @@ void EvidenceInWork::kept(std::u16string_view text) {
 void EvidenceInWork::change() {
     if (lost_ || now_ == row_)
         return;
-    noteUnless(store_.change(now_));
+    noteUnless(store_.setVerdict(row_, now_));
     if (lost_ || ++changes_ < kRowsInPart)
         return;
     changes_ = 0;

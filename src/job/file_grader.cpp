@@ -33,8 +33,8 @@ HeaderCheck& FileGrader::headerTest() {
     const std::string& folder = installation_.paths().localDatabase.native();
     if (!test_ || folder != databaseFolder_) {
         databaseFolder_ = folder;
-        termFiles_.emplace(NativePath(folder),
-                           [this](const FileError& why) { context_.rulesNotRead("Term file", why); }, looks_);
+        termFiles_.emplace(
+            NativePath(folder), [this](const FileError& why) { context_.rulesNotRead("Term file", why); }, looks_);
         test_.emplace(*termFiles_, messages_, commonList_, static_cast<HeaderCheckHost&>(*this));
     }
     return *test_;
