@@ -55,8 +55,9 @@ QRect ConsensusLine::cell(int place, bool asText) const {
 }
 
 QRect ConsensusLine::mapRoom() const {
-    const int left = cell(0, false).left();
-    const int right = cell(kHexBytesPerLine - 1, true).right();
+    // Whole in view, though the columns below may be scrolled.
+    const int left = std::max(cell(0, false).left(), 0);
+    const int right = std::min(cell(kHexBytesPerLine - 1, true).right(), width() - 1);
     return {left, 0, std::max(right - left + 1, 1), kMapHeight};
 }
 
