@@ -7,6 +7,7 @@
 
 #include "app/run_beside.h"
 #include "platform/folders.h"
+#include "testing/marker_watch.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -88,6 +89,7 @@ CopyOrder CopyDesk::order() const {
     order.care.hash = order.care.whole = true;
     order.care.verify = state.verify;
     order.care.salvage = state.salvage;
+    order.care.watch = markerWatch(installation_.paths());
     order.byGrade = state.byGrade;
     order.rightNames = state.rightNames;
     order.database = installation_.paths().localDatabase;

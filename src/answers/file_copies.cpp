@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "answers/file_copies.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "evidence/evidence_reader.h"
+#include "evidence/job_keys.h"
 #include "evidence/name_text.h"
 #include "job/evidence_facts.h"
 #include "platform/folders.h"
@@ -206,10 +211,13 @@ void FileCopies::openEvidence() {
     if (job_->evidence.empty())
         return;
     auto store = EvidenceStore::open(job_->evidence);
-    if (store)
-        store_.emplace(*std::move(store));
-    else
+    if (!store) {
         evidenceLoss_ = store.error().text;
+        return;
+    }
+    store_.emplace(*std::move(store));
+    if (auto evidence = EvidenceReader::open(job_->evidence))
+        knowsSectors_ = evidence->jobText(job_keys::kSectors).value_or(std::nullopt).has_value();
 }
 
 void FileCopies::noteInEvidence() {
@@ -219,6 +227,10 @@ void FileCopies::noteInEvidence() {
     Result<void> noted;
     for (const auto& [id, outcome] : outcomes)
         noted = noted.and_then([&, &number = id, &what = outcome] { return store_->setCopy(number, what); });
+    const bool sawSectors =
+        std::ranges::any_of(outcomes, [](const auto& one) { return one.second.badBytes.has_value(); });
+    if (sawSectors && !std::exchange(knowsSectors_, true))
+        noted = noted.and_then([this] { return store_->setJob(job_keys::kSectors, job_keys::kByCopy); });
     noted = noted.and_then([this] { return store_->commit(); });
     if (noted)
         return;

@@ -95,6 +95,7 @@ private:
     std::optional<CopyRecord> record_;
     Result<void> recorded_;
     std::optional<EvidenceStore> store_;
+    bool knowsSectors_ = false;  // the evidence says how its bad sectors came to be known
     std::string evidenceLoss_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> outcomes_;
     RightNames names_;

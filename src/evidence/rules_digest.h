@@ -5,14 +5,13 @@
 
 #include <cstdint>
 
-#include "platform/file.h"
+#include "app/installation.h"
 #include "testing/report_messages.h"
 
 namespace quillon {
 
-/// Over names and bytes of the term files, the bytes of the common headers, and the messages. What cannot be read
-/// counts as empty.
-[[nodiscard]] std::int64_t rulesDigest(const NativePath& database, const NativePath& commonHeaders,
-                                       const ReportMessages& messages);
+/// Over names and bytes of the local term files, the bytes of common headers and bad sector markers, and the messages.
+/// What cannot be read counts as empty.
+[[nodiscard]] std::int64_t rulesDigest(const Paths& paths, const ReportMessages& messages);
 
 }  // namespace quillon

@@ -2,11 +2,11 @@
 #include "job/copy_pass.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/run_beside.h"
 #include "job/job_evidence.h"
 #include "platform/folders.h"
-#include "testing/marker_watch.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -17,15 +17,15 @@ namespace {
 // Files above this size show a per-file percentage.
 constexpr std::uint64_t kLargeFile = 2'000'000;
 
-CopyCare watching(CopyCare care, std::shared_ptr<const SectorMarkers> markers) {
-    care.watch = markerWatch(std::move(markers));
+CopyCare watchedBy(ByteWatchMaker watch, CopyCare care) {
+    care.watch = std::move(watch);
     return care;
 }
 
 }  // namespace
 
 CopyPass::CopyPass(const PassContext& context, const JobLists& lists, const ReportMessages& messages,
-                   std::optional<ListEncoding> encoding, std::shared_ptr<const SectorMarkers> markers)
+                   std::optional<ListEncoding> encoding, ByteWatchMaker watch)
     : context_(context),
       lists_(lists),
       messages_(messages),
@@ -33,8 +33,8 @@ CopyPass::CopyPass(const PassContext& context, const JobLists& lists, const Repo
       targetFolder_(withOneSlash(context.state.options.target.value_or(NativePath()).native())),
       queue_(
           context.surroundings.loop, context.state.options.source.value_or(NativePath()),
-          watching(context.state.options.copyCare, std::move(markers)),
-          [this](const SettledCopy& copy) { ended(copy); }, context.state.care) {
+          watchedBy(std::move(watch), context.state.options.copyCare), [this](const SettledCopy& copy) { ended(copy); },
+          context.state.care) {
 }
 
 void CopyPass::run() {

@@ -23,11 +23,9 @@ namespace quillon {
 class CopyPass {
 public:
     /// All must outlive this. `messages`: by which the results of the list are told apart. `encoding`: of a list that
-    /// this job has written; otherwise it is found from the content. `markers`: of bad sectors, which are looked for in
-    /// the bytes of copies that are hashed; null for none.
+    /// this job has written; otherwise it is found from the content. `watch`: sees the bytes of copies that are hashed.
     CopyPass(const PassContext& context, const JobLists& lists, const ReportMessages& messages,
-             std::optional<ListEncoding> encoding = std::nullopt,
-             std::shared_ptr<const SectorMarkers> markers = nullptr);
+             std::optional<ListEncoding> encoding = std::nullopt, ByteWatchMaker watch = {});
 
     void run();
 

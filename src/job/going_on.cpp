@@ -49,10 +49,8 @@ void GoingOn::listCreated(const NativePath& list) {
     samePlace_ = run->facts().isOfSamePlace(now_);
     if (!samePlace_)
         log("The earlier run was of another source or file system : all files are read", kLightOrange);
-    if (run->facts().headsLeftOut) {
-        const Paths& paths = installation_.paths();
-        now_.rules = rulesDigest(paths.localDatabase, fileIn(paths.localSettings, kCommonHeadersFileName), messages_);
-    }
+    if (run->facts().headsLeftOut)
+        now_.rules = rulesDigest(installation_.paths(), messages_);
     files_ = run->files();
     state_.resumed->from = run->facts().end;
     describer_.emplace(now_.source);

@@ -18,7 +18,6 @@
 
 namespace quillon {
 
-class SectorMarkers;
 class ShareSteps;
 struct RefreshSummary;
 
@@ -84,7 +83,6 @@ private:
     void tellPermissionDenied();
     void testFiles();
     void copyRawList();
-    [[nodiscard]] std::shared_ptr<const SectorMarkers> markersToWatch() const;
     void copyFiles();
     void checkFigures();
     void lookAtEnds();

@@ -11,6 +11,7 @@
 #include "job/job_driver.h"
 #include "job/self_check.h"
 #include "job/testing_pass.h"
+#include "testing/marker_watch.h"
 #include "text/numbers.h"
 
 namespace quillon {
@@ -67,14 +68,6 @@ void JobDriver::copyRawList() {
     context_.log("File list process complete");
 }
 
-// Only copies that are hashed show their bytes. A list that cannot be read was told by the testing pass.
-std::shared_ptr<const SectorMarkers> JobDriver::markersToWatch() const {
-    if (!context_.state.options.copyCare.manner().hash)
-        return nullptr;
-    auto markers = loadSectorMarkers(job_.installation().paths());
-    return markers ? std::make_shared<const SectorMarkers>(*std::move(markers)) : nullptr;
-}
-
 void JobDriver::copyFiles() {
     JobState& state = context_.state;
     if (!state.options.copy)
@@ -88,7 +81,7 @@ void JobDriver::copyFiles() {
     state.progress.shown = state.fileLineShown = true;
     runTimed(times_.copying, "Started copying Files", "File copying completed in (HH:MM:SS) : ", [this] {
         const auto encoding = listMade_ ? std::optional(ListEncoding::Utf16) : std::nullopt;
-        CopyPass(context_, job_.lists(), job_.messages, encoding, markersToWatch()).run();
+        CopyPass(context_, job_.lists(), job_.messages, encoding, markerWatch(job_.installation().paths())).run();
     });
     state.progress.shown = state.fileLineShown = false;
     if (state.stopRequested && cause_ == EndCause::Complete && listMade_)

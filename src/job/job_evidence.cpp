@@ -107,10 +107,7 @@ void JobEvidence::beginWriter() {
         return writeJobBegin(store, *facts, host)
             .and_then([&] { return part ? writePartFacts(store, *part) : Result<void>(); })
             .and_then([&] { return writeMessages(store, messages); })
-            .and_then([&] {
-                const auto common = fileIn(paths.localSettings, kCommonHeadersFileName);
-                return store.setJob(job_keys::kRules, rulesDigest(paths.localDatabase, common, messages));
-            });
+            .and_then([&] { return store.setJob(job_keys::kRules, rulesDigest(paths, messages)); });
     };
     passOver(hand([&] { return writer_->change(begin); }), "the loss was told");
 }

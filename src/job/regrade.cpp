@@ -128,9 +128,7 @@ Result<void> Regrade::rewrite(const NativePath& list, EvidenceInWork& evidence) 
     if (!placed)
         return placed;
     updateQuality(context_.state);
-    const Paths& paths = job_.installation().paths();
-    const NativePath common = fileIn(paths.localSettings, kCommonHeadersFileName);
-    evidence.listWritten(list, allByOneRule_ ? rulesDigest(paths.localDatabase, common, job_.messages) : 0,
+    evidence.listWritten(list, allByOneRule_ ? rulesDigest(job_.installation().paths(), job_.messages) : 0,
                          context_.state);
     return {};
 }

@@ -318,7 +318,7 @@ private:
         if (!all)
             return failure(all.error());
         return options_.question == ListQuestion::Copy
-                   ? copyFiles(*all, options_, installation_.paths().localDatabase, streams_)
+                   ? copyFiles(*all, options_, installation_.paths(), streams_)
                    : verifyCopies(all->front(), *options_.against, options_, streams_);
     }
 

@@ -11,6 +11,7 @@
 #include "evidence/name_text.h"
 #include "platform/folders.h"
 #include "programs/list_loop.h"
+#include "testing/marker_watch.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -30,9 +31,10 @@ Json sumsJson(const CopySums& sums) {
 
 class CopyRun {
 public:
-    CopyRun(const ListCommandOptions& options, const NativePath& database, const ListStreams& streams)
+    CopyRun(const ListCommandOptions& options, const Paths& paths, const ListStreams& streams)
         : options_(options), order_(options.copy), streams_(streams) {
-        order_.database = database;
+        order_.database = paths.localDatabase;
+        order_.care.watch = markerWatch(paths);
     }
 
     // Copies the files of one job.
@@ -120,10 +122,10 @@ private:
 
 }  // namespace
 
-Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options, const NativePath& database,
+Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options, const Paths& paths,
                       const ListStreams& streams) {
     raiseOpenFileLimit();
-    CopyRun run(options, database, streams);
+    CopyRun run(options, paths, streams);
     for (const auto& job : jobs) {
         if (auto copied = run.copy(job); !copied)
             return failure(copied.error());

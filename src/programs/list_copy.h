@@ -6,14 +6,15 @@
 #include <vector>
 
 #include "answers/job_files.h"
+#include "app/installation.h"
 #include "programs/list_command.h"
 #include "programs/list_options.h"
 
 namespace quillon {
 
-/// Copies the files that are asked for of all `jobs`, one after the other, and tells of each that failed. `database`:
-/// the folder of the term files. Gives the exit status: 1 when something is not copied.
+/// Copies the files that are asked for of all `jobs`, one after the other, and tells of each that failed. `paths`:
+/// of the rules. Gives the exit status: 1 when something is not copied.
 [[nodiscard]] Result<int> copyFiles(const std::vector<JobFiles>& jobs, const ListCommandOptions& options,
-                                    const NativePath& database, const ListStreams& streams);
+                                    const Paths& paths, const ListStreams& streams);
 
 }  // namespace quillon

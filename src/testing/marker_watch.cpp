@@ -33,4 +33,9 @@ ByteWatchMaker markerWatch(std::shared_ptr<const SectorMarkers> markers) {
     return [markers = std::move(markers)] { return std::make_unique<MarkerWatch>(markers); };
 }
 
+ByteWatchMaker markerWatch(const Paths& paths) {
+    auto markers = loadSectorMarkers(paths);
+    return markerWatch(markers ? std::make_shared<const SectorMarkers>(*std::move(markers)) : nullptr);
+}
+
 }  // namespace quillon

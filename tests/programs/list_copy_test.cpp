@@ -78,6 +78,18 @@ TEST_F(ListCopyTest, GoodFilesAreCopiedWithTheirCheckSums) {
     EXPECT_FALSE(fs::exists(folder / "target/1234-damaged.sha256")) << "nothing is damaged";
 }
 
+TEST_F(ListCopyTest, CopiesTellTheEvidenceOfMarkedSectors) {
+    std::string sectors(1024, 'x');
+    for (std::size_t at = 512; at < 1024; ++at) sectors[at] = "BAD SECTOR "[(at - 512) % 11];
+    folder.write("source/good.abc", "MZ" + sectors.substr(2));
+    folder.write("local/Settings/BadSectors.dat", "0,BAD SECTOR ,T,R,BAD SECTOR\r\n");
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    EXPECT_EQ(rowOf("good.abc").badBytes, std::nullopt) << "nobody has looked yet";
+    ASSERT_EQ(copy({"--grade", "good"}), 0) << err.str();
+    EXPECT_EQ(rowOf("good.abc").badBytes, 512);
+    EXPECT_EQ(rowOf("good.abc").badRanges, "512+512");
+}
+
 TEST_F(ListCopyTest, FilesAreChosenByExtensionAndFolder) {
     ASSERT_EQ(copy({"--ext", "abc", "--below", "sub"}), 0) << err.str();
     EXPECT_TRUE(isThere("sub/bad.abc"));
