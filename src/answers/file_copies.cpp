@@ -169,6 +169,8 @@ Result<void> FileCopies::copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, 
 bool FileCopies::leaveAlone(const Asked& asked) {
     if (!order_->failedOnly || !isThereAlready(asked))
         return false;
+    // The check sums keep their line, the remark on its names is written anew.
+    noteNewName({asked.task.number, asked.task.source, *asked.task.target, CopyFacts()});
     if (asked.isMissing) {
         ++sums_.files;
         sums_.bytes += asked.size;

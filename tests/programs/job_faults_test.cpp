@@ -324,7 +324,7 @@ TEST_F(JobFaults, AKilledCopyIsCompletedByTheRunThatGoesOn) {
         EXPECT_EQ(wholeCopies(), 6U) << fault;
         EXPECT_EQ(runShell("cd " + path("target") + " && sha256sum --strict --status -c 7.sha256"), 0) << fault;
     };
-    killAtEach("linkat,write", copying, (temp / "log").native(), prepare, check);
+    killAtEach("linkat,write,fchmod,mkdirat", copying, (temp / "log").native(), prepare, check);
 }
 
 TEST_F(JobFaults, AKilledCopyLeavesOlderTargetsWhole) {

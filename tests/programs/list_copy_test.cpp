@@ -304,6 +304,8 @@ TEST_F(ListCopyTest, AFileWithoutAnExtensionGetsTheOneThatItsHeadProves) {
     EXPECT_EQ(sha256sum(), 0);
     ASSERT_EQ(copy({"--right-names", "--failed"}), 0) << err.str();
     EXPECT_EQ(out.str(), "0 files copied, 0 bytes\n");
+    const auto manifest = folder.read("target/1234.sha256");
+    EXPECT_NE(manifest.find("# " + (folder / "source/plain").native() + " -> "), std::string::npos) << manifest;
 }
 
 TEST_F(ListCopyTest, AHeadThatTwoExtensionsHaveProvesNeither) {

@@ -103,6 +103,7 @@ void FrmABoutTest::everyScreenHasItsPlaceInTheHelp() {
                                                           {"frmCommonHeaders", "The other editors"},
                                                           {"frmViewList", "Bad files and new terms"},
                                                           {"frmOverview", "Bad files and new terms"},
+                                                          {"frmCopies", "Bad files and new terms"},
                                                           {"frmPreviewBadSector", "The other editors"}};
     for (const auto& [screen, title] : places) {
         help.showScreen(QLatin1String(screen));
