@@ -5,8 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "evidence/evidence_reader.h"
-#include "job/evidence_facts.h"
+#include "editors/kept_of_job.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
 
@@ -22,8 +21,6 @@ public:
         : wish_(wish), stop_(stop), most_(most) {}
 
     Bench run() {
-        for (std::size_t i = 0; i < std::min(wish_.files.size(), kMostListedHeads); ++i)
-            wanted_.emplace(toNative(wish_.files[i]), std::nullopt);
         for (const auto& evidence : evidenceNewestFirst(wish_.listFolder)) {
             if (stop_ || bench_.cut)
                 break;
@@ -38,10 +35,7 @@ private:
         auto reader = EvidenceReader::open(path);
         if (!reader)
             return;
-        const std::string job = path.stem().native();
-        // Names of listed files are whole paths, those of the evidence lie below the source.
-        const std::string source = job == wish_.job ? sourceIn(*reader).native() : std::string();
-        bench_.known.jobs.push_back(job);
+        bench_.known.jobs.push_back(path.stem().native());
         EvidenceRow row;
         for (auto more = reader->next(row); more && *more && !stop_; more = reader->next(row)) {
             if (!row.head || !row.grade)
@@ -54,16 +48,11 @@ private:
             if (!head)
                 return;
             if (*head != nullptr && (*head)->length == kHeaderBytes)
-                add(row, (*head)->bytes, source);
+                add(row, (*head)->bytes);
         }
     }
 
-    void add(const EvidenceRow& row, const HeaderBytes& head, const std::string& source) {
-        if (!source.empty()) {
-            const auto listed = wanted_.find((NativePath(source) / row.path()).native());
-            if (listed != wanted_.end())
-                listed->second = head;
-        }
+    void add(const EvidenceRow& row, const HeaderBytes& head) {
         bench_.known.heads.push_back(head);
         foldHeader(bench_.known.heads.back());
         bench_.known.kinds.push_back({numberOf(row.extension), static_cast<std::uint16_t>(bench_.known.jobs.size() - 1),
@@ -81,18 +70,17 @@ private:
 
     // In the order of the list.
     void addListed() {
+        KeptOfJob kept(wish_.listFolder, wish_.job);
         SourceFiles disk;
         for (std::size_t i = 0; i < std::min(wish_.files.size(), kMostListedHeads) && !stop_; ++i) {
-            auto& head = wanted_[toNative(wish_.files[i])];
-            if (!head) {
-                HeaderBytes read;
-                if (disk.readHead(toNative(wish_.files[i]), read))
-                    head = read;
-            }
-            if (!head)
+            const std::string path = toNative(wish_.files[i]);
+            HeaderBytes head;
+            if (const auto known = kept.head(path); known && known->length == kHeaderBytes)
+                head = known->bytes;
+            else if (!disk.readHead(path, head))
                 continue;
-            bench_.raw.push_back(*head);
-            bench_.listed.push_back(*head);
+            bench_.raw.push_back(head);
+            bench_.listed.push_back(head);
             foldHeader(bench_.listed.back());
         }
     }
@@ -101,7 +89,6 @@ private:
     const std::atomic<bool>& stop_;
     std::size_t most_;
     Bench bench_;
-    std::unordered_map<std::string, std::optional<HeaderBytes>> wanted_;
     std::unordered_map<std::string, std::uint32_t> numbers_;
 };
 

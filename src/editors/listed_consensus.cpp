@@ -5,47 +5,13 @@
 #include <chrono>
 #include <utility>
 
-#include "evidence/evidence_reader.h"
-#include "job/evidence_facts.h"
+#include "editors/kept_of_job.h"
 #include "text/list_text.h"
 
 namespace quillon {
 
-namespace {
-
-constexpr const char* kEvidenceEnding = ".sqlite";
-
-// Heads as the job has read them, by the whole paths of files.
-class KeptOfJob {
-public:
-    explicit KeptOfJob(const BenchWish& wish) {
-        if (wish.listFolder.empty() || wish.job.empty())
-            return;
-        if (auto opened = EvidenceReader::open(wish.listFolder / (wish.job + kEvidenceEnding))) {
-            places_.emplace(sourceIn(*opened));
-            reader_.emplace(std::move(*opened));
-        }
-    }
-
-    [[nodiscard]] std::optional<FileHead> head(std::string_view path) {
-        if (!reader_)
-            return std::nullopt;
-        if (const auto found = reader_->findPath(places_->below(path), row_); !found || !*found || !row_.head)
-            return std::nullopt;
-        const auto head = reader_->head(row_);
-        return head && *head != nullptr ? std::optional(**head) : std::nullopt;
-    }
-
-private:
-    std::optional<EvidenceReader> reader_;
-    std::optional<RowDescriber> places_;
-    EvidenceRow row_;
-};
-
-}  // namespace
-
 HeadConsensus consensusOf(const BenchWish& wish, const std::atomic<bool>& stop) {
-    KeptOfJob kept(wish);
+    KeptOfJob kept(wish.listFolder, wish.job);
     SourceFiles disk;
     HeadCounter counter;
     std::size_t reads = 0;
