@@ -209,6 +209,7 @@ void frmMainControls::arrange(QMainWindow& window) {
     layout->setContentsMargins(kMargin, kSpacing, kMargin, kSpacing);
     layout->addWidget(splitter);
     window.setCentralWidget(central);
+    chainOwnOptions();
 }
 
 }  // namespace quillon

@@ -89,6 +89,7 @@ private:
     void createOptions();
     void createAlerts();
     void createOwnOptions();
+    void chainOwnOptions() const;
     void createCommands();
     void createStats();
     [[nodiscard]] QWidget* createQuality();

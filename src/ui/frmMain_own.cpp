@@ -38,6 +38,16 @@ void frmMainControls::createOwnOptions() {
     for (int column = 0; column < kColumns; ++column) grid->setColumnStretch(column, 1);
 }
 
+// The Tab key goes the told way, and to them behind it.
+void frmMainControls::chainOwnOptions() const {
+    QWidget* before = Command5;
+    for (QCheckBox* box : ownBoxes) {
+        QWidget::setTabOrder(before, box);
+        before = box;
+    }
+    QWidget::setTabOrder(before, copyGrades);
+}
+
 void frmMain::connectOwnOptions() {
     for (std::size_t i = 0; i < ownBoxes.size(); ++i)
         step(ownBoxes[i], &QCheckBox::toggled,
@@ -52,7 +62,7 @@ void frmMain::showOwnOptions(const JobBoard& board) {
         ownBoxes[i]->setChecked(kOwnOptions[i].of(options));
         ownBoxes[i]->setEnabled(board.frames && kOwnOptions[i].isOfUse(options));
     }
-    copyGrades->setEnabled(board.copyChoices);
+    copyGrades->setEnabled(board.copyChoices && options.checkFileQuality);
     copyGrades->setTicks(ticksOf(options.copyGrades));
     copyGrades->setCaption("Copy &grades: " + countOfGrades(options.copyGrades));
 }
