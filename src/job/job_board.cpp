@@ -73,14 +73,14 @@ std::vector<Pass> passesOf(const JobOptions& options) {
 }
 
 std::string runningText(const JobState& state) {
+    if (state.phase == JobPhase::Scanning && state.scansDoneJob)
+        return fmt::format("{}: {}", state.stopRequested ? "Stopping" : "Running", kScanningName);
     const std::vector<Pass> passes = passesOf(state.options);
     for (std::size_t i = 0; i < passes.size(); ++i) {
         if (passes[i].phase == state.phase)
             return fmt::format("{} {} of {}: {}", state.stopRequested ? "Stopping after" : "Running", i + 1,
                                passes.size(), passes[i].name);
     }
-    if (state.phase == JobPhase::Scanning)  // of a job that was done before
-        return fmt::format("{}: {}", state.stopRequested ? "Stopping" : "Running", kScanningName);
     return state.phase == JobPhase::Reporting ? "Sending the report" : "Preparing";
 }
 

@@ -18,8 +18,9 @@ JobEnd JobDriver::run() {
     const JobEnd end = runSteps();
     context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state.counters)};
     const auto list = job_.lists().finalPath();
-    if (context_.state.options.scanSectors && cause_ == EndCause::Complete && list)
-        lookForBadSectors(context_, job_.installation(), *list);
+    const bool stopped = context_.state.stopRequested || stopAsked();
+    if (context_.state.options.scanSectors && cause_ == EndCause::Complete && !stopped && list)
+        lookForBadSectors(context_, job_.installation(), *list, ScanOf::RunningJob);
     return end;
 }
 

@@ -257,6 +257,7 @@ struct JobState {
     ReportState report = ReportState::NotSent;  ///< of this job; sending that fails is NotAcknowledged
     bool mayRun = false;        ///< a source was chosen, or a job or recount has ended, and there is a job ID
     bool mayView = false;       ///< there may be a list to look at
+    bool scansDoneJob = false;  ///< in phase Scanning: the files are those of a job that was done before
     bool recounting = false;    ///< the counts are being read from a list
     bool fetchingList = false;  ///< an existing list is being copied to where lists are kept
     bool fileLineShown = true;  ///< the line of the file in work; a copy that has ended takes it away

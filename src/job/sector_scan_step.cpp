@@ -147,7 +147,9 @@ Result<std::optional<SectorSummary>> summaryOf(const NativePath& evidence) {
 
 }  // namespace
 
-void lookForBadSectors(const PassContext& context, const Installation& installation, const NativePath& list) {
+void lookForBadSectors(const PassContext& context, const Installation& installation, const NativePath& list,
+                       ScanOf job) {
+    context.state.scansDoneJob = job == ScanOf::DoneJob;
     ScanStep(context, installation, list).run();
     tellSectors(context, list);
 }

@@ -29,7 +29,7 @@ void frmMain::scanDoneJob() {
     }
     {
         const StepGuard job(jobs_);
-        lookForBadSectors(job_.passContext(), context_.installation, *list);
+        lookForBadSectors(job_.passContext(), context_.installation, *list, ScanOf::DoneJob);
     }
     context_.loop.flush();
     if (isUnloaded())

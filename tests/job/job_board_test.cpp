@@ -116,14 +116,24 @@ TEST(JobSummaryTest, ARunningJobTellsWhichOfItsPassesItIsIn) {
         {JobPhase::Copying, true, true, "Running 4 of 4: copying"},
         {JobPhase::Copying, false, true, "Running 3 of 3: copying"},
         {JobPhase::Reporting, true, true, "Sending the report"},
-        {JobPhase::Scanning, true, true, "Running: looking for bad sectors"},
+        {JobPhase::Scanning, true, true, "Running 5 of 5: looking for bad sectors"},
     };
     for (const auto& told : cases) {
         JobState state = stateIn(told.phase);
         state.options.checkFileQuality = told.tests;
         state.options.copy = told.copies;
+        state.options.scanSectors = told.phase == JobPhase::Scanning;
         state.outcome = JobOutcome{};
         EXPECT_EQ(jobSummary(state), (JobSummary{told.text, JobTone::Running}));
+    }
+}
+
+TEST(JobSummaryTest, AScanOfAJobThatWasDoneBeforeIsNoneOfThePassesOfTheNext) {
+    JobState state = stateIn(JobPhase::Scanning);
+    state.scansDoneJob = true;
+    for (const bool chosen : {false, true}) {
+        state.options.scanSectors = chosen;
+        EXPECT_EQ(jobSummary(state).text, "Running: looking for bad sectors");
     }
 }
 

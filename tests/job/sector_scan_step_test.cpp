@@ -65,7 +65,7 @@ TEST_F(SectorScanStepTest, StopEndsTheScanAndTheNextOneGoesOn) {
     EXPECT_TRUE(isLogged("Looking for bad sectors was stopped. The next time goes on from here"));
     EXPECT_FALSE(state.stopRequested);
     onRow = {};
-    lookForBadSectors(job.passContext(), installation, list());
+    lookForBadSectors(job.passContext(), installation, list(), ScanOf::DoneJob);
     EXPECT_TRUE(isLogged(kOneOfTwo));
 }
 
@@ -81,7 +81,7 @@ TEST_F(SectorScanStepTest, AFileThatIsGoneIsTold) {
     state.options.scanSectors = false;
     EXPECT_EQ(run(), JobEnd::Complete);
     std::filesystem::remove(folder / "source/whole.jpg");
-    lookForBadSectors(job.passContext(), installation, list());
+    lookForBadSectors(job.passContext(), installation, list(), ScanOf::DoneJob);
     EXPECT_TRUE(isLogged("Files that could not be opened : 1"));
 }
 
