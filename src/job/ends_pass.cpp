@@ -107,6 +107,9 @@ Result<void> EndsPass::askAhead() {
 Result<bool> EndsPass::nextFile() {
     EndQuestion question;
     while (true) {
+        context_.turn();
+        if (isStopped())
+            return false;
         const auto more = reader_->next(row_);
         if (!more || !*more)
             return more;

@@ -4,12 +4,14 @@
 #include <algorithm>
 
 #include "app/kept_files.h"
+#include "app/run_beside.h"
 #include "evidence/job_keys.h"
 #include "job/file_tail.h"
 
 namespace quillon {
 
-ListEvidence::ListEvidence(const NativePath& list, const ReportMessages& messages) : list_(list), messages_(messages) {
+ListEvidence::ListEvidence(const NativePath& list, const ReportMessages& messages, EventLoop& loop)
+    : list_(list), messages_(messages), loop_(loop) {
     giveUpUnless(open());
 }
 
@@ -56,7 +58,9 @@ Result<const FileHead*> ListEvidence::newHead(const FileVerdict& verdict) {
 void ListEvidence::lookAtEndAgain(const ListRow& row, const FileHead& head) {
     const EndQuestion question{row.nativePath(), static_cast<std::uint64_t>(std::max<std::int64_t>(row_.size, 0)),
                                std::string(head.given())};
-    FileTail found = head.length < kHeaderBytes ? FileTail() : lookAtTail(files_, question);
+    FileTail found;
+    if (head.length == kHeaderBytes)
+        found = answerBeside(loop_, [&] { return lookAtTail(files_, question); });
     files_.closeFolder();
     row_.tail = std::move(found.tail);
     row_.tailDetail = std::move(found.tailDetail);

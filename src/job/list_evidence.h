@@ -6,6 +6,7 @@
 
 #include <optional>
 
+#include "app/event_loop.h"
 #include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
 #include "job/evidence_facts.h"
@@ -15,8 +16,8 @@ namespace quillon {
 
 class ListEvidence {
 public:
-    /// `messages` must outlive this.
-    ListEvidence(const NativePath& list, const ReportMessages& messages);
+    /// `messages` and `loop`, which turns while the source is read, must outlive this.
+    ListEvidence(const NativePath& list, const ReportMessages& messages, EventLoop& loop);
 
     /// The old list has one more line.
     void lineRead() { ++oldLine_; }
@@ -37,6 +38,7 @@ private:
 
     const NativePath list_;
     const ReportMessages& messages_;
+    EventLoop& loop_;
     std::optional<EvidenceReader> reader_;
     std::optional<EvidenceStore> store_;
     std::optional<RowDescriber> describer_;

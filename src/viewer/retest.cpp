@@ -57,7 +57,7 @@ RetestEnd Retest::run(const NativePath& list, const NativePath& copy, std::u16st
     suffix_ = suffixOf(extension);
     RowLookup lookup(rows_, suffix_);
     lookup_ = &lookup;
-    evidence_.emplace(list, grader_.messages());
+    evidence_.emplace(list, grader_.messages(), grader_.context().surroundings.loop);
     const auto rewritten = rewrite(list, copy);
     if (rewritten)
         evidence_->listWritten();
