@@ -143,7 +143,7 @@ KnownFile JobEvidence::find(const ListRow& row, bool opens) {
     if (!goingOn_.isOn())
         return {};
     KnownFile known = goingOn_.find(row, times_ ? times_->aheadOf(row.nativePath()) : std::nullopt, opens);
-    if (!known.tail.tail.empty())
+    if (on_ && !known.tail.tail.empty())
         tails_.emplace_back(row.nativePath(), known.tail);
     return known;
 }
