@@ -55,8 +55,7 @@ CopyDesk::CopyDesk(const Installation& installation, const Surroundings& surroun
     state.grades = handover_.wish.grades;
     state.failedOnly = handover_.failedOnly;
     const auto preferences = readPreferences(installation_.appFolder()).value_or(Preferences());
-    if (const auto last = preferences.get(kLastCopyTarget); last && isFolder(*last))
-        state.target = last;
+    state.target = preferences.get(kLastCopyTarget);  // a share may hang: the look asks whether it is there
 }
 
 void CopyDesk::enter(CopyStage stage, std::string status) {
@@ -98,6 +97,8 @@ CopyOrder CopyDesk::order() const {
 }
 
 Result<CopyOutlook> CopyDesk::look() {
+    if (!isFolder(order_.target))
+        return failure(ErrorKind::NotFound, "The target " + readable(order_.target.native()) + " is not there");
     auto job = findJob(installation_.paths().localPath, handover_.job);
     if (!job)
         return failure(job.error());
@@ -114,12 +115,15 @@ void CopyDesk::copy() {
         pickTarget();
     if (!state.target || isBusy())
         return;
+    stopAsked_ = false;
     order_ = order();
     state.findings.clear();
     state.failures.clear();
     ++state.contents;
     enter(CopyStage::Looking, "Looking at the files and the target ...");
     const auto outlook = answerBeside(surroundings_.loop, [this] { return look(); });
+    if (stopAsked_)
+        return enter(CopyStage::Choosing, "Nothing was copied");
     if (!outlook)
         return fail(outlook.error());
     state.files = outlook->files;
@@ -132,8 +136,10 @@ void CopyDesk::copy() {
 }
 
 void CopyDesk::goOn() {
-    if (state.stage == CopyStage::Asking)
-        runBesideLoop();
+    if (state.stage != CopyStage::Asking)
+        return;
+    stopAsked_ = false;
+    runBesideLoop();
 }
 
 void CopyDesk::cancel() {
@@ -151,7 +157,6 @@ Result<void> CopyDesk::run(Relay& relay) {
 }
 
 void CopyDesk::runBesideLoop() {
-    stopAsked_ = false;
     state.done = 0;
     state.findings.clear();
     ++state.contents;
@@ -179,7 +184,6 @@ void CopyDesk::takeNews(Relay& relay) {
     for (auto& failure : std::exchange(relay.failures, {})) {
         if (state.failures.size() < kMostFailures)
             state.failures.push_back(std::move(failure));
-        ++state.contents;
     }
 }
 

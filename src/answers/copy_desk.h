@@ -32,7 +32,7 @@ enum class CopyStage {
 
 /// What the screen shows. Texts are UTF-8.
 struct CopyDeskState {
-    std::string what;  ///< "Job 1234: .jpg · Corrupt"
+    std::string what;  ///< "Job 1234: below photos · .jpg"; not the grades
     std::optional<NativePath> target;
     std::vector<Grade> grades;  ///< empty for all
     bool byGrade = false;
@@ -48,7 +48,7 @@ struct CopyDeskState {
     std::int64_t files = 0;                                     ///< that are asked for, as the look counted them
     std::vector<std::string> findings;                          ///< of the look
     std::vector<std::pair<std::string, std::string>> failures;  ///< files and why; the first kMostFailures
-    int contents = 0;  ///< another number whenever findings or failures are others
+    int contents = 0;  ///< another number whenever findings or failures are others; added failures leave it alone
 };
 
 class CopyDesk {
@@ -69,7 +69,7 @@ public:
     void goOn();
     /// Copies nothing.
     void cancel();
-    /// The copy ends with the files in work.
+    /// The copy ends with the files in work. Behind a look nothing is copied.
     void stop() { stopAsked_ = true; }
 
     [[nodiscard]] bool isBusy() const { return state.stage == CopyStage::Looking || state.stage == CopyStage::Copying; }

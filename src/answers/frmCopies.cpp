@@ -177,16 +177,25 @@ void frmCopies::showChoices() {
     failedOnly->setChecked(state.failedOnly);
 }
 
+// Widths that a person has drawn stay as long as the rows are of one kind.
+void frmCopies::showColumns(bool ofFindings) {
+    if (shownFindings_ == ofFindings)
+        return;
+    shownFindings_ = ofFindings;
+    if (ofFindings)
+        notes->setColumns({{"What will not go well", 680, false}});
+    else
+        notes->setColumns({{"File", 360, false}, {"Why it is not copied", 320, false}});
+}
+
 void frmCopies::showNotes() {
     const CopyDeskState& state = desk_.state;
     if (shownContents_ != state.contents) {
         shownContents_ = state.contents;
-        if (state.findings.empty())
-            notes->setColumns({{"File", 360, false}, {"Why it is not copied", 320, false}});
-        else
-            notes->setColumns({{"What will not go well", 680, false}});
+        showColumns(!state.findings.empty());
         notes->rows().sourceChanged();
     }
+    notes->rows().sourceGrew();
     showText(*status, state.status);
     setTone(*status, state.trouble ? "trouble" : state.stage == CopyStage::Ended ? "done" : "");
     const auto files = std::max<std::int64_t>(state.files, 1);
@@ -202,7 +211,7 @@ void frmCopies::showButtons() {
     goOn->setVisible(asks);
     cancel->setVisible(asks);
     stop->setVisible(!asks);
-    stop->setEnabled(stage == CopyStage::Copying);
+    stop->setEnabled(desk_.isBusy());
     showPointer(*this, stage == CopyStage::Looking);
 }
 

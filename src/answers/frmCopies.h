@@ -13,6 +13,8 @@
 //   status                   what is needed, how far it is, what came of it
 //   copy "Copy", goOn "Go on", cancel "Cancel", stop "Stop", done "Done"
 
+#include <optional>
+
 #include "answers/copy_desk.h"
 #include "widgets/grid_model.h"
 #include "widgets/step_screen.h"
@@ -61,11 +63,13 @@ private:
     void showControls() override;
     void showChoices();
     void showNotes();
+    void showColumns(bool ofFindings);
     void showButtons();
 
     CopyDesk desk_;
     CopyNotes rows_{desk_.state};
     int shownContents_ = -1;
+    std::optional<bool> shownFindings_;  // findings or failures
 
     QLabel *what, *target, *status;
     QGroupBox* choices;

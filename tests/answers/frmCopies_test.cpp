@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The screen "Copy Files": every control by its name, and what each does.
+#include <atomic>
 #include <filesystem>
 
 #include <QCheckBox>
@@ -37,8 +38,11 @@ private slots:
     void aDamagedFileIsSalvaged();
     void aFileGetsTheExtensionThatItsHeadProves();
     void stopEndsACopyInWork();
+    void stopWhileItLooksCopiesNothing();
+    void drawnWidthsStay();
     void withoutATargetOneIsAskedFor();
     void theLastTargetIsOfferedAgain();
+    void aTargetThatIsNotThereIsToldOf();
     void aJobThatIsNotThereIsToldOf();
     void everyKeyOfTheScreenIsItsOwn();
     void doneAndEscapeLeaveAndNothingElseIsShown();
@@ -266,7 +270,7 @@ void FrmCopiesTest::stopEndsACopyInWork() {
     QTimer waiting;
     bool stopped = false;
     connect(&waiting, &QTimer::timeout, this, [&] {
-        if (control<QPushButton>("stop").isEnabled()) {
+        if (control<QProgressBar>("bar").isVisible()) {
             click("stop");
             stopped = true;
         }
@@ -281,6 +285,47 @@ void FrmCopiesTest::stopEndsACopyInWork() {
     QVERIFY(stopped);
     QVERIFY2(text("status").endsWith(QStringLiteral("; stopped")), qPrintable(text("status")));
     QVERIFY(control<QPushButton>("copy").isEnabled());
+}
+
+void FrmCopiesTest::stopWhileItLooksCopiesNothing() {
+    main_->temp.write("source/none", std::string(600, 'x'));
+    runJob("J2");
+    open({"J2", {}, {}, false});
+    pickTarget();
+    tick("rightNames");
+    QTimer waiting;
+    std::atomic<bool> stopped = false;
+    connect(&waiting, &QTimer::timeout, this, [&] {
+        QVERIFY(control<QPushButton>("stop").isEnabled());
+        click("stop");
+        waiting.stop();
+        stopped = true;
+    });
+    waiting.start(0);
+    // The look reads the term files for the head of the file without an extension, and waits until Stop was pressed.
+    test::FailingFiles disk;
+    disk.ahead("read", [&] {
+        const bool isBeside = QThread::currentThread() != thread();
+        for (int i = 0; isBeside && i < 1000 && !stopped; ++i) QThread::msleep(1);
+    });
+    click("copy");
+    QVERIFY(stopped);
+    QCOMPARE(text("status"), QStringLiteral("Nothing was copied"));
+    QVERIFY(!isThere("p0.jpg"));
+    click("copy");
+    QVERIFY(isThere("p0.jpg"));
+}
+
+void FrmCopiesTest::drawnWidthsStay() {
+    fs::create_directories(landed("p0.jpg"));
+    open();
+    pickTarget();
+    click("copy");
+    auto& notes = control<Grid>("notes");
+    notes.setColumnWidth(0, 123);
+    click("copy");
+    QVERIFY(notes.rowCount() > 0);
+    QCOMPARE(notes.columnWidth(0), 123);
 }
 
 void FrmCopiesTest::withoutATargetOneIsAskedFor() {
@@ -298,6 +343,17 @@ void FrmCopiesTest::theLastTargetIsOfferedAgain() {
     pickTarget();
     open();
     QCOMPARE(text("target"), QString::fromStdString((main_->temp / "target").native()));
+}
+
+void FrmCopiesTest::aTargetThatIsNotThereIsToldOf() {
+    open();
+    pickTarget();
+    fs::remove(main_->temp / "target");
+    open();
+    click("copy");
+    QCOMPARE(text("status"),
+             QString::fromStdString("The target " + (main_->temp / "target").native() + " is not there"));
+    QVERIFY(!fs::exists(main_->temp / "target"));
 }
 
 void FrmCopiesTest::aJobThatIsNotThereIsToldOf() {
