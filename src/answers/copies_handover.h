@@ -12,7 +12,7 @@ namespace quillon {
 struct CopiesHandover {
     std::string job;          ///< ID, or path of a list or an evidence file
     FileWish wish;            ///< which of its files
-    std::string what;         ///< the same in words, UTF-8; empty: all files of the job
+    std::string what;         ///< the same in words but for the grades, UTF-8; empty: all files
     bool failedOnly = false;  ///< of these only what is not copied yet
 };
 

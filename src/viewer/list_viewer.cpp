@@ -96,15 +96,13 @@ CopiesHandover ListViewer::forCopies() const {
     for (const GradeRow& row : kGrades.values) {
         if (!category.empty() && trimRight(std::u16string_view(job_.grader.messages()[row.grade])) ==
                                      trimRight(std::u16string_view(category)))
-            handover.wish.grades = {row.grade};
+            handover.wish.grades.push_back(row.grade);  // texts may be the same
     }
     const std::string extension = utf16ToUtf8(state.extensions.chosenText());
-    if (!extension.empty())
+    if (!extension.empty()) {
         handover.wish.extensions = {extension};
-    if (!handover.wish.grades.empty())
-        handover.what = readable(std::u16string_view(category));
-    if (!extension.empty())
-        handover.what += (handover.what.empty() ? "." : " · .") + readable(std::string_view(extension));
+        handover.what = "." + readable(std::string_view(extension));
+    }
     return handover;
 }
 

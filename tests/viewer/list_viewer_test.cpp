@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "viewer/list_viewer.h"
 
+#include <set>
+
 #include "viewer/viewer_fixture.h"
 
 namespace quillon::test {
@@ -96,6 +98,15 @@ TEST_F(ViewerTest, TheMessagesInMemoryDecideNotTheLinesOfTheFile) {
     EXPECT_TRUE(viewer.state.runEnabled);
     viewer.chooseCategory(3);
     EXPECT_FALSE(viewer.state.runEnabled);
+}
+
+TEST_F(ViewerTest, ACopyIsHandedEveryGradeOfTheCategoryAndNoWordsOfIt) {
+    job.messages[Grade::Unknown] = job.messages[Grade::Corrupt];
+    open(u"Header Corrupt");
+    const CopiesHandover handover = viewer.forCopies();
+    EXPECT_EQ(std::set(handover.wish.grades.begin(), handover.wish.grades.end()),
+              (std::set{Grade::Corrupt, Grade::Unknown}));
+    EXPECT_EQ(handover.what, "") << "the ticks tell the grades, and they change";
 }
 
 TEST_F(ViewerTest, AResultHoldsTheCategoryAnywhereAndInItsOwnCase) {

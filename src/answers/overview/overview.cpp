@@ -149,7 +149,8 @@ FileWish Overview::wish() const {
     return wish;
 }
 
-void Overview::describeFilter() {
+// Empty where nothing is chosen.
+std::string Overview::filterText(bool withGrade) const {
     std::string text;
     const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : " · ") + part; };
     if (state.folder != nullptr && state.folder->above != nullptr)
@@ -160,8 +161,14 @@ void Overview::describeFilter() {
     }
     if (state.reason > 0)
         add(state.reasons[static_cast<std::size_t>(state.reason)].first);
-    if (state.choice > 0)
-        add(fileChoices()[static_cast<std::size_t>(state.choice)].caption);
+    const FileChoice& files = fileChoices()[static_cast<std::size_t>(state.choice)];
+    if (state.choice > 0 && (withGrade || files.wish.grades.empty()))
+        add(files.caption);
+    return text;
+}
+
+void Overview::describeFilter() {
+    const std::string text = filterText(true);
     state.filter = text.empty() ? "All files of the job" : text;
 }
 

@@ -120,6 +120,7 @@ private:
     void tell(const FileError& error);
     void describe();
     void describeFilter();
+    [[nodiscard]] std::string filterText(bool withGrade) const;
     void describeRows();
     void moveMap(FolderNode& folder);
     void arrangeMap();

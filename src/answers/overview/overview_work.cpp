@@ -92,7 +92,7 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
 
 CopiesHandover Overview::forCopies(bool failedOnly) const {
     const NativePath& file = job_.evidence.empty() ? job_.list : job_.evidence;
-    return {file.native(), wish(), state.filter, failedOnly};
+    return {file.native(), wish(), filterText(false), failedOnly};
 }
 
 void Overview::exportFiles() {

@@ -195,6 +195,19 @@ TEST_F(OverviewTest, AnotherJobIsTheEarlierAttempt) {
     EXPECT_FALSE(overview.rows.areChanges());
 }
 
+TEST_F(OverviewTest, ACopyIsHandedTheFilterInWordsButNotTheGrades) {
+    openEvidence();
+    EXPECT_EQ(overview.forCopies(false).what, "");
+    overview.chooseFiles(1);
+    const CopiesHandover ofGrade = overview.forCopies(true);
+    EXPECT_EQ(ofGrade.what, "") << "the ticks tell the grades, and they change";
+    EXPECT_EQ(ofGrade.wish.grades, fileChoices()[1].wish.grades);
+    EXPECT_TRUE(ofGrade.failedOnly);
+    overview.chooseFiles(static_cast<int>(fileChoices().size()) - 1);
+    overview.chooseExtension(entryOf(overview.state.extensions, "jpg"));
+    EXPECT_EQ(overview.forCopies(false).what, ".jpg · Not read whole");
+}
+
 TEST_F(OverviewTest, WhatIsShownIsExported) {
     openEvidence();
     overview.chooseExtension(entryOf(overview.state.extensions, "png"));
