@@ -210,8 +210,10 @@ void frmOverview::showFiles() {
 
 void frmOverview::showButtons() {
     const bool usable = overview_.state.isOpen && !overview_.state.busy;
-    for (QPushButton* button : {toViewer, compareWith, exportFiles, writeReport, copyFiles, copyAgain, showAll})
-        button->setEnabled(usable);
+    for (QPushButton* button : {toViewer, compareWith, writeReport, showAll}) button->setEnabled(usable);
+    // Changes are no files of the job that a filter would find.
+    for (QPushButton* button : {exportFiles, copyFiles, copyAgain})
+        button->setEnabled(usable && !overview_.rows.areChanges());
 }
 
 }  // namespace quillon

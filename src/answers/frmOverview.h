@@ -27,8 +27,9 @@
 //     matching               how many
 //     headName, head         the first bytes of the current row
 //   remark                   what is not known, what came of a step
-//   copyFiles "Copy These Files ...", copyAgain "Copy Again What Failed ...", toViewer "Show in Viewer", compareWith
-//   "Compare with ...", exportFiles "Export ...", writeReport "Report ...", done "Done"
+//   toViewer "Show in Viewer", compareWith "Compare with ...", exportFiles "Export ...", writeReport "Report ...",
+//   copyFiles "Copy These Files ...", copyAgain "Copy Again What Failed ...", done "Done"
+//                          export and copies take the files that are shown, and are off behind a comparison
 
 #include "answers/frmOverview_bars.h"
 #include "answers/frmOverview_tree.h"

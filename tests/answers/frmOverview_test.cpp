@@ -269,7 +269,11 @@ void FrmOverviewTest::aComparisonShowsWhatDiffers() {
     QCOMPARE(text("matching"), QStringLiteral("0 gained, 0 lost, 0 moved, 0 better, 0 worse, 4 same"));
     QCOMPARE(text("filter"), QStringLiteral("From J1 to J1"));
     QCOMPARE(control<Grid>("files").columnTitle(1), std::string("Change"));
+    const auto isOn = [this](const char* button) { return control<QPushButton>(button).isEnabled(); };
+    for (const char* button : {"exportFiles", "copyFiles", "copyAgain"}) QVERIFY2(!isOn(button), button);
+    QVERIFY(isOn("compareWith") && isOn("writeReport"));
     click("showAll");
+    for (const char* button : {"exportFiles", "copyFiles", "copyAgain"}) QVERIFY2(isOn(button), button);
     QCOMPARE(control<Grid>("files").columnTitle(1), std::string("Size"));
 }
 
