@@ -197,11 +197,12 @@ void declareHistory(CLI::App& command, Given& given) {
     declareJson(command, given);
     command.add_flag("--local", wish.local, "The database of this computer, though it is shared with others");
     command.add_option("--last", wish.last, "How many of the newest; 1000 unless told")->type_name("N");
-    command.add_flag("--effect", wish.effect, "How many of the heads that jobs have kept were good before and after");
+    CLI::Option* effect = command.add_flag("--effect", wish.effect,
+                                           "How many of the heads that jobs have kept were good before and after");
     CLI::Option* undo = command.add_option("--undo", wish.undo, "Take this change back, as a new change");
-    undo->type_name("ID");
+    undo->type_name("ID")->excludes(effect);
     CLI::Option* about = command.add_option("--about", wish.about, "The change that a remark is for");
-    about->type_name("ID")->excludes(undo);
+    about->type_name("ID")->excludes(undo)->excludes(effect);
     CLI::Option* remark = command.add_option("--remark", wish.remark, "Why it was made, in a few words");
     remark->type_name("TEXT")->needs(about);
     about->needs(remark);

@@ -102,6 +102,13 @@ TEST_F(ListHistoryTest, AskedForItTellsWhatBecameOfKeptHeads) {
               nlohmann::json::array({{{"extension", "new"}, {"heads", 1}, {"before", 0}, {"after", 1}}}));
 }
 
+TEST_F(ListHistoryTest, WhatIsWrittenHasNoEffectToTell) {
+    const auto id = teach("1,MZ,T\r\n");
+    EXPECT_EQ(history({"--effect", "--undo", id}), 2);
+    EXPECT_EQ(history({"--effect", "--about", id, "--remark", "x"}), 2);
+    EXPECT_EQ(readHistory(settings_, 9).size(), 1U) << "nothing is written";
+}
+
 TEST_F(ListHistoryTest, NothingChangedIsNothingToTell) {
     EXPECT_EQ(history({}), 0);
     EXPECT_EQ(out.str(), "nothing was changed\n");
