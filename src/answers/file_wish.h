@@ -19,7 +19,7 @@ struct FileWish {
     std::vector<std::string> extensions;  ///< lower case; "" for files without one
     std::vector<Reason> reasons;
     std::string below;    ///< bytes of a folder, in the form of the rows' paths
-    bool doubt = false;   ///< only files whose head speaks against them
+    bool doubt = false;   ///< only files whose head or end speaks against them
     bool unread = false;  ///< only files of which bytes could not be read
 };
 
