@@ -67,7 +67,7 @@ SkipListState ShareSteps::loadSkips() {
 }
 
 Result<void> ShareSteps::fetchMarkers() {
-    return answerBeside(context_.surroundings.loop, [this] { return fetchSectorMarkers(paths(), kept_); });
+    return answerBeside(context_.surroundings.loop, [this] { return fetchSectorMarkers(paths(), kept_, job_); });
 }
 
 Result<void> ShareSteps::fetchCommon() {

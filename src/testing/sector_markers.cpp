@@ -136,12 +136,13 @@ const SectorMarker* SectorMarkers::find(std::string_view sector) const {
     return found == markers_.end() ? nullptr : &*found;
 }
 
-Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept) {
+Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job) {
     const NativePath shared = fileIn(paths.sharedSettings, kBadSectorsFileName);
     if (!paths.useSharedDb || !pathExists(shared))
         return {};
-    return copyNoted(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept, paths.localSettings,
-                     changeByJob());
+    DatabaseChange change = changeByJob();
+    change.job = job;
+    return copyNoted(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept, paths.localSettings, change);
 }
 
 Result<SectorMarkers> loadSectorMarkers(const Paths& paths) {

@@ -69,7 +69,8 @@ private:
 };
 
 /// With sharing on, puts the shared list over the local one when there is one. After a failure the local one serves.
-[[nodiscard]] Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept);
+/// `job`: the ID that the note of it names.
+[[nodiscard]] Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job = {});
 
 /// Reads the local list; without one the published markers. A failure: it cannot be read.
 [[nodiscard]] Result<SectorMarkers> loadSectorMarkers(const Paths& paths);

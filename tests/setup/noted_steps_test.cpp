@@ -53,12 +53,14 @@ TEST_F(NotedStepsTest, TermFilesThatAJobTakesAwayAreNoted) {
 TEST_F(NotedStepsTest, TheNotesOfARefreshNameItsJob) {
     folder.write("share/Database/jpg.dat", "1,new,T\r\n");
     folder.write("share/Settings/CommonHeaders.dat", "new\r\n");
+    folder.write("share/Settings/BadSectors.dat", "new\r\n");
     folder.write("local/Database/old.dat", "1,old,T\r\n");
     const Paths& paths = installation.paths();
     EXPECT_FALSE(moveOrphansAway(findOrphanTermFiles(paths, progress), paths, kept, "4711").lostNote);
     EXPECT_FALSE(copyChangedTermFiles(databaseFiles(paths.sharedDatabase), paths, kept, progress, "4711").lostNote);
     ASSERT_TRUE(fetchCommonHeaders(paths, kept, "4711"));
-    ASSERT_EQ(notes().size(), 3U);
+    ASSERT_TRUE(fetchSectorMarkers(paths, kept, "4711"));
+    ASSERT_EQ(notes().size(), 4U);
     for (const auto& note : notes()) EXPECT_EQ(note.job, "4711") << note.files.front().file;
 }
 
