@@ -243,6 +243,16 @@ Result<void> EvidenceStore::change(EvidenceRow& row, const FileHead* head) {
 }
 
 Result<void> EvidenceStore::setVerdict(const EvidenceRow& before, const EvidenceRow& now) {
+    if (now.id > highestVerdict_) {
+        highestVerdict_ = now.id;
+        return writeVerdict(before, now);
+    }
+    // Whoever gives `before` may not see yet what an earlier verdict has made of the row.
+    const auto stands = begin().and_then([&] { return rowBefore(now.id); });
+    return stands ? writeVerdict(*stands, now) : failure(stands.error());
+}
+
+Result<void> EvidenceStore::writeVerdict(const EvidenceRow& before, const EvidenceRow& now) {
     auto changed = begin().and_then([&] { return now.head ? heads_.beforeChange(*now.head) : Result<void>(); });
     if (changed)
         changed = verdict_

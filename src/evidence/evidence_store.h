@@ -42,7 +42,7 @@ public:
     /// place that `row` names, which is the old one. NotFound: there is no such row.
     [[nodiscard]] Result<void> change(EvidenceRow& row, const FileHead* head = nullptr);
     /// Replaces what a test found of a file: grade, result, reason, unread bytes and doubt. `before`: the row as it
-    /// stands there; all else of `now` is the same.
+    /// stands there, or stood there ahead of another verdict on the same file; all else of `now` is the same.
     [[nodiscard]] Result<void> setVerdict(const EvidenceRow& before, const EvidenceRow& now);
     /// Notes what became of a file's copy; a file of another id than there is, is passed over.
     [[nodiscard]] Result<void> setCopy(std::int64_t id, const CopyOutcome& outcome);
@@ -72,6 +72,7 @@ private:
     [[nodiscard]] Result<void> write(Statement& statement, const EvidenceRow& row);
     [[nodiscard]] Result<void> insert(const EvidenceRow& row);
     [[nodiscard]] Result<EvidenceRow> rowBefore(std::int64_t id);
+    [[nodiscard]] Result<void> writeVerdict(const EvidenceRow& before, const EvidenceRow& now);
 
     Database database_;
     FolderRows folders_;
@@ -89,6 +90,7 @@ private:
     Statement verdict_;
     Statement byId_;
     std::int64_t nextId_ = 1;
+    std::int64_t highestVerdict_ = 0;  // id of a file that a verdict was set of
     bool begun_ = false;
     std::string nameText_;
 };

@@ -176,6 +176,28 @@ TEST_F(EvidenceStoreTest, AChangedRowKeepsItsHeadAndIsVouchedFor) {
     EXPECT_EQ(answers(path, "SELECT reason, files FROM reasons"), std::vector<std::string>{"noise|2"});
 }
 
+TEST_F(EvidenceStoreTest, TheLastOfTwoVerdictsOnAFileCountsOnce) {
+    {
+        auto store = created();
+        fill(store, 3);
+    }
+    const auto before = rows();
+    {
+        auto store = opened();
+        for (const auto& [at, grade] :
+             {std::pair(2U, Grade::Unknown), std::pair(0U, Grade::Corrupt), std::pair(2U, Grade::Corrupt)}) {
+            EvidenceRow now = before.at(at);
+            now.grade = grade;
+            ASSERT_TRUE(store.setVerdict(before.at(at), now));
+        }
+        ASSERT_TRUE(store.commit());
+    }
+    EXPECT_EQ(answers(path, "SELECT g.name, files FROM by_extension b JOIN grade g ON g.id = b.grade WHERE files <> 0"),
+              (std::vector<std::string>{"good|1", "corrupt|2"}));
+    auto from = reader();
+    for (const auto& row : rows()) EXPECT_TRUE(from.isVouchedFor(row).value_or(false)) << row.id;
+}
+
 TEST_F(EvidenceStoreTest, AFileThatIsReadAnewGetsANewHead) {
     {
         auto store = created();
