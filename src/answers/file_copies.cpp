@@ -78,11 +78,20 @@ bool FileCopies::isMissing(const EvidenceRow& file, const CopyTask& task) {
 }
 
 // Whole as it was recorded, and of a source that is what it was.
-bool FileCopies::isThereAlready(const Asked& asked) const {
+bool FileCopies::isThereAlready(const Asked& asked, EventLoop& loop) const {
+    const auto goOn = [&loop] {
+        loop.turn();
+        return !loop.stopAsked();
+    };
     const auto source = fileStamp(asked.task.source);
     return source && static_cast<std::int64_t>(source->size) == asked.size &&
            source->modified.seconds * 1'000'000'000 + source->modified.nanoseconds == asked.modified &&
-           asked.task.target && older_->wholeOne(*asked.task.target);
+           asked.task.target && older_->wholeOne(*asked.task.target, goOn);
+}
+
+// Without one a copy is made again, whatever it is.
+bool FileCopies::hasCheckSum(const CopyTask& task) const {
+    return task.target && older_->isKnown(*task.target);
 }
 
 Result<void> FileCopies::eachFile(const Take& take) {
@@ -97,7 +106,7 @@ Result<void> FileCopies::eachFile(const Take& take) {
         if (!*more)
             return {};
         const CopyTask task = taskOf(file);
-        if (!order_->failedOnly || isMissing(file, task))
+        if (!order_->failedOnly || isMissing(file, task) || !hasCheckSum(task))
             take(file, task);
     }
 }
@@ -153,7 +162,9 @@ Result<void> FileCopies::copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, 
         while (!queue.hasRoom() && !sums_.stopped) copyFirst(queue, loop);
         if (sums_.stopped)
             break;
-        if (!leaveAlone(asked)) {
+        const bool stays = leaveAlone(asked, loop);
+        sums_.stopped = loop.stopAsked();  // the look was given up, and says nothing
+        if (!stays && !sums_.stopped) {
             ++sums_.files;
             sums_.bytes += asked.size;
             queue.ask(std::move(asked.task));
@@ -166,8 +177,8 @@ Result<void> FileCopies::copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, 
 }
 
 // A copy that nothing speaks against counts for nothing; one that nobody knew of, as one that was there already.
-bool FileCopies::leaveAlone(const Asked& asked) {
-    if (!order_->failedOnly || !isThereAlready(asked))
+bool FileCopies::leaveAlone(const Asked& asked, EventLoop& loop) {
+    if (!order_->failedOnly || !isThereAlready(asked, loop))
         return false;
     // The check sums keep their line, the remark on its names is written anew.
     noteNewName({asked.task.number, asked.task.source, *asked.task.target, CopyFacts()});

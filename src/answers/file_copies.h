@@ -79,9 +79,10 @@ private:
     void noteNewName(const SettledCopy& copy);
     [[nodiscard]] CopyTask taskOf(const EvidenceRow& file);
     [[nodiscard]] static bool isMissing(const EvidenceRow& file, const CopyTask& task);
-    [[nodiscard]] bool isThereAlready(const Asked& asked) const;
+    [[nodiscard]] bool isThereAlready(const Asked& asked, EventLoop& loop) const;
+    [[nodiscard]] bool hasCheckSum(const CopyTask& task) const;
     [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk);
-    [[nodiscard]] bool leaveAlone(const Asked& asked);
+    [[nodiscard]] bool leaveAlone(const Asked& asked, EventLoop& loop);
     [[nodiscard]] Result<void> copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, EventLoop& loop);
     void copyFirst(CopyQueue& queue, EventLoop& loop);
     void end(const SettledCopy& copy, const Ended& ended);

@@ -2,6 +2,7 @@
 #include "job/copy_pass.h"
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 #include "app/run_beside.h"
@@ -93,7 +94,11 @@ void CopyPass::lookForEarlier() {
 bool CopyPass::standsAlready(const CopyTask& task) {
     if (!earlier_ || !task.target)
         return false;
-    const auto facts = answerBeside(context_.surroundings.loop, [&] { return earlier_->standing(row_, *task.target); });
+    std::atomic<bool> stopped = false;
+    const auto goOn = [&stopped] { return !stopped; };
+    const auto facts = answerBeside(
+        context_.surroundings.loop, [&] { return earlier_->standing(row_, *task.target, goOn); },
+        [&] { stopped = context_.stopsAtOnce() || context_.state.stopRequested; });
     if (!facts)
         return false;
     ++context_.state.counters.rowsRead;
@@ -111,7 +116,7 @@ void CopyPass::recordLost(const FileError& why) {
 void CopyPass::copyRows(ListReader& list) {
     while (!context_.state.stopRequested) {
         lookAhead(list);
-        if (queue_.empty())
+        if (queue_.empty() || context_.state.stopRequested)  // in a look at what stands there
             break;
         copyFirst();
         context_.turn();
@@ -140,7 +145,7 @@ void CopyPass::lookAhead(ListReader& list) {
             continue;
         }
         CopyTask task{line_, row_.nativePath(), copyTarget(targetFolder_, row_.nativePath())};
-        if (!standsAlready(task))
+        if (!standsAlready(task) && !context_.state.stopRequested)
             queue_.ask(std::move(task));
     }
 }

@@ -4,6 +4,7 @@
 // Which files of a job that goes on with its earlier run need not be copied again: that run has copied them, the source
 // still has the size and the time that it recorded, and what stands in the target gives the recorded check sum.
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -21,8 +22,10 @@ public:
     [[nodiscard]] static std::optional<EarlierCopies> find(const NativePath& list, const NativePath& source,
                                                            const NativePath& target, const std::string& jobId);
 
-    /// What is known of the copy that stands at `target`; none where the file is to be copied. Reads the copy.
-    [[nodiscard]] std::optional<CopyFacts> standing(const ListRow& row, const std::string& target);
+    /// What is known of the copy that stands at `target`; none where the file is to be copied, as one of which not all
+    /// could be read is. Reads the copy, and gives that up with none where `goOn` says no.
+    [[nodiscard]] std::optional<CopyFacts> standing(const ListRow& row, const std::string& target,
+                                                    const std::function<bool()>& goOn);
 
 private:
     EarlierCopies(EarlierRun run, const NativePath& source, OlderCopies copies)

@@ -23,17 +23,27 @@ Result<OlderCopies> OlderCopies::read(const NativePath& target, const std::strin
     }
 }
 
-std::optional<Sha256Digest> OlderCopies::wholeOne(std::string_view copy) const {
+// Null for none.
+const std::string* OlderCopies::sumOf(std::string_view copy) const {
     if (sums_.empty() || !copy.starts_with(root_))
-        return std::nullopt;
+        return nullptr;
     const auto sum = sums_.find(std::string(copy.substr(root_.size())));
-    if (sum == sums_.end())
+    return sum == sums_.end() ? nullptr : &sum->second;
+}
+
+bool OlderCopies::isKnown(std::string_view copy) const {
+    return sumOf(copy) != nullptr;
+}
+
+std::optional<Sha256Digest> OlderCopies::wholeOne(std::string_view copy, const std::function<bool()>& goOn) const {
+    const auto* const sum = sumOf(copy);
+    if (sum == nullptr)
         return std::nullopt;
     auto reader = MediumReader::open(NativePath(copy));
     if (!reader)
         return std::nullopt;
-    const auto hash = hashOfMedium(*std::move(reader), [](std::uint64_t) { return true; });
-    return hash && hexText(*hash) == sum->second ? std::optional(*hash) : std::nullopt;
+    const auto hash = hashOfMedium(*std::move(reader), [&goOn](std::uint64_t) { return goOn(); });
+    return hash && hexText(*hash) == *sum ? std::optional(*hash) : std::nullopt;
 }
 
 }  // namespace quillon

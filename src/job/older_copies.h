@@ -4,6 +4,7 @@
 // What an earlier run has left in a target, for one that makes only what is missing there. A copy is left alone only
 // where its bytes give the check sum that stands for it.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,11 +23,16 @@ public:
 
     [[nodiscard]] bool isEmpty() const { return sums_.empty(); }
 
-    /// Reads the copy from its medium. None where it has no check sum, cannot be read, or is another one.
-    [[nodiscard]] std::optional<Sha256Digest> wholeOne(std::string_view copy) const;
+    /// Whether a check sum stands for the copy. Reads nothing.
+    [[nodiscard]] bool isKnown(std::string_view copy) const;
+
+    /// Reads the copy from its medium. None where it has no check sum, cannot be read, or is another one, or where
+    /// `goOn`, which is asked behind each piece of it, says no.
+    [[nodiscard]] std::optional<Sha256Digest> wholeOne(std::string_view copy, const std::function<bool()>& goOn) const;
 
 private:
     explicit OlderCopies(std::string root) : root_(std::move(root)) {}
+    [[nodiscard]] const std::string* sumOf(std::string_view copy) const;
 
     std::string root_;                                   // ends in "/"
     std::unordered_map<std::string, std::string> sums_;  // digest by name below the root
