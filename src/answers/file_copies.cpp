@@ -50,7 +50,7 @@ CopyTask FileCopies::taskOf(const EvidenceRow& file) {
         root += std::string("/") + (file.grade ? kGrades[*file.grade].name.value : "not-tested");
     CopyTask task{file.id != 0 ? file.id : file.row.value_or(0), path, copyTarget(withOneSlash(root), path)};
     if (const auto extension = order_->rightNames ? names_.extensionOf(file, path) : "";
-        task.target && !extension.empty())
+        task.target && !extension.empty() && !pathExists(path + "." + extension))  // a neighbour has that name
         *task.target += "." + extension;
     return task;
 }
@@ -204,7 +204,12 @@ void FileCopies::copyFirst(CopyQueue& queue, EventLoop& loop) {
 }
 
 void FileCopies::end(const SettledCopy& copy, const Ended& ended) {
-    outcomes_.emplace_back(copy.number, copyOutcome(copy.result, order_->care.verify));
+    CopyOutcome outcome = copyOutcome(copy.result, order_->care.verify);
+    if (byMap_ && copy.result && copy.result->gaps.empty()) {
+        outcome.badBytes.reset();
+        outcome.badRanges.clear();
+    }
+    outcomes_.emplace_back(copy.number, std::move(outcome));
     if (copy.result) {
         ++sums_.copied;
         sums_.copiedBytes += static_cast<std::int64_t>(copy.result->size);
@@ -229,8 +234,11 @@ void FileCopies::openEvidence() {
         return;
     }
     store_.emplace(*std::move(store));
-    if (auto evidence = EvidenceReader::open(job_->evidence))
-        knowsSectors_ = evidence->jobText(job_keys::kSectors).value_or(std::nullopt).has_value();
+    if (auto evidence = EvidenceReader::open(job_->evidence)) {
+        const auto origin = evidence->jobText(job_keys::kSectors).value_or(std::nullopt);
+        knowsSectors_ = origin.has_value();
+        byMap_ = origin == job_keys::kByMap;
+    }
 }
 
 void FileCopies::noteInEvidence() {

@@ -97,6 +97,7 @@ private:
     Result<void> recorded_;
     std::optional<EvidenceStore> store_;
     bool knowsSectors_ = false;  // the evidence says how its bad sectors came to be known
+    bool byMap_ = false;         // by a rescue map: what that says is zeros in the image, which no watch can tell
     std::string evidenceLoss_;
     std::vector<std::pair<std::int64_t, CopyOutcome>> outcomes_;
     RightNames names_;

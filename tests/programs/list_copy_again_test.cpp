@@ -4,6 +4,8 @@
 
 #include "answers/file_copies.h"
 #include "evidence/evidence_reader.h"
+#include "evidence/evidence_store.h"
+#include "evidence/job_keys.h"
 #include "job/older_copies.h"
 #include "programs/command_fixture.h"
 #include "programs/list_command.h"
@@ -74,6 +76,34 @@ protected:
         return count;
     }
 };
+
+TEST_F(ListCopyAgainTest, ACopyDoesNotTakeAwayWhatARescueMapKnows) {
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    auto row = rowOf("one.abc");
+    row.badBytes = 512;
+    row.badRanges = "0+512";
+    {
+        auto store = EvidenceStore::open(folder / "local/1234.sqlite");
+        ASSERT_TRUE(store && store->change(row) && store->setJob(job_keys::kSectors, job_keys::kByMap));
+        ASSERT_TRUE(store->commit());
+    }
+    ASSERT_EQ(copy(), 0) << err.str();
+    EXPECT_EQ(rowOf("one.abc").copied, 1);
+    EXPECT_EQ(rowOf("one.abc").badBytes, 512);
+    EXPECT_EQ(rowOf("one.abc").badRanges, "0+512");
+    EXPECT_EQ(evidence().jobText(job_keys::kSectors).value(), job_keys::kByMap);
+}
+
+TEST_F(ListCopyAgainTest, AFileKeepsItsNameWhereANeighbourHasTheRightOne) {
+    folder.write("local/Database/qrs.dat", "1,QUILLON-QRS-HEADER,T\r\n");
+    const std::string head = "QUILLON-QRS-HEADER";
+    folder.write("source/plain", head + std::string(600, '1'));
+    folder.write("source/plain.qrs", head + std::string(600, '2'));
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    ASSERT_EQ(copy({"--right-names"}), 0) << err.str();
+    EXPECT_EQ(bytesOf("plain"), head + std::string(600, '1'));
+    EXPECT_EQ(bytesOf("plain.qrs"), head + std::string(600, '2'));
+}
 
 TEST_F(ListCopyAgainTest, AJobThatGoesOnKnowsTheMarkedSectorsOfCopiesThatStand) {
     std::string marked = "MZ" + std::string(510, 'x');
