@@ -96,26 +96,26 @@ Result<bool> EvidenceReader::next(EvidenceRow& row) {
     return true;
 }
 
-// Some rows at once, so that a block of heads is compared with them and not with rows read once more.
+// Some rows at once, so that a block of heads is compared with them and not with rows read once more. What is wrong
+// with a row comes to light when those ahead of it have been given.
 Result<void> EvidenceReader::readPage() {
     inPage_ = pageRows_ = 0;
-    page_.bind(last_, kRowsInPage);
     std::int64_t before = last_;
-    auto more = page_.step();
+    auto more = page_.bind(last_, kRowsInPage).step();
     for (; more && *more; more = page_.step()) {
         if (pageRows_ == rows_.size())
             rows_.emplace_back();
-        EvidenceRow& row = rows_[pageRows_++];
+        EvidenceRow& row = rows_[pageRows_];
         readRow(page_, row);
         if (row.id <= before) {  // an index that leads in a circle
-            page_.reset();
-            pageRows_ = 0;
-            return database_.wrong("it is damaged");
+            more = Result<bool>(database_.wrong("it is damaged"));
+            break;
         }
         before = row.id;
+        ++pageRows_;
     }
     page_.reset();
-    return more ? Result<void>() : failure(more.error());
+    return more || pageRows_ > 0 ? Result<void>() : failure(more.error());
 }
 
 void EvidenceReader::continueBehind(std::int64_t id) {
