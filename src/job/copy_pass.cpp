@@ -152,7 +152,7 @@ void CopyPass::lookAhead(ListReader& list) {
 
 bool CopyPass::isWanted(const ListRow& row) const {
     const std::vector<Grade>& grades = context_.state.options.copyGrades;
-    if (grades.empty())
+    if (grades.empty() || !context_.state.options.checkFileQuality)  // nobody has graded them
         return true;
     const auto grade = gradeOfResult(row[ListColumn::Result], messages_);
     return grade && std::ranges::find(grades, *grade) != grades.end();

@@ -156,6 +156,8 @@ std::string wrongCopyOptions(const Given& given) {
     const CopyCare& care = given.options.copyCare;
     if (care.verify && !care.sync)
         return "--verify reads what is on the disk, and takes no --no-sync";
+    if (!given.copyGrades.empty() && !given.options.test)
+        return "--copy-grades goes by what the test finds, and takes no --no-test";
     if (!given.target.empty())
         return {};
     const std::pair<bool, const char*> ofCopies[] = {{!given.copyGrades.empty(), "--copy-grades"},
