@@ -57,6 +57,7 @@ TEST_F(CopyPassTest, OnlyTheGradesThatAreAskedForAreCopied) {
                        (result.empty() ? u"" : u"," + result));
     writeFinalList(rows);
     state.counters.files = 4;
+    state.options.checkFileQuality = true;
     state.options.copyGrades = {Grade::Good, Grade::CommonHeader};
     CopyPass(job.passContext(), job.lists(), job.messages).run();
     EXPECT_EQ(namesIn(folder.path() / landed((folder / "source").native())), "common good");
@@ -76,6 +77,16 @@ TEST(CopyTargetTest, NoPathLeadsOutOfTheTarget) {
     for (const char* path : {"", "/", "../x", "/a/../../x", "/a/.."})
         EXPECT_EQ(copyTarget("/t/", path), std::nullopt) << path;
     EXPECT_EQ(copyTarget("/t/", "/a/..b/c"), "/t/a/..b/c");
+}
+
+TEST_F(CopyPassTest, WithoutTheTestAllFilesAreCopiedWhateverGradesAreChosen) {
+    writeFinalList({toListText(sourceFile("raw", "raw")) + u",15/11/2026, 3, 32;Ab9x"});
+    state.counters.files = 1;
+    state.options.checkFileQuality = false;
+    state.options.copyGrades = {Grade::Good};
+    CopyPass(job.passContext(), job.lists(), job.messages).run();
+    EXPECT_EQ(state.counters.copied, 1);
+    EXPECT_EQ(state.passes.leftOut, 0);
 }
 
 TEST_F(CopyPassTest, HostileNamesAreCopiedUnderTheirTrueNames) {

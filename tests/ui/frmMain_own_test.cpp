@@ -29,7 +29,6 @@ private slots:
     void theLastGradeStaysTicked();
     void eachGradeHasItsEntry();
     void onlyTheChosenGradesAreCopied();
-    void theTabKeyGoesThroughThemBehindTheAlerts();
     void everyKeyOfTheWindowIsItsOwn();
 
 private:
@@ -139,17 +138,6 @@ void FrmMainOwnTest::onlyTheChosenGradesAreCopied() {
     QVERIFY(std::filesystem::exists(copies + "/p0.jpg") && std::filesystem::exists(copies + "/p1.jpg"));
     QVERIFY(!std::filesystem::exists(copies + "/bad.jpg"));
     QVERIFY(std::filesystem::exists(main_->temp / "target/1234.sha256"));
-}
-
-void FrmMainOwnTest::theTabKeyGoesThroughThemBehindTheAlerts() {
-    box("chkCopy").setChecked(true);
-    QStringList order;
-    const QWidget* next = &main_->control<QPushButton>("Command3");
-    for (; next->objectName() != QLatin1String("CommandButton3"); next = next->nextInFocusChain())
-        if (next->focusPolicy() & Qt::TabFocus)
-            order << next->objectName();
-    QCOMPARE(order.last(), QStringLiteral("copyGrades"));
-    QVERIFY(order.contains(QStringLiteral("chkVerifyCopies")) && order.contains(QStringLiteral("chkSalvage")));
 }
 
 void FrmMainOwnTest::everyKeyOfTheWindowIsItsOwn() {
