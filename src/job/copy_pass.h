@@ -5,7 +5,6 @@
 // copied, whatever its grade, unless only some grades are asked for. A job that goes on with its earlier run, and whose
 // copies have check sums, makes the missing ones.
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -16,7 +15,6 @@
 #include "job/job_lists.h"
 #include "job/pass_context.h"
 #include "testing/report_messages.h"
-#include "testing/sector_markers.h"
 
 namespace quillon {
 

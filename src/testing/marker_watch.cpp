@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "testing/marker_watch.h"
 
+#include <memory>
 #include <utility>
 
 #include "testing/sector_look.h"
+#include "testing/sector_markers.h"
 
 namespace quillon {
 
@@ -27,15 +29,13 @@ private:
 
 }  // namespace
 
-ByteWatchMaker markerWatch(std::shared_ptr<const SectorMarkers> markers) {
-    if (!markers)
-        return {};
-    return [markers = std::move(markers)] { return std::make_unique<MarkerWatch>(markers); };
-}
-
 ByteWatchMaker markerWatch(const Paths& paths) {
-    auto markers = loadSectorMarkers(paths);
-    return markerWatch(markers ? std::make_shared<const SectorMarkers>(*std::move(markers)) : nullptr);
+    auto loaded = loadSectorMarkers(paths);
+    if (!loaded)
+        return {};
+    return [markers = std::make_shared<const SectorMarkers>(*std::move(loaded))] {
+        return std::make_unique<MarkerWatch>(markers);
+    };
 }
 
 }  // namespace quillon
