@@ -34,7 +34,7 @@ Result<std::size_t> removeFrom(const NativePath& folder, const std::string& evid
 }  // namespace
 
 Result<std::size_t> forgetEvidence(const NativePath& listFolder, const JobFiles& job) {
-    const std::string evidence = job.id + ".sqlite";
+    const std::string evidence = job.id + std::string(kEvidenceEnding);
     const NativePath folder = job.evidence.empty() ? listFolder : job.evidence.parent_path();
     if (folder.empty())
         return std::size_t{0};

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "app/kept_files.h"
 #include "evidence/evidence_reader.h"
 #include "evidence/job_keys.h"
 #include "evidence/name_text.h"
@@ -16,7 +17,6 @@ namespace quillon {
 namespace {
 
 constexpr std::string_view kListEnding = ".csv";
-constexpr std::string_view kEvidenceEnding = ".sqlite";
 
 JobFiles filesOf(const NativePath& folder, const std::string& id) {
     JobFiles files{id, {}, {}};

@@ -51,7 +51,7 @@ NativePath relativePlace(const NativePath& file, const NativePath& root) {
 
 NativePath evidenceBeside(const NativePath& list) {
     NativePath evidence = list;
-    return evidence.replace_extension(".sqlite");
+    return evidence.replace_extension(kEvidenceEnding);
 }
 
 NativePath earlierEvidenceBeside(const NativePath& list) {

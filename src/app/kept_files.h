@@ -7,11 +7,15 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/installation.h"
 #include "platform/dates.h"
 
 namespace quillon {
+
+/// Of the names of evidence files, behind the job ID.
+inline constexpr std::string_view kEvidenceEnding = ".sqlite";
 
 /// Where the evidence of a list stands: "1234.csv" -> "1234.sqlite".
 [[nodiscard]] NativePath evidenceBeside(const NativePath& list);

@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/kept_files.h"
 #include "editors/kept_of_job.h"
 #include "platform/folders.h"
 #include "text/list_text.h"
@@ -12,8 +13,6 @@
 namespace quillon {
 
 namespace {
-
-constexpr std::string_view kEvidenceEnding = ".sqlite";
 
 class Loading {
 public:

@@ -3,18 +3,14 @@
 
 #include <utility>
 
+#include "app/kept_files.h"
+
 namespace quillon {
-
-namespace {
-
-constexpr const char* kEvidenceEnding = ".sqlite";
-
-}  // namespace
 
 KeptOfJob::KeptOfJob(const NativePath& listFolder, const std::string& job) {
     if (listFolder.empty() || job.empty())
         return;
-    if (auto opened = EvidenceReader::open(listFolder / (job + kEvidenceEnding))) {
+    if (auto opened = EvidenceReader::open(listFolder / (job + std::string(kEvidenceEnding)))) {
         places_.emplace(sourceIn(*opened));
         reader_.emplace(std::move(*opened));
     }
