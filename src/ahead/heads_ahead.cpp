@@ -22,9 +22,7 @@ HeadsAhead::HeadsAhead(StandingStill standingStill, MakeReader makeReader, std::
           [makeReader = std::move(makeReader), care = care_]() -> Ahead<Asked, kMost>::Work {
               std::shared_ptr<HeadReader> reader = makeReader ? makeReader() : std::make_unique<SourceFiles>(care);
               return [reader, care](Asked& asked) {
-                  asked.answered = asked.itsTurn || !care->oneAtATime();
-                  if (asked.answered)
-                      asked.result = reader->readHead(asked.path, asked.head);
+                  asked.answer(*care, [&] { asked.result = reader->readHead(asked.path, asked.head); });
               };
           },
           AtEnd::LeaveBehind) {
@@ -33,8 +31,7 @@ HeadsAhead::HeadsAhead(StandingStill standingStill, MakeReader makeReader, std::
 void HeadsAhead::ask(std::string_view nativePath) {
     Asked& asked = ahead_.ask();
     asked.path = nativePath;
-    asked.itsTurn = care_->oneAtATime();
-    asked.answered = true;
+    asked.begin(*care_);
     if (asked.itsTurn) {
         askForOne(asked);
         return;
@@ -53,23 +50,12 @@ void HeadsAhead::askForOne(Asked& asked) {
 }
 
 bool HeadsAhead::firstArrives(std::chrono::milliseconds limit) {
-    if (!ahead_.firstArrives(limit))
-        return false;
-    Asked& asked = ahead_.first();
-    if (asked.answered)
-        return true;
-    asked.itsTurn = true;
-    if (standingStill_ == StandingStill::Allowed) {
-        readInLine(asked);
-        return true;
-    }
-    ahead_.leaveFirst();
-    return ahead_.firstArrives(limit);
+    return firstIsAnswered(ahead_, standingStill_, limit, [this](Asked& asked) { readInLine(asked); });
 }
 
 void HeadsAhead::readInLine(Asked& asked) {
     asked.result = files_.readHead(asked.path, asked.head);
-    asked.answered = true;
+    asked.isAnswered = true;
 }
 
 // A failure lies in memory, too.

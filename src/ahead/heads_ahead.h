@@ -13,18 +13,17 @@
 #include <string_view>
 
 #include "ahead/ahead.h"
+#include "ahead/turn_with_care.h"
 #include "platform/source_care.h"
 #include "platform/source_files.h"
 
 namespace quillon {
 
 class HeadsAhead final : public HeadReader {
-    struct Asked {
+    struct Asked : TurnWithCare {
         std::string path;
         HeaderBytes head;
         Result<std::size_t> result;
-        bool itsTurn = false;   // it is needed now, and not ahead
-        bool answered = false;  // a thread leaves out what is asked ahead of a source that needs care
     };
 
 public:

@@ -10,9 +10,7 @@ constexpr std::size_t kThreads = 32;
 constexpr std::chrono::milliseconds kHoldUp{2};
 
 void workUnlessCareIsNeeded(SourceTask& task, SourceTask::Tools& tools) {
-    task.isAnswered = task.itsTurn || !tools.care->oneAtATime();
-    if (task.isAnswered)
-        task.work(tools);
+    task.answer(*tools.care, [&] { task.work(tools); });
 }
 
 }  // namespace

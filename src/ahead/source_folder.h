@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "ahead/ahead_threads.h"
+#include "ahead/turn_with_care.h"
 #include "platform/attributes.h"
 #include "platform/directory.h"
 #include "platform/source_care.h"
@@ -42,7 +42,7 @@ struct OpenFolder {
 [[nodiscard]] FileAnswer describeFile(const OpenFolder& folder, std::string_view name, SourceCare& care);
 
 /// One piece of work that a source is asked for.
-class SourceTask : public AheadTask {
+class SourceTask : public AheadTask, public TurnWithCare {
 public:
     virtual ~SourceTask() = default;
 
@@ -56,10 +56,7 @@ public:
 
     bool isAsked = false;   ///< a thread has it
     bool isAtHand = false;  ///< what it answers can be looked at
-    bool itsTurn = false;   ///< it is needed now, and not ahead
-    /// Of a thread: it did the work. One leaves out what is asked ahead of a source that needs care.
-    bool isAnswered = false;
-    bool wasSlow = false;  ///< a call of it had to wait for a disk or a server
+    bool wasSlow = false;   ///< a call of it had to wait for a disk or a server
 
 protected:
     SourceTask() = default;

@@ -32,13 +32,12 @@ EndsPass::EndsPass(const PassContext& context)
     : context_(context),
       files_(context.state.care),
       wait_(context),
+      standingStill_(standingStillOf(context)),
       ahead_(
-          standingStillOf(context), kThreads, kSlow,
+          standingStill_, kThreads, kSlow,
           [care = context.state.care]() -> Ahead<Asked>::Work {
               return [files = std::make_shared<SourceFiles>(care), care](Asked& asked) {
-                  asked.answered = asked.itsTurn || !care->oneAtATime();
-                  if (asked.answered)
-                      asked.tail = lookAtTail(*files, asked.question);
+                  asked.answer(*care, [&] { asked.tail = lookAtTail(*files, asked.question); });
               };
           },
           AtEnd::LeaveBehind) {
@@ -151,25 +150,14 @@ void EndsPass::ask(EndQuestion question) {
     Asked& asked = ahead_.ask();
     asked.row = row_;
     asked.question = std::move(question);
-    asked.itsTurn = context_.state.care->oneAtATime();
-    asked.answered = true;
+    asked.begin(*context_.state.care);
     context_.surroundings.loop.workingOn(asked.question.path);
-    ahead_.doLast([](Asked&) { return false; },
-                  [this](Asked& mine) {
-                      mine.tail = lookAtTail(files_, mine.question);
-                      mine.answered = true;
-                  });
+    ahead_.doLast([](Asked&) { return false; }, [this](Asked& mine) { lookInLine(mine); });
 }
 
-bool EndsPass::firstArrives(std::chrono::milliseconds limit) {
-    if (!ahead_.firstArrives(limit))
-        return false;
-    Asked& asked = ahead_.first();
-    if (asked.answered)
-        return true;
-    asked.itsTurn = true;
-    ahead_.leaveFirst();
-    return ahead_.firstArrives(limit);
+void EndsPass::lookInLine(Asked& asked) {
+    asked.tail = lookAtTail(files_, asked.question);
+    asked.isAnswered = true;
 }
 
 // False: the person stops, or it takes too long.
@@ -178,8 +166,10 @@ bool EndsPass::waitForFirst() {
         const auto& limit = context_.state.options.hangLimit;
         return isStopped() || (limit && wait_.waited() >= *limit);
     };
-    return wait_.until(
-        ahead_.first().question.path, [this](auto limit) { return firstArrives(limit); }, ends);
+    const auto arrives = [this](std::chrono::milliseconds limit) {
+        return firstIsAnswered(ahead_, standingStill_, limit, [this](Asked& asked) { lookInLine(asked); });
+    };
+    return wait_.until(ahead_.first().question.path, arrives, ends);
 }
 
 Result<void> EndsPass::takeFirst() {

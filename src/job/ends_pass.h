@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "ahead/ahead.h"
+#include "ahead/turn_with_care.h"
 #include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
 #include "job/file_tail.h"
@@ -28,12 +29,10 @@ public:
     [[nodiscard]] Result<EndFigures> run(const NativePath& evidence);
 
 private:
-    struct Asked {
+    struct Asked : TurnWithCare {
         EvidenceRow row;
         EndQuestion question;
         FileTail tail;
-        bool itsTurn = false;   // it is needed now, and not ahead
-        bool answered = false;  // a thread leaves out what is asked ahead of a source that needs care
     };
 
     [[nodiscard]] Result<void> open(const NativePath& evidence);
@@ -44,7 +43,7 @@ private:
     [[nodiscard]] Result<bool> makeQuestion(EndQuestion& question);
     void ask(EndQuestion question);
     [[nodiscard]] bool isStopped() const;
-    [[nodiscard]] bool firstArrives(std::chrono::milliseconds limit);
+    void lookInLine(Asked& asked);
     [[nodiscard]] bool waitForFirst();
     [[nodiscard]] Result<void> takeFirst();
     void countKnown(const EvidenceRow& row);
@@ -60,6 +59,7 @@ private:
     int changes_ = 0;    // since the last commit
     SourceFiles files_;  // of this thread
     SourceWait wait_;
+    StandingStill standingStill_;
     Ahead<Asked> ahead_;
 };
 
