@@ -7,9 +7,15 @@ namespace quillon {
 namespace {
 
 // Writers that cannot go back put the largest number they have there, or a limit near one of the two ends.
+constexpr std::uint64_t kMargin = 0x1000;
+
 constexpr bool isStreamSize(std::uint64_t size) {
-    constexpr std::uint64_t margin = 0x1000;
-    return size == 0 || size >= 0xFFFFFFFFU - margin || within(size, 0x7FFFFFFFU - margin, 0x80000000U + margin);
+    return size == 0 || size >= 0xFFFFFFFFU - kMargin || within(size, 0x7FFFFFFFU - kMargin, 0x80000000U + kMargin);
+}
+
+// The same of a length that has 64 bits.
+constexpr Number knownLength(Number length) {
+    return length && *length != 0 && *length < kLargestSize - kMargin ? length : std::nullopt;
 }
 
 // Careless writers count the eight bytes of the header as well, or leave out the last padding byte.
@@ -50,10 +56,9 @@ Opinion riffOpinion(Bytes head, std::uint64_t size) {
 
 // EBU Tech 3306 and ITU-R BS.2088: 0 "RF64" or "BW64", 4 FFFFFFFF, 12 "ds64", 20 le64 length of what follows.
 Opinion rf64Opinion(Bytes head, std::uint64_t size) {
-    const auto length = head.le64(20);
-    if (!head.has(12, "ds64") || !length || *length == 0 || *length >= kLargestSize)
+    if (!head.has(12, "ds64"))
         return {};
-    return needs(plus(length, 8), size, "The ds64 chunk", kSlack);
+    return needs(plus(knownLength(head.le64(20)), 8), size, "The ds64 chunk", kSlack);
 }
 
 // "EA IFF 85" (Electronic Arts): 0 "FORM", 4 be32 length of what follows, 8 kind.
@@ -71,17 +76,18 @@ Opinion djvuOpinion(Bytes head, std::uint64_t size) {
 
 // "DSDIFF 1.5" (Philips): 0 "FRM8", 4 be64 length of what follows, 12 "DSD ".
 Opinion dsdiffOpinion(Bytes head, std::uint64_t size) {
-    return head.has(12, "DSD ") ? needs(plus(head.be64(4), 12), size, "The FRM8 header", kSlack) : Opinion();
+    return head.has(12, "DSD ") ? needs(plus(knownLength(head.be64(4)), 12), size, "The FRM8 header", kSlack)
+                                : Opinion();
 }
 
 // "DSF File Format 1.01" (Sony): 0 "DSD ", 4 le64 28, 12 le64 length of the file.
 Opinion dsfOpinion(Bytes head, std::uint64_t size) {
-    return head.le64(4) == 28U ? needs(head.le64(12), size, "The DSD header") : Opinion();
+    return head.le64(4) == 28U ? needs(knownLength(head.le64(12)), size, "The DSD header") : Opinion();
 }
 
 // "Sony Wave64": 0 the identifier of "riff", 16 le64 length of the file with these 24 bytes.
 Opinion wave64Opinion(Bytes head, std::uint64_t size) {
-    return needs(head.le64(16), size, "The riff header", kSlack);
+    return needs(knownLength(head.le64(16)), size, "The riff header", kSlack);
 }
 
 }  // namespace quillon

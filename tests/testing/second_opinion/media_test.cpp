@@ -112,6 +112,13 @@ TEST(OggTest, TheFirstPageHoldsItsSum) {
 TEST(SoundTest, UnknownLengthsAreNoDoubt) {
     EXPECT_FALSE(opinionOn(MadeHead().text(0, ".snd").be32(4, 24).be32(8, 0xFFFFFFFF), 600));
     EXPECT_FALSE(opinionOn(MadeHead().text(0, "caff\0\1"sv).text(8, "data").be64(12, ~0ULL), 600));
+    for (const std::uint64_t length : {std::uint64_t{0}, ~std::uint64_t{0}, std::uint64_t{1} << 63}) {
+        SCOPED_TRACE(length);
+        EXPECT_FALSE(opinionOn(MadeHead().text(0, "riff").hex(4, "2E91CF11A5D628DB04C10000").le64(16, length), 600));
+        EXPECT_FALSE(opinionOn(MadeHead().text(0, "RF64\xFF\xFF\xFF\xFFWAVEds64").le64(20, length), 600));
+        EXPECT_FALSE(opinionOn(MadeHead().text(0, "FRM8").be64(4, length).text(12, "DSD "), 600));
+        EXPECT_FALSE(opinionOn(MadeHead().text(0, "DSD ").le64(4, 28).le64(12, length), 600));
+    }
     expectKind(MadeHead().text(0, "MThd").be32(4, 6), 600, DoubtKind::EmptyContainer);
 }
 
