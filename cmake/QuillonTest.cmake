@@ -40,4 +40,7 @@ endfunction()
 
 if(QUILLON_GUI)
     find_package(Qt6 COMPONENTS Test REQUIRED)
+    # Qt names the folders of each test in definitions of its own. Nothing here asks for them, and a precompiled header is only
+    # used where all definitions are the same.
+    set_property(TARGET Qt6::Test PROPERTY INTERFACE_COMPILE_DEFINITIONS QT_TESTLIB_LIB)
 endif()
