@@ -1,54 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "platform/terminal.h"
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
-#include <ctime>
 
 #include <poll.h>
 #include <unistd.h>
 
+#include "platform/moment.h"
+#include "platform/result.h"
+#include "platform/start_beside.h"
 #include "platform/system_error.h"
 
 namespace quillon {
 
 namespace {
 
-// A handler has nothing else to hold on to.
-volatile std::sig_atomic_t interrupts = 0;
-const char* saidAtFirst = nullptr;
-timespec firstPress{};
+std::atomic<int> interrupts = 0;
+static_assert(std::atomic<int>::is_always_lock_free, "a handler counts");
 
-constexpr long kSamePressNanoseconds = 50'000'000;
-
-timespec monotonicNow() {
-    timespec now{};
-    ::clock_gettime(CLOCK_MONOTONIC, &now);
-    return now;
-}
-
-bool isSamePress(const timespec& now) {
-    const long seconds = now.tv_sec - firstPress.tv_sec;
-    return seconds <= 1 && seconds * 1'000'000'000 + now.tv_nsec - firstPress.tv_nsec < kSamePressNanoseconds;
-}
+constexpr std::chrono::milliseconds kSamePress{50};
 
 extern "C" void onInterrupt(int /*signal*/) {
-    interrupts = interrupts + 1;
-}
-
-// Nothing here but calls that a handler may make.
-extern "C" void onInterruptOfWork(int signal) {
-    const timespec now = monotonicNow();
-    if (interrupts > 0 && !isSamePress(now))
-        ::_exit(128 + signal);
-    if (interrupts > 0)
-        return;
-    firstPress = now;
-    interrupts = 1;
-    const int before = errno;
-    [[maybe_unused]] const auto written = ::write(2, saidAtFirst, std::strlen(saidAtFirst));
-    errno = before;
+    ++interrupts;
 }
 
 void handleBy(void (*handler)(int), int signal) {
@@ -62,6 +38,26 @@ void handleBy(void (*handler)(int), int signal) {
 bool isIgnored(int signal) {
     struct sigaction action {};
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+// A thread that stands in a call which only the end of the process can break, as of a share without a server, keeps a
+// signal to itself and handles it never. So all threads leave them to this one, which does nothing else.
+void waitForPresses(const sigset_t& signals, const char* said) {
+    int first = 0;
+    Moment firstPress;
+    while (true) {
+        int signal = 0;
+        if (::sigwait(&signals, &signal) != 0)
+            continue;
+        if (first == 0) {
+            first = signal;
+            firstPress = momentNow();
+            interrupts = 1;
+            passOver(writeToStream(2, said), "the job stops, heard or not");
+        } else if (signal != first || momentNow() - firstPress >= kSamePress) {
+            ::_exit(128 + signal);
+        }
+    }
 }
 
 }  // namespace
@@ -80,10 +76,17 @@ void countInterrupts() {
 }
 
 void countInterruptsAndEndAtSecond(const char* said) {
-    saidAtFirst = said;
-    for (const int signal : {SIGINT, SIGTERM}) handleBy(onInterruptOfWork, signal);
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM}) ::sigaddset(&signals, signal);
     if (!isIgnored(SIGHUP))
-        handleBy(onInterruptOfWork, SIGHUP);
+        ::sigaddset(&signals, SIGHUP);
+    sigset_t before;
+    ::pthread_sigmask(SIG_BLOCK, &signals, &before);
+    if (startBeside([signals, said] { waitForPresses(signals, said); }))
+        return;
+    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    countInterrupts();
 }
 
 void outliveBrokenWrites() {

@@ -2,7 +2,9 @@
 // The program quillon-job itself, as a process: first run, exit statuses, Ctrl-C. QUILLON_JOB is its path.
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -14,6 +16,7 @@
 
 #include "app/installation.h"
 #include "programs/child_process.h"
+#include "support/hanging_share.h"
 #include "support/posix_files.h"
 #include "support/temp_folder.h"
 
@@ -41,9 +44,12 @@ protected:
         ASSERT_TRUE(installation.saveSettingsRecord());
     }
 
-    void start(const std::vector<std::string>& more = {}) {
-        std::vector<std::string> words = {
-            QUILLON_JOB, "--job", "1234", "--source", (folder / "source").native(), "--app", (folder / "app").native()};
+    // `instead`: an option that `more` gives a value of its own.
+    void start(const std::vector<std::string>& more = {}, const std::string& instead = {}) {
+        std::vector<std::string> words = {QUILLON_JOB, "--job", "1234"};
+        for (const char* name : {"source", "app"})
+            if (const std::string option = std::string("--") + name; option != instead)
+                words.insert(words.end(), {option, (folder / name).native()});
         words.insert(words.end(), more.begin(), more.end());
         job.start(words, (folder / "output").native());
     }
@@ -52,6 +58,16 @@ protected:
     int run(const std::vector<std::string>& more = {}) {
         start(more);
         return finish();
+    }
+
+    // A thread that the system holds back stands there for good, unlike one that a disk keeps for a moment.
+    void waitUntilItHangs() const {
+        const std::string place = "/proc/" + std::to_string(job.id) + "/stat";
+        for (int seen = 0; seen < 1000; std::this_thread::yield()) {
+            std::string stat;
+            std::getline(std::ifstream(place), stat);
+            seen = stat.find(") D ") != std::string::npos ? seen + 1 : 0;
+        }
     }
 
     void manyFiles(int count = 6000) {
@@ -121,6 +137,32 @@ TEST_F(JobProcess, ASecondSignalEndsAJobThatHangsAtOnce) {
         job.forget();
     }
     ::close(output);
+}
+
+// As of a server that has been cut off: the call is only ended with the process.
+TEST_F(JobProcess, ASecondSignalEndsAJobWhoseFoldersHang) {
+    install();
+    manyFiles(10);
+    const auto hanging = folder / "hanging";
+    fs::create_directory(hanging);
+    const auto share = HangingShare::mount(hanging);
+    if (!share)
+        GTEST_SKIP();
+    const std::vector<std::string> places[] = {
+        {"--source", hanging.native()}, {"--target", hanging.native()}, {"--app", hanging.native()}};
+    for (const auto& place : places) {
+        SCOPED_TRACE(place.front());
+        start(place, place.front());
+        waitUntilItHangs();
+        ::kill(job.id, SIGINT);
+        ASSERT_TRUE(readUntil("quillon-job: stopping at the next row; once more ends at once\n")) << said;
+        int status = 0;
+        ::kill(job.id, SIGTERM);
+        ASSERT_EQ(::waitpid(job.id, &status, 0), job.id);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 128 + SIGTERM);
+        job.forget();
+    }
 }
 
 TEST_F(JobProcess, AReaderOfMessagesThatGoesAwayDoesNotEndTheJob) {
