@@ -14,6 +14,7 @@
 #include "job/job_end.h"
 #include "job/job_id.h"
 #include "platform/folders.h"
+#include "programs/given_arguments.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -254,11 +255,7 @@ void declareOptions(CLI::App& command, Given& given) {
                 row.name, [&row, &given] { take(row, given, {}); }, row.meaning);
             continue;
         }
-        const auto taken = [&row, &given](const std::string& value) {
-            if (value.empty())
-                throw CLI::ValidationError(row.name, "needs a value that is not empty");
-            take(row, given, value);
-        };
+        const auto taken = [&row, &given](const std::string& value) { take(row, given, value); };
         command.add_option_function<std::string>(row.name, taken, row.meaning)->type_name(row.value);
     }
     const Version version = programVersion();
@@ -285,8 +282,7 @@ ParsedJobCommand parseJobCommand(const std::vector<std::string>& arguments, std:
     command.footer(footer());
     declareOptions(command, given);
     try {
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-        command.parse(reversed);
+        parseArguments(command, arguments);
     } catch (const CLI::Success& done) {
         return {std::nullopt, command.exit(done, out, err)};
     } catch (const CLI::ParseError& wrong) {

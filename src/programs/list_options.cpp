@@ -8,6 +8,7 @@
 
 #include "app/version.h"
 #include "platform/folders.h"
+#include "programs/given_arguments.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
 
@@ -309,8 +310,7 @@ ParsedListCommand parseListCommand(const std::vector<std::string>& arguments, st
         question->callback([&row, &given] { given.options.question = row.question; });
     }
     try {
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-        command.parse(reversed);
+        parseArguments(command, arguments);
     } catch (const CLI::Success& done) {
         return {std::nullopt, command.exit(done, out, err)};
     } catch (const CLI::ParseError& wrong) {

@@ -18,6 +18,7 @@
 #include "platform/dates.h"
 #include "platform/host.h"
 #include "platform/start_program.h"
+#include "programs/given_arguments.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 
@@ -67,8 +68,7 @@ Parsed parse(const std::vector<std::string>& arguments, const MessengerProcess& 
     command.set_version_flag("--version",
                              fmt::format("quillon-messenger {}.{}.{}", version.major, version.minor, version.revision));
     try {
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
-        command.parse(reversed);
+        parseArguments(command, arguments);
     } catch (const CLI::Success& done) {
         return {std::nullopt, command.exit(done, process.out, process.err)};
     } catch (const CLI::ParseError& wrong) {
