@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "evidence/name_text.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -79,7 +80,7 @@ void addNumbers(Json& json, const Figures& figures) {
 }
 
 std::string dumped(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(json) + "\n";
 }
 
 }  // namespace
@@ -130,10 +131,11 @@ std::string tableText(const std::string& what, const FigureRows& rows, TerminalC
     return text;
 }
 
-std::string summaryJson(const Figures& figures, bool knowsAll) {
+std::string summaryJson(const Figures& figures, bool knowsAll, bool unfinished) {
     Json json;
     json["version"] = kFiguresVersion;
     json["evidence"] = knowsAll;
+    json["unfinished"] = unfinished;
     addNumbers(json, figures);
     return dumped(json);
 }

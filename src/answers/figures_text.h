@@ -25,8 +25,8 @@ using FigureRows = std::vector<std::pair<std::string, Figures>>;
 [[nodiscard]] std::string tableText(const std::string& what, const FigureRows& rows, TerminalColours colours);
 
 /// One object: files, bytes, quality (per cent with two decimals, null when nothing was judged), doubtful, not-tested,
-/// and a number for each grade and reason.
-[[nodiscard]] std::string summaryJson(const Figures& figures, bool knowsAll);
+/// and a number for each grade and reason. `unfinished`: a run did not come to its end, and files are missing here.
+[[nodiscard]] std::string summaryJson(const Figures& figures, bool knowsAll, bool unfinished = false);
 
 /// A list of objects, each with `what` (text as in the evidence's paths) and the numbers above.
 [[nodiscard]] std::string tableJson(const std::string& what, const FigureRows& rows);

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "evidence/name_text.h"
+#include "text/json_text.h"
 #include "text/unicode.h"
 
 namespace quillon {
@@ -113,7 +114,7 @@ std::string csvRecord(const EvidenceRow& file, const CsvStyle& style) {
 std::string jsonLine(const EvidenceRow& file) {
     Json object;
     for (const auto& column : kColumns) object[column.name] = column.value(file);
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(object, -1) + "\n";
 }
 
 }  // namespace quillon

@@ -11,6 +11,7 @@
 #include "job/counters_json.h"
 #include "job/statistics.h"
 #include "text/fields.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -68,7 +69,8 @@ Json lossesAsJson(const JobCounters& counters) {
 Json alertAsJson(const JobState& state) {
     if (state.report == ReportState::NotSent)
         return nullptr;
-    return {{"to", state.options.recipient}, {"acknowledged", state.report == ReportState::Acknowledged}};
+    return {{"to", readable(std::string_view(state.options.recipient))},
+            {"acknowledged", state.report == ReportState::Acknowledged}};
 }
 
 Json resumeAsJson(const std::optional<ResumeFigures>& resumed) {
@@ -126,7 +128,7 @@ std::string jobResultAsJson(const Job& job, const JobResult& result, const DateT
                        {"ends", seconds(result.times.ends)}};
     json["log"] = logAsJson(job.state.log, dates);
     json["log_cut"] = job.state.log.dropped();
-    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+    return jsonText(json);
 }
 
 const char* wordOf(RegradeEnd end) {
@@ -170,11 +172,11 @@ std::string regradeResultAsJson(const Job& job, const RegradeResult& result, int
     json["counters"] = countersAsJson(state.counters);
     json["log"] = logAsJson(state.log, dates);
     json["log_cut"] = state.log.dropped();
-    return json.dump(2, ' ', false, Json::error_handler_t::replace);
+    return jsonText(json);
 }
 
 std::string logRowAsJson(const LogRow& row, const DateTexts& dates) {
-    return rowAsJson(row, dates).dump(-1, ' ', false, Json::error_handler_t::replace);
+    return jsonText(rowAsJson(row, dates), -1);
 }
 
 std::string withPlainLineEnds(const std::string& text) {

@@ -12,6 +12,7 @@
 #include "platform/folders.h"
 #include "programs/list_loop.h"
 #include "testing/marker_watch.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -61,7 +62,7 @@ public:
         if (options_.json) {
             Json json = sumsJson(sums_);
             json["errors"] = errors_;
-            streams_.out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+            streams_.out << jsonText(json) << '\n';
         } else {
             streams_.out << sumsText(sums_) << '\n';
         }

@@ -9,6 +9,7 @@
 #include "editors/history_effect.h"
 #include "testing/database_undo.h"
 #include "testing/history_rows.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/page_text.h"
 
@@ -59,7 +60,7 @@ std::string historyJson(const std::vector<HistoryRow>& rows, const Effects& effe
         if (!effects.empty())
             all.back()["effects"] = effectsJson(effects[i]);
     }
-    return all.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(all) + "\n";
 }
 
 std::string effectLines(const std::vector<ChangeEffect>& effects) {

@@ -12,6 +12,7 @@
 #include "evidence/sector_notes.h"
 #include "platform/whole_file.h"
 #include "sectors/map_join.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -155,7 +156,7 @@ private:
                 {"unknown", sums_.unknown}, {"elsewhere", sums_.elsewhere}, {"failed", sums_.failed}};
             for (const auto& [name, number] : counts) json_[name] = number;
             for (const auto& [name, number] : numbers) json_[name] = number;
-            streams_.out << json_.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+            streams_.out << jsonText(json_) << '\n';
             return;
         }
         Figures figures;

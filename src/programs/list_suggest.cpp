@@ -8,6 +8,7 @@
 
 #include "answers/suggestion_source.h"
 #include "platform/whole_file.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -37,7 +38,7 @@ std::string suggestionsJson(const std::vector<TermSuggestion>& suggestions) {
                         {"listed", one.listed},
                         {"false_hits", one.falseHits},
                         {"others", one.others}});
-    return rows.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return jsonText(rows) + "\n";
 }
 
 std::string suggestionsText(const std::vector<TermSuggestion>& suggestions) {

@@ -12,6 +12,7 @@
 #include "platform/folders.h"
 #include "platform/medium_reader.h"
 #include "programs/list_loop.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -62,7 +63,7 @@ public:
         if (options_.json) {
             const Json json = {{"equal", equal_},        {"bad", bad_},    {"bytes", bytes_}, {"stopped", stopped},
                                {"unread_lines", unread}, {"files", files_}};
-            streams_.out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+            streams_.out << jsonText(json) << '\n';
         } else {
             streams_.out << fmt::format("{} files are as they were, {} are not{}{}\n", grouped(equal_), grouped(bad_),
                                         unread > 0 ? fmt::format("; {} lines are no check sums", grouped(unread)) : "",

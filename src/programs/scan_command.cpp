@@ -15,6 +15,7 @@
 #include "programs/command_loop.h"
 #include "programs/prepare_installation.h"
 #include "sectors/sector_scan.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -149,7 +150,7 @@ int runScanCommand(const JobCommandOptions& chosen, const CommandStreams& stream
     if (chosen.json) {
         nlohmann::ordered_json json = {{"version", 1}, {"scan_sectors", readable(std::string_view(chosen.jobId))}};
         json.update(scanAsJson(end));
-        streams.out << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        streams.out << jsonText(json) << '\n';
     } else if (end.status == kExitComplete || end.status == kExitLosses) {
         streams.out << scanText(end.counts);
     }

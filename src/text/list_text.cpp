@@ -70,12 +70,6 @@ constexpr std::array<Range, 19> kHidden = {{{0xAD, 0xAD},
                                             {0x1D173, 0x1D17A},
                                             {0xE0000, 0xE0FFF}}};
 
-constexpr bool isHidden(char32_t character) {
-    return character >= kHidden.front().first && std::ranges::any_of(kHidden, [character](const Range& range) {
-               return character >= range.first && character <= range.last;
-           });
-}
-
 void appendReadable(std::string& out, char32_t character) {
     const bool control = character < 0x20 || character == 0x7F || (character >= 0x80 && character < 0xA0);
     if (isHidden(character))
@@ -87,6 +81,12 @@ void appendReadable(std::string& out, char32_t character) {
 constexpr std::u16string_view kSeparators = u"/\\";
 
 }  // namespace
+
+bool isHidden(char32_t character) {
+    return character >= kHidden.front().first && std::ranges::any_of(kHidden, [character](const Range& range) {
+               return character >= range.first && character <= range.last;
+           });
+}
 
 void appendListText(std::u16string& out, std::string_view nativePath) {
     for (std::size_t i = 0; i < nativePath.size();) {

@@ -38,6 +38,9 @@ void toNative(std::u16string_view listPath, std::string& out);
 [[nodiscard]] std::string readable(std::string_view nativePath);
 [[nodiscard]] std::string readable(std::u16string_view listPath);
 
+/// True for a character without a picture, and one that turns the text around it.
+[[nodiscard]] bool isHidden(char32_t character);
+
 /// The file name's extension: what follows the last "." of the last component, without the dot, in its own case. Both
 /// "/" and "\" end a component, so that a list made on another system shows its extensions. No dot: empty.
 [[nodiscard]] std::u16string_view extensionOf(std::u16string_view path);
