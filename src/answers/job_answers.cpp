@@ -3,6 +3,8 @@
 
 #include "answers/evidence_answers.h"
 #include "answers/list_answers.h"
+#include "app/list_mark.h"
+#include "evidence/job_keys.h"
 
 namespace quillon {
 
@@ -13,6 +15,13 @@ Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const Repor
     if (!reader)
         return failure(reader.error());
     return std::make_unique<EvidenceAnswers>(std::move(*reader));
+}
+
+Result<bool> cameToItsEnd(const JobFiles& job, JobAnswers& answers) {
+    return answers.facts().map([&](const JobFacts& facts) {
+        const bool marked = !job.list.empty() && isUnfinished(job.list);
+        return !marked && facts.end != job_keys::kRunning && facts.end != job_keys::kStopped;
+    });
 }
 
 Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take) {

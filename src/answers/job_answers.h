@@ -57,6 +57,9 @@ public:
 /// `messages`: by which the results of a list are told apart.
 [[nodiscard]] Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const ReportMessages& messages);
 
+/// False: the run that made the job did not come to its end, and files that it did not come to are in no figure.
+[[nodiscard]] Result<bool> cameToItsEnd(const JobFiles& job, JobAnswers& answers);
+
 /// Hands the files that are still to come to `take`, in the order of the walk, until one of them fails.
 [[nodiscard]] Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take);
 

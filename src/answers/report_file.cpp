@@ -7,7 +7,6 @@
 #include "answers/html_report.h"
 #include "answers/job_answers.h"
 #include "answers/piece_writer.h"
-#include "evidence/job_keys.h"
 #include "platform/dates.h"
 #include "platform/whole_file.h"
 
@@ -41,7 +40,7 @@ public:
         auto answers = openAnswers(job, ReportMessages::fallback());
         if (!answers)
             return failure(answers.error());
-        return addHead(job.id, **answers).and_then([&] { return addFigures(**answers); }).and_then([&] {
+        return addHead(job, **answers).and_then([&] { return addFigures(**answers); }).and_then([&] {
             return eachFile(**answers, [this](const EvidenceRow& file) -> Result<void> {
                 note(report_, file);
                 return {};
@@ -57,14 +56,14 @@ public:
     }
 
 private:
-    [[nodiscard]] Result<void> addHead(const std::string& id, JobAnswers& answers) {
+    [[nodiscard]] Result<void> addHead(const JobFiles& job, JobAnswers& answers) {
         const auto source = answers.source();
         const auto facts = answers.facts();
-        if (!source || !facts)
-            return failure(source ? facts.error() : source.error());
-        const bool whole = facts->end != job_keys::kRunning && facts->end != job_keys::kStopped;
+        const auto whole = cameToItsEnd(job, answers);
+        if (!source || !facts || !whole)
+            return failure(!source ? source.error() : !facts ? facts.error() : whole.error());
         report_.jobs.push_back(
-            {id, *source, facts->started ? dates_.general(toLocalTime(*facts->started)) : std::string(), whole});
+            {job.id, *source, facts->started ? dates_.general(toLocalTime(*facts->started)) : std::string(), *whole});
         for (const auto& [path, error] : facts->unreadFolders) report_.unreadFolders.add(path, error);
         report_.knowsAll = report_.knowsAll && answers.knowsAll();
         return {};

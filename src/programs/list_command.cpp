@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <utility>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -26,6 +27,7 @@
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
 #include "programs/list_verify.h"
+#include "text/json_text.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -86,7 +88,14 @@ private:
         return streams_.colours ? TerminalColours::Some : TerminalColours::None;
     }
 
-    [[nodiscard]] Result<std::vector<JobFiles>> jobs() const {
+    [[nodiscard]] Result<std::vector<JobFiles>> jobs() {
+        auto all = namedJobs();
+        if (all && !std::exchange(areTold_, true))
+            tellUnfinished(*all);
+        return all;
+    }
+
+    [[nodiscard]] Result<std::vector<JobFiles>> namedJobs() const {
         std::vector<JobFiles> all;
         for (const auto& name : options_.jobs) {
             auto job = findJob(listFolder(), name);
@@ -103,13 +112,25 @@ private:
         return all;
     }
 
+    // In no answer stands what such a job did not come to. Evidence that cannot be read is told of when it is asked.
+    void tellUnfinished(const std::vector<JobFiles>& all) {
+        for (const auto& job : all) {
+            auto answers = open(job);
+            if (!answers || cameToItsEnd(job, **answers).value_or(true))
+                continue;
+            unfinished_ = true;
+            streams_.err << "quillon-list: " << readable(std::string_view(job.id))
+                         << " did not come to its end: files are missing from its list and from every figure\n";
+        }
+    }
+
     [[nodiscard]] Result<Answers> open(const JobFiles& job) const {
         return openAnswers(job, ReportMessages::fallback());
     }
 
     // Asks every job in turn.
     template <typename Ask>
-    [[nodiscard]] Result<void> eachJob(Ask ask) const {
+    [[nodiscard]] Result<void> eachJob(Ask ask) {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
@@ -136,11 +157,12 @@ private:
         });
         if (!asked)
             return failure(asked.error());
-        streams_.out << (options_.json ? summaryJson(sum, knowsAll) : summaryText(sum, knowsAll, colours()));
+        streams_.out << (options_.json ? summaryJson(sum, knowsAll, unfinished_)
+                                       : summaryText(sum, knowsAll, colours()));
         return kListSame;
     }
 
-    [[nodiscard]] Result<FiguresBy> figuresBy(const std::function<Result<FiguresBy>(JobAnswers&)>& ask) const {
+    [[nodiscard]] Result<FiguresBy> figuresBy(const std::function<Result<FiguresBy>(JobAnswers&)>& ask) {
         FiguresBy sums;
         const auto asked = eachJob([&](JobAnswers& answers) -> Result<void> {
             const auto figures = ask(answers);
@@ -230,7 +252,7 @@ private:
         return kListSame;
     }
 
-    [[nodiscard]] Result<int> report() const {
+    [[nodiscard]] Result<int> report() {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
@@ -289,7 +311,7 @@ private:
         }
         json["rows"] = rows;
         if (options_.json)
-            streams_.out << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+            streams_.out << jsonText(json) << '\n';
         return differing == 0 ? kListSame : kListDiffers;
     }
 
@@ -306,14 +328,14 @@ private:
         return kListSame;
     }
 
-    [[nodiscard]] Result<int> merge() const {
+    [[nodiscard]] Result<int> merge() {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
         return mergeListed(*all, options_.to.value_or(listFolder()), options_.newJob, streams_);
     }
 
-    [[nodiscard]] Result<int> handOver() const {
+    [[nodiscard]] Result<int> handOver() {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
@@ -322,14 +344,14 @@ private:
                    : verifyCopies(all->front(), *options_.against, options_, streams_);
     }
 
-    [[nodiscard]] Result<int> suggest() const {
+    [[nodiscard]] Result<int> suggest() {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
         return suggestFromJobs(*all, options_, streams_);
     }
 
-    [[nodiscard]] Result<int> sectors() const {
+    [[nodiscard]] Result<int> sectors() {
         const auto all = jobs();
         if (!all)
             return failure(all.error());
@@ -340,6 +362,8 @@ private:
     const ListCommandOptions& options_;
     const ListStreams& streams_;
     Installation installation_;
+    bool areTold_ = false;
+    bool unfinished_ = false;
 };
 
 }  // namespace

@@ -92,6 +92,29 @@ TEST_F(ListCommandTest, AListAloneIsAnswerEnough) {
     EXPECT_EQ(json()["evidence"], false);
 }
 
+TEST_F(ListCommandTest, AJobThatDidNotComeToItsEndIsToldInEveryAnswer) {
+    const std::string told =
+        "quillon-list: 1234 did not come to its end: files are missing from its list and from every figure\n";
+    ASSERT_EQ(list({"summary", "1234", "--json"}), 0);
+    EXPECT_EQ(json()["unfinished"], false);
+    EXPECT_EQ(err.str(), "");
+    folder.write("local/1234.csv.unfinished", "");
+    for (const char* question : {"summary", "extensions", "folders", "reasons", "files", "export"}) {
+        ASSERT_EQ(list({question, "1234"}), 0) << question;
+        EXPECT_EQ(err.str(), told) << question;
+    }
+    ASSERT_EQ(list({"compare", "1234", "1234"}), 0);
+    EXPECT_EQ(err.str(), told + told) << "once for each of the two";
+    ASSERT_EQ(list({"summary", "1234", "--json"}), 0);
+    EXPECT_EQ(json()["unfinished"], true);
+    ASSERT_EQ(list({"report", "1234", "-o", (folder / "1234.html").native()}), 0);
+    EXPECT_EQ(err.str(), told);
+    std::filesystem::remove(folder / "local/1234.sqlite");
+    ASSERT_EQ(list({"report", "1234", "-o", (folder / "alone.html").native()}), 0);
+    for (const char* page : {"1234.html", "alone.html"})
+        EXPECT_NE(folder.read(page).find("did not run to its end"), std::string::npos) << page;
+}
+
 TEST_F(ListCommandTest, ExportsGoToAFileOrToTheOutput) {
     ASSERT_EQ(list({"export", "1234", "--format", "jsonl", "--grade", "good"}), 0) << err.str();
     EXPECT_EQ(json()["path"], "a.abc");
