@@ -110,7 +110,7 @@ bool CopyPass::standsAlready(const CopyTask& task) {
 void CopyPass::recordLost(const FileError& why) {
     record_.reset();
     context_.log("Check sums lost : " + why.text, kLightRed);
-    context_.rowLost(why);
+    context_.lineLost(why);
 }
 
 void CopyPass::copyRows(ListReader& list) {

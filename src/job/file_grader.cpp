@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "platform/folders.h"
+#include "testing/rule_line.h"
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
@@ -14,6 +15,12 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
         return;
     if (const auto loaded = list.load(file); !loaded)
         context.rulesNotRead("Common headers", loaded.error());
+}
+
+void lookAtReportMessages(const Installation& installation, const PassContext& context) {
+    const auto read = readRuleFile(fileIn(installation.paths().localSettings, kErrorsFileName));
+    if (!read && read.error().kind != ErrorKind::NotFound)
+        context.rulesNotRead("Report messages", read.error());
 }
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,

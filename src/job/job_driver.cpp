@@ -16,7 +16,7 @@ namespace quillon {
 JobEnd JobDriver::run() {
     context_.state.outcome.reset();
     const JobEnd end = runSteps();
-    context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state.counters)};
+    context_.state.outcome = JobOutcome{cause_, listStands(), hasLosses(context_.state)};
     const auto list = job_.lists().finalPath();
     const bool stopped = context_.state.stopRequested || stopAsked();
     if (context_.state.options.scanSectors && cause_ == EndCause::Complete && !stopped && list)
@@ -46,6 +46,7 @@ JobEnd JobDriver::runSteps() {
         context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
     }
+    lookAtReportMessages(job_.installation(), context_);
     loadCommonHeaders(job_.installation(), context_, job_.commonList);
     testFiles();
     copyRawList();
@@ -187,7 +188,7 @@ JobDriver::Next JobDriver::walkSource() {
             FolderWalk(context_, job_.skipList, *rawList).run(*state.options.source);
         passOver(context_.stopsAtOnce(), "its flags are read next");
         if (const auto closed = rawList->close(); !closed)
-            context_.rowLost(closed.error());
+            context_.rowsLost(closed.error());
     }
     if (state.stopRequested) {
         state.mayView = true;

@@ -39,11 +39,15 @@ bool hasLosses(const JobCounters& counters) {
                        [&counters](const LossRow& loss) { return counters.*loss.counter > 0; });
 }
 
+bool hasLosses(const JobState& state) {
+    return hasLosses(state.counters) || !state.gaps.empty();
+}
+
 int exitStatus(EndCause cause, const JobState& state, bool alertOptional) {
     const int status = rowOf(cause).status;
     if (status != kExitComplete)
         return status;
-    if (hasLosses(state.counters) || !state.gaps.empty())
+    if (hasLosses(state))
         return kExitLosses;
     return state.report == ReportState::NotAcknowledged && !alertOptional ? kExitAlert : kExitComplete;
 }

@@ -129,6 +129,8 @@ inline constexpr std::array<LossRow, 9> kJobLosses{{
 
 /// True when a counter of that table is above 0.
 [[nodiscard]] bool hasLosses(const JobCounters& counters);
+/// The same, or when the figures of a job that has ended do not agree.
+[[nodiscard]] bool hasLosses(const JobState& state);
 
 /// The exit status of a command behind a job. Figures that do not agree are a loss, too, and a loss outweighs a report
 /// that nobody acknowledged.

@@ -33,10 +33,20 @@ struct PassContext {
         state.log.add({surroundings.clock.now(), text, colour, std::string(path)});
     }
 
-    /// Counts a row of a list that could not be written; the reason of the first one is kept.
-    void rowLost(const FileError& why) const {
+    /// Counts a line of a file beside the list that could not be written; the reason of the first one is kept.
+    void lineLost(const FileError& why) const {
         if (++state.counters.lostRows == 1)
             state.lossReason = why.text;
+    }
+
+    /// Counts rows that a list lacks as they could not be written or read; the reason of the first one is kept and
+    /// told.
+    void rowsLost(const FileError& why, std::int32_t count = 1) const {
+        if (state.counters.lostRows == 0) {
+            state.lossReason = why.text;
+            log("Rows are missing from the list : " + why.text, kLightRed);
+        }
+        state.counters.lostRows += count;
     }
 
     /// Tells that rules (`what`: their kind) cannot be read, and counts them: grades may lack what they say.
@@ -65,7 +75,7 @@ struct PassContext {
     [[nodiscard]] bool countRow(RowFigures& rows, const Result<void>& written) const {
         ++(written ? rows.written : rows.lost);
         if (!written)
-            rowLost(written.error());
+            rowsLost(written.error());
         return written.has_value();
     }
 

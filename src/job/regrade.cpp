@@ -108,6 +108,7 @@ RegradeEnd Regrade::runLocked(const NativePath& list) {
 
 void Regrade::loadRules() {
     loadReportMessages(job_.installation(), context_.surroundings.dialogs, job_.kept(), job_.messages);
+    lookAtReportMessages(job_.installation(), context_);
     loadCommonHeaders(job_.installation(), context_, job_.commonList);
 }
 

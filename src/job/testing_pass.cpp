@@ -41,7 +41,7 @@ void TestingPass::run(std::optional<ListEncoding> encoding) {
     const bool whole = counters.lostRows == 0 && counters.rowsRead >= counters.files;
     const ListEnd end = whole ? ListEnd::Whole : ListEnd::Cut;
     if (const auto finished = lists_.finishFinal(*finalList, end, context_.surroundings.loop); !finished)
-        context_.rowLost(finished.error());
+        context_.rowsLost(finished.error());
     stopped_ = context_.state.stopRequested;
     if (stopped_) {
         context_.state.passes.testing = PassEnd::Short;
@@ -79,10 +79,8 @@ void TestingPass::gradeAll(ListReader& rawList, ListWriter& finalList) {
 
 // The rest of the raw list cannot be read: its files have no row.
 void TestingPass::rowsLost(const FileError& why) {
-    JobCounters& counters = context_.state.counters;
-    if (counters.lostRows == 0)
-        context_.state.lossReason = why.text;
-    counters.lostRows += std::max(counters.files - counters.rowsRead, 1);
+    const JobCounters& counters = context_.state.counters;
+    context_.rowsLost(why, std::max(counters.files - counters.rowsRead, 1));
     context_.state.passes.testing = PassEnd::Short;
 }
 

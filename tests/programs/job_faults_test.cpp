@@ -205,7 +205,8 @@ TEST_F(JobFaults, RulesThatCannotBeReadAreToldAndCounted) {
     EXPECT_TRUE(installation.loadSettingsRecord());
     installation.settings.useCommonHeaders = 1;
     EXPECT_TRUE(installation.saveSettingsRecord());
-    for (const char* file : {"data/Settings/CommonHeaders.dat", "data/Database/jpg.dat"}) {
+    temp.write("data/Settings/Errors.dat", "1\r\n2\r\n3\r\n4\r\n5\r\n6\r\n7\r\n8\r\n9\r\n10\r\n");
+    for (const char* file : {"data/Settings/CommonHeaders.dat", "data/Database/jpg.dat", "data/Settings/Errors.dat"}) {
         EXPECT_EQ(runShell(traced("-P " + path(file) + " -e inject=openat:error=EIO", job())), 3) << file;
         EXPECT_NE(said().find(" cannot be read : " + (temp / file).native() + ": Input/output error\n"),
                   std::string::npos)
