@@ -30,6 +30,7 @@ void makeScrollable(QWidget& window) {
     auto* whole = new QVBoxLayout(&window);
     whole->setContentsMargins({});
     whole->addWidget(area);
+    whole->activate();  // until then the window keeps the least size of its old layout
 }
 
 // A style sheet makes controls larger than they are before it is applied, which happens to most of them when they are

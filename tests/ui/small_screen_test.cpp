@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // On a screen of 960 x 540, which a Full HD one has at a scale of 2, every screen opens whole inside it, and each of
 // its controls can be reached.
+#include <QAction>
 #include <QScreen>
 #include <QScrollArea>
 #include <QTest>
@@ -19,12 +20,14 @@ private slots:
     void theScreenIsSmall();
     void everyScreenOpensInside_data();
     void everyScreenOpensInside();
+    void theOverviewOfAJobOpensInside();
     void theMainWindowOpensInside();
     void aWindowOpensInTheSizeThatItWasLeftIn();
     void aSizeOfALargerScreenIsCut();
     void aSizeThatNobodyChangedIsNotKept();
 
 private:
+    static void liesInside(const QWidget& window);
     QWidget& open(Screen screen) {
         main_->navigator.open(screen);
         QCoreApplication::processEvents();
@@ -84,7 +87,10 @@ void SmallScreenTest::everyScreenOpensInside_data() {
 void SmallScreenTest::everyScreenOpensInside() {
     QFETCH(int, screen);
     main_->open();
-    const QWidget& window = open(static_cast<Screen>(screen));
+    liesInside(open(static_cast<Screen>(screen)));
+}
+
+void SmallScreenTest::liesInside(const QWidget& window) {
     QVERIFY2(isWithin(window.size()), qPrintable(QStringLiteral("%1 x %2").arg(window.width()).arg(window.height())));
     // What is wider or higher than its window lies in something that scrolls.
     for (const QWidget* part : window.findChildren<QWidget*>()) {
@@ -96,6 +102,18 @@ void SmallScreenTest::everyScreenOpensInside() {
         const QRect place(part->mapTo(&window, QPoint()), part->size());
         QVERIFY2(scrolled != &window || window.rect().contains(place), qPrintable(part->objectName()));
     }
+}
+
+void SmallScreenTest::theOverviewOfAJobOpensInside() {
+    main_->makePictures(2);
+    main_->open();
+    main_->chooseSource("J1");
+    main_->control<QPushButton>("CommandButton3").click();
+    main_->control<QAction>("openOverview").trigger();
+    QWidget* overview = main_->navigator.window(Screen::Overview);
+    QVERIFY(overview != nullptr);
+    QTRY_COMPARE(test::controlOf<QLabel>(*overview, "quality").text(), QStringLiteral("100.00%"));
+    liesInside(*overview);
 }
 
 void SmallScreenTest::theMainWindowOpensInside() {
