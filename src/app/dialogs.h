@@ -18,8 +18,9 @@ enum class BoxStyle { Plain, Warning, Question, Information, Critical };
 enum class BoxButtons { Ok, YesNo, YesNoCancel };
 enum class BoxAnswer { Ok, Yes, No, Cancel };
 
-/// What a Yes gives up. A command is told so by an option of its own, and asks nobody.
-enum class BoxLoss { Nothing, PartialList };
+/// What a Yes gives up. A list that a job leaves unfinished: a command is told so by an option of its own, and asks
+/// nobody. A file that is replaced: Enter alone never says Yes.
+enum class BoxLoss { Nothing, PartialList, File };
 
 /// A box without a title of its own shows the program's name.
 inline constexpr const char* kProgramTitle = "Quillon";

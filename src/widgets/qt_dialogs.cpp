@@ -75,8 +75,10 @@ QString existingFolder(NativePath folder) {
     return toQtPath(folder);
 }
 
-// Every question whether something is overwritten says so in its title or its text.
+// Every told question whether something is overwritten says so in its title or its text.
 bool asksToOverwrite(const MessageBox& box) {
+    if (box.loss == BoxLoss::File)
+        return true;
     return box.buttons != BoxButtons::Ok &&
            toQt(box.title + " " + box.text).contains(QLatin1String("overwrit"), Qt::CaseInsensitive);
 }

@@ -85,7 +85,10 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
         dialogs.warn(title, "\"" + readable(std::string_view(*name)) + "\" is no name of a file");
         return std::nullopt;
     }
-    if (pathExists(*target) && !dialogs.ask(title, readable(target->native()) + " is there already. Replace it ?"))
+    MessageBox replaces{title, readable(target->native()) + " is there already. Replace it ?", BoxStyle::Question,
+                        BoxButtons::YesNo};
+    replaces.loss = BoxLoss::File;
+    if (pathExists(*target) && dialogs.show(replaces) != BoxAnswer::Yes)
         return std::nullopt;
     return *target;
 }
