@@ -40,7 +40,12 @@ bool isUnfinished(const NativePath& list) {
 }
 
 Result<void> markUnfinished(const NativePath& list) {
-    return saveWholeFile(unfinishedMark(list), kText);
+    return saveWholeFile(unfinishedMark(list), kText).map_error([&list](FileError error) {
+        // Nobody knows the mark. They know the list, and that its folder takes no file.
+        if (!error.cause.empty())
+            error.text = list.native() + ": " + error.cause;
+        return error;
+    });
 }
 
 Result<void> markFinished(const NativePath& list) {

@@ -16,7 +16,8 @@ void JobDriver::moveLitterAway() {
     const Paths& paths = job_.installation().paths();
     KeptFiles kept(job_.installation(), context_.surroundings.clock, KeptBy::Rescue);
     tellLitter(moveSaveLitterAway(
-        {job_.installation().appFolder(), paths.localPath, paths.localDatabase, paths.localSettings}, kept));
+        {job_.installation().appFolder(), paths.localPath, paths.zipPath, paths.localDatabase, paths.localSettings},
+        kept));
 }
 
 void JobDriver::tellLitter(std::size_t files) {
@@ -47,8 +48,11 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     step_ = "attempting to load the  shared DB";
     auto names = share.sharedFiles();
     const bool fromShare = !names.empty();
-    if (!fromShare && askWithoutDatabase(names) == Next::End)
+    if (!fromShare && askWithoutDatabase(names) == Next::End) {
+        refresh.compared = orphans.looked;
+        tellRefresh(refresh);  // what was moved away has gone whatever comes of the job
         return Next::End;
+    }
     if (context_.state.options.checkFileQuality)
         refresh.fetched = share.copyChanged(names);
     // A name that the share has told and does not have any more is missing here: the share may have gone. Names of the

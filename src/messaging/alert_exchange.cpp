@@ -239,6 +239,8 @@ std::string AlertExchange::silenceCause() const {
     }
     if (!cause.empty())
         return cause;
+    if (!messageArrived_ && surroundings_.loop.stopAsked())
+        return "the wait for an answer was stopped";
     return messageArrived_ ? "what came back was no acknowledgement" : "no answer came within 10 seconds";
 }
 

@@ -53,8 +53,10 @@ void registerListEditors(const ScreenContext& context, Job& job) {
         askShareFirst(job);
         return std::make_unique<frmCommonHeaders>(context, job.messages);
     });
-    screens.add(Screen::Errors,
-                [&context, &job](const std::any&) { return std::make_unique<frmErrors>(context, job.messages); });
+    screens.add(Screen::Errors, [&context, &job](const std::any&) {
+        askShareFirst(job);
+        return std::make_unique<frmErrors>(context, job.messages);
+    });
     screens.add(Screen::History, [&context, &job](const std::any&) {
         askShareFirst(job);
         return std::make_unique<frmHistory>(context);
