@@ -26,7 +26,7 @@ std::vector<GridColumn> columnsOf(const FoundRows& rows) {
     const auto titles = rows.titles();
     if (rows.areChanges())
         return {{titles[0], 300, false}, {titles[1], 70, false}, {titles[2], 90, false}, {titles[3], 90, false}};
-    return {{titles[0], 260, false}, {titles[1], 70, false}, {titles[2], 80, false}, {titles[3], 120, false}};
+    return {{titles[0], 250, false}, {titles[1], 70, false}, {titles[2], 110, false}, {titles[3], 120, false}};
 }
 
 }  // namespace
@@ -194,6 +194,7 @@ void frmOverview::showFiles() {
     if (shownRows_ != overview_.rows.contents()) {
         shownRows_ = overview_.rows.contents();
         files->setColumns(columnsOf(overview_.rows));
+        files->setItemDelegateForColumn(1, overview_.rows.areChanges() ? nullptr : sizes_);
         files->showOtherRows(0, -1);
     }
     files->rows().sourceGrew();

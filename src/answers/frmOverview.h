@@ -111,6 +111,7 @@ private:
     int shownRows_ = -1;
 
     QTimer* searchTimer_;
+    NumberDelegate* sizes_;  // of the column "Size", which changes have not
     QGroupBox *jobFrame, *foldersFrame, *mapFrame, *figuresFrame, *filesFrame;
     QLabel *jobName, *jobSource, *quality, *qualityBase;
     JobBar* jobBar;

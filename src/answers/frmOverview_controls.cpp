@@ -54,6 +54,7 @@ void setFigureColumns(Grid& grid, const FigureSource& rows, const char* what, co
     grid.setItemDelegateForColumn(FigureSource::kBarColumn, new BarDelegate(&grid, [&rows](const QModelIndex& index) {
                                       return rows.picture(index.row());
                                   }));
+    for (const int column : {1, 2}) grid.setItemDelegateForColumn(column, new NumberDelegate(&grid));
     grid.rows().setSource(&rows);
 }
 
@@ -164,6 +165,7 @@ void frmOverview::createFiles() {
     files->setAccessibleName(QStringLiteral("Files"));
     files->setTextElideMode(Qt::ElideMiddle);
     files->rows().setSource(&rows_);
+    sizes_ = new NumberDelegate(files);
     auto* bytes = new QWidget;
     auto* column = new QVBoxLayout(bytes);
     column->setContentsMargins({});

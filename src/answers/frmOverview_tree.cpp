@@ -142,6 +142,8 @@ QVariant FolderTree::headerData(int section, Qt::Orientation orientation, int ro
         return {};
     if (role == Qt::DisplayRole)
         return QLatin1String(kTitles[section]);
+    if (role == Qt::TextAlignmentRole && section > Grades)
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 
