@@ -73,10 +73,15 @@ void frmOverview::createJob() {
     large.setPointSizeF(large.pointSizeF() * 1.7);
     quality->setFont(large);
     qualityBase = makeLabel("qualityBase", "");
+    jobOrCase = make<QComboBox>("jobOrCase");
+    jobOrCase->setAccessibleName(QStringLiteral("The job, or its whole case"));
+    jobOrCase->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    jobOrCase->hide();
     row->addWidget(quality);
     row->addWidget(qualityBase);
     row->addStretch(1);
     row->addWidget(jobName);
+    row->addWidget(jobOrCase);
     row->addWidget(jobSource, 2);
     layout->addLayout(row);
     jobBar = make<JobBar>("jobBar");
@@ -209,16 +214,16 @@ void frmOverview::arrange() {
     auto* upper = makeSplitter(Qt::Horizontal, foldersFrame, right, 1, 1);
     layout->addWidget(makeSplitter(Qt::Vertical, upper, filesFrame, 3, 2), 1);
     createButtons(*layout);
-    busyParts_ = {foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer, compareWith,
-                  exportFiles,  writeReport, copyFiles,    copyAgain,  done};
+    busyParts_ = {jobOrCase,   foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer,
+                  compareWith, exportFiles,  writeReport, copyFiles,    copyAgain,  done};
     searchTimer_ = new QTimer(this);
     resize(kFirstSize);
 }
 
 void frmOverview::setTabOrders() {
-    const std::array<QWidget*, 17> order = {folders,     mapUp,       mapArea,   map,       extensions, reasons,
-                                            fileChoice,  showAll,     files,     head,      toViewer,   compareWith,
-                                            exportFiles, writeReport, copyFiles, copyAgain, done};
+    const std::array<QWidget*, 18> order = {jobOrCase,   folders,     mapUp,       mapArea,   map,       extensions,
+                                            reasons,     fileChoice,  showAll,     files,     head,      toViewer,
+                                            compareWith, exportFiles, writeReport, copyFiles, copyAgain, done};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     folders->setFocus();
 }

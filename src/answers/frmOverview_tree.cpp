@@ -65,6 +65,8 @@ void FolderTree::setFolders(FolderNodes* folders) {
     beginResetModel();
     folders_ = folders;
     fetched_.clear();
+    if (folders_ != nullptr)
+        folders_->sort(order_, falling_);  // as the titles of the columns say
     endResetModel();
 }
 
@@ -148,10 +150,12 @@ QVariant FolderTree::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 void FolderTree::sort(int column, Qt::SortOrder order) {
+    order_ = orderOf(column);
+    falling_ = order == Qt::DescendingOrder;
     if (folders_ == nullptr)
         return;
     emit layoutAboutToBeChanged();
-    folders_->sort(orderOf(column), order == Qt::DescendingOrder);
+    folders_->sort(order_, falling_);
     for (const QModelIndex& old : persistentIndexList()) {
         if (const FolderNode* const node = nodeOf(old))
             changePersistentIndex(old, indexOf(*node, old.column()));
