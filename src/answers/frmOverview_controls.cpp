@@ -102,6 +102,7 @@ void frmOverview::createFolders() {
     folders->setModel(tree_);
     folders->setUniformRowHeights(true);
     folders->setAlternatingRowColors(true);
+    folders->setTextElideMode(Qt::ElideMiddle);  // jobs of a case differ at their ends
     folders->setItemDelegateForColumn(FolderTree::Grades, new BarDelegate(folders, [this](const QModelIndex& index) {
                                           return tree_->picture(index);
                                       }));

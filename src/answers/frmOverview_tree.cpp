@@ -55,6 +55,11 @@ std::string textOf(const FolderNode& node, int column) {
     }
 }
 
+// The whole name, for which there may be no room, and what went wrong.
+std::string tipOf(const FolderNode& node) {
+    return node.facts.error.empty() ? nameOf(node) : nameOf(node) + ": " + node.facts.error;
+}
+
 constexpr const char* kTitles[] = {"Folder", "Grades", "Quality", "Bad", "Files", "Size"};
 
 }  // namespace
@@ -132,8 +137,9 @@ QVariant FolderTree::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::DisplayRole)
         return toQt(textOf(*node, index.column()));
-    if (role == Qt::ToolTipRole && index.column() == Name && !node->facts.error.empty())
-        return toQt(node->facts.error);
+    // Escaped, since a tool tip guesses whether its text is mark-up.
+    if (role == Qt::ToolTipRole && index.column() == Name)
+        return QStringLiteral("<span>%1</span>").arg(toQt(tipOf(*node)).toHtmlEscaped());
     if (role == Qt::TextAlignmentRole && index.column() > Grades)
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -179,6 +179,8 @@ void FrmOverviewTest::aFolderShowsItsFiles() {
     QCOMPARE(root.data().toString(), QStringLiteral("All files"));
     const QModelIndex photos = tree.model()->index(0, 0, root);
     QCOMPARE(photos.data().toString(), QStringLiteral("photos"));
+    QCOMPARE(photos.data(Qt::ToolTipRole).toString(), QStringLiteral("<span>photos</span>"));
+    QCOMPARE(tree.textElideMode(), Qt::ElideMiddle);
     tree.setCurrentIndex(photos);
     QCOMPARE(paths(), QStringList({QStringLiteral("photos/bad.jpg"), QStringLiteral("photos/what.xyz")}));
     QCOMPARE(text("filter"), QStringLiteral("below photos"));
