@@ -44,8 +44,8 @@ Result<void> FilesInOrder::advance() {
             return {};
         if (auto fetched = fetch(); !fetched)
             return fetched;
-    } while (ahead_.isThere && orderOf(current_, ahead_) == 0);
-    inOrder_ = inOrder_ && (!ahead_.isThere || orderOf(current_, ahead_) < 0);
+    } while (ahead_.isThere && std::is_eq(orderOf(current_, ahead_)));
+    inOrder_ = inOrder_ && (!ahead_.isThere || std::is_lt(orderOf(current_, ahead_)));
     return {};
 }
 

@@ -4,6 +4,7 @@
 #include "answers/job_comparison.h"
 
 #include <algorithm>
+#include <compare>
 #include <ranges>
 #include <unordered_map>
 #include <unordered_set>
@@ -135,11 +136,11 @@ private:
         const auto order = first.hasEnded()    ? std::strong_ordering::greater
                            : second.hasEnded() ? std::strong_ordering::less
                                                : first.order(second);
-        if (order > 0) {
+        if (std::is_gt(order)) {
             gained_.put(second.file().folder, second.file());
             return second.advance();
         }
-        const Now now = order < 0 ? Now() : Now{true, second.file().size, second.file().grade};
+        const Now now = std::is_lt(order) ? Now() : Now{true, second.file().size, second.file().grade};
         const BriefFile before = first.file();
         if (now.seen && changeOf(before, now) == Change::Same) {
             ++counts_[static_cast<std::size_t>(Change::Same)];
@@ -147,7 +148,7 @@ private:
             first_.put(before.folder, before);
             now_.push_back(now);
         }
-        return first.advance().and_then([&] { return order == 0 ? second.advance() : Result<void>(); });
+        return first.advance().and_then([&] { return std::is_eq(order) ? second.advance() : Result<void>(); });
     }
 
     Result<void> readFirst() {
