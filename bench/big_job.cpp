@@ -79,7 +79,7 @@ Result<void> write(EvidenceStore& store, std::int64_t rows, std::int64_t changed
             if (kind == 0)
                 continue;
             if (kind == 1)
-                row.name = "moved " + row.name;
+                row.name.insert(row.name.find('.'), " moved");  // a walk would meet it at the same place
             else
                 row.grade = Grade::Good;
         }

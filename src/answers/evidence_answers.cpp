@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "answers/ask_evidence.h"
+#include "answers/evidence_files.h"
 #include "answers/folder_branches.h"
 #include "evidence/job_keys.h"
 #include "evidence/schema.h"
@@ -149,6 +150,10 @@ Result<std::optional<std::uint64_t>> EvidenceAnswers::headSign(std::int64_t id) 
     if (*head == nullptr)
         return std::nullopt;
     return std::hash<std::string_view>()((*head)->given());
+}
+
+Result<std::unique_ptr<BriefFiles>> EvidenceAnswers::files(const FileWish& wish) {
+    return EvidenceFiles::begin(reader_, wish);
 }
 
 }  // namespace quillon

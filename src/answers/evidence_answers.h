@@ -20,6 +20,8 @@ public:
     [[nodiscard]] Result<FiguresBy> byReason() override;
     [[nodiscard]] Result<FiguresBy> byFolder(std::size_t depth) override;
     [[nodiscard]] Result<bool> next(EvidenceRow& file) override { return reader_.next(file); }
+    void restart() override { reader_.continueBehind(0); }
+    [[nodiscard]] Result<std::unique_ptr<BriefFiles>> files(const FileWish& wish) override;
     void rest() override { reader_.rest(); }
     [[nodiscard]] Result<std::optional<std::uint64_t>> headSign(std::int64_t id) override;
 

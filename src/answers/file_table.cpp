@@ -52,7 +52,7 @@ void FileTable::grow() {
     for (std::size_t i = 0; i < files_.size(); ++i) slots_[slotFor(files_[i].folder, name(i))] = i + 1;
 }
 
-std::size_t FileTable::put(std::string_view folder, const EvidenceRow& file) {
+std::size_t FileTable::put(std::string_view folder, const BriefFile& file) {
     if (2 * (files_.size() + 1) > slots_.size())
         grow();
     const std::uint32_t place = folders_.add(folder);
@@ -77,6 +77,12 @@ std::optional<std::size_t> FileTable::find(std::string_view folder, std::string_
     const auto place = folders_.find(folder);
     const std::size_t number = place && !slots_.empty() ? slots_[slotFor(*place, name)] : 0;
     return number == 0 ? std::nullopt : std::optional(number - 1);
+}
+
+void FileTable::clear() {
+    names_.clear();
+    files_.clear();
+    slots_.clear();
 }
 
 std::string_view FileTable::name(std::size_t number) const {

@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "evidence/evidence_row.h"
+#include "answers/job_answers.h"
 
 namespace quillon {
 
@@ -50,8 +50,9 @@ public:
     };
 
     /// Adds the file under this folder, in place of one with the same path. Gives its number, from 0.
-    std::size_t put(std::string_view folder, const EvidenceRow& file);
+    std::size_t put(std::string_view folder, const BriefFile& file);
     [[nodiscard]] std::optional<std::size_t> find(std::string_view folder, std::string_view name) const;
+    void clear();
 
     [[nodiscard]] std::size_t size() const { return files_.size(); }
     [[nodiscard]] const File& operator[](std::size_t number) const { return files_[number]; }

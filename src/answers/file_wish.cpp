@@ -11,11 +11,11 @@ bool isAmong(const auto& wanted, const auto& value) {
     return wanted.empty() || std::ranges::find(wanted, value) != wanted.end();
 }
 
+}  // namespace
+
 bool isBelow(std::string_view folder, std::string_view above) {
     return above.empty() || folder == above || (folder.starts_with(above) && folder[above.size()] == '/');
 }
-
-}  // namespace
 
 bool fits(const FileWish& wish, const EvidenceRow& file) {
     if (!wish.grades.empty() && (!file.grade || !isAmong(wish.grades, *file.grade)))

@@ -25,6 +25,9 @@ struct FileWish {
 
 [[nodiscard]] bool fits(const FileWish& wish, const EvidenceRow& file);
 
+/// True for the folder itself, for all below it, and for everything where `above` is empty.
+[[nodiscard]] bool isBelow(std::string_view folder, std::string_view above);
+
 /// By the names that evidence and scripts have; none for an unknown one.
 [[nodiscard]] std::optional<Reason> reasonNamed(std::string_view name);
 

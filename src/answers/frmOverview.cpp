@@ -26,8 +26,14 @@ std::vector<GridColumn> columnsOf(const FoundRows& rows) {
     const auto titles = rows.titles();
     if (rows.areChanges())
         return {{titles[0], 300, false}, {titles[1], 70, false}, {titles[2], 90, false}, {titles[3], 90, false}};
-    return {{titles[0], 260, false}, {titles[1], 70, false}, {titles[2], 80, false}, {titles[3], 120, false}};
+    return {{titles[0], 250, false}, {titles[1], 70, false}, {titles[2], 110, false}, {titles[3], 120, false}};
 }
+
+struct ShownScopes {
+    const std::vector<std::string>& items;
+    int index = 0;
+    bool enabled = true;
+};
 
 }  // namespace
 
@@ -49,6 +55,7 @@ frmOverview::frmOverview(const ScreenContext& context, const ReportMessages& mes
 void frmOverview::connectControls() {
     connectFigures();
     connectMap();
+    step(jobOrCase, &QComboBox::currentIndexChanged, [this](int entry) { overview_.chooseScope(entry); });
     step(fileChoice, &QComboBox::currentIndexChanged, [this](int entry) { overview_.chooseFiles(entry); });
     click(showAll, [this] { overview_.showAll(); });
     step(files, &Grid::currentRowChanged, [this](int row) { overview_.selectRow(row); });
@@ -129,16 +136,20 @@ void frmOverview::showControls() {
 
 void frmOverview::showJob() {
     const OverviewState& state = overview_.state;
-    showText(*jobName, state.job.empty() ? std::string() : "Job " + state.job);
+    showText(*jobName, state.job);
     showText(*jobSource, state.source);
     showText(*quality, state.quality);
     showText(*qualityBase, state.base);
     showText(*remark, state.busy ? "Reading ..." : state.remark);
     remark->setVisible(!remark->text().isEmpty());
     setTone(*remark, state.trouble && !state.busy ? "trouble" : "");
-    if (!state.isOpen || jobShown_)
+    if (!state.busy)
+        showChoice(*jobOrCase, ShownScopes{state.scopes, state.scope, true});
+    jobOrCase->setVisible(state.scopes.size() > 1);
+    jobName->setVisible(state.scopes.size() <= 1);
+    if (shownJob_ == state.opened)
         return;
-    jobShown_ = true;
+    shownJob_ = state.opened;
     jobBar->setFigures(state.total);
     gradeLegend->setFigures(state.total);
     for (Grid* grid : {extensions, reasons}) grid->rows().sourceChanged();
@@ -194,6 +205,7 @@ void frmOverview::showFiles() {
     if (shownRows_ != overview_.rows.contents()) {
         shownRows_ = overview_.rows.contents();
         files->setColumns(columnsOf(overview_.rows));
+        files->setItemDelegateForColumn(1, overview_.rows.areChanges() ? nullptr : sizes_);
         files->showOtherRows(0, -1);
     }
     files->rows().sourceGrew();
@@ -210,10 +222,14 @@ void frmOverview::showFiles() {
 
 void frmOverview::showButtons() {
     const bool usable = overview_.state.isOpen && !overview_.state.busy;
-    for (QPushButton* button : {toViewer, compareWith, writeReport, showAll}) button->setEnabled(usable);
+    const OverviewState& state = overview_.state;
+    for (QPushButton* button : {writeReport, showAll}) button->setEnabled(usable);
+    toViewer->setEnabled(usable && state.isInOwnJob);
+    compareWith->setEnabled(usable && state.hasOneJob);
     // Changes are no files of the job that a filter would find.
-    for (QPushButton* button : {exportFiles, copyFiles, copyAgain})
-        button->setEnabled(usable && !overview_.rows.areChanges());
+    const bool areFiles = usable && !overview_.rows.areChanges();
+    exportFiles->setEnabled(areFiles);
+    for (QPushButton* button : {copyFiles, copyAgain}) button->setEnabled(areFiles && state.hasOneJob);
 }
 
 }  // namespace quillon

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// The screen "Job Overview", our own: where the damage of a job lies. What it does is Overview's.
+// The screen "Job Overview", our own: where the damage of a job or of a whole case lies. What it does is Overview's.
 //
 //   jobFrame "Job"
 //     jobName                "Job 1234"
-//     jobSource              where its files come from
+//     jobOrCase              instead of it in a case of several: "Job 1234-a", "Case 1234 (3 jobs)"
+//     jobSource              where its files come from; the jobs of a case
 //     quality, qualityBase   the recovery quality and what it is of
 //     jobBar, gradeLegend    the grades of all files, and what colours and patterns mean
 //   foldersFrame "Folders"
@@ -29,7 +30,9 @@
 //   remark                   what is not known, what came of a step
 //   toViewer "Show in Viewer", compareWith "Compare with ...", exportFiles "Export ...", writeReport "Report ...",
 //   copyFiles "Copy These Files ...", copyAgain "Copy Again What Failed ...", done "Done"
-//                          export and copies take the files that are shown, and are off behind a comparison
+//                          export and copies take the files that are shown, and are off behind a comparison. In a
+//                          case all but export and report are on while the chosen folder lies in one job, and the
+//                          viewer while that is its own
 
 #include "answers/frmOverview_bars.h"
 #include "answers/frmOverview_tree.h"
@@ -106,13 +109,15 @@ private:
     FigureSource reasonRows_{overview_.state.reasons, "All reasons", "(none)"};
     BusyParts busyParts_;
     bool read_ = false;
-    bool jobShown_ = false;
+    int shownJob_ = 0;
     int shownMap_ = -1;
     int shownRows_ = -1;
 
     QTimer* searchTimer_;
+    NumberDelegate* sizes_;  // of the column "Size", which changes have not
     QGroupBox *jobFrame, *foldersFrame, *mapFrame, *figuresFrame, *filesFrame;
     QLabel *jobName, *jobSource, *quality, *qualityBase;
+    QComboBox* jobOrCase;
     JobBar* jobBar;
     GradeLegend* gradeLegend;
     FolderTree* tree_;

@@ -54,6 +54,7 @@ void setFigureColumns(Grid& grid, const FigureSource& rows, const char* what, co
     grid.setItemDelegateForColumn(FigureSource::kBarColumn, new BarDelegate(&grid, [&rows](const QModelIndex& index) {
                                       return rows.picture(index.row());
                                   }));
+    for (const int column : {1, 2}) grid.setItemDelegateForColumn(column, new NumberDelegate(&grid));
     grid.rows().setSource(&rows);
 }
 
@@ -72,10 +73,15 @@ void frmOverview::createJob() {
     large.setPointSizeF(large.pointSizeF() * 1.7);
     quality->setFont(large);
     qualityBase = makeLabel("qualityBase", "");
+    jobOrCase = make<QComboBox>("jobOrCase");
+    jobOrCase->setAccessibleName(QStringLiteral("The job, or its whole case"));
+    jobOrCase->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    jobOrCase->hide();
     row->addWidget(quality);
     row->addWidget(qualityBase);
     row->addStretch(1);
     row->addWidget(jobName);
+    row->addWidget(jobOrCase);
     row->addWidget(jobSource, 2);
     layout->addLayout(row);
     jobBar = make<JobBar>("jobBar");
@@ -96,6 +102,7 @@ void frmOverview::createFolders() {
     folders->setModel(tree_);
     folders->setUniformRowHeights(true);
     folders->setAlternatingRowColors(true);
+    folders->setTextElideMode(Qt::ElideMiddle);  // jobs of a case differ at their ends
     folders->setItemDelegateForColumn(FolderTree::Grades, new BarDelegate(folders, [this](const QModelIndex& index) {
                                           return tree_->picture(index);
                                       }));
@@ -164,6 +171,7 @@ void frmOverview::createFiles() {
     files->setAccessibleName(QStringLiteral("Files"));
     files->setTextElideMode(Qt::ElideMiddle);
     files->rows().setSource(&rows_);
+    sizes_ = new NumberDelegate(files);
     auto* bytes = new QWidget;
     auto* column = new QVBoxLayout(bytes);
     column->setContentsMargins({});
@@ -207,16 +215,16 @@ void frmOverview::arrange() {
     auto* upper = makeSplitter(Qt::Horizontal, foldersFrame, right, 1, 1);
     layout->addWidget(makeSplitter(Qt::Vertical, upper, filesFrame, 3, 2), 1);
     createButtons(*layout);
-    busyParts_ = {foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer, compareWith,
-                  exportFiles,  writeReport, copyFiles,    copyAgain,  done};
+    busyParts_ = {jobOrCase,   foldersFrame, mapFrame,    figuresFrame, filesFrame, toViewer,
+                  compareWith, exportFiles,  writeReport, copyFiles,    copyAgain,  done};
     searchTimer_ = new QTimer(this);
     resize(kFirstSize);
 }
 
 void frmOverview::setTabOrders() {
-    const std::array<QWidget*, 17> order = {folders,     mapUp,       mapArea,   map,       extensions, reasons,
-                                            fileChoice,  showAll,     files,     head,      toViewer,   compareWith,
-                                            exportFiles, writeReport, copyFiles, copyAgain, done};
+    const std::array<QWidget*, 18> order = {jobOrCase,   folders,     mapUp,       mapArea,   map,       extensions,
+                                            reasons,     fileChoice,  showAll,     files,     head,      toViewer,
+                                            compareWith, exportFiles, writeReport, copyFiles, copyAgain, done};
     for (std::size_t i = 1; i < order.size(); ++i) setTabOrder(order[i - 1], order[i]);
     folders->setFocus();
 }

@@ -55,6 +55,11 @@ std::string textOf(const FolderNode& node, int column) {
     }
 }
 
+// The whole name, for which there may be no room, and what went wrong.
+std::string tipOf(const FolderNode& node) {
+    return node.facts.error.empty() ? nameOf(node) : nameOf(node) + ": " + node.facts.error;
+}
+
 constexpr const char* kTitles[] = {"Folder", "Grades", "Quality", "Bad", "Files", "Size"};
 
 }  // namespace
@@ -65,6 +70,8 @@ void FolderTree::setFolders(FolderNodes* folders) {
     beginResetModel();
     folders_ = folders;
     fetched_.clear();
+    if (folders_ != nullptr)
+        folders_->sort(order_, falling_);  // as the titles of the columns say
     endResetModel();
 }
 
@@ -130,8 +137,9 @@ QVariant FolderTree::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::DisplayRole)
         return toQt(textOf(*node, index.column()));
-    if (role == Qt::ToolTipRole && index.column() == Name && !node->facts.error.empty())
-        return toQt(node->facts.error);
+    // Escaped, since a tool tip guesses whether its text is mark-up.
+    if (role == Qt::ToolTipRole && index.column() == Name)
+        return QStringLiteral("<span>%1</span>").arg(toQt(tipOf(*node)).toHtmlEscaped());
     if (role == Qt::TextAlignmentRole && index.column() > Grades)
         return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
@@ -142,14 +150,18 @@ QVariant FolderTree::headerData(int section, Qt::Orientation orientation, int ro
         return {};
     if (role == Qt::DisplayRole)
         return QLatin1String(kTitles[section]);
+    if (role == Qt::TextAlignmentRole && section > Grades)
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
     return {};
 }
 
 void FolderTree::sort(int column, Qt::SortOrder order) {
+    order_ = orderOf(column);
+    falling_ = order == Qt::DescendingOrder;
     if (folders_ == nullptr)
         return;
     emit layoutAboutToBeChanged();
-    folders_->sort(orderOf(column), order == Qt::DescendingOrder);
+    folders_->sort(order_, falling_);
     for (const QModelIndex& old : persistentIndexList()) {
         if (const FolderNode* const node = nodeOf(old))
             changePersistentIndex(old, indexOf(*node, old.column()));

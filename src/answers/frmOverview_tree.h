@@ -39,6 +39,8 @@ public:
 
 private:
     FolderNodes* folders_ = nullptr;
+    FolderOrder order_ = FolderOrder::Name;
+    bool falling_ = false;
     // A node may be loaded by others, too; its folders are rows here once this view has asked for them.
     std::unordered_set<const FolderNode*> fetched_;
 };

@@ -121,6 +121,11 @@ void addTerm(std::string& text, std::string_view term, std::string_view html) {
     text += fmt::format("<dt>{}</dt><dd class=\"n\">{}</dd>\n", term, html);
 }
 
+// The same with room above it.
+void addTermApart(std::string& text, std::string_view term, std::string_view html) {
+    text += fmt::format("<dt class=\"apart\">{}</dt><dd class=\"n apart\">{}</dd>\n", term, html);
+}
+
 std::string headPart(const HtmlReport& report) {
     const bool one = report.jobs.size() == 1;
     std::string text = "<header><h1>Recovery report</h1>\n";
@@ -128,13 +133,13 @@ std::string headPart(const HtmlReport& report) {
         text += fmt::format("<p class=\"n\">{}</p>\n", htmlText(report.laboratory));
     text += "</header>\n<dl>\n";
     for (const auto& job : report.jobs) {
-        addTerm(text, "Job", htmlText(job.id));
+        (&job == report.jobs.data() ? addTerm : addTermApart)(text, "Job", htmlText(job.id));
         addTerm(text, "Source", job.source.empty() ? "not known" : htmlText(job.source));
         addTerm(text, "Tested", job.started.empty() ? "date not known" : htmlText(job.started));
         if (!job.whole)
             addTerm(text, "Note", "This job did not come to its end: files behind that point are not in this report.");
     }
-    addTerm(text, "Written", htmlText(report.written));
+    (one ? addTerm : addTermApart)(text, "Written", htmlText(report.written));
     addTerm(text, one ? "Files" : "Files of all jobs",
             fmt::format("{} ({})", grouped(report.total.files), sizeOf(report.total.bytes)));
     return text + "</dl>\n";
@@ -321,9 +326,13 @@ std::string reportBegin(const HtmlReport& report) {
     text += reportPatterns() + headPart(report) + qualityPart(report.total) + kProof + gradesPart(report.total);
     text += tablePart(kFolderWords, report.folders) + tablePart(kExtensionWords, report.extensions);
     text += reasonsPart(report) + unreadPart(report) + doubtsPart(report);
-    if (report.withFiles)
+    if (report.withFiles && report.jobs.size() <= 1)
         text += "<h2>The files by folder</h2>\n";
     return text;
+}
+
+std::string filesHeading(std::string_view job) {
+    return fmt::format("<h2 class=\"n\">The files by folder: job {}</h2>\n", htmlText(job));
 }
 
 std::string reportEnd() {

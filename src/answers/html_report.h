@@ -65,6 +65,8 @@ void note(HtmlReport& report, const EvidenceRow& file);
 
 /// The page down to the list of files. `reportEnd` closes it.
 [[nodiscard]] std::string reportBegin(const HtmlReport& report);
+/// Ahead of the files of each job where the page is about several: folders of two jobs may have one name.
+[[nodiscard]] std::string filesHeading(std::string_view job);
 [[nodiscard]] std::string reportEnd();
 
 /// The files of the page, in pieces, so that no page has to be held whole: files of one folder that follow each other

@@ -29,6 +29,7 @@ p{margin:.4rem 0}
 dl{display:grid;grid-template-columns:max-content 1fr;gap:.2rem 1.5rem;margin:1.2rem 0}
 dt{color:var(--soft)}
 dd{margin:0;overflow-wrap:anywhere}
+.apart{margin-top:.6rem}
 .quality{border:1px solid var(--line);border-radius:8px;background:var(--tint);padding:1.2rem 1.4rem;margin:1.4rem 0}
 .quality h2{margin:0}
 .quality .value{font-size:3.6rem;line-height:1.15;font-weight:600;letter-spacing:-.02em}
@@ -52,9 +53,9 @@ td .bar,td .key{margin-top:.25em}
 .grades td:nth-child(-n+4){white-space:nowrap}
 .figures td:first-child{width:26%}
 .files{table-layout:fixed}
-.files .size{width:7rem}
-.files .grade{width:10rem}
-.files .found{width:44%}
+.files .size{width:6.5em}
+.files .grade{width:12em}
+.files .found{width:42%}
 .whole td{font-weight:600}
 .proof{border-left:4px solid var(--mark);padding:.2rem 0 .2rem 1rem;margin:2rem 0}
 footer{margin-top:2.5rem;border-top:1px solid var(--line);padding-top:.6rem;color:var(--soft);font-size:.85rem}

@@ -8,6 +8,37 @@
 
 namespace quillon {
 
+namespace {
+
+// Out of whole rows, where nothing else can be asked.
+class BriefRows final : public BriefFiles {
+public:
+    BriefRows(JobAnswers& answers, FileWish wish) : answers_(answers), wish_(std::move(wish)) { answers_.restart(); }
+
+    [[nodiscard]] Result<bool> next(BriefFile& file) override {
+        while (true) {
+            auto more = answers_.next(row_);
+            if (!more || !*more)
+                return more;
+            if (!fits(wish_, row_))
+                continue;
+            file = row_;
+            return true;
+        }
+    }
+
+private:
+    JobAnswers& answers_;
+    FileWish wish_;
+    EvidenceRow row_;
+};
+
+}  // namespace
+
+Result<std::unique_ptr<BriefFiles>> JobAnswers::files(const FileWish& wish) {
+    return std::make_unique<BriefRows>(*this, wish);
+}
+
 Result<std::unique_ptr<JobAnswers>> openAnswers(const JobFiles& job, const ReportMessages& messages) {
     if (job.evidence.empty())
         return std::make_unique<ListAnswers>(job.list, messages);

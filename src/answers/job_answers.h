@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "answers/figures.h"
+#include "answers/file_wish.h"
 #include "answers/job_files.h"
 #include "evidence/evidence_row.h"
 #include "testing/report_messages.h"
@@ -23,6 +24,34 @@ struct JobFacts {
     std::optional<std::int64_t> started;  ///< seconds since 1970 UTC
     std::string end;                      ///< one of `job_keys.h`
     std::vector<UnreadFolder> unreadFolders;
+};
+
+/// What most questions need of a file.
+struct BriefFile {
+    BriefFile() = default;
+    // A row says all of this, so it can stand for one.
+    BriefFile(const EvidenceRow& file)
+        : id(file.id),
+          size(file.size),
+          folder(file.folder),
+          name(file.name),
+          extension(file.extension),
+          grade(file.grade) {}
+
+    std::int64_t id = 0;
+    std::int64_t size = 0;
+    std::string_view folder;  ///< bytes, as in the row
+    std::string_view name;    ///< bytes
+    std::string_view extension;
+    std::optional<Grade> grade;
+};
+
+/// Files in the order of the walk.
+class BriefFiles {
+public:
+    virtual ~BriefFiles() = default;
+    /// Makes `file` the next one, whose texts are good until the one behind it is asked for. False behind the last one.
+    [[nodiscard]] virtual Result<bool> next(BriefFile& file) = 0;
 };
 
 class JobAnswers {
@@ -47,6 +76,13 @@ public:
     /// Makes `file` the next one, in the order of the walk. False behind the last one.
     [[nodiscard]] virtual Result<bool> next(EvidenceRow& file) = 0;
 
+    /// The first file is the next one again.
+    virtual void restart() = 0;
+
+    /// All files that fit, from the first one on. Whoever asks for them asks for no `next` meanwhile. They must not
+    /// outlive this.
+    [[nodiscard]] virtual Result<std::unique_ptr<BriefFiles>> files(const FileWish& wish);
+
     /// Nothing of the job is held open until the next file is asked for, so that its evidence can be written to.
     virtual void rest() {}
 
@@ -59,6 +95,23 @@ public:
 
 /// False: the run that made the job did not come to its end, and files that it did not come to are in no figure.
 [[nodiscard]] Result<bool> cameToItsEnd(const JobFiles& job, JobAnswers& answers);
+
+/// Hands each of `JobAnswers::files` to `take`.
+template <typename Take>
+[[nodiscard]] Result<void> eachBrief(JobAnswers& answers, const FileWish& wish, Take take) {
+    const auto files = answers.files(wish);
+    if (!files)
+        return failure(files.error());
+    BriefFile file;
+    while (true) {
+        const auto more = (*files)->next(file);
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        take(file);
+    }
+}
 
 /// Hands the files that are still to come to `take`, in the order of the walk, until one of them fails.
 [[nodiscard]] Result<void> eachFile(JobAnswers& answers, const std::function<Result<void>(const EvidenceRow&)>& take);

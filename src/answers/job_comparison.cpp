@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The first job stands in a table, the second one goes by; of it only files that the first has not are kept.
+// Both jobs go by in the order of their walks, and what differs is kept. A job that is not in that order cannot: then
+// the first one stands in a table whole.
 #include "answers/job_comparison.h"
 
 #include <algorithm>
+#include <compare>
 #include <ranges>
 #include <unordered_map>
 #include <unordered_set>
@@ -12,6 +14,7 @@
 #include <fmt/format.h>
 
 #include "answers/file_table.h"
+#include "answers/files_in_order.h"
 
 namespace quillon {
 
@@ -42,16 +45,8 @@ int worth(const std::optional<Grade>& grade) {
     }
 }
 
-// The path of a folder behind one that is cut off; none for a folder beside it.
-std::optional<std::string_view> below(std::string_view folder, std::string_view strip) {
-    if (strip.empty())
-        return folder;
-    if (!folder.starts_with(strip) || (folder.size() > strip.size() && folder[strip.size()] != '/'))
-        return std::nullopt;
-    return folder.substr(std::min(strip.size() + 1, folder.size()));
-}
-
-Change changeOf(const FileTable::File& before, const Now& now) {
+// `before`: what has a size and a grade.
+Change changeOf(const auto& before, const Now& now) {
     const int gain = worth(now.grade) - worth(before.grade);
     if (gain != 0)
         return gain > 0 ? Change::Better : Change::Worse;
@@ -105,9 +100,11 @@ public:
         : sides_(sides), take_(take) {}
 
     Result<ChangeCounts> run() {
-        const auto done =
-            readFirst().and_then([this] { return readSecond(); }).and_then([this] { return findMoved(); });
-        if (!done)
+        const auto inStep = readInStep();
+        if (!inStep)
+            return failure(inStep.error());
+        const auto read = *inStep ? Result<void>() : readFirst().and_then([this] { return readSecond(); });
+        if (const auto done = read.and_then([this] { return findMoved(); }); !done)
             return failure(done.error());
         tellSecond();
         tellLost();
@@ -115,26 +112,63 @@ public:
     }
 
 private:
+    // False: one of the two is not in the order of a walk, and nothing is known yet.
+    Result<bool> readInStep() {
+        auto first = FilesInOrder::begin(sides_.first, sides_.stripFirst);
+        auto second = FilesInOrder::begin(sides_.second, sides_.stripSecond);
+        if (!first || !second)
+            return failure(first ? second.error() : first.error());
+        while (!first->hasEnded() || !second->hasEnded()) {
+            if (auto taken = takeNext(*first, *second); !taken)
+                return failure(taken.error());
+            if (first->isInOrder() && second->isInOrder())
+                continue;
+            first_.clear();
+            gained_.clear();
+            now_.clear();
+            counts_ = {};
+            return false;
+        }
+        return true;
+    }
+
+    Result<void> takeNext(FilesInOrder& first, FilesInOrder& second) {
+        const auto order = first.hasEnded()    ? std::strong_ordering::greater
+                           : second.hasEnded() ? std::strong_ordering::less
+                                               : first.order(second);
+        if (std::is_gt(order)) {
+            gained_.put(second.file().folder, second.file());
+            return second.advance();
+        }
+        const Now now = std::is_lt(order) ? Now() : Now{true, second.file().size, second.file().grade};
+        const BriefFile before = first.file();
+        if (now.seen && changeOf(before, now) == Change::Same) {
+            ++counts_[static_cast<std::size_t>(Change::Same)];
+        } else {
+            first_.put(before.folder, before);
+            now_.push_back(now);
+        }
+        return first.advance().and_then([&] { return std::is_eq(order) ? second.advance() : Result<void>(); });
+    }
+
     Result<void> readFirst() {
-        auto read = eachFile(sides_.first, [this](const EvidenceRow& file) -> Result<void> {
-            if (const auto folder = below(file.folder, sides_.stripFirst))
+        auto read = eachBrief(sides_.first, {}, [this](const BriefFile& file) {
+            if (const auto folder = folderBelow(file.folder, sides_.stripFirst))
                 first_.put(*folder, file);
-            return {};
         });
         now_.resize(first_.size());
         return read;
     }
 
     Result<void> readSecond() {
-        return eachFile(sides_.second, [this](const EvidenceRow& file) -> Result<void> {
-            const auto folder = below(file.folder, sides_.stripSecond);
+        return eachBrief(sides_.second, {}, [this](const BriefFile& file) {
+            const auto folder = folderBelow(file.folder, sides_.stripSecond);
             if (!folder)
-                return {};
+                return;
             if (const auto same = first_.find(*folder, file.name))
                 now_[*same] = {true, file.size, file.grade};
             else
                 gained_.put(*folder, file);
-            return {};
         });
     }
 
@@ -215,7 +249,7 @@ private:
 
     const ComparisonSides& sides_;
     const std::function<void(const ChangedFile&)>& take_;
-    FileTable first_;
+    FileTable first_;  // files that are lost or changed; all of them where the jobs are not in order
     FileTable gained_;
     std::vector<Now> now_;                                // by number in first_
     std::unordered_map<std::size_t, std::size_t> moved_;  // from numbers in gained_ to those in first_

@@ -103,4 +103,17 @@ Result<std::vector<JobFiles>> findCase(const NativePath& listFolder, std::string
     return jobs;
 }
 
+std::vector<CaseFiles> casesOf(const NativePath& listFolder, std::string_view separator, std::string_view jobId) {
+    std::vector<CaseFiles> cases;
+    std::string_view id = jobId;
+    while (!id.empty()) {
+        auto jobs = findCase(listFolder, separator, id);
+        if (jobs && jobs->size() > (cases.empty() ? 1 : cases.back().jobs.size()))
+            cases.push_back({std::string(id), std::move(*jobs)});
+        const auto end = separator.empty() ? id.npos : id.rfind(separator);
+        id = id.substr(0, end == id.npos ? 0 : end);
+    }
+    return cases;
+}
+
 }  // namespace quillon

@@ -28,4 +28,14 @@ struct JobFiles {
 [[nodiscard]] Result<std::vector<JobFiles>> findCase(const NativePath& listFolder, std::string_view separator,
                                                      std::string_view caseId);
 
+struct CaseFiles {
+    std::string id;
+    std::vector<JobFiles> jobs;
+};
+
+/// The cases that a job belongs to, as far as they have several jobs: what its ID is and what it holds ahead of each
+/// separator may be the ID of one. The longest ID comes first; of two with the same jobs only the longer one is told.
+[[nodiscard]] std::vector<CaseFiles> casesOf(const NativePath& listFolder, std::string_view separator,
+                                             std::string_view jobId);
+
 }  // namespace quillon

@@ -21,6 +21,7 @@ public:
     [[nodiscard]] Result<FiguresBy> byReason() override { return FiguresBy{}; }
     [[nodiscard]] Result<FiguresBy> byFolder(std::size_t depth) override;
     [[nodiscard]] Result<bool> next(EvidenceRow& file) override;
+    void restart() override { reader_.reset(); }
     [[nodiscard]] Result<std::optional<std::uint64_t>> headSign(std::int64_t /*id*/) override { return std::nullopt; }
 
 private:

@@ -27,7 +27,7 @@ private:
     static constexpr std::size_t kPieceBytes = std::size_t{1} << 16U;
 
     [[nodiscard]] Result<void> flush() {
-        const auto written = file_.write(std::string_view(waiting_));
+        auto written = file_.write(std::string_view(waiting_));
         waiting_.clear();
         return written;
     }

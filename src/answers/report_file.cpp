@@ -103,6 +103,8 @@ Result<void> putFiles(PieceWriter& page, const JobFiles& job) {
 Result<void> putPage(PieceWriter& page, const HtmlReport& report, const std::vector<JobFiles>& jobs) {
     auto put = page.put(reportBegin(report));
     for (const auto& job : jobs) {
+        if (put && report.withFiles && jobs.size() > 1)
+            put = page.put(filesHeading(job.id));
         if (put && report.withFiles)
             put = putFiles(page, job);
     }

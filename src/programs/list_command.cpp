@@ -24,6 +24,7 @@
 #include "programs/list_history.h"
 #include "programs/list_merge.h"
 #include "programs/list_options.h"
+#include "programs/list_paths.h"
 #include "programs/list_sectors.h"
 #include "programs/list_suggest.h"
 #include "programs/list_verify.h"
@@ -221,12 +222,14 @@ private:
     }
 
     [[nodiscard]] Result<int> files() {
-        const auto listed = eachFile([&](const EvidenceRow& file, const std::string& source) {
-            const std::string path = options_.absolute && !source.empty() ? source + "/" + file.path() : file.path();
-            if (options_.zeros)
-                streams_.out << path << '\0';
-            else
-                streams_.out << (streams_.outIsTerminal ? readable(std::string_view(path)) : path) << '\n';
+        const auto listed = eachJob([&](JobAnswers& answers) -> Result<void> {
+            const auto source = answers.source();
+            if (!source)
+                return failure(source.error());
+            PathLines lines(streams_.out, options_.zeros, streams_.outIsTerminal);
+            const std::string above = options_.absolute && !source->empty() ? *source + "/" : std::string();
+            return eachBrief(answers, options_.wish,
+                             [&](const BriefFile& file) { lines.add(above, file.folder, file.name); });
         });
         if (!listed)
             return failure(listed.error());

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The screen "Job Overview": every control by its name, and what each does.
+#include <filesystem>
+
 #include <QAbstractItemModel>
 #include <QApplication>
 #include <QCheckBox>
@@ -44,6 +46,7 @@ private slots:
     void exportAndReportAskForTheirPlace();
     void theFilesThatAreShownAreHandedToTheCopy();
     void aJobThatIsNotThereIsToldOf();
+    void aCaseIsShownAsOne();
     void tabGoesThroughTheControlsInOrder();
 
 private:
@@ -104,6 +107,7 @@ const std::vector<test::FrameCase> kControls = {
      {{"jobName", "Job J1"},
       {"quality", "66.67%"},
       {"qualityBase", "of the 3 files that could be judged; 1 of 4 could not"},
+      {"jobOrCase", "Job J1", false},
       {"jobBar", ""},
       {"gradeLegend", ""}}},
     {"foldersFrame", "Folders", {{"folders", ""}}},
@@ -145,8 +149,9 @@ void FrmOverviewTest::everyControlHasItsNameCaptionAndState() {
 }
 
 void FrmOverviewTest::everyControlWithoutACaptionHasAnAccessibleName() {
-    for (const char* name : {"jobSource", "quality", "jobBar", "gradeLegend", "folders", "mapFolder", "mapArea", "map",
-                             "mapLegend", "extensions", "reasons", "filter", "fileChoice", "files", "head"})
+    for (const char* name :
+         {"jobSource", "quality", "jobBar", "gradeLegend", "folders", "mapFolder", "mapArea", "map", "mapLegend",
+          "jobOrCase", "extensions", "reasons", "filter", "fileChoice", "files", "head"})
         QVERIFY2(!control<QWidget>(name).accessibleName().isEmpty(), name);
 }
 
@@ -174,6 +179,8 @@ void FrmOverviewTest::aFolderShowsItsFiles() {
     QCOMPARE(root.data().toString(), QStringLiteral("All files"));
     const QModelIndex photos = tree.model()->index(0, 0, root);
     QCOMPARE(photos.data().toString(), QStringLiteral("photos"));
+    QCOMPARE(photos.data(Qt::ToolTipRole).toString(), QStringLiteral("<span>photos</span>"));
+    QCOMPARE(tree.textElideMode(), Qt::ElideMiddle);
     tree.setCurrentIndex(photos);
     QCOMPARE(paths(), QStringList({QStringLiteral("photos/bad.jpg"), QStringLiteral("photos/what.xyz")}));
     QCOMPARE(text("filter"), QStringLiteral("below photos"));
@@ -320,6 +327,46 @@ void FrmOverviewTest::aJobThatIsNotThereIsToldOf() {
          {"toViewer", "compareWith", "exportFiles", "writeReport", "copyFiles", "copyAgain", "showAll"})
         QVERIFY2(!control<QPushButton>(button).isEnabled(), button);
     QVERIFY(control<QPushButton>("done").isEnabled());
+}
+
+void FrmOverviewTest::aCaseIsShownAsOne() {
+    click("done");
+    const auto at = [this](const char* name) { return main_->temp / "local" / name; };
+    std::filesystem::copy_file(at("J1.sqlite"), at("J1-second.sqlite"));
+    open();
+    auto& choice = control<QComboBox>("jobOrCase");
+    QVERIFY(choice.isVisible());
+    QCOMPARE(test::itemsOf(choice), QStringList({QStringLiteral("Job J1"), QStringLiteral("Case J1 (2 jobs)")}));
+    auto& tree = control<QTreeView>("folders");
+    tree.sortByColumn(0, Qt::DescendingOrder);
+    tree.setCurrentIndex(tree.model()->index(0, 0, tree.model()->index(0, 0)));
+    choice.setCurrentIndex(1);
+    QTRY_COMPARE(text("matching"), QStringLiteral("8 files"));
+    QCOMPARE(choice.currentText(), QStringLiteral("Case J1 (2 jobs)"));
+    QVERIFY(!control<QLabel>("jobName").isVisible());
+    QCOMPARE(text("qualityBase"), QStringLiteral("of the 6 files that could be judged; 2 of 8 could not"));
+    QCOMPARE(control<Grid>("extensions").cell(0, 1), std::string("8"));
+    const auto isOn = [this](const char* button) { return control<QPushButton>(button).isEnabled(); };
+    for (const char* button : {"toViewer", "compareWith", "copyFiles", "copyAgain"}) QVERIFY2(!isOn(button), button);
+    QVERIFY(isOn("exportFiles") && isOn("writeReport") && isOn("showAll"));
+    const QModelIndex root = tree.model()->index(0, 0);
+    const QModelIndex second = tree.model()->index(0, 0, root);
+    QCOMPARE(second.data().toString(), QStringLiteral("J1-second"));  // falling, as the title says
+    tree.setCurrentIndex(second);
+    QCOMPARE(paths().size(), 4);
+    QVERIFY(isOn("compareWith") && isOn("copyFiles") && isOn("copyAgain") && !isOn("toViewer"));
+    control<Grid>("files").setCurrentRow(0);
+    QCOMPARE(control<HexView>("head").bytes().substr(0, 4), std::string("\xFF\xD8\xFFx"));
+    tree.setCurrentIndex(tree.model()->index(1, 0, root));
+    QVERIFY(isOn("toViewer"));
+    screen_->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(screen_));
+    choice.setFocus();
+    QTest::keyClick(&choice, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), &tree);
+    choice.setCurrentIndex(0);
+    QTRY_COMPARE(text("matching"), QStringLiteral("4 files"));
+    QCOMPARE(choice.currentText(), QStringLiteral("Job J1"));
 }
 
 void FrmOverviewTest::tabGoesThroughTheControlsInOrder() {

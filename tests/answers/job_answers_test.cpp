@@ -175,6 +175,71 @@ TEST_F(JobAnswersTest, FilesComeInTheOrderOfTheWalk) {
     EXPECT_EQ(ask(true)->source().value(), "/source");
 }
 
+std::vector<std::string> pathsOf(JobAnswers& answers, const FileWish& wish) {
+    std::vector<std::string> paths;
+    EXPECT_TRUE(eachBrief(answers, wish, [&](const BriefFile& file) {
+        paths.push_back(std::string(file.folder) + "|" + std::string(file.name));
+    }));
+    return paths;
+}
+
+TEST_F(JobAnswersTest, PathsAreThoseOfTheFilesThatFit) {
+    FileWish photos;
+    photos.below = "photos";
+    FileWish corrupt = photos;
+    corrupt.grades = {Grade::Corrupt, Grade::Good};
+    corrupt.reasons = {Reason::Noise};
+    FileWish doubtful;
+    doubtful.doubt = true;
+    FileWish none;
+    none.extensions = {""};
+    FileWish unread;
+    unread.unread = true;
+    const std::vector<std::pair<FileWish, std::vector<std::string>>> cases = {
+        {{}, {"|a.jpg", "photos|b.jpg", "photos/2019|c.JPG", "photos/2019|d.png", "photos2|e", "photos2|f.xyz"}},
+        {photos, {"photos|b.jpg", "photos/2019|c.JPG", "photos/2019|d.png"}},
+        {corrupt, {"photos/2019|c.JPG"}},
+        {doubtful, {"|a.jpg"}},
+        {none, {"photos2|e"}},
+        {unread, {}},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i)
+        EXPECT_EQ(pathsOf(*ask(true), cases[i].first), cases[i].second) << "wish " << i;
+    EXPECT_EQ(pathsOf(*ask(false), none), std::vector<std::string>{"/source/photos2|e"});
+}
+
+// More files than are read at once, of names that are no text, in folders that files come back to.
+TEST_F(JobAnswersTest, ManyPathsComeAsTheirRowsDo) {
+    ASSERT_TRUE(EvidenceStore::create(folder / "many.sqlite"));
+    auto store = EvidenceStore::open(folder / "many.sqlite");
+    ASSERT_TRUE(store);
+    for (int i = 0; i < 20'000; ++i) {
+        EvidenceRow row;
+        row.folder = i % 500 == 0 ? "back\xFF" : "folder " + std::to_string(i / 3000);
+        row.name = (i % 7 == 0 ? "n\xFEme " : "name ") + std::to_string(i);
+        row.extension = i % 3 == 0 ? "a" : "b";
+        row.grade = i % 5 == 0 ? Grade::Good : Grade::Corrupt;
+        ASSERT_TRUE(store->add(row, nullptr));
+    }
+    ASSERT_TRUE(store->finish());
+    const auto open = [&] { return openAnswers({"many", {}, folder / "many.sqlite"}, ReportMessages::fallback()); };
+    FileWish wish;
+    wish.extensions = {"a"};
+    wish.grades = {Grade::Corrupt};
+    for (const FileWish& wanted : {FileWish(), wish}) {
+        auto answers = open();
+        ASSERT_TRUE(answers);
+        std::vector<std::string> expected;
+        ASSERT_TRUE(eachFile(**answers, [&](const EvidenceRow& file) -> Result<void> {
+            if (fits(wanted, file))
+                expected.push_back(file.folder + "|" + file.name);
+            return {};
+        }));
+        EXPECT_GT(expected.size(), 5000U);
+        EXPECT_EQ(pathsOf(**answers, wanted), expected);
+    }
+}
+
 }  // namespace
 
 }  // namespace quillon::test

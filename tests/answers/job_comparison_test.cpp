@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "answers/job_comparison.h"
 
+#include <random>
+#include <set>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "answers/memory_answers.h"
+#include "answers/walk_order.h"
 
 namespace quillon::test {
 
@@ -109,6 +113,48 @@ TEST_F(JobComparisonTest, AJobIsTheSameAsItself) {
     }
     EXPECT_THAT(compare(), ElementsAre());
     EXPECT_EQ(counted(Change::Same), 100);
+}
+
+// Some hundred files of a tree, in the order of a walk. Names hold what sorts on either side of "/".
+void addTree(MemoryAnswers& job, std::mt19937& random) {
+    static const std::vector<std::string> kNames = {"a", "a b", "a-", "a.d", "a0", "b", "B", "caf\xC3\xA9", "\xFF"};
+    const auto below = [&random](std::size_t limit) { return random() % limit; };
+    std::set<std::string> paths;
+    for (int i = 0; i < 500; ++i) {
+        std::string path;
+        for (std::size_t depth = below(4); depth > 0; --depth) path += kNames[below(kNames.size())] + "/";
+        paths.insert(path + kNames[below(kNames.size())] + std::to_string(below(4)));
+    }
+    std::vector<std::string> sorted(paths.begin(), paths.end());
+    std::ranges::sort(sorted, [](const auto& a, const auto& b) { return filesInWalkOrder(a, b) < 0; });
+    for (const auto& path : sorted) {
+        const auto size = static_cast<std::int64_t>(500 + below(3));
+        const EvidenceRow& row = job.add(path, below(2) == 0 ? Grade::Good : Grade::Corrupt, size);
+        if (below(3) > 0)
+            job.heads[row.id] = below(20);
+    }
+}
+
+TEST_F(JobComparisonTest, TheOrderOfTheRowsMakesNoDifference) {
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        std::mt19937 random(seed);
+        first = second = {};
+        addTree(first, random);
+        addTree(second, random);
+        std::set<std::string> before;
+        std::set<std::string> now;
+        for (const auto& file : first.files) before.insert(file.path());
+        for (const auto& file : second.files) now.insert(file.path());
+        const auto inOrder = compare();
+        const auto countsInOrder = counts;
+        const auto both = std::ranges::count_if(before, [&](const std::string& path) { return now.contains(path); });
+        EXPECT_EQ(counted(Change::Same) + counted(Change::Better) + counted(Change::Worse), both) << seed;
+        EXPECT_EQ(counted(Change::Gained) + counted(Change::Moved), static_cast<std::int64_t>(now.size()) - both);
+        EXPECT_EQ(counted(Change::Lost) + counted(Change::Moved), static_cast<std::int64_t>(before.size()) - both);
+        std::ranges::shuffle(seed % 2 == 0 ? first.files : second.files, random);
+        EXPECT_EQ(compare(), inOrder) << seed;
+        EXPECT_EQ(counts, countsInOrder) << seed;
+    }
 }
 
 }  // namespace

@@ -54,6 +54,23 @@ TEST_F(JobFilesTest, ACaseIsItsIdAloneOrWithTheSeparatorBehindIt) {
     EXPECT_FALSE(findCase(folder.path(), "-", "123"));
 }
 
+TEST_F(JobFilesTest, AJobBelongsToTheCasesThatItsIdBeginsWith) {
+    for (const char* name : {"9.csv", "9-a.csv", "9-a-1.csv", "9-a-2.sqlite", "9-b.csv", "8-a-1.csv", "8-a-2.csv"})
+        folder.write(name, "x");
+    const auto told = [this](const char* id) {
+        std::vector<std::string> all;
+        for (const auto& found : casesOf(folder.path(), "-", id))
+            all.push_back(found.id + " " + std::to_string(found.jobs.size()));
+        return all;
+    };
+    using Cases = std::vector<std::string>;
+    EXPECT_EQ(told("9-a-1"), (Cases{"9-a 3", "9 5"}));
+    EXPECT_EQ(told("9"), Cases{"9 5"});
+    EXPECT_EQ(told("8-a-2"), Cases{"8-a 2"}) << "8 has the same jobs";
+    EXPECT_EQ(told("12345"), Cases{}) << "it is alone";
+    EXPECT_EQ(told("1234-Partition 1"), Cases{"1234 2"});
+}
+
 }  // namespace
 
 }  // namespace quillon::test

@@ -36,6 +36,7 @@ public:
         file = files[at++];
         return true;
     }
+    void restart() override { at = 0; }
     Result<std::optional<std::uint64_t>> headSign(std::int64_t id) override {
         const auto found = heads.find(id);
         return found == heads.end() ? std::nullopt : std::optional<std::uint64_t>(found->second);

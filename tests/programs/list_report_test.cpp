@@ -80,6 +80,19 @@ TEST_F(ListReportTest, FilesAreNamedWhenAskedFor) {
     EXPECT_TRUE(page.ends_with("</html>\n"));
 }
 
+TEST_F(ListReportTest, FilesOfSeveralJobsStandUnderTheirJob) {
+    std::filesystem::copy_file(folder / "local/1234.sqlite", folder / "local/1234-b.sqlite");
+    const auto page = report({"--case", "1234", "--with-files"});
+    EXPECT_THAT(page, Not(HasSubstr("<h2>The files by folder</h2>")));
+    const auto first = page.find("<h2 class=\"n\">The files by folder: job 1234</h2>");
+    const auto second = page.find("<h2 class=\"n\">The files by folder: job 1234-b</h2>");
+    ASSERT_NE(second, page.npos);
+    EXPECT_LT(first, second);
+    EXPECT_LT(page.find("<h3 class=\"n\">sub</h3>", first), second);
+    EXPECT_NE(page.find("<h3 class=\"n\">sub</h3>", second), page.npos);
+    EXPECT_THAT(report({"1234", "--with-files"}), HasSubstr("<h2>The files by folder</h2>"));
+}
+
 TEST_F(ListReportTest, AListAloneIsReportEnough) {
     std::filesystem::remove(folder / "local/1234.sqlite");
     const auto page = report({"1234"});

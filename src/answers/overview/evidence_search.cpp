@@ -2,9 +2,9 @@
 #include "answers/overview/evidence_search.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include "answers/ask_evidence.h"
+#include "answers/wish_condition.h"
 #include "evidence/name_text.h"
 
 namespace quillon {
@@ -14,36 +14,6 @@ namespace {
 // So many rows are looked at in one piece, which takes some milliseconds.
 constexpr int kRowsInPiece = 20'000;
 constexpr int kFoldersInPiece = 2'000;
-
-// Text of any bytes that ends no SQL.
-std::string textLiteral(std::string_view text) {
-    std::string digits;
-    for (const char byte : text) digits += fmt::format("{:02x}", static_cast<unsigned char>(byte));
-    return "CAST(x'" + digits + "' AS TEXT)";
-}
-
-template <typename Value, typename Text>
-void addCondition(std::string& sql, const char* column, const std::vector<Value>& values, Text text) {
-    if (values.empty())
-        return;
-    std::vector<std::string> texts;
-    for (const auto& value : values) texts.push_back(text(value));
-    sql += fmt::format(" AND {} IN ({})", column, fmt::join(texts, ", "));
-}
-
-// What `fits` says, but for the folder.
-std::string conditionOf(const FileWish& wish) {
-    const auto number = [](auto kind) { return std::to_string(static_cast<int>(kind)); };
-    std::string sql = "1";
-    addCondition(sql, "grade", wish.grades, number);
-    addCondition(sql, "reason", wish.reasons, number);
-    addCondition(sql, "extension", wish.extensions, textLiteral);
-    if (wish.doubt)
-        sql += " AND doubt <> ''";
-    if (wish.unread)
-        sql += " AND (unread > 0 OR bad_bytes > 0 OR grade = " + number(Grade::AccessError) + ")";
-    return sql;
-}
 
 }  // namespace
 
@@ -62,7 +32,7 @@ Result<std::unique_ptr<FileSearch>> EvidenceSearch::begin(EvidenceReader& reader
             return failure(asked.error());
     }
     auto piece = reader.prepare(fmt::format("SELECT id, {} FROM file WHERE {} id > ?1 ORDER BY id LIMIT ?2",
-                                            conditionOf(wish), everywhere ? "" : "folder = ?3 AND"));
+                                            wishCondition(wish), everywhere ? "" : "folder = ?3 AND"));
     if (!piece)
         return failure(piece.error());
     return std::unique_ptr<FileSearch>(new EvidenceSearch(std::move(*piece), std::move(folders), everywhere));

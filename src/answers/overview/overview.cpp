@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// What is shown of a job, and which of its files. Compare, export and report stand in overview_work.cpp.
+// What is shown of a job or a case, and which of its files. Compare, export and report stand in overview_work.cpp.
 #include "answers/overview/overview.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -16,7 +17,7 @@ struct Overview::Opened {
     std::unique_ptr<OverviewSource> source;
     FigureRows extensions;
     FigureRows reasons;
-    std::optional<FolderNodes> folders;
+    std::unique_ptr<FolderNodes> folders;
 };
 
 namespace {
@@ -68,8 +69,8 @@ void Overview::tell(const FileError& error) {
     state.trouble = true;
 }
 
-Result<Overview::Opened> Overview::read(const JobFiles& job) const {
-    auto source = openOverview(job, given_.messages);
+Result<Overview::Opened> Overview::read(const std::vector<JobFiles>& jobs) const {
+    auto source = openOverview(jobs, given_.messages);
     if (!source)
         return failure(source.error());
     auto extensions = (*source)->extensions();
@@ -81,29 +82,56 @@ Result<Overview::Opened> Overview::read(const JobFiles& job) const {
         return failure(reasons.error());
     if (!folders)
         return failure(folders.error());
-    return Opened{std::move(*source), std::move(*extensions), std::move(*reasons), std::move(*folders)};
+    return Opened{std::move(*source), std::move(*extensions), std::move(*reasons),
+                  std::make_unique<FolderNodes>(std::move(*folders))};
 }
 
 void Overview::open(const std::string& job) {
-    state.job = readable(std::string_view(job));
+    state.job = "Job " + readable(std::string_view(job));
     auto found = findJob(given_.installation.paths().localPath, job);
     if (!found) {
         tell(found.error());
         return;
     }
-    job_ = std::move(*found);
-    state.job = readable(std::string_view(job_.id));
+    state.job = "Job " + readable(std::string_view(found->id));
     std::optional<Result<Opened>> opened;
-    besideLoop([&] { opened.emplace(read(job_)); });
+    besideLoop([&] {
+        findScopes(*found);
+        opened.emplace(read(scopes_.front().jobs));
+    });
     if (!*opened)
         tell(opened->error());
     else
-        take(std::move(**opened));
+        take(std::move(**opened), 0);
 }
 
-void Overview::take(Opened opened) {
+// The job, and the cases whose files stand beside its own.
+void Overview::findScopes(const JobFiles& job) {
+    const NativePath folder = (job.evidence.empty() ? job.list : job.evidence).parent_path();
+    scopes_ = {{"Job " + readable(std::string_view(job.id)), job.id, {job}}};
+    for (auto& found : casesOf(folder, given_.installation.paths().fileListSeparator, job.id))
+        scopes_.push_back({"Case " + readable(std::string_view(found.id)), found.id, std::move(found.jobs)});
+}
+
+void Overview::chooseScope(int entry) {
+    if (entry < 0 || entry >= static_cast<int>(scopes_.size()) || entry == state.scope)
+        return;
+    std::optional<Result<Opened>> opened;
+    besideLoop([&] { opened.emplace(read(scopes_[static_cast<std::size_t>(entry)].jobs)); });
+    if (!*opened)
+        tell(opened->error());
+    else
+        take(std::move(**opened), entry);
+}
+
+void Overview::take(Opened opened, int scope) {
+    search_.reset();
+    rows.showFiles(nullptr);
     source_ = std::move(opened.source);
-    folders_ = std::move(opened.folders);
+    formerFolders_ = std::exchange(folders_, std::move(opened.folders));
+    state.scope = scope;
+    state.extension = state.reason = state.choice = 0;
+    ++state.opened;
     state.extensions = std::move(opened.extensions);
     state.reasons = std::move(opened.reasons);
     state.total = addSum(state.extensions);
@@ -123,16 +151,37 @@ void Overview::describe() {
     state.quality = value ? percent(*value) : "-";
     state.base = fmt::format("of the {} files that could be judged; {} of {} could not", grouped(base),
                              grouped(total.files - base), grouped(total.files));
-    const std::string source = source_->source();
-    const std::string& path = folders_->root().facts.path;
-    state.source = readable(std::string_view(source.empty() ? path : source));
+    describeScope();
+    state.remark.clear();
+    state.trouble = false;
     if (total.sectorsKnown > 0)
         state.remark = unreadSectorsText(total);
     if (const auto whole = wholeQuality(total))
         state.remark += "; good and whole as far as known: " + percent(*whole);
     if (!state.knowsAll)
-        state.remark =
-            "There is no evidence beside this list: reasons, doubts, what was not read and the heads are not known.";
+        state.remark = fmt::format(
+            "There is no evidence beside {}: reasons, doubts, what was not read and the heads are not known.",
+            scopes_[static_cast<std::size_t>(state.scope)].jobs.size() == 1 ? "this list" : "some of these lists");
+}
+
+void Overview::describeScope() {
+    const Scope& scope = scopes_[static_cast<std::size_t>(state.scope)];
+    state.job = scope.name;
+    state.scopes = {scopes_.front().name};
+    for (std::size_t i = 1; i < scopes_.size(); ++i)
+        state.scopes.push_back(fmt::format("{} ({} jobs)", scopes_[i].name, scopes_[i].jobs.size()));
+    std::string ids;
+    for (const auto& job : scope.jobs) ids += (ids.empty() ? "" : ", ") + readable(std::string_view(job.id));
+    const std::string source = source_->source();
+    const std::string& path = folders_->root().facts.path;
+    state.source = scope.jobs.size() > 1 ? ids : readable(std::string_view(source.empty() ? path : source));
+}
+
+std::optional<PlaceInCase> Overview::place() const {
+    if (source_ == nullptr)
+        return std::nullopt;
+    const bool isRoot = state.folder == nullptr || state.folder->above == nullptr;
+    return source_->placeOf(isRoot ? std::string_view() : std::string_view(state.folder->facts.path));
 }
 
 FileWish Overview::wish() const {
@@ -169,7 +218,12 @@ std::string Overview::filterText(bool withGrade) const {
 
 void Overview::describeFilter() {
     const std::string text = filterText(true);
-    state.filter = text.empty() ? "All files of the job" : text;
+    const bool isCase = state.isOpen && scopes_[static_cast<std::size_t>(state.scope)].jobs.size() > 1;
+    state.filter = !text.empty() ? text : isCase ? "All files of the case" : "All files of the job";
+    const auto one = place();
+    state.hasOneJob = one.has_value();
+    state.isInOwnJob = one && (!isCase || scopes_[static_cast<std::size_t>(state.scope)].jobs[one->job].id ==
+                                              scopes_.front().jobs.front().id);
 }
 
 void Overview::describeRows() {

@@ -22,7 +22,7 @@ namespace quillon {
 
 /// What the screen shows. Texts are UTF-8.
 struct OverviewState {
-    std::string job;       ///< "1234"
+    std::string job;       ///< "Job 1234" or "Case 1234"
     std::string source;    ///< where its files come from, as far as it is known
     std::string quality;   ///< "98.20%"; "-" when nothing could be judged
     std::string base;      ///< what the quality is of
@@ -31,6 +31,11 @@ struct OverviewState {
     bool busy = false;     ///< a step takes long: nothing else can be done
     bool isOpen = false;
     bool knowsAll = true;
+    bool hasOneJob = true;            ///< the chosen folder lies in one job
+    bool isInOwnJob = true;           ///< and that is the one with which the screen was opened
+    std::vector<std::string> scopes;  ///< "Job 1234-a", and the cases that it belongs to: "Case 1234 (3 jobs)"
+    int scope = 0;                    ///< of these, what is shown
+    int opened = 0;                   ///< another number whenever other jobs are shown
 
     Figures total;
     FigureRows extensions;  ///< the first one is of all files, with an empty name
@@ -76,8 +81,10 @@ public:
 
     /// Opens a job beside the loop. The remark tells a failure.
     void open(const std::string& job);
-    /// Null before a job is open.
-    [[nodiscard]] FolderNodes* folders() { return folders_ ? &*folders_ : nullptr; }
+    /// Shows the job alone or a case that it belongs to; nothing is changed when that fails. All choices are dropped.
+    void chooseScope(int entry);
+    /// Null before a job is open. Those of before stay until the next ones but one.
+    [[nodiscard]] FolderNodes* folders() { return folders_.get(); }
 
     // Each of these shows other rows.
     void chooseFolder(FolderNode& folder);
@@ -106,19 +113,31 @@ public:
     /// What "Copy Files" is given: the files that are shown, or what of them is not copied yet.
     [[nodiscard]] CopiesHandover forCopies(bool failedOnly) const;
 
-    /// "Compare with ...": asks for another job, whose files are compared with those of this one, as the later attempt.
+    /// "Compare with ...": asks for another job, whose files are compared with those of the one that the chosen folder
+    /// lies in, as the later attempt.
     void compare();
     /// "Export ...": the files that are shown.
     void exportFiles();
-    /// "Report ...": the page for the customer.
+    /// "Report ...": the page for the customer, of all jobs that are shown.
     void report();
 
 private:
     struct Opened;
-    [[nodiscard]] Result<Opened> read(const JobFiles& job) const;
-    void take(Opened opened);
+    // What can be shown: its jobs and what they are called.
+    struct Scope {
+        std::string name;
+        std::string fileName;  // for what is made of it
+        std::vector<JobFiles> jobs;
+    };
+    [[nodiscard]] Result<Opened> read(const std::vector<JobFiles>& jobs) const;
+    void findScopes(const JobFiles& job);
+    [[nodiscard]] std::optional<PlaceInCase> place() const;
+    [[nodiscard]] std::vector<JobFiles> chosenJobs() const;
+    [[nodiscard]] FileWish ownWish() const;
+    void take(Opened opened, int scope);
     void tell(const FileError& error);
     void describe();
+    void describeScope();
     void describeFilter();
     [[nodiscard]] std::string filterText(bool withGrade) const;
     void describeRows();
@@ -132,9 +151,10 @@ private:
 
     OverviewSurroundings given_;
     ScreenHost& host_;
-    JobFiles job_;
+    std::vector<Scope> scopes_;
     std::unique_ptr<OverviewSource> source_;
-    std::optional<FolderNodes> folders_;
+    std::unique_ptr<FolderNodes> folders_;
+    std::unique_ptr<FolderNodes> formerFolders_;  // a view may hold on to them until it is shown the new ones
     std::unique_ptr<FileSearch> search_;
 };
 

@@ -42,6 +42,14 @@ public:
     [[nodiscard]] virtual Result<bool> more(std::vector<std::int64_t>& ids) = 0;
 };
 
+/// A folder of a case: in which of its jobs it lies, and where there.
+struct PlaceInCase {
+    std::size_t job = 0;  ///< in the order in which the jobs were given
+    std::string folder;   ///< bytes, in the form of the job's own rows; empty for all of it
+
+    friend bool operator==(const PlaceInCase&, const PlaceInCase&) = default;
+};
+
 class OverviewSource {
 public:
     virtual ~OverviewSource() = default;
@@ -52,6 +60,10 @@ public:
     [[nodiscard]] virtual std::string source() const = 0;
     /// True: paths of rows are whole ones.
     [[nodiscard]] virtual bool hasWholePaths() const = 0;
+    /// None for the folder that several jobs share.
+    [[nodiscard]] virtual std::optional<PlaceInCase> placeOf(std::string_view folder) const {
+        return PlaceInCase{0, std::string(folder)};
+    }
 
     [[nodiscard]] virtual Result<Figures> total() = 0;
     /// Those with most files first.
@@ -72,6 +84,10 @@ public:
 /// Opens what there is. A list alone is read whole, which takes seconds for a million rows. `messages`: by which the
 /// results of a list are told apart.
 [[nodiscard]] Result<std::unique_ptr<OverviewSource>> openOverview(const JobFiles& job, const ReportMessages& messages);
+
+/// Opens several jobs as one: each is a folder under its ID.
+[[nodiscard]] Result<std::unique_ptr<OverviewSource>> openOverview(const std::vector<JobFiles>& jobs,
+                                                                   const ReportMessages& messages);
 
 /// Files that are lost or could not be read: what a person looks for first.
 [[nodiscard]] std::int64_t badFiles(const Figures& figures);

@@ -46,7 +46,23 @@ std::string countsText(const ChangeCounts& counts) {
 
 }  // namespace
 
+// Those whose files are shown.
+std::vector<JobFiles> Overview::chosenJobs() const {
+    const auto& jobs = scopes_[static_cast<std::size_t>(state.scope)].jobs;
+    const auto one = place();
+    return one ? std::vector<JobFiles>{jobs[one->job]} : jobs;
+}
+
+// As the chosen jobs themselves understand it.
+FileWish Overview::ownWish() const {
+    FileWish own = wish();
+    const auto one = place();
+    own.below = one ? one->folder : std::string();
+    return own;
+}
+
 void Overview::compare() {
+    const JobFiles job = chosenJobs().front();
     const NativePath& folder = given_.installation.paths().localPath;
     const auto picked = given_.surroundings.dialogs.pickFiles(
         {"Compare with", "File Lists (*.csv)|*.csv|Evidence (*.sqlite)|*.sqlite|All Files(*.*)|*.*", folder, "csv",
@@ -59,7 +75,7 @@ void Overview::compare() {
         return;
     }
     std::optional<Result<Compared>> all;
-    besideLoop([&] { all.emplace(compared(*other, job_, given_.messages)); });
+    besideLoop([&] { all.emplace(compared(*other, job, given_.messages)); });
     if (!*all) {
         tell(all->error());
         return;
@@ -67,7 +83,8 @@ void Overview::compare() {
     search_.reset();
     rows.showChanges(std::move((*all)->changes));
     selectRow(-1);
-    state.filter = fmt::format("From {} to {}", readable(std::string_view(other->id)), state.job);
+    state.filter =
+        fmt::format("From {} to {}", readable(std::string_view(other->id)), readable(std::string_view(job.id)));
     state.matching = countsText((*all)->counts);
 }
 
@@ -77,7 +94,7 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
     const auto folder = dialogs.pickFolder(title, given_.installation.paths().localPath);
     if (!folder)
         return std::nullopt;
-    const auto name = dialogs.input(title, prompt, job_.id + ending);
+    const auto name = dialogs.input(title, prompt, scopes_[static_cast<std::size_t>(state.scope)].fileName + ending);
     if (!name || name->empty())
         return std::nullopt;
     const auto target = childPath(*folder, *name);
@@ -94,8 +111,9 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
 }
 
 CopiesHandover Overview::forCopies(bool failedOnly) const {
-    const NativePath& file = job_.evidence.empty() ? job_.list : job_.evidence;
-    return {file.native(), wish(), filterText(false), failedOnly};
+    const JobFiles job = chosenJobs().front();
+    const NativePath& file = job.evidence.empty() ? job.list : job.evidence;
+    return {file.native(), ownWish(), filterText(false), failedOnly};
 }
 
 void Overview::exportFiles() {
@@ -113,7 +131,7 @@ void Overview::exportFiles() {
     }
     form.style = {true, true};  // most are opened with a spreadsheet
     Result<void> written;
-    besideLoop([&, wanted = wish()] { written = writeExport({job_}, wanted, form, *target); });
+    besideLoop([&, jobs = chosenJobs(), wanted = ownWish()] { written = writeExport(jobs, wanted, form, *target); });
     state.trouble = !written.has_value();
     state.remark = written ? "Exported to " + readable(target->native()) : written.error().text;
 }
@@ -123,7 +141,7 @@ void Overview::report() {
     if (!target)
         return;
     Result<void> written;
-    besideLoop([&] { written = writeReport({job_}, {}, *target); });
+    besideLoop([&] { written = writeReport(scopes_[static_cast<std::size_t>(state.scope)].jobs, {}, *target); });
     state.trouble = !written.has_value();
     state.remark = written ? "The report is " + readable(target->native()) : written.error().text;
 }

@@ -224,6 +224,71 @@ TEST_F(OverviewTest, WhatIsShownIsExported) {
     EXPECT_FALSE(std::getline(file, line));
 }
 
+TEST_F(OverviewTest, AJobThatBelongsToACaseShowsTheCaseToo) {
+    for (const char* id : {"7-a", "7-b"}) writeOverviewEvidence(folder / "lists" / (std::string(id) + ".sqlite"));
+    writeOverviewList(folder / "lists/77.csv");
+    overview.open("7-b");
+    EXPECT_EQ(overview.state.scopes, (std::vector<std::string>{"Job 7-b", "Case 7 (2 jobs)"}));
+    EXPECT_EQ(overview.state.job, "Job 7-b");
+    overview.chooseExtension(1);
+    overview.chooseScope(1);
+    EXPECT_EQ(overview.state.job, "Case 7");
+    EXPECT_EQ(overview.state.source, "7-a, 7-b");
+    EXPECT_EQ(overview.state.extension, 0);
+    EXPECT_EQ(overview.state.total.files, 12);
+    EXPECT_EQ(overview.state.quality, "50.00%");
+    EXPECT_EQ(overview.state.base, "of the 8 files that could be judged; 4 of 12 could not");
+    EXPECT_EQ(overview.state.filter, "All files of the case");
+    while (overview.searchOn()) continue;
+    EXPECT_EQ(overview.state.matching, "12 files");
+    EXPECT_EQ(overview.rows.cell(6, 0), "7-b/a.jpg");
+    EXPECT_FALSE(overview.state.hasOneJob);
+    overview.chooseScope(0);
+    EXPECT_EQ(overview.state.job, "Job 7-b");
+    EXPECT_EQ(overview.state.source, "/source");
+    EXPECT_EQ(overview.state.matching, "6 files");
+    EXPECT_TRUE(overview.state.hasOneJob);
+}
+
+TEST_F(OverviewTest, AFolderOfACaseIsAFolderOfItsJob) {
+    for (const char* id : {"7-a", "7-b"}) writeOverviewEvidence(folder / "lists" / (std::string(id) + ".sqlite"));
+    overview.open("7-b");
+    overview.chooseScope(1);
+    FolderNode& first = *overview.folders()->root().below[0];
+    overview.chooseFolder(first);
+    EXPECT_EQ(overview.state.filter, "below 7-a");
+    EXPECT_TRUE(overview.state.hasOneJob);
+    EXPECT_FALSE(overview.state.isInOwnJob) << "the viewer has the list of 7-b";
+    ASSERT_TRUE(overview.folders()->load(first));
+    overview.chooseFolder(*first.below[0]);
+    EXPECT_EQ(paths(), (Paths{"7-a/photos/b.jpg", "7-a/photos/2019/c.JPG", "7-a/photos/2019/d.png"}));
+    const CopiesHandover copies = overview.forCopies(false);
+    EXPECT_EQ(copies.job, (folder / "lists/7-a.sqlite").native());
+    EXPECT_EQ(copies.wish.below, "photos");
+    fake.dialogs.expectFolder("Export", folder / "");
+    fake.dialogs.expectInput(
+        "Export", "Name of the file. Its ending tells the form: .csv, .jsonl or .xlsx, a workbook of a spreadsheet.",
+        "out.jsonl", "7.csv");
+    overview.exportFiles();
+    std::ifstream file(folder / "out.jsonl");
+    int lines = 0;
+    for (std::string line; std::getline(file, line); ++lines) EXPECT_NE(line.find("photos/"), line.npos);
+    EXPECT_EQ(lines, 3);
+    overview.chooseFolder(*overview.folders()->root().below[1]);
+    EXPECT_TRUE(overview.state.isInOwnJob);
+}
+
+TEST_F(OverviewTest, ACaseThatCannotBeReadLeavesTheJob) {
+    writeOverviewEvidence(folder / "lists/7-b.sqlite");
+    folder.write("lists/7-a.sqlite", "no evidence");
+    overview.open("7-b");
+    ASSERT_EQ(overview.state.scopes.size(), 2U);
+    overview.chooseScope(1);
+    EXPECT_TRUE(overview.state.trouble);
+    EXPECT_EQ(overview.state.scope, 0);
+    EXPECT_EQ(overview.state.matching, "6 files");
+}
+
 TEST_F(OverviewTest, AReportIsNotWrittenOverAFileWithoutAYes) {
     openEvidence();
     folder.write("out.html", "old");
