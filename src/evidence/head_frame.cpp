@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/head_frame.h"
 
-#include <algorithm>
+#include <cstring>
 #include <optional>
 
 #include <zstd.h>
@@ -89,8 +89,9 @@ bool takeHeads(std::string_view& from, HeadBlock& block) {
         const std::size_t kept = block.leftOut ? 0 : place.head.length;
         if (from.size() < kept)
             return false;
-        const auto end = std::ranges::copy(from.substr(0, kept), place.head.bytes.begin()).out;
-        std::fill(end, place.head.bytes.end(), ' ');
+        char* const bytes = place.head.bytes.data();
+        std::memcpy(bytes, from.data(), kept);
+        std::memset(bytes + kept, ' ', kHeaderBytes - kept);
         from.remove_prefix(kept);
     }
     return from.empty();
