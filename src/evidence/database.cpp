@@ -205,13 +205,20 @@ Result<void> Database::run(const std::string& sql) {
     return {};
 }
 
-Result<Statement> Database::prepare(std::string_view sql) {
+Result<Statement> Database::prepare(std::string_view sql, Tables tables) {
     sqlite3_stmt* statement = nullptr;
-    const int code = sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()),
-                                        SQLITE_PREPARE_PERSISTENT | SQLITE_PREPARE_NO_VTAB, &statement, nullptr);
+    const unsigned flags = SQLITE_PREPARE_PERSISTENT | (tables == Tables::OfFile ? SQLITE_PREPARE_NO_VTAB : 0U);
+    const int code =
+        sqlite3_prepare_v3(handle_.get(), sql.data(), static_cast<int>(sql.size()), flags, &statement, nullptr);
     if (code != SQLITE_OK)
         return failed();
     return Statement(statement, path_);
+}
+
+Result<void> Database::addTable(const char* name, const sqlite3_module& module, void* own, void (*end)(void*)) {
+    if (sqlite3_create_module_v2(handle_.get(), name, &module, own, end) != SQLITE_OK)
+        return failed();
+    return {};
 }
 
 void Database::waitForLocks(std::chrono::milliseconds limit) {

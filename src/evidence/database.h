@@ -17,6 +17,7 @@
 #include "platform/result.h"
 
 struct sqlite3;
+struct sqlite3_module;
 struct sqlite3_stmt;
 
 namespace quillon {
@@ -94,6 +95,9 @@ private:
 
 enum class Access { Reading, Writing };
 
+/// Which tables a statement may name: those of the file alone, or those that the program offers, too.
+enum class Tables { OfFile, Offered };
+
 class Database {
 public:
     /// Opens a database that is there. Nothing of it is read yet but what another program's death left to be undone.
@@ -104,7 +108,11 @@ public:
 
     /// Runs SQL of our own without parameters.
     [[nodiscard]] Result<void> run(const std::string& sql);
-    [[nodiscard]] Result<Statement> prepare(std::string_view sql);
+    [[nodiscard]] Result<Statement> prepare(std::string_view sql, Tables tables = Tables::OfFile);
+
+    /// Makes the table `name` of the program's own known. `own` is handed to the module, and to `end` with the
+    /// database's end or a failure.
+    [[nodiscard]] Result<void> addTable(const char* name, const sqlite3_module& module, void* own, void (*end)(void*));
 
     /// Changes how long a lock of another program is waited for.
     void waitForLocks(std::chrono::milliseconds limit);

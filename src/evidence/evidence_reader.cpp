@@ -12,8 +12,9 @@ namespace quillon {
 
 namespace {
 
-// A lock on the file is held for no longer than this many rows take.
-constexpr int kRowsInPage = 1024;
+// A lock on the file is held for no longer than this many rows take, some hundredths of a second. A block of heads that
+// lies across two pages has its rows read once more.
+constexpr int kRowsInPage = 4096;
 
 }  // namespace
 
@@ -47,7 +48,11 @@ Result<void> EvidenceReader::prepareAll() {
         return {};
     };
     return prepareTo(job_, "SELECT value FROM job WHERE key = ?")
-        .and_then([&] { return prepareTo(page_, select + "WHERE f.id > ? ORDER BY f.id LIMIT ?"); })
+        .and_then([&] { return selectRowByFolder(database_); })
+        .and_then([&](const std::string& byFolder) {
+            return prepareTo(page_, byFolder + "WHERE f.id > ? ORDER BY f.id LIMIT ?");
+        })
+        .and_then([&] { return prepareTo(folder_, "SELECT coalesce(path_bytes, path) FROM folder WHERE id = ?"); })
         .and_then([&] { return prepareTo(byId_, select + "WHERE f.id = ?"); })
         .and_then([&] { return prepareTo(byPath_, select + "WHERE o.path = ? AND f.name = ? AND f.id > ? LIMIT 1"); });
 }
@@ -84,38 +89,77 @@ Result<std::optional<std::int64_t>> EvidenceReader::jobNumber(std::string_view k
     return value;
 }
 
-Result<bool> EvidenceReader::next(EvidenceRow& row) {
+Result<const EvidenceRow*> EvidenceReader::next() {
     if (inPage_ == pageRows_) {
         if (auto read = readPage(); !read)
             return failure(read.error());
     }
     if (inPage_ == pageRows_)
-        return false;
-    row = rows_[inPage_++];
+        return nullptr;
+    const EvidenceRow& row = rows_[inPage_++];
     last_ = row.id;
-    return true;
+    return &row;
+}
+
+Result<bool> EvidenceReader::next(EvidenceRow& row) {
+    const auto found = next();
+    if (!found)
+        return failure(found.error());
+    if (*found != nullptr)
+        row = **found;
+    return *found != nullptr;
 }
 
 // Some rows at once, so that a block of heads is compared with them and not with rows read once more. What is wrong
 // with a row comes to light when those ahead of it have been given.
 Result<void> EvidenceReader::readPage() {
     inPage_ = pageRows_ = 0;
+    folderStands_ = false;  // it may be another one since the last page
     std::int64_t before = last_;
-    auto more = page_.bind(last_, kRowsInPage).step();
+    while (pageRows_ == 0) {
+        const auto last = readRowsBehind(before);
+        if (!last)
+            return pageRows_ > 0 ? Result<void>() : failure(last.error());
+        if (*last == before)
+            break;
+        before = *last;
+    }
+    return {};
+}
+
+// Gives the last id there was; the rows of folders that are not there are left out.
+Result<std::int64_t> EvidenceReader::readRowsBehind(std::int64_t before) {
+    auto more = page_.bind(before, kRowsInPage).step();
     for (; more && *more; more = page_.step()) {
         if (pageRows_ == rows_.size())
             rows_.emplace_back();
         EvidenceRow& row = rows_[pageRows_];
-        readRow(page_, row);
-        if (row.id <= before) {  // an index that leads in a circle
-            more = Result<bool>(database_.wrong("it is damaged"));
+        const auto stands = readInPage(row);
+        if (!stands || row.id <= before) {  // an index that leads in a circle
+            more = stands ? Result<bool>(database_.wrong("it is damaged")) : stands;
             break;
         }
         before = row.id;
-        ++pageRows_;
+        pageRows_ += *stands ? 1 : 0;
     }
     page_.reset();
-    return more || pageRows_ > 0 ? Result<void>() : failure(more.error());
+    return more ? Result<std::int64_t>(before) : failure(more.error());
+}
+
+// False: its folder is not there.
+Result<bool> EvidenceReader::readInPage(EvidenceRow& row) {
+    const std::int64_t folder = readRowByFolder(page_, row);
+    if (!folderStands_ || folder != folderId_) {
+        const auto found = folder_.bind(folder).step();
+        if (!found)
+            return found;
+        folderId_ = folder;
+        folderPath_ = *found ? folder_.blob(0) : std::string_view();
+        folderStands_ = *found;
+        folder_.reset();
+    }
+    row.folder = folderPath_;
+    return folderStands_;
 }
 
 void EvidenceReader::continueBehind(std::int64_t id) {

@@ -25,6 +25,8 @@ public:
     /// Makes `row` the next one in the order of the ids. False at the end. Between some rows and the next the file is
     /// free for a writer.
     [[nodiscard]] Result<bool> next(EvidenceRow& row);
+    /// The same without a copy: null at the end. Good until the next row is asked for.
+    [[nodiscard]] Result<const EvidenceRow*> next();
     /// The file is free for a writer until the next row is asked for.
     void rest() { continueBehind(last_); }
     /// The next row is the first one behind this id; 0 for the first of all.
@@ -60,6 +62,8 @@ private:
     EvidenceReader(Database database, HeadBlocks blocks) : database_(std::move(database)), blocks_(std::move(blocks)) {}
     [[nodiscard]] Result<void> prepareAll();
     [[nodiscard]] Result<void> readPage();
+    [[nodiscard]] Result<std::int64_t> readRowsBehind(std::int64_t before);
+    [[nodiscard]] Result<bool> readInPage(EvidenceRow& row);
     [[nodiscard]] Result<const CheckedBlock*> blockFor(std::int64_t id);
     [[nodiscard]] Result<const HeadBlock*> vouchedBlock(const EvidenceRow& row);
     [[nodiscard]] static Result<bool> take(Statement& statement, EvidenceRow& row);
@@ -68,12 +72,16 @@ private:
     HeadBlocks blocks_;
     Statement job_;
     Statement page_;
+    Statement folder_;
     Statement byId_;
     Statement byPath_;
     std::int64_t last_ = 0;          // id of the last row given
     std::vector<EvidenceRow> rows_;  // of the page in work; they keep their room
     std::size_t pageRows_ = 0;
-    std::size_t inPage_ = 0;      // of these, given
+    std::size_t inPage_ = 0;     // of these, given
+    std::int64_t folderId_ = 0;  // of the last row of the page
+    std::string folderPath_;
+    bool folderStands_ = false;
     std::int64_t lastFound_ = 0;  // id of the last file found by its path
     std::array<Kept, 4> kept_;    // a row that was read anew has its head in another block than its neighbours
     std::size_t nextKept_ = 0;

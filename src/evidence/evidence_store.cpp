@@ -18,38 +18,11 @@ namespace {
 // Heads are pieces of a customer's files.
 constexpr unsigned kOwnerOnly = 0600;
 
-constexpr const char* kInsert =
-    "INSERT INTO file VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
-
-// Most files have no more than this, and most of the work on a row goes by the number of its columns.
-constexpr const char* kInsertPlain =
-    "INSERT INTO file (id, row, folder, name, extension, size, modified, attributes, grade, head) "
-    "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)";
-
-// True when `kInsertPlain` holds all of the row; its name is plain text, too.
-bool isPlain(const EvidenceRow& row) {
-    return !row.result && !row.reason && row.detail.empty() && row.unread == 0 && row.doubt.empty() && !row.copied &&
-           !row.verified && row.copyError.empty() && !row.badBytes && row.badRanges.empty() && row.tail.empty();
-}
-
 constexpr const char* kUpdate =
     "UPDATE file SET row = ?2, folder = ?3, name = ?4, name_bytes = ?5, extension = ?6, size = ?7, modified = ?8, "
     "attributes = ?9, grade = ?10, result = ?11, reason = ?12, detail = ?13, unread = ?14, doubt = ?15, "
     "doubt_detail = ?16, copied = ?17, verified = ?18, copy_error = ?19, bad_bytes = ?20, bad_ranges = ?21, "
     "head = ?22, tail = ?23, tail_detail = ?24 WHERE id = ?1";
-
-// What there is mostly nothing of takes no room.
-std::optional<std::string_view> unlessEmpty(const std::string& text) {
-    return text.empty() ? std::nullopt : std::optional<std::string_view>(text);
-}
-std::optional<std::int64_t> unlessZero(std::int64_t number) {
-    return number == 0 ? std::nullopt : std::optional(number);
-}
-
-template <typename Kind>
-std::optional<std::int64_t> numberOf(const std::optional<Kind>& kind) {
-    return kind ? std::optional(static_cast<std::int64_t>(*kind)) : std::nullopt;
-}
 
 Result<void> writeTo(const NativePath& path, std::string_view bytes) {
     auto file = File::createNew(path, kOwnerOnly);
@@ -112,8 +85,6 @@ Result<void> EvidenceStore::prepareAll() {
     const std::pair<Statement&, std::string> statements[] = {
         {job_, "INSERT OR REPLACE INTO job VALUES (?, ?)"},
         {message_, "UPDATE grade SET text = ? WHERE id = ?"},
-        {insert_, kInsert},
-        {insertPlain_, kInsertPlain},
         {update_, kUpdate},
         {remove_, "DELETE FROM file WHERE id = ?"},
         {moveLine_, "UPDATE file SET row = ? WHERE folder = (SELECT id FROM folder WHERE path = ?) AND name = ?"},
@@ -132,6 +103,10 @@ Result<void> EvidenceStore::prepareAll() {
             return failure(prepared.error());
         statement = std::move(*prepared);
     }
+    auto insert = newFiles_->prepareInsert(database_);
+    if (!insert)
+        return failure(insert.error());
+    insert_ = std::move(*insert);
     auto last = database_.prepare("SELECT coalesce(max(id), 0) FROM file");
     if (!last)
         return failure(last.error());
@@ -184,26 +159,31 @@ Result<void> EvidenceStore::write(Statement& statement, const EvidenceRow& row) 
         .run();
 }
 
-Result<void> EvidenceStore::insert(const EvidenceRow& row) {
-    nameText(row.name, nameText_);
-    if (!isPlain(row) || nameText_ != row.name)
-        return write(insert_, row);
+Result<void> EvidenceStore::add(EvidenceRow& row, const FileHead* head) {
+    const NewFile file{&row, head};
+    return add({&file, 1});
+}
+
+Result<void> EvidenceStore::add(std::span<const NewFile> files) {
+    if (auto begun = begin(); !begun)
+        return begun;
+    newFiles_->clear();
+    for (const auto& file : files) {
+        if (auto described = describe(*file.row, file.head); !described)
+            return described;
+    }
+    return insert_.run();
+}
+
+// All of a new file but its row.
+Result<void> EvidenceStore::describe(EvidenceRow& row, const FileHead* head) {
+    row.id = nextId_++;
+    row.head = head != nullptr ? std::optional(heads_.nextHead()) : std::nullopt;
     const auto folder = folders_.idOf(row.folder);
     if (!folder)
         return failure(folder.error());
-    return insertPlain_
-        .bind(row.id, row.row, *folder, nameText_, row.extension, row.size, row.modified, row.attributes,
-              numberOf(row.grade), row.head)
-        .run();
-}
-
-Result<void> EvidenceStore::add(EvidenceRow& row, const FileHead* head) {
-    row.id = nextId_++;
-    row.head = head != nullptr ? std::optional(heads_.nextHead()) : std::nullopt;
-    return begin()
-        .and_then([&] { return insert(row); })
-        .and_then([&] { return head != nullptr ? heads_.add(row, *head) : Result<void>(); })
-        .and_then([&] { return totals_.add(row); });
+    newFiles_->add(row, *folder);
+    return (head != nullptr ? heads_.add(row, *head) : Result<void>()).and_then([&] { return totals_.add(row); });
 }
 
 Result<EvidenceRow> EvidenceStore::rowBefore(std::int64_t id) {

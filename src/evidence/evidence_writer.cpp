@@ -81,11 +81,11 @@ Result<void> EvidenceWriter::write(Batch& batch) {
     if (!pending_)
         begun_ = momentNow();
     pending_ = pending_ || !batch.empty();
-    for (std::size_t i = 0; i < batch.count; ++i) {
-        File& file = batch.files[i];
-        if (auto added = store_->add(file.row, file.opened ? &file.head : nullptr); !added)
-            return added;
-    }
+    together_.clear();
+    for (File& file : std::span(batch.files).first(batch.count))
+        together_.push_back({&file.row, file.opened ? &file.head : nullptr});
+    if (auto added = store_->add(together_); !added)
+        return added;
     for (const auto& change : batch.changes) {
         if (auto changed = change(*store_); !changed)
             return changed;

@@ -73,6 +73,7 @@ private:
     const Open open_;
     // The thread's alone.
     std::optional<EvidenceStore> store_;
+    std::vector<EvidenceStore::NewFile> together_;
     Moment begun_;
     bool pending_ = false;
     std::size_t pendingFiles_ = 0;

@@ -44,26 +44,24 @@ Result<FolderRows> FolderRows::prepare(Database& database) {
     int place = 3;
     const std::string add =
         eachCount([&](const std::string& column) { return fmt::format("{0} = {0} + ?{1}", column, ++place); });
-    const std::string rollUp =
-        eachCount([](const std::string& column) { return fmt::format("{0} = folder.{0} + b.{0}", column); });
+    const std::string counts = eachCount([](const std::string& column) { return column; });
+    const std::string sums =
+        eachCount([](const std::string& column) { return fmt::format("folder.{0} + b.{0}", column); });
     const auto prepare = [&](Statement& to, const std::string& sql) {
         return [&database, &to, sql] { return prepareTo(database, to, sql); };
     };
     auto done =
         prepareTo(database, rows.find_, "SELECT id FROM folder WHERE path = ?")
-            .and_then(prepare(rows.insert_,
-                              "INSERT INTO folder (parent, name, path, path_bytes) VALUES (?, ?, ?, ?) "
-                              "RETURNING id"))
+            .and_then(prepare(rows.insert_, "INSERT INTO folder (parent, name, path, path_bytes) VALUES (?, ?, ?, ?)"))
             .and_then(prepare(rows.error_, "UPDATE folder SET error = ? WHERE id = ?"))
             .and_then(prepare(rows.clear_, "UPDATE folder SET files = 0, bytes = 0" + clear))
             .and_then(prepare(rows.file_, "SELECT folder, size, grade FROM file ORDER BY id"))
             .and_then(
                 prepare(rows.add_, "UPDATE folder SET files = files + ?2, bytes = bytes + ?3" + add + " WHERE id = ?1"))
             .and_then(prepare(rows.above_, "SELECT id, parent FROM folder WHERE id < ? ORDER BY id DESC LIMIT 1"))
-            .and_then(prepare(rows.rollUp_,
-                              "UPDATE folder SET files = folder.files + b.files, "
-                              "bytes = folder.bytes + b.bytes" +
-                                  rollUp + " FROM folder b WHERE folder.id = ?1 AND b.id = ?2"));
+            .and_then(prepare(rows.rollUp_, "UPDATE folder SET (files, bytes" + counts +
+                                                ") = (SELECT folder.files + b.files, folder.bytes + b.bytes" + sums +
+                                                " FROM folder b WHERE b.id = ?2) WHERE id = ?1"));
     if (!done)
         return failure(done.error());
     return rows;
@@ -104,13 +102,16 @@ Result<std::int64_t> FolderRows::insert(std::string_view path, const std::string
     }
     const std::optional<Blob> bytes = text == path ? std::nullopt : std::optional(Blob{path});
     const std::string shownName = nameText(name);
-    const auto made = insert_.bind(parent, shownName, text, bytes).step();
-    if (!made)
+    if (auto made = insert_.bind(parent, shownName, text, bytes).run(); !made)
         return failure(made.error());
-    const std::int64_t id = insert_.integer(0);
-    // The row stands only when the statement has come to its end.
-    if (auto ended = insert_.run(); !ended)
-        return failure(ended.error());
+    // RETURNING would make a table for one number.
+    const auto found = find_.bind(text).step();
+    if (!found)
+        return failure(found.error());
+    const std::int64_t id = *found ? find_.integer(0) : 0;
+    find_.reset();
+    if (id == 0)
+        return failure(ErrorKind::PathAccess, "the index of its folders is damaged");
     return id;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/row_columns.h"
 
+#include <fmt/format.h>
+
 #include "evidence/digest.h"
 #include "evidence/schema.h"
 
@@ -17,28 +19,10 @@ std::optional<Kind> kindIn(const Statement& found, int column) {
     return static_cast<Kind>(*number);
 }
 
-std::optional<std::int64_t> numberOf(std::optional<Grade> grade) {
-    return grade ? std::optional(static_cast<std::int64_t>(*grade)) : std::nullopt;
-}
-
-}  // namespace
-
-// The first version has no columns for what ends show.
-Result<std::string> selectRow(Database& database) {
-    const auto version = versionOf(database);
-    if (!version)
-        return failure(version.error());
-    const std::string tail = *version < 2 ? "NULL, NULL" : "f.tail, f.tail_detail";
-    return "SELECT f.id, f.row, coalesce(o.path_bytes, o.path), coalesce(f.name_bytes, f.name), f.extension, f.size, "
-           "f.modified, f.attributes, f.grade, f.result, f.reason, f.detail, f.unread, f.doubt, f.doubt_detail, "
-           "f.copied, f.verified, f.copy_error, f.bad_bytes, f.bad_ranges, f.head, " +
-           tail + " FROM file f JOIN folder o ON o.id = f.folder ";
-}
-
-void readRow(const Statement& found, EvidenceRow& row) {
+// All but the folder.
+void readColumns(const Statement& found, EvidenceRow& row) {
     row.id = found.integer(0);
     row.row = found.integerOrNone(1);
-    row.folder = found.blob(2);
     row.name = found.blob(3);
     row.extension = found.text(4);
     row.size = found.integer(5);
@@ -61,6 +45,38 @@ void readRow(const Statement& found, EvidenceRow& row) {
     row.tailDetail = found.text(22);
 }
 
+// The first version has no columns for what ends show.
+Result<std::string> selectWith(Database& database, const char* folder, const char* from) {
+    const auto version = versionOf(database);
+    if (!version)
+        return failure(version.error());
+    return fmt::format(
+        "SELECT f.id, f.row, {}, coalesce(f.name_bytes, f.name), f.extension, f.size, f.modified, f.attributes, "
+        "f.grade, f.result, f.reason, f.detail, f.unread, f.doubt, f.doubt_detail, f.copied, f.verified, f.copy_error, "
+        "f.bad_bytes, f.bad_ranges, f.head, {} FROM file f {}",
+        folder, *version < 2 ? "NULL, NULL" : "f.tail, f.tail_detail", from);
+}
+
+}  // namespace
+
+Result<std::string> selectRow(Database& database) {
+    return selectWith(database, "coalesce(o.path_bytes, o.path)", "JOIN folder o ON o.id = f.folder ");
+}
+
+Result<std::string> selectRowByFolder(Database& database) {
+    return selectWith(database, "f.folder", "");
+}
+
+void readRow(const Statement& found, EvidenceRow& row) {
+    readColumns(found, row);
+    row.folder = found.blob(2);
+}
+
+std::int64_t readRowByFolder(const Statement& found, EvidenceRow& row) {
+    readColumns(found, row);
+    return found.integer(2);
+}
+
 std::int64_t rowDigest(const EvidenceRow& row) {
     Digest digest;
     digest.add(row.id);
@@ -71,7 +87,7 @@ std::int64_t rowDigest(const EvidenceRow& row) {
     digest.add(row.attributes);
     digest.add(numberOf(row.grade));
     digest.add(std::uint64_t{row.result.has_value()});
-    digest.add(std::string_view(row.result ? *row.result : std::string()));
+    digest.add(row.result ? std::string_view(*row.result) : std::string_view());
     digest.add(row.unread);
     return digest.value();
 }

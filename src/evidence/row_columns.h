@@ -13,6 +13,26 @@ namespace quillon {
 
 void readRow(const Statement& found, EvidenceRow& row);
 
+/// The same with the folder's number in the place of its path: many files of one folder need no look at it each.
+[[nodiscard]] Result<std::string> selectRowByFolder(Database& database);
+
+/// Reads that but for the folder, and gives its number.
+[[nodiscard]] std::int64_t readRowByFolder(const Statement& found, EvidenceRow& row);
+
+// What there is mostly nothing of takes no room.
+[[nodiscard]] inline std::optional<std::string_view> unlessEmpty(const std::string& text) {
+    return text.empty() ? std::nullopt : std::optional<std::string_view>(text);
+}
+[[nodiscard]] inline std::optional<std::int64_t> unlessZero(std::int64_t number) {
+    return number == 0 ? std::nullopt : std::optional(number);
+}
+
+/// The number of a grade or reason.
+template <typename Kind>
+[[nodiscard]] std::optional<std::int64_t> numberOf(const std::optional<Kind>& kind) {
+    return kind ? std::optional(static_cast<std::int64_t>(*kind)) : std::nullopt;
+}
+
 /// Over what a later reader relies on: id, path, size, time, attributes, grade, result and unread bytes.
 [[nodiscard]] std::int64_t rowDigest(const EvidenceRow& row);
 

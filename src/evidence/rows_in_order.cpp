@@ -15,26 +15,35 @@ bool isAt(const EvidenceRow& row, std::string_view path) {
 
 }  // namespace
 
+Result<const EvidenceRow*> RowsInOrder::find(EvidenceReader& reader, std::string_view path) {
+    if (next_ == nullptr)
+        next_ = reader.next().value_or(nullptr);
+    if (next_ != nullptr && isAt(*next_, path)) {
+        last_ = next_->id;
+        return std::exchange(next_, nullptr);
+    }
+    const auto found = reader.findPath(path, elsewhere_);
+    if (!found)
+        return failure(found.error());
+    if (!*found)
+        return nullptr;
+    last_ = elsewhere_.id;
+    letGo(reader);
+    return &elsewhere_;
+}
+
 Result<bool> RowsInOrder::find(EvidenceReader& reader, std::string_view path, EvidenceRow& row) {
-    if (!hasNext_)
-        hasNext_ = reader.next(next_).value_or(false);
-    if (hasNext_ && isAt(next_, path)) {
-        hasNext_ = false;
-        last_ = next_.id;
-        std::swap(row, next_);
-        return true;
-    }
-    const auto found = reader.findPath(path, row);
-    if (found && *found) {
-        last_ = row.id;
-        letGo(reader);
-    }
-    return found;
+    const auto found = find(reader, path);
+    if (!found)
+        return failure(found.error());
+    if (*found != nullptr)
+        row = **found;
+    return *found != nullptr;
 }
 
 void RowsInOrder::letGo(EvidenceReader& reader) {
     reader.continueBehind(last_);
-    hasNext_ = false;
+    next_ = nullptr;
 }
 
 }  // namespace quillon

@@ -13,14 +13,16 @@ public:
     /// As EvidenceReader::findPath. Of a reader that nobody else asks for its next row. Between one question and the
     /// next the file may be locked for writers.
     [[nodiscard]] Result<bool> find(EvidenceReader& reader, std::string_view path, EvidenceRow& row);
+    /// The same without a copy: null when there is none. Good until the next question.
+    [[nodiscard]] Result<const EvidenceRow*> find(EvidenceReader& reader, std::string_view path);
 
     /// Frees the file for a writer.
     void letGo(EvidenceReader& reader);
 
 private:
-    EvidenceRow next_;
-    bool hasNext_ = false;
-    std::int64_t last_ = 0;  // id of the last file found
+    const EvidenceRow* next_ = nullptr;  // of the reader
+    EvidenceRow elsewhere_;              // found out of the order
+    std::int64_t last_ = 0;              // id of the last file found
 };
 
 }  // namespace quillon

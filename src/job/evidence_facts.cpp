@@ -145,8 +145,19 @@ void RowDescriber::describe(const ListRow& row, EvidenceRow& out) {
         lastExtensionText_ = nameText(foldedName(toNative(lastExtension_)));
     }
     out.extension = lastExtensionText_;
-    out.size = wholeNumber(row.size());
+    out.size = sizeOf(row);
     out.attributes = wholeNumber(row.attributes());
+}
+
+std::int64_t RowDescriber::sizeOf(const ListRow& row) {
+    return wholeNumber(row.size());
+}
+
+bool RowDescriber::isJudgedSo(const EvidenceRow& row, const FileVerdict& verdict, const ReportMessages& messages) {
+    const FileFindings& found = verdict.findings;
+    return verdict.grade && row.grade == verdict.grade && !row.result && verdict.text == messages[*verdict.grade] &&
+           row.reason == found.reason && row.detail == found.detail && row.doubt == found.doubt &&
+           row.doubtDetail == found.doubtDetail && row.tail.empty();
 }
 
 void RowDescriber::judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out) {

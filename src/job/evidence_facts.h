@@ -45,9 +45,16 @@ public:
     /// What the list says of the file: path, extension, size and attributes. All else stays as it is.
     void describe(const ListRow& row, EvidenceRow& out);
 
+    /// As `describe` has it.
+    [[nodiscard]] static std::int64_t sizeOf(const ListRow& row);
+
     /// What the test found: grade, result where it is not the message, findings and unread bytes. A tail that the row
     /// has stays, and is judged by the new grade.
     static void judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out);
+
+    /// True when `judge` would change nothing but perhaps the unread bytes; cheap, and false in doubt.
+    [[nodiscard]] static bool isJudgedSo(const EvidenceRow& row, const FileVerdict& verdict,
+                                         const ReportMessages& messages);
 
 private:
     std::string prefix_;  // the source with one "/" behind

@@ -26,7 +26,10 @@ Result<EvidenceInWork> EvidenceInWork::open(const NativePath& list, const Report
     auto store = EvidenceStore::open(path);
     if (!store)
         return failure(store.error());
-    return EvidenceInWork(std::move(*reader), std::move(*store), source, messages);
+    EvidenceInWork work(std::move(*reader), std::move(*store), source, messages);
+    // What names its list was counted with it; a job or regrade that ended early names none.
+    work.counted_ = work.reader_.jobNumber(job_keys::kListBytes).value_or(std::nullopt).value_or(0) > 0;
+    return work;
 }
 
 std::string EvidenceInWork::quality() {
@@ -49,47 +52,48 @@ void EvidenceInWork::begin() {
 
 void EvidenceInWork::find(const ListRow& row) {
     damaged_ = false;
-    describer_.describe(row, listed_);
-    const auto found = rows_.find(reader_, describer_.below(row.nativePath()), row_);
-    found_ = found && *found && row_.size == listed_.size;
+    row_ = rows_.find(reader_, describer_.below(row.nativePath())).value_or(nullptr);
+    if (row_ != nullptr && row_->size != RowDescriber::sizeOf(row))
+        row_ = nullptr;
 }
 
 const FileHead* EvidenceInWork::head() {
-    if (!found_)
+    if (row_ == nullptr)
         return nullptr;
     const std::int64_t before = reader_.damaged();
-    const auto head = reader_.head(row_);
+    const auto head = reader_.head(*row_);
     damaged_ = !head || reader_.damaged() != before;
     return head ? *head : nullptr;
 }
 
 std::optional<Grade> EvidenceInWork::grade() const {
-    return found_ && !damaged_ ? row_.grade : std::nullopt;
+    return row_ != nullptr && !damaged_ ? row_->grade : std::nullopt;
 }
 
 void EvidenceInWork::graded(const FileVerdict& verdict) {
-    if (!found_)
+    if (row_ == nullptr || RowDescriber::isJudgedSo(*row_, verdict, *messages_))
         return;
-    now_ = row_;
+    now_ = *row_;
     RowDescriber::judge(verdict, *messages_, now_);
-    now_.unread = row_.unread;
+    now_.unread = row_->unread;
     change();
 }
 
 // The messages may be others than those of the job.
 void EvidenceInWork::kept(std::u16string_view text) {
-    if (!found_)
+    if (row_ == nullptr)
         return;
-    now_ = row_;
+    now_ = *row_;
     const bool plain = now_.grade && text == (*messages_)[*now_.grade];
     now_.result = plain ? std::nullopt : std::optional(utf16ToUtf8(text));
     change();
 }
 
 void EvidenceInWork::change() {
-    if (lost_ || now_ == row_)
+    if (lost_ || now_ == *row_)
         return;
-    noteUnless(store_.setVerdict(row_, now_));
+    counted_ = counted_ && now_.grade == row_->grade;
+    noteUnless(store_.setVerdict(*row_, now_));
     if (lost_ || ++changes_ < kRowsInPart)
         return;
     changes_ = 0;
@@ -116,7 +120,7 @@ void EvidenceInWork::listWritten(const NativePath& list, std::int64_t rules, con
                    .and_then([&] { return store_.setJob(job_keys::kQuality, state.texts.quality); })
                    .and_then([&] { return store_.setJob(job_keys::kRules, rules); })
                    .and_then([&] { return writeListFacts(store_, list, digest_.value()); })
-                   .and_then([&] { return store_.finish(); }));
+                   .and_then([&] { return counted_ ? store_.commit() : store_.finish(); }));
 }
 
 }  // namespace quillon

@@ -61,12 +61,11 @@ private:
     const ReportMessages* messages_;
     ListDigest digest_;
     std::optional<FileError> lost_;
-    int changes_ = 0;  // since the last part
-    bool found_ = false;
+    int changes_ = 0;       // since the last part
+    bool counted_ = false;  // its folders tell the grades of its rows
     bool damaged_ = false;
-    EvidenceRow row_;  // of the file in work, as it stands in the evidence
-    EvidenceRow now_;  // as it is to stand there
-    EvidenceRow listed_;
+    const EvidenceRow* row_ = nullptr;  // of the file in work, as it stands in the evidence; null for none
+    EvidenceRow now_;                   // as it is to stand there
 };
 
 }  // namespace quillon

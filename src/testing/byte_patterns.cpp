@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string>
 
 #include "text/unicode.h"
@@ -16,8 +17,9 @@ constexpr std::size_t kLeastForNoise = 256;
 constexpr double kLeastChiSquare = 160;
 constexpr double kMostChiSquare = 400;
 
+// Most data differs at once.
 bool isRepeated(std::string_view bytes, std::size_t period) {
-    return bytes.substr(period) == bytes.substr(0, bytes.size() - period);
+    return bytes[period] == bytes[0] && bytes.substr(period) == bytes.substr(0, bytes.size() - period);
 }
 
 // What text has below the blank: tab, line ends, form feed, and the escape of terminals.
@@ -53,7 +55,7 @@ std::optional<std::string_view> utf8Encoding(std::string_view bytes) {
 
 // Text of two bytes a character: nearly all of it Latin, as nothing else can be told from other data by so few bytes.
 bool isUtf16(std::string_view bytes, std::size_t highByte) {
-    std::size_t latin = 0;
+    std::size_t others = 0;
     const std::size_t units = bytes.size() / 2;
     for (std::size_t i = 0; i < units; ++i) {
         const auto high = static_cast<unsigned char>(bytes[2 * i + highByte]);
@@ -61,9 +63,11 @@ bool isUtf16(std::string_view bytes, std::size_t highByte) {
         const bool mark = i == 0 && high == 0xFE && low == 0xFF;
         if (high == 0 && !isTextCharacter(low))
             return false;
-        latin += mark || high == 0 ? 1 : 0;
+        others += mark || high == 0 ? 0 : 1;
+        if (others * 10 > units)
+            return false;
     }
-    return units >= 8 && latin * 10 >= units * 9;
+    return units >= 8;
 }
 
 // Letters of the page among plain ones: at most three in ten, as data of high bytes has none of text's order.
@@ -78,14 +82,16 @@ bool isPageText(std::string_view bytes) {
     return high * 10 <= bytes.size() * 3;
 }
 
-double chiSquare(const std::array<unsigned, 256>& counts, std::size_t total) {
-    const double expected = static_cast<double>(total) / 256;
-    double sum = 0;
-    for (const unsigned count : counts) sum += (count - expected) * (count - expected) / expected;
-    return sum;
+using Counts = std::array<std::uint16_t, 256>;
+
+// Chi square over equal chances, (sum of squares) * 256 / total - total, without a division for each value.
+double chiSquare(const Counts& counts, std::size_t total) {
+    std::uint32_t squares = 0;
+    for (const std::uint32_t count : counts) squares += count * count;
+    return static_cast<double>(squares) * 256 / static_cast<double>(total) - static_cast<double>(total);
 }
 
-bool isEven(const std::array<unsigned, 256>& counts, std::size_t total) {
+bool isEven(const Counts& counts, std::size_t total) {
     const double value = chiSquare(counts, total);
     return value >= kLeastChiSquare && value <= kMostChiSquare;
 }
@@ -118,8 +124,8 @@ std::optional<std::string_view> textEncoding(std::string_view bytes) {
 bool looksLikeNoise(std::string_view bytes) {
     if (bytes.size() < kLeastForNoise)
         return false;
-    std::array<unsigned, 256> values{};
-    std::array<unsigned, 256> steps{};
+    Counts values{};
+    Counts steps{};
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         const auto value = static_cast<unsigned char>(bytes[i]);
         ++values[value];

@@ -99,7 +99,9 @@ MatchResult CompiledTerm::match(const HeaderBytes& folded) const {
         case Place::Anywhere:
             return hit(std::string_view(folded.data(), folded.size()).find(folded_) != std::string_view::npos);
         case Place::Fixed:
-            return hit(std::memcmp(folded.data() + offset_, folded_.data(), folded_.size()) == 0);
+            // Most terms are told by their first byte.
+            return hit(folded_.empty() || (folded[offset_] == folded_.front() &&
+                                           std::memcmp(folded.data() + offset_, folded_.data(), folded_.size()) == 0));
         case Place::Nowhere:
             return MatchResult::No;
         case Place::NotAPosition:

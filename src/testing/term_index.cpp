@@ -51,6 +51,7 @@ void TermIndex::add(std::string_view extension, const std::vector<CompiledTerm>&
         if (term.isAnywhere()) {
             anywhere_.emplace(fourBytes(begin), number);
             mayBegin_.set(twoBytes(begin));
+            mayGoOn_.set(twoBytes(begin + 2));
         } else {
             Place& place = placeAt(*term.fixedOffset());
             place.begins.set(static_cast<unsigned char>(*begin));
@@ -107,8 +108,9 @@ TermIndex::Match TermIndex::find(const HeaderBytes& folded) const {
             consider(place.terms, fourBytes(at), folded, best);
     }
     for (std::size_t at = 0; at + sizeof(Key) <= folded.size(); ++at) {
-        if (mayBegin_.test(twoBytes(folded.data() + at)))
-            consider(anywhere_, fourBytes(folded.data() + at), folded, best);
+        const char* const bytes = folded.data() + at;
+        if (mayBegin_.test(twoBytes(bytes)) && mayGoOn_.test(twoBytes(bytes + 2)))
+            consider(anywhere_, fourBytes(bytes), folded, best);
     }
     std::sort(best.extensions.begin(), best.extensions.end());
     best.extensions.erase(std::unique(best.extensions.begin(), best.extensions.end()), best.extensions.end());

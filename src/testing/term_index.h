@@ -59,6 +59,7 @@ private:
     std::vector<Place> fixed_;
     Places anywhere_;
     std::bitset<65536> mayBegin_;  // by the first two bytes of what may stand anywhere
+    std::bitset<65536> mayGoOn_;   // by the two behind them
 };
 
 }  // namespace quillon

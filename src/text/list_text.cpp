@@ -117,6 +117,18 @@ void toNative(std::u16string_view listPath, std::string& out) {
     out.resize(listPath.size());
     const auto ascii = [](char16_t unit) { return unit == u'>' ? ',' : static_cast<char>(unit); };
     std::size_t i = 0;
+    // No branch within a block: the compiler then takes it at once.
+    constexpr std::size_t kBlock = 16;
+    for (; i + kBlock <= listPath.size(); i += kBlock) {
+        const char16_t* const units = listPath.data() + i;
+        char16_t all = 0;
+        for (std::size_t place = 0; place < kBlock; ++place) all |= units[place];
+        if (all >= 0x80)
+            break;
+        std::array<char, kBlock> bytes;
+        for (std::size_t place = 0; place < kBlock; ++place) bytes[place] = ascii(units[place]);
+        std::ranges::copy(bytes, out.begin() + static_cast<std::ptrdiff_t>(i));
+    }
     for (; i < listPath.size() && listPath[i] < 0x80; ++i) out[i] = ascii(listPath[i]);
     out.resize(i);
     while (i < listPath.size()) {

@@ -64,6 +64,20 @@ protected:
     }
 };
 
+TEST_F(EvidenceDamageTest, RowsOfAFolderThatIsNotThereAreLeftOutHoweverManyTheyAre) {
+    constexpr int kRows = 9000;  // more than are read at once
+    {
+        auto store = created();
+        fill(store, kRows);
+    }
+    run("UPDATE file SET folder = 99 WHERE id BETWEEN 2 AND 8999");
+    const auto left = rows();
+    ASSERT_EQ(left.size(), 2U);
+    EXPECT_EQ(left[0].id, 1);
+    EXPECT_EQ(left[1].id, kRows);
+    EXPECT_EQ(left[1].folder, "pic");
+}
+
 TEST_F(EvidenceDamageTest, AThousandFlippedBitsGiveNoWrongRow) {
     const std::string whole = wholeBytes();
     std::uint64_t state = 2026;

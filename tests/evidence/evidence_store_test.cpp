@@ -3,6 +3,7 @@
 #include "evidence/evidence_store.h"
 
 #include <filesystem>
+#include <span>
 
 #include "evidence/evidence_fixture.h"
 #include "evidence/job_keys.h"
@@ -72,6 +73,53 @@ TEST_F(EvidenceStoreTest, NamesOfAnyBytesComeBackByteForByte) {
         const auto head = from.head(found);
         ASSERT_TRUE(head && *head != nullptr) << row.path();
     }
+}
+
+TEST_F(EvidenceStoreTest, FilesAddedTogetherAreThoseAddedOneByOne) {
+    const auto fileOf = [](int number) {
+        EvidenceRow row = rowOf(number, number % 3 == 0 ? "dir\xFF" : "dir", "f" + std::to_string(number) + "\x01");
+        row.result = number % 4 == 0 ? std::optional<std::string>("") : std::nullopt;
+        row.badBytes = number % 5 == 0 ? std::optional<std::int64_t>(0) : std::nullopt;
+        row.doubt = number % 2 == 0 ? "cut" : "";
+        return row;
+    };
+    std::vector<EvidenceRow> oneByOne;
+    std::vector<EvidenceRow> together;
+    {
+        auto store = created();
+        for (int i = 1; i <= 300; ++i) {
+            const FileHead head = headOf(i);
+            oneByOne.push_back(fileOf(i));
+            ASSERT_TRUE(store.add(oneByOne.back(), i % 7 == 0 ? nullptr : &head));
+        }
+        ASSERT_TRUE(store.finish());
+    }
+    EXPECT_EQ(rows(), oneByOne);
+    const std::string all = "SELECT * FROM file; SELECT * FROM by_extension; SELECT * FROM by_reason";
+    const auto before = answers(path, all);
+    {
+        auto store = created();
+        std::vector<FileHead> heads;
+        std::vector<EvidenceStore::NewFile> files;
+        for (int i = 1; i <= 300; ++i) {
+            together.push_back(fileOf(i));
+            heads.push_back(headOf(i));
+        }
+        for (std::size_t i = 0; i < together.size(); ++i)
+            files.push_back({&together[i], (i + 1) % 7 == 0 ? nullptr : &heads[i]});
+        ASSERT_TRUE(store.add(files));
+        ASSERT_TRUE(store.add(std::span<const EvidenceStore::NewFile>()));
+        ASSERT_TRUE(store.finish());
+    }
+    EXPECT_EQ(together, oneByOne);
+    EXPECT_EQ(rows(), oneByOne);
+    EXPECT_EQ(answers(path, all), before);
+}
+
+TEST_F(EvidenceStoreTest, OnlyTheStatementThatAddsSeesTheFilesThatComeTogether) {
+    auto store = created();
+    fill(store, 1);
+    EXPECT_FALSE(reader().prepare("SELECT * FROM offered"));
 }
 
 TEST_F(EvidenceStoreTest, TheFileIsItsOwnersAlone) {

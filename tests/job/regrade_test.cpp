@@ -2,11 +2,13 @@
 // A list is graded anew from the heads that its evidence keeps.
 #include "job/regrade.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <random>
 #include <tuple>
 
 #include "evidence/evidence_reader.h"
+#include "evidence/evidence_store.h"
 #include "evidence/job_keys.h"
 #include "job/driver_fixture.h"
 #include "platform/folder_lock.h"
@@ -199,6 +201,34 @@ TEST_F(RegradeTest, ATaughtTermMovesTheQuality) {
     EXPECT_EQ(from.jobNumber(job_keys::kListBytes).value(),
               static_cast<std::int64_t>(fs::file_size(folder / "local/1234.csv")));
     EXPECT_NE(from.jobText(job_keys::kCounters).value().value_or("").find("\"good\":2"), std::string::npos);
+}
+
+TEST_F(RegradeTest, FoldersAreCountedWhenTheEvidenceWasAheadOfItsListOrAGradeChanges) {
+    sampleFiles();
+    ASSERT_EQ(run(), JobEnd::Complete);
+    const auto before = totals();
+    ASSERT_EQ(regrade().end, RegradeEnd::Complete);
+    EXPECT_EQ(totals(), before) << "nothing changed";
+    {
+        // What a regrade by another term leaves that ended early.
+        auto store = EvidenceStore::open(folder / "local/1234.sqlite");
+        ASSERT_TRUE(store);
+        const EvidenceRow was = rowOf("sub/bad.abc");
+        EvidenceRow now = was;
+        now.grade = Grade::Good;
+        now.reason.reset();
+        now.detail.clear();
+        ASSERT_TRUE(store->setJob(job_keys::kListBytes, std::int64_t{0}));
+        ASSERT_TRUE(store->setVerdict(was, now));
+        ASSERT_TRUE(store->commit());
+    }
+    termFile("abc", "1,MZ,T\r\n1,bbbb,T\r\n");
+    ASSERT_EQ(regrade().end, RegradeEnd::Complete);
+    const auto ahead = totals();
+    EXPECT_NE(std::ranges::find(ahead, "sub 1 0 0"), ahead.end()) << "the verdict stood there already";
+    termFile("abc", "1,MZ,T\r\n");
+    ASSERT_EQ(regrade().end, RegradeEnd::Complete);
+    EXPECT_EQ(totals(), before);
 }
 
 TEST_F(RegradeTest, EveryLineAndItsTokenStay) {
