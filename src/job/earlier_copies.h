@@ -22,6 +22,9 @@ public:
     [[nodiscard]] static std::optional<EarlierCopies> find(const NativePath& list, const NativePath& source,
                                                            const NativePath& target, const std::string& jobId);
 
+    /// Whether a check sum stands for the copy: without one the file is to be copied. Reads nothing.
+    [[nodiscard]] bool isKnown(const std::string& target) const { return copies_.isKnown(target); }
+
     /// What is known of the copy that stands at `target`; none where the file is to be copied, as one of which not all
     /// could be read is. Reads the copy, and gives that up with none where `goOn` says no.
     [[nodiscard]] std::optional<CopyFacts> standing(const ListRow& row, const std::string& target,
