@@ -2,9 +2,12 @@
 #include "ahead/copy_settling.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
 #include <limits>
 #include <new>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 #include "platform/folders.h"
@@ -19,13 +22,67 @@ constexpr std::size_t kWaiting = 1;
 constexpr std::size_t kBatches = 3;
 // What has a temporary name stays there when the process is killed.
 constexpr std::size_t kMostTemporaryNames = 64;
+// Of copies that are read back: up to so many bytes several at once, by so many threads, of which each has some to do.
+constexpr std::uint64_t kSmall = 1024UL * 1024;
+constexpr std::size_t kReaders = 8;
+constexpr std::size_t kWorthAThread = 4;
 
 std::size_t filesInBatch() {
     return std::clamp<std::size_t>(openFileLimit() / 2 / kBatches, 1, CopySettling::kMostFiles);
 }
 
+// Does `work` for each place below `count`, on some threads where there are many. False: memory was short.
+bool workOnAll(std::size_t count, const std::function<void(std::size_t)>& work) {
+    std::atomic<std::size_t> next = 0;
+    std::atomic<bool> enough = true;
+    const auto take = [&] {
+        try {
+            for (std::size_t place = next++; place < count; place = next++) work(place);
+        } catch (const std::bad_alloc&) {
+            enough = false;
+        }
+    };
+    std::vector<std::jthread> threads;
+    threads.reserve(kReaders);
+    try {
+        while (threads.size() + 1 < std::min(kReaders, count / kWorthAThread)) threads.emplace_back(take);
+    } catch (const std::system_error&) {
+        // The system has none to give: those there are, and this one, do it.
+    }
+    take();
+    threads.clear();  // joins them
+    return enough;
+}
+
 tl::unexpected<CopyError> targetFailed(FileError error) {
     return tl::unexpected<CopyError>(CopyError{CopySide::Target, std::move(error), true});
+}
+
+using Compared = tl::expected<void, CopyError>;
+
+template <typename Item>
+Compared compare(const Item& item, const CopyCare& care) {
+    return care.verify && item.copy.facts.hash ? compareWithMedium(item.copy.file, *item.copy.facts.hash, item.source)
+                                               : Compared();
+}
+
+// What is small waits for the medium, not for its bytes: many are read at once. Large ones side by side would only send
+// a disk to and fro.
+template <typename Item>
+std::vector<Compared> readBack(const std::vector<Item>& items, const std::vector<Result<void>>& synced,
+                               const CopyCare& care) {
+    std::vector<Compared> compared(items.size());
+    std::vector<std::size_t> small;
+    for (std::size_t i = 0; care.verify && i < items.size(); ++i) {
+        if (synced[i] && items[i].copy.facts.size <= kSmall)
+            small.push_back(i);
+        else if (synced[i])
+            compared[i] = compare(items[i], care);
+    }
+    const auto work = [&](std::size_t place) { compared[small[place]] = compare(items[small[place]], care); };
+    if (!workOnAll(small.size(), work))
+        throw std::bad_alloc();
+    return compared;
 }
 
 }  // namespace
@@ -78,6 +135,7 @@ void CopySettling::settle(Batch& batch) {
     VolumeSyncs::Answer synced{std::vector<Result<void>>(batch.items.size()), {}};
     if (care_.sync)
         synced = syncs_.sync(wish);
+    std::vector<Compared> compared = readBack(batch.items, synced.files, care_);
     std::vector<SettledCopy> ended = std::exchange(named_, {});
     for (std::size_t i = 0; i < ended.size(); ++i) {
         if (!synced.named[i])
@@ -86,7 +144,9 @@ void CopySettling::settle(Batch& batch) {
     for (std::size_t i = 0; i < batch.items.size(); ++i) {
         Item& item = batch.items[i];
         std::string target = item.copy.file.nativePath();
-        Arrived arrived = synced.files[i] ? finish(item) : targetFailed(std::move(synced.files[i].error()));
+        Arrived arrived = !synced.files[i] ? targetFailed(std::move(synced.files[i].error()))
+                          : compared[i]    ? finish(item)
+                                           : tl::unexpected<CopyError>(std::move(compared[i].error()));
         const bool waits = arrived && care_.sync;
         (waits ? named_ : ended)
             .push_back({item.number, std::move(item.source), std::move(target), std::move(arrived)});
@@ -95,10 +155,6 @@ void CopySettling::settle(Batch& batch) {
 }
 
 CopySettling::Arrived CopySettling::arrive(Item& item) const {
-    if (care_.verify && item.copy.facts.hash) {
-        if (auto same = compareWithMedium(item.copy.file, *item.copy.facts.hash, item.source); !same)
-            return tl::unexpected<CopyError>(std::move(same.error()));
-    }
     if (auto arrived = item.copy.file.arrive(); !arrived)
         return targetFailed(std::move(arrived.error()));
     return std::move(item.copy.facts);
@@ -124,7 +180,7 @@ CopySettling::Arrived CopySettling::copyAnew(const Item& item) {
         if (!synced.files.front())
             return targetFailed(std::move(synced.files.front().error()));
     }
-    return arrive(anew);
+    return compare(anew, care_).and_then([&] { return arrive(anew); });
 }
 
 void CopySettling::tell(std::vector<SettledCopy> ended) {

@@ -88,7 +88,6 @@ CopyOrder CopyDesk::order() const {
     order.care.hash = order.care.whole = true;
     order.care.verify = state.verify;
     order.care.salvage = state.salvage;
-    order.care.watch = markerWatch(installation_.paths());
     order.byGrade = state.byGrade;
     order.rightNames = state.rightNames;
     order.database = installation_.paths().localDatabase;
@@ -103,11 +102,12 @@ Result<CopyOutlook> CopyDesk::look() {
     if (!job)
         return failure(job.error());
     job_ = *std::move(job);
+    order_.care.watch = markerWatch(installation_.paths());
     auto copies = FileCopies::begin(job_, order_);
     if (!copies)
         return failure(copies.error());
     copies_.emplace(*std::move(copies));
-    return outlookOf(*copies_, order_.target);
+    return outlookOf(*copies_, order_.target, [this] { return !stopAsked_; });
 }
 
 void CopyDesk::copy() {

@@ -69,7 +69,7 @@ public:
     void goOn();
     /// Copies nothing.
     void cancel();
-    /// The copy ends with the files in work. Behind a look nothing is copied.
+    /// The copy ends with the files in work. A look is given up, and nothing is copied.
     void stop() { stopAsked_ = true; }
 
     [[nodiscard]] bool isBusy() const { return state.stage == CopyStage::Looking || state.stage == CopyStage::Copying; }

@@ -7,14 +7,16 @@
 
 namespace quillon {
 
-Result<CopyOutlook> outlookOf(FileCopies& copies, const NativePath& target) {
+Result<CopyOutlook> outlookOf(FileCopies& copies, const NativePath& target, const FileCopies::GoOn& goOn) {
     const TargetVolume volume = targetVolumeOf(target);
     CopyLook look(volume, target);
     CopyOutlook outlook;
-    const auto looked = copies.eachFile([&](const EvidenceRow& file, const CopyTask& task) {
-        look.add(task, file.size);
-        ++outlook.files;
-    });
+    const auto looked = copies.eachFile(
+        [&](const EvidenceRow& file, const CopyTask& task) {
+            look.add(task, file.size);
+            ++outlook.files;
+        },
+        goOn);
     if (!looked)
         return failure(looked.error());
     outlook.bytes = look.bytes();

@@ -15,8 +15,10 @@ struct CopyOutlook {
     std::vector<std::string> findings;       ///< see CopyLook
 };
 
-/// Looks at every file that is asked for, and at the target; nothing is copied.
-[[nodiscard]] Result<CopyOutlook> outlookOf(FileCopies& copies, const NativePath& target);
+/// Looks at every file that is asked for, and at the target; nothing is copied. Where `goOn` says no it is of the files
+/// so far.
+[[nodiscard]] Result<CopyOutlook> outlookOf(FileCopies& copies, const NativePath& target,
+                                            const FileCopies::GoOn& goOn = {});
 
 /// "3 files, 1,802 bytes; 1,000,000 bytes are free on the target".
 [[nodiscard]] std::string needText(const CopyOutlook& outlook);

@@ -2,6 +2,7 @@
 #include "answers/file_copies.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <utility>
 
 #include "evidence/evidence_reader.h"
@@ -19,6 +20,7 @@ namespace {
 // So many files are held at once, and so many outcomes go into the evidence together.
 constexpr std::size_t kChunk = 4096;
 constexpr std::size_t kOutcomes = 1000;
+constexpr std::int64_t kCoarsestTime = 2;  // seconds
 
 std::string_view nameIn(std::string_view path) {
     return path.substr(path.rfind('/') + 1);
@@ -60,8 +62,10 @@ void FileCopies::noteNewName(const SettledCopy& copy) {
         recorded_ = record_->renamed(nameText(copy.source), nameText(copy.target));
 }
 
-Result<bool> FileCopies::nextWanted(JobAnswers& answers, EvidenceRow& file) const {
+Result<bool> FileCopies::nextWanted(JobAnswers& answers, EvidenceRow& file, const GoOn& goOn) const {
     while (true) {
+        if (goOn && !goOn())
+            return false;
         auto more = answers.next(file);
         if (!more || !*more)
             return more;
@@ -77,16 +81,29 @@ bool FileCopies::isMissing(const EvidenceRow& file, const CopyTask& task) {
     return !size || static_cast<std::int64_t>(*size) != file.size;
 }
 
+// The source is what it was when the copy was made. Where nothing but a check sum tells of it, which may be of an
+// older state of the source, its time has to be the one that a copy gets; volumes keep times to two seconds.
+bool FileCopies::isOfItsSource(const Asked& asked) const {
+    const auto source = fileStamp(asked.task.source);
+    if (!source || !asked.task.target)
+        return false;
+    if (older_->notedOf(*asked.task.target, *source) != nullptr)
+        return true;
+    if (static_cast<std::int64_t>(source->size) != asked.size || evidenceTime(source->modified) != asked.modified)
+        return false;
+    if (asked.isRecorded)
+        return true;
+    const auto copied = modificationTime(*asked.task.target);
+    return copied && std::abs(copied->seconds - source->modified.seconds) <= kCoarsestTime;
+}
+
 // Whole as it was recorded, and of a source that is what it was.
 bool FileCopies::isThereAlready(const Asked& asked, EventLoop& loop) const {
     const auto goOn = [&loop] {
         loop.turn();
         return !loop.stopAsked();
     };
-    const auto source = fileStamp(asked.task.source);
-    return source && static_cast<std::int64_t>(source->size) == asked.size &&
-           source->modified.seconds * 1'000'000'000 + source->modified.nanoseconds == asked.modified &&
-           asked.task.target && older_->wholeOne(*asked.task.target, goOn);
+    return hasCheckSum(asked.task) && isOfItsSource(asked) && older_->wholeOne(*asked.task.target, goOn);
 }
 
 // Without one a copy is made again, whatever it is.
@@ -94,13 +111,13 @@ bool FileCopies::hasCheckSum(const CopyTask& task) const {
     return task.target && older_->isKnown(*task.target);
 }
 
-Result<void> FileCopies::eachFile(const Take& take) {
+Result<void> FileCopies::eachFile(const Take& take, const GoOn& goOn) {
     auto answers = openAnswers(*job_, ReportMessages::fallback());
     if (!answers)
         return failure(answers.error());
     EvidenceRow file;
     while (true) {
-        const auto more = nextWanted(**answers, file);
+        const auto more = nextWanted(**answers, file, goOn);
         if (!more)
             return failure(more.error());
         if (!*more)
@@ -112,16 +129,17 @@ Result<void> FileCopies::eachFile(const Take& take) {
 }
 
 // True when there is something in the chunk. The evidence is free for a writer afterwards.
-Result<bool> FileCopies::gather(JobAnswers& answers, std::vector<Asked>& chunk) {
+Result<bool> FileCopies::gather(JobAnswers& answers, std::vector<Asked>& chunk, const EventLoop& loop) {
     chunk.clear();
     EvidenceRow file;
     while (chunk.size() < kChunk) {
-        const auto more = nextWanted(answers, file);
+        const auto more = nextWanted(answers, file, [&loop] { return !loop.stopAsked(); });
         if (!more)
             return failure(more.error());
         if (!*more)
             break;
-        Asked& asked = chunk.emplace_back(Asked{.task = taskOf(file), .modified = file.modified, .size = file.size});
+        Asked& asked = chunk.emplace_back(
+            Asked{.task = taskOf(file), .modified = file.modified, .size = file.size, .isRecorded = file.copied == 1});
         asked.isMissing = !order_->failedOnly || isMissing(file, asked.task);
     }
     answers.rest();
@@ -142,9 +160,10 @@ Result<void> FileCopies::run(EventLoop& loop, const Ended& ended) {
     std::vector<Asked> chunk;
     Result<void> done;
     while (done && !sums_.stopped) {
-        const auto more = gather(**answers, chunk);
+        const auto more = gather(**answers, chunk, loop);
         if (!more)
             done = failure(more.error());
+        sums_.stopped = loop.stopAsked();
         if (!more || !*more)
             break;
         done = copyChunk(chunk, queue, loop);

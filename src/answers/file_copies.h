@@ -55,7 +55,9 @@ public:
 
     /// Hands each file that is asked for to `take`, with the place of its copy.
     using Take = std::function<void(const EvidenceRow& file, const CopyTask& task)>;
-    [[nodiscard]] Result<void> eachFile(const Take& take);
+    /// Asked ahead of each file of the job; no ends what asks.
+    using GoOn = std::function<bool()>;
+    [[nodiscard]] Result<void> eachFile(const Take& take, const GoOn& goOn = {});
 
     /// Copies them. A failure ends all: what is copied by then stays and is recorded, as far as that can be done.
     [[nodiscard]] Result<void> run(EventLoop& loop, const Ended& ended);
@@ -71,17 +73,19 @@ private:
         bool isMissing = true;  // as far as evidence and target tell at a glance
         std::optional<std::int64_t> modified;
         std::int64_t size = 0;
+        bool isRecorded = false;  // as copied, by the evidence
     };
 
     FileCopies(const JobFiles& job, const CopyOrder& order, std::string source)
         : job_(&job), order_(&order), source_(std::move(source)), names_(order.database) {}
-    [[nodiscard]] Result<bool> nextWanted(JobAnswers& answers, EvidenceRow& file) const;
+    [[nodiscard]] Result<bool> nextWanted(JobAnswers& answers, EvidenceRow& file, const GoOn& goOn) const;
     void noteNewName(const SettledCopy& copy);
     [[nodiscard]] CopyTask taskOf(const EvidenceRow& file);
     [[nodiscard]] static bool isMissing(const EvidenceRow& file, const CopyTask& task);
+    [[nodiscard]] bool isOfItsSource(const Asked& asked) const;
     [[nodiscard]] bool isThereAlready(const Asked& asked, EventLoop& loop) const;
     [[nodiscard]] bool hasCheckSum(const CopyTask& task) const;
-    [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk);
+    [[nodiscard]] Result<bool> gather(JobAnswers& answers, std::vector<Asked>& chunk, const EventLoop& loop);
     [[nodiscard]] bool leaveAlone(const Asked& asked, EventLoop& loop);
     [[nodiscard]] Result<void> copyChunk(std::vector<Asked>& chunk, CopyQueue& queue, EventLoop& loop);
     void copyFirst(CopyQueue& queue, EventLoop& loop);

@@ -94,6 +94,10 @@ void frmSectorMarkers::createList() {
     markers_ = make<Grid>("markers_");
     markers_->setColumns({{"Name", 180}, {"Marker", 220}, {"Type", 50}, {"Position", 80}, {"Stands", 120}});
     markers_->setAccessibleName(QStringLiteral("Current Markers"));
+    up_ = makeButton("up_", "Move &up");
+    down_ = makeButton("down_", "Move do&wn");
+    for (QPushButton* button : {up_, down_})
+        button->setToolTip(QStringLiteral("The first marker that stands in a sector is told"));
     delete_ = makeButton("delete_", "&Delete");
     done_ = makeButton("done_", "D&one");
 }
@@ -126,7 +130,11 @@ void frmSectorMarkers::arrange() {
     auto* list = new QVBoxLayout(list_);
     list->setSpacing(kSpacing);
     list->addWidget(markers_, 1);
-    list->addWidget(delete_, 0, Qt::AlignLeft);
+    auto* change = new QHBoxLayout;
+    change->setSpacing(kSpacing);
+    for (QPushButton* button : {up_, down_, delete_}) change->addWidget(button);
+    change->addStretch(1);
+    list->addLayout(change);
 
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -168,6 +176,8 @@ void frmSectorMarkers::connectList() {
         if (key == Qt::Key_Delete)
             delete_->click();
     });
+    click(up_, [this] { editor_.moveUp(); });
+    click(down_, [this] { editor_.moveDown(); });
     click(delete_, [this] { editor_.deleteSelected(); });
     connect(done_, &QPushButton::clicked, this, &QWidget::close);
     closeOnEscape();
@@ -194,6 +204,8 @@ void frmSectorMarkers::showControls() {
     add_->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
     add_->setEnabled(editor_.typed().has_value());
     preview_->setEnabled(editor_.pattern().has_value());
+    up_->setEnabled(editor_.canMoveUp());
+    down_->setEnabled(editor_.canMoveDown());
     delete_->setEnabled(editor_.selected() >= 0);
 }
 

@@ -16,8 +16,9 @@
 //                            clear_                       "Clear"               empties the entry, goes back to "Add"
 //                            preview_                     "Preview"             a sector that it marks
 //   list_ "Current Markers"  markers_                     "Name", "Marker", "Type", "Position", "Stands"   the list
-//                            delete_                      "Delete"              deletes the selected marker
-//                            done_                        "Done"                closes the screen
+//                            up_, down_                   "Move up", "Move down"   the selected marker goes first or
+//                            later delete_                      "Delete"              deletes the selected marker done_
+//                            "Done"                closes the screen
 
 #include "editors/sector_markers_editor.h"
 #include "widgets/step_screen.h"
@@ -68,6 +69,8 @@ private:
     QPushButton* preview_;
     QGroupBox* list_;
     Grid* markers_;
+    QPushButton* up_;
+    QPushButton* down_;
     QPushButton* delete_;
     QPushButton* done_;
 };

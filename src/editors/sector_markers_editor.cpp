@@ -197,6 +197,31 @@ void SectorMarkersEditor::deleteSelected() {
     clear();
 }
 
+void SectorMarkersEditor::moveUp() {
+    if (canMoveUp())
+        swapWithSelected(selected_ - 1);
+}
+
+void SectorMarkersEditor::moveDown() {
+    if (canMoveDown())
+        swapWithSelected(selected_ + 1);
+}
+
+// What others did meanwhile may have brought it elsewhere, or away.
+void SectorMarkersEditor::swapWithSelected(int other) {
+    const auto place = [this](int row) { return rows_.begin() + row; };
+    const std::string line = place(selected_)->line;
+    const bool updating = updating_;
+    std::swap(*place(selected_), *place(other));
+    save();
+    const bool isThere = other < static_cast<int>(rows_.size()) && place(other)->line == line;
+    const auto found = isThere ? place(other) : std::ranges::find(rows_, line, &Row::line);
+    if (found == rows_.end())
+        return;
+    selected_ = static_cast<int>(found - rows_.begin());
+    updating_ = updating;
+}
+
 void SectorMarkersEditor::save() {
     const auto files = copies();
     std::string bytes = fileBytes();

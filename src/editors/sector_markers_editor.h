@@ -65,6 +65,13 @@ public:
     void selectRow(int row);
     /// Empties the fields and goes back to adding. The row stays selected.
     void clear();
+    /// Whether the selected row can go up or down: the first marker that fits names the file.
+    [[nodiscard]] bool canMoveUp() const { return selected_ > 0; }
+    [[nodiscard]] bool canMoveDown() const { return selected_ >= 0 && selected_ + 1 < static_cast<int>(rows_.size()); }
+    /// The selected row changes places with the one before or behind it, and the list is saved. It stays selected, and
+    /// what is typed stays. Where it cannot go nothing happens.
+    void moveUp();
+    void moveDown();
     /// Asks, removes the selected row and saves the list; without one nothing happens.
     void deleteSelected();
 
@@ -73,6 +80,7 @@ private:
     [[nodiscard]] std::string fileBytes() const;
     [[nodiscard]] std::optional<std::string> twinOf(const SectorMarker& marker) const;
     void show(const std::vector<std::string_view>& lines);
+    void swapWithSelected(int other);
     void save();
 
     const Installation& installation_;

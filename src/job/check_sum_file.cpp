@@ -54,6 +54,7 @@ Result<bool> CheckSumReader::nextLine() {
 }
 
 Result<std::optional<CheckSum>> CheckSumReader::next() {
+    remarks_.clear();
     while (true) {
         const auto more = nextLine();
         if (!more)
@@ -62,7 +63,11 @@ Result<std::optional<CheckSum>> CheckSumReader::next() {
             return std::nullopt;
         if (auto sum = readCheckSumLine(line_))
             return sum;
-        if (!line_.empty() && line_.front() != '#')
+        if (line_.starts_with("# "))
+            remarks_.push_back(line_.substr(2));
+        else if (line_.empty())
+            remarks_.clear();
+        else if (line_.front() != '#')
             ++unread_;
     }
 }
@@ -91,6 +96,10 @@ Result<void> CheckSumFile::remark(std::string_view text) {
 
 void CheckSumFile::drop(std::string_view name) {
     named_.insert(digestOf(name));
+}
+
+bool CheckSumFile::isNamed(std::string_view name) const {
+    return named_.contains(digestOf(name));
 }
 
 Result<void> CheckSumFile::put(std::string_view line) {

@@ -25,6 +25,9 @@ public:
 
     /// The next check sum; none at the end. Lines that are none are passed over.
     [[nodiscard]] Result<std::optional<CheckSum>> next();
+    /// The remarks ahead of the check sum that was given last, down from the line before it or an empty one, without
+    /// their "# ".
+    [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
     /// Lines that were neither a check sum nor a remark nor empty.
     [[nodiscard]] std::int64_t unread() const { return unread_; }
     [[nodiscard]] Result<std::uint64_t> bytes() const { return file_.size(); }
@@ -37,6 +40,7 @@ private:
     std::string text_;
     std::size_t at_ = 0;
     std::string line_;
+    std::vector<std::string> remarks_;
     std::int64_t unread_ = 0;
 };
 
@@ -52,6 +56,8 @@ public:
     [[nodiscard]] Result<void> remark(std::string_view text);
     /// What an older list says of this file no longer holds.
     void drop(std::string_view name);
+    /// True when this list, and none before it, tells of the file.
+    [[nodiscard]] bool isNamed(std::string_view name) const;
 
     /// Gives the lists their names; one without a line is not made, and an older one of the name goes.
     [[nodiscard]] Result<void> finish();

@@ -92,7 +92,7 @@ void CopyPass::lookForEarlier() {
 
 // True: its copy is as it was recorded, and counts as made.
 bool CopyPass::standsAlready(const CopyTask& task) {
-    if (!earlier_ || !task.target)
+    if (!earlier_ || !task.target || !earlier_->isKnown(*task.target))
         return false;
     std::atomic<bool> stopped = false;
     const auto goOn = [&stopped] { return !stopped; };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "job/copy_record.h"
 
+#include <map>
+
 #include <fmt/format.h>
 
 #include "app/folder_structure.h"
@@ -58,17 +60,40 @@ Result<CopyRecord> CopyRecord::begin(const NativePath& target, const NativePath&
     if (!damaged)
         return failure(damaged.error());
     const NativePath gaps = gapsIn(besideList.empty() ? target : besideList, jobId);
-    return CopyRecord(withOneSlash(target.native()), gaps, *std::move(whole), *std::move(damaged));
+    return CopyRecord(withOneSlash(target.native()), gaps, copyJournalIn(target, jobId), *std::move(whole),
+                      *std::move(damaged));
 }
 
 Result<void> CopyRecord::note(const SettledCopy& copy) {
     if (!copy.result || !copy.result->hash || !copy.target.starts_with(root_))
         return {};
     const std::string_view name = std::string_view(copy.target).substr(root_.size());
-    const bool whole = copy.result->gaps.empty();
+    journal_.add(name, *copy.result);
+    return note(name, *copy.result);
+}
+
+Result<void> CopyRecord::note(std::string_view name, const CopyFacts& facts) {
+    const bool whole = facts.gaps.empty();
     (whole ? damaged_ : whole_).drop(name);
-    noteGaps(name, *copy.result);
-    return (whole ? whole_ : damaged_).add(name, *copy.result->hash);
+    noteGaps(name, facts);
+    return (whole ? whole_ : damaged_).add(name, *facts.hash);
+}
+
+// The last word on each file that this run has no word on.
+Result<void> CopyRecord::noteOfKilledRun() {
+    std::map<std::string, CopyFacts> noted;
+    auto journal = CopyJournalReader::open(journalPath_);
+    while (journal) {
+        auto copy = journal->next();
+        if (!copy)
+            break;
+        if (!whole_.isNamed(copy->name))
+            noted[std::move(copy->name)] = std::move(copy->facts);
+    }
+    Result<void> done;
+    for (const auto& [name, facts] : noted)
+        done = done.and_then([&, &file = name, &what = facts] { return note(file, what); });
+    return done;
 }
 
 Result<void> CopyRecord::renamed(const std::string& from, const std::string& to) {
@@ -76,7 +101,13 @@ Result<void> CopyRecord::renamed(const std::string& from, const std::string& to)
 }
 
 Result<void> CopyRecord::finish() {
-    return whole_.finish().and_then([this] { return damaged_.finish(); }).and_then([this] { return finishGaps(); });
+    auto done = noteOfKilledRun()
+                    .and_then([this] { return whole_.finish(); })
+                    .and_then([this] { return damaged_.finish(); })
+                    .and_then([this] { return finishGaps(); });
+    if (done)
+        journal_.remove();
+    return done;
 }
 
 void CopyRecord::noteGaps(std::string_view name, const CopyFacts& facts) {
@@ -101,7 +132,7 @@ Result<void> CopyRecord::finishGaps() {
         }
     }
     rows += gaps_;
-    return rows.empty() ? removeFile(gapsPath_) : saveWholeFile(gapsPath_, std::string(kGapsHead) + "\r\n" + rows);
+    return rows.empty() ? removeFile(gapsPath_) : saveWholeFile(gapsPath_, fmt::format("{}\r\n{}", kGapsHead, rows));
 }
 
 }  // namespace quillon

@@ -12,6 +12,7 @@
 
 #include "ahead/copy_settling.h"
 #include "job/check_sum_file.h"
+#include "job/copy_journal.h"
 #include "platform/folders.h"
 
 namespace quillon {
@@ -31,16 +32,20 @@ public:
     [[nodiscard]] Result<void> note(const SettledCopy& copy);
     /// The copy got another name than the file had: both as text.
     [[nodiscard]] Result<void> renamed(const std::string& from, const std::string& to);
-    /// Gives the lists their names.
+    /// Gives the lists their names. What a killed run has noted of copies that this one has not made goes in, too.
     [[nodiscard]] Result<void> finish();
 
 private:
-    CopyRecord(std::string root, NativePath gapsPath, CheckSumFile whole, CheckSumFile damaged)
+    CopyRecord(std::string root, NativePath gapsPath, NativePath journal, CheckSumFile whole, CheckSumFile damaged)
         : root_(std::move(root)),
           gapsPath_(std::move(gapsPath)),
           hasOlderGaps_(pathExists(gapsPath_)),
           whole_(std::move(whole)),
-          damaged_(std::move(damaged)) {}
+          damaged_(std::move(damaged)),
+          journalPath_(std::move(journal)),
+          journal_(journalPath_) {}
+    [[nodiscard]] Result<void> note(std::string_view name, const CopyFacts& facts);
+    [[nodiscard]] Result<void> noteOfKilledRun();
     void noteGaps(std::string_view name, const CopyFacts& facts);
     [[nodiscard]] Result<void> finishGaps();
 
@@ -51,6 +56,8 @@ private:
     std::unordered_set<std::string> copied_;  // fields of the names that older rows no longer hold for
     CheckSumFile whole_;
     CheckSumFile damaged_;
+    NativePath journalPath_;
+    CopyJournal journal_;
 };
 
 }  // namespace quillon

@@ -12,7 +12,9 @@ std::optional<EarlierCopies> EarlierCopies::find(const NativePath& list, const N
     if (!copies || copies->isEmpty())
         return std::nullopt;
     auto run = EarlierRun::open(earlierEvidenceBeside(list));
-    if (!run || !run->facts().isOfSamePlace(placeNow(source)))
+    // One that was killed before its evidence said anything may have noted copies, which tell of their sources
+    // themselves.
+    if (!run || (!run->facts().end.empty() && !run->facts().isOfSamePlace(placeNow(source))))
         return std::nullopt;
     return EarlierCopies(*std::move(run), source, *std::move(copies));
 }
@@ -20,19 +22,25 @@ std::optional<EarlierCopies> EarlierCopies::find(const NativePath& list, const N
 std::optional<CopyFacts> EarlierCopies::standing(const ListRow& row, const std::string& target,
                                                  const std::function<bool()>& goOn) {
     const std::string path(row.nativePath());
-    const auto found = run_.find(describer_.below(path), row_);
-    if (!found || !*found || row_.copied != 1 || row_.badBytes > 0)
-        return std::nullopt;
     const auto source = fileStamp(path);
-    if (!source || static_cast<std::int64_t>(source->size) != row_.size ||
-        source->modified.seconds * 1'000'000'000 + source->modified.nanoseconds != row_.modified)
-        return std::nullopt;
-    const auto hash = copies_.wholeOne(target, goOn);
-    if (!hash)
+    auto facts = source ? toldOf(path, target, *source) : std::nullopt;
+    if (facts)
+        facts->hash = copies_.wholeOne(target, goOn);
+    return facts && facts->hash ? std::move(facts) : std::nullopt;
+}
+
+// What the run before says of a copy of this very source, all of which it could read.
+std::optional<CopyFacts> EarlierCopies::toldOf(std::string_view path, const std::string& target,
+                                               const FileStamp& source) {
+    if (const auto* const noted = copies_.notedOf(target, source))
+        return *noted;
+    const auto found = run_.find(describer_.below(path), row_);
+    if (!found || !*found || row_.copied != 1 || row_.badBytes > 0 ||
+        static_cast<std::int64_t>(source.size) != row_.size || evidenceTime(source.modified) != row_.modified)
         return std::nullopt;
     CopyFacts facts;
-    facts.size = source->size;
-    facts.hash = hash;
+    facts.size = source.size;
+    facts.sourceModified = source.modified;
     if (row_.badBytes)  // somebody has looked, and all of it was there
         facts.unread.emplace();
     return facts;

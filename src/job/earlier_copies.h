@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-// Which files of a job that goes on with its earlier run need not be copied again: that run has copied them, the source
-// still has the size and the time that it recorded, and what stands in the target gives the recorded check sum.
+// Which files of a job that goes on with its earlier run need not be copied again: that run has copied them, as its
+// evidence tells, or its notes in the target where it was killed; the source still has the size and the time that were
+// recorded, and what stands in the target gives the recorded check sum.
 
 #include <functional>
 #include <optional>
@@ -22,6 +23,9 @@ public:
     [[nodiscard]] static std::optional<EarlierCopies> find(const NativePath& list, const NativePath& source,
                                                            const NativePath& target, const std::string& jobId);
 
+    /// Whether a check sum stands for the copy: without one the file is to be copied. Reads nothing.
+    [[nodiscard]] bool isKnown(const std::string& target) const { return copies_.isKnown(target); }
+
     /// What is known of the copy that stands at `target`; none where the file is to be copied, as one of which not all
     /// could be read is. Reads the copy, and gives that up with none where `goOn` says no.
     [[nodiscard]] std::optional<CopyFacts> standing(const ListRow& row, const std::string& target,
@@ -30,6 +34,9 @@ public:
 private:
     EarlierCopies(EarlierRun run, const NativePath& source, OlderCopies copies)
         : run_(std::move(run)), describer_(source), copies_(std::move(copies)) {}
+
+    [[nodiscard]] std::optional<CopyFacts> toldOf(std::string_view path, const std::string& target,
+                                                  const FileStamp& source);
 
     EarlierRun run_;
     RowDescriber describer_;

@@ -19,8 +19,20 @@ bool canTakeOver(const RunFacts& last, const RunFacts& before) {
     return last.headsLeftOut ? last.goesBySameRules(before) : !before.headsLeftOut;
 }
 
-// Adds the files of `before` that `last` does not have. A file that has to be read comes without a head, so that it
-// counts as known and is read all the same.
+// What became of a file's copy, where the run that was not whole has not come to it.
+Result<void> keepCopy(const EvidenceRow& before, const EvidenceRow& last, EvidenceStore& store) {
+    if (!before.copied || last.copied || before.size != last.size || before.modified != last.modified)
+        return {};
+    CopyOutcome outcome{*before.copied == 1, before.verified, before.copyError, {}, {}};
+    if (!last.badBytes) {
+        outcome.badBytes = before.badBytes;
+        outcome.badRanges = before.badRanges;
+    }
+    return store.setCopy(last.id, outcome);
+}
+
+// Adds the files of `before` that `last` does not have, and what `last` does not know of the others. A file that has to
+// be read comes without a head, so that it counts as known and is read all the same.
 Result<void> addMissing(EarlierRun& before, EarlierRun& last, EvidenceStore& store) {
     const bool withHeads = canTakeOver(last.facts(), before.facts());
     EvidenceRow row;
@@ -36,11 +48,9 @@ Result<void> addMissing(EarlierRun& before, EarlierRun& last, EvidenceStore& sto
         const auto found = last.find(row.path(), there);
         if (!found)
             return failure(found.error());
-        if (*found)
-            continue;
-        const FileHead* const head = withHeads ? before.headToTake(row) : nullptr;
+        const FileHead* const head = withHeads && !*found ? before.headToTake(row) : nullptr;
         row.row.reset();
-        if (auto written = store.add(row, head); !written)
+        if (auto written = *found ? keepCopy(row, there, store) : store.add(row, head); !written)
             return written;
         if (++added % kRowsInPart != 0)
             continue;

@@ -22,10 +22,6 @@ namespace {
 // A wrecked file may have any number of gaps.
 constexpr std::size_t kMostRanges = 1000;
 
-std::int64_t nanoseconds(const FileTime& time) {
-    return time.seconds * 1'000'000'000 + time.nanoseconds;
-}
-
 // A list may hold any number.
 std::int64_t wholeNumber(std::optional<double> number) {
     return static_cast<std::int64_t>(std::clamp(number.value_or(0), -9e18, 9e18));
@@ -71,7 +67,7 @@ Result<void> writeJobBegin(EvidenceStore& store, const JobState& state, const st
         if (auto written = store.setJob(keys::kSourceBytes, Blob{source}); !written)
             return written;
     }
-    return store.setJob(keys::kStarted, nanoseconds(fileTimeNow()));
+    return store.setJob(keys::kStarted, evidenceTime(fileTimeNow()));
 }
 
 Result<void> writeMessages(EvidenceStore& store, const ReportMessages& messages) {
@@ -85,7 +81,7 @@ Result<void> writeMessages(EvidenceStore& store, const ReportMessages& messages)
 Result<void> writeJobEnd(EvidenceStore& store, const char* how, const std::string& counters,
                          const std::string& quality) {
     return store.setJob(job_keys::kEnd, how)
-        .and_then([&] { return store.setJob(job_keys::kEnded, nanoseconds(fileTimeNow())); })
+        .and_then([&] { return store.setJob(job_keys::kEnded, evidenceTime(fileTimeNow())); })
         .and_then([&] { return store.setJob(job_keys::kCounters, counters); })
         .and_then([&] { return store.setJob(job_keys::kQuality, quality); });
 }
@@ -95,8 +91,12 @@ Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::i
     if (!stamp)
         return failure(stamp.error());
     return store.setJob(job_keys::kListBytes, static_cast<std::int64_t>(stamp->size))
-        .and_then([&] { return store.setJob(job_keys::kListModified, nanoseconds(stamp->modified)); })
+        .and_then([&] { return store.setJob(job_keys::kListModified, evidenceTime(stamp->modified)); })
         .and_then([&] { return store.setJob(job_keys::kListDigest, digest); });
+}
+
+std::int64_t evidenceTime(const FileTime& time) {
+    return time.seconds * 1'000'000'000 + time.nanoseconds;
 }
 
 NativePath sourceIn(EvidenceReader& evidence) {

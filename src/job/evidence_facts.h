@@ -28,6 +28,9 @@ namespace quillon {
 /// Size, time and digest of a list that is whole on the disk.
 [[nodiscard]] Result<void> writeListFacts(EvidenceStore& store, const NativePath& list, std::int64_t digest);
 
+/// A time as the evidence has it.
+[[nodiscard]] std::int64_t evidenceTime(const FileTime& time);
+
 /// The source that the evidence names; empty for none.
 [[nodiscard]] NativePath sourceIn(EvidenceReader& evidence);
 

@@ -10,40 +10,63 @@ namespace quillon {
 Result<OlderCopies> OlderCopies::read(const NativePath& target, const std::string& jobId) {
     OlderCopies copies(withOneSlash(target.native()));
     auto reader = CheckSumReader::open(manifestIn(target, jobId));
-    if (!reader)
-        return reader.error().kind == ErrorKind::NotFound ? Result<OlderCopies>(std::move(copies))
-                                                          : failure(reader.error());
-    while (true) {
+    if (!reader && reader.error().kind != ErrorKind::NotFound)
+        return failure(reader.error());
+    while (reader) {
         auto sum = reader->next();
         if (!sum)
             return failure(sum.error());
         if (!*sum)
-            return copies;
-        copies.sums_[std::move((*sum)->name)] = std::move((*sum)->digest);
+            break;
+        copies.known_[std::move((*sum)->name)] = {std::move((*sum)->digest), {}};
+    }
+    copies.readNotes(target, jobId);
+    return copies;
+}
+
+// What they tell is younger than the lists. A copy with gaps is as none: it is to be made again.
+void OlderCopies::readNotes(const NativePath& target, const std::string& jobId) {
+    auto notes = CopyJournalReader::open(copyJournalIn(target, jobId));
+    while (notes) {
+        auto copy = notes->next();
+        if (!copy)
+            break;
+        if (copy->facts.gaps.empty())
+            known_[std::move(copy->name)] = {hexText(*copy->facts.hash), std::move(copy->facts)};
+        else
+            known_.erase(copy->name);
     }
 }
 
 // Null for none.
-const std::string* OlderCopies::sumOf(std::string_view copy) const {
-    if (sums_.empty() || !copy.starts_with(root_))
+const OlderCopies::Known* OlderCopies::find(std::string_view copy) const {
+    if (known_.empty() || !copy.starts_with(root_))
         return nullptr;
-    const auto sum = sums_.find(std::string(copy.substr(root_.size())));
-    return sum == sums_.end() ? nullptr : &sum->second;
+    const auto known = known_.find(std::string(copy.substr(root_.size())));
+    return known == known_.end() ? nullptr : &known->second;
 }
 
 bool OlderCopies::isKnown(std::string_view copy) const {
-    return sumOf(copy) != nullptr;
+    return find(copy) != nullptr;
+}
+
+const CopyFacts* OlderCopies::notedOf(std::string_view copy, const FileStamp& source) const {
+    const auto* const known = find(copy);
+    if (known == nullptr || !known->noted)
+        return nullptr;
+    const CopyFacts& noted = *known->noted;
+    return noted.size == source.size && noted.sourceModified == source.modified ? &noted : nullptr;
 }
 
 std::optional<Sha256Digest> OlderCopies::wholeOne(std::string_view copy, const std::function<bool()>& goOn) const {
-    const auto* const sum = sumOf(copy);
-    if (sum == nullptr)
+    const auto* const known = find(copy);
+    if (known == nullptr)
         return std::nullopt;
     auto reader = MediumReader::open(NativePath(copy));
     if (!reader)
         return std::nullopt;
     const auto hash = hashOfMedium(*std::move(reader), [&goOn](std::uint64_t) { return goOn(); });
-    return hash && hexText(*hash) == *sum ? std::optional(*hash) : std::nullopt;
+    return hash && hexText(*hash) == known->sum ? std::optional(*hash) : std::nullopt;
 }
 
 }  // namespace quillon

@@ -102,6 +102,7 @@ tl::expected<PreparedCopy, CopyError> FileCopier::prepare(std::string_view sourc
     if (manner_.attributes)
         copied->lostAttributes = carryAttributes(*descriptor, to->handle());
     carryOver(to->handle(), info);
+    copied->sourceModified = FileTime{info.st_mtim.tv_sec, static_cast<std::uint32_t>(info.st_mtim.tv_nsec)};
     return PreparedCopy{*std::move(to), *std::move(copied)};
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/byte_watch.h"
+#include "platform/folders.h"
 #include "platform/result.h"
 #include "platform/sha256.h"
 #include "text/byte_ranges.h"
@@ -54,10 +55,11 @@ struct CopyCare {
 
 /// What is known of a copy.
 struct CopyFacts {
-    std::uint64_t size = 0;                 ///< bytes
-    std::optional<Sha256Digest> hash;       ///< of the bytes as they were read, when they were hashed
-    ByteRanges gaps;                        ///< what the source did not give; empty for a whole copy
-    std::size_t lostAttributes = 0;         ///< extended attributes that the target does not have
+    std::uint64_t size = 0;                       ///< bytes
+    std::optional<Sha256Digest> hash;             ///< of the bytes as they were read, when they were hashed
+    ByteRanges gaps;                              ///< what the source did not give; empty for a whole copy
+    std::size_t lostAttributes = 0;               ///< extended attributes that the target does not have
+    std::optional<FileTime> sourceModified = {};  ///< as it was opened
     std::optional<ByteRanges> unread = {};  ///< what the watch saw that the medium did not give; none: nobody watched
 };
 

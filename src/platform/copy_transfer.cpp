@@ -73,7 +73,7 @@ tl::expected<CopyFacts, CopyError> CopyTransfer::run(const struct stat& info) {
         if (const auto ended = finish(); !ended)  // the file may end in one
             return tl::unexpected<CopyError>(ended.error());
     }
-    CopyFacts facts{static_cast<std::uint64_t>(end_), std::nullopt, std::move(gaps_), 0, {}};
+    CopyFacts facts{static_cast<std::uint64_t>(end_), std::nullopt, std::move(gaps_), 0, {}, {}};
     if (hash_)
         facts.hash = hash_->finish();
     if (watch_ != nullptr)

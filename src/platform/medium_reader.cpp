@@ -27,6 +27,12 @@ constexpr std::size_t kPiece = 1024UL * 1024;
 // O_DIRECT asks for places and lengths in whole blocks; no volume has larger ones.
 constexpr std::size_t kBlock = 4096;
 
+// As much as the file needs: what is asked for beyond its end the system fills with zeros, page by page.
+std::size_t pieceFor(off_t size) {
+    const auto blocks = (static_cast<std::uint64_t>(size) + kBlock - 1) / kBlock;
+    return static_cast<std::size_t>(std::clamp<std::uint64_t>(blocks * kBlock, kBlock, kPiece));
+}
+
 tl::unexpected<CopyError> targetFailed(FileError error) {
     return tl::unexpected<CopyError>(CopyError{CopySide::Target, std::move(error), true});
 }
@@ -62,14 +68,15 @@ void MediumReader::Free::operator()(char* buffer) const {
     std::free(buffer);
 }
 
-MediumReader::MediumReader(std::string path)
-    : path_(std::move(path)), buffer_(static_cast<char*>(std::aligned_alloc(kBlock, kPiece))) {
+MediumReader::MediumReader(std::string path, std::size_t piece)
+    : path_(std::move(path)), piece_(piece), buffer_(static_cast<char*>(std::aligned_alloc(kBlock, piece))) {
     if (!buffer_)
         throw std::bad_alloc();
 }
 
 MediumReader::MediumReader(MediumReader&& other) noexcept
     : path_(std::move(other.path_)),
+      piece_(other.piece_),
       buffer_(std::move(other.buffer_)),
       descriptor_(std::exchange(other.descriptor_, -1)),
       direct_(other.direct_),
@@ -84,11 +91,13 @@ MediumReader::~MediumReader() {
 Result<MediumReader> MediumReader::begin(int descriptor, const std::string& path) {
     if (descriptor < 0)
         return failure(systemError(path));
-    MediumReader reader(path);
-    reader.descriptor_ = descriptor;
     struct stat info {};
-    if (::fstat(descriptor, &info) != 0 || ::lseek(descriptor, 0, SEEK_SET) < 0)
-        return failure(systemError(path));
+    const bool isThere = ::fstat(descriptor, &info) == 0 && ::lseek(descriptor, 0, SEEK_SET) >= 0;
+    const int problem = errno;
+    MediumReader reader(path, pieceFor(isThere ? info.st_size : 0));
+    reader.descriptor_ = descriptor;
+    if (!isThere)
+        return failure(systemError(path, problem));
     if (!S_ISREG(info.st_mode))
         return failure(ErrorKind::PermissionDenied, readable(path) + ": this is no regular file");
     reader.direct_ = ::fcntl(descriptor, F_SETFL, O_DIRECT) == 0;
@@ -113,12 +122,12 @@ Result<MediumReader> MediumReader::open(const ArrivingFile& file) {
 Result<std::string_view> MediumReader::next() {
     if (ended_)
         return std::string_view();
-    auto count = retried([this] { return disk().read(descriptor_, buffer_.get(), kPiece); });
+    auto count = retried([this] { return disk().read(descriptor_, buffer_.get(), piece_); });
     if (count < 0 && errno == EINVAL && std::exchange(direct_, false)) {
         // It opens so and cannot read so.
         passOver(::fcntl(descriptor_, F_SETFL, 0), "the read tells");
         giveUpPages();
-        count = retried([this] { return disk().read(descriptor_, buffer_.get(), kPiece); });
+        count = retried([this] { return disk().read(descriptor_, buffer_.get(), piece_); });
     }
     if (count < 0)
         return failure(systemError(path_));

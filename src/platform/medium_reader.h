@@ -35,11 +35,12 @@ private:
     struct Free {
         void operator()(char* buffer) const;
     };
-    explicit MediumReader(std::string path);
+    MediumReader(std::string path, std::size_t piece);
     [[nodiscard]] static Result<MediumReader> begin(int descriptor, const std::string& path);
     void giveUpPages() const;
 
     std::string path_;
+    std::size_t piece_;  // bytes of the buffer
     std::unique_ptr<char, Free> buffer_;
     int descriptor_ = -1;
     bool direct_ = false;

@@ -4,7 +4,9 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 
 #include "platform/disk_calls.h"
 #include "platform/system_error.h"
@@ -28,6 +30,12 @@ Result<void> syncFolderOf(const std::string& path) {
     return syncHandle(folder->handle(), path);
 }
 
+// A program that serves a volume is not told of a sync of all of it: the system says that all is well by itself.
+bool isServedByProgram(int handle) {
+    struct statfs volume {};
+    return ::fstatfs(handle, &volume) == 0 && static_cast<std::uint32_t>(volume.f_type) == FUSE_SUPER_MAGIC;
+}
+
 }  // namespace
 
 VolumeSyncs::~VolumeSyncs() {
@@ -48,8 +56,11 @@ bool VolumeSyncs::syncVolumes(const Wish& wish) {
         volumes_[info.st_dev] = handle;
     }
     bool synced = true;
-    for (const auto& [volume, handle] : volumes_)
-        synced = retried([&, number = handle] { return disk().syncVolume(number); }) == 0 && synced;
+    for (const auto& [volume, handle] : volumes_) {
+        const int number = handle;
+        const bool told = retried([number] { return disk().syncVolume(number); }) == 0;
+        synced = synced && told && !isServedByProgram(number);
+    }
     return synced;
 }
 

@@ -129,6 +129,32 @@ TEST_F(CopySettlingTest, ABitThatFlipsBehindACopyIsFoundWithItsPlace) {
     EXPECT_EQ(namesIn(temp / "to"), "") << "it never got its name";
 }
 
+TEST_F(CopySettlingTest, OfManySmallCopiesTheOneThatIsAnotherIsFound) {
+    constexpr int kCopies = 60;  // of one batch with temporary names
+    FailingFiles disk;
+    disk.refuse("link", EPERM);
+    disk.ahead("syncVolume", [this] {
+        for (const auto& entry : std::filesystem::directory_iterator(temp / "to")) {
+            if (std::filesystem::file_size(entry.path()) == 600 + 41)
+                test::flipBit(entry.path(), 300);
+        }
+    });
+    CopySettling settling({.verify = true});
+    FileCopier copier({.hash = true});
+    std::string expected;
+    for (int i = 1; i <= kCopies; ++i) {
+        const std::string name = std::to_string(i);
+        const std::string bytes(600 + static_cast<std::size_t>(i), 'x');
+        auto copy =
+            copier.prepare(temp.write("from/" + name, bytes).native(), target(name).native(), bytes.size(), goOn);
+        ASSERT_TRUE(copy);
+        settling.add(i, (temp / "from" / name).native(), *std::move(copy));
+        expected += i == 41 ? "" : name + " ";
+    }
+    EXPECT_EQ(endOf(settling), "41 (what was read back is not what was written at byte 300) " + expected);
+    EXPECT_FALSE(std::filesystem::exists(target("41")));
+}
+
 TEST_F(CopySettlingTest, ACopyThatIsWhatWasReadIsProven) {
     CopySettling settling({.verify = true});
     FileCopier copier({.hash = true});

@@ -302,14 +302,18 @@ void FrmCopiesTest::stopWhileItLooksCopiesNothing() {
         stopped = true;
     });
     waiting.start(0);
+    main_->temp.write("local/Settings/BadSectors.dat", "0,BAD SECTOR ,T,R,BAD SECTOR\r\n");
+    int onWindow = 0;
     // The look reads the term files for the head of the file without an extension, and waits until Stop was pressed.
     test::FailingFiles disk;
     disk.ahead("read", [&] {
         const bool isBeside = QThread::currentThread() != thread();
+        onWindow += isBeside ? 0 : 1;
         for (int i = 0; isBeside && i < 1000 && !stopped; ++i) QThread::msleep(1);
     });
     click("copy");
     QVERIFY(stopped);
+    QCOMPARE(onWindow, 0);
     QCOMPARE(text("status"), QStringLiteral("Nothing was copied"));
     QVERIFY(!isThere("p0.jpg"));
     click("copy");

@@ -24,6 +24,7 @@ private slots:
     void whatMarksNothingCannotBeAdded();
     void aClickedRowIsUpdated();
     void clearGoesBackToAdd();
+    void aMarkerMovesUpAndDown();
     void theDeleteKeyAsks();
     void thePreviewShowsASectorAndComesBack();
     void escapeAsksForATypedMarkerAndDoneDoesNot();
@@ -64,7 +65,12 @@ const std::vector<test::FrameCase> kControls = {
       {"add_", "Add", true, false},
       {"clear_", "Clear"},
       {"preview_", "Preview", true, false}}},
-    {"list_", "Current Markers", {{"markers_", ""}, {"delete_", "Delete", true, false}}},
+    {"list_",
+     "Current Markers",
+     {{"markers_", ""},
+      {"up_", "Move up", true, false},
+      {"down_", "Move down", true, false},
+      {"delete_", "Delete", true, false}}},
     {"", "", {{"done_", "Done"}}},
 };
 
@@ -140,6 +146,22 @@ void FrmSectorMarkersTest::clearGoesBackToAdd() {
     screen_->click("clear_");
     QCOMPARE(screen_->text("marker_"), QString());
     QCOMPARE(screen_->caption("add_"), QStringLiteral("Add"));
+}
+
+void FrmSectorMarkersTest::aMarkerMovesUpAndDown() {
+    markers().setCurrentRow(0);
+    QVERIFY(!isEnabled("up_"));
+    screen_->click("down_");
+    QVERIFY(list().startsWith(QStringLiteral("1,0A2320706F73,H,O,tool B\r\n0,BAD SECTOR ,T,R,tool A\r\n")));
+    QCOMPARE(markers().currentRow(), 1);
+    QCOMPARE(screen_->caption("add_"), QStringLiteral("Update"));
+    screen_->click("down_");
+    QVERIFY(list().endsWith(QStringLiteral("nonsense\r\n0,BAD SECTOR ,T,R,tool A\r\n")));
+    QVERIFY(!isEnabled("down_"));
+    screen_->click("up_");
+    screen_->click("up_");
+    QCOMPARE(markers().currentRow(), 0);
+    QVERIFY(list().startsWith(QStringLiteral("0,BAD SECTOR ,T,R,tool A\r\n")));
 }
 
 void FrmSectorMarkersTest::theDeleteKeyAsks() {

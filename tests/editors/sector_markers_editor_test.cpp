@@ -155,6 +155,44 @@ TEST_F(SectorMarkersEditorTest, DeleteAsks) {
     EXPECT_EQ(editor.selected(), -1);
 }
 
+TEST_F(SectorMarkersEditorTest, AMarkerGoesUpAndDownAndStaysSelected) {
+    const std::string third = "0,UNREAD,T,R,third\r\n";
+    folders.folder.write(kLocal, kTwo + third);
+    editor.load();
+    editor.moveUp();
+    editor.moveDown();
+    EXPECT_EQ(folders.bytesOf(kLocal), kTwo + third) << "nothing is selected";
+    editor.selectRow(2);
+    EXPECT_FALSE(editor.canMoveDown());
+    editor.fields.name = "typed";
+    editor.moveUp();
+    editor.moveUp();
+    editor.moveUp();
+    EXPECT_EQ(folders.bytesOf(kLocal), third + kTwo);
+    EXPECT_EQ(editor.selected(), 0);
+    EXPECT_FALSE(editor.canMoveUp());
+    EXPECT_EQ(editor.fields.name, "typed");
+    editor.moveDown();
+    EXPECT_EQ(editor.selected(), 1);
+    editor.addOrUpdate();
+    EXPECT_EQ(folders.bytesOf(kLocal), "0,BAD SECTOR,T,R,BAD SECTOR\r\n0,UNREAD,T,R,typed\r\n1,0A23,H,R,lines\r\n");
+}
+
+TEST_F(SectorMarkersEditorTest, AMarkerThatWentAwayMeanwhileIsNoLongerSelected) {
+    folders.folder.write(kLocal, kTwo);
+    folders.folder.write(kShared, kTwo);
+    folders.share(true);
+    editor.load();
+    editor.selectRow(1);
+    folders.folder.write(kShared, "0,BAD SECTOR,T,R,BAD SECTOR\r\n0,THEIRS,T,R,theirs\r\n");
+    folders.dialogs.onProblem = [](const std::string&) {};
+    editor.moveUp();
+    const bool stands = std::ranges::any_of(lines(), [](const std::string& line) { return line.ends_with(",lines"); });
+    EXPECT_EQ(editor.selected() >= 0, stands);
+    EXPECT_LT(editor.selected(), static_cast<int>(editor.rows().size()));
+    EXPECT_NE(folders.bytesOf(kShared).find("THEIRS"), std::string::npos);
+}
+
 TEST_F(SectorMarkersEditorTest, ALineThatMarksNothingStaysAsItStands) {
     folders.folder.write(kLocal, "a remark of somebody\r\n\r\n0,00,H,R,zeros\r\n");
     editor.load();

@@ -2,7 +2,7 @@
 // Files that were copied before: which copies are made again, and what the evidence knows of them afterwards.
 #include <filesystem>
 
-#include "answers/file_copies.h"
+#include "answers/copy_outlook.h"
 #include "evidence/evidence_reader.h"
 #include "evidence/evidence_store.h"
 #include "evidence/job_keys.h"
@@ -149,6 +149,27 @@ TEST_F(ListCopyAgainTest, AStopInALookAsksForNothing) {
     EXPECT_EQ(copies->sums().files, 0);
     EXPECT_EQ(ended, 0);
     for (const char* name : {"one.abc", "two.abc"}) EXPECT_EQ(statOf(folder / landed(name)).st_mtim.tv_sec, 1) << name;
+}
+
+TEST_F(ListCopyAgainTest, TheLookAtAllFilesCanBeGivenUp) {
+    ASSERT_EQ(job({"--yes", "--quiet"}), 0) << err.str();
+    const JobFiles job = files();
+    CopyOrder order;
+    order.target = target();
+    for (const int wanted : {0, 1, 2}) {
+        auto copies = FileCopies::begin(job, order);
+        ASSERT_TRUE(copies);
+        int asked = 0;
+        const auto outlook = outlookOf(*copies, target(), [&] { return asked++ < wanted; });
+        ASSERT_TRUE(outlook);
+        EXPECT_EQ(outlook->files, wanted);
+    }
+    order.wish.extensions = {"none-has-this"};
+    auto copies = FileCopies::begin(job, order);
+    ASSERT_TRUE(copies);
+    int asked = 0;
+    ASSERT_TRUE(outlookOf(*copies, target(), [&asked] { return ++asked < 2; }));
+    EXPECT_EQ(asked, 2) << "it went on over files that nobody wants";
 }
 
 TEST_F(ListCopyAgainTest, TheLookCountsCopiesThatHaveNoCheckSum) {

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What became of copies, noted as they come beside their list of check sums, which takes its place at the end only: of
+// a run that is killed the next one knows what is made already. docs/formats/manifest.md.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "job/check_sum_file.h"
+#include "platform/copy_terms.h"
+#include "platform/file.h"
+
+namespace quillon {
+
+/// Where the copies of a job are noted in their target.
+[[nodiscard]] NativePath copyJournalIn(const NativePath& target, const std::string& jobId);
+
+/// A copy as a run has noted it.
+struct NotedCopy {
+    std::string name;  ///< below the target, bytes
+    CopyFacts facts;   ///< of `unread` only that there is nothing, where somebody has looked
+};
+
+class CopyJournal {
+public:
+    explicit CopyJournal(NativePath path) : path_(std::move(path)) {}
+
+    /// A copy that was hashed. The file is made with the first one; what a killed run has noted stays ahead of it.
+    /// Where it cannot be written nothing more is noted: that costs no run but one behind a killed one.
+    void add(std::string_view name, const CopyFacts& facts);
+    /// The lists stand, and say the same.
+    void remove();
+
+private:
+    NativePath path_;
+    File file_;
+    bool given_ = false;  // up
+};
+
+class CopyJournalReader {
+public:
+    /// None: nothing is noted.
+    [[nodiscard]] static std::optional<CopyJournalReader> open(const NativePath& journal);
+
+    /// The next copy, a later one of the same name behind an earlier one. None at the end, or from where it cannot be
+    /// read.
+    [[nodiscard]] std::optional<NotedCopy> next();
+
+private:
+    explicit CopyJournalReader(CheckSumReader sums) : sums_(std::move(sums)) {}
+    CheckSumReader sums_;
+};
+
+}  // namespace quillon
