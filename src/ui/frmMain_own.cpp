@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The switches of our own, below the told ones: a check box for each row of kOwnOptions, and which grades are copied.
+#include <array>
+#include <vector>
+
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -15,37 +18,48 @@ namespace {
 
 constexpr int kColumns = 3;
 
+using Row = std::vector<QWidget*>;
+
+// The choices of the copy stand in one row, the others below.
+template <typename Boxes>
+std::array<Row, 2> rowsOf(const Boxes& boxes, QWidget* copyGrades) {
+    std::array<Row, 2> rows;
+    for (std::size_t i = 0; i < boxes.size(); ++i) rows[kOwnOptions[i].isOfUse == copies ? 0 : 1].push_back(boxes[i]);
+    rows[0].push_back(copyGrades);
+    return rows;
+}
+
 }  // namespace
 
 void frmMainControls::createOwnOptions() {
     ownOptions = makeFrame("ownOptions", "More Options");
     auto* grid = new QGridLayout(ownOptions);
     grid->setSpacing(kSpacing);
-    int place = 0;
-    const auto add = [&](QWidget* control) {
-        grid->addWidget(control, place / kColumns, place % kColumns, Qt::AlignLeft | Qt::AlignVCenter);
-        ++place;
-    };
     for (std::size_t i = 0; i < ownBoxes.size(); ++i) {
         ownBoxes[i] = makeCheck(kOwnOptions[i].control, kOwnOptions[i].caption);
         ownBoxes[i]->setToolTip(QLatin1String(kOwnOptions[i].toolTip));
-        add(ownBoxes[i]);
     }
     copyGrades = new TickButton("copyGrades", captionsOfGrades());
     for (const GradePreset& preset : gradePresets())
         copyGrades->addPreset(preset.control, preset.caption, ticksOf(preset.grades));
-    add(copyGrades);
+    const auto rows = rowsOf(ownBoxes, copyGrades);
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        for (std::size_t column = 0; column < rows[row].size(); ++column)
+            grid->addWidget(rows[row][column], static_cast<int>(row), static_cast<int>(column),
+                            Qt::AlignLeft | Qt::AlignVCenter);
+    }
     for (int column = 0; column < kColumns; ++column) grid->setColumnStretch(column, 1);
 }
 
 // The Tab key goes the told way, and to them behind it.
 void frmMainControls::chainOwnOptions() const {
     QWidget* before = Command5;
-    for (QCheckBox* box : ownBoxes) {
-        QWidget::setTabOrder(before, box);
-        before = box;
+    for (const Row& row : rowsOf(ownBoxes, copyGrades)) {
+        for (QWidget* control : row) {
+            QWidget::setTabOrder(before, control);
+            before = control;
+        }
     }
-    QWidget::setTabOrder(before, copyGrades);
 }
 
 void frmMain::connectOwnOptions() {

@@ -290,8 +290,8 @@ void FrmMainTest::theTabKeyGoesThroughTheWindowInScreenOrder() {
         QStringLiteral("Command4"),       QStringLiteral("Command5")};
     QCOMPARE(order.mid(0, expected.size()), expected);
     const QStringList ours = {QStringLiteral("chkVerifyCopies"), QStringLiteral("chkSalvage"),
-                              QStringLiteral("chkScanSectors"), QStringLiteral("chkEnds"),
-                              QStringLiteral("copyGrades")};
+                              QStringLiteral("copyGrades"), QStringLiteral("chkScanSectors"),
+                              QStringLiteral("chkEnds")};
     QCOMPARE(order.mid(expected.size()), ours);
 }
 
