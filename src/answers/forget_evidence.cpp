@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "answers/forget_evidence.h"
 
+#include "app/kept_files.h"
 #include "platform/folders.h"
 
 namespace quillon {
