@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "platform/moment.h"
 #include "platform/system_error.h"
+#include "platform/temporary_name.h"
 #include "platform/whole_file.h"
 
 namespace quillon {
@@ -64,7 +65,8 @@ Result<void> prepare(const NativePath& folder, const std::string& owner) {
 // The wait for one lock, as this process sees it.
 class Waiting {
 public:
-    Waiting(const NativePath& folder, LeaseTimes times) : folder_(folder), lock_(folder / kLockName), times_(times) {}
+    Waiting(const NativePath& folder, LeaseTimes times, LeaseWatch* watch)
+        : folder_(folder), lock_(folder / kLockName), times_(times), watch_(watch) {}
 
     /// True when the prepared folder has become the lock. On failure somebody else has it, or nobody can.
     Result<bool> tryToTake(const NativePath& prepared) {
@@ -81,7 +83,9 @@ public:
         return false;
     }
 
-    [[nodiscard]] bool isOver() const { return momentNow() - begun_ > times_.patience; }
+    [[nodiscard]] bool isOver() const {
+        return momentNow() - begun_ > times_.patience || (watch_ != nullptr && watch_->isLeft());
+    }
 
     void wait() {
         disk().wait(pause_);
@@ -95,7 +99,10 @@ private:
             owner_ = owner;
             seenSince_ = momentNow();
         }
-        const bool gone = owner.size() > kOwnerPrefix.size() && isOfGoneProcess(owner.substr(kOwnerPrefix.size()));
+        const std::string name = owner.substr(std::min(owner.size(), kOwnerPrefix.size()));
+        if (watch_ != nullptr && !name.empty())
+            watch_->saw(computerOfTemporary(name));
+        const bool gone = isOfGoneProcess(name);
         if (!gone && momentNow() - seenSince_ < times_.lease)
             return;
         const NativePath taken = takenName(folder_);
@@ -105,6 +112,7 @@ private:
     const NativePath& folder_;
     NativePath lock_;
     LeaseTimes times_;
+    LeaseWatch* watch_;
     Moment begun_ = momentNow();
     int refusals_ = 0;
     std::string owner_;
@@ -114,14 +122,14 @@ private:
 
 }  // namespace
 
-Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times) {
+Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times, LeaseWatch* watch) {
     const NativePath prepared = folder / temporaryName();
     std::string owner = std::string(kOwnerPrefix) + prepared.filename().native();
     if (auto made = prepare(prepared, owner); !made) {
         removeWithFiles(prepared);
         return failure(made.error());
     }
-    Waiting waiting(folder, times);
+    Waiting waiting(folder, times, watch);
     while (true) {
         const auto taken = waiting.tryToTake(prepared);
         if (taken && *taken)
