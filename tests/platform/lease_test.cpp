@@ -119,6 +119,31 @@ TEST_F(LeaseTest, AFolderThatTakesNoFilesIsAFailureAtOnce) {
     EXPECT_LE(disk.waits(), 2);
 }
 
+// A share does not let go of a folder while somebody looks at it.
+TEST_F(LeaseTest, ALockThatIsLookedAtIsGivenBackAllTheSame) {
+    test::FailingFiles disk;
+    {
+        const auto mine = take();
+        ASSERT_TRUE(mine);
+        disk.failAt(1, {.number = EBUSY}, "rename");
+    }
+    EXPECT_TRUE(disk.met());
+    EXPECT_TRUE(entries().empty());
+}
+
+TEST_F(LeaseTest, ALockThatWasTakenInSpiteOfWhatTheShareSaysIsOurs) {
+    test::FailingFiles disk;
+    disk.ahead("rename", [this] {
+        for (const auto& name : entries()) {
+            if (isTemporaryName(name))
+                std::filesystem::rename(temp / name, temp / "lock");
+        }
+    });
+    const auto mine = take(kNever);
+    ASSERT_TRUE(mine);
+    EXPECT_TRUE(mine->isHeld());
+}
+
 TEST_F(LeaseTest, AWaitTellsWhoHasTheLockAndEndsWhenItIsLeft) {
     std::filesystem::create_directories(temp / "lock/owner.quillon-save-LAB7-4711-19a3b-0");
     LeaseWatch watch;
