@@ -183,8 +183,14 @@ DatabaseChange changeBy(std::string screen) {
     return change;
 }
 
-DatabaseChange changeByJob() {
-    return changeBy("Job");
+DatabaseChange changeByJob(std::string job) {
+    DatabaseChange change = changeBy("Job");
+    change.job = std::move(job);
+    return change;
+}
+
+std::string lostNoteText(const FileError& why) {
+    return "Not noted in the history of the database : " + why.text;
 }
 
 std::string noteBytes(const DatabaseChange& change) {
@@ -231,7 +237,7 @@ std::vector<DatabaseChange> readHistory(const NativePath& settings, std::size_t 
     return changes;
 }
 
-DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times) : settings_(std::move(settings)) {
+DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times, LeaseWatch* watch) : settings_(std::move(settings)) {
     if (settings_.empty() || !isFolder(settings_))
         return;
     const NativePath history = historyFolder(settings_);
@@ -240,7 +246,7 @@ DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times) : settings_(st
         return;
     }
     history_ = history;
-    if (auto lease = Lease::take(history_, times)) {
+    if (auto lease = Lease::take(history_, times, watch)) {
         lease_.emplace(std::move(*lease));
         finishNotes();
     }

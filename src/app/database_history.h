@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/lost_note.h"
 #include "platform/file.h"
 #include "platform/lease.h"
 #include "platform/result.h"
@@ -41,8 +42,8 @@ struct DatabaseChange {
     friend bool operator==(const DatabaseChange&, const DatabaseChange&) = default;
 };
 
-/// One that a job makes, as it brings the local copies up to date.
-[[nodiscard]] DatabaseChange changeByJob();
+/// One that the job of this ID makes, as it brings the local copies up to date.
+[[nodiscard]] DatabaseChange changeByJob(std::string job = {});
 /// One that a screen of this name makes.
 [[nodiscard]] DatabaseChange changeBy(std::string screen);
 
@@ -65,8 +66,9 @@ struct DatabaseChange {
 /// the same.
 class DatabaseTurn {
 public:
-    /// Waits for the turn. `settings` is the settings folder of the root; empty for none.
-    explicit DatabaseTurn(NativePath settings, LeaseTimes times = {});
+    /// Waits for the turn. `settings` is the settings folder of the root; empty for none. A screen waits by waitForTurn
+    /// (app/history_dialogs). `watch` may be null.
+    explicit DatabaseTurn(NativePath settings, LeaseTimes times = {}, LeaseWatch* watch = nullptr);
 
     /// Where a save keeps its temporary file, so that it cannot take anybody's place once the turn is over
     /// (saveWholeFileThrough). Empty without a lock.
@@ -81,7 +83,7 @@ public:
     [[nodiscard]] Result<void> note(DatabaseChange change);
 
     /// Why a change of this turn could not be noted; none when all were.
-    [[nodiscard]] const std::optional<FileError>& problem() const { return problem_; }
+    [[nodiscard]] const LostNote& problem() const { return problem_; }
 
 private:
     void finishNotes();
@@ -94,13 +96,17 @@ private:
     NativePath history_;  // empty: there is none
     std::optional<Lease> lease_;
     std::string lastId_;
-    std::optional<FileError> problem_;
+    LostNote problem_;
 };
 
 /// Does something with one file of a root, whose settings folder this is, in a turn of its own, and notes what became
-/// of the file. `file` may be empty: then nothing is noted. A note that does not work is passed over.
-[[nodiscard]] Result<void> changeNoted(const NativePath& settings, const NativePath& file, DatabaseChange change,
-                                       const std::function<Result<void>()>& apply);
+/// of the file. `file` may be empty: then nothing is noted. What was done stays done without a note.
+[[nodiscard]] Result<LostNote> changeNoted(const NativePath& settings, const NativePath& file, DatabaseChange change,
+                                           const std::function<Result<void>()>& apply);
+
+/// The same in a turn that is there already.
+[[nodiscard]] Result<LostNote> changeNoted(DatabaseTurn& turn, const NativePath& file, DatabaseChange change,
+                                           const std::function<Result<void>()>& apply);
 
 /// What a step does to many files of one root, put down in one note behind it. Other computers do not wait meanwhile.
 class NotedStep {
@@ -112,7 +118,7 @@ public:
     /// Does something with one file and remembers what became of it.
     [[nodiscard]] Result<void> change(const NativePath& file, const std::function<Result<void>()>& apply);
     /// Writes the note, if there is anything to be noted. Why that did not work; none when it did.
-    std::optional<FileError> finish();
+    LostNote finish();
 
 private:
     NativePath settings_;
@@ -124,8 +130,8 @@ private:
 class NotedDatabase {
 public:
     NotedDatabase(NativePath settings, DatabaseChange change);
-    /// Writes the note, if something became different. A note that does not work is passed over.
-    void finish();
+    /// Writes the note, if something became different. Why that did not work; none when it did.
+    LostNote finish();
 
 private:
     [[nodiscard]] std::map<std::string, std::string> look() const;

@@ -20,16 +20,21 @@ std::string placeInRoot(const NativePath& file) {
     return file.parent_path().filename().native() + "/" + file.filename().native();
 }
 
-Result<void> changeNoted(const NativePath& settings, const NativePath& file, DatabaseChange change,
-                         const std::function<Result<void>()>& apply) {
+Result<LostNote> changeNoted(const NativePath& settings, const NativePath& file, DatabaseChange change,
+                             const std::function<Result<void>()>& apply) {
     if (file.empty())
-        return apply();
+        return apply().map([] { return LostNote(); });
     DatabaseTurn turn(settings);
+    return changeNoted(turn, file, std::move(change), apply);
+}
+
+Result<LostNote> changeNoted(DatabaseTurn& turn, const NativePath& file, DatabaseChange change,
+                             const std::function<Result<void>()>& apply) {
     auto before = bytesNow(file);
     auto done = apply();
     change.files = {{placeInRoot(file), std::move(before), bytesNow(file)}};
-    passOver(turn.note(std::move(change)), "a full share costs the note");
-    return done;
+    passOver(turn.note(std::move(change)), "the turn tells it");
+    return done.map([&turn] { return turn.problem(); });
 }
 
 Result<void> NotedStep::change(const NativePath& file, const std::function<Result<void>()>& apply) {
@@ -41,7 +46,7 @@ Result<void> NotedStep::change(const NativePath& file, const std::function<Resul
     return done;
 }
 
-std::optional<FileError> NotedStep::finish() {
+LostNote NotedStep::finish() {
     if (change_.files.empty())
         return std::nullopt;
     DatabaseTurn turn(settings_);
@@ -65,7 +70,7 @@ std::map<std::string, std::string> NotedDatabase::look() const {
     return all;
 }
 
-void NotedDatabase::finish() {
+LostNote NotedDatabase::finish() {
     auto after = look();
     for (auto& [file, bytes] : before_) {
         const auto now = after.find(file);
@@ -77,8 +82,11 @@ void NotedDatabase::finish() {
             after.erase(now);
     }
     for (auto& [file, bytes] : after) change_.files.push_back({file, std::nullopt, std::move(bytes)});
-    if (!change_.files.empty())
-        passOver(DatabaseTurn(settings_).note(std::move(change_)), "a full disk costs the note");
+    if (change_.files.empty())
+        return std::nullopt;
+    DatabaseTurn turn(settings_);
+    passOver(turn.note(std::move(change_)), "the turn tells it");
+    return turn.problem();
 }
 
 }  // namespace quillon

@@ -88,6 +88,8 @@ public:
     /// not on the screen go under Kept before they are overwritten; what others did to a copy since it was loaded is
     /// put into the rows first (ListCopies).
     [[nodiscard]] Result<void> save();
+    /// The person did not wait for another computer at the last save, so that the rows are still to be saved.
+    [[nodiscard]] bool isLeft() const { return copies_.isLeft(); }
 
 private:
     [[nodiscard]] NativePath localFile() const;

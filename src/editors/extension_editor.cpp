@@ -271,12 +271,13 @@ std::vector<NativePath> ExtensionEditor::copies() const {
     return files;
 }
 
-void ExtensionEditor::save() {
+bool ExtensionEditor::save() {
     if (state.rows.empty())
-        return;
+        return true;
     std::string bytes = termFileBytes(state.rows);
     passOver(copies_.save(copies(), bytes), "each copy is written by itself, and no failure is told");
     state.rows = parseTermFile(bytes);
+    return !copies_.isLeft();
 }
 
 }  // namespace quillon

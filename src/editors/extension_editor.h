@@ -119,8 +119,9 @@ public:
     /// failure is told. Without rows neither is written. What others did to a copy since the load is put into the rows
     /// first (ListCopies).
     /// Kept: so the last row deleted is back when the screen opens again (test
-    /// ATermDeletedAsTheLastRowIsBackOnReopening).
-    void save();
+    /// ATermDeletedAsTheLastRowIsBackOnReopening). False: the person did not wait for another computer, so that the
+    /// rows are still to be saved.
+    bool save();
 
 private:
     void loadFiles(const EditorHandover& handover);

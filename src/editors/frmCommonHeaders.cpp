@@ -160,8 +160,9 @@ void frmCommonHeaders::connectControls() {
     step(Check1, &QCheckBox::toggled, [this](bool ticked) { editor_.deleteAllEnabled = ticked; });
     click(Command5, [this] { editor_.deleteAll(); });
     click(Command4, [this] {
-        passOver(editor_.save(), "the screen closes in any case, and no word is told for it");
-        close();
+        passOver(editor_.save(), "no word is told for it");
+        if (!editor_.isLeft())
+            close();
     });
 }
 

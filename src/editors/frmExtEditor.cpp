@@ -211,8 +211,9 @@ void frmExtEditor::Text3_Change(const QString& text) {
 }
 
 void frmExtEditor::leaveOrAsk() {
+    if (!editor_.save())
+        return;
     markUnloaded();
-    editor_.save();
     context_.navigator.open(Screen::ViewList);
     if (whenDone_)
         whenDone_();

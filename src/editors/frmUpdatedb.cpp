@@ -241,10 +241,10 @@ void frmUpdatedb::showControls() {
     Command2->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
 }
 
-// Every way out saves.
+// Every way out saves; whoever does not want to wait for it stays.
 void frmUpdatedb::leaveOrAsk() {
-    editor_.save();
-    StepScreen::leaveOrAsk();
+    if (editor_.save())
+        StepScreen::leaveOrAsk();
 }
 
 }  // namespace quillon

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "editors/history_browser.h"
 
+#include "app/history_dialogs.h"
+
 #include <algorithm>
 #include <chrono>
 #include <utility>
@@ -108,9 +110,13 @@ void HistoryBrowser::undo() {
     if (row == nullptr || !dialogs_.ask(kTitle, "Do you want to take this change back ?\r\n\r\n" +
                                                     momentText(row->change.id) + "\r\n" + differenceText(*row)))
         return;
-    const auto undone = undoChange(installation_, kept_, rootInUse(installation_.paths()), row->change.id, kTitle);
+    const auto take = [this](const NativePath& settings) { return waitForTurn(dialogs_, settings); };
+    const std::string id = row->change.id;
+    const auto undone = undoChange(installation_, kept_, rootInUse(installation_.paths()), id, kTitle, take);
     if (!undone)
         dialogs_.warn(kTitle, undone.error().text);
+    else
+        warnOfLostNote(dialogs_, *undone);
     load();
 }
 
@@ -122,7 +128,9 @@ void HistoryBrowser::addRemark() {
     note.about = row->change.id;
     note.remark = remark;
     const Paths& paths = installation_.paths();
-    if (const auto noted = DatabaseTurn(settingsFolderOf(paths, rootInUse(paths))).note(std::move(note)); !noted)
+    auto turn = waitForTurn(dialogs_, settingsFolderOf(paths, rootInUse(paths)));
+    const auto noted = turn ? turn->note(std::move(note)) : Result<void>(failure(turnNotWaitedFor()));
+    if (!noted)
         dialogs_.warn(kTitle, noted.error().text);
     else
         remark.clear();

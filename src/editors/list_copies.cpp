@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/database_history.h"
+#include "app/history_dialogs.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "testing/term_file.h"
@@ -116,11 +116,17 @@ void ListCopies::moveAway(const NativePath& copy) {
         bases_[copy] = {true, {}};
 }
 
-Result<void> ListCopies::change(const NativePath& copy, const std::function<Result<void>()>& apply) const {
+Result<void> ListCopies::change(const NativePath& copy, const std::function<Result<void>()>& apply) {
     DatabaseChange noted;
     noted.screen = form_.screen;
     noted.job = job_;
-    return changeNoted(settingsOf(copy), copy, std::move(noted), apply);
+    auto turn = waitForTurn(dialogs_, copy.empty() ? NativePath() : settingsOf(copy));
+    left_ = !turn;
+    if (left_) {
+        tellLeft();
+        return failure(turnNotWaitedFor());
+    }
+    return changeNoted(*turn, copy, std::move(noted), apply).map([this](const LostNote& lost) { tellProblem(lost); });
 }
 
 // Whether somebody else has changed the copy, so that there is something to be put together.
@@ -176,20 +182,23 @@ NativePath ListCopies::settingsOf(const NativePath& copy) const {
 // This program's turn at the roots of the copies; all of them end with this.
 class ListCopies::Round {
 public:
-    Round(const ListCopies& list, const std::vector<NativePath>& copies) : list_(list) {
-        for (const bool shared : {true, false}) {
-            for (const auto& copy : copies) {
-                const NativePath settings = list.settingsOf(copy);
-                if (list.isShared(copy) == shared && !turns_.contains(settings))
-                    turns_.try_emplace(settings, settings);
-            }
-        }
+    explicit Round(const ListCopies& list) : list_(list) {}
+
+    /// Waits for the turn at the root of this copy, unless it is there. False: the person did not wait.
+    [[nodiscard]] bool take(const NativePath& copy) {
+        const NativePath settings = list_.settingsOf(copy);
+        if (turns_.contains(settings))
+            return true;
+        auto turn = waitForTurn(list_.dialogs_, settings);
+        if (turn)
+            turns_.try_emplace(settings, std::move(*turn));
+        return turn.has_value();
     }
 
     [[nodiscard]] DatabaseTurn& at(const NativePath& copy) { return turns_.at(list_.settingsOf(copy)); }
 
     /// Why something could not be noted.
-    [[nodiscard]] std::optional<FileError> problem() const {
+    [[nodiscard]] LostNote problem() const {
         const auto failed =
             std::ranges::find_if(turns_, [](const auto& turn) { return turn.second.problem().has_value(); });
         return failed == turns_.end() ? std::nullopt : failed->second.problem();
@@ -200,6 +209,26 @@ private:
     std::map<NativePath, DatabaseTurn> turns_;
 };
 
+// The share first, as all others do: nobody waits for it with another turn in hand.
+bool ListCopies::begin(std::optional<Round>& round, const std::vector<NativePath>& copies) {
+    left_ = false;
+    round.emplace(*this);
+    for (const bool shared : {true, false}) {
+        for (const auto& copy : copies) {
+            left_ = isShared(copy) == shared && !round->take(copy);
+            if (left_)
+                return false;
+        }
+    }
+    return true;
+}
+
+void ListCopies::tellLeft() {
+    dialogs_.warn(form_.screen,
+                  "Nothing was saved, as another computer was not waited for. What was entered stays here until it is "
+                  "saved, or this screen is closed.");
+}
+
 Result<void> ListCopies::writeCopy(const NativePath& copy, const std::string& bytes, Round& round) {
     DatabaseTurn& turn = round.at(copy);
     DatabaseChange change;
@@ -209,13 +238,11 @@ Result<void> ListCopies::writeCopy(const NativePath& copy, const std::string& by
     return turn.make(std::move(change), [&] { return saver_.save(copy, bytes, turn.through()); });
 }
 
-void ListCopies::tellProblem(const Round& round) {
-    const auto problem = round.problem();
+void ListCopies::tellProblem(const LostNote& problem) {
     if (!problem || toldProblem_)
         return;
     toldProblem_ = true;
-    dialogs_.warn("Database History",
-                  "What was changed is saved, but not noted in the history of the database : " + problem->text);
+    warnOfLostNote(dialogs_, problem);
 }
 
 // False when somebody else has taken a lock on the way, so that it has to be done again.
@@ -239,10 +266,15 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
     MergeChoice choice = MergeChoice::Tell;
     std::vector<Result<void>> results;
     for (int rounds = 0; rounds < kMostRounds; ++rounds) {
-        std::optional<Round> round(std::in_place, *this, copies);
+        std::optional<Round> round;
+        if (!begin(round, copies)) {
+            round.reset();  // nobody has to wait for a person
+            tellLeft();
+            return std::vector<Result<void>>(copies.size(), failure(turnNotWaitedFor()));
+        }
         auto merged = merge(copies, bytes, choice);
         if (!merged.conflicts.empty() && choice == MergeChoice::Tell) {
-            round.reset();  // nobody has to wait for a person
+            round.reset();
             choice = ask(copies.back(), merged.conflicts);
             continue;
         }
@@ -251,7 +283,7 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
         if (!form_.writesEmpty && form_.records(bytes).empty())
             return {};
         if (write(copies, bytes, onFailure, *round, results)) {
-            tellProblem(*round);
+            tellProblem(round->problem());
             break;
         }
     }

@@ -13,6 +13,7 @@
 
 #include "app/dialogs.h"
 #include "app/installation.h"
+#include "app/lost_note.h"
 #include "editors/list_saving.h"
 #include "testing/record_merge.h"
 
@@ -58,14 +59,18 @@ public:
     /// The screen takes this copy away, if it is there: it goes under Kept. One that cannot go stays.
     void moveAway(const NativePath& copy);
     /// Does something with a copy in this program's turn, and notes it in the history.
-    [[nodiscard]] Result<void> change(const NativePath& copy, const std::function<Result<void>()>& apply) const;
+    [[nodiscard]] Result<void> change(const NativePath& copy, const std::function<Result<void>()>& apply);
+    /// The person did not wait for another computer at the last change or save, so that nothing was written; a box has
+    /// said so.
+    [[nodiscard]] bool isLeft() const { return left_; }
 
     /// Writes `bytes`, which the screen shows, to these copies in this order. What others did to a copy since it was
     /// loaded is put into `bytes` first, which then is what the screen has to show; where both changed the same record,
     /// a box of our own asks. Where nobody else did anything, the bytes are written as they are. Copies that could not
     /// be read, at the load or now, are overwritten (and kept, as ListSaver does). Other computers wait meanwhile, and
     /// every change is noted in the history of its root; a box tells once when that did not work.
-    /// Gives one result for each copy; behind the failure that ended it, there are none.
+    /// Gives one result for each copy; behind the failure that ended it, there are none. A wait that was left
+    /// (waitForTurn) is a failure of each.
     [[nodiscard]] std::vector<Result<void>> save(const std::vector<NativePath>& copies, std::string& bytes,
                                                  OnFailure onFailure = OnFailure::GoOn);
 
@@ -93,10 +98,12 @@ private:
     [[nodiscard]] MergeChoice ask(const NativePath& copy, const std::vector<RecordConflict>& conflicts);
 
     class Round;
+    [[nodiscard]] bool begin(std::optional<Round>& round, const std::vector<NativePath>& copies);
+    void tellLeft();
     [[nodiscard]] bool write(const std::vector<NativePath>& copies, const std::string& bytes, OnFailure onFailure,
                              Round& round, std::vector<Result<void>>& results);
     [[nodiscard]] Result<void> writeCopy(const NativePath& copy, const std::string& bytes, Round& round);
-    void tellProblem(const Round& round);
+    void tellProblem(const LostNote& problem);
 
     const Installation& installation_;
     Dialogs& dialogs_;
@@ -107,6 +114,7 @@ private:
     std::string shown_;  // as it was loaded
     std::string job_;
     bool toldProblem_ = false;
+    bool left_ = false;
 };
 
 }  // namespace quillon

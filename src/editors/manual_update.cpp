@@ -176,12 +176,13 @@ void ManualUpdate::saveTo(const std::vector<NativePath>& folders) {
     rows_ = parseTermFile(bytes);
 }
 
-void ManualUpdate::save() {
+bool ManualUpdate::save() {
     const Paths& paths = installation_.paths();
     if (paths.useSharedDb)
         saveTo({paths.sharedDatabase, paths.localDatabase});
     else
         saveTo({paths.localDatabase});
+    return !copies_.isLeft();
 }
 
 }  // namespace quillon

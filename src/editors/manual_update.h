@@ -90,8 +90,9 @@ public:
 
     /// Writes the rows to the shared file, when sharing is on and its folder exists, and to the local one. A copy that
     /// fails is passed over. A term file that holds what was not in the list goes under Kept before it is overwritten;
-    /// what others did to it since it was loaded is put into the rows first (ListCopies).
-    void save();
+    /// what others did to it since it was loaded is put into the rows first (ListCopies). False: the person did not
+    /// wait for another computer, so that the rows are still to be saved.
+    bool save();
 
 private:
     [[nodiscard]] NativePath termFileIn(const NativePath& folder) const;

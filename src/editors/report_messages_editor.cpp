@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "app/history_dialogs.h"
+#include "testing/messages_for.h"
 #include "testing/rule_line.h"
 #include "text/fields.h"
 
@@ -88,7 +90,7 @@ bool ReportMessagesEditor::save() {
                   saved.back().error().text;
         return false;
     }
-    loadReportMessages(installation_, dialogs_, kept_, messages_);
+    warnOfLostNote(dialogs_, loadMessagesFor(changeBy(kForm.screen), installation_, dialogs_, kept_, messages_));
     return true;
 }
 

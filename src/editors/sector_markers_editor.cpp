@@ -226,7 +226,7 @@ void SectorMarkersEditor::save() {
     const auto files = copies();
     std::string bytes = fileBytes();
     for (const auto& saved : copies_.save(files, bytes)) {
-        if (!saved)
+        if (!saved && !copies_.isLeft())
             dialogs_.warn(kTitle, "Not saved : " + saved.error().text);
     }
     show(splitLines(bytes));

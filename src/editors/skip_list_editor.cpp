@@ -117,7 +117,7 @@ void SkipListEditor::save() {
     std::string bytes = fileBytes();
     const auto saved = copies_.save(files, bytes);
     for (std::size_t i = 0; i < saved.size(); ++i) {
-        if (!saved[i])
+        if (!saved[i] && !copies_.isLeft())
             dialogs_.warn("Error", "Unable to find Skip list path (" + readable(files[i].native()) + ").");
     }
     terms_.clear();

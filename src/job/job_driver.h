@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "app/lost_note.h"
 #include "job/job.h"
 #include "job/job_end.h"
 #include "messaging/alert_sender.h"
@@ -72,6 +73,7 @@ private:
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
     void tellRefresh(const RefreshSummary& refresh);
+    void tellFetched(const Result<LostNote>& fetched);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);
     void refreshRuleLists(ShareSteps& share);
     [[nodiscard]] bool mayReplaceList();

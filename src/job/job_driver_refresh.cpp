@@ -4,6 +4,7 @@
 
 #include "app/save_litter.h"
 #include "job/job_driver.h"
+#include "job/lost_note_log.h"
 #include "job/share_steps.h"
 #include "platform/folders.h"
 #include "setup/share_trial.h"
@@ -68,10 +69,7 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
 }
 
 void JobDriver::tellRefresh(const RefreshSummary& refresh) {
-    for (const auto* lost : {&refresh.moved.lostNote, &refresh.fetched.lostNote}) {
-        if (*lost)
-            context_.log("Not noted in the history of the database : " + (*lost)->text, kLightOrange);
-    }
+    for (const auto* lost : {&refresh.moved.lostNote, &refresh.fetched.lostNote}) logLostNote(context_, *lost);
     const std::string text = refreshText(refresh);
     if (text.empty())
         return;
@@ -104,23 +102,27 @@ void JobDriver::refreshRuleLists(ShareSteps& share) {
     JobOptions& options = context_.state.options;
     step_ = "attempting to load the shared skiplist and common headers ";
     if (options.useSkipList) {
-        if (auto fetched = share.fetchSkips(); !fetched)
-            reportNotFetched(fetched.error());
+        tellFetched(share.fetchSkips());
         const SkipListState skips = share.loadSkips();
         if (skips == SkipListState::Missing) {
             options.useSkipList = false;
             options.useSkipListEnabled = false;
         }
     }
-    if (auto fetched = share.fetchMarkers(); !fetched)
-        reportNotFetched(fetched.error());
-    if (auto fetched = share.fetchCommon(); !fetched)
-        reportNotFetched(fetched.error());
+    tellFetched(share.fetchMarkers());
+    tellFetched(share.fetchCommon());
     const NativePath local = fileIn(share.paths().localSettings, kCommonHeadersFileName);
     if (!pathExists(local)) {
         options.useCommonHeaders = false;
         options.useCommonHeadersEnabled = false;
     }
+}
+
+void JobDriver::tellFetched(const Result<LostNote>& fetched) {
+    if (fetched)
+        logLostNote(context_, *fetched);
+    else
+        reportNotFetched(fetched.error());
 }
 
 void JobDriver::reportNotFetched(const FileError& error) {

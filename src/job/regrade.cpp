@@ -8,10 +8,12 @@
 #include "app/run_beside.h"
 #include "evidence/rules_digest.h"
 #include "job/evidence_in_work.h"
+#include "job/lost_note_log.h"
 #include "job/statistics.h"
 #include "platform/folder_lock.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
+#include "testing/messages_for.h"
 #include "text/fields.h"
 #include "text/list_text.h"
 #include "text/unicode.h"
@@ -107,7 +109,8 @@ RegradeEnd Regrade::runLocked(const NativePath& list) {
 }
 
 void Regrade::loadRules() {
-    loadReportMessages(job_.installation(), context_.surroundings.dialogs, job_.kept(), job_.messages);
+    logLostNote(context_, loadMessagesFor(changeByJob(context_.state.options.jobId), job_.installation(),
+                                          context_.surroundings.dialogs, job_.kept(), job_.messages));
     lookAtReportMessages(job_.installation(), context_);
     loadCommonHeaders(job_.installation(), context_, job_.commonList);
 }

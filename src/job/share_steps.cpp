@@ -49,8 +49,8 @@ std::string ShareSteps::whatIsRefused() {
     return answerBeside(context_.surroundings.loop, [this] { return whatShareRefuses(paths()); });
 }
 
-Result<void> ShareSteps::fetchSkips() {
-    return answerBeside(context_.surroundings.loop, [this] { return fetchSkipList(paths(), kept_); });
+Result<LostNote> ShareSteps::fetchSkips() {
+    return answerBeside(context_.surroundings.loop, [this] { return fetchSkipList(paths(), kept_, job_); });
 }
 
 SkipListState ShareSteps::loadSkips() {
@@ -66,11 +66,11 @@ SkipListState ShareSteps::loadSkips() {
     return state;
 }
 
-Result<void> ShareSteps::fetchMarkers() {
+Result<LostNote> ShareSteps::fetchMarkers() {
     return answerBeside(context_.surroundings.loop, [this] { return fetchSectorMarkers(paths(), kept_, job_); });
 }
 
-Result<void> ShareSteps::fetchCommon() {
+Result<LostNote> ShareSteps::fetchCommon() {
     return answerBeside(context_.surroundings.loop, [this] { return fetchCommonHeaders(paths(), kept_, job_); });
 }
 

@@ -41,11 +41,11 @@ public:
     [[nodiscard]] RefreshCounts copyChanged(const std::vector<std::string>& names);
     /// What this computer cannot do in the share; empty when it can teach the others.
     [[nodiscard]] std::string whatIsRefused();
-    [[nodiscard]] Result<void> fetchSkips();
+    [[nodiscard]] Result<LostNote> fetchSkips();
     /// Loads the skip list of the job.
     [[nodiscard]] SkipListState loadSkips();
-    [[nodiscard]] Result<void> fetchMarkers();
-    [[nodiscard]] Result<void> fetchCommon();
+    [[nodiscard]] Result<LostNote> fetchMarkers();
+    [[nodiscard]] Result<LostNote> fetchCommon();
 
 private:
     template <typename Step>

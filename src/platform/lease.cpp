@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "platform/moment.h"
 #include "platform/system_error.h"
+#include "platform/temporary_name.h"
 #include "platform/whole_file.h"
 
 namespace quillon {
@@ -21,6 +22,7 @@ constexpr const char* kLockName = "lock";
 constexpr std::string_view kOwnerPrefix = "owner";
 constexpr std::string_view kTakenPrefix = "taken";
 constexpr int kMostRefusals = 3;
+constexpr int kMostReleases = 50;
 constexpr std::chrono::milliseconds kFirstWait{2};
 constexpr std::chrono::milliseconds kLongestWait{40};
 
@@ -61,18 +63,28 @@ Result<void> prepare(const NativePath& folder, const std::string& owner) {
     return {};
 }
 
+// What a rename says while others look at the lock, or take it or give it back. A share does not let go what somebody
+// else has open, and does not always find what it renames beside others.
+bool isInUse(int number) {
+    return number == EEXIST || number == ENOTEMPTY || number == EBUSY || number == ENOENT;
+}
+
 // The wait for one lock, as this process sees it.
 class Waiting {
 public:
-    Waiting(const NativePath& folder, LeaseTimes times) : folder_(folder), lock_(folder / kLockName), times_(times) {}
+    Waiting(const NativePath& folder, LeaseTimes times, LeaseWatch* watch)
+        : folder_(folder), lock_(folder / kLockName), times_(times), watch_(watch) {}
 
     /// True when the prepared folder has become the lock. On failure somebody else has it, or nobody can.
-    Result<bool> tryToTake(const NativePath& prepared) {
+    Result<bool> tryToTake(const NativePath& prepared, const std::string& owner) {
         if (disk().rename(AT_FDCWD, prepared.c_str(), lock_.c_str()) == 0)
             return true;
         const int number = errno;
+        // A share may do what it then says it could not.
+        if (!pathExists(prepared) && pathExists(lock_ / owner))
+            return true;
         // A lock that is gone by now was given back; but a folder that takes none fails again and again without one.
-        const bool isTaken = number == EEXIST || number == ENOTEMPTY || isFolder(lock_);
+        const bool isTaken = isInUse(number) || isFolder(lock_);
         refusals_ = isTaken ? 0 : refusals_ + 1;
         if (refusals_ >= kMostRefusals)
             return failure(systemError(lock_.native(), number));
@@ -81,7 +93,9 @@ public:
         return false;
     }
 
-    [[nodiscard]] bool isOver() const { return momentNow() - begun_ > times_.patience; }
+    [[nodiscard]] bool isOver() const {
+        return momentNow() - begun_ > times_.patience || (watch_ != nullptr && watch_->isLeft());
+    }
 
     void wait() {
         disk().wait(pause_);
@@ -95,7 +109,10 @@ private:
             owner_ = owner;
             seenSince_ = momentNow();
         }
-        const bool gone = owner.size() > kOwnerPrefix.size() && isOfGoneProcess(owner.substr(kOwnerPrefix.size()));
+        const std::string name = owner.substr(std::min(owner.size(), kOwnerPrefix.size()));
+        if (watch_ != nullptr && !name.empty())
+            watch_->saw(computerOfTemporary(name));
+        const bool gone = isOfGoneProcess(name);
         if (!gone && momentNow() - seenSince_ < times_.lease)
             return;
         const NativePath taken = takenName(folder_);
@@ -105,6 +122,7 @@ private:
     const NativePath& folder_;
     NativePath lock_;
     LeaseTimes times_;
+    LeaseWatch* watch_;
     Moment begun_ = momentNow();
     int refusals_ = 0;
     std::string owner_;
@@ -114,16 +132,16 @@ private:
 
 }  // namespace
 
-Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times) {
+Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times, LeaseWatch* watch) {
     const NativePath prepared = folder / temporaryName();
     std::string owner = std::string(kOwnerPrefix) + prepared.filename().native();
     if (auto made = prepare(prepared, owner); !made) {
         removeWithFiles(prepared);
         return failure(made.error());
     }
-    Waiting waiting(folder, times);
+    Waiting waiting(folder, times, watch);
     while (true) {
-        const auto taken = waiting.tryToTake(prepared);
+        const auto taken = waiting.tryToTake(prepared, owner);
         if (taken && *taken)
             return Lease(folder / kLockName, std::move(owner));
         if (!taken || waiting.isOver()) {
@@ -141,10 +159,17 @@ Lease::Lease(Lease&& other) noexcept
 Lease::~Lease() {
     if (!isHeld())
         return;
-    // In one step, and under a name that is nobody's lock: a share may take its time to let a folder go.
+    // In one step, and under a name that is nobody's lock: a share may take its time to let a folder go, and does not
+    // while somebody looks at it. A lock that stays would hold all others up for as long as a lease.
     const NativePath done = takenName(held_.parent_path());
-    if (disk().rename(AT_FDCWD, held_.c_str(), done.c_str()) == 0)
-        removeWithFiles(done);
+    std::chrono::milliseconds pause = kFirstWait;
+    for (int tries = 1; disk().rename(AT_FDCWD, held_.c_str(), done.c_str()) != 0; ++tries) {
+        if (!isInUse(errno) || tries >= kMostReleases || !isHeld())
+            return;
+        disk().wait(pause);
+        pause = std::min(2 * pause, kLongestWait);
+    }
+    removeWithFiles(done);
 }
 
 bool Lease::isHeld() const {

@@ -8,7 +8,9 @@
 // An owner that was merely slow comes back without it. What it is about to put in place waits in its own folder in the
 // lock, which went away with it, so its rename fails and it begins anew: no check and no clock can come between.
 
+#include <atomic>
 #include <chrono>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -24,11 +26,34 @@ struct LeaseTimes {
     std::chrono::milliseconds patience{30'000};
 };
 
+/// What a wait for a lock says to other threads, and hears from them.
+class LeaseWatch {
+public:
+    /// The computer that has the lock, as was seen last; empty before.
+    [[nodiscard]] std::string owner() const {
+        const std::lock_guard lock(mutex_);
+        return owner_;
+    }
+    void saw(std::string owner) {
+        const std::lock_guard lock(mutex_);
+        owner_ = std::move(owner);
+    }
+    /// Nobody wants the lock any more: the wait ends when it looks up next.
+    void leave() { left_ = true; }
+    [[nodiscard]] bool isLeft() const { return left_; }
+
+private:
+    mutable std::mutex mutex_;
+    std::string owner_;
+    std::atomic<bool> left_ = false;
+};
+
 class Lease {
 public:
     /// Waits for the lock of this folder, which exists. A failure: the folder takes no files, or the lock did not come
-    /// free in time.
-    [[nodiscard]] static Result<Lease> take(const NativePath& folder, LeaseTimes times = {});
+    /// free in time, or the wait was left. `watch` may be null.
+    [[nodiscard]] static Result<Lease> take(const NativePath& folder, LeaseTimes times = {},
+                                            LeaseWatch* watch = nullptr);
     Lease(Lease&& other) noexcept;
     Lease& operator=(Lease&&) = delete;
     Lease(const Lease&) = delete;

@@ -21,6 +21,7 @@
 #include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "platform/system_error.h"
+#include "platform/temporary_name.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -156,8 +157,13 @@ std::string processName() {
     return fmt::format("{}{}-{:x}{:08x}", ownTemporaryPrefix(), ::getpid(), now.tv_sec, now.tv_nsec);
 }
 
-// The number of the process of this computer that made the name; 0 for any other name.
-pid_t ownerOf(std::string_view temporaryName) {
+// Who made a temporary name.
+struct NameMaker {
+    std::string_view computer;  // with the prefix of such names
+    std::string_view process;
+};
+
+NameMaker makerOf(std::string_view temporaryName) {
     std::string_view rest = temporaryName;
     const auto cutLast = [&rest] {
         const auto at = rest.rfind('-');
@@ -167,11 +173,17 @@ pid_t ownerOf(std::string_view temporaryName) {
     };
     passOver(cutLast(), "which of its files");
     passOver(cutLast(), "its first moment");
-    const std::string_view digits = cutLast();
+    const std::string_view process = cutLast();
+    return {rest, process};
+}
+
+// The number of the process of this computer that made the name; 0 for any other name.
+pid_t ownerOf(std::string_view temporaryName) {
+    const NameMaker maker = makerOf(temporaryName);
     pid_t number = 0;
-    const auto [end, error] = std::from_chars(digits.begin(), digits.end(), number);
-    const bool ours = std::string(rest) + "-" == ownTemporaryPrefix();
-    return ours && error == std::errc() && end == digits.end() && number > 0 ? number : 0;
+    const auto [end, error] = std::from_chars(maker.process.begin(), maker.process.end(), number);
+    const bool ours = std::string(maker.computer) + "-" == ownTemporaryPrefix();
+    return ours && error == std::errc() && end == maker.process.end() && number > 0 ? number : 0;
 }
 
 }  // namespace
@@ -179,6 +191,11 @@ pid_t ownerOf(std::string_view temporaryName) {
 FileError saveError(const NativePath& path, FileError error) {
     error.text = readable(path.native()) + " cannot be saved: " + (error.cause.empty() ? error.text : error.cause);
     return error;
+}
+
+std::string computerOfTemporary(std::string_view temporaryName) {
+    const std::string_view computer = makerOf(temporaryName).computer;
+    return isTemporaryName(computer) ? std::string(computer.substr(kTemporaryPrefix.size())) : std::string();
 }
 
 std::string ownTemporaryPrefix() {

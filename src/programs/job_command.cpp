@@ -11,6 +11,7 @@
 #include "job/earlier_run.h"
 #include "job/job_driver.h"
 #include "job/job_setup.h"
+#include "job/lost_note_log.h"
 #include "messaging/alert_exchange.h"
 #include "platform/folders.h"
 #include "platform/host.h"
@@ -23,6 +24,7 @@
 #include "programs/prepare_installation.h"
 #include "programs/regrade_command.h"
 #include "programs/scan_command.h"
+#include "testing/messages_for.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
@@ -200,7 +202,8 @@ private:
         applyOptions(chosen_, job_, showLine_);
         if (const auto refused = checkTarget())
             return {.cause = *refused};
-        loadReportMessages(installation_, dialogs_, job_.kept(), job_.messages);
+        logLostNote(job_.passContext(), loadMessagesFor(changeByJob(job_.state.options.jobId), installation_, dialogs_,
+                                                        job_.kept(), job_.messages));
         JobHost host;
         UdpSocket server;
         UdpSocket client;

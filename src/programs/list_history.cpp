@@ -117,7 +117,11 @@ Result<int> showHistory(const Installation& installation, const ListCommandOptio
     if (!wish.undo.empty()) {
         const SystemClock clock;
         KeptFiles kept(installation, clock);
-        return undoChange(installation, kept, root, wish.undo, "quillon-list").map([] { return kListSame; });
+        return undoChange(installation, kept, root, wish.undo, "quillon-list").map([&streams](const LostNote& lost) {
+            if (lost)
+                streams.err << "quillon-list: " << lostNoteText(*lost) << '\n';
+            return kListSame;
+        });
     }
     if (!wish.about.empty())
         return addRemark(settings, wish);

@@ -39,6 +39,8 @@ bool prepareInstallation(Installation& installation, std::ostream& err, bool qui
         }
         if (!quiet)
             err << "First run: set up " << readable(done->localPath.native()) << " with the default database\n";
+        if (done->lostNote)
+            err << "quillon-job: " << lostNoteText(*done->lostNote) << '\n';
         return true;
     }
     const auto size = fileSize(installation.paths().settingsFile);

@@ -35,17 +35,18 @@ Result<DefaultSetup> fillAndSave(Installation& installation) {
     const Paths& paths = installation.paths();
     ExtractOptions options;
     options.existing = ExistingFiles::Keep;
+    LostNote lost;
     return createFolders(paths)
         .and_then([&] {
             NotedDatabase noted(paths.localSettings, changeBy("Setup"));
             auto extracted = extractArchive(installation.defaultDatabasePath(), paths.localPath, options);
-            noted.finish();
+            lost = noted.finish();
             return extracted;
         })
         .and_then([&](const Extracted& extracted) -> Result<DefaultSetup> {
             if (auto saved = installation.saveSettingsRecord(); !saved)
                 return failure(saved.error());
-            return DefaultSetup{paths.localPath, paths.zipPath, extracted.files.size(), extracted.alreadyThere};
+            return DefaultSetup{paths.localPath, paths.zipPath, extracted.files.size(), extracted.alreadyThere, lost};
         });
 }
 

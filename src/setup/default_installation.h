@@ -7,6 +7,7 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/lost_note.h"
 #include "platform/result.h"
 
 namespace quillon {
@@ -17,6 +18,7 @@ struct DefaultSetup {
     NativePath zipPath;    ///< `<application folder>/Data/Archives`
     std::size_t filesUnpacked = 0;
     std::size_t filesLeft = 0;  ///< of an earlier set-up; they stayed as they were
+    LostNote lostNote;          ///< why the history took no note of it
 };
 
 /// Creates the folders, unpacks db.zip into the local root, fills the record in memory (header test, skip list and

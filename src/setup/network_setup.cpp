@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "app/folder_structure.h"
+#include "app/history_dialogs.h"
 #include "app/rule_list_names.h"
 #include "app/run_beside.h"
 #include "archive/zip_reader.h"
@@ -21,6 +22,7 @@ namespace quillon {
 
 namespace {
 
+constexpr const char* kScreen = "Set up Network";
 // The name that an exported or shared settings file has; the import looks for names that end in it.
 constexpr const char* kSharedSettingsName = "Settings.dat";
 // Looked for in the archive in any case.
@@ -92,6 +94,7 @@ void NetworkSetup::copy() {
         else
             copySingle(index);
     }
+    warnOfLostNote(surroundings_.dialogs, std::exchange(lost_, std::nullopt));
 }
 
 void NetworkSetup::tick(NetworkBoxIndex index, bool ticked, bool enabled) {
@@ -105,9 +108,17 @@ bool NetworkSetup::mayReplace(const NativePath& target, const std::string& name)
            surroundings_.dialogs.ask("Overwrite file", "Do you want to overwrite the existing " + name + " file ?");
 }
 
+Result<void> NetworkSetup::took(const Result<LostNote>& noted) {
+    if (!noted)
+        return failure(noted.error());
+    if (*noted)
+        lost_ = *noted;
+    return {};
+}
+
 Result<void> NetworkSetup::copyOver(const NativePath& source, const NativePath& target) {
     return beside([&] {
-        return copyNoted(source, target, kept_, target.parent_path(), changeBy("Set up Network"))
+        return took(copyNoted(source, target, kept_, target.parent_path(), changeBy(kScreen)))
             .and_then([&target]() -> Result<void> {
                 if (!pathExists(target))
                     return failure(ErrorKind::NotFound, target.native());
@@ -182,7 +193,10 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
     options.useFolders = false;
     options.kept = &kept_;
     const NativePath& folder = installation_.paths().sharedSettings;
-    if (beside([&] { return extractArchive(archive, folder, options).has_value() && pathExists(target); }))
+    const auto extract = [&] { return extractArchive(archive, folder, options).map([](const Extracted&) {}); };
+    const auto extracted =
+        beside([&] { return took(changeNoted(folder, target, changeBy(kScreen), extract)) && pathExists(target); });
+    if (extracted)
         tick(kSkipListBox, false);
     else
         warn("Error decompressing default skiplist");
@@ -202,7 +216,7 @@ void NetworkSetup::copyDatabase() {
     const auto total = static_cast<std::int64_t>(names.size());
     std::int64_t number = 0;
     Result<void> trapped;
-    NotedStep noted(paths.sharedSettings, changeBy("Set up Network"));
+    NotedStep noted(paths.sharedSettings, changeBy(kScreen));
     for (const auto& name : names) {
         state.progress = "Copying file " + plainNumber(++number) + " of " + plainNumber(total);
         host_.showState();
@@ -214,7 +228,8 @@ void NetworkSetup::copyDatabase() {
             trapped = copied;
         surroundings_.loop.turn();
     }
-    passOver(beside([&noted] { return noted.finish(); }), "a full share costs the note");
+    if (auto lost = beside([&noted] { return noted.finish(); }))
+        lost_ = std::move(lost);
     tick(kMainDatabaseBox, false);
     if (!trapped)
         surroundings_.dialogs.tell(kProgramTitle, fmt::format("{} {}", trapped.error().number(), trapped.error().text));

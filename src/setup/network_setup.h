@@ -9,6 +9,7 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/lost_note.h"
 #include "app/screen_host.h"
 #include "app/surroundings.h"
 #include "platform/result.h"
@@ -67,6 +68,7 @@ private:
     void copySingle(NetworkBoxIndex index);
     [[nodiscard]] bool mayReplace(const NativePath& target, const std::string& name);
     [[nodiscard]] Result<void> copyOver(const NativePath& source, const NativePath& target);
+    [[nodiscard]] Result<void> took(const Result<LostNote>& noted);
     void tick(NetworkBoxIndex index, bool ticked, bool enabled = true);
     void warn(const std::string& text) { surroundings_.dialogs.warn("Error", text); }
 
@@ -74,6 +76,7 @@ private:
     const Surroundings& surroundings_;
     ScreenHost& host_;
     KeptFiles kept_;
+    LostNote lost_;  // why something is missing in the history of the share
 };
 
 }  // namespace quillon

@@ -17,12 +17,6 @@ std::string counted(std::size_t number) {
     return grouped(static_cast<std::int64_t>(number));
 }
 
-DatabaseChange changeFor(const std::string& job) {
-    DatabaseChange change = changeByJob();
-    change.job = job;
-    return change;
-}
-
 class Refresh {
 public:
     Refresh(const Paths& paths, KeptFiles& kept, const std::vector<std::string>& names, const std::string& job)
@@ -31,7 +25,7 @@ public:
           chosen_(paths.sharedDatabase, names),
           local_(paths.localDatabase),
           probe_(paths.localDatabase),
-          noted_(paths.localSettings, changeFor(job)) {}
+          noted_(paths.localSettings, changeByJob(job)) {}
     Refresh(const Refresh&) = delete;
     Refresh& operator=(const Refresh&) = delete;
 
@@ -97,7 +91,7 @@ OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host) {
 OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths, KeptFiles& kept,
                              const std::string& job) {
     OrphanCounts counts;
-    NotedStep noted(paths.localSettings, changeFor(job));
+    NotedStep noted(paths.localSettings, changeByJob(job));
     for (const auto& name : orphans.names) {
         const NativePath file = paths.localDatabase / name;
         if (!pathExists(file))
@@ -142,12 +136,12 @@ std::string emptyShareText(const OrphanTermFiles& orphans, const Paths& paths) {
            " term files of this computer are about to move to Kept. Is the share mounted?";
 }
 
-Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job) {
+Result<LostNote> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job) {
     const NativePath shared = fileIn(paths.sharedSettings, kCommonHeadersFileName);
     if (paths.sharedSettings.empty() || paths.localSettings.empty() || !pathExists(shared))
-        return {};
+        return LostNote();
     return copyNoted(shared, fileIn(paths.localSettings, kCommonHeadersFileName), kept, paths.localSettings,
-                     changeFor(job));
+                     changeByJob(job));
 }
 
 }  // namespace quillon

@@ -9,12 +9,12 @@
 // A folder that cannot be reached counts as empty, whatever the reason: nothing here tests the share.
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/lost_note.h"
 #include "app/progress_host.h"
 #include "setup/database_folder.h"
 
@@ -33,9 +33,9 @@ struct OrphanTermFiles {
 [[nodiscard]] OrphanTermFiles findOrphanTermFiles(const Paths& paths, ProgressHost& host);
 
 struct OrphanCounts {
-    std::size_t removed = 0;                 ///< moved away under Kept
-    std::size_t failed = 0;                  ///< could not be kept and so stand where they were
-    std::optional<FileError> lostNote = {};  ///< why the history took no note of it
+    std::size_t removed = 0;  ///< moved away under Kept
+    std::size_t failed = 0;   ///< could not be kept and so stand where they were
+    LostNote lostNote = {};   ///< why the history took no note of it
 };
 
 /// Moves these local term files under Kept; one that is gone meanwhile is passed over. `job`: the ID that stands in the
@@ -44,11 +44,11 @@ OrphanCounts moveOrphansAway(const OrphanTermFiles& orphans, const Paths& paths,
                              const std::string& job = {});
 
 struct RefreshCounts {
-    std::size_t copied = 0;                  ///< the time differed, or there was no local file
-    std::size_t unchanged = 0;               ///< the time was the same
-    std::size_t missing = 0;                 ///< names that the shared folder does not have, or not any more
-    std::size_t failed = 0;                  ///< could not be read, kept or written; the local file is as it was
-    std::optional<FileError> lostNote = {};  ///< why the history took no note of it
+    std::size_t copied = 0;     ///< the time differed, or there was no local file
+    std::size_t unchanged = 0;  ///< the time was the same
+    std::size_t missing = 0;    ///< names that the shared folder does not have, or not any more
+    std::size_t failed = 0;     ///< could not be read, kept or written; the local file is as it was
+    LostNote lostNote = {};     ///< why the history took no note of it
 };
 
 /// Goes through `names` (as `databaseFiles` gave them for the folder that is in use) and copies every shared file
@@ -77,6 +77,6 @@ struct RefreshSummary {
 
 /// Copies the shared CommonHeaders.dat over the local one when there is one; without one nothing is done. Kept: sharing
 /// need not be on, a stored shared path is enough (test CommonHeadersAreFetchedWithSharingOff).
-[[nodiscard]] Result<void> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job = {});
+[[nodiscard]] Result<LostNote> fetchCommonHeaders(const Paths& paths, KeptFiles& kept, const std::string& job = {});
 
 }  // namespace quillon

@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
-#include "app/database_history.h"
 #include "app/folder_structure.h"
+#include "app/history_dialogs.h"
 #include "app/kept_files.h"
 #include "app/run_beside.h"
 #include "archive/zip_reader.h"
@@ -131,18 +131,21 @@ bool SetupWizard::extractLocally() {
 }
 
 Result<void> SetupWizard::extractTo(const NativePath& folder) {
-    return besideWithBar([archive = installation_.defaultDatabasePath(), folder](
-                             KeptFiles& kept, const std::function<void(double)>& progress) -> Result<void> {
+    LostNote lost;
+    auto done = besideWithBar([&lost, archive = installation_.defaultDatabasePath(), folder](
+                                  KeptFiles& kept, const std::function<void(double)>& progress) -> Result<void> {
         ExtractOptions options;
         options.kept = &kept;
         options.progress = progress;
         NotedDatabase noted(folder / "Settings", changeBy("Setup Wizard"));
         const auto extracted = extractArchive(archive, folder, options);
-        noted.finish();
+        lost = noted.finish();
         if (!extracted)
             return failure(extracted.error());
         return {};
     });
+    warnOfLostNote(surroundings_.dialogs, lost);
+    return done;
 }
 
 void SetupWizard::nextSharedPath() {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/history_dialogs.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "testing/record_merge.h"
@@ -46,22 +47,24 @@ struct Step {
 
 class Undo {
 public:
-    Undo(const Installation& installation, KeptFiles& kept, HistoryRoot root, const char* screen)
-        : paths_(installation.paths()), kept_(kept), root_(root), screen_(screen) {}
+    Undo(const Installation& installation, KeptFiles& kept, HistoryRoot root, const char* screen, const TakeTurn& take)
+        : paths_(installation.paths()), kept_(kept), root_(root), screen_(screen), take_(take) {}
 
-    Result<void> run(const std::string& id) {
+    Result<LostNote> run(const std::string& id) {
         const NativePath settings = settingsFolderOf(paths_, root_);
         const auto change = settings.empty() ? std::nullopt : findChange(settings, id);
         if (!change)
             return failure(ErrorKind::NotFound, "There is no change " + id + " in the history");
-        DatabaseTurn turn(settings);
+        auto turn = take_(settings);
+        if (!turn)
+            return failure(turnNotWaitedFor());
         const auto steps = plan(*change, settings.parent_path());
         if (!steps)
             return failure(steps.error());
-        auto done = makeAll(turn, *steps, id);
+        const auto done = makeAll(*turn, *steps, id);
         if (done && root_ == HistoryRoot::Shared)
             passOver(followLocally(*steps, id), "the next job fetches it");
-        return done;
+        return done.map([&turn] { return turn->problem(); });
     }
 
 private:
@@ -119,20 +122,25 @@ private:
             if (bytesNow(path) == step.change.before)
                 local.push_back({path, step.change});
         }
-        DatabaseTurn turn(settings);
-        return makeAll(turn, local, id);
+        auto turn = take_(settings);
+        return turn ? makeAll(*turn, local, id) : Result<void>(failure(turnNotWaitedFor()));
     }
 
     const Paths& paths_;
     KeptFiles& kept_;
     HistoryRoot root_;
     const char* screen_;
+    const TakeTurn& take_;
 };
 
 }  // namespace
 
 NativePath settingsFolderOf(const Paths& paths, HistoryRoot root) {
     return root == HistoryRoot::Shared ? paths.sharedSettings : paths.localSettings;
+}
+
+std::optional<DatabaseTurn> waitWithoutAWord(const NativePath& settings) {
+    return DatabaseTurn(settings);
 }
 
 HistoryRoot rootInUse(const Paths& paths) {
@@ -151,9 +159,9 @@ TakenBack takeBack(std::string_view file, const std::optional<std::string>& befo
     return {bytesOf(merged.records), !merged.conflicts.empty()};
 }
 
-Result<void> undoChange(const Installation& installation, KeptFiles& kept, HistoryRoot root, const std::string& id,
-                        const char* screen) {
-    return Undo(installation, kept, root, screen).run(id);
+Result<LostNote> undoChange(const Installation& installation, KeptFiles& kept, HistoryRoot root, const std::string& id,
+                            const char* screen, const TakeTurn& take) {
+    return Undo(installation, kept, root, screen, take).run(id);
 }
 
 }  // namespace quillon

@@ -3,6 +3,7 @@
 
 // Taking back a change that stands in the history of a database, as a new change. docs/formats/history.md.
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,11 +33,17 @@ struct TakenBack {
 [[nodiscard]] TakenBack takeBack(std::string_view file, const std::optional<std::string>& before,
                                  const std::optional<std::string>& after, const std::optional<std::string>& now);
 
+/// How a turn at a root is waited for, whose settings folder this is; none when it was not waited for.
+using TakeTurn = std::function<std::optional<DatabaseTurn>(const NativePath& settings)>;
+[[nodiscard]] std::optional<DatabaseTurn> waitWithoutAWord(const NativePath& settings);
+
 /// Takes a change back, in a turn of its own, and notes it as a change by `screen`. A file that is to be no more goes
 /// under Kept. A local copy that was like the shared one before it is like it afterwards. NotFound: there is no such
 /// note; PathAccess: the same records were changed again since, so that a later change has to be taken back first.
-/// Nothing is written then. A change that stands no more is a success.
-[[nodiscard]] Result<void> undoChange(const Installation& installation, KeptFiles& kept, HistoryRoot root,
-                                      const std::string& id, const char* screen);
+/// Nothing is written then, and neither when `take` gives no turn. A change that stands no more is a success. Gives why
+/// it could not be noted, if so.
+[[nodiscard]] Result<LostNote> undoChange(const Installation& installation, KeptFiles& kept, HistoryRoot root,
+                                          const std::string& id, const char* screen,
+                                          const TakeTurn& take = waitWithoutAWord);
 
 }  // namespace quillon

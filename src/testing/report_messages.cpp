@@ -2,6 +2,7 @@
 #include "testing/report_messages.h"
 
 #include "platform/folders.h"
+#include "testing/messages_for.h"
 #include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
@@ -46,26 +47,31 @@ std::optional<Grade> gradeOfResult(std::u16string_view result, const ReportMessa
     return std::nullopt;
 }
 
-void loadReportMessages(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages) {
+LostNote loadMessagesFor(const DatabaseChange& who, const Installation& installation, Dialogs& dialogs, KeptFiles& kept,
+                         ReportMessages& messages) {
     const Paths& paths = installation.paths();
     const NativePath local = fileIn(paths.localSettings, kErrorsFileName);
-    Result<void> shared;
+    Result<LostNote> shared;
     if (paths.useSharedDb) {
         const NativePath onShare = fileIn(paths.sharedSettings, kErrorsFileName);
         const bool shareHasIt = pathExists(onShare);
         if (!shareHasIt && !pathExists(local)) {
             dialogs.tell("Error", kNowhere, BoxStyle::Critical);
-            return;
+            return std::nullopt;
         }
         if (shareHasIt)
-            shared = copyNoted(onShare, local, kept, paths.localSettings, changeByJob());
+            shared = copyNoted(onShare, local, kept, paths.localSettings, who);
         // A shared copy that was just taken holds the same bytes already; only a missing one has to be written.
         if (shared && !shareHasIt)
-            shared =
-                changeNoted(paths.sharedSettings, onShare, changeByJob(), [&] { return copyDataFile(local, onShare); });
+            shared = changeNoted(paths.sharedSettings, onShare, who, [&] { return copyDataFile(local, onShare); });
     }
-    auto loaded = shared.and_then([&local] { return readMessages(local); });
+    auto loaded = shared.and_then([&local](const LostNote&) { return readMessages(local); });
     messages = loaded ? std::move(*loaded) : ReportMessages::fallback();
+    return shared ? *shared : std::nullopt;
+}
+
+void loadReportMessages(const Installation& installation, Dialogs& dialogs, KeptFiles& kept, ReportMessages& messages) {
+    passOver(loadMessagesFor(changeByJob(), installation, dialogs, kept, messages), "a note that is lost stops nobody");
 }
 
 }  // namespace quillon

@@ -136,13 +136,12 @@ const SectorMarker* SectorMarkers::find(std::string_view sector) const {
     return found == markers_.end() ? nullptr : &*found;
 }
 
-Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job) {
+Result<LostNote> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job) {
     const NativePath shared = fileIn(paths.sharedSettings, kBadSectorsFileName);
     if (!paths.useSharedDb || !pathExists(shared))
-        return {};
-    DatabaseChange change = changeByJob();
-    change.job = job;
-    return copyNoted(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept, paths.localSettings, change);
+        return LostNote();
+    return copyNoted(shared, fileIn(paths.localSettings, kBadSectorsFileName), kept, paths.localSettings,
+                     changeByJob(job));
 }
 
 Result<SectorMarkers> loadSectorMarkers(const Paths& paths) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/kept_files.h"
+#include "app/lost_note.h"
 #include "app/rule_list_names.h"
 
 namespace quillon {
@@ -70,7 +71,7 @@ private:
 
 /// With sharing on, puts the shared list over the local one when there is one. After a failure the local one serves.
 /// `job`: the ID that the note of it names.
-[[nodiscard]] Result<void> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job = {});
+[[nodiscard]] Result<LostNote> fetchSectorMarkers(const Paths& paths, KeptFiles& kept, const std::string& job = {});
 
 /// Reads the local list; without one the published markers. A failure: it cannot be read.
 [[nodiscard]] Result<SectorMarkers> loadSectorMarkers(const Paths& paths);

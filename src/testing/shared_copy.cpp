@@ -23,12 +23,12 @@ Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, 
     return saveDataFile(target, *theirs);
 }
 
-Result<void> copyNoted(const NativePath& source, const NativePath& target, KeptFiles& kept, const NativePath& settings,
-                       DatabaseChange who) {
+Result<LostNote> copyNoted(const NativePath& source, const NativePath& target, KeptFiles& kept,
+                           const NativePath& settings, DatabaseChange who) {
     NotedStep step(settings, std::move(who));
     auto copied = step.change(target, [&] { return copyKeepingOld(source, target, kept); });
-    passOver(step.finish(), "a full disk costs the note");
-    return copied;
+    auto lost = step.finish();
+    return copied.map([&lost] { return std::move(lost); });
 }
 
 }  // namespace quillon

@@ -11,8 +11,9 @@ namespace quillon {
 /// when they differ; equal bytes are left alone but for their time. A copy over a file that cannot be kept is not made.
 [[nodiscard]] Result<void> copyKeepingOld(const NativePath& source, const NativePath& target, KeptFiles& kept);
 
-/// The same, noted in the history of the target's root, whose settings folder this is, as a change by `who`.
-[[nodiscard]] Result<void> copyNoted(const NativePath& source, const NativePath& target, KeptFiles& kept,
-                                     const NativePath& settings, DatabaseChange who);
+/// The same, noted in the history of the target's root, whose settings folder this is, as a change by `who`. Without
+/// room for the note the copy is made all the same.
+[[nodiscard]] Result<LostNote> copyNoted(const NativePath& source, const NativePath& target, KeptFiles& kept,
+                                         const NativePath& settings, DatabaseChange who);
 
 }  // namespace quillon

@@ -96,11 +96,12 @@ bool SkipList::matches(std::u16string_view listPath) const {
                        [path](const Clue& clue) { return path.find(clue.text) != path.npos && fits(clue, path); });
 }
 
-Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept) {
+Result<LostNote> fetchSkipList(const Paths& paths, KeptFiles& kept, const std::string& job) {
     const NativePath shared = fileIn(paths.sharedSettings, kSkipListFileName);
     if (!paths.useSharedDb || !pathExists(shared))
-        return {};
-    return copyNoted(shared, fileIn(paths.localSettings, kSkipListFileName), kept, paths.localSettings, changeByJob());
+        return LostNote();
+    return copyNoted(shared, fileIn(paths.localSettings, kSkipListFileName), kept, paths.localSettings,
+                     changeByJob(job));
 }
 
 SkipListState loadSkipList(const Installation& installation, bool wanted, SkipList& list) {

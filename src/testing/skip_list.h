@@ -12,6 +12,7 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "app/lost_note.h"
 #include "text/wildcard.h"
 
 namespace quillon {
@@ -52,8 +53,9 @@ private:
 /// What `loadSkipList` found, besides the list itself.
 enum class SkipListState { Available, Missing, Unreadable };
 
-/// With sharing on, puts the shared file over the local one when there is one. After a failure the local file serves.
-[[nodiscard]] Result<void> fetchSkipList(const Paths& paths, KeptFiles& kept);
+/// With sharing on, puts the shared file over the local one when there is one, for the job of this ID. After a failure
+/// the local file serves.
+[[nodiscard]] Result<LostNote> fetchSkipList(const Paths& paths, KeptFiles& kept, const std::string& job = {});
 
 /// Loads the list for a job, behind `fetchSkipList`. When sharing is on and neither file is there, the answer is
 /// Missing and the caller clears and disables `chkUseSkip`. The local file is read when `wanted` (`chkUseSkip` is

@@ -12,8 +12,9 @@
 #include <QToolButton>
 
 #include "app/version.h"
+#include "job/lost_note_log.h"
 #include "platform/folders.h"
-#include "testing/report_messages.h"
+#include "testing/messages_for.h"
 #include "ui/help_window.h"
 #include "widgets/grid.h"
 #include "widgets/qt_text.h"
@@ -72,7 +73,8 @@ void frmMain::reloadForm() {
     loadSettings();
     if (!setup_.useDefaults)
         setup_.defaultsTicked(true);
-    loadReportMessages(context_.installation, context_.surroundings.dialogs, context_.kept, job_.messages);
+    logLostNote(job_.passContext(), loadMessagesFor(changeByJob(), context_.installation, context_.surroundings.dialogs,
+                                                    context_.kept, job_.messages));
     loaded_ = true;
     showState();
     show();

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
-#include "app/database_history.h"
 #include "app/file_list.h"
+#include "app/history_dialogs.h"
 #include "job/job.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
@@ -216,9 +216,15 @@ void ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term
     DatabaseChange change;
     change.screen = "File List Viewer";
     change.job = job_.context.state.options.jobId;
-    passOver(changeNoted(settings, fileIn(settings, kSkipListFileName), std::move(change),
-                         [&] { return appendRuleLine(settings, kSkipListFileName, term); }),
-             "the design has no answer to a skip list that cannot be written; a share may be away");
+    auto turn = waitForTurn(job_.surroundings.dialogs, settings);
+    if (!turn) {
+        state.status = "Not added to the skip list : " + turnNotWaitedFor().text;
+        return;
+    }
+    const auto changed = changeNoted(*turn, fileIn(settings, kSkipListFileName), std::move(change),
+                                     [&] { return appendRuleLine(settings, kSkipListFileName, term); });
+    if (changed)  // the design has no answer to a skip list that cannot be written; a share may be away
+        warnOfLostNote(job_.surroundings.dialogs, *changed);
 }
 
 std::optional<EditorHandover> ListViewer::openEditor() {

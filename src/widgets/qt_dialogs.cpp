@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include "platform/folders.h"
+#include "widgets/patient_wait_box.h"
 #include "widgets/qt_text.h"
 
 namespace quillon {
@@ -153,6 +154,11 @@ std::vector<NativePath> QtDialogs::pickFiles(const FilePick& pick) {
     if (picker.exec() == QDialog::Accepted)
         for (const QString& file : picker.selectedFiles()) files.push_back(fromQtPath(file));
     return files;
+}
+
+bool QtDialogs::waitFor(const PatientWait& wait) {
+    refresh_();
+    return PatientWaitBox(wait, front()).exec() == QDialog::Accepted;
 }
 
 }  // namespace quillon

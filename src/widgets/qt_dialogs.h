@@ -8,10 +8,11 @@
 #include <utility>
 
 #include "app/dialogs.h"
+#include "app/patient_wait.h"
 
 namespace quillon {
 
-class QtDialogs final : public Dialogs {
+class QtDialogs final : public Dialogs, public PatientDialogs {
 public:
     /// `refresh` runs ahead of each dialog, so that the windows behind it show what it asks about.
     explicit QtDialogs(std::function<void()> refresh = [] {}) : refresh_(std::move(refresh)) {}
@@ -21,6 +22,7 @@ public:
                                      const std::string& initial) override;
     std::optional<NativePath> pickFolder(const std::string& title, const NativePath& start) override;
     std::vector<NativePath> pickFiles(const FilePick& pick) override;
+    bool waitFor(const PatientWait& wait) override;
 
 private:
     std::function<void()> refresh_;

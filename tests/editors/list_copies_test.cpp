@@ -3,6 +3,7 @@
 #include "editors/list_copies.h"
 
 #include <functional>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -12,6 +13,8 @@
 #include "editors/manual_update.h"
 #include "editors/report_messages_editor.h"
 #include "editors/skip_list_editor.h"
+#include "platform/folders.h"
+#include "support/waiting_dialogs.h"
 
 namespace quillon::test {
 namespace {
@@ -199,6 +202,82 @@ TEST_F(LostUpdateTest, EveryChangeIsNotedOnceInTheHistoryOfItsRoot) {
         EXPECT_EQ(notes.front().files,
                   (std::vector<FileChange>{{"Database/qlx.dat", "1,AAA,T\r\n", "1,AAA,T\r\n1,OURS,T\r\n"}}));
     }
+}
+
+// Another computer has its turn at the share.
+class HeldShareTest : public LostUpdateTest {
+protected:
+    HeldShareTest() {
+        std::filesystem::create_directories(theirs_);
+        dialogs_.onWait = [this](const PatientWait& wait) {
+            EXPECT_EQ(wait.text().find("Waiting for LAB7, "), 0U) << wait.text();
+            ++waits_;
+            return false;
+        };
+    }
+    void expectNothingSaved() {
+        expectWarning("Extension Editor",
+                      "Nothing was saved, as another computer was not waited for. What was entered stays here until it "
+                      "is saved, or this screen is closed.");
+    }
+    void openHeld() {
+        openShared("1,AAA,T\r\n");
+        waiting_.load(handover);
+    }
+    void addOurs() {
+        waiting_.state.position = "1";
+        waiting_.state.term = "OURS";
+        waiting_.state.type = kTextType;
+        waiting_.addOrUpdate();
+    }
+    // What another thread still does in these folders ends first.
+    void TearDown() override {
+        while (listEntries(history_)->size() > 1) std::this_thread::yield();
+    }
+
+    const NativePath history_ = folders.folder / "share/Settings/History";
+    const NativePath theirs_ = history_ / "lock/owner.quillon-save-LAB7-4711-19a3b-0";
+    WaitingDialogs dialogs_{folders.dialogs};
+    ExtensionEditor waiting_{folders.installation, dialogs_, folders.kept, job.messages, host, [] {}};
+    int waits_ = 0;
+};
+
+TEST_F(HeldShareTest, WhoDoesNotWaitWritesNothingAndLosesNothing) {
+    openHeld();
+    addOurs();
+    expectNothingSaved();
+    EXPECT_FALSE(waiting_.save());
+    EXPECT_EQ(waits_, 1);
+    expectBoth("1,AAA,T\r\n");
+    EXPECT_EQ(termFileBytes(waiting_.state.rows), "1,AAA,T\r\n1,OURS,T\r\n");
+    EXPECT_FALSE(folders.has("local/Settings/History/lock")) << "nobody waits for us meanwhile";
+    std::filesystem::rename(history_ / "lock", folders.folder / "given back");
+    EXPECT_TRUE(waiting_.save());
+    EXPECT_EQ(waits_, 1);
+    expectBoth("1,AAA,T\r\n1,OURS,T\r\n");
+}
+
+TEST_F(HeldShareTest, WhoWaitsSavesAsAlways) {
+    openHeld();
+    addOurs();
+    dialogs_.onWait = [&](const PatientWait& wait) {
+        theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
+        std::filesystem::rename(history_ / "lock", folders.folder / "given back");
+        while (!wait.isOver(std::chrono::milliseconds(100))) {
+        }
+        return true;
+    };
+    EXPECT_TRUE(waiting_.save());
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
+}
+
+TEST_F(HeldShareTest, AFileIsNotTakenAwayWithoutWaiting) {
+    openHeld();
+    waiting_.selectRow(0);
+    expectQuestion("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes);
+    expectNothingSaved();
+    waiting_.deleteRow();
+    expectBoth("1,AAA,T\r\n");
 }
 
 struct ListCase {

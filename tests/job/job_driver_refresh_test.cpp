@@ -77,6 +77,18 @@ TEST_F(SharedDriverTest, WhatTheRefreshDidIsOneRow) {
     EXPECT_EQ(logTexts().at(1), "Starting Folder tests ") << "nothing has changed, and nothing is told";
 }
 
+TEST_F(SharedDriverTest, WhatCouldNotBeNotedIsToldOnce) {
+    folder.write("local/Settings/History", "a file in the way");
+    folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+    for (const char* name : {"CommonHeaders.dat", "BadSectors.dat"})
+        folder.write(std::string("share/Settings/") + name, "0,PK,T,Zip\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    const std::string told =
+        "Not noted in the history of the database : " + (folder / "local/Settings/History").native() + ": File exists";
+    const auto texts = logTexts();
+    EXPECT_EQ(std::ranges::count(texts, told), 1) << texts.front();
+}
+
 TEST_F(SharedDriverTest, FilesThatCannotBeFetchedAreCountedInOrange) {
     const auto shared = folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
     ASSERT_TRUE(setModificationTime(shared, {1'000'000'000, 0}));

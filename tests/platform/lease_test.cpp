@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/folders.h"
+#include "platform/temporary_name.h"
 #include "platform/whole_file.h"
 #include "support/failing_files.h"
 #include "support/temp_folder.h"
@@ -116,6 +117,50 @@ TEST_F(LeaseTest, AFolderThatTakesNoFilesIsAFailureAtOnce) {
     EXPECT_FALSE(take());
     EXPECT_TRUE(entries().empty());
     EXPECT_LE(disk.waits(), 2);
+}
+
+// A share does not let go of a folder while somebody looks at it.
+TEST_F(LeaseTest, ALockThatIsLookedAtIsGivenBackAllTheSame) {
+    test::FailingFiles disk;
+    {
+        const auto mine = take();
+        ASSERT_TRUE(mine);
+        disk.failAt(1, {.number = EBUSY}, "rename");
+    }
+    EXPECT_TRUE(disk.met());
+    EXPECT_TRUE(entries().empty());
+}
+
+TEST_F(LeaseTest, ALockThatWasTakenInSpiteOfWhatTheShareSaysIsOurs) {
+    test::FailingFiles disk;
+    disk.ahead("rename", [this] {
+        for (const auto& name : entries()) {
+            if (isTemporaryName(name))
+                std::filesystem::rename(temp / name, temp / "lock");
+        }
+    });
+    const auto mine = take(kNever);
+    ASSERT_TRUE(mine);
+    EXPECT_TRUE(mine->isHeld());
+}
+
+TEST_F(LeaseTest, AWaitTellsWhoHasTheLockAndEndsWhenItIsLeft) {
+    std::filesystem::create_directories(temp / "lock/owner.quillon-save-LAB7-4711-19a3b-0");
+    LeaseWatch watch;
+    EXPECT_EQ(watch.owner(), "");
+    watch.leave();
+    EXPECT_FALSE(Lease::take(temp.path(), {milliseconds(60'000), milliseconds(60'000)}, &watch));
+    EXPECT_EQ(watch.owner(), "LAB7");
+    EXPECT_EQ(entries(), std::vector<std::string>{"lock"}) << "nothing of ours is left";
+    std::filesystem::remove_all(temp / "lock");
+    EXPECT_TRUE(Lease::take(temp.path(), kNever, &watch)) << "one that is free is taken all the same";
+}
+
+TEST(TemporaryName, TellsTheComputerThatMadeIt) {
+    EXPECT_EQ(ownTemporaryPrefix(), ".quillon-save-" + computerOfTemporary(temporaryName()) + "-");
+    EXPECT_EQ(computerOfTemporary(".quillon-save-LAB-7-4711-19a3b-0"), "LAB-7");
+    for (const char* none : {"", "-", "---", "lock", "LAB7-4711-19a3b-0"})
+        EXPECT_EQ(computerOfTemporary(none), "") << none;
 }
 
 TEST_F(LeaseTest, OneAtATimeOfMany) {

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/database_history.h"
 #include "archive/zip_bytes.h"
 #include "platform/folders.h"
 #include "setup/database_folder.h"
@@ -235,6 +236,25 @@ TEST_F(NetworkSetupTest, TheSkipListComesFromTheArchiveWhenThereIsNoLocalOne) {
     EXPECT_FALSE(exists("share/Database/jpg.dat"));
     EXPECT_FALSE(ticked(kSkipListBox));
     EXPECT_TRUE(setup.state.boxes[kSkipListBox].enabled);
+    const auto notes = readHistory(folder / "share/Settings", 10);
+    ASSERT_EQ(notes.size(), 1U);
+    EXPECT_EQ(notes.front().screen, "Set up Network");
+    EXPECT_THAT(notes.front().files,
+                ElementsAre(FileChange{"Settings/SkipList.dat", std::nullopt, "from the archive"}));
+}
+
+TEST_F(NetworkSetupTest, WhatCouldNotBeNotedIsToldOnceBehindTheCopies) {
+    folder.write("share/Settings/History", "a file in the way");
+    folder.write("local/Database/jpg.dat", "1");
+    folder.write("local/Settings/CommonHeaders.dat", "3");
+    setup.state.boxes[kMainDatabaseBox].ticked = true;
+    fake.dialogs.expectBox("Database History",
+                           "What was changed is saved, but not noted in the history of the database : " +
+                               (folder / "share/Settings/History").native() + ": File exists",
+                           BoxAnswer::Ok, BoxStyle::Warning);
+    copyOnly(kCommonHeadersBox);
+    EXPECT_EQ(folder.read("share/Database/jpg.dat"), "1");
+    EXPECT_EQ(folder.read("share/Settings/CommonHeaders.dat"), "3");
 }
 
 TEST_F(NetworkSetupTest, AHostileArchiveIsAnErrorDecompressing) {

@@ -8,7 +8,7 @@
 #include "platform/whole_file.h"
 #include "setup/setup_folders.h"
 #include "setup/shared_database.h"
-#include "testing/report_messages.h"
+#include "testing/messages_for.h"
 #include "testing/sector_markers.h"
 #include "testing/skip_list.h"
 
@@ -54,13 +54,18 @@ TEST_F(NotedStepsTest, TheNotesOfARefreshNameItsJob) {
     folder.write("share/Database/jpg.dat", "1,new,T\r\n");
     folder.write("share/Settings/CommonHeaders.dat", "new\r\n");
     folder.write("share/Settings/BadSectors.dat", "new\r\n");
+    folder.write("share/Settings/SkipList.dat", "new\r\n");
+    folder.write("share/Settings/Errors.dat", "new\r\n");
     folder.write("local/Database/old.dat", "1,old,T\r\n");
     const Paths& paths = installation.paths();
     EXPECT_FALSE(moveOrphansAway(findOrphanTermFiles(paths, progress), paths, kept, "4711").lostNote);
     EXPECT_FALSE(copyChangedTermFiles(databaseFiles(paths.sharedDatabase), paths, kept, progress, "4711").lostNote);
     ASSERT_TRUE(fetchCommonHeaders(paths, kept, "4711"));
     ASSERT_TRUE(fetchSectorMarkers(paths, kept, "4711"));
-    ASSERT_EQ(notes().size(), 4U);
+    ASSERT_TRUE(fetchSkipList(paths, kept, "4711"));
+    ReportMessages messages;
+    EXPECT_FALSE(loadMessagesFor(changeByJob("4711"), installation, fake.dialogs, kept, messages));
+    ASSERT_EQ(notes().size(), 6U);
     for (const auto& note : notes()) EXPECT_EQ(note.job, "4711") << note.files.front().file;
 }
 
@@ -75,6 +80,26 @@ TEST_F(NotedStepsTest, ARefreshWithoutRoomForItsNoteIsDoneAndTellsSo) {
     const auto fetched = copyChangedTermFiles(databaseFiles(paths.sharedDatabase), paths, kept, progress);
     EXPECT_EQ(fetched.copied, 1U);
     EXPECT_TRUE(fetched.lostNote);
+}
+
+TEST_F(NotedStepsTest, ARuleListWithoutRoomForItsNoteIsFetchedAndTellsSo) {
+    folder.write("local/Settings/History", "a file in the way");
+    for (const char* name : {"CommonHeaders.dat", "SkipList.dat", "BadSectors.dat", "Errors.dat"})
+        folder.write(std::string("share/Settings/") + name, "new\r\n");
+    const Paths& paths = installation.paths();
+    const std::string why = (paths.localSettings / "History").native() + ": File exists";
+    for (const auto& fetched :
+         {fetchCommonHeaders(paths, kept), fetchSkipList(paths, kept), fetchSectorMarkers(paths, kept)}) {
+        ASSERT_TRUE(fetched);
+        ASSERT_TRUE(*fetched);
+        EXPECT_EQ((*fetched)->text, why);
+    }
+    ReportMessages messages;
+    const auto lost = loadMessagesFor(changeByJob(), installation, fake.dialogs, kept, messages);
+    ASSERT_TRUE(lost);
+    EXPECT_EQ(lost->text, why);
+    for (const char* name : {"CommonHeaders.dat", "SkipList.dat", "BadSectors.dat", "Errors.dat"})
+        EXPECT_EQ(folder.read(std::string("local/Settings/") + name), "new\r\n");
 }
 
 TEST_F(NotedStepsTest, RuleListsThatAJobFetchesAreNoted) {

@@ -29,7 +29,7 @@ protected:
         }));
         return readHistory(settings(), 1).front().id;
     }
-    [[nodiscard]] Result<void> undo(const std::string& id) {
+    [[nodiscard]] Result<LostNote> undo(const std::string& id) {
         return undoChange(folders.installation, folders.kept, HistoryRoot::Local, id, "Test");
     }
 

@@ -44,6 +44,8 @@ private slots:
     void aFolderPickerGivesTheFolder();
     void aFilePickerHasFiltersSuffixAndFolder();
     void theScreensBehindAreBroughtUpToDateFirst();
+    void aWaitEndsByItself();
+    void aWaitIsLeftByItsButtonOrByEscapeAndNotByTyping();
     void onEveryQuestionOfOverwritingNoIsTheDefaultButton();
 };
 
@@ -152,6 +154,44 @@ void QtDialogsTest::aFilePickerHasFiltersSuffixAndFolder() {
         QMetaObject::invokeMethod(&picker, "accept");
     });
     QCOMPARE(QtDialogs().pickFiles(pick), std::vector<NativePath>{wanted});
+}
+
+void QtDialogsTest::aWaitEndsByItself() {
+    bool over = false;
+    std::string owner = "LAB7";
+    onDialog<QDialog>([&](QDialog& box) {
+        QCOMPARE(box.objectName(), QStringLiteral("patientWait"));
+        QCOMPARE(box.windowTitle(), QStringLiteral("T"));
+        QCOMPARE(box.windowModality(), Qt::ApplicationModal);
+        auto* text = box.findChild<QLabel*>(QStringLiteral("patientWaitText"));
+        QCOMPARE(text->text(), QStringLiteral("<b>LAB7"));
+        QCOMPARE(text->textFormat(), Qt::PlainText);
+        owner = "LAB8";
+        QTRY_COMPARE(text->text(), QStringLiteral("<b>LAB8"));
+        over = true;
+    });
+    QVERIFY(QtDialogs().waitFor({"T", [&] { return "<b>" + owner; }, "Do not wait",
+                                 [&](std::chrono::milliseconds pause) {
+                                     // The screen's thread stands still for nobody.
+                                     return pause == std::chrono::milliseconds(0) && over;
+                                 }}));
+}
+
+void QtDialogsTest::aWaitIsLeftByItsButtonOrByEscapeAndNotByTyping() {
+    const PatientWait wait{"T", [] { return std::string("x"); }, "Do not wait",
+                           [](std::chrono::milliseconds) { return false; }};
+    onDialog<QDialog>([](QDialog& box) {
+        for (const auto key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_A}) {
+            QTest::keyClick(&box, key);
+            QVERIFY(box.isVisible());
+        }
+        auto* leave = box.findChild<QPushButton*>(QStringLiteral("leaveWait"));
+        QCOMPARE(leave->text(), QStringLiteral("Do not wait"));
+        leave->click();
+    });
+    QVERIFY(!QtDialogs().waitFor(wait));
+    onDialog<QDialog>([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    QVERIFY(!QtDialogs().waitFor(wait));
 }
 
 void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {

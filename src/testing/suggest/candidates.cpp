@@ -17,7 +17,7 @@ constexpr std::size_t kShortestRun = 2;
 constexpr std::size_t kShortestWord = 4;
 constexpr std::size_t kMostWords = 12;
 // What is not known of other files counts like so many of them.
-constexpr double kImagined = 100;
+constexpr double kImagined = 40;
 constexpr double kAnywhereKept = 0.8;
 constexpr double kElementKept = 0.9;
 constexpr double kAlone = 0.5;

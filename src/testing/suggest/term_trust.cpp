@@ -25,10 +25,10 @@ constexpr bool isPrintable(char c) {
 constexpr double kLetterPrice = 0.002;
 constexpr double kLateLetterPrice = 0.02;  // behind the fourth: a second mark may have begun
 constexpr double kWordPrice = 0.01;
-constexpr double kSignPrice = 0.012;
-constexpr double kLineEndPrice = 0.02;
-constexpr double kDigitPrice = 0.05;
-constexpr double kZeroPrice = 0.025;
+constexpr double kSignPrice = 0.01;
+constexpr double kLineEndPrice = 0.01;
+constexpr double kDigitPrice = 0.035;
+constexpr double kZeroPrice = 0.03;
 constexpr double kCountPrice = 0.05;
 constexpr double kHighPrice = 0.02;
 // How much more is lost when only two files are known.
@@ -104,7 +104,7 @@ double TermTrust::startPrice(std::size_t offset) const {
     if (word_[offset] && word_[offset - 1])
         return 0.3;
     if (word_[offset])
-        return 0.03 + static_cast<double>(offset) / 1500;
+        return 0.03 + static_cast<double>(offset) / 600;
     return (offset % 4 == 0 && offset <= 16 ? 0.08 : 0.15) + static_cast<double>(offset) / 600;
 }
 
@@ -112,7 +112,7 @@ double TermTrust::startPrice(std::size_t offset) const {
 double TermTrust::endPrice(std::size_t end) const {
     if (end >= kHeaderBytes || !word_[end] || !word_[end - 1])
         return 0;
-    return placeInWord(end) == kMarkLetters ? 0 : 0.03;
+    return placeInWord(end) == kMarkLetters ? 0 : 0.06;
 }
 
 double TermTrust::kept(std::size_t offset, std::size_t length, std::size_t files) const {

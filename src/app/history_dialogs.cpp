@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "app/history_dialogs.h"
+
+#include <chrono>
+#include <memory>
+
+#include "app/patient_wait.h"
+#include "platform/folders.h"
+#include "platform/host.h"
+#include "platform/start_beside.h"
+#include "text/list_text.h"
+
+namespace quillon {
+
+namespace {
+
+constexpr const char* kTitle = "Database History";
+// Two workstations that save at the same moment have done so by then.
+constexpr std::chrono::milliseconds kUnnoticed{200};
+
+std::string waitText(const std::string& owner, const NativePath& root) {
+    const std::string who = owner.empty()         ? "another computer"
+                            : owner == hostName() ? "another program of this computer"
+                                                  : readable(std::string_view(owner));
+    return "Waiting for " + who + ", which is changing the database in " + readable(root.native()) +
+           " at this moment.\r\n\r\nWithout waiting nothing is changed there : it can be done again later.";
+}
+
+bool waitedFor(Dialogs& dialogs, const PatientWait& wait) {
+    auto* const patient = dynamic_cast<PatientDialogs*>(&dialogs);
+    if (patient != nullptr)
+        return patient->waitFor(wait);
+    while (!wait.isOver(kUnnoticed)) {
+    }
+    return true;
+}
+
+}  // namespace
+
+void warnOfLostNote(Dialogs& dialogs, const LostNote& lost) {
+    if (lost)
+        dialogs.warn(kTitle, "What was changed is saved, but not noted in the history of the database : " + lost->text);
+}
+
+FileError turnNotWaitedFor() {
+    return {ErrorKind::PathAccess, "it was not waited for who is changing the database"};
+}
+
+// A turn that comes when nobody waits for it any more is given back at once.
+std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& settings, LeaseTimes times) {
+    if (settings.empty())
+        return DatabaseTurn(settings);
+    const auto watch = std::make_shared<LeaseWatch>();
+    auto turn = startBeside([settings, times, watch] { return DatabaseTurn(settings, times, watch.get()); });
+    if (!turn)
+        return DatabaseTurn(settings, times);
+    const auto isOver = [&turn](std::chrono::milliseconds pause) { return hasCome(*turn, pause); };
+    const auto text = [&] { return waitText(watch->owner(), settings.parent_path()); };
+    if (isOver(kUnnoticed) || waitedFor(dialogs, {kTitle, text, "Do not wait", isOver}))
+        return turn->get();
+    watch->leave();
+    return std::nullopt;
+}
+
+}  // namespace quillon

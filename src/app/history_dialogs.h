@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+// What a person sees and hears of the history of the database while something else is done.
+
+#include <optional>
+
+#include "app/database_history.h"
+#include "app/dialogs.h"
+
+namespace quillon {
+
+/// A box when there is a reason why a change is missing in the history.
+void warnOfLostNote(Dialogs& dialogs, const LostNote& lost);
+
+/// This program's turn at a root, whose settings folder this is (empty for none), waited for on another thread. A wait
+/// that a person would notice is told with the name of who has the turn, and may be left, where the dialogs can do so
+/// (PatientDialogs): then there is none, and nothing is to be changed.
+[[nodiscard]] std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& settings,
+                                                      LeaseTimes times = {});
+
+/// A turn that was not waited for, as the failure of what it was for.
+[[nodiscard]] FileError turnNotWaitedFor();
+
+}  // namespace quillon
