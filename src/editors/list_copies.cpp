@@ -2,9 +2,11 @@
 #include "editors/list_copies.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "app/history_dialogs.h"
+#include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "testing/rule_line.h"
 #include "testing/term_file.h"
@@ -19,6 +21,8 @@ namespace {
 // Each time somebody else has taken the lock meanwhile, which takes as long as a lease.
 constexpr int kMostRounds = 5;
 constexpr std::size_t kToldConflicts = 5;
+constexpr int kMostLooks = 6;
+constexpr std::chrono::milliseconds kBetweenLooks{40};
 
 std::string shownRecord(const std::string& record) {
     return record.empty() ? std::string("(deleted)") : toUtf8(PageText{record});
@@ -68,9 +72,23 @@ ListCopies::Base ListCopies::lookAt(const NativePath& copy) {
     return {missing, {}};
 }
 
+// Where another computer replaces a file, a share may show none for a moment, or not let it be read; taken for what it
+// looks like, that would be a list which somebody has deleted, or one to be overwritten.
+ListCopies::Base ListCopies::lookPatientlyAt(const NativePath& copy, const Base& before) const {
+    Base now = lookAt(copy);
+    if (!isShared(copy) || !isFolder(copy.parent_path()))
+        return now;
+    const auto isDoubtful = [&] { return !now.known || (before.bytes && !now.bytes); };
+    for (int looks = 1; isDoubtful() && looks < kMostLooks; ++looks) {
+        disk().wait(kBetweenLooks);
+        now = lookAt(copy);
+    }
+    return now;
+}
+
 void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies) {
     bases_.clear();
-    for (const auto& copy : copies) bases_[copy] = lookAt(copy);
+    for (const auto& copy : copies) bases_[copy] = lookPatientlyAt(copy, {});
     for (auto& [copy, base] : bases_) {
         const auto common = isShared(copy) ? commonBase(shown, base) : std::nullopt;
         if (common)
@@ -143,8 +161,10 @@ bool ListCopies::isOthers(const NativePath& copy, const Base& base, const Base& 
 
 void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) const {
     const auto known = bases_.find(copy);
-    const Base now = lookAt(copy);
-    if (known == bases_.end() || !isOthers(copy, known->second, now, merged.bytes))
+    if (known == bases_.end())
+        return;
+    const Base now = lookPatientlyAt(copy, known->second);
+    if (!isOthers(copy, known->second, now, merged.bytes))
         return;
     const Records theirs = form_.records(now.bytes.value_or(""));
     auto result =

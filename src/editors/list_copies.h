@@ -87,6 +87,7 @@ private:
     };
 
     [[nodiscard]] static Base lookAt(const NativePath& copy);
+    [[nodiscard]] Base lookPatientlyAt(const NativePath& copy, const Base& before) const;
     [[nodiscard]] std::optional<Records> commonBase(const std::string& shown, const Base& shared) const;
     [[nodiscard]] bool isShared(const NativePath& copy) const;
     [[nodiscard]] NativePath settingsOf(const NativePath& copy) const;

@@ -2,6 +2,7 @@
 // Two workstations that teach at once: what the screens save when a copy is not the one that they loaded.
 #include "editors/list_copies.h"
 
+#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -14,10 +15,13 @@
 #include "editors/report_messages_editor.h"
 #include "editors/skip_list_editor.h"
 #include "platform/folders.h"
+#include "support/failing_files.h"
 #include "support/waiting_dialogs.h"
 
 namespace quillon::test {
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr const char* kLocal = "local/Database/qlx.dat";
 constexpr const char* kShared = "share/Database/qlx.dat";
@@ -53,6 +57,36 @@ TEST_F(LostUpdateTest, WhatAnotherWorkstationAddedStandsAheadOfOurs) {
     expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
     EXPECT_EQ(listed(), "1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
     EXPECT_FALSE(folders.has("local/Kept")) << "nothing is gone";
+}
+
+// As some shares have it when a file is replaced: there is none for a moment.
+TEST_F(LostUpdateTest, ASharedFileThatIsBeingReplacedIsNotTakenForADeletedOne) {
+    openShared("1,AAA,T\r\n1,BBB,T\r\n");
+    add("OURS");
+    fs::remove(folders.folder / kShared);
+    FailingFiles files;
+    files.ahead("wait", [this] { theyWrite("1,AAA,T\r\n1,BBB,T\r\n1,THEIRS,T\r\n"); });
+    editor.save();
+    EXPECT_EQ(files.waits(), 1);
+    expectBoth("1,AAA,T\r\n1,BBB,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
+}
+
+TEST_F(LostUpdateTest, ASharedFileThatCannotBeReadForAMomentIsLookedAtAgain) {
+    FailingFiles files;
+    const auto place = folders.folder / kShared;
+    folders.folder.write(kShared, "1,AAA,T\r\n");
+    fs::rename(place, place.native() + ".away");
+    fs::create_directory(place);  // no file, and no missing one
+    files.ahead("wait", [&] {
+        fs::remove(place);
+        fs::rename(place.native() + ".away", place);
+    });
+    openTerms("1,AAA,T\r\n");
+    EXPECT_EQ(files.waits(), 1);
+    add("OURS");
+    theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
+    editor.save();
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
 }
 
 // The local copy is that of the last job; others have taught the share since.

@@ -61,12 +61,16 @@ std::chrono::milliseconds FailingFiles::waited() const {
     return waited_;
 }
 
-// 0: the call is to be made.
-int FailingFiles::errorOf(const std::string& call) {
+void FailingFiles::doAhead(const std::string& call) const {
     for (const auto& [kind, work] : ahead_) {
         if (kind == call)
             work();
     }
+}
+
+// 0: the call is to be made.
+int FailingFiles::errorOf(const std::string& call) {
+    doAhead(call);
     const std::lock_guard lock(mutex_);
     const auto refused = std::ranges::find(refused_, call, &std::pair<std::string, int>::first);
     if (refused != refused_.end())
@@ -181,6 +185,7 @@ int FailingFiles::removeFolder(int folder, const char* path) {
 }
 
 void FailingFiles::wait(std::chrono::milliseconds time) {
+    doAhead("wait");
     const std::lock_guard lock(mutex_);
     ++waits_;
     waited_ += time;

@@ -34,7 +34,7 @@ public:
     /// Every call of this kind fails with this number, however it is called: a volume that does not know it.
     void refuse(const std::string& call, int number);
 
-    /// Does this first, whenever such a call is made, on its thread.
+    /// Does this first, whenever such a call is made, on its thread; before a "wait", in place of the time.
     void ahead(const std::string& call, std::function<void()> work);
 
     /// How many calls were made since `failAt`, or from the beginning.
@@ -67,6 +67,7 @@ public:
     void wait(std::chrono::milliseconds time) override;
 
 private:
+    void doAhead(const std::string& call) const;
     [[nodiscard]] int errorOf(const std::string& call);
     [[nodiscard]] bool fails(const std::string& call);
 
