@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "answers/job_answers.h"
+#include "answers/each_job.h"
 #include "answers/piece_writer.h"
 #include "answers/xlsx_export.h"
 #include "platform/whole_file.h"
@@ -14,37 +14,11 @@ namespace {
 
 using TakeFile = std::function<Result<void>(const EvidenceRow&)>;
 
-Result<void> eachJob(const std::vector<JobFiles>& jobs, const std::function<Result<void>(JobAnswers&)>& ask) {
-    for (const auto& job : jobs) {
-        auto answers = openAnswers(job, ReportMessages::fallback());
-        if (!answers)
-            return failure(answers.error());
-        if (auto asked = ask(**answers); !asked)
-            return asked;
-    }
-    return {};
-}
-
 Result<void> eachFileOf(const std::vector<JobFiles>& jobs, const FileWish& wish, const TakeFile& take) {
     return eachJob(jobs, [&](JobAnswers& answers) {
         return eachFile(answers,
                         [&](const EvidenceRow& file) { return fits(wish, file) ? take(file) : Result<void>(); });
     });
-}
-
-Result<FiguresBy> figuresBy(const std::vector<JobFiles>& jobs,
-                            const std::function<Result<FiguresBy>(JobAnswers&)>& ask) {
-    FiguresBy sums;
-    const auto asked = eachJob(jobs, [&](JobAnswers& answers) -> Result<void> {
-        const auto figures = ask(answers);
-        if (!figures)
-            return failure(figures.error());
-        for (const auto& [name, ofName] : *figures) sums[name] += ofName;
-        return {};
-    });
-    if (!asked)
-        return failure(asked.error());
-    return sums;
 }
 
 Result<void> writeWorkbook(const std::vector<JobFiles>& jobs, const FileWish& wish, std::size_t depth,

@@ -10,6 +10,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "answers/each_job.h"
 #include "answers/figures_text.h"
 #include "answers/file_export.h"
 #include "answers/forget_evidence.h"
@@ -130,19 +131,8 @@ private:
     }
 
     // Asks every job in turn.
-    template <typename Ask>
-    [[nodiscard]] Result<void> eachJob(Ask ask) {
-        const auto all = jobs();
-        if (!all)
-            return failure(all.error());
-        for (const auto& job : *all) {
-            auto answers = open(job);
-            if (!answers)
-                return failure(answers.error());
-            if (Result<void> asked = ask(**answers); !asked)
-                return asked;
-        }
-        return {};
+    [[nodiscard]] Result<void> eachJob(const std::function<Result<void>(JobAnswers&)>& ask) {
+        return jobs().and_then([&](const std::vector<JobFiles>& all) { return quillon::eachJob(all, ask); });
     }
 
     [[nodiscard]] Result<int> summary() {
@@ -164,17 +154,7 @@ private:
     }
 
     [[nodiscard]] Result<FiguresBy> figuresBy(const std::function<Result<FiguresBy>(JobAnswers&)>& ask) {
-        FiguresBy sums;
-        const auto asked = eachJob([&](JobAnswers& answers) -> Result<void> {
-            const auto figures = ask(answers);
-            if (!figures)
-                return failure(figures.error());
-            for (const auto& [name, ofName] : *figures) sums[name] += ofName;
-            return {};
-        });
-        if (!asked)
-            return failure(asked.error());
-        return sums;
+        return jobs().and_then([&](const std::vector<JobFiles>& all) { return quillon::figuresBy(all, ask); });
     }
 
     void showTable(const char* what, const FigureRows& rows) const {
