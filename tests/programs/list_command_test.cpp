@@ -112,7 +112,7 @@ TEST_F(ListCommandTest, AJobThatDidNotComeToItsEndIsToldInEveryAnswer) {
     std::filesystem::remove(folder / "local/1234.sqlite");
     ASSERT_EQ(list({"report", "1234", "-o", (folder / "alone.html").native()}), 0);
     for (const char* page : {"1234.html", "alone.html"})
-        EXPECT_NE(folder.read(page).find("did not run to its end"), std::string::npos) << page;
+        EXPECT_NE(folder.read(page).find("did not come to its end"), std::string::npos) << page;
 }
 
 TEST_F(ListCommandTest, ExportsGoToAFileOrToTheOutput) {
