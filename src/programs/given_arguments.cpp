@@ -32,7 +32,7 @@ const CLI::Option* optionOf(const CLI::App& command, const std::vector<std::stri
 }
 
 bool takesValue(const CLI::Option* option) {
-    return option != nullptr && option->get_type_size_max() > 0;
+    return option != nullptr && option->get_items_expected_max() > 0;
 }
 
 }  // namespace
