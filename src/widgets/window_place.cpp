@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QScreen>
 #include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <QWindow>
@@ -33,6 +34,12 @@ void makeScrollable(QWidget& window) {
     whole->activate();  // until then the window keeps the least size of its old layout
 }
 
+// What the bar that scrolls in one direction takes in the other one.
+QSize roomOfScrollBars(const QWidget& window, QSize least, QSize room) {
+    const int thickness = window.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &window);
+    return {least.height() > room.height() ? thickness : 0, least.width() > room.width() ? thickness : 0};
+}
+
 // A style sheet makes controls larger than they are before it is applied, which happens to most of them when they are
 // shown. Layouts remember the smaller sizes, the inner ones first.
 void polish(QWidget& window) {
@@ -57,11 +64,13 @@ void fitOnScreen(QWidget& window, const QWidget* opener) {
     polish(window);
     if (!window.testAttribute(Qt::WA_Resized))
         window.adjustSize();
-    const QSize wanted = window.size();
+    QSize wanted = window.size();
     const QSize least = window.minimumSizeHint();
     const bool fits = least.width() <= room.width() && least.height() <= room.height();
-    if (!fits && window.layout() != nullptr && qobject_cast<QMainWindow*>(&window) == nullptr)
+    if (!fits && window.layout() != nullptr && qobject_cast<QMainWindow*>(&window) == nullptr) {
         makeScrollable(window);
+        wanted += roomOfScrollBars(window, least, room);
+    }
     window.resize(wanted.boundedTo(room));
 }
 
