@@ -7,6 +7,7 @@
 #include <cstdlib>
 
 #include <poll.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include "platform/moment.h"
@@ -19,12 +20,41 @@ namespace quillon {
 namespace {
 
 std::atomic<int> interrupts = 0;
-static_assert(std::atomic<int>::is_always_lock_free, "a handler counts");
+std::atomic<Moment::rep> firstPress = 0;
+std::atomic<int> firstSignal = 0;  // set behind its time
+std::atomic<const char*> saidAtFirst = nullptr;
+static_assert(std::atomic<int>::is_always_lock_free && std::atomic<Moment::rep>::is_always_lock_free &&
+                  std::atomic<const char*>::is_always_lock_free,
+              "handlers use them");
 
 constexpr std::chrono::milliseconds kSamePress{50};
 
 extern "C" void onInterrupt(int /*signal*/) {
     ++interrupts;
+}
+
+// A reader that does not read, or a terminal that is held, would keep whoever writes.
+void sayWithoutWaiting(const char* said) {
+    pollfd error{2, POLLOUT, 0};
+    if (::poll(&error, 1, 0) > 0 && (error.revents & POLLOUT) != 0)
+        passOver(writeToStream(2, said), "the job stops, heard or not");
+}
+
+// A person presses Ctrl-C; all other signals come from what ends a session, which sends several.
+bool isSamePress(int first, int signal) {
+    const bool ofOneSender = first == signal || (first != SIGINT && signal != SIGINT);
+    return ofOneSender && momentNow().time_since_epoch() - Moment::duration(firstPress) < kSamePress;
+}
+
+extern "C" void onPress(int signal) {
+    Moment::rep none = 0;
+    if (firstPress.compare_exchange_strong(none, momentNow().time_since_epoch().count())) {
+        firstSignal = signal;
+        interrupts = 1;
+        sayWithoutWaiting(saidAtFirst);
+    } else if (const int first = firstSignal; first != 0 && !isSamePress(first, signal)) {
+        ::_exit(128 + signal);
+    }
 }
 
 void handleBy(void (*handler)(int), int signal) {
@@ -40,24 +70,16 @@ bool isIgnored(int signal) {
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-// A thread that stands in a call which only the end of the process can break, as of a share without a server, keeps a
-// signal to itself and handles it never. So all threads leave them to this one, which does nothing else.
-void waitForPresses(const sigset_t& signals, const char* said) {
-    int first = 0;
-    Moment firstPress;
-    while (true) {
-        int signal = 0;
-        if (::sigwait(&signals, &signal) != 0)
-            continue;
-        if (first == 0) {
-            first = signal;
-            firstPress = momentNow();
-            interrupts = 1;
-            passOver(writeToStream(2, said), "the job stops, heard or not");
-        } else if (signal != first || momentNow() - firstPress >= kSamePress) {
-            ::_exit(128 + signal);
-        }
-    }
+// The thread that the system picks for a signal may stand in a call which only the end of the process can break, as of
+// a share without a server. What waits for the process is taken from there by this thread, which does nothing else.
+void watchPresses(const sigset_t& signals) {
+    ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    const int waiting = ::signalfd(-1, &signals, SFD_CLOEXEC);
+    if (waiting < 0)
+        return;
+    signalfd_siginfo press{};
+    while (retried([&] { return ::read(waiting, &press, sizeof press); }) == static_cast<ssize_t>(sizeof press))
+        onPress(static_cast<int>(press.ssi_signo));
 }
 
 }  // namespace
@@ -76,17 +98,16 @@ void countInterrupts() {
 }
 
 void countInterruptsAndEndAtSecond(const char* said) {
+    saidAtFirst = said;
     sigset_t signals;
     ::sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM}) ::sigaddset(&signals, signal);
-    if (!isIgnored(SIGHUP))
-        ::sigaddset(&signals, SIGHUP);
-    sigset_t before;
-    ::pthread_sigmask(SIG_BLOCK, &signals, &before);
-    if (startBeside([signals, said] { waitForPresses(signals, said); }))
-        return;
-    ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    countInterrupts();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        if (signal == SIGHUP && isIgnored(signal))
+            continue;
+        ::sigaddset(&signals, signal);
+        handleBy(onPress, signal);
+    }
+    passOver(startBeside([signals] { watchPresses(signals); }), "without it a call that hangs keeps the second press");
 }
 
 void outliveBrokenWrites() {

@@ -16,10 +16,10 @@ namespace quillon {
 void countInterrupts();
 
 /// The same for a process that has work to bring to an end, and SIGHUP counts, too, unless the process was started to
-/// outlive its terminal. The first one writes `said` to standard error; the second one ends the process at once with
-/// status 128 and the signal's number, whatever a call waits for. The same signal within 50 milliseconds is the same
-/// press: a terminal that closes and what watches over a process both may say it twice. `said` is never freed. To be
-/// called before any thread starts: all of them leave these signals to one of their own.
+/// outlive its terminal. The first one writes `said` to standard error, where that takes it at once; the second one
+/// ends the process at once with status 128 and the signal's number, whatever a call waits for (where no thread may be
+/// had, as soon as the call lets go). Within 50 milliseconds the same signal is the same press, and so are SIGTERM and
+/// SIGHUP, which the end of a session sends together. `said` is never freed.
 void countInterruptsAndEndAtSecond(const char* said);
 
 /// A write that finds no reader, or a file that may grow no further, is from now on a failure of that write and does
