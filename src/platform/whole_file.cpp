@@ -218,7 +218,8 @@ bool isOfGoneProcess(std::string_view temporaryName) {
 
 bool isSaveLitter(const NativePath& file) {
     constexpr std::int64_t kDay = 24LL * 60 * 60;
-    if (!isOfGoneProcess(file.filename().native()))
+    const std::string name = file.filename().native();
+    if (!isTemporaryName(name) || !isOfGoneProcess(name))  // nearly no name is one, and the host's name takes a call
         return false;
     const auto modified = modificationTime(file);
     return modified && modified->seconds + kDay < fileTimeNow().seconds && isRegularFile(file);
