@@ -40,11 +40,16 @@ void adviseOnePage(int descriptor) {
     ::posix_fadvise(descriptor, 0, 0, POSIX_FADV_RANDOM);
 }
 
-// A look that never waits. Where a disk has to be asked, its answer is under way from here on.
-bool liesInMemory(int descriptor) {
-    char first;
-    const iovec place{&first, sizeof first};
-    return retried([&] { return ::preadv2(descriptor, &place, 1, 0, RWF_NOWAIT); }) >= 0;
+// The head of a file of this size by a look that never waits. Nothing where a disk has to be asked: its answer is under
+// way from here on.
+std::optional<std::size_t> headInMemory(int descriptor, off_t size, HeaderBytes& head) {
+    HeaderBytes bytes;
+    const iovec place{bytes.data(), bytes.size()};
+    const auto count = retried([&] { return ::preadv2(descriptor, &place, 1, 0, RWF_NOWAIT); });
+    if (count < std::min<off_t>(size, static_cast<off_t>(bytes.size())))
+        return std::nullopt;
+    std::copy_n(bytes.begin(), count, head.begin());
+    return static_cast<std::size_t>(count);
 }
 
 // The sizes that one logical block of the medium may have, smallest first.
@@ -104,10 +109,10 @@ SourceFiles::Volume SourceFiles::volumeOfFolder() const {
     return isOnDisk(folder_.handle()) ? Volume::Disk : Volume::Elsewhere;
 }
 
-// A read that fails midway may have touched the buffer; only the bytes it reports count. How many bytes came.
-std::size_t SourceFiles::readInto(int descriptor, HeaderBytes& head) const {
+// A read that fails midway may have touched the buffer; only the bytes it reports count. How many bytes came. `start`:
+// when the file was first asked for something.
+std::size_t SourceFiles::readInto(int descriptor, HeaderBytes& head, Moment start) const {
     HeaderBytes bytes;
-    const Moment start = momentNow();
     const auto count = retried([&] { return ::read(descriptor, bytes.data(), bytes.size()); });
     if (count < 0) {
         const bool unreadable = errno == EIO;
@@ -168,7 +173,7 @@ Result<std::size_t> SourceFiles::readHead(std::string_view nativePath, HeaderByt
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
-    const std::size_t count = readInto(*descriptor, head);
+    const std::size_t count = readInto(*descriptor, head, start);
     if (care_)
         care_->ended(start, *descriptor);
     ::close(*descriptor);
@@ -184,14 +189,13 @@ Result<std::optional<std::size_t>> SourceFiles::tryHead(std::string_view nativeP
     }
     if (volume_ == Volume::Elsewhere)
         return std::nullopt;
-    const auto descriptor = openRegular(nativePath);
+    struct stat info {};
+    const auto descriptor = openRegular(nativePath, info);
     if (!descriptor)
         return failure(descriptor.error());
     adviseOnePage(*descriptor);
-    const bool atHand = volume_ == Volume::Memory || liesInMemory(*descriptor);
-    std::optional<std::size_t> count;
-    if (atHand)
-        count = readInto(*descriptor, head);
+    const auto count = volume_ == Volume::Memory ? readInto(*descriptor, head, momentNow())
+                                                 : headInMemory(*descriptor, info.st_size, head);
     ::close(*descriptor);
     return count;
 }

@@ -83,7 +83,7 @@ private:
     [[nodiscard]] Result<int> openRegular(std::string_view nativePath, struct stat& info);
     [[nodiscard]] Result<void> enter(std::string_view folder);
     [[nodiscard]] Volume volumeOfFolder() const;
-    [[nodiscard]] std::size_t readInto(int descriptor, HeaderBytes& head) const;
+    [[nodiscard]] std::size_t readInto(int descriptor, HeaderBytes& head, Moment start) const;
 
     std::shared_ptr<SourceCare> care_;
     Directory folder_;
