@@ -242,14 +242,17 @@ DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times, LeaseWatch* wa
         return;
     const NativePath history = historyFolder(settings_);
     if (auto made = createFolder(history); !made) {
-        problem_ = made.error();
+        noHistory_ = made.error();
         return;
     }
     history_ = history;
-    if (auto lease = Lease::take(history_, times, watch)) {
+    LeaseWatch ours;
+    LeaseWatch& seen = watch == nullptr ? ours : *watch;
+    if (auto lease = Lease::take(history_, times, &seen)) {
         lease_.emplace(std::move(*lease));
         finishNotes();
     }
+    inVain_ = !lease_ && seen.isInVain();
 }
 
 // Of what others had in hand as they lost their turn: what they had done by then is noted now.
@@ -306,8 +309,12 @@ Result<NativePath> DatabaseTurn::placeFor(const std::string& id) {
 }
 
 Result<void> DatabaseTurn::note(DatabaseChange change) {
-    if (history_.empty() || changesNothing(change))
+    if (changesNothing(change))
         return {};
+    if (history_.empty()) {
+        problem_ = noHistory_;
+        return noHistory_ ? Result<void>(failure(*noHistory_)) : Result<void>();
+    }
     sign(change);
     auto noted =
         placeFor(change.id).and_then([&](const NativePath& place) { return saveWholeFile(place, noteBytes(change)); });

@@ -73,6 +73,13 @@ public:
     /// Where a save keeps its temporary file, so that it cannot take anybody's place once the turn is over
     /// (saveWholeFileThrough). Empty without a lock.
     [[nodiscard]] NativePath through() const { return lease_ ? lease_->folder() : NativePath(); }
+    /// The turn did not come, as others had it one after the other: what is written now may meet what they write.
+    [[nodiscard]] bool isInVain() const { return inVain_; }
+    /// What a share does not let go at once is given back on another thread (Lease::endBeside).
+    void endBeside() {
+        if (lease_)
+            lease_->endBeside();
+    }
     /// Somebody else has taken the turn, as this computer was silent for too long.
     [[nodiscard]] bool isLost() const { return lease_ && !lease_->isHeld(); }
 
@@ -95,7 +102,9 @@ private:
     NativePath settings_;
     NativePath history_;  // empty: there is none
     std::optional<Lease> lease_;
+    bool inVain_ = false;
     std::string lastId_;
+    LostNote noHistory_;  // why there is none, though there is a settings folder
     LostNote problem_;
 };
 

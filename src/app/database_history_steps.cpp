@@ -32,7 +32,10 @@ Result<LostNote> changeNoted(DatabaseTurn& turn, const NativePath& file, Databas
                              const std::function<Result<void>()>& apply) {
     auto before = bytesNow(file);
     auto done = apply();
-    change.files = {{placeInRoot(file), std::move(before), bytesNow(file)}};
+    auto after = bytesNow(file);
+    if (before == after)
+        return done.map([] { return LostNote(); });
+    change.files = {{placeInRoot(file), std::move(before), std::move(after)}};
     passOver(turn.note(std::move(change)), "the turn tells it");
     return done.map([&turn] { return turn.problem(); });
 }

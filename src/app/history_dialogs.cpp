@@ -15,22 +15,27 @@ namespace quillon {
 namespace {
 
 constexpr const char* kTitle = "Database History";
-// Two workstations that save at the same moment have done so by then.
-constexpr std::chrono::milliseconds kUnnoticed{200};
+constexpr std::chrono::milliseconds kLook{200};
 
-std::string waitText(const std::string& owner, const NativePath& root) {
-    const std::string who = owner.empty()         ? "another computer"
-                            : owner == hostName() ? "another program of this computer"
-                                                  : readable(std::string_view(owner));
-    return "Waiting for " + who + ", which is changing the database in " + readable(root.native()) +
-           " at this moment.\r\n\r\nWithout waiting nothing is changed there : it can be done again later.";
+// Until an owner was seen, it may as well be the share that does not answer.
+std::string waitText(const LeaseWatch& watch, const NativePath& root) {
+    const std::string folder = readable(root.native());
+    std::string what = "the share " + folder + ".";
+    if (watch.hasSeenOwner()) {
+        const std::string owner = watch.owner();
+        const std::string who = owner.empty()         ? "another computer"
+                                : owner == hostName() ? "another program of this computer"
+                                                      : readable(std::string_view(owner));
+        what = who + ", which is changing the database in " + folder + " at this moment.";
+    }
+    return "Waiting for " + what + "\r\n\r\nWithout waiting nothing is changed there : it can be done again later.";
 }
 
 bool waitedFor(Dialogs& dialogs, const PatientWait& wait) {
     auto* const patient = dynamic_cast<PatientDialogs*>(&dialogs);
     if (patient != nullptr)
-        return patient->waitFor(wait);
-    while (!wait.isOver(kUnnoticed)) {
+        return wait.isOver(patient->unnoticed()) || patient->waitFor(wait);
+    while (!wait.isOver(kLook)) {
     }
     return true;
 }
@@ -55,9 +60,12 @@ std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& sett
     if (!turn)
         return DatabaseTurn(settings, times);
     const auto isOver = [&turn](std::chrono::milliseconds pause) { return hasCome(*turn, pause); };
-    const auto text = [&] { return waitText(watch->owner(), settings.parent_path()); };
-    if (isOver(kUnnoticed) || waitedFor(dialogs, {kTitle, text, "Do not wait", isOver}))
-        return turn->get();
+    const auto text = [&] { return waitText(*watch, settings.parent_path()); };
+    if (waitedFor(dialogs, {kTitle, text, "Do not wait", isOver})) {
+        DatabaseTurn come = turn->get();
+        come.endBeside();
+        return come;
+    }
     watch->leave();
     return std::nullopt;
 }

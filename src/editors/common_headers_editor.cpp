@@ -81,9 +81,25 @@ void CommonHeadersEditor::load() {
         return;
     readInto(localFile());
     if (!sharedFile().empty())
-        passOver(copies_.change(sharedFile(), [&] { return copyKeepingOld(localFile(), sharedFile(), kept_); }),
+        passOver(copies_.change(sharedFile(), [&] { return fillShare(); }),
                  "the share may be away; the list is loaded");
     copies_.loaded(commonHeaderBytes(rows_), copies());
+}
+
+// In this program's turn, so nobody is replacing the list: what looked like an empty one, or none, may be one that was
+// just being replaced.
+Result<void> CommonHeadersEditor::fillShare() {
+    if (installation_.paths().useSharedDb) {
+        const auto there = readRuleFile(sharedFile());
+        if (!there && there.error().kind != ErrorKind::NotFound)
+            return failure(there.error());
+        auto rows = parseCommonHeaders(there.value_or(""));
+        if (!rows.empty()) {
+            rows_ = std::move(rows);
+            return {};
+        }
+    }
+    return copyKeepingOld(localFile(), sharedFile(), kept_);
 }
 
 CommonHeadersEditor::Entered CommonHeadersEditor::addOrUpdate() {

@@ -58,7 +58,8 @@ public:
     [[nodiscard]] bool updating() const { return updating_; }
 
     /// Reads the shared copy when sharing is on and it exists, otherwise the local one; when that has no rows, the
-    /// local one. A second reading also puts the local file over the shared one, whose old bytes go under Kept.
+    /// local one. A second reading also puts the local file over the shared one, whose old bytes go under Kept; with
+    /// sharing on only where that still holds no rows in this program's turn: else its rows are loaded.
     /// Kept: that happens with sharing off as well (test ASecondReadingFillsTheShareWhateverTheFlag).
     void load();
 
@@ -95,6 +96,7 @@ private:
     [[nodiscard]] NativePath localFile() const;
     [[nodiscard]] NativePath sharedFile() const;
     void readInto(const NativePath& file);
+    [[nodiscard]] Result<void> fillShare();
     [[nodiscard]] std::vector<NativePath> copies() const;
 
     const Installation& installation_;

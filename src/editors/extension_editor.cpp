@@ -273,11 +273,15 @@ std::vector<NativePath> ExtensionEditor::copies() const {
 
 bool ExtensionEditor::save() {
     if (state.rows.empty())
-        return true;
+        return copies_.moveAwayWhatWasLeft();
     std::string bytes = termFileBytes(state.rows);
     passOver(copies_.save(copies(), bytes), "each copy is written by itself, and no failure is told");
     state.rows = parseTermFile(bytes);
     return !copies_.isLeft();
+}
+
+bool ExtensionEditor::saveToClose() {
+    return save() || copies_.askToCloseUnsaved();
 }
 
 }  // namespace quillon

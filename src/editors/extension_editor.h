@@ -119,9 +119,13 @@ public:
     /// failure is told. Without rows neither is written. What others did to a copy since the load is put into the rows
     /// first (ListCopies).
     /// Kept: so the last row deleted is back when the screen opens again (test
-    /// ATermDeletedAsTheLastRowIsBackOnReopening). False: the person did not wait for another computer, so that the
-    /// rows are still to be saved.
+    /// ATermDeletedAsTheLastRowIsBackOnReopening). A shared file that was to go with the last row, and could not as the
+    /// person did not wait then, goes now. False: the person did not wait for another computer, so that the rows are
+    /// still to be saved.
     bool save();
+    /// The same as the screen closes: where the person did not wait, a box asks whether it closes all the same. False:
+    /// it stays.
+    [[nodiscard]] bool saveToClose();
 
 private:
     void loadFiles(const EditorHandover& handover);

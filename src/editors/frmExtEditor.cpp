@@ -211,7 +211,7 @@ void frmExtEditor::Text3_Change(const QString& text) {
 }
 
 void frmExtEditor::leaveOrAsk() {
-    if (!editor_.save())
+    if (!editor_.saveToClose())
         return;
     markUnloaded();
     context_.navigator.open(Screen::ViewList);

@@ -209,4 +209,10 @@ void frmSectorMarkers::showControls() {
     delete_->setEnabled(editor_.selected() >= 0);
 }
 
+// What could not be saved at its moment is saved now.
+void frmSectorMarkers::leaveOrAsk() {
+    if (editor_.saveToClose())
+        StepScreen::leaveOrAsk();
+}
+
 }  // namespace quillon

@@ -15,10 +15,12 @@
 //                            add_                         "Add" / "Update"      puts the marker into the list
 //                            clear_                       "Clear"               empties the entry, goes back to "Add"
 //                            preview_                     "Preview"             a sector that it marks
-//   list_ "Current Markers"  markers_                     "Name", "Marker", "Type", "Position", "Stands"   the list
-//                            up_, down_                   "Move up", "Move down"   the selected marker goes first or
-//                            later delete_                      "Delete"              deletes the selected marker done_
-//                            "Done"                closes the screen
+//   list_ "Current Markers"  markers_                     "Name", "Marker", "Type", "Position", "Stands"
+//                                                                               the list
+//                            up_, down_                   "Move up", "Move down"
+//                                                                               the selected marker goes first or later
+//                            delete_                      "Delete"              deletes the selected marker
+//                            done_                        "Done"                closes the screen
 
 #include "editors/sector_markers_editor.h"
 #include "widgets/step_screen.h"
@@ -48,6 +50,7 @@ private:
     void connectControls();
     void connectList();
     void showControls() override;
+    void leaveOrAsk() override;
     void showPreview();
 
     SectorMarkersEditor editor_;

@@ -129,4 +129,10 @@ void frmSkipList::showControls() {
     Command1->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
 }
 
+// What could not be saved at its moment is saved now.
+void frmSkipList::leaveOrAsk() {
+    if (editor_.saveToClose())
+        StepScreen::leaveOrAsk();
+}
+
 }  // namespace quillon

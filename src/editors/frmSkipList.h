@@ -39,6 +39,7 @@ private:
     void arrange();
     void connectControls();
     void showControls() override;
+    void leaveOrAsk() override;
 
     SkipListEditor editor_;
 

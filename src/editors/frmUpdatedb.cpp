@@ -241,9 +241,9 @@ void frmUpdatedb::showControls() {
     Command2->setText(editor_.updating() ? QStringLiteral("&Update") : QStringLiteral("&Add"));
 }
 
-// Every way out saves; whoever does not want to wait for it stays.
+// Every way out saves; whoever does not want to wait for it stays, or closes without it.
 void frmUpdatedb::leaveOrAsk() {
-    if (editor_.save())
+    if (editor_.saveToClose())
         StepScreen::leaveOrAsk();
 }
 

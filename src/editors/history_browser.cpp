@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "editors/history_browser.h"
 
-#include "app/history_dialogs.h"
-
 #include <algorithm>
 #include <chrono>
 #include <utility>
 
 #include <fmt/format.h>
 
+#include "app/history_dialogs.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 #include "text/page_text.h"

@@ -78,7 +78,8 @@ ListCopies::Base ListCopies::lookPatientlyAt(const NativePath& copy, const Base&
     Base now = lookAt(copy);
     if (!isShared(copy) || !isFolder(copy.parent_path()))
         return now;
-    const auto isDoubtful = [&] { return !now.known || (before.bytes && !now.bytes); };
+    // Behind the look: who has begun since, and is done by now, would have to be quicker than one look.
+    const auto isDoubtful = [&] { return !now.known || (!now.bytes && (before.bytes || isBeingChanged(copy))); };
     for (int looks = 1; isDoubtful() && looks < kMostLooks; ++looks) {
         disk().wait(kBetweenLooks);
         now = lookAt(copy);
@@ -86,8 +87,14 @@ ListCopies::Base ListCopies::lookPatientlyAt(const NativePath& copy, const Base&
     return now;
 }
 
+bool ListCopies::isBeingChanged(const NativePath& copy) const {
+    return Lease::isTaken(historyFolder(settingsOf(copy)));
+}
+
 void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies) {
     bases_.clear();
+    toMoveAway_.clear();
+    left_ = false;
     for (const auto& copy : copies) bases_[copy] = lookPatientlyAt(copy, {});
     for (auto& [copy, base] : bases_) {
         const auto common = isShared(copy) ? commonBase(shown, base) : std::nullopt;
@@ -127,24 +134,39 @@ bool ListCopies::isShared(const NativePath& copy) const {
 }
 
 void ListCopies::moveAway(const NativePath& copy) {
+    toMoveAway_.erase(copy);
     if (copy.empty() || !pathExists(copy))
         return;
-    const auto moved = change(copy, [&] { return kept_.moveAway(copy).map([](const NativePath&) {}); });
-    if (moved)
+    auto turn = waitForTurn(dialogs_, settingsOf(copy));
+    if (!turn) {
+        if (form_.writesEmpty)
+            return tellNotChanged("It can be done again later.");
+        toMoveAway_.insert(copy);
+        return tellNotChanged("It is done when this screen saves.");
+    }
+    if (changeInTurn(*turn, copy, [&] { return kept_.moveAway(copy).map([](const NativePath&) {}); }))
         bases_[copy] = {true, {}};
 }
 
+bool ListCopies::moveAwayWhatWasLeft() {
+    for (const auto& copy : std::exchange(toMoveAway_, {})) moveAway(copy);
+    return toMoveAway_.empty();
+}
+
 Result<void> ListCopies::change(const NativePath& copy, const std::function<Result<void>()>& apply) {
+    auto turn = waitForTurn(dialogs_, copy.empty() ? NativePath() : settingsOf(copy));
+    if (turn)
+        return changeInTurn(*turn, copy, apply);
+    tellNotChanged("It can be done again later.");
+    return failure(turnNotWaitedFor());
+}
+
+Result<void> ListCopies::changeInTurn(DatabaseTurn& turn, const NativePath& copy,
+                                      const std::function<Result<void>()>& apply) {
     DatabaseChange noted;
     noted.screen = form_.screen;
     noted.job = job_;
-    auto turn = waitForTurn(dialogs_, copy.empty() ? NativePath() : settingsOf(copy));
-    left_ = !turn;
-    if (left_) {
-        tellLeft();
-        return failure(turnNotWaitedFor());
-    }
-    return changeNoted(*turn, copy, std::move(noted), apply).map([this](const LostNote& lost) { tellProblem(lost); });
+    return changeNoted(turn, copy, std::move(noted), apply).map([this](const LostNote& lost) { tellProblem(lost); });
 }
 
 // Whether somebody else has changed the copy, so that there is something to be put together.
@@ -159,16 +181,26 @@ bool ListCopies::isOthers(const NativePath& copy, const Base& base, const Base& 
     return base.bytes || !isShared(copy) || shown_.empty() || ours != shown_;
 }
 
+// A shared copy that could not be read as the list was loaded is measured by what is the same in both: nobody can tell
+// which of the others were there then, and none of them is to go for that.
+ListCopies::Base ListCopies::baseOf(const NativePath& copy, const Base& known, const Base& now) const {
+    if (known.known || !isShared(copy) || !now.bytes)
+        return known;
+    if (form_.bytes(form_.records(*now.bytes)) == shown_)
+        return now;
+    return {true, form_.bytes(commonBase(shown_, now).value_or(Records{}))};
+}
+
 void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) const {
     const auto known = bases_.find(copy);
     if (known == bases_.end())
         return;
     const Base now = lookPatientlyAt(copy, known->second);
-    if (!isOthers(copy, known->second, now, merged.bytes))
+    const Base base = baseOf(copy, known->second, now);
+    if (!isOthers(copy, base, now, merged.bytes))
         return;
     const Records theirs = form_.records(now.bytes.value_or(""));
-    auto result =
-        form_.merge(form_.records(known->second.bytes.value_or("")), form_.records(merged.bytes), theirs, choice);
+    auto result = form_.merge(form_.records(base.bytes.value_or("")), form_.records(merged.bytes), theirs, choice);
     merged.bytes = form_.bytes(result.records);
     if (result.conflicts.empty() && form_.bytes(theirs) == now.bytes)
         merged.takenIn.push_back(*now.bytes);
@@ -204,16 +236,20 @@ class ListCopies::Round {
 public:
     explicit Round(const ListCopies& list) : list_(list) {}
 
-    /// Waits for the turn at the root of this copy, unless it is there. False: the person did not wait.
+    /// Waits for the turn at the root of this copy, unless it is there. False: the person did not wait, or others had
+    /// it all the time, so that a save would meet theirs.
     [[nodiscard]] bool take(const NativePath& copy) {
         const NativePath settings = list_.settingsOf(copy);
         if (turns_.contains(settings))
             return true;
         auto turn = waitForTurn(list_.dialogs_, settings);
-        if (turn)
-            turns_.try_emplace(settings, std::move(*turn));
-        return turn.has_value();
+        inVain_ = turn && turn->isInVain();
+        if (!turn || inVain_)
+            return false;
+        turns_.try_emplace(settings, std::move(*turn));
+        return true;
     }
+    [[nodiscard]] bool isInVain() const { return inVain_; }
 
     [[nodiscard]] DatabaseTurn& at(const NativePath& copy) { return turns_.at(list_.settingsOf(copy)); }
 
@@ -227,6 +263,7 @@ public:
 private:
     const ListCopies& list_;
     std::map<NativePath, DatabaseTurn> turns_;
+    bool inVain_ = false;
 };
 
 // The share first, as all others do: nobody waits for it with another turn in hand.
@@ -243,10 +280,24 @@ bool ListCopies::begin(std::optional<Round>& round, const std::vector<NativePath
     return true;
 }
 
-void ListCopies::tellLeft() {
+void ListCopies::tellLeft(bool inVain) {
+    const std::string why =
+        inVain ? "other computers were changing the database all the time" : "another computer was not waited for";
+    dialogs_.warn(form_.screen, "Nothing was saved, as " + why +
+                                    ". What was entered stays here until it is saved, or this screen is closed.");
+}
+
+void ListCopies::tellNotChanged(const char* whenThen) {
     dialogs_.warn(form_.screen,
-                  "Nothing was saved, as another computer was not waited for. What was entered stays here until it is "
-                  "saved, or this screen is closed.");
+                  std::string("Nothing was changed, as another computer was not waited for. ") + whenThen);
+}
+
+bool ListCopies::askToCloseUnsaved() {
+    MessageBox box{"Close without saving ?",
+                   "What was done here is not saved yet. Do you want to close this screen and drop it ?",
+                   BoxStyle::Warning, BoxButtons::YesNo, true};
+    box.loss = BoxLoss::File;
+    return dialogs_.show(box) == BoxAnswer::Yes;
 }
 
 Result<void> ListCopies::writeCopy(const NativePath& copy, const std::string& bytes, Round& round) {
@@ -288,8 +339,9 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
     for (int rounds = 0; rounds < kMostRounds; ++rounds) {
         std::optional<Round> round;
         if (!begin(round, copies)) {
+            const bool inVain = round->isInVain();
             round.reset();  // nobody has to wait for a person
-            tellLeft();
+            tellLeft(inVain);
             return std::vector<Result<void>>(copies.size(), failure(turnNotWaitedFor()));
         }
         auto merged = merge(copies, bytes, choice);
@@ -304,6 +356,7 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
             return {};
         if (write(copies, bytes, onFailure, *round, results)) {
             tellProblem(round->problem());
+            toMoveAway_.clear();  // the list is there again
             break;
         }
     }

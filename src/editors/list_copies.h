@@ -7,10 +7,12 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/database_history.h"
 #include "app/dialogs.h"
 #include "app/installation.h"
 #include "app/lost_note.h"
@@ -58,19 +60,24 @@ public:
     void forget() { saver_.forget(); }
     /// The screen takes this copy away, if it is there: it goes under Kept. One that cannot go stays.
     void moveAway(const NativePath& copy);
-    /// Does something with a copy in this program's turn, and notes it in the history.
+    /// Takes away what moveAway could not, as another computer was not waited for. False: it was not waited for again.
+    bool moveAwayWhatWasLeft();
+    /// Does something with a copy in this program's turn, and notes it in the history. Where the turn is not waited
+    /// for, nothing is done and a box says so.
     [[nodiscard]] Result<void> change(const NativePath& copy, const std::function<Result<void>()>& apply);
-    /// The person did not wait for another computer at the last change or save, so that nothing was written; a box has
-    /// said so.
+    /// The last save did not get its turn, as the person did not wait for another computer, or others had theirs all
+    /// the time: nothing was written, and a box has said so.
     [[nodiscard]] bool isLeft() const { return left_; }
+    /// Asks whether the screen closes all the same, though something is not saved.
+    [[nodiscard]] bool askToCloseUnsaved();
 
     /// Writes `bytes`, which the screen shows, to these copies in this order. What others did to a copy since it was
     /// loaded is put into `bytes` first, which then is what the screen has to show; where both changed the same record,
-    /// a box of our own asks. Where nobody else did anything, the bytes are written as they are. Copies that could not
-    /// be read, at the load or now, are overwritten (and kept, as ListSaver does). Other computers wait meanwhile, and
-    /// every change is noted in the history of its root; a box tells once when that did not work.
-    /// Gives one result for each copy; behind the failure that ended it, there are none. A wait that was left
-    /// (waitForTurn) is a failure of each.
+    /// a box of our own asks. Where nobody else did anything, the bytes are written as they are. A local copy that
+    /// could not be read at the load, and any that cannot be read now, is overwritten (and kept, as ListSaver does).
+    /// Other computers wait meanwhile, and every change is noted in the history of its root; a box tells once when that
+    /// did not work. Gives one result for each copy; behind the failure that ended it, there are none. A wait that was
+    /// left (waitForTurn), or that others made a vain one, is a failure of each.
     [[nodiscard]] std::vector<Result<void>> save(const std::vector<NativePath>& copies, std::string& bytes,
                                                  OnFailure onFailure = OnFailure::GoOn);
 
@@ -89,6 +96,7 @@ private:
     [[nodiscard]] static Base lookAt(const NativePath& copy);
     [[nodiscard]] Base lookPatientlyAt(const NativePath& copy, const Base& before) const;
     [[nodiscard]] std::optional<Records> commonBase(const std::string& shown, const Base& shared) const;
+    [[nodiscard]] Base baseOf(const NativePath& copy, const Base& known, const Base& now) const;
     [[nodiscard]] bool isShared(const NativePath& copy) const;
     [[nodiscard]] NativePath settingsOf(const NativePath& copy) const;
     [[nodiscard]] Merged merge(const std::vector<NativePath>& copies, const std::string& bytes,
@@ -98,9 +106,14 @@ private:
                                 const std::string& ours) const;
     [[nodiscard]] MergeChoice ask(const NativePath& copy, const std::vector<RecordConflict>& conflicts);
 
+    [[nodiscard]] Result<void> changeInTurn(DatabaseTurn& turn, const NativePath& copy,
+                                            const std::function<Result<void>()>& apply);
+
     class Round;
     [[nodiscard]] bool begin(std::optional<Round>& round, const std::vector<NativePath>& copies);
-    void tellLeft();
+    void tellLeft(bool inVain);
+    void tellNotChanged(const char* whenThen);
+    [[nodiscard]] bool isBeingChanged(const NativePath& copy) const;
     [[nodiscard]] bool write(const std::vector<NativePath>& copies, const std::string& bytes, OnFailure onFailure,
                              Round& round, std::vector<Result<void>>& results);
     [[nodiscard]] Result<void> writeCopy(const NativePath& copy, const std::string& bytes, Round& round);
@@ -112,6 +125,7 @@ private:
     ListSaver saver_;
     const ListForm& form_;
     std::map<NativePath, Base> bases_;
+    std::set<NativePath> toMoveAway_;
     std::string shown_;  // as it was loaded
     std::string job_;
     bool toldProblem_ = false;

@@ -185,4 +185,8 @@ bool ManualUpdate::save() {
     return !copies_.isLeft();
 }
 
+bool ManualUpdate::saveToClose() {
+    return save() || copies_.askToCloseUnsaved();
+}
+
 }  // namespace quillon

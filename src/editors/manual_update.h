@@ -93,6 +93,9 @@ public:
     /// what others did to it since it was loaded is put into the rows first (ListCopies). False: the person did not
     /// wait for another computer, so that the rows are still to be saved.
     bool save();
+    /// The same as the screen closes: where the person did not wait, a box asks whether it closes all the same. False:
+    /// it stays.
+    [[nodiscard]] bool saveToClose();
 
 private:
     [[nodiscard]] NativePath termFileIn(const NativePath& folder) const;

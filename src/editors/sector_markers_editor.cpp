@@ -154,7 +154,7 @@ Result<SectorMarker> SectorMarkersEditor::typed() const {
 
 std::string SectorMarkersEditor::remark() const {
     if (fields.marker.empty() && fields.name.empty())
-        return {};
+        return copies_.isLeft() ? "Not saved yet : another computer was not waited for" : "";
     const auto marker = typed();
     return marker ? std::string() : marker.error().text;
 }
@@ -230,6 +230,12 @@ void SectorMarkersEditor::save() {
             dialogs_.warn(kTitle, "Not saved : " + saved.error().text);
     }
     show(splitLines(bytes));
+}
+
+bool SectorMarkersEditor::saveToClose() {
+    if (copies_.isLeft())
+        save();
+    return !copies_.isLeft() || copies_.askToCloseUnsaved();
 }
 
 }  // namespace quillon

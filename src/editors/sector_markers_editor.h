@@ -54,7 +54,8 @@ public:
     [[nodiscard]] Result<SectorMarker> pattern() const;
     /// The same with its name. A failure, too, when it cannot stand in the list.
     [[nodiscard]] Result<SectorMarker> typed() const;
-    /// The reason of `typed`, empty without one; and empty while neither marker nor name are typed.
+    /// The reason of `typed`, empty without one. While neither marker nor name are typed: that the list is not saved,
+    /// or nothing.
     [[nodiscard]] std::string remark() const;
 
     /// Adds what is typed at the end, or puts it in the place of the selected row, saves the list and empties the
@@ -74,6 +75,10 @@ public:
     void moveDown();
     /// Asks, removes the selected row and saves the list; without one nothing happens.
     void deleteSelected();
+
+    /// The screen closes. What is not saved, as the person did not wait for another computer, is saved now; where he
+    /// does not wait again, a box asks whether it closes all the same. False: it stays.
+    [[nodiscard]] bool saveToClose();
 
 private:
     [[nodiscard]] std::vector<NativePath> copies() const;

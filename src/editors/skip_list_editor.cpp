@@ -124,6 +124,12 @@ void SkipListEditor::save() {
     for (auto& term : lineRecords(bytes)) terms_.push_back(PageText{std::move(term)});
 }
 
+bool SkipListEditor::saveToClose() {
+    if (copies_.isLeft())
+        save();
+    return !copies_.isLeft() || copies_.askToCloseUnsaved();
+}
+
 bool SkipListEditor::loadFromFile() {
     if (!terms_.empty() &&
         !dialogs_.ask("Overwrite existing skip list",

@@ -52,6 +52,10 @@ public:
     /// list is as it was. A person who changed his mind is no failure.
     [[nodiscard]] bool loadFromFile();
 
+    /// The screen closes. What is not saved, as the person did not wait for another computer, is saved now; where he
+    /// does not wait again, a box asks whether it closes all the same. False: it stays.
+    [[nodiscard]] bool saveToClose();
+
 private:
     [[nodiscard]] NativePath listFile() const;
     [[nodiscard]] std::string fileBytes() const;

@@ -10,6 +10,7 @@
 #include "platform/disk_calls.h"
 #include "platform/folders.h"
 #include "platform/moment.h"
+#include "platform/start_beside.h"
 #include "platform/system_error.h"
 #include "platform/temporary_name.h"
 #include "platform/whole_file.h"
@@ -63,10 +64,10 @@ Result<void> prepare(const NativePath& folder, const std::string& owner) {
     return {};
 }
 
-// What a rename says while others look at the lock, or take it or give it back. A share does not let go what somebody
-// else has open, and does not always find what it renames beside others.
-bool isInUse(int number) {
-    return number == EEXIST || number == ENOTEMPTY || number == EBUSY || number == ENOENT;
+// What the rename of a folder says while others look at the lock, or take it or give it back. A share does not let go
+// what somebody else has open, and does not always find what it renames beside others; but what is gone cannot come.
+bool isInUse(int number, const NativePath& from) {
+    return number == EEXIST || number == ENOTEMPTY || number == EBUSY || (number == ENOENT && pathExists(from));
 }
 
 // The wait for one lock, as this process sees it.
@@ -84,7 +85,7 @@ public:
         if (!pathExists(prepared) && pathExists(lock_ / owner))
             return true;
         // A lock that is gone by now was given back; but a folder that takes none fails again and again without one.
-        const bool isTaken = isInUse(number) || isFolder(lock_);
+        const bool isTaken = isInUse(number, prepared) || (number != ENOENT && isFolder(lock_));
         refusals_ = isTaken ? 0 : refusals_ + 1;
         if (refusals_ >= kMostRefusals)
             return failure(systemError(lock_.native(), number));
@@ -94,7 +95,12 @@ public:
     }
 
     [[nodiscard]] bool isOver() const {
-        return momentNow() - begun_ > times_.patience || (watch_ != nullptr && watch_->isLeft());
+        if (watch_ != nullptr && watch_->isLeft())
+            return true;
+        const bool over = momentNow() - begun_ > times_.patience;
+        if (over && watch_ != nullptr && !stuck_)
+            watch_->sawItInVain();
+        return over;
     }
 
     void wait() {
@@ -110,10 +116,11 @@ private:
             seenSince_ = momentNow();
         }
         const std::string name = owner.substr(std::min(owner.size(), kOwnerPrefix.size()));
-        if (watch_ != nullptr && !name.empty())
+        if (watch_ != nullptr && !owner.empty())
             watch_->saw(computerOfTemporary(name));
         const bool gone = isOfGoneProcess(name);
-        if (!gone && momentNow() - seenSince_ < times_.lease)
+        stuck_ = gone || momentNow() - seenSince_ >= times_.lease;
+        if (!stuck_)
             return;
         const NativePath taken = takenName(folder_);
         passOver(disk().rename(AT_FDCWD, lock_.c_str(), taken.c_str()), "another one was quicker");
@@ -127,7 +134,41 @@ private:
     int refusals_ = 0;
     std::string owner_;
     Moment seenSince_ = begun_;
+    bool stuck_ = false;  // the owner's time is over, and yet it has the lock
     std::chrono::milliseconds pause_ = kFirstWait;
+};
+
+// A lock on its way back: in one step, and under a name that is nobody's lock. A share may take its time to let a
+// folder go, and does not while somebody looks at it. A lock that stays would hold all others up for as long as a
+// lease.
+class GivingBack {
+public:
+    GivingBack(NativePath held, const std::string& owner)
+        : held_(std::move(held)), owner_(held_ / owner), done_(takenName(held_.parent_path())) {}
+
+    /// False when it is to be tried again. What is somebody else's by now stays.
+    [[nodiscard]] bool tryOnce() const {
+        if (!pathExists(owner_))
+            return true;
+        if (disk().rename(AT_FDCWD, held_.c_str(), done_.c_str()) != 0)
+            return !isInUse(errno, owner_);
+        removeWithFiles(done_);
+        return true;
+    }
+    void tryAgain() const {
+        std::chrono::milliseconds pause = kFirstWait;
+        for (int tries = 1; tries < kMostReleases; ++tries) {
+            disk().wait(pause);
+            pause = std::min(2 * pause, kLongestWait);
+            if (tryOnce())
+                return;
+        }
+    }
+
+private:
+    NativePath held_;
+    NativePath owner_;
+    NativePath done_;
 };
 
 }  // namespace
@@ -153,23 +194,22 @@ Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times, LeaseWatch
 }
 
 Lease::Lease(Lease&& other) noexcept
-    : held_(std::move(other.held_)), owner_(std::exchange(other.owner_, std::string())) {
+    : held_(std::move(other.held_)),
+      owner_(std::exchange(other.owner_, std::string())),
+      endsBeside_(other.endsBeside_) {
 }
 
 Lease::~Lease() {
-    if (!isHeld())
+    if (owner_.empty())
         return;
-    // In one step, and under a name that is nobody's lock: a share may take its time to let a folder go, and does not
-    // while somebody looks at it. A lock that stays would hold all others up for as long as a lease.
-    const NativePath done = takenName(held_.parent_path());
-    std::chrono::milliseconds pause = kFirstWait;
-    for (int tries = 1; disk().rename(AT_FDCWD, held_.c_str(), done.c_str()) != 0; ++tries) {
-        if (!isInUse(errno) || tries >= kMostReleases || !isHeld())
-            return;
-        disk().wait(pause);
-        pause = std::min(2 * pause, kLongestWait);
-    }
-    removeWithFiles(done);
+    const GivingBack back(held_, owner_);
+    if (back.tryOnce() || (endsBeside_ && startBeside([back] { back.tryAgain(); })))
+        return;
+    back.tryAgain();
+}
+
+bool Lease::isTaken(const NativePath& folder) {
+    return pathExists(folder / kLockName);
 }
 
 bool Lease::isHeld() const {

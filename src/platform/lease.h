@@ -11,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,10 +30,15 @@ struct LeaseTimes {
 /// What a wait for a lock says to other threads, and hears from them.
 class LeaseWatch {
 public:
-    /// The computer that has the lock, as was seen last; empty before.
+    /// The computer that has the lock, as was seen last; empty before, and where it has no name.
     [[nodiscard]] std::string owner() const {
         const std::lock_guard lock(mutex_);
-        return owner_;
+        return owner_.value_or("");
+    }
+    /// Whether an owner was seen at all.
+    [[nodiscard]] bool hasSeenOwner() const {
+        const std::lock_guard lock(mutex_);
+        return owner_.has_value();
     }
     void saw(std::string owner) {
         const std::lock_guard lock(mutex_);
@@ -41,11 +47,15 @@ public:
     /// Nobody wants the lock any more: the wait ends when it looks up next.
     void leave() { left_ = true; }
     [[nodiscard]] bool isLeft() const { return left_; }
+    /// The wait has ended without the lock, though each owner gave it back in its time: too many want it.
+    void sawItInVain() { inVain_ = true; }
+    [[nodiscard]] bool isInVain() const { return inVain_; }
 
 private:
     mutable std::mutex mutex_;
-    std::string owner_;
+    std::optional<std::string> owner_;
     std::atomic<bool> left_ = false;
+    std::atomic<bool> inVain_ = false;
 };
 
 class Lease {
@@ -65,12 +75,19 @@ public:
     [[nodiscard]] NativePath folder() const { return held_ / owner_; }
     /// False once somebody else has taken the lock.
     [[nodiscard]] bool isHeld() const;
+    /// A lock that the share does not let go at once, as somebody looks at it, is given back on another thread, so that
+    /// nobody waits for that here. A program that ends right behind leaves such a lock, which others then take.
+    void endBeside() { endsBeside_ = true; }
+
+    /// Whether somebody has the lock of this folder at this moment.
+    [[nodiscard]] static bool isTaken(const NativePath& folder);
 
 private:
     Lease(NativePath held, std::string owner) : held_(std::move(held)), owner_(std::move(owner)) {}
 
     NativePath held_;
     std::string owner_;  // the name of our folder in it; empty: given away
+    bool endsBeside_ = false;
 };
 
 /// The locks that were taken from their owners, and those that a process of this computer had made and not taken when

@@ -62,9 +62,13 @@ public:
         if (!steps)
             return failure(steps.error());
         const auto done = makeAll(*turn, *steps, id);
-        if (done && root_ == HistoryRoot::Shared)
-            passOver(followLocally(*steps, id), "the next job fetches it");
-        return done.map([&turn] { return turn->problem(); });
+        LostNote lost = turn->problem();
+        if (done && root_ == HistoryRoot::Shared) {
+            auto lostHere = followLocally(*steps, id);
+            if (!lost)
+                lost = std::move(lostHere);
+        }
+        return done.map([&lost] { return std::move(lost); });
     }
 
 private:
@@ -112,7 +116,8 @@ private:
         return saveWholeFileThrough(turn.through(), step.path, *step.change.after);
     }
 
-    [[nodiscard]] Result<void> followLocally(const std::vector<Step>& steps, const std::string& id) {
+    // The next job fetches what cannot be done here. Gives why it could not be noted.
+    LostNote followLocally(const std::vector<Step>& steps, const std::string& id) {
         const NativePath settings = settingsFolderOf(paths_, HistoryRoot::Local);
         if (settings.empty())
             return {};
@@ -122,8 +127,11 @@ private:
             if (bytesNow(path) == step.change.before)
                 local.push_back({path, step.change});
         }
-        auto turn = take_(settings);
-        return turn ? makeAll(*turn, local, id) : Result<void>(failure(turnNotWaitedFor()));
+        auto turn = local.empty() ? std::nullopt : take_(settings);
+        if (!turn)
+            return {};
+        passOver(makeAll(*turn, local, id), "the next job fetches it");
+        return turn->problem();
     }
 
     const Paths& paths_;

@@ -207,24 +207,32 @@ void ListViewer::addToSkipList() {
         return;
     if (const std::string lost = lostOnPage(*term); !lost.empty())
         state.status = "Stored as \"?\" : " + lost;
-    appendSkipTerm(paths.localSettings, toPage(*term));
+    // The share first: whoever does not wait for it sees that it lacks the term, whatever becomes of the local list.
+    std::vector<NativePath> roots{paths.localSettings};
     if (paths.useSharedDb)
-        appendSkipTerm(paths.sharedSettings, toPage(*term));
+        roots.insert(roots.begin(), paths.sharedSettings);
+    std::string left;
+    for (const auto& settings : roots) {
+        if (!appendSkipTerm(settings, toPage(*term)))
+            left += (left.empty() ? "" : ", ") + readable(settings.parent_path().native());
+    }
+    if (!left.empty())
+        state.status = "Not added to the skip list of " + left + " : " + turnNotWaitedFor().text;
 }
 
-void ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term) {
+// False: it was not waited for who is changing that list.
+bool ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term) {
     DatabaseChange change;
     change.screen = "File List Viewer";
     change.job = job_.context.state.options.jobId;
     auto turn = waitForTurn(job_.surroundings.dialogs, settings);
-    if (!turn) {
-        state.status = "Not added to the skip list : " + turnNotWaitedFor().text;
-        return;
-    }
+    if (!turn)
+        return false;
     const auto changed = changeNoted(*turn, fileIn(settings, kSkipListFileName), std::move(change),
                                      [&] { return appendRuleLine(settings, kSkipListFileName, term); });
     if (changed)  // the design has no answer to a skip list that cannot be written; a share may be away
         warnOfLostNote(job_.surroundings.dialogs, *changed);
+    return true;
 }
 
 std::optional<EditorHandover> ListViewer::openEditor() {

@@ -2,6 +2,7 @@
 // The wait for another computer that is changing the database.
 #include "app/history_dialogs.h"
 
+#include <future>
 #include <thread>
 
 #include <unistd.h>
@@ -10,11 +11,15 @@
 
 #include "platform/folders.h"
 #include "platform/whole_file.h"
+#include "support/failing_files.h"
 #include "support/temp_folder.h"
 #include "support/waiting_dialogs.h"
 
 namespace quillon::test {
 namespace {
+
+constexpr std::chrono::milliseconds kLongest{60'000};
+constexpr int kMostLooks = 60'000;
 
 class WaitForTurnTest : public testing::Test {
 protected:
@@ -23,6 +28,18 @@ protected:
             ADD_FAILURE() << "nobody has to be waited for";
             return true;
         };
+    }
+    /// The other thread sees in its time who has the turn.
+    static void expectQuestion(const PatientWait& wait, const std::string& text) {
+        for (int looks = 0; wait.text() != text && looks < kMostLooks; ++looks)
+            ASSERT_FALSE(wait.isOver(std::chrono::milliseconds(1)));
+        EXPECT_EQ(wait.text(), text);
+    }
+    /// The wait of the other thread ends behind this one's.
+    void waitUntilOthersAreDone() const {
+        for (int looks = 0; listEntries(history())->size() > 1 && looks < kMostLooks; ++looks)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_EQ(listEntries(history())->size(), 1U);
     }
     void lockedBy(const std::string& owner) const {
         std::filesystem::create_directories(history() / "lock" / ("owner" + owner));
@@ -41,6 +58,7 @@ protected:
 
 TEST_F(WaitForTurnTest, ATurnThatIsFreeComesWithoutAWord) {
     std::filesystem::create_directories(settings());
+    dialogs.noticedAfter = kLongest;
     const auto turn = waitForTurn(dialogs, settings());
     ASSERT_TRUE(turn);
     EXPECT_FALSE(turn->through().empty());
@@ -53,34 +71,32 @@ TEST_F(WaitForTurnTest, WhoIsWaitedForIsNamedAndNeedNotBeWaitedFor) {
     dialogs.onWait = [this](const PatientWait& wait) {
         EXPECT_EQ(wait.title, "Database History");
         EXPECT_EQ(wait.leave, "Do not wait");
-        while (wait.text() != question("LAB-7")) EXPECT_FALSE(wait.isOver(std::chrono::milliseconds(1)));
+        expectQuestion(wait, question("LAB-7"));
         return false;
     };
     EXPECT_FALSE(waitForTurn(dialogs, settings()));
-    // The wait of the other thread ends behind this one's.
-    while (listEntries(history())->size() > 1) std::this_thread::yield();
+    waitUntilOthersAreDone();
     EXPECT_TRUE(pathExists(history() / "lock/owner.quillon-save-LAB-7-4711-19a3b-0")) << "it is still theirs";
 }
 
 TEST_F(WaitForTurnTest, AnotherProgramOfThisComputerIsToldSo) {
     lockedBy(ownTemporaryPrefix() + std::to_string(::getpid()) + "-1-0");
     dialogs.onWait = [this](const PatientWait& wait) {
-        while (wait.text() != question("another program of this computer"))
-            EXPECT_FALSE(wait.isOver(std::chrono::milliseconds(1)));
+        expectQuestion(wait, question("another program of this computer"));
         return false;
     };
     EXPECT_FALSE(waitForTurn(dialogs, settings()));
-    while (listEntries(history())->size() > 1) std::this_thread::yield();
+    waitUntilOthersAreDone();
 }
 
 TEST_F(WaitForTurnTest, AnOwnerWithoutANameIsAnotherComputer) {
     lockedBy("strange");
     dialogs.onWait = [this](const PatientWait& wait) {
-        EXPECT_EQ(wait.text(), question("another computer"));
+        expectQuestion(wait, question("another computer"));
         return false;
     };
     EXPECT_FALSE(waitForTurn(dialogs, settings()));
-    while (listEntries(history())->size() > 1) std::this_thread::yield();
+    waitUntilOthersAreDone();
 }
 
 TEST_F(WaitForTurnTest, ATurnThatComesFreeEndsTheWait) {
@@ -90,14 +106,30 @@ TEST_F(WaitForTurnTest, ATurnThatComesFreeEndsTheWait) {
         waited = true;
         EXPECT_FALSE(wait.isOver(std::chrono::milliseconds(0)));
         std::filesystem::rename(history() / "lock", temp / "given back");
-        while (!wait.isOver(std::chrono::milliseconds(100))) {
-        }
+        EXPECT_TRUE(wait.isOver(kLongest));
         return true;
     };
     const auto turn = waitForTurn(dialogs, settings());
     ASSERT_TRUE(turn);
     EXPECT_TRUE(waited);
     EXPECT_FALSE(turn->isLost());
+}
+
+// Until the other thread has seen an owner, it may be the share that does not answer.
+TEST_F(WaitForTurnTest, WhatIsWaitedForIsTheShareUntilAnOwnerWasSeen) {
+    lockedBy(".quillon-save-LAB7-4711-19a3b-0");
+    std::promise<void> asked;
+    FailingFiles disk;
+    disk.ahead("rename", [reached = asked.get_future().share()] { reached.wait(); });
+    dialogs.onWait = [&](const PatientWait& wait) {
+        EXPECT_EQ(wait.text(), "Waiting for the share " + temp.path().native() +
+                                   ".\r\n\r\nWithout waiting nothing is changed there : it can be done again later.");
+        asked.set_value();
+        expectQuestion(wait, question("LAB7"));
+        return false;
+    };
+    EXPECT_FALSE(waitForTurn(dialogs, settings()));
+    waitUntilOthersAreDone();
 }
 
 // As those of a command.

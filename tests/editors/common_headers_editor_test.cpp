@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "editors/editor_folders.h"
+#include "support/failing_files.h"
 
 using namespace quillon;
+namespace test = quillon::test;
 using quillon::test::EditorFolders;
 using Entered = CommonHeadersEditor::Entered;
 
@@ -72,6 +74,35 @@ TEST_F(CommonHeadersEditorTest, ASecondReadingFillsTheShareWhateverTheFlag) {
     EXPECT_TRUE(editor.rows().empty());
     EXPECT_EQ(folders.bytesOf(kShared), "");
     EXPECT_EQ(folders.bytesOf(folders.keptName("CommonHeaders.dat")), kTwo);
+}
+
+// The list that looked empty was being replaced.
+TEST_F(CommonHeadersEditorTest, ASharedListThatWasEmptyForAMomentIsNotOverwritten) {
+    folders.share(true);
+    folders.folder.write(kLocal, "1,local,T,L\r\n");
+    folders.folder.write(kShared, "");
+    test::FailingFiles files;
+    files.ahead("makeFolder", [this] { folders.folder.write(kShared, kTwo); });
+    editor.load();
+    EXPECT_EQ(listed(), kTwo);
+    EXPECT_EQ(folders.bytesOf(kShared), kTwo);
+    EXPECT_EQ(folders.bytesOf(kLocal), "1,local,T,L\r\n");
+    EXPECT_FALSE(folders.has(folders.keptName("CommonHeaders.dat")));
+}
+
+TEST_F(CommonHeadersEditorTest, ASharedListThatCannotBeReadIsNotOverwritten) {
+    folders.share(true);
+    folders.folder.write(kLocal, "1,local,T,L\r\n");
+    folders.folder.write(kShared, "");
+    test::FailingFiles files;
+    files.ahead("makeFolder", [this] {
+        std::filesystem::remove(folders.folder / kShared);
+        std::filesystem::create_directories(folders.folder / kShared);
+    });
+    editor.load();
+    EXPECT_EQ(listed(), "1,local,T,L\r\n") << "what there is to be seen";
+    EXPECT_TRUE(std::filesystem::is_directory(folders.folder / kShared));
+    EXPECT_FALSE(folders.has(folders.keptName("CommonHeaders.dat")));
 }
 
 TEST_F(CommonHeadersEditorTest, AShareThatIsAwayIsPassedOverAtTheLoad) {

@@ -4,50 +4,24 @@
 
 #include <filesystem>
 #include <functional>
-#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "app/database_history.h"
 #include "editors/common_headers_editor.h"
-#include "editors/extension_editor_fixture.h"
+#include "editors/lost_update_fixture.h"
 #include "editors/manual_update.h"
 #include "editors/report_messages_editor.h"
 #include "editors/skip_list_editor.h"
 #include "platform/folders.h"
 #include "support/failing_files.h"
-#include "support/waiting_dialogs.h"
 
 namespace quillon::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kLocal = "local/Database/qlx.dat";
-constexpr const char* kShared = "share/Database/qlx.dat";
 constexpr const char* kTitle = "Changed by another workstation";
-
-class LostUpdateTest : public ExtensionEditorTest {
-protected:
-    LostUpdateTest() {
-        folders.share(true);
-        handover.job = "J1";
-    }
-
-    void openShared(const std::string& terms) {
-        folders.folder.write(kShared, terms);
-        openTerms(terms);
-    }
-    void add(const std::string& term) {
-        enter("1", term);
-        editor.addOrUpdate();
-    }
-    void theyWrite(const std::string& terms) { folders.folder.write(kShared, terms); }
-    void expectBoth(const std::string& terms) {
-        EXPECT_EQ(folders.bytesOf(kShared), terms);
-        EXPECT_EQ(folders.bytesOf(kLocal), terms);
-    }
-};
 
 TEST_F(LostUpdateTest, WhatAnotherWorkstationAddedStandsAheadOfOurs) {
     openShared("1,AAA,T\r\n");
@@ -63,7 +37,7 @@ TEST_F(LostUpdateTest, WhatAnotherWorkstationAddedStandsAheadOfOurs) {
 TEST_F(LostUpdateTest, ASharedFileThatIsBeingReplacedIsNotTakenForADeletedOne) {
     openShared("1,AAA,T\r\n1,BBB,T\r\n");
     add("OURS");
-    fs::remove(folders.folder / kShared);
+    fs::remove(folders.folder / kSharedTerms);
     FailingFiles files;
     files.ahead("wait", [this] { theyWrite("1,AAA,T\r\n1,BBB,T\r\n1,THEIRS,T\r\n"); });
     editor.save();
@@ -73,8 +47,8 @@ TEST_F(LostUpdateTest, ASharedFileThatIsBeingReplacedIsNotTakenForADeletedOne) {
 
 TEST_F(LostUpdateTest, ASharedFileThatCannotBeReadForAMomentIsLookedAtAgain) {
     FailingFiles files;
-    const auto place = folders.folder / kShared;
-    folders.folder.write(kShared, "1,AAA,T\r\n");
+    const auto place = folders.folder / kSharedTerms;
+    folders.folder.write(kSharedTerms, "1,AAA,T\r\n");
     fs::rename(place, place.native() + ".away");
     fs::create_directory(place);  // no file, and no missing one
     files.ahead("wait", [&] {
@@ -89,9 +63,48 @@ TEST_F(LostUpdateTest, ASharedFileThatCannotBeReadForAMomentIsLookedAtAgain) {
     expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
 }
 
+// None while it is replaced, as the screen opens: the untouched list is not to take the place of what comes back.
+TEST_F(LostUpdateTest, ASharedFileThatIsBeingReplacedAsTheScreenOpensIsSeen) {
+    fs::create_directories(folders.folder / "share/Settings/History/lock");
+    FailingFiles files;
+    files.ahead("wait", [this] { theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n"); });
+    openTerms("1,AAA,T\r\n");
+    EXPECT_EQ(files.waits(), 1);
+    fs::remove_all(folders.folder / "share/Settings/History/lock");
+    editor.save();
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n");
+}
+
+TEST_F(LostUpdateTest, AShareThatHasNoListAndIsNotBeingChangedIsNotWaitedFor) {
+    FailingFiles files;
+    openTerms("1,AAA,T\r\n");
+    EXPECT_EQ(files.waits(), 0);
+}
+
+TEST_F(LostUpdateTest, WhatCouldNotBeReadAsTheScreenOpenedIsNotOverwritten) {
+    const auto place = folders.folder / kSharedTerms;
+    fs::create_directory(place);  // no file, and no missing one
+    {
+        FailingFiles files;  // nobody waits
+        openTerms("1,AAA,T\r\n1,HERE,T\r\n");
+    }
+    fs::remove(place);
+    theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
+    add("OURS");
+    editor.save();
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,HERE,T\r\n1,OURS,T\r\n");
+}
+
+TEST_F(LostUpdateTest, NothingIsToldOfAHistoryThatNothingWasToBeNotedIn) {
+    openShared("1,AAA,T\r\n");
+    folders.folder.write("share/Settings/History", "a file where the folder should be");
+    editor.save();
+    expectBoth("1,AAA,T\r\n");
+}
+
 // The local copy is that of the last job; others have taught the share since.
 TEST_F(LostUpdateTest, WhatTheShareWasTaughtSinceItWasFetchedStays) {
-    folders.folder.write(kShared, "1,AAA,T\r\n1,THEIRS,T\r\n");
+    folders.folder.write(kSharedTerms, "1,AAA,T\r\n1,THEIRS,T\r\n");
     openTerms("1,AAA,T\r\n1,HERE,T\r\n");
     EXPECT_EQ(listed(), "1,AAA,T\r\n1,HERE,T\r\n") << "the screen shows the local terms";
     add("OURS");
@@ -100,7 +113,7 @@ TEST_F(LostUpdateTest, WhatTheShareWasTaughtSinceItWasFetchedStays) {
 }
 
 TEST_F(LostUpdateTest, AnExtensionThatWasNeverFetchedKeepsWhatTheShareHas) {
-    folders.folder.write(kShared, "1,THEIRS,T\r\n");
+    folders.folder.write(kSharedTerms, "1,THEIRS,T\r\n");
     open();
     EXPECT_EQ(listed(), "");
     add("OURS");
@@ -129,7 +142,7 @@ TEST_F(LostUpdateTest, ARecordThatOneSideDeletedIsGone) {
 TEST_F(LostUpdateTest, TermsThatAnotherWorkstationDeletedAltogetherAreGone) {
     openShared("1,AAA,T\r\n");
     add("OURS");
-    std::filesystem::remove(folders.folder / kShared);
+    std::filesystem::remove(folders.folder / kSharedTerms);
     editor.save();
     expectBoth("1,OURS,T\r\n");
 }
@@ -139,21 +152,21 @@ TEST_F(LostUpdateTest, AShareThatWentAwayDeletesNothing) {
     add("OURS");
     std::filesystem::remove_all(folders.folder / "share");
     editor.save();
-    EXPECT_EQ(folders.bytesOf(kLocal), "1,AAA,T\r\n1,OURS,T\r\n");
+    EXPECT_EQ(folders.bytesOf(kLocalTerms), "1,AAA,T\r\n1,OURS,T\r\n");
 }
 
 TEST_F(LostUpdateTest, WhatAJobFetchedMeanwhileIsNoLoss) {
     openShared("1,AAA,T\r\n");
     add("OURS");
     theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
-    folders.folder.write(kLocal, "1,AAA,T\r\n1,THEIRS,T\r\n");
+    folders.folder.write(kLocalTerms, "1,AAA,T\r\n1,THEIRS,T\r\n");
     editor.save();
     expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
 }
 
 TEST_F(LostUpdateTest, ALocalFileThatAJobTookAwayIsWrittenAgain) {
     openTerms("1,AAA,T\r\n");
-    std::filesystem::remove(folders.folder / kLocal);
+    std::filesystem::remove(folders.folder / kLocalTerms);
     add("OURS");
     editor.save();
     expectBoth("1,AAA,T\r\n1,OURS,T\r\n");
@@ -236,82 +249,6 @@ TEST_F(LostUpdateTest, EveryChangeIsNotedOnceInTheHistoryOfItsRoot) {
         EXPECT_EQ(notes.front().files,
                   (std::vector<FileChange>{{"Database/qlx.dat", "1,AAA,T\r\n", "1,AAA,T\r\n1,OURS,T\r\n"}}));
     }
-}
-
-// Another computer has its turn at the share.
-class HeldShareTest : public LostUpdateTest {
-protected:
-    HeldShareTest() {
-        std::filesystem::create_directories(theirs_);
-        dialogs_.onWait = [this](const PatientWait& wait) {
-            EXPECT_EQ(wait.text().find("Waiting for LAB7, "), 0U) << wait.text();
-            ++waits_;
-            return false;
-        };
-    }
-    void expectNothingSaved() {
-        expectWarning("Extension Editor",
-                      "Nothing was saved, as another computer was not waited for. What was entered stays here until it "
-                      "is saved, or this screen is closed.");
-    }
-    void openHeld() {
-        openShared("1,AAA,T\r\n");
-        waiting_.load(handover);
-    }
-    void addOurs() {
-        waiting_.state.position = "1";
-        waiting_.state.term = "OURS";
-        waiting_.state.type = kTextType;
-        waiting_.addOrUpdate();
-    }
-    // What another thread still does in these folders ends first.
-    void TearDown() override {
-        while (listEntries(history_)->size() > 1) std::this_thread::yield();
-    }
-
-    const NativePath history_ = folders.folder / "share/Settings/History";
-    const NativePath theirs_ = history_ / "lock/owner.quillon-save-LAB7-4711-19a3b-0";
-    WaitingDialogs dialogs_{folders.dialogs};
-    ExtensionEditor waiting_{folders.installation, dialogs_, folders.kept, job.messages, host, [] {}};
-    int waits_ = 0;
-};
-
-TEST_F(HeldShareTest, WhoDoesNotWaitWritesNothingAndLosesNothing) {
-    openHeld();
-    addOurs();
-    expectNothingSaved();
-    EXPECT_FALSE(waiting_.save());
-    EXPECT_EQ(waits_, 1);
-    expectBoth("1,AAA,T\r\n");
-    EXPECT_EQ(termFileBytes(waiting_.state.rows), "1,AAA,T\r\n1,OURS,T\r\n");
-    EXPECT_FALSE(folders.has("local/Settings/History/lock")) << "nobody waits for us meanwhile";
-    std::filesystem::rename(history_ / "lock", folders.folder / "given back");
-    EXPECT_TRUE(waiting_.save());
-    EXPECT_EQ(waits_, 1);
-    expectBoth("1,AAA,T\r\n1,OURS,T\r\n");
-}
-
-TEST_F(HeldShareTest, WhoWaitsSavesAsAlways) {
-    openHeld();
-    addOurs();
-    dialogs_.onWait = [&](const PatientWait& wait) {
-        theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
-        std::filesystem::rename(history_ / "lock", folders.folder / "given back");
-        while (!wait.isOver(std::chrono::milliseconds(100))) {
-        }
-        return true;
-    };
-    EXPECT_TRUE(waiting_.save());
-    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
-}
-
-TEST_F(HeldShareTest, AFileIsNotTakenAwayWithoutWaiting) {
-    openHeld();
-    waiting_.selectRow(0);
-    expectQuestion("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes);
-    expectNothingSaved();
-    waiting_.deleteRow();
-    expectBoth("1,AAA,T\r\n");
 }
 
 struct ListCase {

@@ -131,6 +131,58 @@ TEST_F(LeaseTest, ALockThatIsLookedAtIsGivenBackAllTheSame) {
     EXPECT_TRUE(entries().empty());
 }
 
+// It was given up for dead meanwhile.
+TEST_F(LeaseTest, ALockThatIsSomebodyElsesByTheNextTryStaysThere) {
+    const std::string theirs = "owner.quillon-save-LAB7-4711-19a3b-0";
+    test::FailingFiles disk;
+    {
+        const auto mine = take();
+        ASSERT_TRUE(mine);
+        disk.failAt(1, {.number = EBUSY}, "rename");
+        disk.ahead("wait", [&] {
+            std::filesystem::rename(temp / "lock", temp / "gone");
+            std::filesystem::create_directories(temp / "lock" / theirs);
+        });
+    }
+    EXPECT_EQ(disk.waits(), 1);
+    EXPECT_TRUE(pathExists(temp / "lock" / theirs));
+}
+
+TEST_F(LeaseTest, ALockThatIsLookedAtIsGivenBackOnAnotherThread) {
+    test::FailingFiles disk;
+    {
+        auto mine = take();
+        ASSERT_TRUE(mine);
+        mine->endBeside();
+        disk.failAt(1, {.number = EBUSY}, "rename");
+    }
+    for (int looks = 0; !entries().empty() && looks < 60'000; ++looks) std::this_thread::sleep_for(milliseconds(1));
+    EXPECT_TRUE(entries().empty());
+    EXPECT_EQ(disk.waits(), 1);
+}
+
+TEST_F(LeaseTest, AWaitEndsWhenItsFolderWentAway) {
+    std::filesystem::create_directories(temp / "locks/lock/owner.quillon-save-LAB7-4711-19a3b-0");
+    test::FailingFiles disk;
+    disk.ahead("wait", [this] { std::filesystem::remove_all(temp / "locks"); });
+    EXPECT_FALSE(Lease::take(temp / "locks", {milliseconds(60'000), milliseconds(60'000)}));
+    EXPECT_LE(disk.waits(), 4);
+}
+
+TEST_F(LeaseTest, AWaitThatOthersMadeAVainOneIsToldFromALockThatCannotBeTaken) {
+    const auto theirs = take();
+    ASSERT_TRUE(theirs);
+    EXPECT_TRUE(Lease::isTaken(temp.path()));
+    LeaseWatch inTime;
+    EXPECT_FALSE(Lease::take(temp.path(), kNever, &inTime));
+    EXPECT_TRUE(inTime.isInVain());
+    LeaseWatch stuck;
+    test::FailingFiles disk;
+    disk.refuse("rename", EBUSY);
+    EXPECT_FALSE(Lease::take(temp.path(), {milliseconds(0), milliseconds(0)}, &stuck));
+    EXPECT_FALSE(stuck.isInVain());
+}
+
 TEST_F(LeaseTest, ALockThatWasTakenInSpiteOfWhatTheShareSaysIsOurs) {
     test::FailingFiles disk;
     disk.ahead("rename", [this] {

@@ -25,9 +25,13 @@ public:
     }
     std::vector<NativePath> pickFiles(const FilePick& pick) override { return others_.pickFiles(pick); }
     bool waitFor(const PatientWait& wait) override { return onWait(wait); }
+    [[nodiscard]] std::chrono::milliseconds unnoticed() const override { return noticedAfter; }
 
     /// What becomes of a wait.
     std::function<bool(const PatientWait&)> onWait;
+    /// None where somebody has to be waited for, and long where nobody has: so no test depends on how busy the machine
+    /// is.
+    std::chrono::milliseconds noticedAfter{0};
 
 private:
     Dialogs& others_;

@@ -130,5 +130,21 @@ TEST_F(DatabaseUndoTest, OnAShareTheLocalCopyFollowsWhereItWasTheSame) {
     }
 }
 
+TEST_F(DatabaseUndoTest, ALocalCopyThatFollowsWithoutANoteIsTold) {
+    folders.installation.settings.useSharedDb = 1;
+    folders.installation.refreshPathVariables();
+    const Paths& paths = folders.installation.paths();
+    ASSERT_TRUE(changeNoted(paths.sharedSettings, paths.sharedDatabase / "jpg.dat", {},
+                            [&] { return saveWholeFile(paths.sharedDatabase / "jpg.dat", "1,new,T\r\n"); }));
+    const auto id = readHistory(paths.sharedSettings, 1).front().id;
+    folders.folder.write("local/Database/jpg.dat", "1,new,T\r\n");
+    folders.folder.write("local/Settings/History", "a file where the folder should be");
+    const auto undone = undoChange(folders.installation, folders.kept, HistoryRoot::Shared, id, "Test");
+    ASSERT_TRUE(undone);
+    ASSERT_TRUE(*undone);
+    EXPECT_NE((*undone)->text.find("local/Settings/History"), std::string::npos) << (*undone)->text;
+    EXPECT_FALSE(pathExists(paths.localDatabase / "jpg.dat"));
+}
+
 }  // namespace
 }  // namespace quillon::test
