@@ -140,6 +140,17 @@ TEST_F(CopyJournalTest, ACopyIsOfItsSourceOnlyWithSizeAndTime) {
     EXPECT_FALSE(copies->notedOf(place, source));
 }
 
+TEST_F(CopyJournalTest, ACopyOfWhichTheSourceDidNotGiveAllIsNoneToLeaveAlone) {
+    temp.write("1.sha256", lineOf("a", "one"));
+    CopyFacts hurt = factsOf("hurt");
+    hurt.unread = ByteRanges{{0, 512}};
+    for (const char* name : {"a", "b"}) note(name, hurt);
+    const auto copies = OlderCopies::read(temp.path(), "1");
+    ASSERT_TRUE(copies);
+    EXPECT_FALSE(copies->isKnown((temp / "a").native())) << "the check sum of an older one is not its own";
+    EXPECT_FALSE(copies->isKnown((temp / "b").native()));
+}
+
 TEST_F(CopyJournalTest, ACopyWithGapsTakesTheCheckSumOfAWholeOne) {
     temp.write("1.sha256", lineOf("a", "one"));
     CopyFacts gaps = factsOf("hurt");
