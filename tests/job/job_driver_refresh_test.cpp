@@ -8,6 +8,7 @@
 #include "platform/whole_file.h"
 #include "setup/database_folder.h"
 #include "support/failing_files.h"
+#include "support/hanging_share.h"
 
 namespace quillon::test {
 
@@ -147,6 +148,20 @@ TEST_F(SharedDriverTest, SharedReportMessagesThatCouldNotBeFetchedAreToldAndCoun
         EXPECT_EQ(told, fetched ? 0 : 1);
         EXPECT_EQ(state.counters.unreadRules, fetched ? 0 : 1);
     }
+}
+
+// As of a server that has gone.
+TEST_F(DriverTest, AnArchiveFolderThatHangsIsLeftAtStop) {
+    fs::create_directory(folder / "archives");
+    installation.settings.zipPath.assign(pageFromPath(folder / "archives"));
+    installation.refreshPathVariables();
+    const auto hanging = HangingShare::mount(folder / "archives");
+    if (!hanging)
+        GTEST_SKIP();
+    sourceFile("file", "x");
+    stopWhen([] { return true; });
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_GT(fake.loop.turns, 0);
 }
 
 TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {
