@@ -116,16 +116,31 @@ class Bench:
 
     def sums(self, name: str) -> dict[str, str]:
         path = self.target.folder / name
-        sums, hurt = {}, False
+        sums = {}
         for line in path.read_text().splitlines() if path.exists() else []:
             match = re.fullmatch(r"([0-9a-f]{64})  (.+)", line)
-            if match and not hurt:
+            if match:
                 sums[match[2]] = match[1]
-            hurt = line.startswith("# gap ")  # the next one is about a copy that lacks something
         return sums
 
+    def notes(self) -> tuple[dict[str, str], set[str]]:
+        """Of a run that did not come to its end: the whole copies, and those that lack something. None is cut."""
+        path = self.target.folder / "7.sha256-running"
+        whole, hurt = {}, set()
+        for note in path.read_bytes().decode(errors="replace").split("# end\n")[:-1] if path.exists() else []:
+            lines = note.rsplit("\n\n", 1)[-1].splitlines()
+            name = lines[-1][66:]
+            if any(line.startswith("# source ") for line in lines):
+                whole[name] = lines[-1][:64]
+                hurt.discard(name)
+            else:
+                hurt.add(name)
+                whole.pop(name, None)
+        return whole, hurt
+
     def recorded(self) -> dict[str, str]:
-        return self.sums("7.sha256") | self.sums("7.sha256-running")
+        whole, hurt = self.notes()
+        return {name: told for name, told in (self.sums("7.sha256") | whole).items() if name not in hurt}
 
     def evidence(self) -> dict[str, tuple]:
         with sqlite3.connect(self.data / "7.sqlite") as database:

@@ -6,19 +6,29 @@
 
 namespace quillon {
 
-std::size_t moveSaveLitterAway(const std::vector<NativePath>& folders, KeptFiles& kept) {
-    std::size_t moved = 0;
+std::vector<NativePath> findSaveLitter(const std::vector<NativePath>& folders) {
+    std::vector<NativePath> litter;
     for (const auto& folder : folders) {
         const auto names = listEntries(folder);
         if (!names)
             continue;
         for (const auto& name : *names) {
-            const NativePath file = folder / name;
-            if (isSaveLitter(file) && kept.moveAway(file))
-                ++moved;
+            NativePath file = folder / name;
+            if (isSaveLitter(file))
+                litter.push_back(std::move(file));
         }
     }
+    return litter;
+}
+
+std::size_t moveUnderKept(const std::vector<NativePath>& litter, KeptFiles& kept) {
+    std::size_t moved = 0;
+    for (const auto& file : litter) moved += kept.moveAway(file) ? 1U : 0U;
     return moved;
+}
+
+std::size_t moveSaveLitterAway(const std::vector<NativePath>& folders, KeptFiles& kept) {
+    return moveUnderKept(findSaveLitter(folders), kept);
 }
 
 }  // namespace quillon

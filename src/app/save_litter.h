@@ -10,8 +10,14 @@
 
 namespace quillon {
 
-/// Moves the litter of saves (platform/whole_file, isSaveLitter) that lies directly in these folders under Kept; a
-/// folder that cannot be listed is passed over. Gives the number of files that went.
+/// The litter of saves (platform/whole_file, isSaveLitter) that lies directly in these folders; a folder that cannot be
+/// listed is passed over.
+[[nodiscard]] std::vector<NativePath> findSaveLitter(const std::vector<NativePath>& folders);
+
+/// Moves such files under Kept. Gives the number of those that went.
+[[nodiscard]] std::size_t moveUnderKept(const std::vector<NativePath>& litter, KeptFiles& kept);
+
+/// Both at once.
 std::size_t moveSaveLitterAway(const std::vector<NativePath>& folders, KeptFiles& kept);
 
 }  // namespace quillon

@@ -165,6 +165,8 @@ Result<void> EvidenceStore::add(EvidenceRow& row, const FileHead* head) {
 }
 
 Result<void> EvidenceStore::add(std::span<const NewFile> files) {
+    if (files.empty())
+        return {};
     if (auto begun = begin(); !begun)
         return begun;
     newFiles_->clear();
@@ -172,7 +174,9 @@ Result<void> EvidenceStore::add(std::span<const NewFile> files) {
         if (auto described = describe(*file.row, file.head); !described)
             return described;
     }
-    return insert_.run();
+    auto inserted = insert_.run();
+    newFiles_->clear();  // the rows are the caller's, and may go now
+    return inserted;
 }
 
 // All of a new file but its row.

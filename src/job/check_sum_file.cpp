@@ -28,7 +28,6 @@ Result<CheckSumReader> CheckSumReader::open(const NativePath& path) {
     return CheckSumReader(*std::move(file));
 }
 
-// False at the end.
 Result<bool> CheckSumReader::nextLine() {
     while (true) {
         const auto end = text_.find('\n', at_);
@@ -54,7 +53,6 @@ Result<bool> CheckSumReader::nextLine() {
 }
 
 Result<std::optional<CheckSum>> CheckSumReader::next() {
-    remarks_.clear();
     while (true) {
         const auto more = nextLine();
         if (!more)
@@ -63,11 +61,7 @@ Result<std::optional<CheckSum>> CheckSumReader::next() {
             return std::nullopt;
         if (auto sum = readCheckSumLine(line_))
             return sum;
-        if (line_.starts_with("# "))
-            remarks_.push_back(line_.substr(2));
-        else if (line_.empty())
-            remarks_.clear();
-        else if (line_.front() != '#')
+        if (!line_.empty() && line_.front() != '#')
             ++unread_;
     }
 }

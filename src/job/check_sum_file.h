@@ -25,22 +25,21 @@ public:
 
     /// The next check sum; none at the end. Lines that are none are passed over.
     [[nodiscard]] Result<std::optional<CheckSum>> next();
-    /// The remarks ahead of the check sum that was given last, down from the line before it or an empty one, without
-    /// their "# ".
-    [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
+    /// Goes to the next line, whatever it is; false at the end.
+    [[nodiscard]] Result<bool> nextLine();
+    /// Without its end; holds until the next one.
+    [[nodiscard]] std::string_view line() const { return line_; }
     /// Lines that were neither a check sum nor a remark nor empty.
     [[nodiscard]] std::int64_t unread() const { return unread_; }
     [[nodiscard]] Result<std::uint64_t> bytes() const { return file_.size(); }
 
 private:
     explicit CheckSumReader(File file) : file_(std::move(file)) {}
-    [[nodiscard]] Result<bool> nextLine();
 
     File file_;
     std::string text_;
     std::size_t at_ = 0;
     std::string line_;
-    std::vector<std::string> remarks_;
     std::int64_t unread_ = 0;
 };
 

@@ -12,9 +12,11 @@ namespace quillon {
 
 namespace {
 
-constexpr std::string_view kSource = "source ";  // size, seconds, nanoseconds, and whether its sectors were looked at
+constexpr std::string_view kSource = "# source ";  // size, seconds, nanoseconds, and whether its sectors were looked at
 constexpr std::string_view kLooked = "looked";
-constexpr std::string_view kGap = "gap ";  // beginning and length
+constexpr std::string_view kGap = "# gap ";  // beginning and length
+// A name that was cut in its middle is a name, too: only with this line behind it a check sum counts.
+constexpr std::string_view kEnd = "# end";
 
 template <typename Number>
 bool readNumber(std::string_view text, Number& number) {
@@ -26,7 +28,7 @@ bool readNumber(std::string_view text, Number& number) {
 std::string sourceLine(const CopyFacts& facts) {
     if (!facts.sourceModified || !facts.gaps.empty() || (facts.unread && !facts.unread->empty()))
         return {};
-    return fmt::format("# {}{} {} {}{}\n", kSource, facts.size, facts.sourceModified->seconds,
+    return fmt::format("{}{} {} {}{}\n", kSource, facts.size, facts.sourceModified->seconds,
                        facts.sourceModified->nanoseconds, facts.unread ? " " + std::string(kLooked) : "");
 }
 
@@ -82,9 +84,18 @@ void CopyJournal::add(std::string_view name, const CopyFacts& facts) {
         lines = "\n\n";  // the last line of a killed run may have no end
     }
     lines += sourceLine(facts);
-    for (const ByteRange& gap : facts.gaps) lines += fmt::format("# {}{} {}\n", kGap, gap.begin, gap.bytes());
+    for (const ByteRange& gap : facts.gaps) lines += fmt::format("{}{} {}\n", kGap, gap.begin, gap.bytes());
     lines += checkSumLine(hexText(*facts.hash), name);
-    given_ = !file_.write(lines);
+    lines += kEnd;
+    lines += '\n';
+    write(lines);
+}
+
+void CopyJournal::write(std::string_view lines) {
+    const auto before = file_.size();
+    given_ = !before || !file_.write(lines);
+    if (given_ && before)
+        passOver(file_.truncate(*before), "a part of a note counts as none");
 }
 
 void CopyJournal::remove() {
@@ -98,19 +109,23 @@ std::optional<CopyJournalReader> CopyJournalReader::open(const NativePath& journ
 }
 
 std::optional<NotedCopy> CopyJournalReader::next() {
-    auto sum = sums_.next();
-    if (!sum || !*sum)
-        return std::nullopt;
-    NotedCopy copy{std::move((*sum)->name), {}};
-    copy.facts.hash = digestOf((*sum)->digest);
-    for (const std::string& remark : sums_.remarks()) {
-        const std::string_view text = remark;
-        if (text.starts_with(kSource))
-            readSource(text.substr(kSource.size()), copy.facts);
-        else if (text.starts_with(kGap))
-            readGap(text.substr(kGap.size()), copy.facts);
+    NotedCopy copy;
+    for (auto more = sums_.nextLine(); more && *more; more = sums_.nextLine()) {
+        const std::string_view line = sums_.line();
+        if (line == kEnd && copy.facts.hash)
+            return copy;
+        if (line.empty() || line == kEnd)
+            copy = {};
+        else if (line.starts_with(kSource))
+            readSource(line.substr(kSource.size()), copy.facts);
+        else if (line.starts_with(kGap))
+            readGap(line.substr(kGap.size()), copy.facts);
+        else if (auto sum = readCheckSumLine(line)) {
+            copy.name = std::move(sum->name);
+            copy.facts.hash = digestOf(sum->digest);
+        }
     }
-    return copy;
+    return std::nullopt;
 }
 
 }  // namespace quillon

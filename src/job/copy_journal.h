@@ -35,6 +35,8 @@ public:
     void remove();
 
 private:
+    void write(std::string_view lines);
+
     NativePath path_;
     File file_;
     bool given_ = false;  // up

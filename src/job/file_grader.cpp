@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "platform/folders.h"
-#include "testing/rule_line.h"
+#include "testing/messages_for.h"
 #include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
@@ -17,10 +17,17 @@ void loadCommonHeaders(const Installation& installation, const PassContext& cont
         context.rulesNotRead("Common headers", loaded.error());
 }
 
-void lookAtReportMessages(const Installation& installation, const PassContext& context) {
-    const auto read = readRuleFile(fileIn(installation.paths().localSettings, kErrorsFileName));
-    if (!read && read.error().kind != ErrorKind::NotFound)
-        context.rulesNotRead("Report messages", read.error());
+void lookAtReportMessages(const Installation& installation, const ReportMessages& messages,
+                          const PassContext& context) {
+    const Paths& paths = installation.paths();
+    const auto local = readLocalMessages(paths);
+    const ReportMessages fallback = ReportMessages::fallback();
+    if (!local && local.error().kind != ErrorKind::NotFound)
+        context.rulesNotRead("Report messages", local.error());
+    else if (local && paths.useSharedDb && messages == fallback && *local != fallback)
+        context.rulesNotRead("Report messages", {ErrorKind::PathAccess,
+                                                 "the shared ones could not be fetched; the built-in texts stand "
+                                                 "in the list"});
 }
 
 FileGrader::FileGrader(const Installation& installation, const ReportMessages& messages, const CommonList& commonList,

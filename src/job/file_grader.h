@@ -17,8 +17,9 @@
 
 namespace quillon {
 
-/// Counts and tells local report messages that are there and cannot be read: the fallback texts stand in the list then.
-void lookAtReportMessages(const Installation& installation, const PassContext& context);
+/// Counts and tells where the fallback texts stand in the list though there are local report messages: those cannot be
+/// read, or are fewer than ten, or the shared ones could not be fetched when `messages` were loaded.
+void lookAtReportMessages(const Installation& installation, const ReportMessages& messages, const PassContext& context);
 
 /// Loads the common headers of the local settings, when they are wanted and there. Those that cannot be read are
 /// counted and told, and the list stays what it was.

@@ -46,7 +46,7 @@ JobEnd JobDriver::runSteps() {
         context_.evidence.end(wordOf(rowOf(cause_).end));
         return rowOf(cause_).end;
     }
-    lookAtReportMessages(job_.installation(), context_);
+    lookAtReportMessages(job_.installation(), job_.messages, context_);
     loadCommonHeaders(job_.installation(), context_, job_.commonList);
     testFiles();
     copyRawList();

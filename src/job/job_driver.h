@@ -68,6 +68,7 @@ private:
     void begin();
     [[nodiscard]] bool stopAsked() const { return context_.surroundings.loop.stopAsked(); }
     [[nodiscard]] Next checkTarget();
+    [[nodiscard]] std::vector<NativePath> findLitter();
     void moveLitterAway();
     void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();

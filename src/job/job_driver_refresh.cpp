@@ -2,23 +2,44 @@
 // The start of a job: what is left of killed saves, and the refresh of the local database from the shared one.
 #include <algorithm>
 
+#include "app/run_beside.h"
 #include "app/save_litter.h"
+#include "app/turn_until.h"
 #include "job/job_driver.h"
 #include "job/lost_note_log.h"
 #include "job/share_steps.h"
 #include "platform/folders.h"
+#include "platform/start_beside.h"
 #include "setup/share_trial.h"
 #include "text/list_text.h"
 #include "text/numbers.h"
 
 namespace quillon {
 
-void JobDriver::moveLitterAway() {
+// An archive folder may lie on a share whose server has gone: nobody waits behind a Stop for what is no more than tidy.
+std::vector<NativePath> JobDriver::findLitter() {
+    constexpr std::chrono::milliseconds kUnnoticed{20};
     const Paths& paths = job_.installation().paths();
-    KeptFiles kept(job_.installation(), context_.surroundings.clock, KeptBy::Rescue);
-    tellLitter(moveSaveLitterAway(
-        {job_.installation().appFolder(), paths.localPath, paths.zipPath, paths.localDatabase, paths.localSettings},
-        kept));
+    const std::vector<NativePath> folders = {job_.installation().appFolder(), paths.localPath, paths.zipPath,
+                                             paths.localDatabase, paths.localSettings};
+    auto found = startBeside([folders] { return findSaveLitter(folders); });
+    if (!found)
+        return findSaveLitter(folders);
+    const auto isOver = [&](std::chrono::milliseconds pause) {
+        return hasCome(*found, pause) || context_.state.stopRequested || stopAsked();
+    };
+    if (!isOver(kUnnoticed))
+        turnUntil(context_.surroundings.loop, isOver);
+    return hasCome(*found, {}) ? found->get() : std::vector<NativePath>();
+}
+
+void JobDriver::moveLitterAway() {
+    const std::vector<NativePath> litter = findLitter();
+    if (litter.empty())
+        return;
+    const Installation installation = job_.installation();  // handlers may change it meanwhile
+    KeptFiles kept(installation, context_.surroundings.clock, KeptBy::Rescue);
+    tellLitter(answerBeside(context_.surroundings.loop, [&] { return moveUnderKept(litter, kept); }));
 }
 
 void JobDriver::tellLitter(std::size_t files) {

@@ -24,14 +24,15 @@ Result<OlderCopies> OlderCopies::read(const NativePath& target, const std::strin
     return copies;
 }
 
-// What they tell is younger than the lists. A copy with gaps is as none: it is to be made again.
+// What they tell is younger than the lists. A copy that lacks parts, which has gaps or no word on its source, is as
+// none: it is to be made again.
 void OlderCopies::readNotes(const NativePath& target, const std::string& jobId) {
     auto notes = CopyJournalReader::open(copyJournalIn(target, jobId));
     while (notes) {
         auto copy = notes->next();
         if (!copy)
             break;
-        if (copy->facts.gaps.empty())
+        if (copy->facts.gaps.empty() && copy->facts.sourceModified)
             known_[std::move(copy->name)] = {hexText(*copy->facts.hash), std::move(copy->facts)};
         else
             known_.erase(copy->name);

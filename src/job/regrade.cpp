@@ -111,7 +111,7 @@ RegradeEnd Regrade::runLocked(const NativePath& list) {
 void Regrade::loadRules() {
     logLostNote(context_, loadMessagesFor(changeByJob(context_.state.options.jobId), job_.installation(),
                                           context_.surroundings.dialogs, job_.kept(), job_.messages));
-    lookAtReportMessages(job_.installation(), context_);
+    lookAtReportMessages(job_.installation(), job_.messages, context_);
     loadCommonHeaders(job_.installation(), context_, job_.commonList);
 }
 

@@ -77,7 +77,7 @@ Result<File> File::openForChanging(const NativePath& path) {
 }
 
 Result<File> File::openForAppending(const NativePath& path) {
-    return open(path, O_WRONLY | O_CREAT | O_APPEND, 0666);
+    return open(path, O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW, 0666);
 }
 
 Result<std::size_t> File::read(std::span<std::byte> buffer) {

@@ -336,7 +336,7 @@ Result<void> Replacement::arrive() {
 }
 
 Result<void> appendToFile(const NativePath& path, std::string_view bytes) {
-    return File::openForAppending(path).and_then([bytes](File file) -> Result<void> {
+    return File::openForAppending(describeTarget(path).path).and_then([bytes](File file) -> Result<void> {
         const auto before = file.size();
         if (!before)
             return failure(before.error());

@@ -6,6 +6,7 @@
 #include "testing/rule_line.h"
 #include "testing/shared_copy.h"
 #include "text/fields.h"
+#include "text/list_text.h"
 #include "text/page_text.h"
 
 namespace quillon {
@@ -22,7 +23,7 @@ Result<ReportMessages> readMessages(const NativePath& file) {
         return failure(bytes.error());
     const auto lines = splitLines(*bytes);
     if (lines.size() < kMessageCount)
-        return failure(ErrorKind::PathAccess, "fewer than ten messages");
+        return failure(ErrorKind::PathAccess, readable(file.native()) + ": fewer than ten messages");
     ReportMessages messages = ReportMessages::fallback();
     for (std::size_t i = 0; i < kMessageCount; ++i) messages.values[i] = pageBytesToUtf16(lines[i]);
     return messages;
@@ -45,6 +46,10 @@ std::optional<Grade> gradeOfResult(std::u16string_view result, const ReportMessa
             return grade;
     }
     return std::nullopt;
+}
+
+Result<ReportMessages> readLocalMessages(const Paths& paths) {
+    return readMessages(fileIn(paths.localSettings, kErrorsFileName));
 }
 
 LostNote loadMessagesFor(const DatabaseChange& who, const Installation& installation, Dialogs& dialogs, KeptFiles& kept,

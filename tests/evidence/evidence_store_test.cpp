@@ -116,6 +116,18 @@ TEST_F(EvidenceStoreTest, FilesAddedTogetherAreThoseAddedOneByOne) {
     EXPECT_EQ(answers(path, all), before);
 }
 
+TEST_F(EvidenceStoreTest, NoFilesTakeNoLock) {
+    auto store = created();
+    fill(store, 1);
+    ASSERT_TRUE(store.finish());
+    auto other = Database::open(path, Access::Writing);
+    ASSERT_TRUE(other && other->run("BEGIN IMMEDIATE"));
+    store.waitForLocks(std::chrono::milliseconds(0));
+    EXPECT_TRUE(store.add(std::span<const EvidenceStore::NewFile>()));
+    EvidenceRow row = rowOf(2, "pic", "another.jpg");
+    EXPECT_FALSE(store.add(row, nullptr)) << "somebody else writes";
+}
+
 TEST_F(EvidenceStoreTest, OnlyTheStatementThatAddsSeesTheFilesThatComeTogether) {
     auto store = created();
     fill(store, 1);

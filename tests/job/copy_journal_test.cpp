@@ -7,6 +7,7 @@
 
 #include "job/copy_record.h"
 #include "job/older_copies.h"
+#include "support/failing_files.h"
 #include "support/temp_folder.h"
 
 namespace quillon {
@@ -79,7 +80,7 @@ TEST_F(CopyJournalTest, WhatIsNotedComesBackInItsOrder) {
 
 TEST_F(CopyJournalTest, ALineThatWasCutCostsItselfAlone) {
     for (const char* cut : {"# source 3 17", "# gap 0 51", "9f86d081884c7d659a2feaa0c5", "\xff"}) {
-        temp.write("1.sha256-running", lineOf("a", "one") + cut);
+        temp.write("1.sha256-running", lineOf("a", "one") + "# end\n" + cut);
         note("b", factsOf("two"));
         const auto copies = read();
         ASSERT_EQ(copies.size(), 2U) << cut;
@@ -88,6 +89,50 @@ TEST_F(CopyJournalTest, ALineThatWasCutCostsItselfAlone) {
         EXPECT_EQ(copies[1].facts.size, 3U) << cut;
         EXPECT_TRUE(copies[1].facts.gaps.empty()) << cut;
     }
+}
+
+// A kill or a full disk cuts where it likes; a part of a name is one, too.
+TEST_F(CopyJournalTest, OfANoteThatWasCutAnywhereNothingCounts) {
+    CopyFacts gaps = factsOf("two");
+    gaps.gaps = {{4096, 8192}};
+    for (const CopyFacts& facts : {factsOf("two"), gaps}) {
+        temp.write("1.sha256-running", "");
+        note("a", factsOf("one"));
+        const std::size_t whole = temp.read("1.sha256-running").size();
+        note("folder/odd\nname.jpg", facts);
+        const std::string all = temp.read("1.sha256-running");
+        for (std::size_t cut = whole; cut < all.size(); ++cut) {
+            temp.write("1.sha256-running", all.substr(0, cut));
+            note("c", factsOf("three"));
+            std::vector<std::string> names = {"a", "folder/odd\nname.jpg", "c"};
+            if (cut + 1 < all.size())  // the end of the last line may be missing
+                names.erase(names.begin() + 1);
+            std::vector<std::string> found;
+            for (const NotedCopy& copy : read()) found.push_back(copy.name);
+            EXPECT_EQ(found, names) << "cut at byte " << cut;
+            ASSERT_EQ(read().back().facts.size, 5U) << "cut at byte " << cut;
+            EXPECT_TRUE(read().back().facts.gaps.empty()) << "cut at byte " << cut;
+        }
+    }
+}
+
+TEST_F(CopyJournalTest, AWriteThatFailsIsTakenBack) {
+    note("a", factsOf("one"));
+    const std::string before = temp.read("1.sha256-running");
+    {
+        test::FailingFiles disk;
+        disk.failAt(1, {ENOSPC, false, true}, "write");
+        note("b", factsOf("two"));
+        EXPECT_TRUE(disk.met());
+    }
+    EXPECT_EQ(temp.read("1.sha256-running"), before);
+}
+
+TEST_F(CopyJournalTest, NothingIsWrittenThroughALink) {
+    const NativePath other = temp.write("other", "of the customer");
+    std::filesystem::create_symlink(other, path());
+    note("a", factsOf("one"));
+    EXPECT_EQ(temp.read("other"), "of the customer");
 }
 
 TEST_F(CopyJournalTest, WhereItCannotBeWrittenNothingIsNoted) {
@@ -138,6 +183,17 @@ TEST_F(CopyJournalTest, ACopyIsOfItsSourceOnlyWithSizeAndTime) {
     EXPECT_FALSE(copies->notedOf(place, source));
     source = {{1'700'000'000, 13}, {}, 3, 0};
     EXPECT_FALSE(copies->notedOf(place, source));
+}
+
+TEST_F(CopyJournalTest, ACopyOfWhichTheSourceDidNotGiveAllIsNoneToLeaveAlone) {
+    temp.write("1.sha256", lineOf("a", "one"));
+    CopyFacts hurt = factsOf("hurt");
+    hurt.unread = ByteRanges{{0, 512}};
+    for (const char* name : {"a", "b"}) note(name, hurt);
+    const auto copies = OlderCopies::read(temp.path(), "1");
+    ASSERT_TRUE(copies);
+    EXPECT_FALSE(copies->isKnown((temp / "a").native())) << "the check sum of an older one is not its own";
+    EXPECT_FALSE(copies->isKnown((temp / "b").native()));
 }
 
 TEST_F(CopyJournalTest, ACopyWithGapsTakesTheCheckSumOfAWholeOne) {

@@ -8,6 +8,7 @@
 #include "platform/whole_file.h"
 #include "setup/database_folder.h"
 #include "support/failing_files.h"
+#include "support/hanging_share.h"
 
 namespace quillon::test {
 
@@ -113,6 +114,54 @@ TEST_F(SharedDriverTest, LitterOfKilledSavesGoesUnderKeptAndIsTold) {
     EXPECT_EQ(logTexts().at(3), "1 files of saves that were cut short moved to Kept") << "those of the share";
     EXPECT_FALSE(exists("local/" + name) || exists("share/Database/" + name));
     EXPECT_EQ(listEntries(folder / "local/Kept/2026-11-15 10.20.30")->size(), 2U);
+}
+
+// The list tells the grades by the built-in texts then, and whoever counts on the own ones misses every row.
+TEST_F(DriverTest, TooFewReportMessagesAreToldAndCounted) {
+    const NativePath file = folder.write("local/Settings/Errors.dat", "1\r\n2\r\n3\r\n");
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(state.counters.unreadRules, 1);
+    const auto texts = logTexts();
+    EXPECT_EQ(
+        std::ranges::count(texts, "Report messages cannot be read : " + file.native() + ": fewer than ten messages"),
+        1);
+}
+
+TEST_F(SharedDriverTest, SharedReportMessagesThatCouldNotBeFetchedAreToldAndCounted) {
+    for (const bool fetched : {false, true}) {
+        std::string lines;
+        for (int i = 1; i <= 10; ++i) lines += std::to_string(i) + "\r\n";
+        const NativePath shared = folder.write("share/Settings/Errors.dat", lines);
+        folder.write("local/Settings/Errors.dat", lines);
+        if (!fetched) {
+            fs::remove(shared);
+            fs::create_directory(shared);
+        }
+        loadReportMessages(installation, fake.dialogs, job.kept(), job.messages);
+        fs::remove_all(shared);
+        state.log.clear();
+        state.options.confirmedList = folder / "local/1234.csv";
+        EXPECT_EQ(run(), JobEnd::Complete);
+        const auto texts = logTexts();
+        const auto told = std::ranges::count_if(
+            texts, [](const std::string& text) { return text.starts_with("Report messages cannot be read"); });
+        EXPECT_EQ(told, fetched ? 0 : 1);
+        EXPECT_EQ(state.counters.unreadRules, fetched ? 0 : 1);
+    }
+}
+
+// As of a server that has gone.
+TEST_F(DriverTest, AnArchiveFolderThatHangsIsLeftAtStop) {
+    fs::create_directory(folder / "archives");
+    installation.settings.zipPath.assign(pageFromPath(folder / "archives"));
+    installation.refreshPathVariables();
+    const auto hanging = HangingShare::mount(folder / "archives");
+    if (!hanging)
+        GTEST_SKIP();
+    sourceFile("file", "x");
+    stopWhen([] { return true; });
+    EXPECT_EQ(run(), JobEnd::Stopped);
+    EXPECT_GT(fake.loop.turns, 0);
 }
 
 TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {

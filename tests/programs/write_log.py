@@ -90,15 +90,19 @@ class LoggedFile:
         return (0 if code in (FLUSH, RELEASE, DESTROY) else ENOSYS), b""
 
 
+# Bytes of an image, and how the file system is made.
+KINDS = {"ext4": (16 * 1024 * 1024, ["mkfs.ext4", "-q", "-b", "1024"]), "xfs": (300 * 1024 * 1024, ["mkfs.xfs", "-q"])}
+
+
 class Volume:
     """A mounted file system on a file."""
 
-    def __init__(self, image, place):
+    def __init__(self, image, place, kind="ext4"):
         self.device = run("losetup", "-f", "--show", image)
         self.place = place
         place.mkdir(exist_ok=True)
         try:
-            run("mount", "-t", "ext4", self.device, place)
+            run("mount", "-t", kind, self.device, place)
         except OSError:
             run("losetup", "-d", self.device)
             raise
@@ -111,22 +115,24 @@ class Volume:
         run("losetup", "-d", self.device)
 
 
-def record(folder, prepare, work):
+def record(folder, prepare, work, kind="ext4", afterwards=lambda place: None):
     """Runs `work(place)` over a new volume that `prepare(place)` has filled. Gives the volume as it was at first, the log of its
-    writes, and how long the log was when `work` had come back."""
+    writes, and how long the log was when `work` had come back; it goes on with those of `afterwards(place)` and of the end."""
     image = folder / "base"
+    size, make = KINDS[kind]
     with open(image, "wb") as file:
-        file.truncate(16 * 1024 * 1024)
-    run("mkfs.ext4", "-q", "-b", "1024", image)
+        file.truncate(size)
+    run(*make, image)
     place = folder / "volume"
-    with Volume(image, place):
+    with Volume(image, place, kind):
         prepare(place)
     base = image.read_bytes()
     logged = LoggedFile(base, folder / "disk")
     try:
-        with Volume(folder / "disk", place):
+        with Volume(folder / "disk", place, kind):
             work(place)
             said = len(logged.log)
+            afterwards(place)
     finally:
         logged.close()
     return base, logged.log, said
