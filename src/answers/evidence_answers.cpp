@@ -4,6 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include <fmt/format.h>
+
 #include "answers/ask_evidence.h"
 #include "answers/evidence_files.h"
 #include "answers/folder_branches.h"
@@ -84,6 +86,11 @@ Result<void> EvidenceAnswers::addDoubts(FiguresBy& figures) {
 }
 
 Result<void> EvidenceAnswers::addSectors(FiguresBy& figures) {
+    const auto counted = reader_.jobNumber(job_keys::kSectorsCounted);
+    if (!counted)
+        return failure(counted.error());
+    if (*counted)
+        return addCountedSectors(figures);
     return ask(reader_,
                "SELECT extension, grade, count(*), sum(bad_bytes > 0), sum(bad_bytes) FROM file "
                "WHERE bad_bytes IS NOT NULL GROUP BY extension, grade",
@@ -91,6 +98,21 @@ Result<void> EvidenceAnswers::addSectors(FiguresBy& figures) {
                    countSectors(figures[std::string(row.text(0))], numbered<Grade>(row, 1), row.integer(2),
                                 row.integer(3), row.integer(4));
                });
+}
+
+Result<void> EvidenceAnswers::addCountedSectors(FiguresBy& figures) {
+    const auto sql = fmt::format("SELECT extension, reason, files, bytes FROM by_reason WHERE reason BETWEEN {} AND {}",
+                                 kHurtRecovered, kSectorsKnown);
+    return ask(reader_, sql, [&](const Statement& row) {
+        Figures& sum = figures[std::string(row.text(0))];
+        const std::int64_t files = row.integer(2);
+        if (row.integer(1) == kSectorsKnown)
+            sum.sectorsKnown += files;
+        else if (row.integer(1) == kHurtRecovered)
+            sum.hurtRecovered += files;
+        else
+            countSectors(sum, std::nullopt, 0, files, row.integer(3));
+    });
 }
 
 Result<FiguresBy> EvidenceAnswers::byReason() {

@@ -28,6 +28,7 @@ public:
 private:
     [[nodiscard]] Result<void> addDoubts(FiguresBy& figures);
     [[nodiscard]] Result<void> addSectors(FiguresBy& figures);
+    [[nodiscard]] Result<void> addCountedSectors(FiguresBy& figures);
 
     EvidenceReader reader_;
 };

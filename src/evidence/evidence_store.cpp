@@ -91,6 +91,7 @@ Result<void> EvidenceStore::prepareAll() {
         {copy_,
          "UPDATE file SET copied = ?2, verified = ?3, copy_error = ?4, bad_bytes = coalesce(?5, bad_bytes), "
          "bad_ranges = iif(?5 IS NULL, bad_ranges, ?6) WHERE id = ?1"},
+        {sectorsBefore_, "SELECT extension, grade, bad_bytes FROM file WHERE id = ?"},
         {verdict_,
          "UPDATE file SET grade = ?2, result = ?3, reason = ?4, detail = ?5, unread = ?6, doubt = ?7, "
          "doubt_detail = ?8 WHERE id = ?1"},
@@ -255,9 +256,20 @@ Result<void> EvidenceStore::moveLine(std::string_view path, std::int64_t line) {
     return begin().and_then([&] { return moveLine_.bind(line, folder, name).run(); });
 }
 
+Result<void> EvidenceStore::countSectors(std::int64_t id, std::optional<std::int64_t> now) {
+    if (!now)
+        return {};
+    const auto found = sectorsBefore_.bind(id).step();
+    if (found && *found)
+        totals_.changeSectors(sectorsBefore_.text(0), kindIn<Grade>(sectorsBefore_, 1), sectorsBefore_.integerOrNone(2),
+                              now);
+    sectorsBefore_.reset();
+    return found ? Result<void>() : failure(found.error());
+}
+
 // No digest covers these columns.
 Result<void> EvidenceStore::setCopy(std::int64_t id, const CopyOutcome& outcome) {
-    return begin().and_then([&] {
+    return begin().and_then([&] { return countSectors(id, outcome.badBytes); }).and_then([&] {
         return copy_
             .bind(id, outcome.copied ? 1 : 0, outcome.verified, unlessEmpty(outcome.error), outcome.badBytes,
                   unlessEmpty(outcome.badRanges))

@@ -81,6 +81,7 @@ private:
     [[nodiscard]] Result<void> write(Statement& statement, const EvidenceRow& row);
     [[nodiscard]] Result<void> describe(EvidenceRow& row, const FileHead* head);
     [[nodiscard]] Result<EvidenceRow> rowBefore(std::int64_t id);
+    [[nodiscard]] Result<void> countSectors(std::int64_t id, std::optional<std::int64_t> now);
     [[nodiscard]] Result<void> writeVerdict(const EvidenceRow& before, const EvidenceRow& now);
 
     std::unique_ptr<NewFiles> newFiles_ = std::make_unique<NewFiles>();  // the database's statements read it
@@ -95,6 +96,7 @@ private:
     Statement remove_;
     Statement moveLine_;
     Statement copy_;
+    Statement sectorsBefore_;
     Statement end_;
     Statement verdict_;
     Statement byId_;

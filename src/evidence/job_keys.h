@@ -25,6 +25,7 @@ inline constexpr const char* kListModified = "list_modified";
 inline constexpr const char* kListDigest = "list_digest";
 inline constexpr const char* kSectors = "sectors";
 inline constexpr const char* kDoubtsCounted = "doubts_counted";
+inline constexpr const char* kSectorsCounted = "sectors_counted";
 
 // Of a part of a job.
 inline constexpr const char* kPart = "part";

@@ -10,15 +10,6 @@ namespace quillon {
 
 namespace {
 
-// A number that is none of `Kind` is taken for none.
-template <typename Kind>
-std::optional<Kind> kindIn(const Statement& found, int column) {
-    const auto number = found.integerOrNone(column);
-    if (!number || *number < 0 || *number >= static_cast<std::int64_t>(Kind::Count))
-        return std::nullopt;
-    return static_cast<Kind>(*number);
-}
-
 // All but the folder.
 void readColumns(const Statement& found, EvidenceRow& row) {
     row.id = found.integer(0);

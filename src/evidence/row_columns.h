@@ -33,6 +33,15 @@ template <typename Kind>
     return kind ? std::optional(static_cast<std::int64_t>(*kind)) : std::nullopt;
 }
 
+/// The grade or reason in a column; none for a number that stands for none.
+template <typename Kind>
+[[nodiscard]] std::optional<Kind> kindIn(const Statement& found, int column) {
+    const auto number = found.integerOrNone(column);
+    if (!number || *number < 0 || *number >= static_cast<std::int64_t>(Kind::Count))
+        return std::nullopt;
+    return static_cast<Kind>(*number);
+}
+
 /// Over what a later reader relies on: id, path, size, time, attributes, grade, result and unread bytes.
 [[nodiscard]] std::int64_t rowDigest(const EvidenceRow& row);
 

@@ -119,7 +119,8 @@ Result<std::string> emptyEvidence() {
     std::vector<std::string> statements = {fmt::format("PRAGMA application_id = {}", kEvidenceId),
                                            fmt::format("PRAGMA user_version = {}", kEvidenceVersion)};
     for (const auto& object : allObjects(kEvidenceVersion)) statements.push_back(object.sql);
-    statements.push_back(fmt::format("INSERT INTO job VALUES ('{}', 1)", job_keys::kDoubtsCounted));
+    for (const char* counted : {job_keys::kDoubtsCounted, job_keys::kSectorsCounted})
+        statements.push_back(fmt::format("INSERT INTO job VALUES ('{}', 1)", counted));
     for (const auto& row : kGrades.values)
         statements.push_back(fmt::format("INSERT INTO grade (id, name) VALUES ({}, '{}')",
                                          static_cast<int>(row.grade.value), row.name.value));

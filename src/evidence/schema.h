@@ -14,6 +14,11 @@ namespace quillon {
 /// Stands for a reason in `by_reason` and counts the good files that their own heads doubt; an evidence that counts
 /// them says so under `kDoubtsCounted`.
 inline constexpr std::int64_t kDoubtful = -1;
+/// The same for what the medium did not give, under `kSectorsCounted`: files of which that is known; those that lack
+/// bytes, with the number of these bytes; and how many of those count as recovered.
+inline constexpr std::int64_t kSectorsKnown = -2;
+inline constexpr std::int64_t kHurt = -3;
+inline constexpr std::int64_t kHurtRecovered = -4;
 
 inline constexpr std::int64_t kEvidenceId = 0x514C4556;  // "QLEV"
 /// Version 1 lacks what the ends of files show. It is read as it is, and brought up to this one before it is written.

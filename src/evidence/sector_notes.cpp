@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/sector_notes.h"
 
+#include <fmt/format.h>
+
 #include "evidence/job_keys.h"
 #include "evidence/schema.h"
+#include "evidence/totals.h"
 
 namespace quillon {
 
@@ -32,18 +35,28 @@ Result<void> SectorNotes::begin() {
     return begun;
 }
 
+// Thousands of files may change between two commits, by a scan that may be killed behind any of them.
+Result<void> SectorNotes::beginChange() {
+    auto begun = begin();
+    if (!begun || !counted_)
+        return begun;
+    auto told = database_.run(fmt::format("DELETE FROM job WHERE key = '{}'", job_keys::kSectorsCounted));
+    counted_ = !told;
+    return told;
+}
+
 Result<void> SectorNotes::setAllWhole() {
-    return begin().and_then([this] { return database_.run("UPDATE file SET bad_bytes = 0, bad_ranges = NULL"); });
+    return beginChange().and_then([this] { return database_.run("UPDATE file SET bad_bytes = 0, bad_ranges = NULL"); });
 }
 
 Result<void> SectorNotes::forgetAll() {
-    return begin().and_then([this] {
+    return beginChange().and_then([this] {
         return database_.run("UPDATE file SET bad_bytes = NULL, bad_ranges = NULL WHERE bad_bytes IS NOT NULL");
     });
 }
 
 Result<void> SectorNotes::write(std::int64_t id, std::optional<std::int64_t> bytes, std::optional<std::string> ranges) {
-    return begin().and_then([&] { return update_.bind(id, bytes, ranges).run(); });
+    return beginChange().and_then([&] { return update_.bind(id, bytes, ranges).run(); });
 }
 
 Result<void> SectorNotes::setUnread(std::int64_t id, const ByteRanges& unread) {
@@ -57,7 +70,11 @@ Result<void> SectorNotes::setUnknown(std::int64_t id) {
 }
 
 Result<void> SectorNotes::setOrigin(const char* origin) {
-    return begin().and_then([&] { return job_.bind(job_keys::kSectors, origin).run(); });
+    auto set = begin().and_then([&] { return job_.bind(job_keys::kSectors, origin).run(); }).and_then([&] {
+        return recountSectors(database_);
+    });
+    counted_ = counted_ || set;
+    return set;
 }
 
 Result<void> SectorNotes::commit() {

@@ -28,7 +28,8 @@ public:
     [[nodiscard]] Result<void> setUnread(std::int64_t id, const ByteRanges& unread);
     /// It is not known of the file whether all its bytes were given.
     [[nodiscard]] Result<void> setUnknown(std::int64_t id);
-    /// How all this came to be known, for the job: the value of job_keys::kSectors.
+    /// How all this came to be known, for the job: the value of job_keys::kSectors. Behind all that was noted: totals
+    /// are counted here, and until then the evidence says that they are not.
     [[nodiscard]] Result<void> setOrigin(const char* origin);
 
     [[nodiscard]] Result<void> commit();
@@ -36,6 +37,7 @@ public:
 private:
     explicit SectorNotes(Database database) : database_(std::move(database)) {}
     [[nodiscard]] Result<void> begin();
+    [[nodiscard]] Result<void> beginChange();
     [[nodiscard]] Result<void> write(std::int64_t id, std::optional<std::int64_t> bytes,
                                      std::optional<std::string> ranges);
 
@@ -43,6 +45,7 @@ private:
     Statement update_;
     Statement job_;
     bool begun_ = false;
+    bool counted_ = true;
 };
 
 }  // namespace quillon

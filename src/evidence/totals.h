@@ -18,6 +18,9 @@ public:
     [[nodiscard]] Result<void> add(const EvidenceRow& row) { return count(row, 1); }
     /// A row went, as it was.
     [[nodiscard]] Result<void> remove(const EvidenceRow& row) { return count(row, -1); }
+    /// What is known of the sectors of a file changed, and nothing else of it.
+    void changeSectors(std::string_view extension, std::optional<Grade> grade, std::optional<std::int64_t> before,
+                       std::optional<std::int64_t> now);
 
     /// Writes what changed since the last call.
     [[nodiscard]] Result<void> write();
@@ -37,10 +40,16 @@ private:
     Totals(Statement extensions, Statement reasons)
         : extensions_(std::move(extensions)), reasons_(std::move(reasons)) {}
     [[nodiscard]] Result<void> count(const EvidenceRow& row, std::int64_t sign);
+    [[nodiscard]] OfExtension& of(std::string_view extension);
+    static void countSectors(Sums& sums, std::optional<Grade> grade, std::optional<std::int64_t> badBytes,
+                             std::int64_t sign);
 
     Statement extensions_;
     Statement reasons_;
     std::map<std::string, OfExtension, std::less<>> changes_;
 };
+
+/// Counts anew what is known of the sectors of all files, and says that it is counted.
+[[nodiscard]] Result<void> recountSectors(Database& database);
 
 }  // namespace quillon

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "evidence/job_keys.h"
+#include "evidence/schema.h"
 #include "text/numbers.h"
 
 namespace quillon {
@@ -36,7 +37,35 @@ Result<void> addJudged(EvidenceReader& evidence, SectorSummary& summary) {
     }
 }
 
+// Of an evidence that counts them with its totals.
+Result<void> addCountedSectors(EvidenceReader& evidence, SectorSummary& summary) {
+    auto sums = evidence.prepare("SELECT reason, sum(files), sum(bytes) FROM by_reason GROUP BY reason");
+    if (!sums)
+        return failure(sums.error());
+    while (true) {
+        const auto more = sums->step();
+        if (!more)
+            return failure(more.error());
+        if (!*more)
+            return {};
+        const std::int64_t files = sums->integer(1);
+        if (sums->integer(0) == kSectorsKnown)
+            summary.known += files;
+        if (sums->integer(0) == kHurt) {
+            summary.hurt += files;
+            summary.unreadBytes += sums->integer(2);
+        }
+        if (sums->integer(0) == kHurtRecovered)
+            summary.goodAndWhole -= files;
+    }
+}
+
 Result<void> addSectors(EvidenceReader& evidence, SectorSummary& summary) {
+    const auto counted = evidence.jobNumber(job_keys::kSectorsCounted);
+    if (!counted)
+        return failure(counted.error());
+    if (*counted)
+        return addCountedSectors(evidence, summary);
     auto sectors = evidence.prepare(
         "SELECT grade, count(*), sum(bad_bytes > 0), sum(bad_bytes) FROM file WHERE bad_bytes IS NOT NULL "
         "GROUP BY grade");

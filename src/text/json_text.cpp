@@ -12,17 +12,26 @@
 
 namespace quillon {
 
+namespace {
+
+// Without a picture, as what `isHidden` tells; the writer escapes only those below the blank.
+bool isHighControl(char32_t character) {
+    return character >= 0x7F && character <= 0x9F;
+}
+
+}  // namespace
+
 // Outside of its strings a document is plain ASCII, so an escape can stand for every such character.
 std::string jsonText(const nlohmann::ordered_json& json, int indent) {
     std::string plain = json.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-    if (std::ranges::all_of(plain, [](char c) { return static_cast<unsigned char>(c) < 0x80; }))
+    if (std::ranges::all_of(plain, [](char c) { return static_cast<unsigned char>(c) < 0x7F; }))
         return plain;
     std::string text;
     text.reserve(plain.size());
     for (std::size_t i = 0; i < plain.size();) {
         const std::size_t begin = i;
         const auto character = nextUtf8(plain, i);
-        if (!character || !isHidden(*character)) {
+        if (!character || (!isHidden(*character) && !isHighControl(*character))) {
             text.append(plain, begin, i - begin);
             continue;
         }

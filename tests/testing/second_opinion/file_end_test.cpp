@@ -164,6 +164,43 @@ TEST(FileEndTest, APhotoWithAFilmBehindItIsWhole) {
     EXPECT_FALSE(endOf(photo));
 }
 
+// Named records, a directory of them and a mark at the very end, as makers put theirs behind everything.
+std::string recordsBehind() {
+    const std::string records = noise(3000, 31) + "SEFH" + noise(44, 32);
+    return records + std::string("\x30\0\0\0SEFT", 8);
+}
+
+TEST(FileEndTest, WhatCamerasPutBehindAPhotoIsNoDoubt) {
+    const std::string clip = box("ftyp", "mp42") + box("moov", noise(900, 33)) + box("mdat", noise(90000, 34));
+    const std::pair<const char*, std::string> trailers[] = {
+        {"a second photo", jpeg(9000)},
+        {"a second photo behind a gap", std::string(3000, '\0') + jpeg(9000)},
+        {"a larger second photo", jpeg(120000)},
+        {"a photo and its film", jpeg(9000) + clip},
+        {"records", recordsBehind()},
+        {"a film and records", clip + recordsBehind()},
+        {"a whole cluster of zeros", std::string(65536 * 2, '\0')},
+        {"erased flash", std::string(5000, '\xFF')},
+        {"words", "\r\n<?xpacket begin=''?>" + std::string(2000, ' ') + "<?xpacket end='w'?>"},
+        {"a depth map of no known form", noise(150000, 35)},
+    };
+    for (const auto& [name, trailer] : trailers) {
+        EXPECT_FALSE(endOf(jpeg(150000) + trailer)) << name;
+        EXPECT_FALSE(endOf(jpeg(2000) + trailer)) << name << " behind a small one";
+    }
+}
+
+TEST(FileEndTest, WhatCamerasPutBehindAFilmIsNoDoubt) {
+    const std::pair<const char*, std::string> trailers[] = {{"room", box("free", std::string(500, '\0'))},
+                                                            {"own data", box("uuid", noise(3000, 36))},
+                                                            {"records in a box", box("sefd", recordsBehind())},
+                                                            {"records without one", recordsBehind()},
+                                                            {"places", box("gps ", noise(300, 37))},
+                                                            {"an empty box", box("wide", "")},
+                                                            {"a cluster of zeros", std::string(4096, '\0')}};
+    for (const auto& [name, trailer] : trailers) EXPECT_FALSE(endOf(film(90000) + trailer)) << name;
+}
+
 TEST(FileEndTest, ATailOfZerosIsTold) {
     const auto file = jpeg(200000).substr(0, 30000) + std::string(170000, '\0');
     const auto doubt = endOf(hexToText("89504E470D0A1A0A") + file);
