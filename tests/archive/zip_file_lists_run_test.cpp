@@ -22,14 +22,6 @@ protected:
         EXPECT_TRUE(names.has_value());
         return names.value_or(std::vector<std::string>{});
     }
-    void expectOverwriteQuestion(BoxAnswer answer) {
-        fake.dialogs.expectBox("Overwrite file",
-                               "The file " + path("zips/1234.zip") +
-                                   " already exists! Overwriting this zip-file may result with no history of the job. "
-                                   "Are you sure you want to overwrite the file " +
-                                   path("zips/1234.zip") + " ?",
-                               answer, BoxStyle::Question, BoxButtons::YesNo);
-    }
     void expectPasswordQuestion(BoxAnswer answer) {
         fake.dialogs.expectBox(
             "Quillon",

@@ -70,6 +70,15 @@ public:
     void expectComplete(const std::string& text = "Zip Processing complete") {
         fake.dialogs.expectBox("Process complete", text, BoxAnswer::Ok, BoxStyle::Warning);
     }
+    void expectOverwriteQuestion(BoxAnswer answer) { expectOverwriteQuestion(answer, path("zips/1234.zip")); }
+    void expectOverwriteQuestion(BoxAnswer answer, const std::string& archive) {
+        fake.dialogs.expectBox("Overwrite file",
+                               "The file " + archive +
+                                   " already exists! Overwriting this zip-file may result with no history of the job. "
+                                   "Are you sure you want to overwrite the file " +
+                                   archive + " ?",
+                               answer, BoxStyle::Question, BoxButtons::YesNo);
+    }
 
     TempFolder folder;
     FakeSurroundings fake;
