@@ -42,6 +42,17 @@ TEST_F(UnreadableRules, AreToldAndCounted) {
     }
 }
 
+// The first looks at the folder are those of the start; from one of the next on it gives nothing any more.
+TEST_F(UnreadableRules, AreThoseOfAFolderThatGivesNoTime) {
+    int status = 1;
+    for (int look = 2; look < 20 && status == 1; ++look)
+        status = runShell(traced(
+            "-P " + path("data/Database") + " -e inject=fstat,newfstatat:error=EIO:when=" + std::to_string(look) + "+",
+            job()));
+    EXPECT_EQ(status, 3);
+    expectTold(" cannot be read : " + (temp / "data/Database").native() + ": Input/output error");
+}
+
 TEST_F(UnreadableRules, AreThoseOfMoreThan4MiB) {
     for (const char* file : {"data/Settings/CommonHeaders.dat", "data/Database/jpg.dat", "data/Settings/Errors.dat"}) {
         SCOPED_TRACE(file);
