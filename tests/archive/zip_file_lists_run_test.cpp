@@ -347,6 +347,15 @@ TEST_F(ZipNotificationTest, AnAcknowledgedNotificationIsTold) {
     EXPECT_THAT(logText(), EndsWith(expectedLog("DESK2", " Yes and acknowledgment received")));
 }
 
+TEST_F(ZipNotificationTest, WhoIsWaitedForIsSaidWhileItLasts) {
+    std::string during;
+    alerts.onSend = [&] { during = lists.noticeLine(); };
+    expectComplete("Zip process completed and notifications sent without any errors");
+    lists.zip();
+    EXPECT_EQ(during, "Waiting for DESK2 ...");
+    EXPECT_EQ(lists.noticeLine(), "Archive written: " + path("zips/1234.zip"));
+}
+
 TEST_F(ZipNotificationTest, SilenceIsTold) {
     alerts.answer = false;
     expectComplete("Zip process completed without errors. However, notifications were not acknowledged by DESK2");

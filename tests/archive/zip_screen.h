@@ -4,6 +4,7 @@
 // An installation with lists, a scripted alert sender and a screen that records, for tests of the zip run.
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
     bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject, const std::string& body,
                    std::int16_t alertFlag) override {
         sent.push_back({target, subject, body, ackRequest, alertFlag, state, closings > 0});
+        if (onSend)
+            onSend();
         state = answer ? AckState::Acknowledged : AckState::None;
         return answer;
     }
@@ -40,6 +43,7 @@ public:
         bool closedBefore;
     };
     std::vector<Sent> sent;
+    std::function<void()> onSend;
     bool answer = true;
     int waits = 0;
     int closings = 0;
