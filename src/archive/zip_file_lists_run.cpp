@@ -8,6 +8,7 @@
 #include "archive/zip_file_lists.h"
 #include "messaging/message_log.h"
 #include "messaging/notification.h"
+#include "platform/copy_file.h"
 #include "platform/folders.h"
 #include "platform/whole_file.h"
 #include "text/fields.h"
@@ -42,6 +43,23 @@ Result<void> keepList(KeptFiles& kept, const NativePath& list) {
     if (!place)
         return failure(place.error());
     return copyMark(list, *place);
+}
+
+// Another volume than the one of Kept takes a copy; the file under Kept goes when that is on the medium.
+Result<void> bringBack(const NativePath& kept, const NativePath& place) {
+    if (pathExists(place))
+        return failure(ErrorKind::PermissionDenied, "another one stands under its name");
+    if (renameFile(kept, place))
+        return {};
+    const auto copied =
+        FileCopier().copy(kept.native(), place.native(), [](std::uint64_t, std::uint64_t) { return true; });
+    if (!copied)
+        return failure(saveError(place, copied.error().error));
+    if (auto synced = syncFile(place); !synced)
+        return synced;
+    syncFolder(place.parent_path());
+    passOver(removeFile(kept), "one archive more than needed is no loss");
+    return {};
 }
 
 }  // namespace
@@ -151,9 +169,11 @@ bool ZipFileLists::clearTheWay(Run& run) {
 }
 
 void ZipFileLists::takeBack(const Run& run) {
-    if (run.oldArchiveAt)
-        passOver(renameFile(*run.oldArchiveAt, *run.archive), "the old archive is safe under Kept as well");
-    showNotice("Cancelled: archive and lists are as they were");
+    const auto back = run.oldArchiveAt ? bringBack(*run.oldArchiveAt, *run.archive) : Result<void>();
+    if (back)
+        return showNotice("Cancelled: archive and lists are as they were");
+    showNotice("Cancelled: the lists are as they were, and the old archive is " + readable(run.oldArchiveAt->native()) +
+               " (" + back.error().text + ")");
 }
 
 void ZipFileLists::zipError(const FileError& error) {

@@ -221,8 +221,9 @@ Result<ListWriter> JobDriver::createRawList() {
 
 void JobDriver::tellPermissionDenied() {
     const std::string file = readable(job_.lists().rawPath().native());
-    context_.surroundings.dialogs.tell("Permission Denied",
-                                       "Unable to create the file " + file + " it may be open in another application");
+    MessageBox box{"Permission Denied", "Unable to create the file " + file + " it may be open in another application"};
+    box.details = detail_;
+    context_.surroundings.dialogs.show(box);
 }
 
 void JobDriver::finish() {

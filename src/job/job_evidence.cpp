@@ -214,7 +214,7 @@ void JobEvidence::handCopies() {
 void JobEvidence::listedOnly(const NativePath& rawList) {
     if (!isOn())
         return;
-    auto reader = ListReader::open(rawList);
+    auto reader = ListReader::open(rawList, ListEncoding::Utf16);  // the names may look like 8-bit text
     if (!reader)
         return lose(reader.error());
     ListRow row;

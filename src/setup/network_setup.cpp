@@ -54,6 +54,12 @@ const SingleFile& singleFile(NetworkBoxIndex index) {
     return kSingleFiles[index - kCommonHeadersBox];
 }
 
+Result<void> mustStand(const NativePath& target) {
+    if (!pathExists(target))
+        return failure(ErrorKind::NotFound, readable(target.native()) + " is not there");
+    return {};
+}
+
 }  // namespace
 
 NetworkSetup::NetworkSetup(const Installation& installation, const Surroundings& surroundings, ScreenHost& host)
@@ -118,13 +124,23 @@ Result<void> NetworkSetup::took(const Result<LostNote>& noted) {
 
 Result<void> NetworkSetup::copyOver(const NativePath& source, const NativePath& target) {
     return beside([&] {
-        return took(copyNoted(source, target, kept_, target.parent_path(), changeBy(kScreen)))
-            .and_then([&target]() -> Result<void> {
-                if (!pathExists(target))
-                    return failure(ErrorKind::NotFound, target.native());
-                return {};
-            });
+        return took(copyNoted(source, target, kept_, target.parent_path(), changeBy(kScreen))).and_then([&target] {
+            return mustStand(target);
+        });
     });
+}
+
+void NetworkSetup::warnOf(const char* text, const FileError& error) {
+    MessageBox box{"Error", text, BoxStyle::Warning, BoxButtons::Ok};
+    box.details = error.text;
+    surroundings_.dialogs.show(box);
+}
+
+void NetworkSetup::clearBox(NetworkBoxIndex index, const Result<void>& copied, const char* failedText) {
+    if (copied)
+        tick(index, false);
+    else
+        warnOf(failedText, copied.error());
 }
 
 void NetworkSetup::copySingle(NetworkBoxIndex index) {
@@ -137,11 +153,8 @@ void NetworkSetup::copySingle(NetworkBoxIndex index) {
         return;
     }
     if (!pathExists(from / file.sourceName))
-        warn(file.missingText);
-    else if (copyOver(from / file.sourceName, target))
-        tick(index, false);
-    else
-        warn(file.failedText);
+        return warn(file.missingText);
+    clearBox(index, copyOver(from / file.sourceName, target), file.failedText);
 }
 
 void NetworkSetup::copySkipList() {
@@ -153,11 +166,8 @@ void NetworkSetup::copySkipList() {
         return;
     }
     if (!pathExists(source))
-        extractSkipList(target);
-    else if (copyOver(source, target))
-        tick(kSkipListBox, false);
-    else
-        warn("Error copying settings file.");  // the same words as for the settings
+        return extractSkipList(target);
+    clearBox(kSkipListBox, copyOver(source, target), "Error copying settings file.");  // the same words as for those
 }
 
 // The list of bad sector markers is ours and has no box: it goes with the other rules, and never over one that is
@@ -168,8 +178,8 @@ void NetworkSetup::fillInMarkers() {
     const NativePath target = fileIn(paths.sharedSettings, kBadSectorsFileName);
     if (target.empty() || !pathExists(source) || beside([&target] { return pathExists(target); }))
         return;
-    if (!copyOver(source, target))
-        warn("Error copying bad sector markers.");
+    if (const auto copied = copyOver(source, target); !copied)
+        warnOf("Error copying bad sector markers.", copied.error());
 }
 
 void NetworkSetup::extractSkipList(const NativePath& target) {
@@ -194,12 +204,12 @@ void NetworkSetup::extractSkipList(const NativePath& target) {
     options.kept = &kept_;
     const NativePath& folder = installation_.paths().sharedSettings;
     const auto extract = [&] { return extractArchive(archive, folder, options).map([](const Extracted&) {}); };
-    const auto extracted =
-        beside([&] { return took(changeNoted(folder, target, changeBy(kScreen), extract)) && pathExists(target); });
-    if (extracted)
-        tick(kSkipListBox, false);
-    else
-        warn("Error decompressing default skiplist");
+    const auto extracted = beside([&] {
+        return took(changeNoted(folder, target, changeBy(kScreen), extract)).and_then([&] {
+            return mustStand(target);
+        });
+    });
+    clearBox(kSkipListBox, extracted, "Error decompressing default skiplist");
 }
 
 void NetworkSetup::copyDatabase() {

@@ -71,6 +71,8 @@ private:
     [[nodiscard]] Result<void> took(const Result<LostNote>& noted);
     void tick(NetworkBoxIndex index, bool ticked, bool enabled = true);
     void warn(const std::string& text) { surroundings_.dialogs.warn("Error", text); }
+    void warnOf(const char* text, const FileError& error);
+    void clearBox(NetworkBoxIndex index, const Result<void>& copied, const char* failedText);
 
     const Installation& installation_;
     const Surroundings& surroundings_;

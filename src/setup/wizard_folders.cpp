@@ -15,6 +15,7 @@
 #include "setup/database_folder.h"
 #include "setup/share_trial.h"
 #include "setup/wizard.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -34,6 +35,27 @@ void runOnce(Steps& steps, Step step) {
 // A path that is not absolute, as an imported record may hold, has no place of its own.
 bool existsOrCreated(const NativePath& folder) {
     return folder.is_absolute() && (pathExists(folder) || CreateFolderPath(folder));
+}
+
+// What the system says to the first level that is missing; empty where there is nothing to say.
+std::string whyNotCreated(const NativePath& folder) {
+    if (!folder.is_absolute())
+        return readable(folder.native()) + " does not begin at the root of the file system";
+    NativePath walked;
+    for (const auto& element : folder) {
+        walked /= element;
+        if (pathExists(walked))
+            continue;
+        if (const auto made = createFolder(walked); !made)
+            return made.error().text;
+    }
+    return {};
+}
+
+void tellNotCreated(const Surroundings& surroundings, const char* title, const char* text, const NativePath& folder) {
+    MessageBox box{title, text, BoxStyle::Critical, BoxButtons::Ok};
+    box.details = answerBeside(surroundings.loop, [folder] { return whyNotCreated(folder); });
+    surroundings.dialogs.show(box);
 }
 
 // Whether the shared folders stand after two looks at them, of which the first may create them.
@@ -112,7 +134,7 @@ bool SetupWizard::createLocalFolders() {
     for (const auto& [folder, text] : wanted) {
         // The archive folder may be on a share.
         if (!answerBeside(surroundings_.loop, [path = folder] { return existsOrCreated(path); })) {
-            errorBox("Create Folder Structure Error", text);
+            tellNotCreated(surroundings_, "Create Folder Structure Error", text, folder);
             return false;
         }
     }
@@ -201,7 +223,7 @@ bool SetupWizard::fillShare(Result<void>& trapped) {
 bool SetupWizard::createSharedFolders(const NativePath& shared) {
     const bool stand = answerBeside(surroundings_.loop, [&shared] { return sharedFoldersStand(shared); });
     if (!stand)
-        errorBox("Error", "Unable to create the shared databases");
+        tellNotCreated(surroundings_, "Error", "Unable to create the shared databases", shared);
     return stand;
 }
 

@@ -162,7 +162,7 @@ void TermFiles::tellUnreadable(Entry& entry, const FileError& why) {
 void TermFiles::locate(Entry& entry) {
     const auto stamp = handle_.stamp();
     if (!stamp)
-        return;
+        return tellOnce({}, {stamp.error().kind, readable(folder_.native()) + ": " + stamp.error().cause});
     if (listingMayBeStale_ || !listedAt_ || *listedAt_ != *stamp) {
         listedAt_ = *stamp;
         listFolder();

@@ -22,14 +22,6 @@ protected:
         EXPECT_TRUE(names.has_value());
         return names.value_or(std::vector<std::string>{});
     }
-    void expectOverwriteQuestion(BoxAnswer answer) {
-        fake.dialogs.expectBox("Overwrite file",
-                               "The file " + path("zips/1234.zip") +
-                                   " already exists! Overwriting this zip-file may result with no history of the job. "
-                                   "Are you sure you want to overwrite the file " +
-                                   path("zips/1234.zip") + " ?",
-                               answer, BoxStyle::Question, BoxButtons::YesNo);
-    }
     void expectPasswordQuestion(BoxAnswer answer) {
         fake.dialogs.expectBox(
             "Quillon",
@@ -353,6 +345,15 @@ TEST_F(ZipNotificationTest, AnAcknowledgedNotificationIsTold) {
     EXPECT_TRUE(alerts.sent[0].closedBefore);
     EXPECT_EQ(alerts.waits, 1);
     EXPECT_THAT(logText(), EndsWith(expectedLog("DESK2", " Yes and acknowledgment received")));
+}
+
+TEST_F(ZipNotificationTest, WhoIsWaitedForIsSaidWhileItLasts) {
+    std::string during;
+    alerts.onSend = [&] { during = lists.noticeLine(); };
+    expectComplete("Zip process completed and notifications sent without any errors");
+    lists.zip();
+    EXPECT_EQ(during, "Waiting for DESK2 ...");
+    EXPECT_EQ(lists.noticeLine(), "Archive written: " + path("zips/1234.zip"));
 }
 
 TEST_F(ZipNotificationTest, SilenceIsTold) {

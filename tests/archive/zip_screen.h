@@ -4,6 +4,7 @@
 // An installation with lists, a scripted alert sender and a screen that records, for tests of the zip run.
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
     bool sendAlert(const std::string& target, std::int16_t ackRequest, std::string& subject, const std::string& body,
                    std::int16_t alertFlag) override {
         sent.push_back({target, subject, body, ackRequest, alertFlag, state, closings > 0});
+        if (onSend)
+            onSend();
         state = answer ? AckState::Acknowledged : AckState::None;
         return answer;
     }
@@ -40,6 +43,7 @@ public:
         bool closedBefore;
     };
     std::vector<Sent> sent;
+    std::function<void()> onSend;
     bool answer = true;
     int waits = 0;
     int closings = 0;
@@ -69,6 +73,15 @@ public:
     [[nodiscard]] std::string logText() const { return folder.read("local/Settings/Messaging logs/logs.dat"); }
     void expectComplete(const std::string& text = "Zip Processing complete") {
         fake.dialogs.expectBox("Process complete", text, BoxAnswer::Ok, BoxStyle::Warning);
+    }
+    void expectOverwriteQuestion(BoxAnswer answer) { expectOverwriteQuestion(answer, path("zips/1234.zip")); }
+    void expectOverwriteQuestion(BoxAnswer answer, const std::string& archive) {
+        fake.dialogs.expectBox("Overwrite file",
+                               "The file " + archive +
+                                   " already exists! Overwriting this zip-file may result with no history of the job. "
+                                   "Are you sure you want to overwrite the file " +
+                                   archive + " ?",
+                               answer, BoxStyle::Question, BoxButtons::YesNo);
     }
 
     TempFolder folder;

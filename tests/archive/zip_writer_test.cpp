@@ -185,6 +185,17 @@ TEST_F(ZipWriterTest, ProgressIsThatOfTheBytesOfAllFiles) {
     EXPECT_GT(between, 10) << "nearly all steps are those of the large file";
 }
 
+// The two bits in which the format tells how hard the packer tried: both off for the middle levels.
+TEST_F(ZipWriterTest, FilesArePackedWithTheMiddleEffort) {
+    ZipWriter writer(archive(), {});
+    ASSERT_TRUE(writer.add(folder_.write("a.csv", std::string(10'000, 'x')), "a.csv"));
+    ASSERT_TRUE(writer.finish());
+    const std::string bytes = folder_.read("1234.zip");
+    ASSERT_EQ(bytes.substr(0, 4), "PK\x03\x04");
+    EXPECT_EQ(bytes[8], 8) << "deflated";
+    EXPECT_EQ(bytes[6] & 0x06, 0);
+}
+
 TEST_F(ZipWriterTest, ACancelledArchiveLeavesNothing) {
     ZipOptions options;
     options.cancelled = [] { return true; };

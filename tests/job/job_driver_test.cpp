@@ -310,6 +310,7 @@ TEST_F(DriverTest, ARawListThatCannotBeMadeEndsTheJob) {
     EXPECT_FALSE(exists("local/1234.csv"));
     EXPECT_EQ(screen(), "R-VZFM- Running primary list");
     EXPECT_EQ(logTexts().back(), "Start file count ");
+    EXPECT_EQ(fake.dialogs.lastDetails(), (folder / "app/tFile.csv").native() + ": Is a directory");
 }
 
 TEST_F(DriverTest, ASecondJobInTheSameApplicationFolderIsRefused) {

@@ -168,6 +168,17 @@ TEST_F(JobEvidenceTest, WithTestingOffThereAreRowsWithoutGradesAndHeads) {
     }
 }
 
+// The bytes of U+0A0D are the line end of 8-bit text, and these outweigh all else that the list has.
+TEST_F(JobEvidenceTest, WithTestingOffNamesOfForeignLineEndsHaveTheirRows) {
+    state.options.checkFileQuality = false;
+    std::string name;
+    for (int i = 0; i < 80; ++i) name += "\xE0\xA8\x8D";
+    for (char last = '1'; last <= '9'; ++last) sourceFile(name + last + ".abc", std::string(600, 'x'));
+    ASSERT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(rowsIn(reader()).size(), 14U);
+    EXPECT_EQ(rowOf(name + "9.abc").path(), name + "9.abc");
+}
+
 TEST_F(JobEvidenceTest, AFileThatEndsEarlyTellsHowManyBytesAreUnread) {
     // The list says 600 bytes; the file gives fewer when its turn comes.
     const auto path = sourceFile("cut.abc", "MZ" + std::string(600, 'g'));

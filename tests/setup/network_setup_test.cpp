@@ -11,6 +11,7 @@
 #include "platform/folders.h"
 #include "setup/database_folder.h"
 #include "setup/setup_folders.h"
+#include "setup/share_trial.h"
 #include "support/failing_files.h"
 #include "support/recording_screen.h"
 
@@ -132,6 +133,23 @@ const SingleCase kSingleCases[] = {
      "Unable to find report messages file", "Error copying report messages file."},
 };
 
+TEST_F(NetworkSetupTest, WhyAFileCouldNotBeCopiedStandsBehindTheButton) {
+    for (const auto& c : kSingleCases) {
+        SCOPED_TRACE(c.name);
+        folder.write(c.source, "new");
+        FailingFiles disk;
+        disk.refuse("write", ENOSPC);
+        fake.dialogs.expectBox(kShareTrialTitle, shareTrialText(whatShareRefuses(installation.paths())));
+        expectError(c.failed);
+        copyOnly(c.index);
+        EXPECT_EQ(fake.dialogs.lastDetails(),
+                  (folder / c.target).native() + " cannot be saved: No space left on device");
+        EXPECT_TRUE(ticked(c.index));
+        setup.setAll(false);
+        setup.state.boxes[c.index].ticked = false;
+    }
+}
+
 TEST_F(NetworkSetupTest, AnExistingTargetIsOverwrittenAfterYesAndItsBytesKept) {
     for (const auto& c : kSingleCases) {
         SCOPED_TRACE(c.name);
@@ -210,6 +228,7 @@ TEST_F(NetworkSetupTest, AFailedSkipListCopyHasTheWordsOfTheSettings) {
     folder.write("share/Settings", "a file in the way");
     expectError("Error copying settings file.");
     copyOnly(kSkipListBox);
+    EXPECT_THAT(fake.dialogs.lastDetails(), testing::EndsWith("SkipList.dat cannot be saved: Not a directory"));
     EXPECT_TRUE(ticked(kSkipListBox));
 }
 
@@ -261,6 +280,7 @@ TEST_F(NetworkSetupTest, AHostileArchiveIsAnErrorDecompressing) {
     writeZip(folder / "app/db.zip", {{"../skiplist.dat", "evil"}});
     expectError("Error decompressing default skiplist");
     copyOnly(kSkipListBox);
+    EXPECT_NE(fake.dialogs.lastDetails(), "");
     EXPECT_TRUE(ticked(kSkipListBox));
     EXPECT_FALSE(exists("share/skiplist.dat"));
 }

@@ -134,6 +134,15 @@ TEST_F(LocalPathsStepTest, AFolderThatCannotBeMadeEndsTheStep) {
     EXPECT_EQ(saved().localPath.trimmed().bytes, path("local")) << "what has been saved stays";
 }
 
+TEST_F(LocalPathsStepTest, WhyAFolderCannotBeMadeStandsBehindTheButton) {
+    std::filesystem::create_directories(folder / "local/Database");
+    FailingFiles disk;
+    disk.refuse("makeFolder", ENOSPC);
+    expectCritical("Create Folder Structure Error", "Unable to create directory for the Settings Folder");
+    wizard.nextLocalPaths();
+    EXPECT_EQ(fake.dialogs.lastDetails(), path("local/Settings") + ": No space left on device");
+}
+
 TEST_F(LocalPathsStepTest, AMissingArchiveEndsTheStep) {
     std::filesystem::remove(folder / "app/db.zip");
     expectCritical("Setup Error", "Unable to find default Databases, please re-install the application.");
@@ -259,6 +268,7 @@ TEST_F(SharedPathStepTest, AShareThatCannotBeMadeEndsTheStep) {
     browseShared("file/share");
     expectCritical("Error", "Unable to create the shared databases");
     wizard.nextSharedPath();
+    EXPECT_EQ(fake.dialogs.lastDetails(), path("file/share") + ": Not a directory");
     EXPECT_EQ(state().currentTab, kLocalPathsTab);
     EXPECT_EQ(saved().useSharedDb, 0);
 }
