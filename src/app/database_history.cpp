@@ -175,6 +175,18 @@ bool changesNothing(const DatabaseChange& change) {
            std::ranges::all_of(change.files, [](const FileChange& file) { return file.before == file.after; });
 }
 
+// Neither there nor missing, as on a share that does not answer.
+bool isUnknown(const NativePath& path) {
+    const auto looked = modificationTime(path);
+    return !looked && looked.error().kind == ErrorKind::PathAccess;
+}
+
+// A share may do what it then says it could not.
+bool isDone(const FileChange& change, const NativePath& root) {
+    const auto now = readWholeFile(root / change.file);
+    return now && change.after == *now;
+}
+
 }  // namespace
 
 DatabaseChange changeBy(std::string screen) {
@@ -238,10 +250,15 @@ std::vector<DatabaseChange> readHistory(const NativePath& settings, std::size_t 
 }
 
 DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times, LeaseWatch* watch) : settings_(std::move(settings)) {
-    if (settings_.empty() || !isFolder(settings_))
+    if (settings_.empty())
         return;
+    if (!isFolder(settings_)) {
+        shareAway_ = isUnknown(settings_);
+        return;
+    }
     const NativePath history = historyFolder(settings_);
     if (auto made = createFolder(history); !made) {
+        shareAway_ = isUnknown(history);
         noHistory_ = made.error();
         return;
     }
@@ -253,6 +270,7 @@ DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times, LeaseWatch* wa
         finishNotes();
     }
     inVain_ = !lease_ && seen.isInVain();
+    shareAway_ = !lease_ && seen.isShareAway();
 }
 
 // Of what others had in hand as they lost their turn: what they had done by then is noted now.
@@ -334,13 +352,18 @@ Result<void> DatabaseTurn::make(DatabaseChange change, const std::function<Resul
     const auto place = placeFor(change.id);
     auto ready = place ? fillNew(prepared, noteBytes(change)) : Result<void>(failure(place.error()));
     auto made = apply();
+    if (!made && change.files.size() == 1 && isDone(change.files.front(), settings_.parent_path()))
+        made = {};
     if (ready && made)
         ready = renameFile(prepared, *place);
     if (!ready && made && place)  // a mount that remembers names may not know a folder that was just renamed
         ready = saveWholeFile(*place, noteBytes(change));
-    if (!made)
-        passOver(removeFile(prepared), "it goes with the lock");
-    if (!ready && made)
+    // What became of the file, or of its note, is for whoever has the next turn to see, once the share answers again.
+    const auto removed = made ? Result<void>() : removeFile(prepared);
+    const bool inDoubt = made ? !ready && isUnknown(history_) : !removed && removed.error().kind != ErrorKind::NotFound;
+    if (inDoubt)
+        lease_->leaveToOthers();
+    else if (!ready && made)
         problem_ = ready.error();
     return made;
 }

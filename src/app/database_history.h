@@ -75,6 +75,8 @@ public:
     [[nodiscard]] NativePath through() const { return lease_ ? lease_->folder() : NativePath(); }
     /// The turn did not come, as others had it one after the other: what is written now may meet what they write.
     [[nodiscard]] bool isInVain() const { return inVain_; }
+    /// The share did not answer, so that nobody knows whether others have their turn: nothing is to be written there.
+    [[nodiscard]] bool isShareAway() const { return shareAway_; }
     /// What a share does not let go at once is given back on another thread (Lease::endBeside).
     void endBeside() {
         if (lease_)
@@ -103,6 +105,7 @@ private:
     NativePath history_;  // empty: there is none
     std::optional<Lease> lease_;
     bool inVain_ = false;
+    bool shareAway_ = false;
     std::string lastId_;
     LostNote noHistory_;  // why there is none, though there is a settings folder
     LostNote problem_;

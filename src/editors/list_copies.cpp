@@ -191,11 +191,13 @@ ListCopies::Base ListCopies::baseOf(const NativePath& copy, const Base& known, c
     return {true, form_.bytes(commonBase(shown_, now).value_or(Records{}))};
 }
 
-void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) const {
+void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) {
     const auto known = bases_.find(copy);
     if (known == bases_.end())
         return;
     const Base now = lookPatientlyAt(copy, known->second);
+    if (!now.known && isShared(copy))
+        unseen_.insert(copy);
     const Base base = baseOf(copy, known->second, now);
     if (!isOthers(copy, base, now, merged.bytes))
         return;
@@ -209,8 +211,9 @@ void ListCopies::mergeCopy(const NativePath& copy, MergeChoice choice, Merged& m
 
 // The shared copy first: the local one then gets what came from there.
 ListCopies::Merged ListCopies::merge(const std::vector<NativePath>& copies, const std::string& bytes,
-                                     MergeChoice choice) const {
+                                     MergeChoice choice) {
     Merged merged{bytes, {}, {}};
+    unseen_.clear();
     for (const bool shared : {true, false}) {
         for (const auto& copy : copies) {
             if (isShared(copy) == shared)
@@ -302,6 +305,8 @@ bool ListCopies::askToCloseUnsaved() {
 
 Result<void> ListCopies::writeCopy(const NativePath& copy, const std::string& bytes, Round& round) {
     DatabaseTurn& turn = round.at(copy);
+    if (isShared(copy) && (turn.isShareAway() || unseen_.contains(copy)))
+        return failure(ErrorKind::PathAccess, "the share cannot be read at this moment");
     DatabaseChange change;
     change.screen = form_.screen;
     change.job = job_;

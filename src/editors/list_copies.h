@@ -74,10 +74,11 @@ public:
     /// Writes `bytes`, which the screen shows, to these copies in this order. What others did to a copy since it was
     /// loaded is put into `bytes` first, which then is what the screen has to show; where both changed the same record,
     /// a box of our own asks. Where nobody else did anything, the bytes are written as they are. A local copy that
-    /// could not be read at the load, and any that cannot be read now, is overwritten (and kept, as ListSaver does).
-    /// Other computers wait meanwhile, and every change is noted in the history of its root; a box tells once when that
-    /// did not work. Gives one result for each copy; behind the failure that ended it, there are none. A wait that was
-    /// left (waitForTurn), or that others made a vain one, is a failure of each.
+    /// cannot be read is overwritten (and kept, as ListSaver does); a shared one is left alone, as is a share that does
+    /// not answer, which is a failure of this copy. Other computers wait meanwhile, and every change is noted in the
+    /// history of its root; a box tells once when that did not work. Gives one result for each copy; behind the failure
+    /// that ended it, there are none. A wait that was left (waitForTurn), or that others made a vain one, is a failure
+    /// of each.
     [[nodiscard]] std::vector<Result<void>> save(const std::vector<NativePath>& copies, std::string& bytes,
                                                  OnFailure onFailure = OnFailure::GoOn);
 
@@ -99,9 +100,8 @@ private:
     [[nodiscard]] Base baseOf(const NativePath& copy, const Base& known, const Base& now) const;
     [[nodiscard]] bool isShared(const NativePath& copy) const;
     [[nodiscard]] NativePath settingsOf(const NativePath& copy) const;
-    [[nodiscard]] Merged merge(const std::vector<NativePath>& copies, const std::string& bytes,
-                               MergeChoice choice) const;
-    void mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged) const;
+    [[nodiscard]] Merged merge(const std::vector<NativePath>& copies, const std::string& bytes, MergeChoice choice);
+    void mergeCopy(const NativePath& copy, MergeChoice choice, Merged& merged);
     [[nodiscard]] bool isOthers(const NativePath& copy, const Base& base, const Base& now,
                                 const std::string& ours) const;
     [[nodiscard]] MergeChoice ask(const NativePath& copy, const std::vector<RecordConflict>& conflicts);
@@ -126,7 +126,8 @@ private:
     const ListForm& form_;
     std::map<NativePath, Base> bases_;
     std::set<NativePath> toMoveAway_;
-    std::string shown_;  // as it was loaded
+    std::set<NativePath> unseen_;  // shared copies that could not be read ahead of the save
+    std::string shown_;            // as it was loaded
     std::string job_;
     bool toldProblem_ = false;
     bool left_ = false;

@@ -24,6 +24,8 @@ constexpr std::string_view kOwnerPrefix = "owner";
 constexpr std::string_view kTakenPrefix = "taken";
 constexpr int kMostRefusals = 3;
 constexpr int kMostReleases = 50;
+constexpr int kMostReleasesBeside = 250;  // as long as a lease
+constexpr int kMostTriesAway = 100;
 constexpr std::chrono::milliseconds kFirstWait{2};
 constexpr std::chrono::milliseconds kLongestWait{40};
 
@@ -55,13 +57,26 @@ NativePath takenName(const NativePath& folder) {
     return folder / (std::string(kTakenPrefix) + temporaryName());
 }
 
-// A folder with the owner's folder in it, still under a name of its own.
-Result<void> prepare(const NativePath& folder, const std::string& owner) {
+// A folder with the owner's folder in it, still under a name of its own, which nobody else has. Gives the number of the
+// error, 0 for none.
+int prepareFolders(const NativePath& folder, const std::string& owner) {
     for (const NativePath& path : {folder, folder / owner}) {
-        if (disk().makeFolder(AT_FDCWD, path.c_str()) != 0)
-            return failure(systemError(path.native()));
+        if (disk().makeFolder(AT_FDCWD, path.c_str()) != 0 && errno != EEXIST)
+            return errno;
     }
-    return {};
+    return 0;
+}
+
+// The share does not answer, as while a mount connects again: it tells nothing of what is there.
+bool isAway(int number) {
+    constexpr int kAway[] = {EIO,       ETIMEDOUT,    ENOTCONN, ECONNRESET,  ECONNABORTED,
+                             EHOSTDOWN, EHOSTUNREACH, ENETDOWN, ENETUNREACH, ESTALE};
+    return std::ranges::find(kAway, number) != std::end(kAway);
+}
+
+bool isGone(const NativePath& path) {
+    const auto looked = modificationTime(path);
+    return !looked && looked.error().kind == ErrorKind::NotFound;
 }
 
 // What the rename of a folder says while others look at the lock, or take it or give it back. A share does not let go
@@ -76,6 +91,15 @@ public:
     Waiting(const NativePath& folder, LeaseTimes times, LeaseWatch* watch)
         : folder_(folder), lock_(folder / kLockName), times_(times), watch_(watch) {}
 
+    Result<void> prepare(const NativePath& prepared, const std::string& owner) {
+        while (const int number = prepareFolders(prepared, owner)) {
+            if (!isAway(number) || isAwayForLong() || isOver())
+                return failure(systemError(prepared.native(), number));
+            wait();
+        }
+        return {};
+    }
+
     /// True when the prepared folder has become the lock. On failure somebody else has it, or nobody can.
     Result<bool> tryToTake(const NativePath& prepared, const std::string& owner) {
         if (disk().rename(AT_FDCWD, prepared.c_str(), lock_.c_str()) == 0)
@@ -84,6 +108,8 @@ public:
         // A share may do what it then says it could not.
         if (!pathExists(prepared) && pathExists(lock_ / owner))
             return true;
+        if (isAway(number))
+            return isAwayForLong() ? Result<bool>(failure(systemError(lock_.native(), number))) : false;
         // A lock that is gone by now was given back; but a folder that takes none fails again and again without one.
         const bool isTaken = isInUse(number, prepared) || (number != ENOENT && isFolder(lock_));
         refusals_ = isTaken ? 0 : refusals_ + 1;
@@ -109,7 +135,17 @@ public:
     }
 
 private:
+    // A mount takes its seconds to connect again; a share that is off is not waited for like an owner.
+    bool isAwayForLong() {
+        const bool forLong = ++triesAway_ >= kMostTriesAway;
+        if (forLong && watch_ != nullptr)
+            watch_->sawShareAway();
+        return forLong;
+    }
+
     void lookAtOwner() {
+        if (!listEntries(lock_))
+            seenSince_ = momentNow();  // nobody was seen
         const std::string owner = ownerIn(lock_);
         if (owner != owner_) {
             owner_ = owner;
@@ -132,6 +168,7 @@ private:
     LeaseWatch* watch_;
     Moment begun_ = momentNow();
     int refusals_ = 0;
+    int triesAway_ = 0;
     std::string owner_;
     Moment seenSince_ = begun_;
     bool stuck_ = false;  // the owner's time is over, and yet it has the lock
@@ -143,21 +180,25 @@ private:
 // lease.
 class GivingBack {
 public:
-    GivingBack(NativePath held, const std::string& owner)
-        : held_(std::move(held)), owner_(held_ / owner), done_(takenName(held_.parent_path())) {}
+    GivingBack(NativePath held, const std::string& owner, bool leftToOthers)
+        : held_(std::move(held)),
+          owner_(held_ / owner),
+          done_(takenName(held_.parent_path())),
+          leftToOthers_(leftToOthers) {}
 
     /// False when it is to be tried again. What is somebody else's by now stays.
     [[nodiscard]] bool tryOnce() const {
-        if (!pathExists(owner_))
+        if (isGone(owner_))
             return true;
         if (disk().rename(AT_FDCWD, held_.c_str(), done_.c_str()) != 0)
-            return !isInUse(errno, owner_);
-        removeWithFiles(done_);
+            return !isAway(errno) && !isInUse(errno, owner_);
+        if (!leftToOthers_)
+            removeWithFiles(done_);
         return true;
     }
-    void tryAgain() const {
+    void tryAgain(int most) const {
         std::chrono::milliseconds pause = kFirstWait;
-        for (int tries = 1; tries < kMostReleases; ++tries) {
+        for (int tries = 1; tries < most; ++tries) {
             disk().wait(pause);
             pause = std::min(2 * pause, kLongestWait);
             if (tryOnce())
@@ -169,6 +210,7 @@ private:
     NativePath held_;
     NativePath owner_;
     NativePath done_;
+    bool leftToOthers_;
 };
 
 }  // namespace
@@ -176,11 +218,11 @@ private:
 Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times, LeaseWatch* watch) {
     const NativePath prepared = folder / temporaryName();
     std::string owner = std::string(kOwnerPrefix) + prepared.filename().native();
-    if (auto made = prepare(prepared, owner); !made) {
+    Waiting waiting(folder, times, watch);
+    if (auto made = waiting.prepare(prepared, owner); !made) {
         removeWithFiles(prepared);
         return failure(made.error());
     }
-    Waiting waiting(folder, times, watch);
     while (true) {
         const auto taken = waiting.tryToTake(prepared, owner);
         if (taken && *taken)
@@ -196,16 +238,17 @@ Result<Lease> Lease::take(const NativePath& folder, LeaseTimes times, LeaseWatch
 Lease::Lease(Lease&& other) noexcept
     : held_(std::move(other.held_)),
       owner_(std::exchange(other.owner_, std::string())),
-      endsBeside_(other.endsBeside_) {
+      endsBeside_(other.endsBeside_),
+      leftToOthers_(other.leftToOthers_) {
 }
 
 Lease::~Lease() {
     if (owner_.empty())
         return;
-    const GivingBack back(held_, owner_);
-    if (back.tryOnce() || (endsBeside_ && startBeside([back] { back.tryAgain(); })))
+    const GivingBack back(held_, owner_, leftToOthers_);
+    if (back.tryOnce() || (endsBeside_ && startBeside([back] { back.tryAgain(kMostReleasesBeside); })))
         return;
-    back.tryAgain();
+    back.tryAgain(kMostReleases);
 }
 
 bool Lease::isTaken(const NativePath& folder) {
@@ -213,7 +256,7 @@ bool Lease::isTaken(const NativePath& folder) {
 }
 
 bool Lease::isHeld() const {
-    return !owner_.empty() && pathExists(held_ / owner_);
+    return !owner_.empty() && !isGone(held_ / owner_);
 }
 
 std::vector<NativePath> takenLeases(const NativePath& folder) {

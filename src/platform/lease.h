@@ -50,12 +50,16 @@ public:
     /// The wait has ended without the lock, though each owner gave it back in its time: too many want it.
     void sawItInVain() { inVain_ = true; }
     [[nodiscard]] bool isInVain() const { return inVain_; }
+    /// The wait has ended as the share did not answer, so that nothing is known of the lock.
+    void sawShareAway() { away_ = true; }
+    [[nodiscard]] bool isShareAway() const { return away_; }
 
 private:
     mutable std::mutex mutex_;
     std::optional<std::string> owner_;
     std::atomic<bool> left_ = false;
     std::atomic<bool> inVain_ = false;
+    std::atomic<bool> away_ = false;
 };
 
 class Lease {
@@ -73,11 +77,13 @@ public:
 
     /// Where the owner keeps what it is about to put in place.
     [[nodiscard]] NativePath folder() const { return held_ / owner_; }
-    /// False once somebody else has taken the lock.
+    /// False once somebody else has taken the lock; a share that does not answer takes nothing.
     [[nodiscard]] bool isHeld() const;
     /// A lock that the share does not let go at once, as somebody looks at it, is given back on another thread, so that
     /// nobody waits for that here. A program that ends right behind leaves such a lock, which others then take.
     void endBeside() { endsBeside_ = true; }
+    /// What is in the folder is for the next owner to see to (takenLeases), as this one cannot tell what became of it.
+    void leaveToOthers() { leftToOthers_ = true; }
 
     /// Whether somebody has the lock of this folder at this moment.
     [[nodiscard]] static bool isTaken(const NativePath& folder);
@@ -88,6 +94,7 @@ private:
     NativePath held_;
     std::string owner_;  // the name of our folder in it; empty: given away
     bool endsBeside_ = false;
+    bool leftToOthers_ = false;
 };
 
 /// The locks that were taken from their owners, and those that a process of this computer had made and not taken when

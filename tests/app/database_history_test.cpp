@@ -188,6 +188,53 @@ TEST_F(DatabaseHistoryTest, APausedOwnerThatReturnsChangesNothingAndNotesNothing
     EXPECT_EQ(notes().front().files.front().after, "b");
 }
 
+// A share may do what it then says it could not.
+TEST_F(DatabaseHistoryTest, AChangeThatWasMadeInSpiteOfWhatTheShareSaysIsNoted) {
+    ASSERT_TRUE(write("a"));
+    DatabaseTurn turn(settings());
+    EXPECT_TRUE(turn.make(change("a", "b"), [&]() -> Result<void> {
+        EXPECT_TRUE(write("b"));
+        return failure(ErrorKind::PathAccess, "the answer was lost");
+    }));
+    ASSERT_EQ(notes().size(), 1U);
+    EXPECT_FALSE(turn.problem());
+}
+
+// The share does not answer any more: whether the bytes got there is seen by whoever comes next.
+TEST_F(DatabaseHistoryTest, AChangeWhoseEndNobodySawIsFinishedByTheNextTurn) {
+    for (const bool arrived : {false, true}) {
+        SCOPED_TRACE(arrived);
+        ASSERT_TRUE(write("a"));
+        {
+            DatabaseTurn turn(settings());
+            test::FailingFiles disk;
+            disk.refuse("unlink", EIO);
+            EXPECT_FALSE(turn.make(change("a", "b"),
+                                   [&]() -> Result<void> { return failure(ErrorKind::PathAccess, "no answer"); }));
+        }
+        EXPECT_TRUE(notes().empty());
+        if (arrived) {
+            ASSERT_TRUE(write("b"));
+        }
+        const DatabaseTurn next(settings());
+        EXPECT_EQ(notes().size(), arrived ? 1U : 0U);
+        EXPECT_TRUE(takenLeases(historyFolder(settings())).empty());
+    }
+}
+
+TEST_F(DatabaseHistoryTest, AShareThatDoesNotAnswerIsToldFromOneWithoutAHistory) {
+    {
+        const DatabaseTurn first(settings());
+        EXPECT_FALSE(first.isShareAway());
+    }
+    for (const int number : {EIO, EROFS}) {
+        test::FailingFiles disk;
+        disk.refuse("rename", number);
+        EXPECT_EQ(DatabaseTurn(settings()).isShareAway(), number == EIO);
+    }
+    EXPECT_FALSE(DatabaseTurn(temp / "none").isShareAway());
+}
+
 TEST_F(DatabaseHistoryTest, ARemarkIsANoteOfItsOwn) {
     DatabaseTurn turn(settings());
     DatabaseChange remark;

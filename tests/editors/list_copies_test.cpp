@@ -81,6 +81,39 @@ TEST_F(LostUpdateTest, AShareThatHasNoListAndIsNotBeingChangedIsNotWaitedFor) {
     EXPECT_EQ(files.waits(), 0);
 }
 
+// Nobody knows then whether others are writing.
+TEST_F(LostUpdateTest, AShareThatDoesNotAnswerIsNotWrittenTo) {
+    openShared("1,AAA,T\r\n");
+    add("OURS");
+    {
+        FailingFiles files;
+        files.refuse("rename", EIO);
+        editor.save();
+    }
+    EXPECT_EQ(folders.bytesOf(kSharedTerms), "1,AAA,T\r\n");
+    theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
+    editor.save();
+    expectBoth("1,AAA,T\r\n1,THEIRS,T\r\n1,OURS,T\r\n");
+}
+
+TEST_F(LostUpdateTest, ASharedFileThatCannotBeReadAtTheSaveIsLeftAlone) {
+    openShared("1,AAA,T\r\n");
+    add("OURS");
+    const auto place = folders.folder / kSharedTerms;
+    fs::rename(place, place.native() + ".away");
+    fs::create_directory(place);  // no file, and no missing one
+    {
+        FailingFiles files;
+        editor.save();
+    }
+    EXPECT_TRUE(fs::is_directory(place));
+    EXPECT_EQ(folders.bytesOf(kLocalTerms), "1,AAA,T\r\n1,OURS,T\r\n");
+    fs::remove(place);
+    fs::rename(place.native() + ".away", place);
+    editor.save();
+    expectBoth("1,AAA,T\r\n1,OURS,T\r\n");
+}
+
 TEST_F(LostUpdateTest, WhatCouldNotBeReadAsTheScreenOpenedIsNotOverwritten) {
     const auto place = folders.folder / kSharedTerms;
     fs::create_directory(place);  // no file, and no missing one

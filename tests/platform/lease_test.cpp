@@ -183,6 +183,46 @@ TEST_F(LeaseTest, AWaitThatOthersMadeAVainOneIsToldFromALockThatCannotBeTaken) {
     EXPECT_FALSE(stuck.isInVain());
 }
 
+// As one does whose server was lost for some seconds: every call fails, and nothing is known of what is there.
+TEST_F(LeaseTest, AMountThatConnectsAgainIsWaitedFor) {
+    for (const char* call : {"makeFolder", "rename"}) {
+        SCOPED_TRACE(call);
+        test::FailingFiles disk;
+        disk.failAt(1, {.number = EIO}, call);
+        {
+            const auto mine = take();
+            ASSERT_TRUE(mine);
+            EXPECT_TRUE(mine->isHeld());
+            disk.failAt(1, {.number = EIO}, "rename");
+        }
+        EXPECT_TRUE(disk.met());
+        EXPECT_TRUE(entries().empty()) << "given back behind it";
+    }
+}
+
+TEST_F(LeaseTest, AShareThatStaysAwayIsToldFromOneThatTakesNoLock) {
+    for (const int number : {EIO, EROFS}) {
+        LeaseWatch watch;
+        test::FailingFiles disk;
+        disk.refuse("rename", number);
+        EXPECT_FALSE(Lease::take(temp.path(), {}, &watch));
+        EXPECT_EQ(watch.isShareAway(), number == EIO);
+    }
+}
+
+TEST_F(LeaseTest, WhatIsLeftToOthersStaysInTheTakenLock) {
+    {
+        auto mine = take();
+        ASSERT_TRUE(mine);
+        ASSERT_TRUE(saveWholeFile(mine->folder() / "note", "in doubt"));
+        mine->leaveToOthers();
+    }
+    const auto left = takenLeases(temp.path());
+    ASSERT_EQ(left.size(), 1U);
+    ASSERT_EQ(leftInLease(left.front()).size(), 1U);
+    EXPECT_TRUE(take(kNever)) << "it is free";
+}
+
 TEST_F(LeaseTest, ALockThatWasTakenInSpiteOfWhatTheShareSaysIsOurs) {
     test::FailingFiles disk;
     disk.ahead("rename", [this] {
