@@ -58,13 +58,11 @@ Result<void> EvidenceFiles::readPiece() {
             more = failure(ErrorKind::PathAccess, "the evidence is damaged");
             break;
         }
-        lastId_ = piece_.integer(Id);
-        if (piece_.integer(Fits) == 0)
-            continue;
-        if (auto taken = takeRow(); !taken) {
+        if (auto taken = piece_.integer(Fits) != 0 ? takeRow() : Result<void>(); !taken) {
             more = failure(taken.error());
             break;
         }
+        lastId_ = piece_.integer(Id);
     }
     piece_.reset();
     isLast_ = more && rows < kRowsInPiece;
@@ -92,8 +90,10 @@ Result<void> EvidenceFiles::takeRow() {
 // A file whose folder is not there has no path.
 Result<void> EvidenceFiles::goTo(std::int64_t folder) {
     const auto found = folderById_.bind(folder).step();
-    if (!found)
+    if (!found) {
+        folderById_.reset();
         return failure(found.error());
+    }
     folder_ = folder;
     isWanted_ = *found && isBelow(folderById_.blob(0), below_);
     if (isWanted_)

@@ -37,6 +37,18 @@ std::vector<NativePath> places(NativePath (*placeIn)(const NativePath&, const st
     return paths;
 }
 
+// Of runs of this computer that were killed: beginnings of the lists, which the notes tell better. The target leaves
+// the house, and nobody else would tidy it.
+void removeListsOfKilledRuns(const NativePath& target) {
+    const auto names = listEntries(target);
+    if (!names)
+        return;
+    for (const auto& name : *names) {
+        if (isOfGoneProcess(name) && isRegularFile(target / name))
+            passOver(removeFile(target / name), "it is tidying; the next run tries again");
+    }
+}
+
 }  // namespace
 
 NativePath manifestIn(const NativePath& folder, const std::string& jobId) {
@@ -53,6 +65,7 @@ NativePath gapsIn(const NativePath& folder, const std::string& jobId) {
 
 Result<CopyRecord> CopyRecord::begin(const NativePath& target, const NativePath& besideList, const std::string& jobId) {
     createFolderChain((target / "file").native());
+    removeListsOfKilledRuns(target);
     auto whole = CheckSumFile::begin(places(manifestIn, target, besideList, jobId));
     if (!whole)
         return failure(whole.error());

@@ -34,7 +34,7 @@ public:
     [[nodiscard]] static Result<File> createNew(const NativePath& path, unsigned mode = 0666);
     /// Opens an existing file for reading and writing at its start, keeping its bytes.
     [[nodiscard]] static Result<File> openForChanging(const NativePath& path);
-    /// Opens for writing at the end, making the file when it is missing.
+    /// Opens for writing at the end, making the file when it is missing. A link in its place is an error.
     [[nodiscard]] static Result<File> openForAppending(const NativePath& path);
 
     [[nodiscard]] bool isOpen() const { return descriptor_ >= 0; }

@@ -7,19 +7,17 @@
 
 #include "platform/disk_calls.h"
 #include "platform/folders.h"
-#include "platform/system_error.h"
+#include "platform/volume_syncs.h"
 
 namespace quillon {
 
 namespace {
 
-Result<void> syncVolumeOf(const NativePath& folder) {
+bool syncVolumeOf(const NativePath& folder) {
     const int descriptor = disk().open(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC, 0);
     if (descriptor < 0)
-        return failure(systemError(folder.native()));
-    Result<void> synced;
-    if (disk().syncVolume(descriptor) != 0)
-        synced = failure(systemError(folder.native()));
+        return false;
+    const bool synced = syncWholeVolume(descriptor);
     passOver(disk().close(descriptor), "nothing was written by it");
     return synced;
 }
@@ -42,10 +40,20 @@ Result<void> FileBatch::add(const NativePath& path, std::string_view bytes, cons
     return {};
 }
 
+Result<void> FileBatch::sync() const {
+    if (syncVolumeOf(waiting_.front().temporary.parent_path()))
+        return {};
+    for (const auto& file : waiting_) {
+        if (auto synced = syncFile(file.temporary); !synced)
+            return failure(saveError(file.path, synced.error()));
+    }
+    return {};
+}
+
 Result<void> FileBatch::commit(const std::function<void()>& named) {
     if (waiting_.empty())
         return {};
-    if (auto synced = syncVolumeOf(waiting_.front().temporary.parent_path()); !synced)
+    if (auto synced = sync(); !synced)
         return synced;
     std::set<NativePath> folders;
     while (!waiting_.empty()) {

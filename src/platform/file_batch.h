@@ -2,8 +2,8 @@
 #pragma once
 
 // Saves many new files with one wait for the medium instead of one for each: all bytes go into temporary files, the
-// volume is synchronised, and then every file takes its name. A process that is killed, and a machine that dies, leave
-// whole files and no cut one.
+// volume is synchronised (each file, where the volume cannot say that all is well), and then every file takes its name.
+// A process that is killed, and a machine that dies, leave whole files and no cut one.
 
 #include <functional>
 #include <string_view>
@@ -38,6 +38,8 @@ private:
         NativePath temporary;
         NativePath path;
     };
+    [[nodiscard]] Result<void> sync() const;
+
     std::vector<Waiting> waiting_;
 };
 

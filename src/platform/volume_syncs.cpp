@@ -30,13 +30,16 @@ Result<void> syncFolderOf(const std::string& path) {
     return syncHandle(folder->handle(), path);
 }
 
-// A program that serves a volume is not told of a sync of all of it: the system says that all is well by itself.
 bool isServedByProgram(int handle) {
     struct statfs volume {};
     return ::fstatfs(handle, &volume) == 0 && static_cast<std::uint32_t>(volume.f_type) == FUSE_SUPER_MAGIC;
 }
 
 }  // namespace
+
+bool syncWholeVolume(int handle) {
+    return retried([handle] { return disk().syncVolume(handle); }) == 0 && !isServedByProgram(handle);
+}
 
 VolumeSyncs::~VolumeSyncs() {
     for (const auto& [volume, handle] : volumes_) passOver(disk().close(handle), "nothing was written through it");
@@ -56,11 +59,7 @@ bool VolumeSyncs::syncVolumes(const Wish& wish) {
         volumes_[info.st_dev] = handle;
     }
     bool synced = true;
-    for (const auto& [volume, handle] : volumes_) {
-        const int number = handle;
-        const bool told = retried([number] { return disk().syncVolume(number); }) == 0;
-        synced = synced && told && !isServedByProgram(number);
-    }
+    for (const auto& [volume, handle] : volumes_) synced = syncWholeVolume(handle) && synced;
     return synced;
 }
 

@@ -14,6 +14,11 @@
 
 namespace quillon {
 
+/// Brings all of a volume to its medium; `handle`: of a file or folder on it. True when that is said to have gone well
+/// by who can know: a program that serves a volume is not told of such a call, and the system says by itself that all
+/// is well. False: each file has to be asked for.
+[[nodiscard]] bool syncWholeVolume(int handle);
+
 class VolumeSyncs {
 public:
     VolumeSyncs() = default;

@@ -2,11 +2,16 @@
 // The same job asked by its evidence and by its list.
 #include "answers/job_answers.h"
 
+#include <filesystem>
+#include <fstream>
+
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include "app/file_list.h"
 #include "evidence/evidence_store.h"
 #include "evidence/job_keys.h"
+#include "platform/whole_file.h"
 #include "support/temp_folder.h"
 #include "text/unicode.h"
 
@@ -91,6 +96,58 @@ protected:
 
     TempFolder folder;
 };
+
+// The bytes of the page whose cells hold this text.
+void damageFolderPage(const NativePath& evidence, const std::string& text) {
+    constexpr char kTableLeaf = 13;
+    std::string bytes = *readWholeFile(evidence);
+    const std::size_t page =
+        static_cast<std::size_t>(static_cast<unsigned char>(bytes[16])) * 256 + static_cast<unsigned char>(bytes[17]);
+    int damaged = 0;
+    for (std::size_t at = page; at + page <= bytes.size(); at += page) {
+        if (bytes[at] == kTableLeaf && std::string_view(bytes).substr(at, page).find(text) != std::string::npos) {
+            bytes.replace(at, 8, 8, '\xEE');
+            ++damaged;
+        }
+    }
+    ASSERT_EQ(damaged, 1);
+    std::ofstream(evidence, std::ios::binary) << bytes;
+}
+
+// The file behind it lies in a folder that can be read: nothing else would tell of the one that cannot be given.
+TEST_F(JobAnswersTest, AFileWhoseFolderIsDamagedIsNotPassedOver) {
+    constexpr int kFolders = 600;
+    constexpr int kWhole = 450;
+    const NativePath evidence = folder / "1.sqlite";
+    std::filesystem::remove(evidence);
+    ASSERT_TRUE(EvidenceStore::create(evidence));
+    const auto nameOf = [](int number) { return fmt::format("folder{:04}-{}", number, std::string(100, 'x')); };
+    {
+        auto store = EvidenceStore::open(evidence);
+        ASSERT_TRUE(store);
+        for (int i = 1; i <= kFolders + 1; ++i) {
+            EvidenceRow row;
+            row.row = i;
+            row.folder = nameOf(i <= kFolders ? i : 1);
+            row.name = "f" + std::to_string(i);
+            row.grade = Grade::Good;
+            ASSERT_TRUE(store->add(row, nullptr));
+        }
+        for (int i = kWhole + 1; i < kFolders; ++i) ASSERT_TRUE(store->remove(i));
+        ASSERT_TRUE(store->finish());
+    }
+    damageFolderPage(evidence, nameOf(kFolders));
+    const auto answers = ask(true);
+    const auto files = answers->files({});
+    ASSERT_TRUE(files);
+    BriefFile file;
+    int given = 0;
+    auto more = (*files)->next(file);
+    for (; more && *more; more = (*files)->next(file)) EXPECT_EQ(file.folder, nameOf(++given));
+    EXPECT_FALSE(more) << "as if these were all";
+    EXPECT_EQ(given, kWhole);
+    EXPECT_FALSE((*files)->next(file)) << "at the next try, too";
+}
 
 TEST_F(JobAnswersTest, DoubtsAreCountedWithTheRowsAndInAnOldEvidenceFileByFile) {
     auto database = Database::open(folder / "1.sqlite", Access::Writing);

@@ -7,6 +7,7 @@
 
 #include "job/copy_record.h"
 #include "job/older_copies.h"
+#include "platform/whole_file.h"
 #include "support/failing_files.h"
 #include "support/temp_folder.h"
 
@@ -166,6 +167,24 @@ TEST_F(CopyJournalTest, TheLastWordOnEachFileStandsInTheLists) {
     EXPECT_EQ(temp.read("1-damaged.sha256"), lineOf("hurt", "hurt"));
     EXPECT_EQ(temp.read("1.gaps.csv"), "path,offset,length\r\n\"hurt\",0,512\r\n");
     EXPECT_FALSE(std::filesystem::exists(path()));
+}
+
+TEST_F(CopyJournalTest, ListsThatAKilledRunHasBegunGoAtTheNextOne) {
+    const std::string living = temporaryName();
+    std::string killed = living;
+    const auto time = killed.rfind('-', killed.rfind('-') - 1);
+    const auto number = killed.rfind('-', time - 1);
+    killed.replace(number + 1, time - number - 1, "2147483646");  // above any number that a system gives a process
+    std::string foreign = killed;
+    foreign.insert(number, "-elsewhere");
+    for (const std::string& name : {living, killed, foreign}) temp.write(name, "the beginning of a list");
+    std::filesystem::create_directory(temp / (killed + "0"));
+    auto lists = record();
+    ASSERT_TRUE(lists && lists->finish());
+    EXPECT_FALSE(pathExists(temp / killed));
+    EXPECT_TRUE(pathExists(temp / living)) << "its process goes on";
+    EXPECT_TRUE(pathExists(temp / foreign)) << "nobody can tell here whether that process is gone";
+    EXPECT_TRUE(pathExists(temp / (killed + "0"))) << "no save makes folders";
 }
 
 TEST_F(CopyJournalTest, ACopyIsOfItsSourceOnlyWithSizeAndTime) {

@@ -54,6 +54,25 @@ TEST(FileBatchTest, AFailureNamesTheFileAndTheCause) {
     EXPECT_EQ(added.error().text, (folder / "a.dat").native() + " cannot be saved: No space left on device");
 }
 
+// As on a volume that a program serves, which hears of no sync of all of it.
+TEST(FileBatchTest, AVolumeThatCannotSayThatAllIsWellIsAskedForEachFile) {
+    const TempFolder folder;
+    FailingFiles files;
+    files.refuse("syncVolume", EIO);
+    for (const bool bad : {false, true}) {
+        FileBatch batch;
+        const std::string name = bad ? "b.dat" : "a.dat";
+        ASSERT_TRUE(batch.add(folder / name, "one", folder.path()));
+        if (bad)
+            files.refuse("sync", EIO);
+        const auto named = batch.commit();
+        EXPECT_EQ(named.has_value(), !bad);
+        EXPECT_EQ(pathExists(folder / name), !bad);
+        const std::string told = named ? "" : named.error().text;
+        EXPECT_EQ(told, bad ? (folder / name).native() + " cannot be saved: Input/output error" : "");
+    }
+}
+
 TEST(FileBatchTest, AnEmptyBatchIsASuccess) {
     EXPECT_TRUE(FileBatch().commit());
 }

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Every save of many files and of lists, on a disk of which every call fails once.
+#include <ranges>
+
 #include "archive/zip_bytes.h"
 #include "archive/zip_writer.h"
+#include "job/copy_journal.h"
 #include "job/job.h"
 #include "platform/folders.h"
 #include "programs/save_table.h"
@@ -246,6 +249,54 @@ TEST_F(SaveTable, RowsOfAList) {
                 writeRows(temp / "7.csv", encoding, n, fault, met);
                 ASSERT_LT(n, 100);
             }
+        }
+    }
+}
+
+CopyFacts copyFacts(std::string_view bytes) {
+    Sha256 hash;
+    hash.add(bytes);
+    CopyFacts facts;
+    facts.size = bytes.size();
+    facts.hash = hash.finish();
+    facts.sourceModified = FileTime{1'700'000'000, 0};
+    return facts;
+}
+
+std::vector<std::string> notedCopies(const NativePath& journal) {
+    std::vector<std::string> names;
+    for (auto reader = CopyJournalReader::open(journal); reader;) {
+        const auto copy = reader->next();
+        if (!copy)
+            break;
+        EXPECT_EQ(copy->facts.hash, copyFacts(copy->name).hash);
+        names.push_back(copy->name);
+    }
+    return names;
+}
+
+// Whole notes in their order, from the first one on; behind a failed one may be none, and none but the last one is lost
+// where the next run goes on.
+TEST_F(SaveTable, NotesOfCopies) {
+    const NativePath journal = copyJournalIn(temp.path(), "7");
+    const std::vector<std::string> names = {"a/one", "a/two", "three", "of the next run"};
+    for (const Fault fault : {Fault{ENOSPC}, {ENOSPC, false, true}, {EIO, true}, {EIO, true, true}}) {
+        bool met = true;
+        for (int n = 1; met; ++n) {
+            std::filesystem::remove(journal);
+            {
+                FailingFiles disk;
+                disk.failAt(n, fault);
+                CopyJournal notes(journal);
+                for (std::size_t i = 0; i < 3; ++i) notes.add(names[i], copyFacts(names[i]));
+                met = disk.met();
+            }
+            const std::vector<std::string> noted = notedCopies(journal);
+            EXPECT_TRUE(std::ranges::equal(noted, names | std::views::take(noted.size()))) << "call " << n;
+            EXPECT_TRUE(met || noted.size() == 3);
+            CopyJournal(journal).add(names[3], copyFacts(names[3]));
+            EXPECT_EQ(notedCopies(journal).size(), noted.size() + 1) << "call " << n;
+            ASSERT_LT(n, 100);
         }
     }
 }

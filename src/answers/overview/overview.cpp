@@ -69,8 +69,8 @@ void Overview::tell(const FileError& error) {
     state.trouble = true;
 }
 
-Result<Overview::Opened> Overview::read(const std::vector<JobFiles>& jobs) const {
-    auto source = openOverview(jobs, given_.messages);
+Result<Overview::Opened> Overview::read(const std::vector<JobFiles>& jobs, const ReportMessages& messages) {
+    auto source = openOverview(jobs, messages);
     if (!source)
         return failure(source.error());
     auto extensions = (*source)->extensions();
@@ -94,11 +94,14 @@ void Overview::open(const std::string& job) {
         return;
     }
     state.job = "Job " + readable(std::string_view(found->id));
+    std::vector<Scope> scopes;
     std::optional<Result<Opened>> opened;
-    besideLoop([&] {
-        findScopes(*found);
-        opened.emplace(read(scopes_.front().jobs));
-    });
+    besideLoop(
+        [&, job = *found, separator = given_.installation.paths().fileListSeparator, messages = given_.messages] {
+            scopes = scopesOf(job, separator);
+            opened.emplace(read(scopes.front().jobs, messages));
+        });
+    scopes_ = std::move(scopes);
     if (!*opened)
         tell(opened->error());
     else
@@ -106,18 +109,21 @@ void Overview::open(const std::string& job) {
 }
 
 // The job, and the cases whose files stand beside its own.
-void Overview::findScopes(const JobFiles& job) {
+std::vector<Overview::Scope> Overview::scopesOf(const JobFiles& job, const std::string& separator) {
     const NativePath folder = (job.evidence.empty() ? job.list : job.evidence).parent_path();
-    scopes_ = {{"Job " + readable(std::string_view(job.id)), job.id, {job}}};
-    for (auto& found : casesOf(folder, given_.installation.paths().fileListSeparator, job.id))
-        scopes_.push_back({"Case " + readable(std::string_view(found.id)), found.id, std::move(found.jobs)});
+    std::vector<Scope> scopes = {{"Job " + readable(std::string_view(job.id)), job.id, {job}}};
+    for (auto& found : casesOf(folder, separator, job.id))
+        scopes.push_back({"Case " + readable(std::string_view(found.id)), found.id, std::move(found.jobs)});
+    return scopes;
 }
 
 void Overview::chooseScope(int entry) {
     if (entry < 0 || entry >= static_cast<int>(scopes_.size()) || entry == state.scope)
         return;
     std::optional<Result<Opened>> opened;
-    besideLoop([&] { opened.emplace(read(scopes_[static_cast<std::size_t>(entry)].jobs)); });
+    besideLoop([&, jobs = scopes_[static_cast<std::size_t>(entry)].jobs, messages = given_.messages] {
+        opened.emplace(read(jobs, messages));
+    });
     if (!*opened)
         tell(opened->error());
     else

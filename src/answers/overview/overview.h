@@ -129,8 +129,8 @@ private:
         std::string fileName;  // for what is made of it
         std::vector<JobFiles> jobs;
     };
-    [[nodiscard]] Result<Opened> read(const std::vector<JobFiles>& jobs) const;
-    void findScopes(const JobFiles& job);
+    [[nodiscard]] static Result<Opened> read(const std::vector<JobFiles>& jobs, const ReportMessages& messages);
+    [[nodiscard]] static std::vector<Scope> scopesOf(const JobFiles& job, const std::string& separator);
     [[nodiscard]] std::optional<PlaceInCase> place() const;
     [[nodiscard]] std::vector<JobFiles> chosenJobs() const;
     [[nodiscard]] FileWish ownWish() const;

@@ -141,7 +141,8 @@ void Overview::report() {
     if (!target)
         return;
     Result<void> written;
-    besideLoop([&] { written = writeReport(scopes_[static_cast<std::size_t>(state.scope)].jobs, {}, *target); });
+    besideLoop(
+        [&, jobs = scopes_[static_cast<std::size_t>(state.scope)].jobs] { written = writeReport(jobs, {}, *target); });
     state.trouble = !written.has_value();
     state.remark = written ? "The report is " + readable(target->native()) : written.error().text;
 }
