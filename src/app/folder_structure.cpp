@@ -84,7 +84,7 @@ bool checkFolderStructure(const Installation& installation) {
     return false;
 }
 
-FirstScreen decideFirstScreen(Installation& installation) {
+FirstScreen decideFirstScreen(Installation& installation, const std::function<void()>& whenLoaded) {
     const NativePath& settingsFile = installation.paths().settingsFile;
     if (!pathExists(settingsFile))
         return FirstScreen::SetupWizard;
@@ -95,6 +95,8 @@ FirstScreen decideFirstScreen(Installation& installation) {
         return FirstScreen::MainWindow;
     if (!installation.loadSettingsRecord())
         return FirstScreen::SetupWizard;
+    if (whenLoaded)
+        whenLoaded();
     return checkFolderStructure(installation) ? FirstScreen::MainWindow : FirstScreen::SetupWizard;
 }
 

@@ -3,6 +3,8 @@
 
 // The folder tree of an installation: its check, its repair, and the decision which screen a start opens.
 
+#include <functional>
+
 #include "app/installation.h"
 
 namespace quillon {
@@ -29,6 +31,7 @@ enum class FirstScreen { MainWindow, SetupWizard };
 
 /// Which screen the start opens. Loads the settings when the file has content. An empty settings file opens the main
 /// window with its own defaults; no file, a folder structure that is not whole, or any error opens the wizard.
-[[nodiscard]] FirstScreen decideFirstScreen(Installation& installation);
+/// `whenLoaded` is called between the settings and the first look at folders that may lie on a share.
+[[nodiscard]] FirstScreen decideFirstScreen(Installation& installation, const std::function<void()>& whenLoaded = {});
 
 }  // namespace quillon

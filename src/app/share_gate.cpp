@@ -21,9 +21,15 @@ std::string waitText(const NativePath& share) {
            "job that reaches them.";
 }
 
+std::string archiveWaitText(const NativePath& folder) {
+    return "The archive folder " + readable(folder.native()) +
+           " does not answer.\n\nYou can wait for it, or go on with the folder Archives below the local path until the "
+           "program is started again.";
+}
+
 // Nobody waits for a look that hangs: it has its own copy of the path and is forgotten.
-bool answers(const NativePath& share, const Surroundings& surroundings, ShareWait& wait) {
-    const auto answer = startBeside([share] { return pathExists(share / "Database"); });
+bool answers(const NativePath& path, const std::string& word, const Surroundings& surroundings, ShareWait& wait) {
+    const auto answer = startBeside([path] { return pathExists(path); });
     if (!answer || hasCome(*answer, kUnnoticed))
         return true;
     const std::int64_t start = surroundings.clock.milliseconds();
@@ -32,7 +38,7 @@ bool answers(const NativePath& share, const Surroundings& surroundings, ShareWai
     turnUntil(surroundings.loop, [&](std::chrono::milliseconds pause) {
         came = hasCome(*answer, pause);
         if (!came && !shown && surroundings.clock.milliseconds() - start >= kShareSilence) {
-            wait.show(waitText(share));
+            wait.show(word);
             shown = true;
         }
         return came || (shown && wait.goesOn());
@@ -46,9 +52,17 @@ bool answers(const NativePath& share, const Surroundings& surroundings, ShareWai
 
 bool passShareGate(Installation& installation, const Surroundings& surroundings, ShareWait& wait) {
     const NativePath share = installation.paths().sharedPath;
-    if (share.empty() || answers(share, surroundings, wait))
+    if (share.empty() || answers(share / "Database", waitText(share), surroundings, wait))
         return true;
     installation.leaveShareOut();
+    return false;
+}
+
+bool passArchiveGate(Installation& installation, const Surroundings& surroundings, ShareWait& wait) {
+    const NativePath folder = installation.paths().zipPath;
+    if (folder.empty() || answers(folder, archiveWaitText(folder), surroundings, wait))
+        return true;
+    installation.useZipPath(fileIn(installation.paths().localPath, "Archives"));
     return false;
 }
 

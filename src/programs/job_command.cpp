@@ -107,7 +107,8 @@ void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dial
     const EndRow& end = rowOf(result.cause);
     const std::string text = end.text + (result.detail.empty() ? "" : " (" + result.detail + ")");
     if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
-        err << "quillon-job: the job ended without a list";
+        err << (result.listStands ? "quillon-job: the job did not come to its end; the list so far stays"
+                                  : "quillon-job: the job ended without a list");
         if (!dialogs.unasked().empty())
             err << (dialogs.unaskedNeedsOwnAnswer() ? "; answer at a terminal, as --yes does not: "
                                                     : "; give --yes to answer Yes to: ")

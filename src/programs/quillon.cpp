@@ -61,12 +61,13 @@ int runWindow(QApplication& application) {
     frmMain window(context, job, {&exchange, systemNetwork()}, &look);
     QObject::connect(&window, &frmMain::shutDown, &application, &QApplication::quit, Qt::QueuedConnection);
     QObject::connect(&window, &frmMain::abandoned, [] { std::_Exit(EXIT_SUCCESS); });
-    // The folder check asks the share before there is a window. Settings that are empty or cannot be read name none.
-    if (Installation stored = installation; stored.loadSettingsRecord() && stored.paths().useSharedDb) {
-        installation = stored;
-        askShareFirst(job);
-    }
-    openFirstScreen(decideFirstScreen(installation), navigator, window);
+    // The folder check asks what may lie on a share before there is a window.
+    const auto askFirst = [&installation, &job] {
+        if (installation.paths().useSharedDb)
+            askShareFirst(job);
+        askArchiveFirst(job);
+    };
+    openFirstScreen(decideFirstScreen(installation, askFirst), navigator, window);
     return window.isVisible() ? QApplication::exec() : EXIT_SUCCESS;
 }
 

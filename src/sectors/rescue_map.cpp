@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include "platform/whole_file.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -115,7 +116,7 @@ Result<RescueMap> readRescueMap(const NativePath& file) {
         return failure(text.error());
     auto map = parseRescueMap(*text);
     if (!map)
-        return failure(map.error().kind, file.native() + ": " + map.error().text);
+        return failure(map.error().kind, readable(file.native()) + ": " + map.error().text);
     return map;
 }
 

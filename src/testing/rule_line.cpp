@@ -19,7 +19,10 @@ Result<void> appendRuleLine(const NativePath& folder, std::string_view name, con
         return failure(old.error());
     const bool openEnd = old && !old->empty() && old->back() != '\n' && old->back() != '\r';
     const std::string oneLine = line.bytes.substr(0, line.bytes.find_first_of("\r\n"));
-    return appendToFile(file, (openEnd ? "\r\n" : "") + oneLine + "\r\n");
+    // The file ahead of its folder, whose sync could bring its new size to the medium without the bytes.
+    return appendToFile(file, (openEnd ? "\r\n" : "") + oneLine + "\r\n")
+        .and_then([&file] { return syncFile(file); })
+        .map([&folder] { syncFolder(folder); });
 }
 
 }  // namespace quillon

@@ -36,6 +36,16 @@ void askShareFirst(Job& job) {
             kLightOrange);
 }
 
+void askArchiveFirst(Job& job) {
+    const std::string folder = readable(job.installation().paths().zipPath.native());
+    ShareWaitBox wait;
+    wait.setWindowTitle(QStringLiteral("Archive Path"));
+    if (!passArchiveGate(job.installation(), job.surroundings(), wait))
+        job.passContext().log("The archive folder " + folder + " does not answer: archives go to " +
+                                  readable(job.installation().paths().zipPath.native()) + " until the next start",
+                              kLightOrange);
+}
+
 namespace {
 
 // The lists of the database, and their history.
@@ -104,6 +114,7 @@ void registerScreens(const ScreenContext& context, Job& job) {
         return std::make_unique<frmCopies>(context, given != nullptr ? *given : CopiesHandover{});
     });
     screens.add(Screen::ExtEditor, [&context, &job](const std::any& handOver) {
+        askShareFirst(job);
         // Not copied: a handover may name a million files.
         static const EditorHandover nothing;
         const auto* given = std::any_cast<EditorHandover>(&handOver);

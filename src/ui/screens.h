@@ -16,4 +16,7 @@ void registerScreens(const ScreenContext& context, Job& job);
 /// and the person may leave it out, which the job log says too.
 void askShareFirst(Job& job);
 
+/// The same for the archive folder: a person may go on with one below the local path.
+void askArchiveFirst(Job& job);
+
 }  // namespace quillon

@@ -93,5 +93,24 @@ TEST_F(ShareGateTest, AShareThatAnswersLateClosesTheWord) {
     EXPECT_TRUE(installation.paths().useSharedDb);
 }
 
+TEST_F(ShareGateTest, AnArchiveFolderThatHangsGivesWayToOneBelowTheLocalPath) {
+    EXPECT_TRUE(passArchiveGate(installation, fake.surroundings, wait)) << "that it is not there is an answer";
+    EXPECT_EQ(installation.paths().zipPath, temp / "zip");
+    makeFolder("zip");
+    const auto share = test::HangingShare::mount(temp / "zip");
+    if (share == nullptr)
+        GTEST_SKIP();
+    fake.loop.onTurn = [&](int turn) {
+        fake.clock.tick += turn == 2 ? kShareSilence : 0;
+        wait.pressed = turn >= 4;
+    };
+    EXPECT_FALSE(passArchiveGate(installation, fake.surroundings, wait));
+    EXPECT_EQ(wait.text.find("The archive folder " + (temp / "zip").native() + " does not answer."), 0U) << wait.text;
+    EXPECT_TRUE(wait.hidden);
+    EXPECT_EQ(installation.paths().zipPath, temp / "local/Archives");
+    EXPECT_EQ(installation.folder(SettingsFolder::Archive), temp / "zip") << "the record is not changed";
+    EXPECT_TRUE(installation.paths().useSharedDb) << "the database is another folder";
+}
+
 }  // namespace
 }  // namespace quillon

@@ -5,6 +5,8 @@
 //   quillon_fault_probe term FILE                 saves a term file of two terms
 //   quillon_fault_probe save FILE                 saves a file that holds "new bytes"
 //   quillon_fault_probe append FILE               appends the row "new row"
+//   quillon_fault_probe rule FOLDER               adds the line "5,NEW,T,y" to the common headers there
+//   quillon_fault_probe unpack ARCHIVE FOLDER     unpacks an archive over what is there
 //   quillon_fault_probe copy SOURCE TARGET        copies a file
 //   quillon_fault_probe keep LOCALROOT FILE       moves a file under Kept
 //   quillon_fault_probe head FILE                 reads a head, which must be that of the file "head bytes"
@@ -15,9 +17,11 @@
 
 #include "app/installation.h"
 #include "app/kept_files.h"
+#include "archive/zip_reader.h"
 #include "platform/copy_file.h"
 #include "platform/source_files.h"
 #include "platform/whole_file.h"
+#include "testing/rule_line.h"
 #include "testing/term_file.h"
 
 namespace {
@@ -76,6 +80,10 @@ int main(int count, char* arguments[]) {
         done = saveWholeFile(arguments[2], "new bytes").has_value();
     else if (what == "append")
         done = appendToFile(arguments[2], "new row\r\n").has_value();
+    else if (what == "rule")
+        done = appendRuleLine(arguments[2], kCommonHeadersFileName, PageText{"5,NEW,T,y"}).has_value();
+    else if (what == "unpack" && count == 4)
+        done = extractArchive(arguments[2], arguments[3]).has_value();
     else if (what == "copy" && count == 4)
         done = copy(arguments[2], arguments[3]);
     else if (what == "keep" && count == 4)

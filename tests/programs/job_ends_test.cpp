@@ -157,6 +157,10 @@ void JobEnds::expectRow(const SceneRow& scene) {
                                          EndCause::OutOfMemory,      EndCause::Complete};
     EXPECT_EQ(json()["list"].is_string(), withList.contains(row.cause));
     EXPECT_EQ(err.str().find("quillon-job: ") != std::string::npos, row.status != 0) << err.str();
+    EXPECT_FALSE(json()["list"].is_string() && told("ended without a list")) << err.str();
+    EXPECT_EQ(told("; the list so far stays"),
+              row.cause == EndCause::StoppedInTesting || row.cause == EndCause::OutOfMemory)
+        << err.str();
 }
 
 TEST_F(JobEnds, EachRowHasItsStatusItsWordAndItsText) {

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include <gmock/gmock.h>
+#include <poll.h>
 
 #include "platform/datagram_socket.h"
 #include "programs/child_process.h"
@@ -73,6 +74,33 @@ TEST_F(MessengerProcess, AReaderThatDoesNotReadOrGoesAwayCostsNoAcknowledgement)
     EXPECT_THAT(messenger.said, HasSubstr("alerts were not shown, as nobody read them"));
     const std::string log = folder.read("alerts.log");
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 24);
+}
+
+// The desktop's program, which hands its last word to the test.
+TEST_F(MessengerProcess, ABubbleShowsTheBeginningOfALongTextAndTheNextOneAllTheSame) {
+    folder.write("bin/notify-send", "#!/bin/sh\nprintf '%s\\0' \"$5\" >'" + (folder / "bubbles").native() + "'\n");
+    std::filesystem::permissions(folder / "bin/notify-send", std::filesystem::perms::owner_all);
+    test::makeFifo(folder / "bubbles");
+    const int bubbles = ::open((folder / "bubbles").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_GE(bubbles, 0);
+    messenger.start({"/usr/bin/env", "PATH=" + (folder / "bin").native() + ":/usr/bin:/bin", QUILLON_MESSENGER,
+                     "--notify", "--address", "127.0.0.1", "--port", port},
+                    (folder / "output").native());
+    ASSERT_TRUE(messenger.readUntil("Ctrl-C ends\n"));
+    UdpSocket sender(resolveHost, *numericAddress("127.0.0.3"));
+    sender.setRemotePort(std::stoi(port));
+    const auto bubbleOf = [&](const std::string& body) {
+        EXPECT_TRUE(sender.sendTo(*numericAddress("127.0.0.1"), "127.0.0.3\xFF 0\xFFs\xFF" + body + "\xFF" + "0"));
+        std::string text;
+        ::pollfd ready{bubbles, POLLIN, 0};
+        for (char c = 'x'; ::poll(&ready, 1, 20000) == 1 && ::read(bubbles, &c, 1) == 1 && c != '\0';) text += c;
+        return text;
+    };
+    EXPECT_EQ(bubbleOf(std::string(60'000, 'x')), std::string(800, 'x') + " [...]\n");
+    EXPECT_EQ(bubbleOf("short"), "short\n");
+    ::close(bubbles);
+    ::kill(messenger.id, SIGINT);
+    EXPECT_EQ(messenger.finish(), 0);
 }
 
 TEST_F(MessengerProcess, ATakenPortIsStatusOne) {

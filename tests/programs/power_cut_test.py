@@ -86,6 +86,29 @@ class PowerCut(unittest.TestCase):
 
     # Copies.
 
+    def test_a_regraded_list_is_old_or_new(self):
+        source = self.make_source("source", 400)
+        lists = {}
+
+        def rows(place):
+            return (place / "app/Data/J.csv").read_bytes()
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+            self.run_job(place, source)
+            (place / "app/Data/Database/txt.dat").write_bytes(b"1,never,T\r\n")
+            lists["old"] = rows(place)
+
+        def work(place):
+            subprocess.run([JOB, "--app", place / "app", "--regrade", "J", "--yes", "--quiet"],
+                           stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, check=True)
+            lists["new"] = rows(place)
+            self.assertNotEqual(lists["new"], lists["old"])
+
+        self.check(prepare, work, lambda place: self.assertIn(rows(place), lists.values()),
+                   lambda place: self.assertEqual(rows(place), lists["new"]))
+
     def check_copies(self, check, *options):
         """`check(base, log, said, copies_of)`: what stands on a disk is copies_of(place), by name."""
         source = self.make_source("source", 300)
@@ -146,6 +169,37 @@ class PowerCut(unittest.TestCase):
     def test_a_term_file_is_old_or_new(self):
         self.check_probe("root/Database/jpg.dat", b"1,4A464946,H\r\n", b"1,FFD8FF,H\r\n0,JFIF,T\r\n", "term",
                          "{}/root/Database/jpg.dat")
+
+    def test_a_line_that_is_added_is_there_or_not(self):
+        old = b"0,a,T,x\r\n"
+        self.check_probe("root/CommonHeaders.dat", old, old + b"5,NEW,T,y\r\n", "rule", "{}/root")
+
+    def test_unpacked_files_are_old_or_new(self):
+        names = [f"{number}.dat" for number in range(20)]
+        new = b"1,FFD8FF,H\r\n" * 200
+
+        def prepare(place):
+            (place / "local").mkdir()
+            for name in names[::2]:
+                (place / "local" / name).write_bytes(b"old")
+            with zipfile.ZipFile(place / "a.zip", "w") as archive:
+                for name in names:
+                    archive.writestr(name, new)
+
+        def found(place, name):
+            file = place / "local" / name
+            return file.read_bytes() if file.exists() else None
+
+        def stands(place):
+            for at, name in enumerate(names):
+                self.assertIn(found(place, name), (b"old" if at % 2 == 0 else None, new))
+
+        def done(place):
+            for name in names:
+                self.assertEqual(found(place, name), new)
+
+        self.check(prepare, lambda place: subprocess.run([PROBE, "unpack", place / "a.zip", place / "local"], check=True),
+                   stands, done)
 
     def test_a_saved_file_is_old_or_new(self):
         self.check_probe("7.csv", b"old bytes, and more of them" * 1000, b"new bytes", "save", "{}/7.csv")

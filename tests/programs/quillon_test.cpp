@@ -24,6 +24,7 @@ private slots:
     void aFolderThatCannotBeMadeOpensTheWizard();
     void anUnreachableShareOpensTheWizard();
     void aHungShareIsToldAndTheWindowOpensWithoutIt();
+    void aHungArchiveFolderIsToldAndTheWindowOpensWithoutIt();
     void withoutADisplayItSaysSoAndEnds();
     void helpAndVersionNeedNoDisplay();
 
@@ -109,6 +110,16 @@ void QuillonTest::aHungShareIsToldAndTheWindowOpensWithoutIt() {
         QSKIP("no file system can be mounted here");
     writeSettings(*temp_ / "local", *temp_ / "share");
     QCOMPARE(start(), (QStringList{QStringLiteral("shareWait"), QStringLiteral("frmMain")}));
+}
+
+void QuillonTest::aHungArchiveFolderIsToldAndTheWindowOpensWithoutIt() {
+    std::filesystem::create_directory(*temp_ / "archives");
+    const auto share = test::HangingShare::mount(*temp_ / "archives");
+    if (share == nullptr)
+        QSKIP("no file system can be mounted here");
+    writeSettings(*temp_ / "local");
+    QCOMPARE(start(), (QStringList{QStringLiteral("shareWait"), QStringLiteral("frmMain")}));
+    QVERIFY(std::filesystem::is_directory(*temp_ / "local/Archives"));
 }
 
 QuillonTest::Ended QuillonTest::runWithoutDisplay(const QStringList& arguments) const {

@@ -108,5 +108,15 @@ TEST(RescueMapTest, ADomainOfNothingWantsNothing) {
     EXPECT_EQ(map->missing, (ByteRanges{{0, 0x8000}}));
 }
 
+TEST(RescueMapTest, AFailureNamesAFileThatTurnsTextAsItIs) {
+    const test::TempFolder folder;
+    const auto map =
+        readRescueMap(folder.write("a\xE2\x80\xAE"
+                                   "b.map",
+                                   "no map"));
+    ASSERT_FALSE(map);
+    EXPECT_NE(map.error().text.find("/a<U+202E>b.map: "), std::string::npos) << map.error().text;
+}
+
 }  // namespace
 }  // namespace quillon

@@ -9,6 +9,7 @@
 
 #include "support/hanging_share.h"
 #include "ui/main_window.h"
+#include "viewer/editor_handover.h"
 #include "widgets/grid.h"
 #include "widgets/share_wait_box.h"
 
@@ -21,7 +22,11 @@ class ScreensTest : public QObject {
 private slots:
     void aShareThatHangsIsToldAndTheEditorsOpenWithoutIt_data();
     void aShareThatHangsIsToldAndTheEditorsOpenWithoutIt();
+    void aShareThatHangsIsToldAndTheExtensionEditorOpensWithoutIt();
     void theWaitIsOverByItsButtonAlone();
+
+private:
+    void expectToldAndOpened(const QString& screen, const std::function<void(MainWindow&)>& press);
 };
 
 namespace {
@@ -51,6 +56,19 @@ void ScreensTest::aShareThatHangsIsToldAndTheEditorsOpenWithoutIt_data() {
 void ScreensTest::aShareThatHangsIsToldAndTheEditorsOpenWithoutIt() {
     QFETCH(QString, entry);
     QFETCH(QString, screen);
+    expectToldAndOpened(screen, [&entry](MainWindow& main) { main.control<QAction>(qPrintable(entry)).trigger(); });
+}
+
+// It has no entry of its own: the viewer opens it, and it reads the shared term file as it opens.
+void ScreensTest::aShareThatHangsIsToldAndTheExtensionEditorOpensWithoutIt() {
+    expectToldAndOpened(QStringLiteral("frmExtEditor"), [](MainWindow& main) {
+        EditorHandover handover;
+        handover.extension = u"jpg";
+        main.navigator.open(Screen::ExtEditor, handover);
+    });
+}
+
+void ScreensTest::expectToldAndOpened(const QString& screen, const std::function<void(MainWindow&)>& press) {
     MainWindow main;
     std::filesystem::create_directory(main.temp / "share");
     main.addScreens();
@@ -73,7 +91,8 @@ void ScreensTest::aShareThatHangsIsToldAndTheEditorsOpenWithoutIt() {
         }
     });
     watch.start(5);
-    main.control<QAction>(qPrintable(entry)).trigger();
+    press(main);
+    QTRY_VERIFY(seen.contains(screen));
     watch.stop();
     seen.removeDuplicates();
     QCOMPARE(seen, (QStringList{QStringLiteral("shareWait"), screen}));
