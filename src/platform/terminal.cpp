@@ -2,6 +2,7 @@
 #include "platform/terminal.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -47,6 +48,7 @@ bool isSamePress(int first, int signal) {
 }
 
 extern "C" void onPress(int signal) {
+    const int error = errno;  // of what the signal came between
     Moment::rep none = 0;
     if (firstPress.compare_exchange_strong(none, momentNow().time_since_epoch().count())) {
         firstSignal = signal;
@@ -55,6 +57,7 @@ extern "C" void onPress(int signal) {
     } else if (const int first = firstSignal; first != 0 && !isSamePress(first, signal)) {
         ::_exit(128 + signal);
     }
+    errno = error;
 }
 
 void handleBy(void (*handler)(int), int signal) {
