@@ -93,7 +93,8 @@ public:
 
     Result<void> prepare(const NativePath& prepared, const std::string& owner) {
         while (const int number = prepareFolders(prepared, owner)) {
-            if (!isAway(number) || isAwayForLong() || isOver())
+            away_ = isAway(number);
+            if (!away_ || isAwayForLong() || isOver())
                 return failure(systemError(prepared.native(), number));
             wait();
         }
@@ -108,7 +109,8 @@ public:
         // A share may do what it then says it could not.
         if (!pathExists(prepared) && pathExists(lock_ / owner))
             return true;
-        if (isAway(number))
+        away_ = isAway(number);
+        if (away_)
             return isAwayForLong() ? Result<bool>(failure(systemError(lock_.native(), number))) : false;
         // A lock that is gone by now was given back; but a folder that takes none fails again and again without one.
         const bool isTaken = isInUse(number, prepared) || (number != ENOENT && isFolder(lock_));
@@ -124,7 +126,9 @@ public:
         if (watch_ != nullptr && watch_->isLeft())
             return true;
         const bool over = momentNow() - begun_ > times_.patience;
-        if (over && watch_ != nullptr && !stuck_)
+        if (over && watch_ != nullptr && away_)
+            watch_->sawShareAway();
+        else if (over && watch_ != nullptr && !stuck_)
             watch_->sawItInVain();
         return over;
     }
@@ -144,8 +148,9 @@ private:
     }
 
     void lookAtOwner() {
-        if (!listEntries(lock_))
-            seenSince_ = momentNow();  // nobody was seen
+        const auto seen = listEntries(lock_);
+        if (!seen && seen.error().kind != ErrorKind::PermissionDenied)
+            seenSince_ = momentNow();  // nobody was seen; a lock that may not be looked into is seen
         const std::string owner = ownerIn(lock_);
         if (owner != owner_) {
             owner_ = owner;
@@ -169,6 +174,7 @@ private:
     Moment begun_ = momentNow();
     int refusals_ = 0;
     int triesAway_ = 0;
+    bool away_ = false;  // at the last try
     std::string owner_;
     Moment seenSince_ = begun_;
     bool stuck_ = false;  // the owner's time is over, and yet it has the lock
@@ -188,8 +194,8 @@ public:
 
     /// False when it is to be tried again. What is somebody else's by now stays.
     [[nodiscard]] bool tryOnce() const {
-        if (isGone(owner_))
-            return true;
+        if (!pathExists(owner_))
+            return isGone(owner_);  // where nothing is known, it may be somebody else's
         if (disk().rename(AT_FDCWD, held_.c_str(), done_.c_str()) != 0)
             return !isAway(errno) && !isInUse(errno, owner_);
         if (!leftToOthers_)

@@ -210,6 +210,16 @@ TEST_F(LeaseTest, AShareThatStaysAwayIsToldFromOneThatTakesNoLock) {
     }
 }
 
+// Of a mount whose every call takes its seconds to fail, the time is over long before the tries are.
+TEST_F(LeaseTest, AShareThatIsAwayWhenTheTimeIsOverIsNoVainWait) {
+    LeaseWatch watch;
+    test::FailingFiles disk;
+    disk.refuse("rename", ETIMEDOUT);
+    EXPECT_FALSE(Lease::take(temp.path(), {milliseconds(0), milliseconds(0)}, &watch));
+    EXPECT_TRUE(watch.isShareAway());
+    EXPECT_FALSE(watch.isInVain());
+}
+
 TEST_F(LeaseTest, WhatIsLeftToOthersStaysInTheTakenLock) {
     {
         auto mine = take();
