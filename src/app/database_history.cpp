@@ -273,6 +273,14 @@ DatabaseTurn::DatabaseTurn(NativePath settings, LeaseTimes times, LeaseWatch* wa
     shareAway_ = !lease_ && seen.isShareAway();
 }
 
+std::optional<FileError> DatabaseTurn::refusal() const {
+    if (inVain_)
+        return FileError{ErrorKind::PathAccess, "other computers were changing the database all the time"};
+    if (shareAway_)
+        return FileError{ErrorKind::PathAccess, "the share does not answer"};
+    return std::nullopt;
+}
+
 // Of what others had in hand as they lost their turn: what they had done by then is noted now.
 void DatabaseTurn::finishNotes() {
     for (const auto& taken : takenLeases(history_)) {

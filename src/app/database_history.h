@@ -77,6 +77,9 @@ public:
     [[nodiscard]] bool isInVain() const { return inVain_; }
     /// The share did not answer, so that nobody knows whether others have their turn: nothing is to be written there.
     [[nodiscard]] bool isShareAway() const { return shareAway_; }
+    /// Why nothing is to be written that others may be writing, too; none in a turn that came, and where there are
+    /// none.
+    [[nodiscard]] std::optional<FileError> refusal() const;
     /// What a share does not let go at once is given back on another thread (Lease::endBeside).
     void endBeside() {
         if (lease_)

@@ -48,7 +48,7 @@ void warnOfLostNote(Dialogs& dialogs, const LostNote& lost) {
 }
 
 FileError turnNotWaitedFor() {
-    return {ErrorKind::PathAccess, "it was not waited for who is changing the database"};
+    return {ErrorKind::PathAccess, "another computer was not waited for"};
 }
 
 // A turn that comes when nobody waits for it any more is given back at once.
@@ -68,6 +68,15 @@ std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& sett
     }
     watch->leave();
     return std::nullopt;
+}
+
+Result<DatabaseTurn> waitToWrite(Dialogs& dialogs, const NativePath& settings) {
+    auto turn = waitForTurn(dialogs, settings);
+    if (!turn)
+        return failure(turnNotWaitedFor());
+    if (auto refused = turn->refusal())
+        return failure(std::move(*refused));
+    return std::move(*turn);
 }
 
 }  // namespace quillon

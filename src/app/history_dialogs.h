@@ -19,6 +19,10 @@ void warnOfLostNote(Dialogs& dialogs, const LostNote& lost);
 [[nodiscard]] std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& settings,
                                                       LeaseTimes times = {});
 
+/// The same for what is written only in a turn that came: a failure where it was not waited for, others had it all the
+/// time, or the share does not answer.
+[[nodiscard]] Result<DatabaseTurn> waitToWrite(Dialogs& dialogs, const NativePath& settings);
+
 /// A turn that was not waited for, as the failure of what it was for.
 [[nodiscard]] FileError turnNotWaitedFor();
 

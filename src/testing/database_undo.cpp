@@ -58,6 +58,8 @@ public:
         auto turn = take_(settings);
         if (!turn)
             return failure(turnNotWaitedFor());
+        if (auto refused = turn->refusal())
+            return failure(std::move(*refused));
         const auto steps = plan(*change, settings.parent_path());
         if (!steps)
             return failure(steps.error());

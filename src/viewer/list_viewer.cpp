@@ -205,34 +205,41 @@ void ListViewer::addToSkipList() {
         "Add to skip list", "Please enter the term you want to add to the skip list.", proposal);
     if (!term || term->empty())
         return;
-    if (const std::string lost = lostOnPage(*term); !lost.empty())
-        state.status = "Stored as \"?\" : " + lost;
+    const std::string lost = lostOnPage(*term);
+    const std::string stored = lost.empty() ? "" : "Stored as \"?\" : " + lost;
+    if (!stored.empty())
+        state.status = stored;
     // The share first: whoever does not wait for it sees that it lacks the term, whatever becomes of the local list.
     std::vector<NativePath> roots{paths.localSettings};
     if (paths.useSharedDb)
         roots.insert(roots.begin(), paths.sharedSettings);
     std::string left;
+    std::string why;
     for (const auto& settings : roots) {
-        if (!appendSkipTerm(settings, toPage(*term)))
-            left += (left.empty() ? "" : ", ") + readable(settings.parent_path().native());
+        const auto added = appendSkipTerm(settings, toPage(*term));
+        if (added)
+            continue;
+        left += (left.empty() ? "" : ", ") + readable(settings.parent_path().native());
+        why = added.error().text;
     }
     if (!left.empty())
-        state.status = "Not added to the skip list of " + left + " : " + turnNotWaitedFor().text;
+        state.status = (stored.empty() ? "" : stored + "; ") + "Not added to the skip list of " + left + " : " + why;
 }
 
-// False: it was not waited for who is changing that list.
-bool ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term) {
+// A failure: the turn of this program did not come. Of a list that cannot be written nothing is said: a share may be
+// away.
+Result<void> ListViewer::appendSkipTerm(const NativePath& settings, const PageText& term) {
     DatabaseChange change;
     change.screen = "File List Viewer";
     change.job = job_.context.state.options.jobId;
-    auto turn = waitForTurn(job_.surroundings.dialogs, settings);
+    auto turn = waitToWrite(job_.surroundings.dialogs, settings);
     if (!turn)
-        return false;
+        return failure(turn.error());
     const auto changed = changeNoted(*turn, fileIn(settings, kSkipListFileName), std::move(change),
                                      [&] { return appendRuleLine(settings, kSkipListFileName, term); });
-    if (changed)  // the design has no answer to a skip list that cannot be written; a share may be away
+    if (changed)
         warnOfLostNote(job_.surroundings.dialogs, *changed);
-    return true;
+    return {};
 }
 
 std::optional<EditorHandover> ListViewer::openEditor() {

@@ -130,7 +130,7 @@ private:
     void updateLabels();
     void loadRows(const NativePath& list);
     void tellMissingList();
-    [[nodiscard]] bool appendSkipTerm(const NativePath& settings, const PageText& term);
+    [[nodiscard]] Result<void> appendSkipTerm(const NativePath& settings, const PageText& term);
     [[nodiscard]] bool confirmRetest(std::u16string_view extension);
     void tellUnloadedCommonList();
     [[nodiscard]] RetestEnd runRetest(std::u16string_view extension);
