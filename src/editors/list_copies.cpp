@@ -76,10 +76,15 @@ ListCopies::Base ListCopies::lookAt(const NativePath& copy) {
 // looks like, that would be a list which somebody has deleted, or one to be overwritten.
 ListCopies::Base ListCopies::lookPatientlyAt(const NativePath& copy, const Base& before) const {
     Base now = lookAt(copy);
-    if (!isShared(copy) || !isFolder(copy.parent_path()))
+    if (!isShared(copy))
         return now;
-    // Behind the look: who has begun since, and is done by now, would have to be quicker than one look.
-    const auto isDoubtful = [&] { return !now.known || (!now.bytes && (before.bytes || isBeingChanged(copy))); };
+    if (!isFolder(copy.parent_path()))
+        return now.bytes ? now : Base{};  // the share went between two looks
+    // As a list is loaded, others may have the turn; at a save it is ours. They are looked for behind the list: who has
+    // begun since, and is done by now, would have to be quicker than one look.
+    const auto isDoubtful = [&] {
+        return !now.known || (!now.bytes && (before.known ? before.bytes.has_value() : isBeingChanged(copy)));
+    };
     for (int looks = 1; isDoubtful() && looks < kMostLooks; ++looks) {
         disk().wait(kBetweenLooks);
         now = lookAt(copy);
@@ -134,31 +139,49 @@ bool ListCopies::isShared(const NativePath& copy) const {
 }
 
 void ListCopies::moveAway(const NativePath& copy) {
-    toMoveAway_.erase(copy);
-    if (copy.empty() || !pathExists(copy))
+    if (copy.empty() || !pathExists(copy)) {
+        if (lookAt(copy).known)
+            toMoveAway_.erase(copy);  // gone; of a share that is away nothing is known
         return;
-    auto turn = waitForTurn(dialogs_, settingsOf(copy));
+    }
+    auto turn = waitToWrite(dialogs_, settingsOf(copy));
     if (!turn) {
         if (form_.writesEmpty)
-            return tellNotChanged("It can be done again later.");
+            return tellNotChanged(turn.error(), "It can be done again later.");
         toMoveAway_.insert(copy);
-        return tellNotChanged("It is done when this screen saves.");
+        return tellNotChanged(turn.error(), "It is done when this screen saves.");
     }
-    if (changeInTurn(*turn, copy, [&] { return kept_.moveAway(copy).map([](const NativePath&) {}); }))
-        bases_[copy] = {true, {}};
+    if (!changeInTurn(*turn, copy, [&] { return takeAway(copy, turn->through()); }))
+        return;
+    toMoveAway_.erase(copy);
+    bases_[copy] = {true, {}};
+}
+
+// All that this screen knew goes; what others have added since it was loaded stays in the list.
+Result<void> ListCopies::takeAway(const NativePath& copy, const NativePath& through) {
+    const auto known = bases_.find(copy);
+    const Base now = lookPatientlyAt(copy, known == bases_.end() ? Base{} : known->second);
+    if (known != bases_.end() && now.bytes) {
+        const Base base = baseOf(copy, known->second, now);
+        const Records theirs = form_.records(*now.bytes);
+        const auto rest = form_.merge(form_.records(base.bytes.value_or("")), {}, theirs, MergeChoice::Theirs).records;
+        if (isOthers(copy, base, now, "") && !rest.empty())
+            return saver_.save(copy, form_.bytes(rest), through);
+    }
+    return kept_.moveAway(copy).map([](const NativePath&) {});
 }
 
 bool ListCopies::moveAwayWhatWasLeft() {
-    for (const auto& copy : std::exchange(toMoveAway_, {})) moveAway(copy);
+    for (const auto& copy : std::set(toMoveAway_)) moveAway(copy);
     return toMoveAway_.empty();
 }
 
 Result<void> ListCopies::change(const NativePath& copy, const std::function<Result<void>()>& apply) {
-    auto turn = waitForTurn(dialogs_, copy.empty() ? NativePath() : settingsOf(copy));
+    auto turn = waitToWrite(dialogs_, copy.empty() ? NativePath() : settingsOf(copy));
     if (turn)
         return changeInTurn(*turn, copy, apply);
-    tellNotChanged("It can be done again later.");
-    return failure(turnNotWaitedFor());
+    tellNotChanged(turn.error(), "It can be done again later.");
+    return failure(turn.error());
 }
 
 Result<void> ListCopies::changeInTurn(DatabaseTurn& turn, const NativePath& copy,
@@ -290,9 +313,8 @@ void ListCopies::tellLeft(bool inVain) {
                                     ". What was entered stays here until it is saved, or this screen is closed.");
 }
 
-void ListCopies::tellNotChanged(const char* whenThen) {
-    dialogs_.warn(form_.screen,
-                  std::string("Nothing was changed, as another computer was not waited for. ") + whenThen);
+void ListCopies::tellNotChanged(const FileError& why, const char* whenThen) {
+    dialogs_.warn(form_.screen, "Nothing was changed, as " + why.text + ". " + whenThen);
 }
 
 bool ListCopies::askToCloseUnsaved() {

@@ -58,9 +58,10 @@ public:
     void ofJob(std::string job) { job_ = std::move(job); }
     /// Nothing of the list is on the screen any more: whatever the files hold is kept before it is overwritten.
     void forget() { saver_.forget(); }
-    /// The screen takes this copy away, if it is there: it goes under Kept. One that cannot go stays.
+    /// The screen takes this copy away, if it is there: it goes under Kept. One that cannot go stays, and so do records
+    /// which others have added since the list was loaded.
     void moveAway(const NativePath& copy);
-    /// Takes away what moveAway could not, as another computer was not waited for. False: it was not waited for again.
+    /// Takes away what moveAway could not, as its turn did not come. False: it did not come again.
     bool moveAwayWhatWasLeft();
     /// Does something with a copy in this program's turn, and notes it in the history. Where the turn is not waited
     /// for, nothing is done and a box says so.
@@ -106,13 +107,14 @@ private:
                                 const std::string& ours) const;
     [[nodiscard]] MergeChoice ask(const NativePath& copy, const std::vector<RecordConflict>& conflicts);
 
+    [[nodiscard]] Result<void> takeAway(const NativePath& copy, const NativePath& through);
     [[nodiscard]] Result<void> changeInTurn(DatabaseTurn& turn, const NativePath& copy,
                                             const std::function<Result<void>()>& apply);
 
     class Round;
     [[nodiscard]] bool begin(std::optional<Round>& round, const std::vector<NativePath>& copies);
     void tellLeft(bool inVain);
-    void tellNotChanged(const char* whenThen);
+    void tellNotChanged(const FileError& why, const char* whenThen);
     [[nodiscard]] bool isBeingChanged(const NativePath& copy) const;
     [[nodiscard]] bool write(const std::vector<NativePath>& copies, const std::string& bytes, OnFailure onFailure,
                              Round& round, std::vector<Result<void>>& results);

@@ -247,6 +247,15 @@ TEST_F(LostUpdateTest, ASecondDoneIsMeasuredByWhatTheFirstWrote) {
     expectBoth("1,AAA,T\r\n1,ONE,T\r\n1,THEIRS,T\r\n1,TWO,T\r\n");
 }
 
+TEST_F(LostUpdateTest, TheLastTermGoesAndWhatOthersHaveAddedStays) {
+    openShared("1,AAA,T\r\n");
+    theyWrite("1,AAA,T\r\n1,THEIRS,T\r\n");
+    editor.selectRow(0);
+    expectQuestion("Delete entry", "Delete entry for qlx ?", BoxAnswer::Yes);
+    editor.deleteRow();
+    EXPECT_EQ(folders.bytesOf(kSharedTerms), "1,THEIRS,T\r\n");
+}
+
 TEST_F(LostUpdateTest, NoLockIsLeftAndADeadOneStopsNobody) {
     std::filesystem::create_directories(folders.folder / "share/Settings/History/lock");
     openShared("1,AAA,T\r\n");
