@@ -2,6 +2,7 @@
 #include "job/copy_journal.h"
 
 #include <charconv>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -103,18 +104,19 @@ void CopyJournal::remove() {
     passOver(removeFile(path_), "there may be none; one that stays says what the lists say");
 }
 
-std::optional<CopyJournalReader> CopyJournalReader::open(const NativePath& journal) {
+Result<void> readCopyJournal(const NativePath& journal, const std::function<void(NotedCopy)>& take) {
     auto sums = CheckSumReader::open(journal);
-    return sums ? std::optional(CopyJournalReader(*std::move(sums))) : std::nullopt;
-}
-
-std::optional<NotedCopy> CopyJournalReader::next() {
+    if (!sums && (sums.error().kind == ErrorKind::NotFound || isFolder(journal)))
+        return {};
+    if (!sums)
+        return failure(sums.error());
     NotedCopy copy;
-    for (auto more = sums_.nextLine(); more && *more; more = sums_.nextLine()) {
-        const std::string_view line = sums_.line();
+    auto more = sums->nextLine();
+    for (; more && *more; more = sums->nextLine()) {
+        const std::string_view line = sums->line();
         if (line == kEnd && copy.facts.hash)
-            return copy;
-        if (line.empty() || line == kEnd)
+            take(std::exchange(copy, {}));
+        else if (line.empty() || line == kEnd)
             copy = {};
         else if (line.starts_with(kSource))
             readSource(line.substr(kSource.size()), copy.facts);
@@ -125,7 +127,7 @@ std::optional<NotedCopy> CopyJournalReader::next() {
             copy.facts.hash = digestOf(sum->digest);
         }
     }
-    return std::nullopt;
+    return more.map([](bool) {});
 }
 
 }  // namespace quillon

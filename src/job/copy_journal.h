@@ -4,8 +4,7 @@
 // What became of copies, noted as they come beside their list of check sums, which takes its place at the end only: of
 // a run that is killed the next one knows what is made already. docs/formats/manifest.md.
 
-#include <cstdint>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -42,18 +41,8 @@ private:
     bool given_ = false;  // up
 };
 
-class CopyJournalReader {
-public:
-    /// None: nothing is noted.
-    [[nodiscard]] static std::optional<CopyJournalReader> open(const NativePath& journal);
-
-    /// The next copy, a later one of the same name behind an earlier one. None at the end, or from where it cannot be
-    /// read.
-    [[nodiscard]] std::optional<NotedCopy> next();
-
-private:
-    explicit CopyJournalReader(CheckSumReader sums) : sums_(std::move(sums)) {}
-    CheckSumReader sums_;
-};
+/// Hands on each copy that is noted, a later one of the same name behind an earlier one. Without a journal there is
+/// none, nor in a folder of its name. A failure: it cannot be read to its end.
+[[nodiscard]] Result<void> readCopyJournal(const NativePath& journal, const std::function<void(NotedCopy)>& take);
 
 }  // namespace quillon

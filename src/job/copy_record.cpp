@@ -95,15 +95,10 @@ Result<void> CopyRecord::note(std::string_view name, const CopyFacts& facts) {
 // The last word on each file that this run has no word on.
 Result<void> CopyRecord::noteOfKilledRun() {
     std::map<std::string, CopyFacts> noted;
-    auto journal = CopyJournalReader::open(journalPath_);
-    while (journal) {
-        auto copy = journal->next();
-        if (!copy)
-            break;
-        if (!whole_.isNamed(copy->name))
-            noted[std::move(copy->name)] = std::move(copy->facts);
-    }
-    Result<void> done;
+    auto done = readCopyJournal(journalPath_, [this, &noted](NotedCopy copy) {
+        if (!whole_.isNamed(copy.name))
+            noted[std::move(copy.name)] = std::move(copy.facts);
+    });
     for (const auto& [name, facts] : noted)
         done = done.and_then([&, &file = name, &what = facts] { return note(file, what); });
     return done;

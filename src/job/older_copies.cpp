@@ -20,23 +20,18 @@ Result<OlderCopies> OlderCopies::read(const NativePath& target, const std::strin
             break;
         copies.known_[std::move((*sum)->name)] = {std::move((*sum)->digest), {}};
     }
-    copies.readNotes(target, jobId);
-    return copies;
+    return copies.readNotes(target, jobId).map([&copies] { return std::move(copies); });
 }
 
 // What they tell is younger than the lists. A copy that lacks parts, which has gaps or no word on its source, is as
 // none: it is to be made again.
-void OlderCopies::readNotes(const NativePath& target, const std::string& jobId) {
-    auto notes = CopyJournalReader::open(copyJournalIn(target, jobId));
-    while (notes) {
-        auto copy = notes->next();
-        if (!copy)
-            break;
-        if (copy->facts.gaps.empty() && copy->facts.sourceModified)
-            known_[std::move(copy->name)] = {hexText(*copy->facts.hash), std::move(copy->facts)};
+Result<void> OlderCopies::readNotes(const NativePath& target, const std::string& jobId) {
+    return readCopyJournal(copyJournalIn(target, jobId), [this](NotedCopy copy) {
+        if (copy.facts.gaps.empty() && copy.facts.sourceModified)
+            known_[std::move(copy.name)] = {hexText(*copy.facts.hash), std::move(copy.facts)};
         else
-            known_.erase(copy->name);
-    }
+            known_.erase(copy.name);
+    });
 }
 
 // Null for none.

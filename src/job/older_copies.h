@@ -42,7 +42,7 @@ private:
         std::optional<CopyFacts> noted;  // by a killed run
     };
     [[nodiscard]] const Known* find(std::string_view copy) const;
-    void readNotes(const NativePath& target, const std::string& jobId);
+    [[nodiscard]] Result<void> readNotes(const NativePath& target, const std::string& jobId);
 
     std::string root_;                              // ends in "/"
     std::unordered_map<std::string, Known> known_;  // by name below the root

@@ -39,13 +39,7 @@ protected:
     [[nodiscard]] NativePath path() const { return copyJournalIn(temp.path(), "1"); }
     [[nodiscard]] std::vector<NotedCopy> read() const {
         std::vector<NotedCopy> copies;
-        auto reader = CopyJournalReader::open(path());
-        while (reader) {
-            auto copy = reader->next();
-            if (!copy)
-                break;
-            copies.push_back(*std::move(copy));
-        }
+        EXPECT_TRUE(readCopyJournal(path(), [&copies](NotedCopy copy) { copies.push_back(std::move(copy)); }));
         return copies;
     }
     // As a run leaves it that is killed.
@@ -127,6 +121,18 @@ TEST_F(CopyJournalTest, AWriteThatFailsIsTakenBack) {
         EXPECT_TRUE(disk.met());
     }
     EXPECT_EQ(temp.read("1.sha256-running"), before);
+}
+
+TEST_F(CopyJournalTest, NotesThatCannotBeReadStayForTheNextRun) {
+    note("a", factsOf("one"));
+    auto ours = record();
+    ASSERT_TRUE(ours);
+    {
+        test::FailingFiles disk;
+        disk.refuse("read", EIO);
+        EXPECT_FALSE(ours->finish());
+    }
+    EXPECT_EQ(read().size(), 1U);
 }
 
 TEST_F(CopyJournalTest, NothingIsWrittenThroughALink) {

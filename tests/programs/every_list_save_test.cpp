@@ -265,13 +265,10 @@ CopyFacts copyFacts(std::string_view bytes) {
 
 std::vector<std::string> notedCopies(const NativePath& journal) {
     std::vector<std::string> names;
-    for (auto reader = CopyJournalReader::open(journal); reader;) {
-        const auto copy = reader->next();
-        if (!copy)
-            break;
-        EXPECT_EQ(copy->facts.hash, copyFacts(copy->name).hash);
-        names.push_back(copy->name);
-    }
+    EXPECT_TRUE(readCopyJournal(journal, [&names](const NotedCopy& copy) {
+        EXPECT_EQ(copy.facts.hash, copyFacts(copy.name).hash);
+        names.push_back(copy.name);
+    }));
     return names;
 }
 

@@ -45,13 +45,9 @@ protected:
     [[nodiscard]] NativePath journal() const { return copyJournalIn(target(), "1234"); }
     [[nodiscard]] std::set<std::string> noted() const {
         std::set<std::string> places;
-        auto reader = CopyJournalReader::open(journal());
-        while (reader) {
-            const auto copy = reader->next();
-            if (!copy)
-                break;
-            places.insert((target() / copy->name).native());
-        }
+        const auto read =
+            readCopyJournal(journal(), [&](const NotedCopy& copy) { places.insert((target() / copy.name).native()); });
+        EXPECT_TRUE(read);
         return places;
     }
     // Of what is noted.
