@@ -22,7 +22,9 @@ void lookAtReportMessages(const Installation& installation, const ReportMessages
     const Paths& paths = installation.paths();
     const auto local = readLocalMessages(paths);
     const ReportMessages fallback = ReportMessages::fallback();
-    if (!local && local.error().kind != ErrorKind::NotFound)
+    if (!local && local.error().kind == ErrorKind::Subscript)  // it was read, and is answered by the built-in ones
+        context.log("The built-in report messages stand in the list : " + local.error().text, kLightOrange);
+    else if (!local && local.error().kind != ErrorKind::NotFound)
         context.rulesNotRead("Report messages", local.error());
     else if (local && paths.useSharedDb && messages == fallback && *local != fallback)
         context.rulesNotRead("Report messages", {ErrorKind::PathAccess,

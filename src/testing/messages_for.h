@@ -10,7 +10,7 @@ namespace quillon {
 [[nodiscard]] LostNote loadMessagesFor(const DatabaseChange& who, const Installation& installation, Dialogs& dialogs,
                                        KeptFiles& kept, ReportMessages& messages);
 
-/// The ten messages of the local file alone. NotFound: there is none. An error, too: fewer than ten.
+/// The ten messages of the local file alone. NotFound: there is none. Subscript: fewer than ten.
 [[nodiscard]] Result<ReportMessages> readLocalMessages(const Paths& paths);
 
 }  // namespace quillon

@@ -23,7 +23,7 @@ Result<ReportMessages> readMessages(const NativePath& file) {
         return failure(bytes.error());
     const auto lines = splitLines(*bytes);
     if (lines.size() < kMessageCount)
-        return failure(ErrorKind::PathAccess, readable(file.native()) + ": fewer than ten messages");
+        return failure(ErrorKind::Subscript, readable(file.native()) + ": fewer than ten messages");
     ReportMessages messages = ReportMessages::fallback();
     for (std::size_t i = 0; i < kMessageCount; ++i) messages.values[i] = pageBytesToUtf16(lines[i]);
     return messages;
