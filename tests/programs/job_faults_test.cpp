@@ -87,8 +87,8 @@ TEST_F(JobFaults, ARegradeMakesNoSystemCallBelowTheSource) {
 }
 
 TEST_F(JobFaults, AReadErrorGradesThatFileByABlankHeaderAndNoOtherOne) {
-    EXPECT_EQ(runShell(traced("-P " + path("source/one/c.jpg") + " -e inject=read,pread64:error=EIO", job())), 0)
-        << said();
+    const std::string fault = " -e inject=read,pread64,preadv2:error=EIO";
+    EXPECT_EQ(runShell(traced("-f -P " + path("source/one/c.jpg") + fault, job())), 0) << said();
     for (const auto& [file, grade] : grades())
         EXPECT_EQ(grade, file == temp / "source/one/c.jpg" ? "Header Corrupt" : "Header OK") << file;
     EXPECT_EQ(grades().size(), 6U);
