@@ -167,11 +167,11 @@ void Overview::describe() {
     if (!state.knowsAll)
         state.remark = fmt::format(
             "There is no evidence beside {}: reasons, doubts, what was not read and the heads are not known.",
-            scopes_[static_cast<std::size_t>(state.scope)].jobs.size() == 1 ? "this list" : "some of these lists");
+            shownScope().jobs.size() == 1 ? "this list" : "some of these lists");
 }
 
 void Overview::describeScope() {
-    const Scope& scope = scopes_[static_cast<std::size_t>(state.scope)];
+    const Scope& scope = shownScope();
     state.job = scope.name;
     state.scopes = {scopes_.front().name};
     for (std::size_t i = 1; i < scopes_.size(); ++i)
@@ -224,12 +224,11 @@ std::string Overview::filterText(bool withGrade) const {
 
 void Overview::describeFilter() {
     const std::string text = filterText(true);
-    const bool isCase = state.isOpen && scopes_[static_cast<std::size_t>(state.scope)].jobs.size() > 1;
+    const bool isCase = state.isOpen && shownScope().jobs.size() > 1;
     state.filter = !text.empty() ? text : isCase ? "All files of the case" : "All files of the job";
     const auto one = place();
     state.hasOneJob = one.has_value();
-    state.isInOwnJob = one && (!isCase || scopes_[static_cast<std::size_t>(state.scope)].jobs[one->job].id ==
-                                              scopes_.front().jobs.front().id);
+    state.isInOwnJob = one && (!isCase || shownScope().jobs[one->job].id == scopes_.front().jobs.front().id);
 }
 
 void Overview::describeRows() {

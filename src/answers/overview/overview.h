@@ -131,6 +131,7 @@ private:
     };
     [[nodiscard]] static Result<Opened> read(const std::vector<JobFiles>& jobs, const ReportMessages& messages);
     [[nodiscard]] static std::vector<Scope> scopesOf(const JobFiles& job, const std::string& separator);
+    [[nodiscard]] const Scope& shownScope() const { return scopes_[static_cast<std::size_t>(state.scope)]; }
     [[nodiscard]] std::optional<PlaceInCase> place() const;
     [[nodiscard]] std::vector<JobFiles> chosenJobs() const;
     [[nodiscard]] FileWish ownWish() const;

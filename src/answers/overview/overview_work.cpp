@@ -48,7 +48,7 @@ std::string countsText(const ChangeCounts& counts) {
 
 // Those whose files are shown.
 std::vector<JobFiles> Overview::chosenJobs() const {
-    const auto& jobs = scopes_[static_cast<std::size_t>(state.scope)].jobs;
+    const auto& jobs = shownScope().jobs;
     const auto one = place();
     return one ? std::vector<JobFiles>{jobs[one->job]} : jobs;
 }
@@ -94,7 +94,7 @@ std::optional<NativePath> Overview::askTarget(const std::string& title, const st
     const auto folder = dialogs.pickFolder(title, given_.installation.paths().localPath);
     if (!folder)
         return std::nullopt;
-    const auto name = dialogs.input(title, prompt, scopes_[static_cast<std::size_t>(state.scope)].fileName + ending);
+    const auto name = dialogs.input(title, prompt, shownScope().fileName + ending);
     if (!name || name->empty())
         return std::nullopt;
     const auto target = childPath(*folder, *name);
@@ -141,8 +141,7 @@ void Overview::report() {
     if (!target)
         return;
     Result<void> written;
-    besideLoop(
-        [&, jobs = scopes_[static_cast<std::size_t>(state.scope)].jobs] { written = writeReport(jobs, {}, *target); });
+    besideLoop([&, jobs = shownScope().jobs] { written = writeReport(jobs, {}, *target); });
     state.trouble = !written.has_value();
     state.remark = written ? "The report is " + readable(target->native()) : written.error().text;
 }
