@@ -55,7 +55,6 @@ bool HeadsAhead::firstArrives(std::chrono::milliseconds limit) {
 
 void HeadsAhead::readInLine(Asked& asked) {
     asked.result = files_.readHead(asked.path, asked.head);
-    asked.isAnswered = true;
 }
 
 // A failure lies in memory, too.
