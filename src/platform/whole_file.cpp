@@ -179,6 +179,8 @@ NameMaker makerOf(std::string_view temporaryName) {
 
 // The number of the process of this computer that made the name; 0 for any other name.
 pid_t ownerOf(std::string_view temporaryName) {
+    if (!isTemporaryName(temporaryName))  // most names of a folder are none, and the host's name takes a call
+        return 0;
     const NameMaker maker = makerOf(temporaryName);
     pid_t number = 0;
     const auto [end, error] = std::from_chars(maker.process.begin(), maker.process.end(), number);
@@ -218,8 +220,7 @@ bool isOfGoneProcess(std::string_view temporaryName) {
 
 bool isSaveLitter(const NativePath& file) {
     constexpr std::int64_t kDay = 24LL * 60 * 60;
-    const std::string name = file.filename().native();
-    if (!isTemporaryName(name) || !isOfGoneProcess(name))  // nearly no name is one, and the host's name takes a call
+    if (!isOfGoneProcess(file.filename().native()))
         return false;
     const auto modified = modificationTime(file);
     return modified && modified->seconds + kDay < fileTimeNow().seconds && isRegularFile(file);
