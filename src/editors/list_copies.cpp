@@ -269,13 +269,16 @@ public:
         if (turns_.contains(settings))
             return true;
         auto turn = waitForTurn(list_.dialogs_, settings);
-        inVain_ = turn && turn->isInVain();
-        if (!turn || inVain_)
-            return false;
-        turns_.try_emplace(settings, std::move(*turn));
-        return true;
+        if (!turn)
+            refusal_ = turnNotWaitedFor();
+        else if (turn->isInVain())
+            refusal_ = turn->refusal();
+        else
+            turns_.try_emplace(settings, std::move(*turn));
+        return !refusal_;
     }
-    [[nodiscard]] bool isInVain() const { return inVain_; }
+    /// Why a turn is not there.
+    [[nodiscard]] const std::optional<FileError>& refusal() const { return refusal_; }
 
     [[nodiscard]] DatabaseTurn& at(const NativePath& copy) { return turns_.at(list_.settingsOf(copy)); }
 
@@ -289,7 +292,7 @@ public:
 private:
     const ListCopies& list_;
     std::map<NativePath, DatabaseTurn> turns_;
-    bool inVain_ = false;
+    std::optional<FileError> refusal_;
 };
 
 // The share first, as all others do: nobody waits for it with another turn in hand.
@@ -306,10 +309,8 @@ bool ListCopies::begin(std::optional<Round>& round, const std::vector<NativePath
     return true;
 }
 
-void ListCopies::tellLeft(bool inVain) {
-    const std::string why =
-        inVain ? "other computers were changing the database all the time" : "another computer was not waited for";
-    dialogs_.warn(form_.screen, "Nothing was saved, as " + why +
+void ListCopies::tellLeft(const FileError& why) {
+    dialogs_.warn(form_.screen, "Nothing was saved, as " + why.text +
                                     ". What was entered stays here until it is saved, or this screen is closed.");
 }
 
@@ -366,10 +367,10 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
     for (int rounds = 0; rounds < kMostRounds; ++rounds) {
         std::optional<Round> round;
         if (!begin(round, copies)) {
-            const bool inVain = round->isInVain();
+            const FileError why = *round->refusal();
             round.reset();  // nobody has to wait for a person
-            tellLeft(inVain);
-            return std::vector<Result<void>>(copies.size(), failure(turnNotWaitedFor()));
+            tellLeft(why);
+            return std::vector<Result<void>>(copies.size(), failure(why));
         }
         auto merged = merge(copies, bytes, choice);
         if (!merged.conflicts.empty() && choice == MergeChoice::Tell) {

@@ -113,7 +113,7 @@ private:
 
     class Round;
     [[nodiscard]] bool begin(std::optional<Round>& round, const std::vector<NativePath>& copies);
-    void tellLeft(bool inVain);
+    void tellLeft(const FileError& why);
     void tellNotChanged(const FileError& why, const char* whenThen);
     [[nodiscard]] bool isBeingChanged(const NativePath& copy) const;
     [[nodiscard]] bool write(const std::vector<NativePath>& copies, const std::string& bytes, OnFailure onFailure,
