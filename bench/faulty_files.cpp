@@ -13,11 +13,8 @@
 //
 // One thread serves, so that the moment is the same for the same calls. It runs in the foreground until it is
 // unmounted.
-#define FUSE_USE_VERSION 312
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <fuse.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -28,9 +25,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "passed_folder.h"
 
 namespace {
 
@@ -198,18 +196,7 @@ int writeFile(const char* /*path*/, const char* bytes, std::size_t size, off_t f
 int readFolder(const char* /*path*/, void* names, fuse_fill_dir_t add, off_t /*from*/, fuse_file_info* file,
                fuse_readdir_flags /*flags*/) {
     mounted();
-    const int again = ::openat(handleOf(file), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(again < 0 ? nullptr : ::fdopendir(again), &::closedir);
-    if (!stream)
-        return -errno;
-    while (const dirent* entry = ::readdir(stream.get())) {
-        struct stat info {};
-        info.st_ino = entry->d_ino;
-        info.st_mode = DTTOIF(entry->d_type);
-        if (add(names, entry->d_name, &info, 0, fuse_fill_dir_flags()) != 0)
-            break;
-    }
-    return 0;
+    return addEntries(handleOf(file), names, add);
 }
 
 int tellVolume(const char* /*path*/, struct statvfs* volume) {
@@ -269,17 +256,8 @@ fuse_operations operations() {
 }
 
 int serve(Mount& mount, char* program, const char* point) {
-    const fuse_operations calls = operations();
-    char name[] = "-ofsname=faulty";
-    char* words[] = {program, name, nullptr};
-    fuse_args arguments = FUSE_ARGS_INIT(2, words);
-    fuse* const filesystem = fuse_new(&arguments, &calls, sizeof calls, &mount);
-    if (filesystem == nullptr || fuse_mount(filesystem, point) != 0)
-        return 1;
-    const int served = fuse_loop(filesystem);
-    fuse_unmount(filesystem);
-    fuse_destroy(filesystem);
-    return served == 0 ? 0 : 1;
+    return serveAt(point, program, "-ofsname=faulty", operations(), mount,
+                   [](fuse* filesystem) { return fuse_loop(filesystem); });
 }
 
 }  // namespace

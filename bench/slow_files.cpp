@@ -13,11 +13,8 @@
 //   --broken PATH             a read of the file or folder fails with an I/O error
 //
 // It runs in the foreground until it is unmounted.
-#define FUSE_USE_VERSION 312
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <fuse.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -30,10 +27,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
+
+#include "passed_folder.h"
 
 namespace {
 
@@ -138,18 +136,7 @@ int readFolder(const char* path, void* names, fuse_fill_dir_t add, off_t /*from*
                fuse_readdir_flags /*flags*/) {
     if (isBroken(answer(kReaddir, path), path))
         return -EIO;
-    const int again = ::openat(static_cast<int>(file->fh), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(again < 0 ? nullptr : ::fdopendir(again), &::closedir);
-    if (!stream)
-        return -errno;
-    while (const dirent* entry = ::readdir(stream.get())) {
-        struct stat info {};
-        info.st_ino = entry->d_ino;
-        info.st_mode = DTTOIF(entry->d_type);
-        if (add(names, entry->d_name, &info, 0, fuse_fill_dir_flags()) != 0)
-            break;
-    }
-    return 0;
+    return addEntries(static_cast<int>(file->fh), names, add);
 }
 
 int getAttribute(const char* path, const char* name, char* value, std::size_t size) {
@@ -202,20 +189,14 @@ int serve(Mount& mount, char* program, const char* point, bool withAttributes) {
     operations.readdir = readFolder;
     operations.releasedir = closeIt;
     operations.getxattr = withAttributes ? getAttribute : nullptr;
-    char readOnly[] = "-oro,fsname=slow";
-    char* words[] = {program, readOnly, nullptr};
-    fuse_args arguments = FUSE_ARGS_INIT(2, words);
-    fuse* const filesystem = fuse_new(&arguments, &operations, sizeof operations, &mount);
-    if (filesystem == nullptr || fuse_mount(filesystem, point) != 0)
-        return 1;
-    fuse_loop_config* const loop = fuse_loop_cfg_create();
-    fuse_loop_cfg_set_max_threads(loop, 200);
-    fuse_loop_cfg_set_idle_threads(loop, 200);
-    const int served = fuse_loop_mt(filesystem, loop);
-    fuse_loop_cfg_destroy(loop);
-    fuse_unmount(filesystem);
-    fuse_destroy(filesystem);
-    return served == 0 ? 0 : 1;
+    return serveAt(point, program, "-oro,fsname=slow", operations, mount, [](fuse* filesystem) {
+        fuse_loop_config* const loop = fuse_loop_cfg_create();
+        fuse_loop_cfg_set_max_threads(loop, 200);
+        fuse_loop_cfg_set_idle_threads(loop, 200);
+        const int served = fuse_loop_mt(filesystem, loop);
+        fuse_loop_cfg_destroy(loop);
+        return served;
+    });
 }
 
 }  // namespace
