@@ -54,7 +54,8 @@ void TermIndex::add(std::string_view extension, const std::vector<CompiledTerm>&
             mayGoOn_.set(twoBytes(begin + 2));
         } else {
             Place& place = placeAt(*term.fixedOffset());
-            place.begins.set(static_cast<unsigned char>(*begin));
+            place.begins.set(static_cast<unsigned char>(begin[0]));
+            place.goesOn.set(static_cast<unsigned char>(begin[1]));
             place.terms.emplace(fourBytes(begin), number);
         }
         terms_.push_back({term, std::string(extension)});
@@ -63,7 +64,9 @@ void TermIndex::add(std::string_view extension, const std::vector<CompiledTerm>&
 
 TermIndex::Place& TermIndex::placeAt(std::size_t offset) {
     const auto known = std::ranges::find(fixed_, offset, &Place::offset);
-    return known != fixed_.end() ? *known : fixed_.emplace_back(Place{.offset = offset, .begins = {}, .terms = {}});
+    return known != fixed_.end()
+               ? *known
+               : fixed_.emplace_back(Place{.offset = offset, .begins = {}, .goesOn = {}, .terms = {}});
 }
 
 TermIndex TermIndex::ofFolder(const NativePath& databaseFolder) {
@@ -104,7 +107,8 @@ TermIndex::Match TermIndex::find(const HeaderBytes& folded) const {
         if (place.offset + sizeof(Key) > folded.size())
             continue;
         const char* const at = folded.data() + place.offset;
-        if (place.begins.test(static_cast<unsigned char>(*at)))
+        if (place.begins.test(static_cast<unsigned char>(at[0])) &&
+            place.goesOn.test(static_cast<unsigned char>(at[1])))
             consider(place.terms, fourBytes(at), folded, best);
     }
     for (std::size_t at = 0; at + sizeof(Key) <= folded.size(); ++at) {

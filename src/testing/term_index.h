@@ -45,10 +45,11 @@ private:
     using Key = std::uint32_t;  // four bytes of a term
     using Places = std::unordered_multimap<Key, std::uint32_t>;
 
-    // Terms at one offset, and with which bytes they begin: most heads need no look among them.
+    // Terms at one offset, and which bytes are the first and the second one of any: most heads need no look among them.
     struct Place {
         std::size_t offset = 0;
         std::bitset<256> begins;
+        std::bitset<256> goesOn;
         Places terms;
     };
 
