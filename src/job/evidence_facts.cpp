@@ -22,6 +22,9 @@ namespace {
 // A wrecked file may have any number of gaps.
 constexpr std::size_t kMostRanges = 1000;
 
+// A hostile tree has as many extensions as files.
+constexpr std::size_t kMostExtensionTexts = 1000;
+
 // A list may hold any number.
 std::int64_t wholeNumber(std::optional<double> number) {
     return static_cast<std::int64_t>(std::clamp(number.value_or(0), -9e18, 9e18));
@@ -140,13 +143,19 @@ void RowDescriber::describe(const ListRow& row, EvidenceRow& out) {
     const auto slash = path.rfind('/');
     out.folder = path.substr(0, slash == path.npos ? 0 : slash);
     out.name = path.substr(slash == path.npos ? 0 : slash + 1);
-    if (row.extension() != lastExtension_) {
-        lastExtension_ = row.extension();
-        lastExtensionText_ = nameText(foldedName(toNative(lastExtension_)));
-    }
-    out.extension = lastExtensionText_;
+    out.extension = extensionText(row.extension());
     out.size = sizeOf(row);
     out.attributes = wholeNumber(row.attributes());
+}
+
+// Files of a few kinds take turns in most folders.
+const std::string& RowDescriber::extensionText(const std::u16string& extension) {
+    if (extensionTexts_.size() >= kMostExtensionTexts)
+        extensionTexts_.clear();
+    const auto [known, isNew] = extensionTexts_.try_emplace(extension);
+    if (isNew)
+        known->second = nameText(foldedName(toNative(extension)));
+    return known->second;
 }
 
 std::int64_t RowDescriber::sizeOf(const ListRow& row) {

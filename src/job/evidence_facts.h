@@ -4,6 +4,8 @@
 // What the evidence says of a whole job, and how a graded row of a list becomes a row of it.
 
 #include <functional>
+#include <string>
+#include <unordered_map>
 
 #include "app/file_list.h"
 #include "app/surroundings.h"
@@ -60,9 +62,10 @@ public:
                                          const ReportMessages& messages);
 
 private:
-    std::string prefix_;  // the source with one "/" behind
-    std::u16string lastExtension_;
-    std::string lastExtensionText_;
+    [[nodiscard]] const std::string& extensionText(const std::u16string& extension);
+
+    std::string prefix_;                                              // the source with one "/" behind
+    std::unordered_map<std::u16string, std::string> extensionTexts_;  // of those that came, as the evidence has them
 };
 
 }  // namespace quillon
