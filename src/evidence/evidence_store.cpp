@@ -114,6 +114,8 @@ Result<void> EvidenceStore::prepareAll() {
     if (const auto found = last->step(); !found)
         return failure(found.error());
     nextId_ = last->integer(0) + 1;
+    if (nextId_ > 1)
+        folders_.doNotKnowFiles();
     return {};
 }
 
@@ -171,13 +173,14 @@ Result<void> EvidenceStore::add(std::span<const NewFile> files) {
     if (auto begun = begin(); !begun)
         return begun;
     newFiles_->clear();
-    for (const auto& file : files) {
-        if (auto described = describe(*file.row, file.head); !described)
-            return described;
-    }
-    auto inserted = insert_.run();
+    Result<void> added;
+    for (auto file = files.begin(); added && file != files.end(); ++file) added = describe(*file->row, file->head);
+    if (added)
+        added = insert_.run();
+    if (!added)
+        folders_.doNotKnowFiles();
     newFiles_->clear();  // the rows are the caller's, and may go now
-    return inserted;
+    return added;
 }
 
 // All of a new file but its row.
@@ -188,6 +191,7 @@ Result<void> EvidenceStore::describe(EvidenceRow& row, const FileHead* head) {
     if (!folder)
         return failure(folder.error());
     newFiles_->add(row, *folder);
+    folders_.added(*folder, row.size, row.grade);
     return (head != nullptr ? heads_.add(row, *head) : Result<void>()).and_then([&] { return totals_.add(row); });
 }
 
@@ -206,6 +210,7 @@ Result<EvidenceRow> EvidenceStore::rowBefore(std::int64_t id) {
 }
 
 Result<void> EvidenceStore::change(EvidenceRow& row, const FileHead* head) {
+    folders_.doNotKnowFiles();
     if (auto begun = begin(); !begun)
         return begun;
     const auto before = rowBefore(row.id);
@@ -238,6 +243,7 @@ Result<void> EvidenceStore::setVerdict(const EvidenceRow& before, const Evidence
 }
 
 Result<void> EvidenceStore::writeVerdict(const EvidenceRow& before, const EvidenceRow& now) {
+    folders_.doNotKnowFiles();
     auto changed = begin().and_then([&] { return now.head ? heads_.beforeChange(*now.head) : Result<void>(); });
     if (changed)
         changed = verdict_
@@ -291,6 +297,7 @@ Result<void> EvidenceStore::setEnd(const EvidenceRow& before, const EvidenceRow&
 }
 
 Result<void> EvidenceStore::remove(std::int64_t id) {
+    folders_.doNotKnowFiles();
     if (auto begun = begin(); !begun)
         return begun;
     const auto before = rowBefore(id);

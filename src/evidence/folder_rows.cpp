@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/folder_rows.h"
 
-#include <array>
-
 #include <fmt/format.h>
 
 #include "evidence/name_text.h"
+#include "evidence/row_columns.h"
 #include "evidence/schema.h"
 
 namespace quillon {
 
 namespace {
+
+// Some 6 MB of counts; with more folders the files are looked at again in the end.
+constexpr std::size_t kMostFoldersCounted = 65'536;
 
 // "<column> = <column> + <value of it>" for the counts of each grade, with commas between.
 std::string eachCount(auto piece) {
@@ -29,13 +31,13 @@ Result<void> prepareTo(Database& database, Statement& to, const std::string& sql
 
 }  // namespace
 
-// The files of one folder that stand side by side.
-struct FolderRows::Counts {
-    std::int64_t folder = 0;
-    std::int64_t files = 0;
-    std::int64_t bytes = 0;
-    std::array<std::int64_t, kGradeCount> grades{};
-};
+void FolderRows::Counts::add(std::int64_t size, std::optional<std::int64_t> grade) {
+    ++files;
+    bytes += size;
+    const std::int64_t number = grade.value_or(kNotTested);
+    if (number >= 0 && number < static_cast<std::int64_t>(kGradeCount))
+        ++grades[static_cast<std::size_t>(number)];
+}
 
 Result<FolderRows> FolderRows::prepare(Database& database) {
     FolderRows rows;
@@ -122,39 +124,59 @@ Result<void> FolderRows::setError(std::string_view path, std::string_view words)
     return error_.bind(words, *id).run();
 }
 
+void FolderRows::added(std::int64_t folder, std::int64_t size, std::optional<Grade> grade) {
+    const auto place = static_cast<std::size_t>(folder);
+    if (own_ && place > kMostFoldersCounted)
+        doNotKnowFiles();
+    if (!own_)
+        return;
+    if (place >= own_->size())
+        own_->resize(place + 1);
+    (*own_)[place].add(size, numberOf(grade));
+}
+
 Result<void> FolderRows::countBranches() {
-    return clear_.bind().run().and_then([this] { return countOwnFiles(); }).and_then([this] { return addToParents(); });
+    return clear_.bind().run().and_then([this] { return own_ ? writeOwnCounts() : countOwnFiles(); }).and_then([this] {
+        return addToParents();
+    });
+}
+
+Result<void> FolderRows::write(std::int64_t folder, const Counts& counts) {
+    const auto& g = counts.grades;
+    static_assert(kGradeCount == 10, "each grade is one of the numbers");
+    return add_.bind(folder, counts.files, counts.bytes, g[0], g[1], g[2], g[3], g[4], g[5], g[6], g[7], g[8], g[9])
+        .run();
+}
+
+Result<void> FolderRows::writeOwnCounts() {
+    for (std::size_t folder = 0; folder < own_->size(); ++folder) {
+        if ((*own_)[folder].files == 0)
+            continue;
+        if (auto written = write(static_cast<std::int64_t>(folder), (*own_)[folder]); !written)
+            return written;
+    }
+    return {};
 }
 
 // The files of a folder stand side by side unless some of them came in a later run.
 Result<void> FolderRows::countOwnFiles() {
+    std::int64_t last = 0;
     Counts counts;
-    const auto write = [&]() -> Result<void> {
-        const auto& g = counts.grades;
-        static_assert(kGradeCount == 10, "each grade is one of the numbers");
-        return add_
-            .bind(counts.folder, counts.files, counts.bytes, g[0], g[1], g[2], g[3], g[4], g[5], g[6], g[7], g[8], g[9])
-            .run();
-    };
     file_.bind();
     while (true) {
         const auto more = file_.step();
         if (!more)
             return failure(more.error());
         const std::int64_t folder = *more ? file_.integer(0) : 0;
-        if (counts.files > 0 && (!*more || folder != counts.folder)) {
-            if (auto written = write(); !written)
+        if (counts.files > 0 && (!*more || folder != last)) {
+            if (auto written = write(last, counts); !written)
                 return written;
             counts = {};
         }
         if (!*more)
             return {};
-        counts.folder = folder;
-        ++counts.files;
-        counts.bytes += file_.integer(1);
-        const std::int64_t grade = file_.isNull(2) ? kNotTested : file_.integer(2);
-        if (grade >= 0 && grade < static_cast<std::int64_t>(kGradeCount))
-            ++counts.grades[static_cast<std::size_t>(grade)];
+        last = folder;
+        counts.add(file_.integer(1), file_.integerOrNone(2));
     }
 }
 
