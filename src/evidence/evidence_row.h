@@ -46,6 +46,20 @@ struct EvidenceRow {
     friend bool operator==(const EvidenceRow&, const EvidenceRow&) = default;
 };
 
+/// Makes it say nothing, as a new one does, and keeps the room of its texts.
+inline void clearRow(EvidenceRow& of) {
+    auto& [id, row, folder, name, extension, size, modified, attributes, grade, result, reason, detail, unread, doubt,
+           doubtDetail, copied, verified, copyError, badBytes, badRanges, head, tail, tailDetail] = of;
+    for (auto* const number : {&id, &size, &attributes, &unread}) *number = 0;
+    for (auto* const number : {&row, &modified, &copied, &verified, &badBytes, &head}) number->reset();
+    for (auto* const text :
+         {&folder, &name, &extension, &detail, &doubt, &doubtDetail, &copyError, &badRanges, &tail, &tailDetail})
+        text->clear();
+    grade.reset();
+    result.reset();
+    reason.reset();
+}
+
 /// What the end of a file may have shown besides a doubt.
 namespace tails {
 inline constexpr const char* kWhole = "whole";    ///< the last mark stands where it should

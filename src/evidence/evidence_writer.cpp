@@ -13,8 +13,7 @@ constexpr milliseconds kPause{500};
 // What a transaction changes stays in memory until its end.
 constexpr std::size_t kMostFilesInTransaction = 16'384;
 // With the batches that wait the memory stays below some 20 MB.
-constexpr std::size_t kFilesInBatch = 128;
-constexpr std::size_t kMostBatches = 160;
+constexpr std::size_t kMostBatches = 40;
 
 }  // namespace
 
@@ -25,19 +24,6 @@ EvidenceWriter::EvidenceWriter(Open open)
 EvidenceWriter::~EvidenceWriter() {
     // The batches are the last member, and wait for the thread that uses the others.
     close();
-}
-
-bool EvidenceWriter::add(const EvidenceRow& row, const FileHead* head) {
-    return batches_.add([&](Batch& batch) {
-        if (batch.count == batch.files.size())
-            batch.files.emplace_back();
-        File& file = batch.files[batch.count++];
-        file.row = row;
-        file.opened = head != nullptr;
-        if (file.opened)
-            file.head = *head;
-        return batch.count == kFilesInBatch;
-    });
 }
 
 bool EvidenceWriter::change(Change change) {

@@ -32,9 +32,20 @@ public:
     /// PathAccess when there is no thread to be had.
     [[nodiscard]] Result<void> start() { return batches_.start(); }
 
-    /// Hands a file over, which is added behind the others. `head` null: it was not opened. False: the queue is full,
-    /// and nothing was taken.
-    [[nodiscard]] bool add(const EvidenceRow& row, const FileHead* head);
+    /// Hands a file over, which is added behind the others: `describe(row)` fills in a row that says nothing yet, but
+    /// has the room of an earlier one's texts. `head` null: it was not opened. False: the queue is full, and nothing
+    /// was taken.
+    template <typename Describe>
+    [[nodiscard]] bool add(const FileHead* head, const Describe& describe) {
+        return batches_.add([&](Batch& batch) {
+            File& file = batch.next();
+            describe(file.row);
+            file.opened = head != nullptr;
+            if (file.opened)
+                file.head = *head;
+            return batch.count == kFilesInBatch;
+        });
+    }
     /// Hands a change over; it is made behind the files that were handed over so far. False as above.
     [[nodiscard]] bool change(Change change);
     /// True when the queue has room. Waits for it, but not longer than `limit`.
@@ -49,6 +60,9 @@ public:
     [[nodiscard]] std::optional<FileError> lost();
 
 private:
+    // A batch wakes the thread, which takes longer than to fill in some rows.
+    static constexpr std::size_t kFilesInBatch = 512;
+
     struct File {
         EvidenceRow row;
         FileHead head;
@@ -60,6 +74,13 @@ private:
         std::size_t count = 0;
         std::vector<Change> changes;
 
+        [[nodiscard]] File& next() {
+            if (count == files.size())
+                files.resize(kFilesInBatch);
+            File& file = files[count++];
+            clearRow(file.row);
+            return file;
+        }
         [[nodiscard]] bool empty() const { return count == 0 && changes.empty(); }
         void clear() {
             count = 0;

@@ -149,11 +149,11 @@ KnownFile JobEvidence::find(const ListRow& row, bool opens) {
 }
 
 // The rows come in the order in which they were asked for.
-void JobEvidence::takeTail(const std::string& path) {
+void JobEvidence::takeTail(const std::string& path, EvidenceRow& out) {
     if (tails_.empty() || tails_.front().first != path)
         return;
-    row_.tail = std::move(tails_.front().second.tail);
-    row_.tailDetail = std::move(tails_.front().second.tailDetail);
+    out.tail = std::move(tails_.front().second.tail);
+    out.tailDetail = std::move(tails_.front().second.tailDetail);
     tails_.pop_front();
 }
 
@@ -165,13 +165,14 @@ void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, c
     // A line without columns is no file.
     if (row.columns() < 2)
         return;
-    row_ = {};
-    row_.row = line;
-    describer_->describe(row, row_);
-    takeTail(row.nativePath());
-    RowDescriber::judge(verdict, messages_, row_);
-    row_.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
-    if (hand([&] { return writer_->add(row_, verdict.head); })) {
+    const auto describe = [&](EvidenceRow& out) {
+        out.row = line;
+        describer_->describe(row, out);
+        takeTail(row.nativePath(), out);
+        RowDescriber::judge(verdict, messages_, out);
+        out.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
+    };
+    if (hand([&] { return writer_->add(verdict.head, describe); })) {
         ++lastId_;
         if (line)
             noteLine(*line);

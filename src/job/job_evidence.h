@@ -74,7 +74,7 @@ private:
     [[nodiscard]] bool isOn();
     [[nodiscard]] bool hand(const std::function<bool()>& give);
     void handCopies();
-    void takeTail(const std::string& path);
+    void takeTail(const std::string& path, EvidenceRow& out);
     void noteLine(std::int64_t line);
     [[nodiscard]] std::int64_t idOfLine(std::int64_t line) const;
     void lose(const FileError& why);
@@ -105,7 +105,6 @@ private:
     std::vector<std::pair<std::int64_t, CopyOutcome>> copies_;  // by id; not handed over yet
     std::deque<std::pair<std::string, FileTail>> tails_;        // of rows ahead, by path: what an earlier run knows
     bool watched_ = false;                                      // of a copy is known what its medium gave
-    EvidenceRow row_;
     std::string path_;
 };
 

@@ -251,7 +251,8 @@ TEST_F(EvidenceDamageTest, AFullDiskAtEveryWriteCostsTheEvidenceAndLeavesItWhole
             ASSERT_TRUE(writer.start());
             for (int i = 1; i <= 20; ++i) {
                 const FileHead head = headOf(i);
-                ASSERT_TRUE(writer.add(rowOf(i, "pic", "IMG_" + std::to_string(i) + ".jpg"), &head));
+                ASSERT_TRUE(writer.add(
+                    &head, [i](EvidenceRow& row) { row = rowOf(i, "pic", "IMG_" + std::to_string(i) + ".jpg"); }));
             }
             ASSERT_TRUE(writer.change([](EvidenceStore& store) { return store.finish(); }));
             writer.close();

@@ -25,12 +25,27 @@ protected:
             return EvidenceStore::open(path);
         };
     }
+    static auto as(const EvidenceRow& row) {
+        return [row](EvidenceRow& out) {
+            EXPECT_EQ(out, EvidenceRow());
+            out = row;
+        };
+    }
     static void hand(EvidenceWriter& writer, int number) {
-        const EvidenceRow row = rowOf(number, "pic", std::to_string(number));
+        const auto describe = as(rowOf(number, "pic", std::to_string(number)));
         const FileHead head = headOf(number);
-        while (!writer.add(row, &head)) ASSERT_TRUE(writer.roomWithin(kLong));
+        while (!writer.add(&head, describe)) ASSERT_TRUE(writer.roomWithin(kLong));
     }
 };
+
+TEST_F(EvidenceWriterTest, ARowThatWasClearedSaysNothing) {
+    EvidenceRow row{1,        2, "folder", "name", "jpg", 3, 4,     5, Grade::Corrupt, "text", Reason::Noise,
+                    "detail", 6, "doubt",  "",     7,     8, "why", 9, "1-2",          10,     "whole",
+                    "words"};
+    row.doubtDetail = "doubt";
+    clearRow(row);
+    EXPECT_EQ(row, EvidenceRow());
+}
 
 TEST_F(EvidenceWriterTest, AllThatIsHandedOverComesIntoTheFile) {
     constexpr int kFiles = 1000;
@@ -78,7 +93,7 @@ TEST_F(EvidenceWriterTest, AFullQueueTakesNothingAndTellsWhenThereIsRoom) {
     });
     ASSERT_TRUE(writer.start());
     int taken = 0;
-    while (writer.add(rowOf(taken + 1, "pic", std::to_string(taken + 1)), nullptr)) ++taken;
+    while (writer.add(nullptr, as(rowOf(taken + 1, "pic", std::to_string(taken + 1))))) ++taken;
     EXPECT_GT(taken, 10'000);
     EXPECT_FALSE(writer.roomWithin(milliseconds(0)));
     mayOpen.count_down();
