@@ -34,14 +34,16 @@ namespace {
 
 constexpr std::size_t kJsonLogRows = 10000;
 
-// Prints each row of the job log as it comes.
+// Prints each row of the job log as it comes; of a quiet job those that warn of what concerns all of it.
 class LogPrinter final : public JobLogListener {
 public:
     LogPrinter(std::ostream& err, CommandLoop& loop, const DateTexts& dates, const JobCommandOptions& options)
         : err_(err), loop_(loop), dates_(dates), quiet_(options.quiet && !options.logJson), json_(options.logJson) {}
 
     void logRowAdded(const LogRow& row) override {
-        if (quiet_)
+        // What a job is about to do without being asked, and what it goes on without, is never passed over in silence.
+        const bool warnsOfTheJob = row.colour == kLightOrange && row.path.empty();
+        if (quiet_ && !warnsOfTheJob)
             return;
         loop_.clearLine();
         if (json_)
