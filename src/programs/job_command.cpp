@@ -107,7 +107,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
 // Says on the error stream what a script cannot see in the report.
 void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dialogs, std::ostream& err) {
     const EndRow& end = rowOf(result.cause);
-    const std::string text = end.text + (result.detail.empty() ? "" : " (" + result.detail + ")");
+    const bool untold = !result.detail.empty() && result.detail != dialogs.toldDetails();
+    const std::string text = end.text + (untold ? " (" + result.detail + ")" : "");
     if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
         err << (result.listStands ? "quillon-job: the job did not come to its end; the list so far stays"
                                   : "quillon-job: the job ended without a list");
