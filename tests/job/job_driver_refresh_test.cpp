@@ -183,16 +183,21 @@ TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {
 
 class UnreadShareTest : public SharedDriverTest {
 protected:
-    // Rows that tell what the share refuses, of a job that can delete nothing.
+    // Rows that tell what the share refuses, of a job that can delete nothing until it has told so.
     std::ptrdiff_t told() {
         folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
-        FailingFiles files;
-        files.refuse("unlink", EACCES);
-        EXPECT_EQ(run(), JobEnd::Complete);
-        return std::ranges::count_if(state.log.rows(), [](const LogRow& row) {
+        const auto tells = [](const LogRow& row) {
             return row.text.starts_with("What is taught on this computer cannot reach the others. ") &&
                    row.colour == kLightOrange;
-        });
+        };
+        std::optional<FailingFiles> files(std::in_place);
+        files->refuse("unlink", EACCES);
+        onRow = [&](const LogRow& row) {
+            if (tells(row))
+                files.reset();
+        };
+        EXPECT_EQ(run(), JobEnd::Complete);
+        return std::ranges::count_if(state.log.rows(), tells);
     }
 };
 
