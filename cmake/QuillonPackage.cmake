@@ -9,15 +9,17 @@ if(QUILLON_GUI)
     set(package_name quillon)
     set(other_package quillon-commands)
     set(package_summary "grader for the files of a recovered disk")
-    set(package_holds "The package holds the workstation program, the command quillon-job for scripts
-and servers, and quillon-messenger, which receives the alerts of finished jobs.")
+    set(package_holds "The package holds the workstation program, the commands quillon-job, which runs
+jobs for scripts and on servers, and quillon-list, which answers questions about
+finished ones, and quillon-messenger, which receives the alerts of finished jobs.")
 else()
     set(package_name quillon-commands)
     set(other_package quillon)
     set(package_summary "grader for the files of a recovered disk, without a window")
-    set(package_holds "The package holds the command quillon-job for scripts and servers, and
+    set(package_holds "The package holds the commands quillon-job, which runs jobs for scripts and on
+servers, and quillon-list, which answers questions about finished ones, and
 quillon-messenger, which receives the alerts of finished jobs. The workstation
-program with its window is in the package quillon, which holds these two as well.")
+program with its window is in the package quillon, which holds these as well.")
 endif()
 file(MAKE_DIRECTORY "${package_folder}")
 

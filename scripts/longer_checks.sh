@@ -8,7 +8,7 @@ exec </dev/null
 . scripts/steps.sh
 
 step "Packages" scripts/install_packages.sh
-[ $# -gt 0 ] || set -- core core-asan quick changed coverage asan tsan clang tidy fuzz
+[ $# -gt 0 ] || set -- core core-asan quick changed coverage asan tsan clang tidy fuzz package
 for name; do
     case $name in
         core) step "Core without Qt, its tests and their coverage" scripts/coverage.sh core-only ;;
@@ -20,8 +20,9 @@ for name; do
         tsan) step "Core tests under the thread sanitizer" scripts/test.sh tsan ;;
         clang) step "Every test, built by Clang" scripts/test.sh clang ;;
         tidy) step "clang-tidy, every file" scripts/tidy.sh ;;
+        package) step "Packages, and what they hold" scripts/check_packages.sh ;;
         fuzz) step "Fuzz targets, two minutes each" scripts/fuzz.sh 120 ;;
-        *) echo "Usage: $0 [core] [core-asan] [quick] [changed] [coverage] [asan] [tsan] [clang] [tidy] [fuzz]" >&2; exit 2 ;;
+        *) echo "Usage: $0 [core] [core-asan] [quick] [changed] [coverage] [asan] [tsan] [clang] [tidy] [fuzz] [package]" >&2; exit 2 ;;
     esac
 done
 finish_steps

@@ -111,6 +111,8 @@ NativePath Installation::folder(SettingsFolder which) const {
 void Installation::setFolder(SettingsFolder which, const NativePath& path) {
     (settings.*kFolderRows[indexOf(which)].field).assign(pageFromPath(path));
     chosen_[indexOf(which)] = whyNotInSettings(path).empty() ? NativePath{} : path;
+    if (which == SettingsFolder::Archive)
+        leftOutArchive_.clear();
 }
 
 void Installation::refreshPathVariables() {
@@ -121,6 +123,8 @@ void Installation::refreshPathVariables() {
     paths_.localPath = folder(SettingsFolder::Local);
     paths_.sharedPath = shareLeftOut_ ? NativePath{} : folder(SettingsFolder::Shared);
     paths_.zipPath = folder(SettingsFolder::Archive);
+    if (!paths_.zipPath.empty() && paths_.zipPath == leftOutArchive_)
+        paths_.zipPath = fileIn(paths_.localPath, "Archives");
     paths_.localSettings = fileIn(paths_.localPath, "Settings");
     paths_.sharedSettings = fileIn(paths_.sharedPath, "Settings");
     paths_.localDatabase = fileIn(paths_.localPath, "Database");
@@ -133,6 +137,11 @@ void Installation::refreshPathVariables() {
 void Installation::leaveShareOut() {
     shareLeftOut_ = true;
     refreshPathVariables();
+}
+
+void Installation::leaveArchiveFolderOut() {
+    leftOutArchive_ = paths_.zipPath;
+    paths_.zipPath = fileIn(paths_.localPath, "Archives");
 }
 
 void Installation::takeShareBack() {

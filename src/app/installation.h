@@ -61,6 +61,7 @@ public:
     /// what became of it, so a record from elsewhere means what it says.
     [[nodiscard]] NativePath folder(SettingsFolder which) const;
     /// Into the record and beside it, in memory. `refreshPathVariables` derives the paths.
+    /// An archive folder that is chosen anew is no longer left out.
     void setFolder(SettingsFolder which, const NativePath& path);
 
     /// Reads the record whole and derives the paths; a stored port of 0 becomes its default, in memory only. On failure
@@ -79,6 +80,10 @@ public:
     void leaveShareOut();
     void takeShareBack();
 
+    /// `Archives` below the local path stands in for the archive folder of this moment, however often the path
+    /// variables are derived, until one is stored. The record stays as it is.
+    void leaveArchiveFolderOut();
+
     /// Another archive folder until the path variables are derived anew. The settings field stays as it is.
     void useZipPath(NativePath folder) { paths_.zipPath = std::move(folder); }
 
@@ -90,6 +95,7 @@ private:
     std::array<NativePath, kSettingsFolders> chosen_;  // that the record cannot hold; empty: it can
     bool remembered_ = false;                          // the preferences had such a folder
     bool shareLeftOut_ = false;
+    NativePath leftOutArchive_;  // empty: none is
 };
 
 /// `folder`/`name`; empty when the settings name no such folder, so that no file of the current folder is meant.

@@ -9,6 +9,7 @@
 
 #include "platform/folders.h"
 #include "platform/whole_file.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -43,7 +44,7 @@ Result<void> markUnfinished(const NativePath& list) {
     return saveWholeFile(unfinishedMark(list), kText).map_error([&list](FileError error) {
         // Nobody knows the mark. They know the list, and that its folder takes no file.
         if (!error.cause.empty())
-            error.text = list.native() + ": " + error.cause;
+            error.text = readable(list.native()) + ": " + error.cause;
         return error;
     });
 }

@@ -62,7 +62,7 @@ bool passArchiveGate(Installation& installation, const Surroundings& surrounding
     const NativePath folder = installation.paths().zipPath;
     if (folder.empty() || answers(folder, archiveWaitText(folder), surroundings, wait))
         return true;
-    installation.useZipPath(fileIn(installation.paths().localPath, "Archives"));
+    installation.leaveArchiveFolderOut();
     return false;
 }
 

@@ -30,7 +30,7 @@ inline constexpr std::int64_t kShareSilence = 2000;
 [[nodiscard]] bool passShareGate(Installation& installation, const Surroundings& surroundings, ShareWait& wait);
 
 /// The same for the archive folder, which may be on a share, too. A person who goes on locally has archives go below
-/// the local path, where they go without an archive folder (Installation::useZipPath).
+/// the local path, where they go without an archive folder (Installation::leaveArchiveFolderOut).
 [[nodiscard]] bool passArchiveGate(Installation& installation, const Surroundings& surroundings, ShareWait& wait);
 
 }  // namespace quillon

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "archive/frmZip.h"
 
+#include <chrono>
 #include <utility>
 
 #include "text/list_text.h"
@@ -9,13 +10,19 @@
 
 namespace quillon {
 
+namespace {
+
+constexpr std::chrono::milliseconds kLookAgain{200};  // whether the archive folder has answered
+
+}  // namespace
+
 frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork network)
     : StepScreen(context, Screen::Zip, "frmZip", "Zip File Lists"),
       network_(std::move(network)),
       exchange_(
           AlertScreen::Zip, wServer_, wClient_, context.installation, context.surroundings,
           [this] { return zip_.state.jobId; }, context.alertPorts),
-      zip_(context.installation, context.surroundings, exchange_, *this) {
+      zip_(context.installation, context.surroundings, exchange_, *this, context.warnInLog) {
     createControls();
     zip_.load(std::move(handOver));
     connectControls();
@@ -23,6 +30,8 @@ frmZip::frmZip(const ScreenContext& context, ZipHandover handOver, SharedNetwork
 }
 
 void frmZip::connectControls() {
+    lookAgain_.setSingleShot(true);
+    hear(&lookAgain_, &QTimer::timeout, [this] { showNotice(); });
     step(iGrid1, &Grid::rowDoubleClicked, [this](int row) { removeFile(row); });
     step(iGrid1, &Grid::keyPressed, [this](int row, int key) {
         if (key == Qt::Key_Delete)
@@ -83,6 +92,8 @@ void frmZip::showControls() {
 
 void frmZip::showNotice() {
     labelNotice_->setText(toQt(zip_.noticeLine()));
+    if (zip_.waitsForFolder())
+        lookAgain_.start(kLookAgain);
 }
 
 void frmZip::showFiles() {

@@ -31,6 +31,7 @@
 
 #include <QComboBox>
 #include <QLineEdit>
+#include <QTimer>
 
 #include "archive/zip_file_lists.h"
 #include "archive/zip_handover.h"
@@ -82,6 +83,7 @@ private:
     QComboBox* Combo1 = nullptr;
     QProgressBar* ProgressBar1 = nullptr;
     ElidedLabel* labelNotice_ = nullptr;
+    QTimer lookAgain_;
     QPushButton* buttonCancel_ = nullptr;
 };
 

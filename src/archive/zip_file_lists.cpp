@@ -2,13 +2,16 @@
 #include "archive/zip_file_lists.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "app/folder_structure.h"
+#include "app/turn_until.h"
 #include "archive/list_selection.h"
 #include "messaging/recipient_probe.h"
 #include "messaging/recipient_query.h"
 #include "platform/folders.h"
+#include "platform/start_beside.h"
 #include "text/list_text.h"
 
 namespace quillon {
@@ -19,18 +22,32 @@ bool samePath(const NativePath& a, const NativePath& b) {
     return foldedName(a.native()) == foldedName(b.native());
 }
 
+// A folder that answers within this time answers at once for a person.
+constexpr std::chrono::milliseconds kSeenAtOnce{100};
+
 NativePath defaultArchives(const Paths& paths) {
     return paths.localPath / "Archives";
+}
+
+NativePath placeOfArchives(const Paths& paths) {
+    return pathExists(paths.zipPath) ? paths.zipPath : defaultArchives(paths);
+}
+
+NativePath createdIfMissing(const NativePath& folder) {
+    if (!pathExists(folder))
+        CreateFolderPath(folder);
+    return folder;
 }
 
 }  // namespace
 
 ZipFileLists::ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts,
-                           ScreenHost& host)
+                           ScreenHost& host, WarnInLog warnInLog)
     : installation_(installation),
       surroundings_(surroundings),
       alerts_(alerts),
       host_(host),
+      warnInLog_(std::move(warnInLog)),
       kept_(installation, surroundings.clock) {
 }
 
@@ -50,6 +67,7 @@ void ZipFileLists::fill() {
 }
 
 void ZipFileLists::reload() {
+    askedFolder_.clear();
     state.rows.clear();
     fill();
 }
@@ -118,34 +136,71 @@ void ZipFileLists::removeRow(std::size_t row) {
 }
 
 void ZipFileLists::changeDestination() {
-    const auto chosen = surroundings_.dialogs.pickFolder("Change zip path", installation_.paths().zipPath);
-    const NativePath folder = chosen && !chosen->empty() ? *chosen : defaultArchives(installation_.paths());
+    const Paths& paths = installation_.paths();
+    // A folder that does not answer would hold the box that is to choose another one.
+    const auto chosen =
+        surroundings_.dialogs.pickFolder("Change zip path", waitsForFolder() ? paths.localPath : paths.zipPath);
+    const NativePath folder = chosen && !chosen->empty() ? *chosen : defaultArchives(paths);
+    if (!waitFor(folder, [folder] { return createdIfMissing(folder); }))
+        return;
     installation_.useZipPath(folder);
-    if (!pathExists(folder))
-        CreateFolderPath(folder);
+    askedFolder_.clear();
     if (!surroundings_.dialogs.ask("Change archive location", "Do you want to make these changes permanent ?"))
         return;
     installation_.setFolder(SettingsFolder::Archive, folder);
     passOver(installation_.saveSettingsRecord(), "the program goes on with what is in memory");
 }
 
-NativePath ZipFileLists::chosenFolder() const {
-    const Paths& paths = installation_.paths();
-    return pathExists(paths.zipPath) ? paths.zipPath : defaultArchives(paths);
+// The archive folder may lie on a share whose server has gone, and whoever asks it stands still with it. So it is asked
+// on a thread of its own, and the screen tells what it knows.
+void ZipFileLists::askForFolder() {
+    archives_ = askedFolder_ = installation_.paths().zipPath;
+    folderCame_ = {};
+    auto asked = startBeside([paths = installation_.paths()] { return placeOfArchives(paths); });
+    if (!asked)
+        return;
+    folderCame_ = std::move(*asked);
+    if (hasCome(folderCame_, kSeenAtOnce))
+        archives_ = folderCame_.get();
 }
 
-NativePath ZipFileLists::workingFolder() const {
-    NativePath folder = chosenFolder();
-    if (!pathExists(folder))
-        CreateFolderPath(folder);
-    return folder;
+bool ZipFileLists::waitsForFolder() {
+    if (folderCame_.valid() && hasCome(folderCame_, {}))
+        archives_ = folderCame_.get();
+    return folderCame_.valid();
 }
 
-std::string ZipFileLists::noticeLine() const {
+// What the work comes to; null when the person has cancelled the wait for it. Work that hangs is left to itself then.
+std::optional<NativePath> ZipFileLists::waitFor(const NativePath& folder, const std::function<NativePath()>& work) {
+    auto made = startBeside(work);
+    if (!made)
+        return work();
+    cancelled_ = false;
+    const auto isOver = [&](std::chrono::milliseconds pause) { return hasCome(*made, pause) || cancelled_; };
+    if (!isOver(kSeenAtOnce)) {
+        state.cancelEnabled = true;
+        showNotice("Waiting for the archive folder " + readable(folder.native()) + " ...");
+        turnUntil(surroundings_.loop, isOver);
+        state.cancelEnabled = false;
+        showNotice({});
+    }
+    return hasCome(*made, {}) ? std::optional(made->get()) : std::nullopt;
+}
+
+std::optional<NativePath> ZipFileLists::workingFolder() {
+    const Paths paths = installation_.paths();
+    return waitFor(paths.zipPath, [paths] { return createdIfMissing(placeOfArchives(paths)); });
+}
+
+std::string ZipFileLists::noticeLine() {
     if (!state.notice.empty())
         return state.notice;
+    if (installation_.paths().zipPath != askedFolder_)
+        askForFolder();
+    if (waitsForFolder())
+        return "The archive folder " + readable(archives_.native()) + " does not answer";
     const std::string job = state.jobId.empty() ? kUnnamedJob : state.jobId;
-    return "Archive: " + readable((chosenFolder() / (archiveBaseName(job, state.separator) + ".zip")).native());
+    return "Archive: " + readable((archives_ / (archiveBaseName(job, state.separator) + ".zip")).native());
 }
 
 void ZipFileLists::showNotice(const std::string& text) {
@@ -164,7 +219,7 @@ void ZipFileLists::testRecipient(AlertExchange& exchange) {
 
 RecipientScreen ZipFileLists::recipientScreen() {
     return {alertScreenRules(AlertScreen::Zip), state.recipients, state.busyPointer, nullptr,
-            [this] { host_.showState(); }};
+            [this] { host_.showState(); },      warnInLog_};
 }
 
 void ZipFileLists::showBusy(bool busy) {

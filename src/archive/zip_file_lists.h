@@ -4,6 +4,7 @@
 // The work behind "Zip File Lists": the lists of a finished job go into one archive in the archive folder, and another
 // computer can be told. The screen shows `ZipState` and calls the operations; it holds no logic of its own.
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@
 #include "archive/zip_writer.h"
 #include "messaging/network_enum.h"
 #include "messaging/recipient_box.h"
+#include "platform/start_beside.h"
 
 namespace quillon {
 
@@ -47,7 +49,8 @@ struct ZipState {
 class ZipFileLists {
 public:
     /// All must outlive this.
-    ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts, ScreenHost& host);
+    ZipFileLists(Installation& installation, const Surroundings& surroundings, AlertSender& alerts, ScreenHost& host,
+                 WarnInLog warnInLog = {});
 
     ZipState state;
 
@@ -76,12 +79,15 @@ public:
     /// ASecondZipMayRunWithinTheFirst).
     void zip();
 
-    /// Ends the run that writes an archive, if there is one: an archive of that name is as it was before the run, and
-    /// so are all lists.
+    /// Ends the run that writes an archive, or that waits for its folder, if there is one: an archive of that name is
+    /// as it was before the run, and so are all lists.
     void cancel() { cancelled_ = true; }
 
-    /// Where "Zip" writes to by the job ID and separator of this moment, or what is to be told instead. UTF-8.
-    [[nodiscard]] std::string noticeLine() const;
+    /// Where "Zip" writes to by the job ID and separator of this moment, or what is to be told instead. UTF-8. Asks no
+    /// disk.
+    [[nodiscard]] std::string noticeLine();
+    /// The archive folder has not answered yet: `noticeLine` may tell another place later.
+    [[nodiscard]] bool waitsForFolder();
 
     /// Command7 "Query Network": fills Combo1. Kept: choosing from it leaves "Test" as it was (test
     /// AChoiceAfterAQueryLeavesTestAsItWas).
@@ -97,10 +103,11 @@ private:
     void fillRecipients();
     [[nodiscard]] RecipientScreen recipientScreen();
     void addRow(const NativePath& file);
-    [[nodiscard]] NativePath workingFolder() const;
-    [[nodiscard]] NativePath chosenFolder() const;
+    void askForFolder();
+    [[nodiscard]] std::optional<NativePath> waitFor(const NativePath& folder, const std::function<NativePath()>& work);
+    [[nodiscard]] std::optional<NativePath> workingFolder();
     void showNotice(const std::string& text);
-    void runSteps();
+    void runSteps(const NativePath& workingFolder);
     [[nodiscard]] bool confirmPassword();
     [[nodiscard]] bool collectNames(Run& run);
     [[nodiscard]] bool clearTheWay(Run& run);
@@ -117,10 +124,14 @@ private:
     const Surroundings& surroundings_;
     AlertSender& alerts_;
     ScreenHost& host_;
+    WarnInLog warnInLog_;
     ZipHandover job_;
     KeptFiles kept_;
-    bool zipFailed_ = false;  // stays set once an error was shown
-    bool cancelled_ = false;  // the run in work
+    NativePath askedFolder_;              // the archive folder whose answer is told
+    NativePath archives_;                 // where archives go: the folder that was asked, or what stands in for it
+    std::future<NativePath> folderCame_;  // the answer under way
+    bool zipFailed_ = false;              // stays set once an error was shown
+    bool cancelled_ = false;              // the run in work
 };
 
 }  // namespace quillon

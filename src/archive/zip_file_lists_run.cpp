@@ -18,6 +18,8 @@ namespace quillon {
 
 namespace {
 
+constexpr const char* kAsItWas = "Cancelled: archive and lists are as they were";
+
 // The number that the zip component has for a name that is none; it is told in words of its own.
 std::string errorWords(const FileError& error) {
     const bool badName = error.kind == ErrorKind::NotFound || error.kind == ErrorKind::BadName;
@@ -74,6 +76,7 @@ struct ZipFileLists::Run {
     bool cancelled = false;
     std::unordered_map<std::string, bool> inArchive;  // files that the finished archive holds byte for byte
     std::string result = "Zip Processing complete";
+    std::string details;  // why nobody answered
     std::string log;
 
     [[nodiscard]] NativePath archivePath() const { return archive.value_or(NativePath()); }
@@ -81,16 +84,21 @@ struct ZipFileLists::Run {
 
 void ZipFileLists::zip() {
     showBusy(true);
-    if (state.rows.empty()) {
+    const auto folder = state.rows.empty() ? std::optional<NativePath>() : workingFolder();
+    if (state.rows.empty()) {  // also when another press has taken them while the folder was waited for
         showBusy(false);
         surroundings_.dialogs.warn("Error", "Nothing to zip, please select some files.");
         return;
     }
-    runSteps();
+    if (folder)
+        runSteps(*folder);
+    else
+        showNotice(kAsItWas);
     showBusy(false);
 }
 
-void ZipFileLists::runSteps() {
+void ZipFileLists::runSteps(const NativePath& workingFolder) {
+    archives_ = workingFolder;
     if (state.jobId.empty()) {
         state.jobId = kUnnamedJob;
         host_.showState();
@@ -98,7 +106,7 @@ void ZipFileLists::runSteps() {
     Run run;
     state.notice.clear();
     const std::string name = archiveBaseName(state.jobId, state.separator) + ".zip";
-    run.archive = childPath(workingFolder(), name);
+    run.archive = childPath(workingFolder, name);
     if (confirmPassword())
         run.password = state.password;
     const bool collected = collectNames(run);
@@ -171,7 +179,7 @@ bool ZipFileLists::clearTheWay(Run& run) {
 void ZipFileLists::takeBack(const Run& run) {
     const auto back = run.oldArchiveAt ? bringBack(*run.oldArchiveAt, *run.archive) : Result<void>();
     if (back)
-        return showNotice("Cancelled: archive and lists are as they were");
+        return showNotice(kAsItWas);
     showNotice("Cancelled: the lists are as they were, and the old archive is " + readable(run.oldArchiveAt->native()) +
                " (" + back.error().text + ")");
 }
@@ -252,8 +260,11 @@ void ZipFileLists::notify(Run& run) {
             run.log += " Yes and acknowledgment received";
             break;
         case Notified::Silent:
-            run.result =
-                "Zip process completed without errors. However, notifications were not acknowledged by " + recipient;
+            run.result = "Zip process completed without errors. However, notifications were not acknowledged by " +
+                         readable(recipient);
+            run.details = alerts_.silenceCause();
+            if (warnInLog_ && !run.details.empty())
+                warnInLog_("No answer from " + readable(recipient) + " : " + run.details);
             run.log += " Yes but no acknowledgment received";
             break;
     }
@@ -262,7 +273,9 @@ void ZipFileLists::notify(Run& run) {
 void ZipFileLists::finish(Run& run) {
     passOver(writeMessageLog(run.log, installation_, surroundings_), "messaging never fails because of its log");
     showBusy(false);
-    surroundings_.dialogs.warn("Process complete", run.result);
+    MessageBox box{"Process complete", run.result, BoxStyle::Warning, BoxButtons::Ok};
+    box.details = run.details;
+    surroundings_.dialogs.show(box);
 }
 
 }  // namespace quillon

@@ -62,9 +62,10 @@ void sendCompletionReport(JobState& state, const Surroundings& surroundings, Ale
     if (notified != Notified::ThisComputer && alerts.ackState() == AckState::None) {
         const std::string cause = alerts.silenceCause();
         if (!cause.empty())
-            state.log.add({surroundings.clock.now(),
-                           "No answer from " + readable(std::string_view(recipient)) + " : " + cause, kLightOrange});
-        MessageBox box{"File list complete", "File listing complete, but could not send notification to " + recipient,
+            state.log.add(
+                {surroundings.clock.now(), "No answer from " + readable(recipient) + " : " + cause, kLightOrange});
+        MessageBox box{"File list complete",
+                       "File listing complete, but could not send notification to " + readable(recipient),
                        BoxStyle::Warning, BoxButtons::Ok};
         box.details = cause;
         dialogs.show(box);

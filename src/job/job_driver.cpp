@@ -34,7 +34,9 @@ JobEnd JobDriver::runSteps() {
     moveLitterAway();
     // Kept: the stored field decides, not the check box, and it gates the skip list too (test
     // WithoutStoredCommonHeadersAJobNeitherRefreshesNorLoadsTheSkipList).
-    if (job_.installation().settings.useCommonHeaders == 1 && refreshDatabases() == Next::End)
+    if (job_.installation().settings.useCommonHeaders != 1)
+        tryUnreadShare();
+    else if (refreshDatabases() == Next::End)
         return endEarly();
     if (!context_.state.options.showProgress)
         context_.state.progress.shown = false;

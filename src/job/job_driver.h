@@ -73,6 +73,8 @@ private:
     void tellLitter(std::size_t files);
     [[nodiscard]] Next refreshDatabases();
     [[nodiscard]] Next refreshTermFiles(ShareSteps& share);
+    void tryUnreadShare();
+    void tellRefused(const std::string& refused);
     void tellRefresh(const RefreshSummary& refresh);
     void tellFetched(const Result<LostNote>& fetched);
     [[nodiscard]] Next askWithoutDatabase(std::vector<std::string>& names);

@@ -4,6 +4,7 @@
 
 #include "app/run_beside.h"
 #include "app/save_litter.h"
+#include "app/share_gate.h"
 #include "app/turn_until.h"
 #include "job/job_driver.h"
 #include "job/lost_note_log.h"
@@ -16,9 +17,14 @@
 
 namespace quillon {
 
+namespace {
+
+constexpr std::chrono::milliseconds kUnnoticed{20};
+
+}  // namespace
+
 // An archive folder may lie on a share whose server has gone: nobody waits behind a Stop for what is no more than tidy.
 std::vector<NativePath> JobDriver::findLitter() {
-    constexpr std::chrono::milliseconds kUnnoticed{20};
     const Paths& paths = job_.installation().paths();
     const std::vector<NativePath> folders = {job_.installation().appFolder(), paths.localPath, paths.zipPath,
                                              paths.localDatabase, paths.localSettings};
@@ -49,12 +55,44 @@ void JobDriver::tellLitter(std::size_t files) {
 
 JobDriver::Next JobDriver::refreshDatabases() {
     ShareSteps share(context_, job_.installation(), job_.skipList);
-    if (context_.state.options.checkFileQuality && share.paths().useSharedDb && refreshTermFiles(share) == Next::End)
+    const bool withTermFiles = context_.state.options.checkFileQuality && share.paths().useSharedDb;
+    if (withTermFiles && refreshTermFiles(share) == Next::End)
         return Next::End;
     if (stopAsked())
         return Next::End;
     refreshRuleLists(share);
+    if (!withTermFiles)
+        tryUnreadShare();
     return Next::GoOn;
+}
+
+// A job that takes nothing from the share is not held by it either. What its people teach goes there all the same.
+void JobDriver::tryUnreadShare() {
+    const Paths paths = job_.installation().paths();
+    if (!paths.useSharedDb)
+        return;
+    auto refused = startBeside([paths] { return whatShareRefuses(paths); });
+    if (!refused)
+        return;
+    const Clock& clock = context_.surroundings.clock;
+    const std::int64_t start = clock.milliseconds();
+    const auto isSilent = [&] { return clock.milliseconds() - start >= kShareSilence; };
+    const auto isOver = [&](std::chrono::milliseconds pause) {
+        return hasCome(*refused, pause) || context_.state.stopRequested || stopAsked() || isSilent();
+    };
+    if (!isOver(kUnnoticed))
+        turnUntil(context_.surroundings.loop, isOver);
+    if (hasCome(*refused, {}))
+        tellRefused(refused->get());
+    else if (isSilent())
+        context_.log("The shared folder " + readable(paths.sharedPath.native()) +
+                         " does not answer: whether it can be written is not known",
+                     kLightOrange);
+}
+
+void JobDriver::tellRefused(const std::string& refused) {
+    if (!refused.empty())
+        context_.log(shareTrialText(refused), kLightOrange);
 }
 
 JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
@@ -84,8 +122,7 @@ JobDriver::Next JobDriver::refreshTermFiles(ShareSteps& share) {
     refresh.compared = std::max(names.size(), orphans.looked);
     tellRefresh(refresh);
     tellLitter(share.moveLitterAway());
-    if (const std::string refused = share.whatIsRefused(); !refused.empty())
-        context_.log(shareTrialText(refused), kLightOrange);
+    tellRefused(share.whatIsRefused());
     return Next::GoOn;
 }
 

@@ -52,15 +52,18 @@ struct RecipientBox {
     void choose(int item);
 };
 
+/// A row in the job log, of the colour of warnings; empty where there is no log.
+using WarnInLog = std::function<void(const std::string& text)>;
+
 /// What a query or a test touches of its screen: the box, the hourglass and, where the rules of the screen want one, a
 /// line that tells what runs.
 struct RecipientScreen {
     const AlertScreenRules& rules;
     RecipientBox& box;
     bool& busyPointer;
-    std::string* status;                                    ///< null where the rules want no line
-    std::function<void()> show;                             ///< called behind each change
-    std::function<void(const std::string& text)> log = {};  ///< a row in the job log; empty where there is none
+    std::string* status;         ///< null where the rules want no line
+    std::function<void()> show;  ///< called behind each change
+    WarnInLog log = {};
 
     void enable(bool& button, bool enabled) const;
     void showBusy(bool busy) const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "messaging/recipient_probe.h"
 
+#include "text/list_text.h"
 #include "text/page_text.h"
 
 namespace quillon {
@@ -8,7 +9,7 @@ namespace quillon {
 namespace {
 
 std::string noConnectionText(const std::string& name) {
-    return "Unable to connect to computer " + name +
+    return "Unable to connect to computer " + readable(name) +
            "\r\n"
            "The problem is one of the following\r\n"
            "\r\n"
@@ -27,7 +28,8 @@ std::string notSentText(const std::string& error) {
 }
 
 std::string saveQuestion(const std::string& name, bool portConflict) {
-    const std::string question = "Do you want to save " + name + " to receive all future messages from this computer ?";
+    const std::string question =
+        "Do you want to save " + readable(name) + " to receive all future messages from this computer ?";
     return portConflict ? question : "Message sent and acknowledgement received. " + question;
 }
 
@@ -58,7 +60,7 @@ void end(const RecipientScreen& screen) {
 void tellNoConnection(const std::string& name, const std::string& cause, Dialogs& dialogs,
                       const RecipientScreen& screen) {
     if (screen.log)
-        screen.log("No answer from " + name + " : " + cause);
+        screen.log("No answer from " + readable(name) + " : " + cause);
     MessageBox box{"Communication error", noConnectionText(name), BoxStyle::Warning, BoxButtons::Ok};
     box.details = cause;
     dialogs.show(box);

@@ -14,6 +14,7 @@
 #include "platform/system_error.h"
 #include "platform/whole_file.h"
 #include "text/fields.h"
+#include "text/list_text.h"
 
 namespace quillon {
 
@@ -106,7 +107,8 @@ Result<FileSystemPlace> fileSystemOf(const NativePath& folder) {
         return failure(systemError(folder.native()));
     const auto mount = mountOf(info.st_dev);
     if (!mount)
-        return failure(ErrorKind::NotFound, folder.native() + ": the system does not tell what is mounted there");
+        return failure(ErrorKind::NotFound,
+                       readable(folder.native()) + ": the system does not tell what is mounted there");
     const std::string number = std::to_string(major(info.st_dev)) + ":" + std::to_string(minor(info.st_dev));
     return FileSystemPlace{info.st_dev, mount->fileSystem, mount->options, sectorBytesOf("/sys", number),
                            devicesOf("/sys", number)};

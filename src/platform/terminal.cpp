@@ -132,10 +132,6 @@ bool inputWaits(std::chrono::milliseconds pause) {
     return ::poll(&input, 1, static_cast<int>(pause.count())) > 0;
 }
 
-void ignoreBrokenPipes() {
-    std::signal(SIGPIPE, SIG_IGN);
-}
-
 int interruptCount() {
     return interrupts;
 }

@@ -35,7 +35,4 @@ void outliveBrokenWrites();
 /// How often Ctrl-C was pressed since its counting began.
 [[nodiscard]] int interruptCount();
 
-/// From now on a pipe whose reader has gone is an error of the write and not the end of the process.
-void ignoreBrokenPipes();
-
 }  // namespace quillon

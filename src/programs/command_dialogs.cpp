@@ -30,8 +30,10 @@ std::string onOneLine(const std::string& text) {
 
 BoxAnswer CommandDialogs::show(const MessageBox& box) {
     err_ << box.title << ": " << onOneLine(box.text) << '\n';
-    if (!box.details.empty())
+    if (!box.details.empty()) {
+        toldDetails_ = box.details;
         err_ << "  " << onOneLine(box.details) << '\n';
+    }
     return box.buttons == BoxButtons::Ok ? BoxAnswer::Ok : ask(box);
 }
 

@@ -38,6 +38,8 @@ public:
     std::optional<NativePath> pickFolder(const std::string&, const NativePath&) override { return std::nullopt; }
     std::vector<NativePath> pickFiles(const FilePick&) override { return {}; }
 
+    /// What stood behind the button of the last box that had one, as it was printed.
+    [[nodiscard]] const std::string& toldDetails() const { return toldDetails_; }
     /// The question that was last answered cautiously because nobody could be asked; empty if none was.
     [[nodiscard]] const std::string& unasked() const { return unasked_; }
     /// True when `alwaysYes` would not have answered it either.
@@ -51,6 +53,7 @@ private:
     std::istream& in_;
     std::ostream& err_;
     CommandAnswers answers_;
+    std::string toldDetails_;
     std::string unasked_;
     bool unaskedNeedsOwnAnswer_ = false;
 };

@@ -34,14 +34,16 @@ namespace {
 
 constexpr std::size_t kJsonLogRows = 10000;
 
-// Prints each row of the job log as it comes.
+// Prints each row of the job log as it comes; of a quiet job those that warn of what concerns all of it.
 class LogPrinter final : public JobLogListener {
 public:
     LogPrinter(std::ostream& err, CommandLoop& loop, const DateTexts& dates, const JobCommandOptions& options)
         : err_(err), loop_(loop), dates_(dates), quiet_(options.quiet && !options.logJson), json_(options.logJson) {}
 
     void logRowAdded(const LogRow& row) override {
-        if (quiet_)
+        // What a job is about to do without being asked, and what it goes on without, is never passed over in silence.
+        const bool warnsOfTheJob = row.colour == kLightOrange && row.path.empty();
+        if (quiet_ && !warnsOfTheJob)
             return;
         loop_.clearLine();
         if (json_)
@@ -105,7 +107,8 @@ void applyOptions(const JobCommandOptions& chosen, Job& job, bool showProgress) 
 // Says on the error stream what a script cannot see in the report.
 void tellEnd(const JobResult& result, const Job& job, const CommandDialogs& dialogs, std::ostream& err) {
     const EndRow& end = rowOf(result.cause);
-    const std::string text = end.text + (result.detail.empty() ? "" : " (" + result.detail + ")");
+    const bool untold = !result.detail.empty() && result.detail != dialogs.toldDetails();
+    const std::string text = end.text + (untold ? " (" + result.detail + ")" : "");
     if (end.end == JobEnd::NotStarted || end.end == JobEnd::NoList) {
         err << (result.listStands ? "quillon-job: the job did not come to its end; the list so far stays"
                                   : "quillon-job: the job ended without a list");

@@ -129,7 +129,7 @@ constexpr OptionRow kOptions[] = {
     {{"--yes", "", "Answer Yes, but not to what needs an answer of its own"},
      [](Given& given, const std::string&) { given.options.yes = true; },
      true},
-    {{"--quiet", "", "Print no log rows and no progress"},
+    {{"--quiet", "", "Print no progress, and of the log no more than warnings that concern the whole job"},
      [](Given& given, const std::string&) { given.options.quiet = true; },
      true},
 };

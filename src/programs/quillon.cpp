@@ -48,7 +48,10 @@ int runWindow(QApplication& application) {
     Navigator navigator;
     navigator.setSizes(&sizes);
     AlertPorts alertPorts;
-    const ScreenContext context{installation, surroundings, job.kept(), navigator, loop, &alertPorts};
+    const ScreenContext context{
+        installation, surroundings, job.kept(), navigator, loop, &alertPorts, [&job](const std::string& text) {
+            job.passContext().log(text, kLightOrange);
+        }};
     registerScreens(context, job);
     installEnterKey(application);
     installHelpKey(application, navigator, installation.appFolder() / kHelpFileName);

@@ -10,7 +10,7 @@
 int main(int argc, char* argv[]) {
     std::ios::sync_with_stdio(false);
     quillon::countInterrupts();
-    quillon::ignoreBrokenPipes();
+    quillon::outliveBrokenWrites();
     const std::vector<std::string> arguments(argv + 1, argv + argc);
     quillon::MessengerProcess process{std::cout, std::cerr, quillon::interruptCount};
     process.endNow = [](int status) { std::_Exit(status); };

@@ -15,7 +15,7 @@ frmSetupWizard::frmSetupWizard(const ScreenContext& context, std::shared_ptr<Net
       exchange_(
           AlertScreen::SetupWizard, wServer_, wClient_, context.installation, context.surroundings,
           [] { return std::string(); }, context.alertPorts),
-      wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this) {
+      wizard_(context.installation, context.surroundings, exchange_, std::move(network), *this, context.warnInLog) {
     createControls();
     wizard_.load();
     connectControls();

@@ -34,12 +34,13 @@ constexpr const char* kImportText =
 }  // namespace
 
 SetupWizard::SetupWizard(Installation& installation, const Surroundings& surroundings, AlertExchange& alerts,
-                         std::shared_ptr<NetworkProvider> network, ScreenHost& host)
+                         std::shared_ptr<NetworkProvider> network, ScreenHost& host, WarnInLog warnInLog)
     : installation_(installation),
       surroundings_(surroundings),
       alerts_(alerts),
       network_(std::move(network)),
-      host_(host) {
+      host_(host),
+      warnInLog_(std::move(warnInLog)) {
 }
 
 void SetupWizard::load() {

@@ -15,6 +15,7 @@
 #include "app/surroundings.h"
 #include "messaging/alert_exchange.h"
 #include "messaging/network_enum.h"
+#include "messaging/recipient_box.h"
 #include "setup/wizard_state.h"
 
 namespace quillon {
@@ -36,7 +37,7 @@ class SetupWizard {
 public:
     /// All must outlive this.
     SetupWizard(Installation& installation, const Surroundings& surroundings, AlertExchange& alerts,
-                std::shared_ptr<NetworkProvider> network, ScreenHost& host);
+                std::shared_ptr<NetworkProvider> network, ScreenHost& host, WarnInLog warnInLog = {});
 
     SetupWizardState state;
 
@@ -112,6 +113,7 @@ private:
     AlertExchange& alerts_;
     std::shared_ptr<NetworkProvider> network_;
     ScreenHost& host_;
+    WarnInLog warnInLog_;
     std::optional<Installation> before_;  // as the wizard found it
     bool editingExisting_ = false;
     NativePath chosenSharedPath_;

@@ -22,8 +22,12 @@ void SetupWizard::chooseRecipient(WizardRecipient which, int index) {
 }
 
 void SetupWizard::pressRecipientButton(WizardRecipient which) {
-    const RecipientScreen screen{alertScreenRules(AlertScreen::SetupWizard), recipients(which), state.busyPointer,
-                                 &state.networkStatus, [this] { host_.showState(); }};
+    const RecipientScreen screen{alertScreenRules(AlertScreen::SetupWizard),
+                                 recipients(which),
+                                 state.busyPointer,
+                                 &state.networkStatus,
+                                 [this] { host_.showState(); },
+                                 warnInLog_};
     if (!screen.box.tests) {
         CNetworkEnum network(network_, surroundings_.loop);
         queryRecipients(network, screen);

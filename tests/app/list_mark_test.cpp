@@ -54,5 +54,11 @@ TEST_F(ListMark, AMarkThatCannotBeMadeIsAFailure) {
     EXPECT_FALSE(markUnfinished(temp / "missing" / "1234.csv"));
 }
 
+TEST_F(ListMark, AFailureShowsAListThatTurnsTextAsItIs) {
+    const auto marked = markUnfinished(temp / "missing" / "gpj\u202E.csv");
+    ASSERT_FALSE(marked);
+    EXPECT_EQ(marked.error().text, (temp / "missing").native() + "/gpj<U+202E>.csv: No such file or directory");
+}
+
 }  // namespace
 }  // namespace quillon

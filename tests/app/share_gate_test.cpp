@@ -110,6 +110,12 @@ TEST_F(ShareGateTest, AnArchiveFolderThatHangsGivesWayToOneBelowTheLocalPath) {
     EXPECT_EQ(installation.paths().zipPath, temp / "local/Archives");
     EXPECT_EQ(installation.folder(SettingsFolder::Archive), temp / "zip") << "the record is not changed";
     EXPECT_TRUE(installation.paths().useSharedDb) << "the database is another folder";
+    installation.settings.localPath.assign(pageFromPath(temp / "other"));
+    installation.refreshPathVariables();
+    EXPECT_EQ(installation.paths().zipPath, temp / "other/Archives") << "also behind a change of the settings";
+    installation.setFolder(SettingsFolder::Archive, temp / "zip");
+    installation.refreshPathVariables();
+    EXPECT_EQ(installation.paths().zipPath, temp / "zip") << "whoever stores a folder wants it";
 }
 
 }  // namespace

@@ -2,10 +2,13 @@
 // The screen's grid, boxes and buttons ahead of a run.
 #include "archive/zip_file_lists.h"
 
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "archive/zip_screen.h"
+#include "support/hanging_share.h"
 #include "support/scripted_network.h"
 #include "support/scripted_socket.h"
 
@@ -140,6 +143,46 @@ TEST_F(ZipFileListsTest, AnEmptyChoiceGivesArchivesBelowTheLocalPath) {
     EXPECT_TRUE(exists("local/Archives"));
 }
 
+// A share whose server has gone: the screen tells it, and a run that waits for it can be cancelled.
+TEST_F(ZipFileListsTest, AnArchiveFolderThatHangsHoldsNeitherTheScreenNorARun) {
+    const auto share = HangingShare::mount(folder / "zips");
+    if (share == nullptr)
+        GTEST_SKIP() << "no file system can be mounted here";
+    open();
+    EXPECT_EQ(lists.noticeLine(), "The archive folder " + path("zips") + " does not answer");
+    EXPECT_TRUE(lists.waitsForFolder());
+    fake.loop.onTurn = [&](int) {
+        EXPECT_EQ(lists.noticeLine(), "Waiting for the archive folder " + path("zips") + " ...");
+        EXPECT_TRUE(lists.state.cancelEnabled);
+        lists.cancel();
+    };
+    lists.zip();
+    EXPECT_GT(fake.loop.turns, 0);
+    EXPECT_EQ(lists.noticeLine(), "Cancelled: archive and lists are as they were");
+    EXPECT_FALSE(lists.state.cancelEnabled);
+    EXPECT_EQ(lists.state.rows.size(), 2U);
+    fake.loop.onTurn = {};
+
+    fake.dialogs.expectFolder("Change zip path", folder / "other");
+    fake.dialogs.expectBox("Change archive location", "Do you want to make these changes permanent ?", BoxAnswer::No);
+    lists.changeDestination();
+    EXPECT_EQ(fake.dialogs.lastStart(), folder / "local") << "the box that chooses must not look into it";
+    fake.dialogs.expectBox("Process complete", "Zip Processing complete", BoxAnswer::Ok, BoxStyle::Warning);
+    lists.zip();
+    EXPECT_TRUE(exists("other/1234.zip"));
+}
+
+TEST_F(ZipFileListsTest, AnArchiveFolderThatAnswersLateIsToldByItsAnswer) {
+    const auto share = HangingShare::mount(folder / "zips");
+    if (share == nullptr)
+        GTEST_SKIP() << "no file system can be mounted here";
+    open();
+    EXPECT_EQ(lists.noticeLine(), "The archive folder " + path("zips") + " does not answer");
+    share->goAway();
+    while (lists.waitsForFolder()) std::this_thread::yield();
+    EXPECT_EQ(lists.noticeLine(), "Archive: " + path("local/Archives/1234.zip")) << "it cannot be used";
+}
+
 TEST_F(ZipFileListsTest, AQueryFillsTheRecipients) {
     open();
     lists.queryNetwork(std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"}));
@@ -163,7 +206,7 @@ TEST_F(ZipFileListsTest, AChoiceAfterAQueryLeavesTestAsItWas) {
     EXPECT_FALSE(lists.state.recipients.testEnabled);
 }
 
-TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameName) {
+TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameNameAndTheCauseOfSilence) {
     std::vector<std::string> journal;
     ScriptedSocket server("wServer", journal);
     ScriptedSocket client("wClient", journal);
@@ -176,6 +219,20 @@ TEST_F(ZipFileListsTest, TestTellsAComputerOfTheSameName) {
                            BoxStyle::Plain);
     lists.testRecipient(exchange);
     EXPECT_TRUE(server.sent.empty());
+    EXPECT_TRUE(warnings.empty());
+    lists.state.recipients.items = {"Query", "DESK2"};
+    fake.loop.onTurn = [this](int) { fake.clock.tick += 5001; };
+    server.sendFailure = FileError{ErrorKind::NotFound, "DESK2: Name or service not known"};
+    fake.dialogs.expectBox(
+        "Communication error",
+        "Unable to connect to computer DESK2\r\nThe problem is one of the following\r\n\r\n1 The computer is turned "
+        "off.\r\n2 The ZOV Messaging software is not installed on the remote computer.\r\n3 The Remote "
+        "computer is listening on the wrong port.\r\n4 The Remote computer's firewall is blocking "
+        "communication.\r\n5 This computer's firewall is not allowing messages to be sent.\r\n",
+        BoxAnswer::Ok, BoxStyle::Warning);
+    lists.testRecipient(exchange);
+    EXPECT_THAT(warnings, ElementsAre("No answer from DESK2 : this computer does not know the name: DESK2: Name or "
+                                      "service not known"));
 }
 
 }  // namespace

@@ -31,6 +31,7 @@ public:
     AckState ackState() const override { return state; }
     void setAckState(AckState newState) override { state = newState; }
     void turnWhilePending() override { ++waits; }
+    std::string silenceCause() const override { return cause; }
     bool isThisComputer(const std::string& target) const override { return target == "LAB7"; }
 
     struct Sent {
@@ -45,6 +46,7 @@ public:
     std::vector<Sent> sent;
     std::function<void()> onSend;
     bool answer = true;
+    std::string cause;
     int waits = 0;
     int closings = 0;
     AckState state = AckState::None;
@@ -90,7 +92,9 @@ public:
     ScriptedAlerts alerts;
     RecordingScreen screen;
     ZipHandover job{"1234-Partition 1", "-"};
-    ZipFileLists lists{installation, fake.surroundings, alerts, screen};
+    std::vector<std::string> warnings;  // rows of the job log
+    ZipFileLists lists{installation, fake.surroundings, alerts, screen,
+                       [this](const std::string& text) { warnings.push_back(text); }};
 };
 
 }  // namespace quillon::test

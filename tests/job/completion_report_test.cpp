@@ -115,6 +115,17 @@ TEST_F(ReportTest, AReportThatIsNotAcknowledgedIsTold) {
     EXPECT_FALSE(boardOf(state).busyPointer);
 }
 
+TEST_F(ReportTest, ARecipientWhoseNameTurnsTextIsShownAsItIsAndAddressedAsItStands) {
+    state.options.recipientIndex = 1;
+    state.options.recipient = "9\u202EBAL";
+    alerts.answer = AckState::None;
+    fake.dialogs.expectBox("File list complete",
+                           "File listing complete, but could not send notification to 9<U+202E>BAL");
+    sendCompletionReport(state, fake.surroundings, alerts);
+    ASSERT_EQ(alerts.sent.size(), 1U);
+    EXPECT_TRUE(alerts.sent[0].starts_with("9\u202EBAL|")) << alerts.sent[0];
+}
+
 TEST_F(ReportTest, AStateThatIsStillPendingIsNotTold) {
     state.options.recipientIndex = 1;
     state.options.recipient = "LAB9";

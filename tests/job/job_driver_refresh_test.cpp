@@ -181,6 +181,53 @@ TEST_F(SharedDriverTest, AShareThatRefusesToBeWrittenIsARowInOrange) {
     EXPECT_EQ(row->colour, kLightOrange);
 }
 
+class UnreadShareTest : public SharedDriverTest {
+protected:
+    // Rows that tell what the share refuses, of a job that can delete nothing until it has told so.
+    std::ptrdiff_t told() {
+        folder.write("share/Database/abc.dat", "1,MZ,T\r\n");
+        const auto tells = [](const LogRow& row) {
+            return row.text.starts_with("What is taught on this computer cannot reach the others. ") &&
+                   row.colour == kLightOrange;
+        };
+        std::optional<FailingFiles> files(std::in_place);
+        files->refuse("unlink", EACCES);
+        onRow = [&](const LogRow& row) {
+            if (tells(row))
+                files.reset();
+        };
+        EXPECT_EQ(run(), JobEnd::Complete);
+        return std::ranges::count_if(state.log.rows(), tells);
+    }
+};
+
+TEST_F(UnreadShareTest, IsTriedByAJobWithoutTesting) {
+    state.options.checkFileQuality = false;
+    EXPECT_EQ(told(), 1);
+}
+
+TEST_F(UnreadShareTest, IsTriedByAJobWithoutTheRefresh) {
+    installation.settings.useCommonHeaders = 0;
+    EXPECT_EQ(told(), 1);
+}
+
+TEST_F(UnreadShareTest, IsNotTriedWhereNoneIsUsed) {
+    installation.settings.useSharedDb = 0;
+    installation.refreshPathVariables();
+    EXPECT_EQ(told(), 0);
+}
+
+TEST_F(SharedDriverTest, AShareThatHangsDoesNotHoldAJobThatTakesNothingFromIt) {
+    installation.settings.useCommonHeaders = 0;
+    const auto hanging = HangingShare::mount(folder / "share");
+    if (!hanging)
+        GTEST_SKIP();
+    fake.loop.onTurn = [this](int) { fake.clock.tick += 500; };
+    EXPECT_EQ(run(), JobEnd::Complete);
+    EXPECT_EQ(logTexts().at(0), "The shared folder " + (folder / "share").native() +
+                                    " does not answer: whether it can be written is not known");
+}
+
 TEST_F(SharedDriverTest, AShareThatLooksEmptyIsToldBeforeAnythingMoves) {
     folder.write("local/Database/jpg.dat", "1,FFD8,H\r\n");
     folder.write("local/Database/png.dat", "1,PNG,T\r\n");

@@ -76,6 +76,24 @@ TEST_F(RecipientProbe, TheKnownCauseOfSilenceIsToldApart) {
     EXPECT_EQ(cause(), "No answer from DESK2 : what came back was no acknowledgement");
 }
 
+// Names of computers come from the network.
+TEST_F(RecipientProbe, ASilentNameThatTurnsTextIsShownAsItIs) {
+    tickPerTurn(5001);
+    expectNoConnection("2<U+202E>KSED");
+    run("2\u202EKSED");
+    EXPECT_TRUE(host.logged.back().starts_with("No answer from 2<U+202E>KSED : ")) << host.logged.back();
+}
+
+TEST_F(RecipientProbe, ANameThatTurnsTextIsShownAsItIsAndStoredAsItStands) {
+    answer();
+    around.dialogs.expectBox("Save as default?",
+                             "Message sent and acknowledgement received. Do you want to save 2<U+202E>KSED to receive "
+                             "all future messages from this computer ?",
+                             BoxAnswer::Yes);
+    run("2\u202EKSED", RecipientField::Alert);
+    EXPECT_EQ(stored(installation.settings.alertRecipient), toPage("2\u202EKSED").bytes);
+}
+
 TEST_F(RecipientProbe, SendsTheTestTexts) {
     use(AlertScreen::SetupWizard);
     answer();

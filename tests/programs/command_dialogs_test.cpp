@@ -79,6 +79,13 @@ TEST_F(GoneShareTest, TheJobEndsAndSaysWhatYesDoesNotAnswer) {
     EXPECT_TRUE(told("the job ended without a list; answer at a terminal, as --yes does not: Unable to find shared"));
 }
 
+TEST_F(GoneShareTest, AQuietJobSaysAllTheSameThatTermFilesAreAboutToGo) {
+    EXPECT_EQ(job({"--yes", "--quiet"}), 1);
+    EXPECT_TRUE(told("): 1 term files of this computer are about to move to Kept. Is the share mounted?\n"))
+        << err.str();
+    EXPECT_FALSE(told("Copying ext database from network drive")) << "no warning, no row: " << err.str();
+}
+
 TEST_F(GoneShareTest, APersonAtTheTerminalMayGoOn) {
     in.str("y\ny\n");
     EXPECT_EQ(job({"--yes"}, true), 0) << err.str();

@@ -137,6 +137,12 @@ std::vector<JobEnds::SceneRow> JobEnds::scenes() {
     };
 }
 
+int countOf(const std::string& part, const std::string& text) {
+    int count = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+    return count;
+}
+
 void JobEnds::expectRow(const SceneRow& scene) {
     const EndRow& row = rowOf(scene.cause);
     SCOPED_TRACE(row.word);
@@ -158,6 +164,9 @@ void JobEnds::expectRow(const SceneRow& scene) {
     EXPECT_EQ(json()["list"].is_string(), withList.contains(row.cause));
     EXPECT_EQ(err.str().find("quillon-job: ") != std::string::npos, row.status != 0) << err.str();
     EXPECT_FALSE(json()["list"].is_string() && told("ended without a list")) << err.str();
+    if (const std::string cause = json()["detail"]; !cause.empty()) {
+        EXPECT_EQ(countOf(cause, err.str()), 1) << err.str();
+    }
     EXPECT_EQ(told("; the list so far stays"),
               row.cause == EndCause::StoppedInTesting || row.cause == EndCause::OutOfMemory)
         << err.str();

@@ -103,6 +103,28 @@ TEST_F(MessengerProcess, ABubbleShowsTheBeginningOfALongTextAndTheNextOneAllTheS
     EXPECT_EQ(messenger.finish(), 0);
 }
 
+// A log that may grow no further costs rows of the log and no alert.
+TEST_F(MessengerProcess, ALogThatMayGrowNoFurtherEndsNothing) {
+    messenger.start({"/bin/sh", "-c", "ulimit -f 8; exec \"$0\" \"$@\"", QUILLON_MESSENGER, "--address", "127.0.0.1",
+                     "--port", port, "--log", (folder / "alerts.log").native()});
+    ASSERT_TRUE(messenger.readUntil("Ctrl-C ends\n"));
+    const HostAddress asker = *numericAddress("127.0.0.3");
+    UdpSocket client(resolveHost, asker);
+    ASSERT_TRUE(client.bind(std::stoi(port)));
+    UdpSocket sender(resolveHost, asker);
+    sender.setRemotePort(std::stoi(port));
+    const std::string alert = "127.0.0.3\xFF 1\xFFs\xFF" + std::string(3000, 'x') + "\xFF" + "0";
+    for (int i = 0; i < 4; ++i) {
+        ASSERT_TRUE(sender.sendTo(*numericAddress("127.0.0.1"), alert));
+        ASSERT_TRUE(client.poll(std::chrono::milliseconds(10000)).arrived) << i;
+        EXPECT_NE(client.getData(), "");
+    }
+    ::kill(messenger.id, SIGINT);
+    EXPECT_EQ(messenger.finish(), 0) << messenger.said;
+    EXPECT_THAT(messenger.said, HasSubstr("4 alerts (0 problems), 4 acknowledged"));
+    EXPECT_THAT(messenger.said, HasSubstr("alerts.log: File too large"));
+}
+
 TEST_F(MessengerProcess, ATakenPortIsStatusOne) {
     UdpSocket other;
     ASSERT_TRUE(other.bind(std::stoi(port)));

@@ -63,6 +63,23 @@ TEST_F(WizardAlertsTest, TestTellsAComputerOfTheSameName) {
     EXPECT_EQ(state().networkStatus, "");
 }
 
+TEST_F(WizardAlertsTest, TheCauseOfSilenceStandsInTheLog) {
+    state().alertRecipients.items = {"DESK2", "Query"};
+    wizard.chooseRecipient(WizardRecipient::Alert, 0);
+    fake.loop.onTurn = [this](int) { fake.clock.tick += 5001; };
+    server.sendFailure = FileError{ErrorKind::NotFound, "DESK2: Name or service not known"};
+    fake.dialogs.expectBox(
+        "Communication error",
+        "Unable to connect to computer DESK2\r\nThe problem is one of the following\r\n\r\n1 The computer is turned "
+        "off.\r\n2 The ZOV Messaging software is not installed on the remote computer.\r\n3 The Remote "
+        "computer is listening on the wrong port.\r\n4 The Remote computer's firewall is blocking "
+        "communication.\r\n5 This computer's firewall is not allowing messages to be sent.\r\n",
+        BoxAnswer::Ok, BoxStyle::Warning);
+    wizard.pressRecipientButton(WizardRecipient::Alert);
+    EXPECT_THAT(warnings, ElementsAre("No answer from DESK2 : this computer does not know the name: DESK2: Name or "
+                                      "service not known"));
+}
+
 TEST_F(WizardAlertsTest, RevertGoesBackToTheStoredName) {
     state().alertRecipients.items = {"Please Select", "DESK9"};
     expectRevert("Revert Alerts to DESK2 ?", BoxAnswer::No);

@@ -64,7 +64,10 @@ public:
     std::shared_ptr<NetworkProvider> network =
         std::make_shared<ScriptedNetwork>(std::vector<std::string>{"DESK2", "DESK3"});
     RecordingScreen screen;
-    SetupWizard wizard{installation, fake.surroundings, alerts, network, screen};
+    std::vector<std::string> warnings;  // rows of the job log
+    SetupWizard wizard{installation, fake.surroundings,
+                       alerts,       network,
+                       screen,       [this](const std::string& text) { warnings.push_back(text); }};
 };
 
 }  // namespace quillon::test

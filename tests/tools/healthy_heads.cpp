@@ -38,6 +38,22 @@ std::vector<Piece> zipOf(const std::string& name, const std::string& content = {
     return {{0, x("504B03041400000008000000210000000000AA000000BB000000") + lengths + name + content}};
 }
 
+// The usual office writer's first member, whose time is the first one that a zip file can tell.
+std::vector<Piece> officePackage() {
+    return {{0, x("504B0304140006000800000021007C6C98166C010000A005000013000802") + "[Content_Types].xml"}};
+}
+
+// A package that begins with its kind, stored as it is: the check sum is the kind's.
+std::vector<Piece> package(std::string_view checkSum, const std::string& kind) {
+    const std::string length{static_cast<char>(kind.size()), '\0', '\0', '\0'};
+    return {{0, x("504B03041400000800005347DA54") + x(checkSum) + length + length + x("08000000") + "mimetype" + kind}};
+}
+
+// The same of a writer that tells check sum and lengths behind the member.
+std::vector<Piece> streamedPackage(const std::string& kind) {
+    return {{0, x("504B03041400080800005347DA5400000000000000000000000008000000") + "mimetype" + kind}};
+}
+
 // A file of boxes: its first box tells the brand.
 std::vector<Piece> brand(const std::string& name, const std::string& compatible = "mp42") {
     return {{0, x("00000018") + "ftyp" + name + x("00000000") + compatible + "isom"}};
@@ -169,15 +185,21 @@ std::vector<Head> office() {
         {"xls", "compound", start(kCompound)},
         {"ppt", "compound", start(kCompound)},
         {"msg", "compound", start(kCompound)},
-        {"docx", "plain", zipOf("[Content_Types].xml")},
+        {"docx", "plain", officePackage()},
+        {"docx", "of another program", zipOf("[Content_Types].xml")},
         {"docx", "parts in another order", zipOf("word/document.xml")},
         {"docx", "with a password", start(kCompound)},
-        {"xlsx", "plain", zipOf("[Content_Types].xml")},
+        {"xlsx", "plain", officePackage()},
+        {"xlsx", "of another program", zipOf("[Content_Types].xml")},
         {"xlsx", "parts in another order", zipOf("xl/workbook.xml")},
-        {"pptx", "plain", zipOf("[Content_Types].xml")},
-        {"odt", "plain", zipOf("mimetype", "application/vnd.oasis.opendocument.text")},
-        {"ods", "plain", zipOf("mimetype", "application/vnd.oasis.opendocument.spreadsheet")},
-        {"epub", "plain", zipOf("mimetype", "application/epub+zip")},
+        {"pptx", "plain", officePackage()},
+        {"odt", "plain", package("5EC6320C", "application/vnd.oasis.opendocument.text")},
+        {"odt", "streamed", streamedPackage("application/vnd.oasis.opendocument.text")},
+        {"odt", "with a deflated kind",
+         package("5EC6320C", x("4B2C28C8C94C4E2CC9CCCFD32FCB4BD1CB4F2CCE2CD6CB2F48CD4BC94F2ECD4DCD2BD12B49AD280100"))},
+        {"ods", "plain", package("856C398A", "application/vnd.oasis.opendocument.spreadsheet")},
+        {"epub", "plain", package("6F61AB2C", "application/epub+zip")},
+        {"epub", "streamed", streamedPackage("application/epub+zip")},
         {"rtf", "plain", text("{\\rtf1\\ansi\\ansicpg1252")},
         {"wpd", "plain", start("FF57504360050000")},
         {"pst", "plain", start("2142444E5B3F4A51534D")},

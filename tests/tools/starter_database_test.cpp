@@ -121,9 +121,9 @@ struct DamageLimit {
     double made;
     const char* real;
 };
-constexpr DamageLimit kDamageLimits[] = {{"zeros", 0, "0"},         {"ff", 0, "0"},          {"random", 0, "0"},
-                                         {"text", 0, "0"},          {"shift-1", 14, "13.5"}, {"shift-16", 16, "15"},
-                                         {"shift-100", 14, "13.5"}, {"shift-512", 0, "0"},   {"gone-16", 30, "25"},
+constexpr DamageLimit kDamageLimits[] = {{"zeros", 0, "0"},          {"ff", 0, "0"},         {"random", 0, "0"},
+                                         {"text", 0, "0"},           {"shift-1", 8.9, "13"}, {"shift-16", 13.1, "14.7"},
+                                         {"shift-100", 8.9, "12.7"}, {"shift-512", 0, "0"},  {"gone-16", 18.4, "20.8"},
                                          {"foreign", 0, "0.1"}};
 
 TEST(StarterDatabase, WreckedHeadsAreHardlyTakenForRecovered) {
