@@ -1,5 +1,5 @@
-# shellcheck shell=sh disable=SC2154 # sourced: $work is set by whoever does so
 # SPDX-License-Identifier: MIT
+# shellcheck shell=sh disable=SC2154 # sourced: $work is set by whoever does so
 # A real SMB share with a mount for each workstation, out of reach of anything but the script that sources this: needs root,
 # /dev/fuse and a network namespace of its own. The script sets $work, an empty folder, and calls close_share at its end.
 
