@@ -126,6 +126,7 @@ Bench loadBench(const BenchWish& wish, const std::atomic<bool>& stop, std::size_
 std::vector<OfferedTerm> offerTerms(const Bench& bench, const BenchWish& wish) {
     const BenchHeads& known = bench.known;
     SuggestionHeads heads;
+    heads.extension = wish.extension;
     heads.listed = bench.raw;
     heads.extensions = known.extensions;
     for (std::size_t i = 0; i < known.heads.size(); ++i) {

@@ -61,6 +61,7 @@ Result<int> suggestFromJobs(const std::vector<JobFiles>& jobs, const ListCommand
         wish.paths = namesOf(*names);
     }
     SuggestionHeads heads;
+    heads.extension = wish.extension;
     for (const auto& job : jobs) {
         if (const auto added = addHeads(job, wish, heads); !added)
             return failure(added.error());

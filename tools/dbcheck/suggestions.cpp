@@ -70,6 +70,7 @@ ExtensionSuggestions scoreExtension(const std::string& extension, const std::vec
     ExtensionSuggestions result{extension, {}, {}};
     for (std::size_t third = 0; third < kThirds; ++third) {
         SuggestionHeads heads;
+        heads.extension = extension;
         std::vector<const Sample*> heldBack;
         for (std::size_t i = 0; i < own.size(); ++i) {
             if (i % kThirds == third)

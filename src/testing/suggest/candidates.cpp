@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
+#include "testing/suggest/runs_anywhere.h"
 #include "testing/suggest/shared_runs.h"
 #include "testing/suggest/term_trust.h"
 #include "text/page_text.h"
@@ -20,6 +22,10 @@ constexpr std::size_t kMostWords = 12;
 constexpr double kImagined = 40;
 constexpr double kAnywhereKept = 0.8;
 constexpr double kElementKept = 0.9;
+constexpr double kBytesKept = 0.45;
+// A word that is the extension, too: the format names itself, and one file is enough to believe it.
+constexpr double kDoubtOfName = 0.6;
+constexpr std::size_t kShortestName = 3;
 constexpr double kAlone = 0.5;
 constexpr double kLeastWorth = 0.01;
 constexpr double kDearest = 0.22;
@@ -76,8 +82,8 @@ void addFixed(const CandidateHeads& heads, std::size_t pivot, const TermTrust& t
 }
 
 // A word with the sign ahead of it, as in "<svg".
-std::vector<std::pair<std::size_t, std::size_t>> wordsOf(const HeaderBytes& head, const TermTrust& trust) {
-    std::vector<std::pair<std::size_t, std::size_t>> words;
+std::vector<HeadPart> wordsOf(const HeaderBytes& head, const TermTrust& trust) {
+    std::vector<HeadPart> words;
     for (std::size_t start = 0; start < kHeaderBytes; ++start) {
         if (!trust.isWord(start))
             continue;
@@ -85,34 +91,49 @@ std::vector<std::pair<std::size_t, std::size_t>> wordsOf(const HeaderBytes& head
         while (end < kHeaderBytes && trust.isWord(end)) ++end;
         const std::size_t begin = start > 0 && head[start - 1] == '<' ? start - 1 : start;
         if (end - begin >= kShortestWord)
-            words.emplace_back(begin, std::min(end - begin, kLongestRun));
+            words.push_back({begin, std::min(end - begin, kLongestRun)});
         start = end;
     }
     return words;
 }
 
+// What a part of a head is worth as a term for any place, other files not looked at; none where too few have it.
+std::optional<Candidate> anywhere(const CandidateHeads& heads, std::size_t pivot, const HeadPart& part, double kept) {
+    Candidate one{0, std::string(heads.raw[pivot].data() + part.offset, part.length)};
+    const std::string folded(heads.listed[pivot].data() + part.offset, part.length);
+    const bool named = heads.extension.size() >= kShortestName && folded.find(heads.extension) != std::string::npos;
+    const std::size_t hits = countAnywhere(heads.listed, folded);
+    if (hits < 2 && !named)
+        return std::nullopt;
+    one.kept = kept * std::exp(-static_cast<double>(part.offset) / 1000);
+    one.worth = support(hits, heads.listed.size()) * one.kept;
+    if (named) {
+        one.kept = 1 - (1 - one.kept) * kDoubtOfName;
+        one.worth = static_cast<double>(hits) / static_cast<double>(heads.listed.size()) * one.kept;
+    }
+    return one;
+}
+
 void addAnywhere(const CandidateHeads& heads, std::size_t pivot, const TermTrust& trust,
                  std::vector<Candidate>& found) {
-    std::vector<std::pair<std::size_t, Candidate>> words;
+    std::vector<Candidate> parts;
     std::string seen;
-    for (const auto& [offset, length] : wordsOf(heads.raw[pivot], trust)) {
-        const std::string folded(heads.listed[pivot].data() + offset, length);
-        if (seen.find("\n" + folded + "\n") != std::string::npos || !trust.mayBeTerm(offset, length))
-            continue;
+    const auto look = [&](const HeadPart& part, double kept) {
+        const std::string folded(heads.listed[pivot].data() + part.offset, part.length);
+        if (seen.find("\n" + folded + "\n") != std::string::npos || !trust.mayBeTerm(part.offset, part.length))
+            return;
         seen += "\n" + folded + "\n";
-        Candidate one{0, std::string(heads.raw[pivot].data() + offset, length)};
-        const std::size_t hits = countAnywhere(heads.listed, folded);
-        if (hits < 2)
-            continue;
-        one.kept =
-            (one.bytes.starts_with('<') ? kElementKept : kAnywhereKept) * std::exp(-static_cast<double>(offset) / 1000);
-        one.falseShare = trust.sharedAnywhere(offset, length);
-        one.worth = support(hits, heads.listed.size()) * one.kept;
-        words.emplace_back(words.size(), std::move(one));
-    }
-    std::ranges::stable_sort(words, std::ranges::greater(), [](const auto& word) { return word.second.worth; });
-    words.resize(std::min(words.size(), kMostWords));
-    for (auto& [place, one] : words) {
+        if (auto one = anywhere(heads, pivot, part, kept)) {
+            one->falseShare = trust.sharedAnywhere(part.offset, part.length);
+            parts.push_back(std::move(*one));
+        }
+    };
+    for (const HeadPart& part : wordsOf(heads.raw[pivot], trust))
+        look(part, heads.raw[pivot][part.offset] == '<' ? kElementKept : kAnywhereKept);
+    std::ranges::stable_sort(parts, std::ranges::greater(), &Candidate::worth);
+    parts.resize(std::min(parts.size(), kMostWords));
+    for (const HeadPart& part : runsAnywhere(heads.listed[pivot], heads.listed, trust)) look(part, kBytesKept);
+    for (auto& one : parts) {
         std::string folded = one.bytes;
         lowerPageInPlace(folded);
         one.falseShare = falseShare(countAnywhere(heads.others, folded), heads.others.size(), one.falseShare);

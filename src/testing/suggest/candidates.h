@@ -27,6 +27,7 @@ struct CandidateHeads {
     std::vector<HeaderBytes> raw;
     std::vector<HeaderBytes> listed;
     std::vector<HeaderBytes> others;
+    std::string extension;  ///< of the listed files, in lower case; may be empty
 };
 
 /// What a share of the other files takes from the worth of the first term, and of one behind it: that one is looked at

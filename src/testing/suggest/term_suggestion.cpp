@@ -198,6 +198,7 @@ std::vector<TermSuggestion> suggestTerms(SuggestionHeads heads) {
     for (auto* part : {&heads.listed, &heads.good, &heads.others}) std::ranges::for_each(*part, foldHeader);
     searched.listed = some(heads.listed, kMostSearched);
     searched.others = some(heads.others, kMostOthersSearched);
+    searched.extension = heads.extension;
     std::vector<TermSuggestion> suggestions;
     for (const Candidate& candidate : choose(searched)) suggestions.push_back(told(candidate, heads));
     return suggestions;

@@ -24,6 +24,7 @@ struct SuggestionHeads {
     /// For each of `others` the place of its extension in `extensions`; empty where the sentence need not name them.
     std::vector<std::uint32_t> otherExtensions;
     std::vector<std::string> extensions;  ///< UTF-8
+    std::string extension;                ///< of the listed files, in lower case, UTF-8; may be empty
 };
 
 /// A record that may be added as it is, and what it would meet.

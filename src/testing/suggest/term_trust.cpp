@@ -40,6 +40,9 @@ constexpr double kWordDoubledBehind = 128;
 // A mark of four letters is as long as most formats have it.
 constexpr std::size_t kMarkLetters = 4;
 
+// A mark of one number with zeros around it.
+constexpr std::size_t kShortestCount = 3;
+
 // How much one byte tells, in bits: text and zeros are more common than the rest.
 double bitsOf(char c) {
     if (c == '\0')
@@ -137,7 +140,8 @@ bool TermTrust::mayBeTerm(std::size_t offset, std::size_t length) const {
     const auto run = std::span(head_).subspan(offset, length);
     const auto said = std::ranges::count_if(run, [](char c) { return c != '\0'; });
     const bool varied = std::ranges::any_of(run, [&](char c) { return c != run.front(); });
-    return varied && said >= 2 && run.front() != ' ' && run.back() != ' ';
+    const bool countAtStart = offset == 0 && said == 1 && length >= kShortestCount;
+    return varied && (said >= 2 || countAtStart) && run.front() != ' ' && run.back() != ' ';
 }
 
 }  // namespace quillon

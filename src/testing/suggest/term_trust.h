@@ -27,17 +27,20 @@ public:
     [[nodiscard]] double shared(std::size_t offset, std::size_t length) const;
     /// The same for a run that may stand anywhere in a head.
     [[nodiscard]] double sharedAnywhere(std::size_t offset, std::size_t length) const;
-    /// False for what is never a term: one byte repeated, fewer than two bytes that say anything, blanks at an end.
+    /// False for what is never a term: one byte repeated, blanks at an end, and fewer than two bytes that say anything,
+    /// except at the start of the file, where a version or kind among zeros may be all that a format has for a mark.
     [[nodiscard]] bool mayBeTerm(std::size_t offset, std::size_t length) const;
     /// Whether the byte is part of a word: three or more letters in a row.
     [[nodiscard]] bool isWord(std::size_t offset) const { return word_[offset]; }
+
+    /// How much a run tells, in bits.
+    [[nodiscard]] double bits(std::size_t offset, std::size_t length) const;
 
 private:
     [[nodiscard]] double price(std::size_t offset) const;
     [[nodiscard]] double startPrice(std::size_t offset) const;
     [[nodiscard]] double endPrice(std::size_t end) const;
     [[nodiscard]] std::size_t placeInWord(std::size_t offset) const;
-    [[nodiscard]] double bits(std::size_t offset, std::size_t length) const;
     void findWords();
 
     HeaderBytes head_;

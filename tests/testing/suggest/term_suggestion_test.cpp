@@ -142,4 +142,49 @@ TEST_F(TermSuggestionTest, EveryTermMeetsWhatItSays) {
     }
 }
 
+TEST_F(TermSuggestionTest, ANumberAmongZerosIsAMarkAtTheStart) {
+    using namespace std::string_literals;
+    for (const char* size : {"\x21\x34", "\x47\x58", "\x69\x7A"}) add(heads.listed, "\x03\0\0\0"s + size, 1);
+    addOthers("PK\x03\x04", 60, "zip");
+    const auto found = suggested();
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found[0].position, 1U);
+    EXPECT_TRUE(accepts(found[0], head("\x03\0\0\0\x50\x60"s))) << found[0].term;
+}
+
+TEST_F(TermSuggestionTest, ZerosAloneAreNoMark) {
+    using namespace std::string_literals;
+    add(heads.listed, std::string(512, '\0'), 5);
+    add(heads.listed, "\0\0\0\0\0\0\0\0"s, 5);
+    addOthers("PK\x03\x04", 60, "zip");
+    for (const auto& one : suggested()) EXPECT_NE(one.term.find_first_not_of('0'), std::string::npos) << one.position;
+}
+
+TEST_F(TermSuggestionTest, BytesThatEachFileHasElsewhereAreFound) {
+    const std::string mark = "\x86\x48\xC7\x0D\x91\xA7\x82";
+    for (std::size_t place = 4; place < 10; ++place) {
+        auto one = head("");
+        std::ranges::copy(mark, one.begin() + static_cast<std::ptrdiff_t>(place));
+        heads.listed.push_back(one);
+    }
+    addOthers("PK\x03\x04", 60, "zip");
+    const auto found = suggested();
+    ASSERT_FALSE(found.empty());
+    EXPECT_EQ(found[0].position, 0U);
+    EXPECT_EQ(found[0].hits, 6U);
+    EXPECT_EQ(found[0].falseHits, 0U);
+}
+
+TEST_F(TermSuggestionTest, AFormatThatNamesItselfIsBelievedFromOneFile) {
+    add(heads.listed, "<?xml version=\"1.0\"?>\n<kmzdata unit=\"", 1);
+    add(heads.listed, "KMZDATA\x01", 1);
+    addOthers("<?xml version=\"1.0\"?>\n<html ", 40, "html");
+    heads.extension = "kmzdata";
+    const auto found = suggested();
+    const auto three = std::min<std::size_t>(3, found.size());
+    EXPECT_TRUE(std::any_of(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(three), [&](const auto& one) {
+        return accepts(one, head("<?xml version='1.0' encoding='utf-8'?>\n<kmzdata>"));
+    }));
+}
+
 }  // namespace quillon
