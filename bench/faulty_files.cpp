@@ -10,9 +10,10 @@
 //   --times N         so many calls fail; 0: all from then on
 //   --broken PATH --at BYTE      every read of the file PATH (below FOLDER) that touches this byte fails
 //   --gone N          behind N calls of any kind the server ends, as a disk that is pulled out
+//   --flush-wait MS   nothing fails, but each flush of a file or folder to the medium takes so long
 //
-// One thread serves, so that the moment is the same for the same calls. It runs in the foreground until it is
-// unmounted.
+// One thread serves, so that the moment is the same for the same calls; where flushes wait there are two hundred, and
+// at the end it tells how many flushes there were. It runs in the foreground until it is unmounted.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -20,13 +21,16 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "passed_folder.h"
 
@@ -41,7 +45,9 @@ struct Mount {
     std::string broken;
     off_t at = 0;
     std::int64_t gone = -1;
+    std::chrono::milliseconds flushWait{0};
 
+    std::atomic<int> flushes = 0;
     std::int64_t done = 0;    // of the call that fails
     std::int64_t failed = 0;  // calls
     std::int64_t calls = 0;
@@ -173,8 +179,15 @@ int flush(const char* /*path*/, fuse_file_info* /*file*/) {
 }
 
 int sync(const char* /*path*/, int /*dataOnly*/, fuse_file_info* file) {
-    if (const int fault = faultOf(mounted(), "fsync", 1))
+    Mount& mount = mounted();
+    if (const int fault = faultOf(mount, "fsync", 1))
         return -fault;
+    ++mount.flushes;
+    // The wait takes the place of the disk's own time.
+    if (mount.flushWait.count() > 0) {
+        std::this_thread::sleep_for(mount.flushWait);
+        return 0;
+    }
     return resultOf(::fsync(handleOf(file)));
 }
 
@@ -224,6 +237,8 @@ void take(Mount& mount, std::string_view name, const char* value) {
         mount.at = number;
     else if (name == "--gone")
         mount.gone = number;
+    else if (name == "--flush-wait")
+        mount.flushWait = std::chrono::milliseconds(number);
     else
         usage();
 }
@@ -256,8 +271,14 @@ fuse_operations operations() {
 }
 
 int serve(Mount& mount, char* program, const char* point) {
-    return serveAt(point, program, "-ofsname=faulty", operations(), mount,
-                   [](fuse* filesystem) { return fuse_loop(filesystem); });
+    fuse_operations calls = operations();
+    if (mount.flushWait.count() == 0)
+        return serveAt(point, program, "-ofsname=faulty", calls, mount,
+                       [](fuse* filesystem) { return fuse_loop(filesystem); });
+    calls.fsyncdir = sync;
+    const int served = serveAt(point, program, "-ofsname=faulty", calls, mount, serveByThreads);
+    std::printf("%d flushes\n", mount.flushes.load());
+    return served;
 }
 
 }  // namespace

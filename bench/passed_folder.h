@@ -30,6 +30,16 @@ inline int addEntries(int folder, void* names, fuse_fill_dir_t add) {
     return 0;
 }
 
+/// Answers by two hundred threads, for disks whose calls wait.
+inline int serveByThreads(fuse* filesystem) {
+    fuse_loop_config* const loop = fuse_loop_cfg_create();
+    fuse_loop_cfg_set_max_threads(loop, 200);
+    fuse_loop_cfg_set_idle_threads(loop, 200);
+    const int served = fuse_loop_mt(filesystem, loop);
+    fuse_loop_cfg_destroy(loop);
+    return served;
+}
+
 /// Mounts the disk at `point` and answers by `loop(filesystem)` until it is unmounted. The status of the program.
 template <typename Mount, typename Loop>
 int serveAt(const char* point, char* program, std::string options, const fuse_operations& calls, Mount& mount,

@@ -189,14 +189,7 @@ int serve(Mount& mount, char* program, const char* point, bool withAttributes) {
     operations.readdir = readFolder;
     operations.releasedir = closeIt;
     operations.getxattr = withAttributes ? getAttribute : nullptr;
-    return serveAt(point, program, "-oro,fsname=slow", operations, mount, [](fuse* filesystem) {
-        fuse_loop_config* const loop = fuse_loop_cfg_create();
-        fuse_loop_cfg_set_max_threads(loop, 200);
-        fuse_loop_cfg_set_idle_threads(loop, 200);
-        const int served = fuse_loop_mt(filesystem, loop);
-        fuse_loop_cfg_destroy(loop);
-        return served;
-    });
+    return serveAt(point, program, "-oro,fsname=slow", operations, mount, serveByThreads);
 }
 
 }  // namespace

@@ -2,15 +2,13 @@
 #include "ahead/copy_settling.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <limits>
 #include <new>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include "platform/folders.h"
+#include "platform/many_at_once.h"
 #include "platform/medium_reader.h"
 
 namespace quillon {
@@ -29,29 +27,6 @@ constexpr std::size_t kWorthAThread = 4;
 
 std::size_t filesInBatch() {
     return std::clamp<std::size_t>(openFileLimit() / 2 / kBatches, 1, CopySettling::kMostFiles);
-}
-
-// Does `work` for each place below `count`, on some threads where there are many. False: memory was short.
-bool workOnAll(std::size_t count, const std::function<void(std::size_t)>& work) {
-    std::atomic<std::size_t> next = 0;
-    std::atomic<bool> enough = true;
-    const auto take = [&] {
-        try {
-            for (std::size_t place = next++; place < count; place = next++) work(place);
-        } catch (const std::bad_alloc&) {
-            enough = false;
-        }
-    };
-    std::vector<std::jthread> threads;
-    threads.reserve(kReaders);
-    try {
-        while (threads.size() + 1 < std::min(kReaders, count / kWorthAThread)) threads.emplace_back(take);
-    } catch (const std::system_error&) {
-        // The system has none to give: those there are, and this one, do it.
-    }
-    take();
-    threads.clear();  // joins them
-    return enough;
 }
 
 tl::unexpected<CopyError> targetFailed(FileError error) {
@@ -80,7 +55,8 @@ std::vector<Compared> readBack(const std::vector<Item>& items, const std::vector
             compared[i] = compare(items[i], care);
     }
     const auto work = [&](std::size_t place) { compared[small[place]] = compare(items[small[place]], care); };
-    if (!workOnAll(small.size(), work))
+    const std::size_t readers = std::min(kReaders, std::max<std::size_t>(small.size() / kWorthAThread, 1));
+    if (!workOnAll(small.size(), readers - 1, work))
         throw std::bad_alloc();
     return compared;
 }

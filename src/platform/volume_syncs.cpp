@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/volume_syncs.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <new>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -9,11 +13,20 @@
 #include <sys/statfs.h>
 
 #include "platform/disk_calls.h"
+#include "platform/many_at_once.h"
 #include "platform/system_error.h"
 
 namespace quillon {
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A sync that takes longer waits for a server or for the cache of a disk. As many wait at once as a batch has files
+// with temporary names; a few are not worth a thread.
+constexpr std::chrono::milliseconds kSlow{10};
+constexpr std::size_t kMostThreads = 64;
+constexpr std::size_t kWorthThreads = 4;
 
 Result<void> syncHandle(int handle, const std::string& path) {
     const bool synced = retried([&] { return disk().sync(handle); }) == 0;
@@ -22,12 +35,26 @@ Result<void> syncHandle(int handle, const std::string& path) {
     return {};
 }
 
-Result<void> syncFolderOf(const std::string& path) {
+std::string_view folderOf(std::string_view path) {
     const auto slash = path.rfind('/');
-    const auto folder = Directory::open(path.substr(0, slash == path.npos ? 0 : slash + 1));
+    return path.substr(0, slash == path.npos ? 0 : slash + 1);
+}
+
+Result<void> syncFolder(std::string_view path) {
+    const auto folder = Directory::open(NativePath(path));
     if (!folder)
         return failure(folder.error());
-    return syncHandle(folder->handle(), path);
+    return syncHandle(folder->handle(), std::string(path));
+}
+
+// Each once, in order.
+std::vector<std::string_view> foldersOf(const std::vector<const std::string*>& paths) {
+    std::vector<std::string_view> folders;
+    for (const std::string* path : paths) folders.push_back(folderOf(*path));
+    std::ranges::sort(folders);
+    const auto again = std::ranges::unique(folders);
+    folders.erase(again.begin(), again.end());
+    return folders;
 }
 
 bool isServedByProgram(int handle) {
@@ -63,13 +90,42 @@ bool VolumeSyncs::syncVolumes(const Wish& wish) {
     return synced;
 }
 
+// What became of the files, and of the folders behind them. One after the other while that is quick; a medium that lets
+// wait does so for many at the same time.
+std::vector<Result<void>> VolumeSyncs::syncEach(const std::vector<const ArrivingFile*>& files,
+                                                const std::vector<std::string_view>& folders) {
+    std::vector<Result<void>> synced(files.size() + folders.size());
+    const auto sync = [&](std::size_t place) {
+        synced[place] = place < files.size() ? syncHandle(files[place]->handle(), files[place]->nativePath())
+                                             : syncFolder(folders[place - files.size()]);
+    };
+    const auto isSlow = [](Clock::time_point begun) { return Clock::now() - begun > kSlow; };
+    std::size_t done = 0;
+    while (done < synced.size() && (!isSlow_ || synced.size() - done < kWorthThreads)) {
+        const auto begun = Clock::now();
+        sync(done++);
+        isSlow_ = isSlow(begun);
+    }
+    if (done == synced.size())
+        return synced;
+    const auto begun = Clock::now();
+    if (!workOnAll(synced.size() - done, kMostThreads, [&](std::size_t place) { sync(done + place); }))
+        throw std::bad_alloc();
+    isSlow_ = isSlow(begun);
+    return synced;
+}
+
 VolumeSyncs::Answer VolumeSyncs::sync(const Wish& wish) {
     Answer answer{std::vector<Result<void>>(wish.files.size()), std::vector<Result<void>>(wish.named.size())};
     if (syncVolumes(wish))
         return answer;
-    for (std::size_t i = 0; i < wish.files.size(); ++i)
-        answer.files[i] = syncHandle(wish.files[i]->handle(), wish.files[i]->nativePath());
-    for (std::size_t i = 0; i < wish.named.size(); ++i) answer.named[i] = syncFolderOf(*wish.named[i]);
+    const auto folders = foldersOf(wish.named);
+    std::vector<Result<void>> synced = syncEach(wish.files, folders);
+    for (std::size_t i = 0; i < wish.named.size(); ++i) {
+        const auto folder = std::ranges::lower_bound(folders, folderOf(*wish.named[i])) - folders.begin();
+        answer.named[i] = synced[wish.files.size() + static_cast<std::size_t>(folder)];
+    }
+    std::move(synced.begin(), synced.begin() + static_cast<std::ptrdiff_t>(wish.files.size()), answer.files.begin());
     return answer;
 }
 

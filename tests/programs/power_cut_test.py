@@ -8,6 +8,7 @@ Needs a machine where loop devices and FUSE may be mounted; elsewhere it says so
 """
 import os
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -19,6 +20,22 @@ sys.dont_write_bytecode = True
 import write_log
 
 SKIPPED = 77
+MARK = b"a bit of this text flips on the disk"
+
+
+class FlippingDisk(write_log.LoggedFile):
+    """Flips a bit of MARK once it was told to keep it; what the system has in memory stays as it was."""
+
+    def _answer(self, code, body):
+        if code == write_log.OPEN:
+            return 0, struct.pack("<QII", 1, 1, 0)  # of a disk's own bytes nothing is kept in memory
+        answer = super()._answer(code, body)
+        if code == write_log.FSYNC:
+            place = self.bytes.find(MARK)
+            if place >= 0:
+                self.bytes[place] ^= 1
+                self.log.append((place, bytes(self.bytes[place:place + 1])))
+        return answer
 
 
 class PowerCut(unittest.TestCase):
@@ -147,6 +164,43 @@ class PowerCut(unittest.TestCase):
                                 lambda place: self.assertNotEqual(copies_of(place), wanted, "this proves nothing"))
 
         self.check_copies(check, "--no-sync")
+
+    # Copies that the disk does not keep as they were written.
+
+    def check_flipped(self, status, check, *options):
+        """`check(output, target)`: what the job said, and the files of the target as the disk has them."""
+        source = self.make_source("source", 100)
+        (source / "hurt.bin").write_bytes(b"x" * 40_000 + MARK + b"x" * 40_000)
+        said = []
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+
+        def work(place):
+            done = subprocess.run([JOB, "--app", place / "app", "--job", "J", "--source", source, "--target", place / "target",
+                                   "--yes", *options],
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+            said.append(done.stdout.decode(errors="replace"))
+            self.assertEqual(done.returncode, status, said[0])
+
+        base, log, length = write_log.record(self.folder, prepare, work, medium=FlippingDisk)
+        write_log.after_cut(self.folder, base, log, length,
+                            lambda place: check(said[0], {file.name: file.read_bytes() for file in (place / "target").rglob("*.*")
+                                                          if file.is_file()}, source))
+
+    def test_a_bit_that_flips_behind_a_copy_is_found(self):
+        def check(said, target, source):
+            self.assertRegex(said, r"hurt\.bin: what was read back is not what was written at byte 40,000")
+            self.assertNotIn("hurt.bin", target)
+            for file in source.glob("*.txt"):
+                self.assertEqual(target[file.name], file.read_bytes())
+
+        self.check_flipped(3, check, "--verify")
+
+    def test_without_a_look_at_the_disk_it_is_not(self):
+        self.check_flipped(0, lambda said, target, source: self.assertNotEqual(
+            target["hurt.bin"], (source / "hurt.bin").read_bytes(), "this proves nothing"))
 
     # Files that are saved as a whole.
 

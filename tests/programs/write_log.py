@@ -115,9 +115,10 @@ class Volume:
         run("losetup", "-d", self.device)
 
 
-def record(folder, prepare, work, kind="ext4", afterwards=lambda place: None):
-    """Runs `work(place)` over a new volume that `prepare(place)` has filled. Gives the volume as it was at first, the log of its
-    writes, and how long the log was when `work` had come back; it goes on with those of `afterwards(place)` and of the end."""
+def record(folder, prepare, work, kind="ext4", afterwards=lambda place: None, medium=LoggedFile):
+    """Runs `work(place)` over a new volume on a `medium` that `prepare(place)` has filled. Gives the volume as it was at first, the
+    log of its writes, and how long the log was when `work` had come back; it goes on with those of `afterwards(place)` and of the
+    end."""
     image = folder / "base"
     size, make = KINDS[kind]
     with open(image, "wb") as file:
@@ -127,7 +128,7 @@ def record(folder, prepare, work, kind="ext4", afterwards=lambda place: None):
     with Volume(image, place, kind):
         prepare(place)
     base = image.read_bytes()
-    logged = LoggedFile(base, folder / "disk")
+    logged = medium(base, folder / "disk")
     try:
         with Volume(folder / "disk", place, kind):
             work(place)
