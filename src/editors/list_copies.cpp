@@ -99,7 +99,7 @@ bool ListCopies::isBeingChanged(const NativePath& copy) const {
 void ListCopies::loaded(std::string shown, const std::vector<NativePath>& copies) {
     bases_.clear();
     toMoveAway_.clear();
-    left_ = false;
+    left_.reset();
     for (const auto& copy : copies) bases_[copy] = lookPatientlyAt(copy, {});
     for (auto& [copy, base] : bases_) {
         const auto common = isShared(copy) ? commonBase(shown, base) : std::nullopt;
@@ -297,13 +297,14 @@ private:
 
 // The share first, as all others do: nobody waits for it with another turn in hand.
 bool ListCopies::begin(std::optional<Round>& round, const std::vector<NativePath>& copies) {
-    left_ = false;
+    left_.reset();
     round.emplace(*this);
     for (const bool shared : {true, false}) {
         for (const auto& copy : copies) {
-            left_ = isShared(copy) == shared && !round->take(copy);
-            if (left_)
-                return false;
+            if (isShared(copy) != shared || round->take(copy))
+                continue;
+            left_ = round->refusal();
+            return false;
         }
     }
     return true;
@@ -367,10 +368,9 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
     for (int rounds = 0; rounds < kMostRounds; ++rounds) {
         std::optional<Round> round;
         if (!begin(round, copies)) {
-            const FileError why = *round->refusal();
             round.reset();  // nobody has to wait for a person
-            tellLeft(why);
-            return std::vector<Result<void>>(copies.size(), failure(why));
+            tellLeft(*left_);
+            return std::vector<Result<void>>(copies.size(), failure(*left_));
         }
         auto merged = merge(copies, bytes, choice);
         if (!merged.conflicts.empty() && choice == MergeChoice::Tell) {

@@ -68,7 +68,9 @@ public:
     [[nodiscard]] Result<void> change(const NativePath& copy, const std::function<Result<void>()>& apply);
     /// The last save did not get its turn, as the person did not wait for another computer, or others had theirs all
     /// the time: nothing was written, and a box has said so.
-    [[nodiscard]] bool isLeft() const { return left_; }
+    [[nodiscard]] bool isLeft() const { return left_.has_value(); }
+    /// Why, in the words of the box; none where the last save got its turn.
+    [[nodiscard]] const std::optional<FileError>& whyLeft() const { return left_; }
     /// Asks whether the screen closes all the same, though something is not saved.
     [[nodiscard]] bool askToCloseUnsaved();
 
@@ -132,7 +134,7 @@ private:
     std::string shown_;            // as it was loaded
     std::string job_;
     bool toldProblem_ = false;
-    bool left_ = false;
+    std::optional<FileError> left_;
 };
 
 }  // namespace quillon

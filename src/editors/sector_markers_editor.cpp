@@ -154,7 +154,7 @@ Result<SectorMarker> SectorMarkersEditor::typed() const {
 
 std::string SectorMarkersEditor::remark() const {
     if (fields.marker.empty() && fields.name.empty())
-        return copies_.isLeft() ? "Not saved yet : another computer was not waited for" : "";
+        return copies_.isLeft() ? "Not saved yet : " + copies_.whyLeft()->text : std::string();
     const auto marker = typed();
     return marker ? std::string() : marker.error().text;
 }
