@@ -98,7 +98,7 @@ class Bench:
                 "--json", *more]
 
     def run(self, command: list[str], wanted: int | None = None) -> tuple[int, dict | None, str]:
-        done = subprocess.run(command, capture_output=True, text=True, check=False, timeout=120)
+        done = subprocess.run(command, capture_output=True, text=True, check=False, timeout=600)
         assert wanted is None or done.returncode == wanted, (command, done.returncode, done.stdout, done.stderr)
         try:
             result = json.loads(done.stdout)

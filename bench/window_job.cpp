@@ -3,14 +3,16 @@
 // the processor time of the job and the longest gap between two beats, both in milliseconds, and the memory that the
 // program has and had at most, in KiB. Run by bench/window.sh.
 //
-//   quillon_bench_window APPLICATION_FOLDER SOURCE [TARGET]
+//   quillon_bench_window APPLICATION_FOLDER SOURCE [TARGET] [--stop-after MILLISECONDS]
 //
-// The application folder has to be set up. With a target the job also copies.
+// The application folder has to be set up. With a target the job also copies. A job that is stopped tells how long it
+// went on behind the button.
 
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
+#include <optional>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -76,7 +78,22 @@ void click(const frmMain& window, const char* button) {
     window.findChild<QPushButton*>(QLatin1String(button))->click();
 }
 
-void run(frmMain& window, const Job& job) {
+// Stops the job after some time.
+class Stopper {
+public:
+    explicit Stopper(frmMain& window, int milliseconds) {
+        QTimer::singleShot(milliseconds, &window, [this, &window] {
+            since_.start();
+            click(window, "CommandButton4");
+        });
+    }
+    [[nodiscard]] qint64 elapsed() const { return since_.isValid() ? since_.elapsed() : -1; }
+
+private:
+    QElapsedTimer since_;
+};
+
+void run(frmMain& window, const Job& job, int stopAfter) {
     const double shown = processorMilliseconds();
     window.findChild<QLineEdit*>(QStringLiteral("Textbox1"))->setText(QStringLiteral("bench-window"));
     window.findChild<QCheckBox*>(QStringLiteral("Check1"))->setChecked(true);
@@ -85,15 +102,30 @@ void run(frmMain& window, const Job& job) {
         window.findChild<QCheckBox*>(QStringLiteral("chkCopy"))->setChecked(true);
     const double before = processorMilliseconds();
     Heart heart;
+    std::optional<Stopper> stopper;
+    if (stopAfter > 0)
+        stopper.emplace(window, stopAfter);
     click(window, "CommandButton3");
     heart.beat();
+    if (stopper)
+        std::printf("stopped-ms %lld ", static_cast<long long>(stopper->elapsed()));
     std::printf("files %d start-cpu-ms %.0f job-cpu-ms %.0f gap-ms %lld gap-cpu-ms %.0f rss-kib %s peak-kib %s\n",
                 job.state.counters.files, shown, processorMilliseconds() - before,
                 static_cast<long long>(heart.longestWall()), heart.longestProcessor(), memory("VmRSS").c_str(),
                 memory("VmHWM").c_str());
 }
 
-int measure(QApplication& application, const QStringList& arguments) {
+// Takes the number behind an option out; 0 for none.
+int take(QStringList& arguments, const QString& option) {
+    const auto place = arguments.indexOf(option);
+    if (place < 0 || place + 1 >= arguments.size())
+        return 0;
+    arguments.removeAt(place);
+    return arguments.takeAt(place).toInt();
+}
+
+int measure(QApplication& application, QStringList arguments) {
+    const int stopAfter = take(arguments, QStringLiteral("--stop-after"));
     applyLook(application, lookOfDesktop());
     const SystemClock clock;
     const DateTexts dates;
@@ -111,7 +143,7 @@ int measure(QApplication& application, const QStringList& arguments) {
     window.reloadForm();
     if (arguments.size() > 3)
         job.state.options.target = fromQtPath(arguments[3]);
-    run(window, job);
+    run(window, job, stopAfter);
     return 0;
 }
 
@@ -121,7 +153,8 @@ int main(int argc, char* argv[]) {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 3) {
-        std::fputs("usage: quillon_bench_window APPLICATION_FOLDER SOURCE [TARGET]\n", stderr);
+        std::fputs("usage: quillon_bench_window APPLICATION_FOLDER SOURCE [TARGET] [--stop-after MILLISECONDS]\n",
+                   stderr);
         return 2;
     }
     return measure(application, arguments);
