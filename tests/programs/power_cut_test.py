@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Cuts the power at each barrier while lists, archives and files are saved, and looks at what the disk holds then.
 
-Usage: power_cut_test.py QUILLON-JOB FAULT_PROBE ZIP_FAULT_PROBE DB.ZIP
+Usage: power_cut_test.py QUILLON-JOB QUILLON-LIST FAULT_PROBE ZIP_FAULT_PROBE DB.ZIP
 
 Needs a machine where loop devices and FUSE may be mounted; elsewhere it says so and counts as skipped (exit status 77).
 """
@@ -55,10 +55,12 @@ class PowerCut(unittest.TestCase):
 
     # Lists of jobs.
 
-    def run_job(self, place, source, *options):
-        done = subprocess.run([JOB, "--app", place / "app", "--job", "J", "--source", source, "--yes", "--quiet", *options],
-                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+    def run_program(self, *words):
+        done = subprocess.run(words, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         self.assertEqual(done.returncode, 0, done.stdout.decode(errors="replace"))
+
+    def run_job(self, place, source, *options, name="J"):
+        self.run_program(JOB, "--app", place / "app", "--job", name, "--source", source, "--yes", "--quiet", *options)
 
     def make_source(self, name, count):
         source = self.folder / name
@@ -100,6 +102,78 @@ class PowerCut(unittest.TestCase):
 
     def test_a_copied_list_is_whole_or_marked(self):
         self.check_job("--no-test")
+
+    def test_a_merged_list_is_whole_or_marked(self):
+        sources = {name: self.make_source(name, 200) for name in "AB"}
+        lists = {}
+
+        def rows(place, name):
+            file = place / f"app/Data/{name}.csv"
+            return file.read_bytes() if file.exists() else None
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+            for name, source in sources.items():
+                self.run_job(place, source, name=name)
+                lists[name] = rows(place, name)
+
+        def work(place):
+            self.run_program(LIST, "merge", "M", "A", "B", "--app", place / "app")
+            lists["M"] = rows(place, "M")
+
+        def stands(place):
+            for name in sources:
+                self.assertEqual(rows(place, name), lists[name], f"the list of {name} is lost")
+            merged = rows(place, "M")
+            if merged is not None and not (place / "app/Data/M.csv.unfinished").exists():
+                self.assertEqual(merged, lists["M"], "a cut list looks whole")
+
+        def done(place):
+            self.assertEqual(rows(place, "M"), lists["M"])
+            self.assertFalse((place / "app/Data/M.csv.unfinished").exists())
+
+        self.check(prepare, work, stands, done)
+
+    def test_an_export_is_old_or_new(self):
+        source = self.make_source("source", 300)
+        bytes_of = {"old": b"an export of yesterday\r\n" * 1000}
+
+        def prepare(place):
+            (place / "app").mkdir()
+            shutil.copy(DATABASE, place / "app/db.zip")
+            self.run_job(place, source)
+            (place / "out.csv").write_bytes(bytes_of["old"])
+
+        def work(place):
+            self.run_program(LIST, "export", "J", "--app", place / "app", "--output", place / "out.csv")
+            bytes_of["new"] = (place / "out.csv").read_bytes()
+
+        self.check(prepare, work, lambda place: self.assertIn((place / "out.csv").read_bytes(), bytes_of.values()),
+                   lambda place: self.assertEqual((place / "out.csv").read_bytes(), bytes_of["new"]))
+
+    def test_a_list_that_is_tested_again_is_old_or_new(self):
+        lists = {}
+
+        def prepare(place):
+            for folder in ("app", "source", "local/Settings", "local/Database"):
+                (place / folder).mkdir(parents=True)
+            (place / "local/Database/qlx.dat").write_bytes(b"1,QLX!,T\r\n")
+            rows = []
+            for number in range(200):
+                file = place / f"source/{number:03}.qlx"
+                file.write_bytes(b"QLX!" + b"x" * 596)
+                rows.append(f"{file},15/11/2026, 600, 32;Ab9x,Header Corrupt\r\n")
+            lists["old"] = "".join(rows).encode("utf-16-le")
+            (place / "local/J1.csv").write_bytes(lists["old"])
+
+        def work(place):
+            subprocess.run([PROBE, "retest", place], check=True)
+            lists["new"] = (place / "local/J1.csv").read_bytes()
+            self.assertNotEqual(lists["new"], lists["old"])
+
+        self.check(prepare, work, lambda place: self.assertIn((place / "local/J1.csv").read_bytes(), lists.values()),
+                   lambda place: self.assertEqual((place / "local/J1.csv").read_bytes(), lists["new"]))
 
     # Copies.
 
@@ -228,6 +302,34 @@ class PowerCut(unittest.TestCase):
         old = b"0,a,T,x\r\n"
         self.check_probe("root/CommonHeaders.dat", old, old + b"5,NEW,T,y\r\n", "rule", "{}/root")
 
+    # A note that has no name in the history yet stands in the folder of the turn, whose next owner names or drops it.
+    def test_no_change_comes_without_its_note(self):
+        old, new = b"1,4A464946,H\r\n", b"1,FFD8FF,H\r\n"
+
+        def prepare(place):
+            for folder in ("root/Settings", "root/Database"):
+                (place / folder).mkdir(parents=True)
+            (place / "root/Database/jpg.dat").write_bytes(old)
+
+        def notes(place):
+            return [file.read_bytes() for file in (place / "root/Settings").rglob("*") if file.is_file()]
+
+        def of_the_change(note):
+            return b"file: Database/jpg.dat\nbefore: 14\n" + old + b"\nafter: 12\n" + new + b"\n" in note
+
+        def stands(place):
+            now = (place / "root/Database/jpg.dat").read_bytes()
+            self.assertIn(now, (old, new))
+            self.assertTrue(now == old or any(map(of_the_change, notes(place))), "a change without its note")
+            for file in (place / "root/Settings").rglob("*.txt"):
+                self.assertTrue(of_the_change(file.read_bytes()), f"{file.name} is cut")
+
+        def done(place):
+            self.assertEqual((place / "root/Database/jpg.dat").read_bytes(), new)
+            self.assertTrue(any(map(of_the_change, notes(place))))
+
+        self.check(prepare, lambda place: subprocess.run([PROBE, "note", place / "root"], check=True), stands, done)
+
     def test_unpacked_files_are_old_or_new(self):
         names = [f"{number}.dat" for number in range(20)]
         new = b"1,FFD8FF,H\r\n" * 200
@@ -314,11 +416,11 @@ def can_mount():
 
 
 if __name__ == "__main__":
-    if len(sys.argv) < 5:
+    if len(sys.argv) < 6:
         sys.exit(__doc__)
-    JOB, PROBE, ZIP_PROBE, DATABASE = sys.argv[1:5]
+    JOB, LIST, PROBE, ZIP_PROBE, DATABASE = sys.argv[1:6]
     reason = can_mount()
     if reason:
         print(f"Skipped: loop devices over FUSE cannot be mounted here: {reason}")
         sys.exit(SKIPPED)
-    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[6:]])
