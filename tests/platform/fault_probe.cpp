@@ -10,27 +10,21 @@
 //   quillon_fault_probe copy SOURCE TARGET        copies a file
 //   quillon_fault_probe keep LOCALROOT FILE       moves a file under Kept
 //   quillon_fault_probe note FOLDER               saves the term file Database/jpg.dat there and notes the change
-//   quillon_fault_probe retest FOLDER             tests the corrupt files of the list local/J1.csv there again
 //   quillon_fault_probe head FILE                 reads a head, which must be that of the file "head bytes"
 //
 // Exit status: 0 done, 3 a failure was reported, 2 wrong usage.
-#include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "app/database_history.h"
 #include "app/installation.h"
 #include "app/kept_files.h"
 #include "archive/zip_reader.h"
-#include "job/job.h"
 #include "platform/copy_file.h"
 #include "platform/source_files.h"
 #include "platform/whole_file.h"
 #include "testing/rule_line.h"
 #include "testing/term_file.h"
-#include "viewer/list_viewer.h"
 
 namespace {
 
@@ -62,58 +56,6 @@ bool saveNoted(const char* root) {
     DatabaseTurn turn(NativePath(root) / "Settings");
     return turn.make(std::move(change), [&] { return saveWholeFileThrough(turn.through(), file, bytes); }) &&
            !turn.problem();
-}
-
-class NoDialogs final : public Dialogs {
-public:
-    BoxAnswer show(const MessageBox& /*box*/) override { return BoxAnswer::Cancel; }
-    std::optional<std::string> input(const std::string& /*title*/, const std::string& /*text*/,
-                                     const std::string& /*proposal*/) override {
-        return std::nullopt;
-    }
-    std::optional<NativePath> pickFolder(const std::string& /*title*/, const NativePath& /*start*/) override {
-        return std::nullopt;
-    }
-    std::vector<NativePath> pickFiles(const FilePick& /*pick*/) override { return {}; }
-};
-
-class NoEventLoop final : public EventLoop {
-public:
-    void turn() override {}
-};
-
-class NoScreen final : public ScreenHost {
-public:
-    void showState() override {}
-    void beep() override {}
-    void focus(const char* /*control*/) override {}
-};
-
-bool retest(const NativePath& root) {
-    Installation installation(root / "app");
-    installation.settings.localPath.assign(pageFromPath(root / "local"));
-    installation.refreshPathVariables();
-    const SystemClock clock;
-    const DateTexts dates;
-    NoDialogs dialogs;
-    NoEventLoop loop;
-    Job job(installation, {clock, dates, dialogs, loop, "LAB7"});
-    job.messages = ReportMessages::fallback();
-    job.state.options.jobId = "J1";
-    NoScreen screen;
-    ListViewer viewer(viewedJob(job), screen);
-    viewer.load();
-    const auto& all = viewer.state.categories;
-    const auto corrupt = std::ranges::find(all, job.messages[Grade::Corrupt]);
-    if (corrupt == all.end())
-        return false;
-    viewer.chooseCategory(static_cast<int>(corrupt - all.begin()));
-    viewer.filter();
-    if (viewer.state.rows.count() == 0)
-        return false;
-    viewer.selectRow(0);
-    viewer.retest();
-    return viewer.state.rows.count() == 0;
 }
 
 bool copy(const char* source, const char* target) {
@@ -160,8 +102,6 @@ int main(int count, char* arguments[]) {
         done = keep(arguments[2], arguments[3]);
     else if (what == "note")
         done = saveNoted(arguments[2]);
-    else if (what == "retest")
-        done = retest(arguments[2]);
     else if (what == "head")
         done = readHead(arguments[2]);
     else

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Cuts the power at each barrier while lists, archives and files are saved, and looks at what the disk holds then.
 
-Usage: power_cut_test.py QUILLON-JOB QUILLON-LIST FAULT_PROBE ZIP_FAULT_PROBE DB.ZIP
+Usage: power_cut_test.py QUILLON-JOB QUILLON-LIST FAULT_PROBE ZIP_FAULT_PROBE TEACHING_FAULT_PROBE DB.ZIP
 
 Needs a machine where loop devices and FUSE may be mounted; elsewhere it says so and counts as skipped (exit status 77).
 """
@@ -156,9 +156,11 @@ class PowerCut(unittest.TestCase):
         lists = {}
 
         def prepare(place):
-            for folder in ("app", "source", "local/Settings", "local/Database"):
+            for folder in ("app", "source", "local/Settings", "local/Database", "share/Settings", "share/Database"):
                 (place / folder).mkdir(parents=True)
-            (place / "local/Database/qlx.dat").write_bytes(b"1,QLX!,T\r\n")
+            for root in ("local", "share"):
+                (place / root / "Database/qlx.dat").write_bytes(b"1,QLX!,T\r\n")
+            (place / "local/Settings/Errors.dat").write_bytes(b"Header OK\r\nHeader Corrupt\r\n" + b"Other\r\n" * 8)
             rows = []
             for number in range(200):
                 file = place / f"source/{number:03}.qlx"
@@ -168,7 +170,7 @@ class PowerCut(unittest.TestCase):
             (place / "local/J1.csv").write_bytes(lists["old"])
 
         def work(place):
-            subprocess.run([PROBE, "retest", place], check=True)
+            subprocess.run([TEACHING_PROBE, "retest", place], check=True)
             lists["new"] = (place / "local/J1.csv").read_bytes()
             self.assertNotEqual(lists["new"], lists["old"])
 
@@ -416,11 +418,11 @@ def can_mount():
 
 
 if __name__ == "__main__":
-    if len(sys.argv) < 6:
+    if len(sys.argv) < 7:
         sys.exit(__doc__)
-    JOB, LIST, PROBE, ZIP_PROBE, DATABASE = sys.argv[1:6]
+    JOB, LIST, PROBE, ZIP_PROBE, TEACHING_PROBE, DATABASE = sys.argv[1:7]
     reason = can_mount()
     if reason:
         print(f"Skipped: loop devices over FUSE cannot be mounted here: {reason}")
         sys.exit(SKIPPED)
-    unittest.main(argv=[sys.argv[0], *sys.argv[6:]])
+    unittest.main(argv=[sys.argv[0], *sys.argv[7:]])
