@@ -9,10 +9,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "answers/job_answers.h"
+#include "text/text_map.h"
 
 namespace quillon {
 
@@ -28,11 +28,7 @@ public:
     [[nodiscard]] const std::string& text(std::uint32_t number) const { return *texts_[number]; }
 
 private:
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-    };
-    std::unordered_map<std::string, std::uint32_t, Hash, std::equal_to<>> numbers_;
+    TextMap<char, std::uint32_t> numbers_;
     std::vector<const std::string*> texts_;  // the keys
     mutable std::uint32_t last_ = 0;
 };

@@ -25,8 +25,8 @@ namespace {
 std::vector<GridColumn> columnsOf(const FoundRows& rows) {
     const auto titles = rows.titles();
     if (rows.areChanges())
-        return {{titles[0], 300, false}, {titles[1], 70, false}, {titles[2], 90, false}, {titles[3], 90, false}};
-    return {{titles[0], 250, false}, {titles[1], 70, false}, {titles[2], 110, false}, {titles[3], 120, false}};
+        return {{titles[0], 300}, {titles[1], 70}, {titles[2], 90}, {titles[3], 90}};
+    return {{titles[0], 250}, {titles[1], 70, false, true}, {titles[2], 110}, {titles[3], 120}};
 }
 
 struct ShownScopes {
@@ -205,7 +205,6 @@ void frmOverview::showFiles() {
     if (shownRows_ != overview_.rows.contents()) {
         shownRows_ = overview_.rows.contents();
         files->setColumns(columnsOf(overview_.rows));
-        files->setItemDelegateForColumn(1, overview_.rows.areChanges() ? nullptr : sizes_);
         files->showOtherRows(0, -1);
     }
     files->rows().sourceGrew();

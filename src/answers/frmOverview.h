@@ -114,7 +114,6 @@ private:
     int shownRows_ = -1;
 
     QTimer* searchTimer_;
-    NumberDelegate* sizes_;  // of the column "Size", which changes have not
     QGroupBox *jobFrame, *foldersFrame, *mapFrame, *figuresFrame, *filesFrame;
     QLabel *jobName, *jobSource, *quality, *qualityBase;
     QComboBox* jobOrCase;

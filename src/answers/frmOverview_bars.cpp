@@ -109,13 +109,6 @@ QSize BarDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelInde
     return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 2 * kBarSpace);
 }
 
-// No single cell gets a focus frame, as in the other columns of a grid.
-void NumberDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
-    QStyledItemDelegate::initStyleOption(option, index);
-    option->state &= ~QStyle::State_HasFocus;
-    option->displayAlignment = Qt::AlignRight | Qt::AlignVCenter;
-}
-
 std::string gradesInWords(const Figures& figures) {
     std::string text;
     for (const Grade grade : kBoardOrder)

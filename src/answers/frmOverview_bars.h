@@ -39,15 +39,6 @@ private:
     PictureOf pictureOf_;
 };
 
-/// A column of numbers in a grid: they end below each other.
-class NumberDelegate final : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
-};
-
 /// "Good 12, Corrupt 3"
 [[nodiscard]] std::string gradesInWords(const Figures& figures);
 

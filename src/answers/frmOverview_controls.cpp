@@ -50,11 +50,10 @@ QSplitter* makeSplitter(Qt::Orientation orientation, QWidget* first, QWidget* se
 }
 
 void setFigureColumns(Grid& grid, const FigureSource& rows, const char* what, const char* bar, bool quality) {
-    grid.setColumns({{what, 96, false}, {"Files", 56, false}, {"Quality", 66, !quality}, {bar, 60, false}});
+    grid.setColumns({{what, 96}, {"Files", 56, false, true}, {"Quality", 66, !quality, true}, {bar, 60}});
     grid.setItemDelegateForColumn(FigureSource::kBarColumn, new BarDelegate(&grid, [&rows](const QModelIndex& index) {
                                       return rows.picture(index.row());
                                   }));
-    for (const int column : {1, 2}) grid.setItemDelegateForColumn(column, new NumberDelegate(&grid));
     grid.rows().setSource(&rows);
 }
 
@@ -171,7 +170,6 @@ void frmOverview::createFiles() {
     files->setAccessibleName(QStringLiteral("Files"));
     files->setTextElideMode(Qt::ElideMiddle);
     files->rows().setSource(&rows_);
-    sizes_ = new NumberDelegate(files);
     auto* bytes = new QWidget;
     auto* column = new QVBoxLayout(bytes);
     column->setContentsMargins({});

@@ -61,7 +61,7 @@ struct RightNames::Rules {
                 continue;
             std::set<std::string> proven;
             for (const auto& word : wordsOf(*record.description)) {
-                const auto* own = terms.find(word);
+                const SharedTerms own = terms.find(word);
                 if (own != nullptr && std::ranges::any_of(*own, fits))
                     proven.insert(utf16ToUtf8(word));
             }

@@ -16,6 +16,8 @@ namespace {
 
 constexpr const char* kTitle = "Database History";
 constexpr std::chrono::milliseconds kLook{200};
+// A disk that is busy takes some tenths of a second for a save, and that is nothing to tell.
+constexpr std::chrono::milliseconds kUntoldWrite{2000};
 
 // Until an owner was seen, it may as well be the share that does not answer.
 std::string waitText(const LeaseWatch& watch, const NativePath& root) {
@@ -40,6 +42,12 @@ bool waitedFor(Dialogs& dialogs, const PatientWait& wait) {
     return true;
 }
 
+std::string writeText(const NativePath& folder) {
+    return "Waiting for " + readable(folder.native()) +
+           ", which has not answered for some seconds.\r\n\r\nWhat is being saved there has begun, so it has to come "
+           "to an end.";
+}
+
 }  // namespace
 
 void warnOfLostNote(Dialogs& dialogs, const LostNote& lost) {
@@ -61,13 +69,26 @@ std::optional<DatabaseTurn> waitForTurn(Dialogs& dialogs, const NativePath& sett
         return DatabaseTurn(settings, times);
     const auto isOver = [&turn](std::chrono::milliseconds pause) { return hasCome(*turn, pause); };
     const auto text = [&] { return waitText(*watch, settings.parent_path()); };
-    if (waitedFor(dialogs, {kTitle, text, "Do not wait", isOver})) {
+    if (waitedFor(dialogs, {kTitle, text, "Do not wait", isOver, {}})) {
         DatabaseTurn come = turn->get();
         come.endBeside();
         return come;
     }
     watch->leave();
     return std::nullopt;
+}
+
+void writePatiently(Dialogs& dialogs, const NativePath& folder, const std::function<void()>& work) {
+    if (dynamic_cast<PatientDialogs*>(&dialogs) == nullptr)
+        return work();
+    auto written = startBeside(work);
+    if (!written)
+        return work();
+    const auto isOver = [&written](std::chrono::milliseconds pause) { return hasCome(*written, pause); };
+    const auto text = [&folder] { return writeText(folder); };
+    while (!waitedFor(dialogs, {kTitle, text, "", isOver, kUntoldWrite})) {
+    }
+    written->get();
 }
 
 Result<DatabaseTurn> waitToWrite(Dialogs& dialogs, const NativePath& settings) {

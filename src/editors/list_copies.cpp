@@ -189,7 +189,9 @@ Result<void> ListCopies::changeInTurn(DatabaseTurn& turn, const NativePath& copy
     DatabaseChange noted;
     noted.screen = form_.screen;
     noted.job = job_;
-    return changeNoted(turn, copy, std::move(noted), apply).map([this](const LostNote& lost) { tellProblem(lost); });
+    Result<LostNote> changed;
+    writePatiently(dialogs_, copy.parent_path(), [&] { changed = changeNoted(turn, copy, std::move(noted), apply); });
+    return changed.map([this](const LostNote& lost) { tellProblem(lost); });
 }
 
 // Whether somebody else has changed the copy, so that there is something to be put together.
@@ -372,7 +374,9 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
             tellLeft(*left_);
             return std::vector<Result<void>>(copies.size(), failure(*left_));
         }
-        auto merged = merge(copies, bytes, choice);
+        const NativePath folder = copies.empty() ? NativePath() : copies.back().parent_path();
+        Merged merged;
+        writePatiently(dialogs_, folder, [&] { merged = merge(copies, bytes, choice); });
         if (!merged.conflicts.empty() && choice == MergeChoice::Tell) {
             round.reset();
             choice = ask(copies.back(), merged.conflicts);
@@ -382,7 +386,9 @@ std::vector<Result<void>> ListCopies::save(const std::vector<NativePath>& copies
         for (auto& seen : merged.takenIn) saver_.takenIn(std::move(seen));
         if (!form_.writesEmpty && form_.records(bytes).empty())
             return {};
-        if (write(copies, bytes, onFailure, *round, results)) {
+        bool written = false;
+        writePatiently(dialogs_, folder, [&] { written = write(copies, bytes, onFailure, *round, results); });
+        if (written) {
             tellProblem(round->problem());
             toMoveAway_.clear();  // the list is there again
             break;

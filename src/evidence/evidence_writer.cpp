@@ -17,8 +17,10 @@ constexpr std::size_t kMostBatches = 40;
 
 }  // namespace
 
-EvidenceWriter::EvidenceWriter(Open open)
-    : open_(std::move(open)), batches_(kMostBatches, kPause, [this](Batch& batch) { work(batch); }) {
+EvidenceWriter::EvidenceWriter(Open open, TakeFindings takeFindings)
+    : open_(std::move(open)),
+      takeFindings_(takeFindings),
+      batches_(kMostBatches, kPause, [this](Batch& batch) { work(batch); }) {
 }
 
 EvidenceWriter::~EvidenceWriter() {
@@ -68,8 +70,11 @@ Result<void> EvidenceWriter::write(Batch& batch) {
         begun_ = momentNow();
     pending_ = pending_ || !batch.empty();
     together_.clear();
-    for (File& file : std::span(batch.files).first(batch.count))
+    for (File& file : std::span(batch.files).first(batch.count)) {
+        if (file.findings)
+            takeFindings_(std::exchange(file.findings, {}).find(file.head), file.row);
         together_.push_back({&file.row, file.opened ? &file.head : nullptr});
+    }
     if (auto added = store_->add(together_); !added)
         return added;
     for (const auto& change : batch.changes) {

@@ -13,6 +13,7 @@
 #include "ahead/batches_beside.h"
 #include "evidence/evidence_store.h"
 #include "platform/moment.h"
+#include "testing/finding_rules.h"
 
 namespace quillon {
 
@@ -22,8 +23,10 @@ public:
     using Change = std::function<Result<void>(EvidenceStore&)>;
     /// Makes or opens the file, on the thread.
     using Open = std::function<Result<EvidenceStore>()>;
+    /// Puts what was found in a head into its row, on the thread.
+    using TakeFindings = void (*)(FileFindings findings, EvidenceRow& row);
 
-    explicit EvidenceWriter(Open open);
+    EvidenceWriter(Open open, TakeFindings takeFindings);
     /// Waits until all that was handed over is in the file.
     ~EvidenceWriter();
     EvidenceWriter(const EvidenceWriter&) = delete;
@@ -33,16 +36,18 @@ public:
     [[nodiscard]] Result<void> start() { return batches_.start(); }
 
     /// Hands a file over, which is added behind the others: `describe(row)` fills in a row that says nothing yet, but
-    /// has the room of an earlier one's texts. `head` null: it was not opened. False: the queue is full, and nothing
-    /// was taken.
+    /// has the room of an earlier one's texts. `head` null: it was not opened. `findings`: what is still to be found
+    /// in the head, which takes the thread longer than all else of a bad file takes the job. False: the queue is full,
+    /// and nothing was taken.
     template <typename Describe>
-    [[nodiscard]] bool add(const FileHead* head, const Describe& describe) {
+    [[nodiscard]] bool add(const FileHead* head, const OpenFindings& findings, const Describe& describe) {
         return batches_.add([&](Batch& batch) {
             File& file = batch.next();
             describe(file.row);
             file.opened = head != nullptr;
             if (file.opened)
                 file.head = *head;
+            file.findings = findings;
             return batch.count == kFilesInBatch;
         });
     }
@@ -67,6 +72,7 @@ private:
         EvidenceRow row;
         FileHead head;
         bool opened = false;
+        OpenFindings findings;
     };
     // Files keep their room when the batch is used again.
     struct Batch {
@@ -92,6 +98,7 @@ private:
     [[nodiscard]] Result<void> write(Batch& batch);
 
     const Open open_;
+    const TakeFindings takeFindings_;
     // The thread's alone.
     std::optional<EvidenceStore> store_;
     std::vector<EvidenceStore::NewFile> together_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "evidence/totals.h"
 
+#include <algorithm>
+
 #include <fmt/format.h>
 
 #include "evidence/job_keys.h"
@@ -26,6 +28,11 @@ Result<Totals> Totals::prepare(Database& database) {
     if (!reasons)
         return failure(reasons.error());
     return Totals(std::move(*extensions), std::move(*reasons));
+}
+
+Totals::Sum& Totals::Sums::operator[](std::int64_t number) {
+    const auto known = std::ranges::find(all_, number, &std::pair<std::int64_t, Sum>::first);
+    return known != all_.end() ? known->second : all_.emplace_back(number, Sum()).second;
 }
 
 Totals::OfExtension& Totals::of(std::string_view extension) {

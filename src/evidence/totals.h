@@ -3,10 +3,12 @@
 
 // Files and bytes for each extension and reason, kept with the rows. For the sources of this folder only.
 
-#include <map>
+#include <utility>
+#include <vector>
 
 #include "evidence/database.h"
 #include "evidence/evidence_row.h"
+#include "text/text_map.h"
 
 namespace quillon {
 
@@ -30,8 +32,17 @@ private:
         std::int64_t files = 0;
         std::int64_t bytes = 0;
     };
-    // By number of the grade or reason; a row without a grade counts as not tested.
-    using Sums = std::map<std::int64_t, Sum>;
+    // Of the numbers that came, as there are few of them.
+    class Sums {
+    public:
+        /// By number of the grade or reason; a row without a grade counts as not tested.
+        [[nodiscard]] Sum& operator[](std::int64_t number);
+        [[nodiscard]] auto begin() const { return all_.begin(); }
+        [[nodiscard]] auto end() const { return all_.end(); }
+
+    private:
+        std::vector<std::pair<std::int64_t, Sum>> all_;
+    };
     struct OfExtension {
         Sums grades;
         Sums reasons;
@@ -46,7 +57,7 @@ private:
 
     Statement extensions_;
     Statement reasons_;
-    std::map<std::string, OfExtension, std::less<>> changes_;
+    TextMap<char, OfExtension> changes_;
 };
 
 /// Counts anew what is known of the sectors of all files, and says that it is counted.

@@ -174,10 +174,15 @@ void RowDescriber::judge(const FileVerdict& verdict, const ReportMessages& messa
     const bool plain = verdict.grade ? verdict.text == messages[*verdict.grade] : verdict.text.empty();
     out.result = plain ? std::nullopt : std::optional(utf16ToUtf8(verdict.text));
     out.unread = verdict.head != nullptr ? static_cast<std::int64_t>(kHeaderBytes) - verdict.head->length : 0;
-    out.reason = verdict.findings.reason;
-    out.detail = verdict.findings.detail;
-    out.doubt = verdict.findings.doubt;
-    out.doubtDetail = verdict.findings.doubtDetail;
+    if (!verdict.open)
+        takeFindings(verdict.findings, out);
+}
+
+void RowDescriber::takeFindings(FileFindings findings, EvidenceRow& out) {
+    out.reason = findings.reason;
+    out.detail = std::move(findings.detail);
+    out.doubt = std::move(findings.doubt);
+    out.doubtDetail = std::move(findings.doubtDetail);
     judgeTail(out);
 }
 

@@ -54,8 +54,9 @@ public:
     [[nodiscard]] static std::int64_t sizeOf(const ListRow& row);
 
     /// What the test found: grade, result where it is not the message, findings and unread bytes. A tail that the row
-    /// has stays, and is judged by the new grade.
+    /// has stays, and is judged by the new grade. Findings that are still open come by `takeFindings` behind it.
     static void judge(const FileVerdict& verdict, const ReportMessages& messages, EvidenceRow& out);
+    static void takeFindings(FileFindings findings, EvidenceRow& out);
 
     /// True when `judge` would change nothing but perhaps the unread bytes; cheap, and false in doubt.
     [[nodiscard]] static bool isJudgedSo(const EvidenceRow& row, const FileVerdict& verdict,

@@ -5,7 +5,6 @@
 
 #include "platform/folders.h"
 #include "testing/messages_for.h"
-#include "testing/second_opinion/second_opinion.h"
 
 namespace quillon {
 
@@ -57,22 +56,27 @@ HeaderCheck& FileGrader::headerTest() {
 }
 
 Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads) {
+    auto verdict = gradeFile(row, extension, heads);
+    if (verdict && verdict->open) {
+        verdict->findings = verdict->open.find(*verdict->head);
+        verdict->open = {};
+    }
+    return verdict;
+}
+
+Result<FileVerdict> FileGrader::gradeFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                          const KnownVerdict* known) {
+    static const FileHead leftOut{kHeaderBytes, {}};
+    if (known != nullptr && mayOpen(row))
+        return counted({known->grade, known->text, &leftOut, nullptr, known->findings, {}});
     inWork_ = row.nativePath();
     auto verdict = headerTest().checkFile(row, extension, heads);
     if (!verdict)
         return verdict;
     *verdict = counted(std::move(*verdict));
     if (verdict->head != nullptr && context_.state.options.keepEvidence)
-        addFindings(row, *verdict);
+        verdict->open = openFindings(row, *verdict);
     return verdict;
-}
-
-Result<FileVerdict> FileGrader::checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
-                                          const KnownVerdict* known) {
-    static const FileHead leftOut{kHeaderBytes, {}};
-    if (known == nullptr || !mayOpen(row))
-        return checkFile(row, extension, heads);
-    return counted({known->grade, known->text, &leftOut, nullptr, known->findings});
 }
 
 FileVerdict FileGrader::counted(FileVerdict verdict) {
@@ -86,41 +90,20 @@ FileVerdict FileGrader::counted(FileVerdict verdict) {
     return verdict;
 }
 
-// What the same bytes tell beside the grade: why a file is not good, and what speaks against one that looks good.
-void FileGrader::addFindings(const ListRow& row, FileVerdict& verdict) {
-    const FileHead& head = *verdict.head;
-    if (verdict.grade != Grade::Good) {
-        const TermIndex& index = terms();
-        FoundReason found = findReason(head.given(), markers_, verdict.terms, commonList_, index);
-        verdict.findings.reason = found.reason;
-        verdict.findings.detail = std::move(found.detail);
-    }
-    if (verdict.grade && kGrades[*verdict.grade].quality.value == Quality::Recovered) {
-        constexpr double kMostBytes = 9e18;  // a list may hold any number, an integer of 64 bits not
-        const double size = std::clamp(row.size().value_or(0), 0.0, kMostBytes);
-        const auto doubt = secondOpinion(head.given(), static_cast<std::uint64_t>(size));
-        if (doubt) {
-            verdict.findings.doubt = doubtKindName(doubt->kind);
-            verdict.findings.doubtDetail = doubt->sentence;
-        }
-    }
+OpenFindings FileGrader::openFindings(const ListRow& row, const FileVerdict& verdict) {
+    if (!rules_)
+        rules_ = std::make_shared<const FindingRules>(markers(), commonList_,
+                                                      TermIndex::ofFolder(NativePath(databaseFolder_)));
+    constexpr double kMostBytes = 9e18;  // a list may hold any number, an integer of 64 bits not
+    const double size = std::clamp(row.size().value_or(0), 0.0, kMostBytes);
+    return {rules_, verdict.terms, verdict.grade, static_cast<std::uint64_t>(size)};
 }
 
-void FileGrader::readMarkers() {
+SectorMarkers FileGrader::markers() {
     auto markers = loadSectorMarkers(installation_.paths());
-    if (markers)
-        markers_ = std::move(*markers);
-    else
+    if (!markers)
         context_.rulesNotRead("Bad sector markers", markers.error());
-}
-
-// What reasons are found by is read when the first one is asked for.
-const TermIndex& FileGrader::terms() {
-    if (!terms_) {
-        terms_ = TermIndex::ofFolder(NativePath(databaseFolder_));
-        readMarkers();
-    }
-    return *terms_;
+    return markers.value_or(SectorMarkers());
 }
 
 bool FileGrader::mayOpen(const ListRow& row) {

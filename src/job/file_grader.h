@@ -12,7 +12,7 @@
 #include "app/installation.h"
 #include "job/known_file.h"
 #include "job/pass_context.h"
-#include "testing/find_reason.h"
+#include "testing/finding_rules.h"
 #include "testing/header_check.h"
 
 namespace quillon {
@@ -33,15 +33,16 @@ public:
     FileGrader(const FileGrader&) = delete;
     FileGrader& operator=(const FileGrader&) = delete;
 
-    /// A row and its extension give the verdict, which counts. The head comes from `heads`, or is read in line. See
-    /// HeaderCheck::checkFile.
+    /// A row and its extension give the verdict, which counts; its findings are there. The head comes from `heads`, or
+    /// is read in line. See HeaderCheck::checkFile.
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads);
-    /// The same; where the test would open the file, `known` stands for what it would find, unless it is null.
-    [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
-                                                const KnownVerdict* known);
     [[nodiscard]] Result<FileVerdict> checkFile(const ListRow& row, std::u16string_view extension) {
         return checkFile(row, extension, heads());
     }
+    /// The same, but the findings are still to be looked for. Where the test would open the file, `known` stands for
+    /// what it would find, unless it is null.
+    [[nodiscard]] Result<FileVerdict> gradeFile(const ListRow& row, std::u16string_view extension, HeadReader& heads,
+                                                const KnownVerdict* known = nullptr);
 
     /// Whether checkFile would open the file now. See HeaderCheck::mayOpen.
     [[nodiscard]] bool mayOpen(const ListRow& row);
@@ -55,7 +56,7 @@ public:
     /// Lets go of the last source folder, so that nothing of a source stays open when no job runs.
     void releaseSource() {
         heads_.reset();
-        terms_.reset();
+        rules_.reset();
     }
 
 private:
@@ -63,9 +64,8 @@ private:
     void logAccessError(const std::string& text) override { context_.logAbout(inWork_, text, kLightRed); }
     [[nodiscard]] HeaderCheck& headerTest();
     [[nodiscard]] FileVerdict counted(FileVerdict verdict);
-    void addFindings(const ListRow& row, FileVerdict& verdict);
-    void readMarkers();
-    [[nodiscard]] const TermIndex& terms();
+    [[nodiscard]] OpenFindings openFindings(const ListRow& row, const FileVerdict& verdict);
+    [[nodiscard]] SectorMarkers markers();
 
     const Installation& installation_;
     const ReportMessages& messages_;
@@ -77,8 +77,7 @@ private:
     std::string databaseFolder_;
     std::optional<TermFiles> termFiles_;
     std::optional<HeaderCheck> test_;
-    std::optional<TermIndex> terms_;  // of all extensions, made when the first reason is asked for
-    SectorMarkers markers_;           // read with them
+    std::shared_ptr<const FindingRules> rules_;  // made when the first finding is asked for
 };
 
 }  // namespace quillon

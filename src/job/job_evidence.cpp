@@ -84,11 +84,12 @@ void JobEvidence::listCreated(const NativePath& list) {
     keepsHeads_ = state_.options.keepHeads && !goingOn_.leavesHeadsOut();
     const auto heads = keepsHeads_ ? EvidenceStore::Heads::Kept : EvidenceStore::Heads::LeftOut;
     const auto path = evidenceBeside(list);
-    writer_ = std::make_unique<EvidenceWriter>([path, heads]() -> Result<EvidenceStore> {
+    const auto open = [path, heads]() -> Result<EvidenceStore> {
         if (pathExists(path))
             return failure(ErrorKind::PathAccess, readable(path.native()) + ": the old one could not be kept");
         return EvidenceStore::create(path).and_then([&] { return EvidenceStore::open(path, heads); });
-    });
+    };
+    writer_ = std::make_unique<EvidenceWriter>(open, RowDescriber::takeFindings);
     if (auto started = writer_->start(); !started)
         return lose(started.error());
     beginWriter();
@@ -172,7 +173,7 @@ void JobEvidence::graded(const ListRow& row, std::optional<std::int64_t> line, c
         RowDescriber::judge(verdict, messages_, out);
         out.modified = times_ ? times_->of(row.nativePath()) : std::nullopt;
     };
-    if (hand([&] { return writer_->add(verdict.head, describe); })) {
+    if (hand([&] { return writer_->add(verdict.head, verdict.open, describe); })) {
         ++lastId_;
         if (line)
             noteLine(*line);

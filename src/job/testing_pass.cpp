@@ -108,7 +108,7 @@ Result<void> TestingPass::grade(const ListRow& row, RowsAhead& rows) {
         return {};
     }
     auto result =
-        checker_ != nullptr ? checker_->check(row) : grader_.checkFile(row, row.extension(), rows, rows.knownVerdict());
+        checker_ != nullptr ? checker_->check(row) : grader_.gradeFile(row, row.extension(), rows, rows.knownVerdict());
     if (!result)
         return failure(result.error());
     result_ = result->text;

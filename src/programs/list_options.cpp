@@ -302,11 +302,14 @@ ParsedListCommand parseListCommand(const std::vector<std::string>& arguments, st
     const Version version = programVersion();
     command.set_version_flag("--version",
                              fmt::format("quillon-list {}.{}.{}", version.major, version.minor, version.revision));
+    const auto takeFolder = [&given](CLI::App& of) {
+        of.add_option("--app", given.app, "Application folder (default: the folder of this program)")->type_name("DIR");
+    };
+    takeFolder(command);
     for (const QuestionRow& row : kQuestions) {
         CLI::App* question = command.add_subcommand(row.name, row.meaning);
         row.declare(*question, given);
-        question->add_option("--app", given.app, "Application folder (default: the folder of this program)")
-            ->type_name("DIR");
+        takeFolder(*question);
         question->callback([&row, &given] { given.options.question = row.question; });
     }
     try {

@@ -56,7 +56,7 @@ Result<FileVerdict> HeaderCheck::checkFile(const ListRow& row, std::u16string_vi
     if (*judged)
         return verdict(**judged);
 
-    const std::vector<CompiledTerm>* terms = termFiles_.find(extension);
+    SharedTerms terms = termFiles_.find(extension);
     if (terms == nullptr && !host_.useCommonHeaders())
         return verdict(Grade::Unknown);
 
@@ -68,9 +68,9 @@ Result<FileVerdict> HeaderCheck::checkFile(const ListRow& row, std::u16string_vi
     head_.length = static_cast<std::uint16_t>(*length);
     folded_ = head_.bytes;
     foldHeader(folded_);
-    FileVerdict judgement = judgeContent(terms);
+    FileVerdict judgement = judgeContent(terms.get());
     judgement.head = &head_;
-    judgement.terms = terms;
+    judgement.terms = std::move(terms);
     return judgement;
 }
 

@@ -9,32 +9,23 @@
 
 #include "platform/source_files.h"
 #include "testing/common_list.h"
-#include "testing/reason.h"
+#include "testing/finding_rules.h"
 #include "testing/report_messages.h"
 #include "testing/term_file.h"
 #include "text/list_row.h"
 
 namespace quillon {
 
-/// What stands beside a verdict and never changes it. Texts are UTF-8, empty for none.
-struct FileFindings {
-    std::optional<Reason> reason;  ///< why the file is not good
-    std::string detail;            ///< what the reason tells further
-    std::string doubt;             ///< the name of what speaks against a good file
-    std::string doubtDetail;       ///< what the doubt tells further
-
-    friend bool operator==(const FileFindings&, const FileFindings&) = default;
-};
-
-/// All that the test of one file gives. Text, head and terms are good until the next test.
+/// All that the test of one file gives. Text and head are good until the next test.
 struct FileVerdict {
     std::optional<Grade> grade;      ///< none for a row that no test has judged
     std::u16string_view text;        ///< for the list: the message of the grade, or the composite one
     const FileHead* head = nullptr;  ///< of a file that was opened and compared, as it came; null for any other
     /// That it was compared with: its extension's; null for one without a term file, and for a file that was not
     /// opened.
-    const std::vector<CompiledTerm>* terms = nullptr;
+    SharedTerms terms;
     FileFindings findings;
+    OpenFindings open;  ///< what takes the place of the findings when they are still to be looked for
 };
 
 /// What the header test asks of its front end.

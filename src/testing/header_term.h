@@ -4,6 +4,7 @@
 // One term of the header database, compiled for matching: docs/formats/term-file.md and rule-lists.md tell the records.
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -62,5 +63,8 @@ private:
     std::uint32_t offset_ = 0;  // counted from 0, for Place::Fixed
     std::string folded_;
 };
+
+/// The terms of one extension as they were at one moment: whoever holds them keeps them.
+using SharedTerms = std::shared_ptr<const std::vector<CompiledTerm>>;
 
 }  // namespace quillon

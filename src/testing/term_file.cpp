@@ -75,10 +75,10 @@ Result<void> saveTermFile(const NativePath& path, const std::vector<HeaderTerm>&
     return saveWholeFile(path, termFileBytes(rows), TemporaryPlace::AboveFolder);
 }
 
-const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) {
+SharedTerms TermFiles::find(std::u16string_view extension) {
     auto found = entries_.find(extension);
     if (looks_ == Looks::Once && found != entries_.end())
-        return found->second.exists ? &found->second.terms : nullptr;
+        return found->second.exists ? found->second.terms : nullptr;
     if (lookUps_++ % kLookUpsPerFolderCheck == 0 || !handle_.isOpen()) {
         checkFolder();
         found = entries_.find(extension);
@@ -92,7 +92,7 @@ const std::vector<CompiledTerm>* TermFiles::find(std::u16string_view extension) 
     Entry& entry = found->second;
     if (!entry.exists || !refresh(entry))
         locate(entry);
-    return entry.exists ? &entry.terms : nullptr;
+    return entry.exists ? entry.terms : nullptr;
 }
 
 bool TermFiles::mayHave(std::u16string_view extension) {
@@ -140,14 +140,16 @@ bool TermFiles::refresh(Entry& entry) {
     entry.exists = true;
     entry.stamp = *stamp;
     entry.mayBeStale = changedJustNow(stamp->changed);
-    entry.terms.clear();
+    entry.terms = std::make_shared<const std::vector<CompiledTerm>>();
     // A file that vanished or cannot be opened by now has no terms, and so none that match.
     const auto bytes = readRuleFile(folder_ / entry.name);
     if (!bytes) {
         tellUnreadable(entry, bytes.error());
         return true;
     }
-    for (const auto line : splitLines(*bytes)) entry.terms.push_back(CompiledTerm::fromTermFileLine(line));
+    std::vector<CompiledTerm> terms;
+    for (const auto line : splitLines(*bytes)) terms.push_back(CompiledTerm::fromTermFileLine(line));
+    entry.terms = std::make_shared<const std::vector<CompiledTerm>>(std::move(terms));
     return true;
 }
 

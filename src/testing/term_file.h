@@ -16,6 +16,7 @@
 #include "platform/folders.h"
 #include "testing/header_term.h"
 #include "text/page_text.h"
+#include "text/text_map.h"
 
 namespace quillon {
 
@@ -59,8 +60,8 @@ public:
         : folder_(std::move(databaseFolder)), onProblem_(std::move(onProblem)), looks_(looks) {}
 
     /// The terms of an extension, in any case; null when there is no term file for it. A term file that exists and
-    /// cannot be read has no terms. The result is good until the next call.
-    [[nodiscard]] const std::vector<CompiledTerm>* find(std::u16string_view extension);
+    /// cannot be read has no terms.
+    [[nodiscard]] SharedTerms find(std::u16string_view extension);
 
     /// Whether there was a term file when the extension was last looked up; an extension that never was is looked up.
     [[nodiscard]] bool mayHave(std::u16string_view extension);
@@ -73,7 +74,7 @@ private:
         bool mayBeStale = true;  // it changed so shortly before it was read that it may have changed again unseen
         FileStamp stamp;
         std::optional<FileStamp> toldAt;
-        std::vector<CompiledTerm> terms;
+        SharedTerms terms;
     };
 
     void checkFolder();
@@ -84,17 +85,12 @@ private:
     void listFolder();
     void tellOnce(const std::string& name, const FileError& why);
 
-    struct Hash {
-        using is_transparent = void;
-        std::size_t operator()(std::u16string_view text) const { return std::hash<std::u16string_view>()(text); }
-    };
-
     NativePath folder_;
     std::function<void(const FileError&)> onProblem_;
     Looks looks_;
     Directory handle_;  // looking up in a handle is quicker than along a path
     unsigned lookUps_ = 0;
-    std::unordered_map<std::u16string, Entry, Hash, std::equal_to<>> entries_;
+    TextMap<char16_t, Entry> entries_;
     // What the folder held when its time was last seen to change: names by their lower-case form.
     std::unordered_map<std::string, std::string> names_;
     std::optional<FileStamp> listedAt_;

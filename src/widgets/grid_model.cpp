@@ -18,6 +18,10 @@ QColor fromHighBlue(std::uint32_t colour) {
             static_cast<int>((colour >> 16) & 0xFF)};
 }
 
+int alignmentOf(const GridColumn& column) {
+    return static_cast<int>((column.ofNumbers ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
 }  // namespace
 
 std::string TextRows::cell(int row, int column) const {
@@ -85,6 +89,8 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::DisplayRole)
         return toQt(source_->cell(index.row(), index.column()));
+    if (role == Qt::TextAlignmentRole)
+        return alignmentOf(columns_[static_cast<std::size_t>(index.column())]);
     if (role != Qt::BackgroundRole && role != Qt::ForegroundRole)
         return {};
     const auto colour = source_->rowColour(index.row());
@@ -103,7 +109,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     if (role == Qt::DisplayRole)
         return toQt(columns_[static_cast<std::size_t>(section)].title);
     if (role == Qt::TextAlignmentRole)
-        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+        return alignmentOf(columns_[static_cast<std::size_t>(section)]);
     return {};
 }
 

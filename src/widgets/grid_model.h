@@ -19,6 +19,7 @@ struct GridColumn {
     std::string title;
     int width = 0;  ///< of a screen with 96 points per inch; 0 leaves the default
     bool hidden = false;
+    bool ofNumbers = false;  ///< they end below each other, and below the end of the title
 };
 
 /// Rows count from 0, columns from 0. All texts are UTF-8.

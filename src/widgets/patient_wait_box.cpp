@@ -29,25 +29,35 @@ PatientWaitBox::PatientWaitBox(const PatientWait& wait, QWidget* parent) : QDial
     bar->setObjectName(QStringLiteral("patientWaitBar"));
     bar->setRange(0, 0);
     bar->setTextVisible(false);
-    auto* leave = new QPushButton(toQt(wait.leave), this);
-    leave->setObjectName(QStringLiteral("leaveWait"));
-    // Who goes on typing does not leave by that.
-    leave->setAutoDefault(false);
-    leave->setFocusPolicy(Qt::TabFocus);
     bar->setFocusPolicy(Qt::StrongFocus);
     bar->setFocus();
-    connect(leave, &QPushButton::clicked, this, &QDialog::reject);
 
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     all->setSpacing(kMargin);
     all->addWidget(text_);
     all->addWidget(bar);
-    all->addWidget(leave, 0, Qt::AlignRight);
+    if (!wait.leave.empty())
+        all->addWidget(makeLeave(), 0, Qt::AlignRight);
 
     auto* timer = new QTimer(this);
     connect(timer, &QTimer::timeout, this, &PatientWaitBox::look);
     timer->start(kTurnInterval);
+}
+
+QPushButton* PatientWaitBox::makeLeave() {
+    auto* leave = new QPushButton(toQt(wait_.leave), this);
+    leave->setObjectName(QStringLiteral("leaveWait"));
+    // Who goes on typing does not leave by that.
+    leave->setAutoDefault(false);
+    leave->setFocusPolicy(Qt::TabFocus);
+    connect(leave, &QPushButton::clicked, this, &QDialog::reject);
+    return leave;
+}
+
+void PatientWaitBox::reject() {
+    if (!wait_.leave.empty())
+        QDialog::reject();
 }
 
 void PatientWaitBox::look() {

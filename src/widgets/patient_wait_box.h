@@ -6,13 +6,14 @@
 //
 //   patientWaitText    what is waited for
 //   patientWaitBar     moves while it lasts
-//   leaveWait          leaves it
+//   leaveWait          leaves it; not there where it has to be sat out
 
 #include <QDialog>
 
 #include "app/patient_wait.h"
 
 class QLabel;
+class QPushButton;
 
 namespace quillon {
 
@@ -23,7 +24,11 @@ public:
     /// `wait` must outlive this.
     PatientWaitBox(const PatientWait& wait, QWidget* parent);
 
+    /// A wait that has to be sat out is not rejected.
+    void reject() override;
+
 private:
+    [[nodiscard]] QPushButton* makeLeave();
     void look();
 
     const PatientWait& wait_;

@@ -10,7 +10,9 @@
 #include <QStringList>
 #include <QWidget>
 
+#include "app/turn_until.h"
 #include "platform/folders.h"
+#include "platform/moment.h"
 #include "widgets/patient_wait_box.h"
 #include "widgets/qt_text.h"
 
@@ -158,6 +160,11 @@ std::vector<NativePath> QtDialogs::pickFiles(const FilePick& pick) {
 
 bool QtDialogs::waitFor(const PatientWait& wait) {
     refresh_();
+    for (const Moment latest = momentNow() + wait.untold; momentNow() < latest;) {
+        if (wait.isOver(kTurnInterval))
+            return true;
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
     return PatientWaitBox(wait, front()).exec() == QDialog::Accepted;
 }
 

@@ -2,7 +2,9 @@
 // What becomes of a screen's list while another computer has its turn at the share, and is not waited for.
 #include <chrono>
 #include <filesystem>
+#include <future>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -10,6 +12,7 @@
 #include "editors/sector_markers_editor.h"
 #include "editors/skip_list_editor.h"
 #include "platform/folders.h"
+#include "support/failing_files.h"
 #include "support/waiting_dialogs.h"
 
 namespace quillon::test {
@@ -171,6 +174,39 @@ TEST_F(HeldShareTest, MarkersThatWereNotSavedAreToldAndSavedAsTheScreenCloses) {
     EXPECT_TRUE(markers.saveToClose());
     EXPECT_EQ(markers.remark(), "");
     EXPECT_EQ(folders.bytesOf(file), "0,BAD SECTOR,T,R,bad\r\n0,UNREAD,T,R,ours\r\n");
+}
+
+// The share has given the turn, and answers no longer.
+TEST_F(LostUpdateTest, ASaveThatHangsIsSatOutBesideTheScreensThread) {
+    WaitingDialogs dialogs(folders.dialogs);
+    ExtensionEditor waiting(folders.installation, dialogs, folders.kept, job.messages, host, [] {});
+    openShared("1,AAA,T\r\n");
+    waiting.load(handover);
+    waiting.state.position = "1";
+    waiting.state.term = "OURS";
+    waiting.state.type = kTextType;
+    waiting.addOrUpdate();
+    std::promise<void> answer;
+    const auto answers = answer.get_future().share();
+    FailingFiles disk;
+    disk.ahead("sync", [&answers] { answers.wait(); });
+    std::string told;
+    bool isAlive = false;
+    dialogs.onWait = [&](const PatientWait& wait) {
+        if (!wait.leave.empty())
+            return wait.isOver(kLongest);  // for the turn, which comes
+        if (std::exchange(isAlive, true))
+            return wait.isOver(kLongest);
+        told = wait.text();
+        EXPECT_GT(wait.untold, std::chrono::seconds(1)) << "nobody is told of a disk that is merely busy";
+        EXPECT_FALSE(wait.isOver(std::chrono::milliseconds(0)));
+        answer.set_value();
+        return false;  // a box that somebody closes: what has begun is waited for all the same
+    };
+    EXPECT_TRUE(waiting.save());
+    EXPECT_TRUE(isAlive);
+    EXPECT_TRUE(told.starts_with("Waiting for " + (folders.folder / "share/Database").native() + ",")) << told;
+    expectBoth("1,AAA,T\r\n1,OURS,T\r\n");
 }
 
 }  // namespace

@@ -247,12 +247,12 @@ TEST_F(EvidenceDamageTest, AFullDiskAtEveryWriteCostsTheEvidenceAndLeavesItWhole
         std::optional<FileError> lost;
         {
             const test::SqliteFaults faults(at);
-            EvidenceWriter writer([this] { return EvidenceStore::open(path); });
+            EvidenceWriter writer([this] { return EvidenceStore::open(path); }, {});
             ASSERT_TRUE(writer.start());
             for (int i = 1; i <= 20; ++i) {
                 const FileHead head = headOf(i);
                 ASSERT_TRUE(writer.add(
-                    &head, [i](EvidenceRow& row) { row = rowOf(i, "pic", "IMG_" + std::to_string(i) + ".jpg"); }));
+                    &head, {}, [i](EvidenceRow& row) { row = rowOf(i, "pic", "IMG_" + std::to_string(i) + ".jpg"); }));
             }
             ASSERT_TRUE(writer.change([](EvidenceStore& store) { return store.finish(); }));
             writer.close();

@@ -31,10 +31,14 @@ protected:
             out = row;
         };
     }
+    static void take(FileFindings findings, EvidenceRow& row) {
+        row.reason = findings.reason;
+        row.detail = std::move(findings.detail);
+    }
     static void hand(EvidenceWriter& writer, int number) {
         const auto describe = as(rowOf(number, "pic", std::to_string(number)));
         const FileHead head = headOf(number);
-        while (!writer.add(&head, describe)) ASSERT_TRUE(writer.roomWithin(kLong));
+        while (!writer.add(&head, {}, describe)) ASSERT_TRUE(writer.roomWithin(kLong));
     }
 };
 
@@ -50,7 +54,7 @@ TEST_F(EvidenceWriterTest, ARowThatWasClearedSaysNothing) {
 TEST_F(EvidenceWriterTest, AllThatIsHandedOverComesIntoTheFile) {
     constexpr int kFiles = 1000;
     {
-        EvidenceWriter writer(opening());
+        EvidenceWriter writer(opening(), take);
         ASSERT_TRUE(writer.start());
         for (int i = 1; i <= kFiles; ++i) hand(writer, i);
         ASSERT_TRUE(writer.change([](EvidenceStore& store) { return store.setJob("end", "complete"); }));
@@ -64,7 +68,7 @@ TEST_F(EvidenceWriterTest, AllThatIsHandedOverComesIntoTheFile) {
 
 TEST_F(EvidenceWriterTest, AWriterThatIsDroppedLeavesAllThatItWasGiven) {
     {
-        EvidenceWriter writer(opening());
+        EvidenceWriter writer(opening(), take);
         ASSERT_TRUE(writer.start());
         for (int i = 1; i <= 10; ++i) hand(writer, i);
     }
@@ -72,7 +76,7 @@ TEST_F(EvidenceWriterTest, AWriterThatIsDroppedLeavesAllThatItWasGiven) {
 }
 
 TEST_F(EvidenceWriterTest, AFewFilesComeIntoTheFileWithoutMoreOfThem) {
-    EvidenceWriter writer(opening());
+    EvidenceWriter writer(opening(), take);
     ASSERT_TRUE(writer.start());
     for (int i = 1; i <= 3; ++i) hand(writer, i);
     const auto arrived = [this] {
@@ -85,15 +89,43 @@ TEST_F(EvidenceWriterTest, AFewFilesComeIntoTheFileWithoutMoreOfThem) {
     EXPECT_TRUE(arrived());
 }
 
+TEST_F(EvidenceWriterTest, WhatIsStillToBeFoundInAHeadIsFoundOnItsWayByTheRulesThatCameWithIt) {
+    FileHead head;
+    head.length = kHeaderBytes;
+    head.bytes.fill('\0');
+    std::copy_n("TERM", 4, head.bytes.begin() + 30);
+    OpenFindings open;
+    open.rules = std::make_shared<const FindingRules>(SectorMarkers(), CommonList(), TermIndex());
+    open.own = std::make_shared<const std::vector<CompiledTerm>>(1, CompiledTerm::fromTermFileLine("11,TERM,T"));
+    open.grade = Grade::Corrupt;
+    FileHead shifted = head;
+    shifted.bytes[0] = 'x';
+    {
+        EvidenceWriter writer(opening(), take);
+        ASSERT_TRUE(writer.start());
+        ASSERT_TRUE(writer.add(&head, open, as(rowOf(1, "pic", "1"))));
+        ASSERT_TRUE(writer.add(&shifted, std::exchange(open, {}), as(rowOf(2, "pic", "2"))));
+        ASSERT_TRUE(writer.add(&head, {}, as(rowOf(3, "pic", "3"))));
+    }
+    const auto found = rows();
+    ASSERT_EQ(found.size(), 3U);
+    EXPECT_EQ(found[0].reason, Reason::LeadingZeros);
+    EXPECT_EQ(found[1].reason, Reason::Shifted);
+    EXPECT_EQ(found[1].detail, "its header stands 20 bytes too late");
+    EXPECT_EQ(found[2].reason, rowOf(3, "pic", "3").reason) << "a row whose findings came with it keeps them";
+}
+
 TEST_F(EvidenceWriterTest, AFullQueueTakesNothingAndTellsWhenThereIsRoom) {
     std::latch mayOpen(1);
-    EvidenceWriter writer([&]() -> Result<EvidenceStore> {
-        mayOpen.wait();
-        return opening()();
-    });
+    EvidenceWriter writer(
+        [&]() -> Result<EvidenceStore> {
+            mayOpen.wait();
+            return opening()();
+        },
+        take);
     ASSERT_TRUE(writer.start());
     int taken = 0;
-    while (writer.add(nullptr, as(rowOf(taken + 1, "pic", std::to_string(taken + 1))))) ++taken;
+    while (writer.add(nullptr, {}, as(rowOf(taken + 1, "pic", std::to_string(taken + 1))))) ++taken;
     EXPECT_GT(taken, 10'000);
     EXPECT_FALSE(writer.roomWithin(milliseconds(0)));
     mayOpen.count_down();
@@ -105,7 +137,7 @@ TEST_F(EvidenceWriterTest, AFullQueueTakesNothingAndTellsWhenThereIsRoom) {
 
 TEST_F(EvidenceWriterTest, AFileThatCannotBeMadeCostsTheEvidenceAndTellsWhy) {
     std::filesystem::create_directory(path);
-    EvidenceWriter writer(opening());
+    EvidenceWriter writer(opening(), take);
     ASSERT_TRUE(writer.start());
     hand(writer, 1);
     writer.close();

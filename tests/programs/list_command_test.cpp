@@ -47,6 +47,15 @@ TEST_F(ListCommandTest, SummaryCountsTheJob) {
     EXPECT_NE(out.str().find("50.00% of the 2 files that could be judged; 1 could not"), std::string::npos);
 }
 
+TEST_F(ListCommandTest, TheApplicationFolderMayStandAheadOfTheQuestion) {
+    ASSERT_EQ(list({"summary", "1234"}), 0) << err.str();
+    const std::string behind = out.str();
+    out.str("");
+    EXPECT_EQ(runListCommand({"--app", (folder / "app").native(), "summary", "1234"}, {out, err, false, false}), 0)
+        << err.str();
+    EXPECT_EQ(out.str(), behind);
+}
+
 TEST_F(ListCommandTest, AJobKeepsReasonsAndDoubts) {
     ASSERT_EQ(list({"reasons", "1234", "--json"}), 0) << err.str();
     ASSERT_FALSE(json().empty());

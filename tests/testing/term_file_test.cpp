@@ -50,7 +50,7 @@ TEST(SaveTermFileTest, NoRowsGiveAnEmptyFileThatStillMarksTheExtension) {
     EXPECT_EQ(folder.read("Database-of-its-own.dat"), "");
     ASSERT_TRUE(saveTermFile(folder / "abc.dat", {}));
     TermFiles files(folder.path());
-    const auto* terms = files.find(u"abc");
+    const SharedTerms terms = files.find(u"abc");
     ASSERT_NE(terms, nullptr);
     EXPECT_TRUE(terms->empty());
 }
@@ -107,7 +107,7 @@ protected:
 
     // What an extension's terms say to a file that begins with `bytes`: "unknown", "empty", or one letter a record.
     std::string answer(std::u16string_view extension, std::string_view bytes = "MZ") {
-        const auto* terms = files.find(extension);
+        const SharedTerms terms = files.find(extension);
         if (terms == nullptr)
             return "unknown";
         HeaderBytes head;
@@ -135,10 +135,10 @@ TEST_F(TermFilesTest, AFileAboveTheBoundHasNoTermsAndIsToldOnce) {
     put("fits.dat", line + std::string(kRuleFileLimit - line.size(), 'x'));
     put("huge.dat", line + std::string(kRuleFileLimit - line.size() + 1, '0'));
     for (int i = 0; i < 3; ++i) {
-        const auto* fits = telling.find(u"fits");
+        const SharedTerms fits = telling.find(u"fits");
         ASSERT_NE(fits, nullptr);
         EXPECT_EQ(fits->size(), 2U);
-        const auto* huge = telling.find(u"huge");
+        const SharedTerms huge = telling.find(u"huge");
         ASSERT_NE(huge, nullptr) << "a type that is known, as that of a file that cannot be opened";
         EXPECT_TRUE(huge->empty());
     }

@@ -43,6 +43,7 @@ class GridTest : public QObject {
 
 private slots:
     void columnsHaveTheToldTitlesAndWidths();
+    void numbersAndTheirTitleEndBelowEachOther();
     void cellsReadBackAlsoInHiddenColumns();
     void aRowColourHasBlueInItsHighByteAndReadableText();
     void aClickTellsItsRow();
@@ -63,6 +64,19 @@ void GridTest::columnsHaveTheToldTitlesAndWidths() {
     QCOMPARE(grid.columnWidth(0), 420);
     QVERIFY(grid.isColumnHidden(2));
     QCOMPARE(grid.model()->headerData(1, Qt::Horizontal).toString(), QStringLiteral("Ext"));
+}
+
+void GridTest::numbersAndTheirTitleEndBelowEachOther() {
+    Grid grid;
+    grid.setColumns({{"Extension", 90}, {"Files", 50, false, true}});
+    grid.setRows({{{"jpg", "1,000"}, {}}});
+    const auto sidesOf = [&grid](int column) {
+        const QVariant title = grid.model()->headerData(column, Qt::Horizontal, Qt::TextAlignmentRole);
+        const QVariant cell = grid.model()->index(0, column).data(Qt::TextAlignmentRole);
+        return std::pair(title.toInt() & Qt::AlignHorizontal_Mask, cell.toInt() & Qt::AlignHorizontal_Mask);
+    };
+    QCOMPARE(sidesOf(0), std::pair(int{Qt::AlignLeft}, int{Qt::AlignLeft}));
+    QCOMPARE(sidesOf(1), std::pair(int{Qt::AlignRight}, int{Qt::AlignRight}));
 }
 
 void GridTest::cellsReadBackAlsoInHiddenColumns() {

@@ -46,6 +46,8 @@ private slots:
     void theScreensBehindAreBroughtUpToDateFirst();
     void aWaitEndsByItself();
     void aWaitIsLeftByItsButtonOrByEscapeAndNotByTyping();
+    void aWaitThatCannotBeLeftIsSatOut();
+    void aWaitThatIsShortEnoughShowsNoBoxAndLeavesTheScreensAlive();
     void onEveryQuestionOfOverwritingNoIsTheDefaultButton();
 };
 
@@ -192,6 +194,28 @@ void QtDialogsTest::aWaitIsLeftByItsButtonOrByEscapeAndNotByTyping() {
     QVERIFY(!QtDialogs().waitFor(wait));
     onDialog<QDialog>([](QDialog& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     QVERIFY(!QtDialogs().waitFor(wait));
+}
+
+void QtDialogsTest::aWaitThatCannotBeLeftIsSatOut() {
+    bool over = false;
+    onDialog<QDialog>([&](QDialog& box) {
+        QVERIFY(box.findChild<QPushButton*>(QStringLiteral("leaveWait")) == nullptr);
+        QTest::keyClick(&box, Qt::Key_Escape);
+        box.close();
+        QVERIFY(box.isVisible());
+        over = true;
+    });
+    QVERIFY(QtDialogs().waitFor(
+        {"T", [] { return std::string("x"); }, "", [&over](std::chrono::milliseconds) { return over; }}));
+}
+
+void QtDialogsTest::aWaitThatIsShortEnoughShowsNoBoxAndLeavesTheScreensAlive() {
+    bool over = false;
+    QTimer::singleShot(0, [&over] { over = true; });
+    const std::chrono::hours untold(1);
+    QVERIFY(QtDialogs().waitFor(
+        {"T", [] { return std::string("x"); }, "", [&over](std::chrono::milliseconds) { return over; }, untold}));
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
 }
 
 void QtDialogsTest::theScreensBehindAreBroughtUpToDateFirst() {
