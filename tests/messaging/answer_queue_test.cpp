@@ -56,6 +56,13 @@ TEST(AnswerQueue, AnUnknownNameGetsNoAnswer) {
     EXPECT_EQ(queue.counts().failed, 1U);
 }
 
+// The look-ups that hang keep the queue from its end.
+void waitForAnswers(AnswerQueue& queue, std::size_t sent) {
+    for (int looks = 0; queue.counts().sent < sent && looks < 60'000; ++looks)
+        EXPECT_FALSE(queue.finish(milliseconds(1)));
+    EXPECT_EQ(queue.counts().sent, sent);
+}
+
 // Names that begin with "dead" are looked up until the gate opens.
 struct Gate {
     std::mutex mutex;
@@ -83,8 +90,7 @@ TEST(AnswerQueue, ADeadNameServerHoldsUpNoOtherAnswer) {
     AnswerQueue queue("answer", {.ask = gate.resolver()}, sent.send());
     for (int i = 0; i < 5; ++i) queue.answer("dead");
     queue.answer("LAB7");
-    EXPECT_FALSE(queue.finish(milliseconds(200)));
-    EXPECT_EQ(queue.counts().sent, 1U);
+    waitForAnswers(queue, 1);
     gate.release();
     EXPECT_TRUE(queue.finish(milliseconds(5000)));
     EXPECT_EQ(queue.counts().sent, 6U);
@@ -118,8 +124,8 @@ TEST(AnswerQueue, ForgedNamesOfManySourcesCostNoHonestAnswer) {
     AnswerQueue queue("answer", {.ask = gate.resolver()}, sent.send());
     for (int i = 0; i < 30; ++i) queue.answer(fmt::format("dead{}", i), *numericAddress(fmt::format("10.1.0.{}", i)));
     queue.answer("LAB7", kSomewhere);
-    EXPECT_FALSE(queue.finish(milliseconds(200)));
-    EXPECT_EQ(queue.counts().sent, 1U) << "thirty seconds of one forged alert a second";
+    SCOPED_TRACE("thirty seconds of one forged alert a second");
+    waitForAnswers(queue, 1);
     gate.release();
     EXPECT_TRUE(queue.finish(milliseconds(5000)));
 }
@@ -131,8 +137,7 @@ TEST(AnswerQueue, AFloodOfOneSourceCostsNoAnswerToAnother) {
     const HostAddress forger = *numericAddress("10.1.0.1");
     for (int i = 0; i < 3000; ++i) queue.answer(fmt::format("dead{}", i), forger);
     queue.answer("LAB7", kSomewhere);
-    EXPECT_FALSE(queue.finish(milliseconds(200)));
-    EXPECT_EQ(queue.counts().sent, 1U);
+    waitForAnswers(queue, 1);
     EXPECT_GE(queue.counts().dropped, 2800U);
     gate.release();
     EXPECT_TRUE(queue.finish(milliseconds(5000)));
@@ -158,8 +163,7 @@ TEST(AnswerQueue, WhatWasFoundOrIsKnownWaitsForNoLookUp) {
     for (int i = 0; i < 200; ++i) queue.answer(fmt::format("dead{}", i), *numericAddress(fmt::format("10.1.0.{}", i)));
     queue.answer("LAB7", kSomewhere);
     queue.answer("HOSTS", kSomewhere);
-    EXPECT_FALSE(queue.finish(milliseconds(200)));
-    EXPECT_EQ(queue.counts().sent, 3U);
+    waitForAnswers(queue, 3);
     EXPECT_LE(asked, 65) << "and a flood gets no more threads than that";
     gate.release();
     EXPECT_TRUE(queue.finish(milliseconds(10000)));
