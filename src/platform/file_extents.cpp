@@ -26,17 +26,16 @@ constexpr std::uint32_t kExtentsAtOnce = 256;
 class Question {
 public:
     [[nodiscard]] fiemap* from(std::uint64_t next, std::uint32_t most = kExtentsAtOnce) {
-        fiemap head{};
-        head.fm_start = next;
-        head.fm_length = FIEMAP_MAX_OFFSET - next;
-        head.fm_extent_count = most;
-        std::memcpy(room_.data(), &head, sizeof head);
-        return reinterpret_cast<fiemap*>(room_.data());
+        std::memset(room_.data(), 0, sizeof(fiemap));
+        auto* const head = reinterpret_cast<fiemap*>(room_.data());
+        head->fm_start = next;
+        head->fm_length = FIEMAP_MAX_OFFSET - next;
+        head->fm_extent_count = most;
+        return head;
     }
     [[nodiscard]] std::size_t count() const {
-        fiemap head{};
-        std::memcpy(&head, room_.data(), sizeof head);
-        return std::min<std::size_t>(head.fm_mapped_extents, kExtentsAtOnce);
+        const auto* const head = reinterpret_cast<const fiemap*>(room_.data());
+        return std::min<std::size_t>(head->fm_mapped_extents, kExtentsAtOnce);
     }
     [[nodiscard]] fiemap_extent extent(std::size_t place) const {
         fiemap_extent one{};

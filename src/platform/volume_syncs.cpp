@@ -52,8 +52,7 @@ std::vector<std::string_view> foldersOf(const std::vector<const std::string*>& p
     std::vector<std::string_view> folders;
     for (const std::string* path : paths) folders.push_back(folderOf(*path));
     std::ranges::sort(folders);
-    const auto again = std::ranges::unique(folders);
-    folders.erase(again.begin(), again.end());
+    folders.erase(std::unique(folders.begin(), folders.end()), folders.end());  // Clang 14 knows no ranges::unique
     return folders;
 }
 

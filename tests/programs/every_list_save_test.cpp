@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every save of many files and of lists, on a disk of which every call fails once.
-#include <ranges>
+#include <algorithm>
 
 #include "archive/zip_bytes.h"
 #include "archive/zip_writer.h"
@@ -289,7 +289,8 @@ TEST_F(SaveTable, NotesOfCopies) {
                 met = disk.met();
             }
             const std::vector<std::string> noted = notedCopies(journal);
-            EXPECT_TRUE(std::ranges::equal(noted, names | std::views::take(noted.size()))) << "call " << n;
+            ASSERT_LE(noted.size(), 3U);
+            EXPECT_TRUE(std::equal(noted.begin(), noted.end(), names.begin())) << "call " << n;
             EXPECT_TRUE(met || noted.size() == 3);
             CopyJournal(journal).add(names[3], copyFacts(names[3]));
             EXPECT_EQ(notedCopies(journal).size(), noted.size() + 1) << "call " << n;
