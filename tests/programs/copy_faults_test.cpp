@@ -2,6 +2,7 @@
 // `quillon-list copy` on disks that fill up, fail in reading or writing, or go away, at a hundred random calls: what is
 // called copied is equal, what failed is named with its side, and a second run makes the missing copies.
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <random>
@@ -138,8 +139,9 @@ TEST_F(CopyFaultsTest, AHundredDisturbedRunsCallNothingCopiedThatIsNotAndTheNext
 // The place is told where bytes were on their way.
 TEST_F(CopyFaultsTest, AFailureInTheMiddleOfAFileTellsItsByte) {
     FailingFiles disk;
-    disk.ahead("write", [&, asked = false]() mutable {
-        if (fs::exists(landed("d0/f0.abc").parent_path()) && !std::exchange(asked, true))
+    std::atomic<bool> asked = false;
+    disk.ahead("write", [&] {
+        if (fs::exists(landed("d0/f0.abc").parent_path()) && !asked.exchange(true))
             disk.failAt(1, {ENOSPC}, "write");
     });
     EXPECT_EQ(copy(), 1);
