@@ -92,8 +92,7 @@ FileVerdict FileGrader::counted(FileVerdict verdict) {
 
 OpenFindings FileGrader::openFindings(const ListRow& row, const FileVerdict& verdict) {
     if (!rules_)
-        rules_ = std::make_shared<const FindingRules>(markers(), commonList_,
-                                                      TermIndex::ofFolder(NativePath(databaseFolder_)));
+        rules_ = std::make_shared<const FindingRules>(markers(), commonList_, NativePath(databaseFolder_));
     constexpr double kMostBytes = 9e18;  // a list may hold any number, an integer of 64 bits not
     const double size = std::clamp(row.size().value_or(0), 0.0, kMostBytes);
     return {rules_, verdict.terms, verdict.grade, static_cast<std::uint64_t>(size)};

@@ -10,7 +10,7 @@ FileFindings FindingRules::find(const FileHead& head, std::optional<Grade> grade
                                 const SharedTerms& own) const {
     FileFindings findings;
     if (grade != Grade::Good) {
-        FoundReason found = findReason(head.given(), markers_, own.get(), common_, index_);
+        FoundReason found = findReason(head.given(), markers_, own.get(), common_, index());
         findings.reason = found.reason;
         findings.detail = std::move(found.detail);
     }
@@ -21,6 +21,11 @@ FileFindings FindingRules::find(const FileHead& head, std::optional<Grade> grade
         }
     }
     return findings;
+}
+
+const TermIndex& FindingRules::index() const {
+    std::call_once(isRead_, [this] { index_ = TermIndex::ofFolder(databaseFolder_); });
+    return index_;
 }
 
 }  // namespace quillon

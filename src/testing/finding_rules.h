@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,20 +31,25 @@ struct FileFindings {
     friend bool operator==(const FileFindings&, const FileFindings&) = default;
 };
 
-/// What findings go by, as it was at one moment. Never changed, so that threads may share it.
+/// What findings go by, as it was at one moment. Never changed, so that threads may share it. The terms of all
+/// extensions take some tenths of a second of a slow disk: whoever first needs them reads them, on its thread.
 class FindingRules {
 public:
-    FindingRules(SectorMarkers markers, CommonList common, TermIndex index)
-        : markers_(std::move(markers)), common_(std::move(common)), index_(std::move(index)) {}
+    FindingRules(SectorMarkers markers, CommonList common, NativePath databaseFolder)
+        : markers_(std::move(markers)), common_(std::move(common)), databaseFolder_(std::move(databaseFolder)) {}
 
     /// `size`: bytes of the whole file. `own`: the terms of its extension, null when it has no term file.
     [[nodiscard]] FileFindings find(const FileHead& head, std::optional<Grade> grade, std::uint64_t size,
                                     const SharedTerms& own) const;
 
 private:
+    [[nodiscard]] const TermIndex& index() const;
+
     SectorMarkers markers_;
     CommonList common_;
-    TermIndex index_;
+    NativePath databaseFolder_;
+    mutable std::once_flag isRead_;
+    mutable TermIndex index_;  // behind isRead_
 };
 
 /// Findings that nobody has looked for yet: all that it takes but the head.

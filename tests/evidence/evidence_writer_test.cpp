@@ -95,7 +95,7 @@ TEST_F(EvidenceWriterTest, WhatIsStillToBeFoundInAHeadIsFoundOnItsWayByTheRulesT
     head.bytes.fill('\0');
     std::copy_n("TERM", 4, head.bytes.begin() + 30);
     OpenFindings open;
-    open.rules = std::make_shared<const FindingRules>(SectorMarkers(), CommonList(), TermIndex());
+    open.rules = std::make_shared<const FindingRules>(SectorMarkers(), CommonList(), folder.path());
     open.own = std::make_shared<const std::vector<CompiledTerm>>(1, CompiledTerm::fromTermFileLine("11,TERM,T"));
     open.grade = Grade::Corrupt;
     FileHead shifted = head;
